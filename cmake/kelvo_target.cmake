@@ -1,0 +1,26 @@
+# kelvo_library(NAME SOURCES... [QT] [LINK libs...])
+#
+# One room of the house, or one room's page. Without QT the target sees no Qt
+# header at all, so that a feature which reaches for a widget does not compile.
+function(kelvo_library name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  kelvo_settings(${name})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK})
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets)
+  endif()
+endfunction()
+
+# What every target of the project is compiled with.
+function(kelvo_settings name)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_options(${name} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+  if(KELVO_WERROR)
+    target_compile_options(${name} PRIVATE -Werror)
+  endif()
+  target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+endfunction()

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace kelvo {
+
+/// What drawing a pixel does to it.
+enum class Ink { Set, Clear, Invert };
+
+/// A monochrome picture: x grows to the right, y downward, (0, 0) is the top left pixel.
+/// Everything outside is clipped: reading gives an unset pixel, writing does nothing.
+class PixelMap {
+ public:
+  PixelMap() = default;
+  /// width and height in pixels; negative values count as 0.
+  PixelMap(int width, int height)
+      : width_(width < 0 ? 0 : width),
+        height_(height < 0 ? 0 : height),
+        pixels_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)) {}
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+
+  bool At(int x, int y) const { return Inside(x, y) && pixels_[Index(x, y)] != 0; }
+  void Put(int x, int y, Ink ink) {
+    if (!Inside(x, y)) return;
+    unsigned char& pixel = pixels_[Index(x, y)];
+    pixel = ink == Ink::Set ? 1 : ink == Ink::Clear ? 0 : static_cast<unsigned char>(1 - pixel);
+  }
+  /// Unsets every pixel.
+  void Clear() { pixels_.assign(pixels_.size(), 0); }
+
+  bool operator==(const PixelMap&) const = default;
+
+ private:
+  bool Inside(int x, int y) const { return x >= 0 && y >= 0 && x < width_ && y < height_; }
+  std::size_t Index(int x, int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+           static_cast<std::size_t>(x);
+  }
+
+  int width_ = 0;
+  int height_ = 0;
+  std::vector<unsigned char> pixels_;
+};
+
+}  // namespace kelvo
