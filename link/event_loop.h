@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace kelvo {
+
+/// The one event loop, seen from inside a wait.
+class EventLoop {
+ public:
+  virtual ~EventLoop() = default;
+
+  /// Sleeps until something happens (a character, a tick, the operator), handles it and returns.
+  virtual void WaitForEvent() = 0;
+  /// Handles what has happened already; never sleeps.
+  virtual void ProcessPending() = 0;
+  /// Lets up to `time` pass. Takes no input from the operator and no tick of a `Timer`; windows
+  /// repaint. May return early, but not without any time having passed.
+  virtual void WaitPaintingOnly(std::chrono::nanoseconds time) = 0;
+  /// True once the program is closing: every wait ends.
+  virtual bool Closing() const = 0;
+};
+
+/// A timer that ticks periodically while it is enabled. Ticks come from the event loop, never
+/// earlier than the interval.
+class Timer {
+ public:
+  virtual ~Timer() = default;
+
+  virtual void SetInterval(std::chrono::milliseconds interval) = 0;
+  virtual std::chrono::milliseconds Interval() const = 0;
+  /// Enabling a timer that runs already changes nothing; after a disable the interval starts anew.
+  virtual void SetEnabled(bool enabled) = 0;
+  virtual bool Enabled() const = 0;
+  virtual void SetHandler(std::function<void()> tick) = 0;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace kelvo {
+
+/// Error numbers of the port layer. 0 is success; any other number not named here is an error of
+/// the device or the system, shown to the operator as a number.
+enum PortError : std::int16_t {
+  PortOk = 0,
+  PortNotAvailable = 8006,
+  PortInUse = 8010,
+  PortAlreadyOpen = 8013,
+  PortNumberInvalid = 380,
+  PortDeviceError = 8000,
+  PortNoPermission = 8012,
+};
+
+/// XOn/XOff and RTS/CTS carry the numbers that the port control has for them.
+enum class Handshaking { XOnXOff = 1, RtsCts = 2 };
+
+/// The serial port control. Characters are 8 bit, one std::string element each.
+///
+/// "Not yet sent" means the line: a character counts until its last bit has left, whatever the
+/// operating system has taken into its buffers already.
+class SerialPort {
+ public:
+  virtual ~SerialPort() = default;
+
+  // Opening. The number is that of "Com 1" .. "Com 6".
+  virtual PortError SetPortNumber(std::int16_t number) = 0;
+  virtual PortError Open() = 0;
+  virtual void Close() = 0;
+  virtual bool IsOpen() const = 0;
+
+  /// Applies "9600,N,8,1", the handshaking, and on success switches the request-to-send line on.
+  /// Returns the port layer's description of what was refused (UTF-8), or an empty text. A line
+  /// that the device does not have at all is no error.
+  virtual std::string SetUp(const std::string& settings, Handshaking handshaking) = 0;
+
+  // Writing.
+  virtual void Write(std::string_view text) = 0;
+  virtual std::size_t OutBufferCount() const = 0;
+  virtual void DiscardOutput() = 0;
+  /// How long it takes until the last character has left the line, as far as that can be known;
+  /// never 0 while OutBufferCount() is not.
+  virtual std::chrono::nanoseconds OutBufferTime() const = 0;
+
+  // Reading.
+  virtual std::size_t InBufferCount() const = 0;
+  /// Drops what has arrived up to the moment the last written character left the line. What can
+  /// only be an answer to it stays, however late the call comes.
+  virtual void DiscardInput() = 0;
+  /// At most InputLen() characters, all waiting ones when that is 0.
+  virtual std::string Input() = 0;
+  virtual int InputLen() const = 0;
+  virtual void SetInputLen(int length) = 0;
+
+  // Events.
+  /// 0 = no receive events, 1 = an event as soon as a character is waiting.
+  virtual void SetReceiveThreshold(int characters) = 0;
+  virtual int ReceiveThreshold() const = 0;
+  /// Called from the event loop when characters are waiting and the threshold is 1.
+  virtual void SetReceiveHandler(std::function<void()> handler) = 0;
+  /// Called once, from the event loop, after the device went away. The port is closed then.
+  virtual void SetLostHandler(std::function<void()> handler) = 0;
+};
+
+}  // namespace kelvo
