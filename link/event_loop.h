@@ -17,6 +17,8 @@ class EventLoop {
   /// Lets up to `time` pass. Takes no input from the operator and no tick of a `Timer`; windows
   /// repaint. May return early, but not without any time having passed.
   virtual void WaitPaintingOnly(std::chrono::nanoseconds time) = 0;
+  /// Time since an arbitrary origin; it never goes back.
+  virtual std::chrono::nanoseconds Now() const = 0;
   /// True once the program is closing: every wait ends.
   virtual bool Closing() const = 0;
 };

@@ -1,0 +1,134 @@
+#include "link/port_control.h"
+
+#include <initializer_list>
+
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+constexpr ListEntry bauds[] = {{"1200", 1200}, {"2400", 2400},   {"4800", 4800},
+                               {"9600", 9600}, {"14400", 14400}, {"19200", 19200}};
+constexpr ListEntry parities[] = {{"None", 0}, {"Space", 1}, {"Odd", 2}, {"Even", 3}};
+constexpr ListEntry dataBits[] = {{"7", 7}, {"8", 8}};
+constexpr ListEntry stopBits[] = {{"1", 1}, {"2", 2}};
+constexpr ListEntry handshakes[] = {{"XOn / XOff", 0}, {"RTS / CTS", 1}};
+constexpr ListEntry buffers[] = {
+    {"1 k", 1024}, {"2 k", 2048}, {"4 k", 4096}, {"8 k", 8192}, {"16 k", 16384}};
+constexpr ListEntry receiveModes[] = {{"aus", 0}, {"empfangen", 1}, {"empf. & Puffer löschen", 2}};
+constexpr ListEntry ports[] = {{"Com 1", 1}, {"Com 2", 2}, {"Com 3", 3},  {"Com 4", 4},
+                               {"Com 5", 5}, {"Com 6", 6}, {"(keine)", 7}};
+
+struct ListDescription {
+  std::string_view field;
+  std::span<const ListEntry> entries;
+};
+
+// The odd spelling of "Stopbit2" is the database's.
+constexpr ListDescription lists[ComListCount] = {
+    {"Baud1", bauds},          {"Parity1", parities},  {"Bits1", dataBits},
+    {"StopBit1", stopBits},    {"Shake1", handshakes}, {"Puffer1", buffers},
+    {"Baud2", bauds},          {"Parity2", parities},  {"Bits2", dataBits},
+    {"Stopbit2", stopBits},    {"Shake2", handshakes}, {"Puffer2", buffers},
+    {"RecCom2", receiveModes}, {"ComNr", ports}};
+
+constexpr std::pair<ComList, std::string_view> defaults1[] = {
+    {ComBaud1, "19200"}, {ComParity1, "None"},      {ComBits1, "8"},
+    {ComStopBit1, "1"},  {ComShake1, "XOn / XOff"}, {ComPuffer1, "16 k"}};
+constexpr std::pair<ComList, std::string_view> defaults2[] = {
+    {ComBaud2, "9600"},        {ComParity2, "None"}, {ComBits2, "8"},    {ComStopbit2, "1"},
+    {ComShake2, "XOn / XOff"}, {ComPuffer2, "16 k"}, {ComRecCom2, "aus"}};
+
+std::string Command(std::string_view letters, const ComNumbers& numbers,
+                    std::initializer_list<ComList> which) {
+  std::string command(CmdPrefix);
+  command += letters;
+  const char* separator = "";
+  for (const ComList list : which) {
+    command += separator + std::to_string(numbers[list]);
+    separator = ",";
+  }
+  return command += EndMark;
+}
+
+}  // namespace
+
+std::span<const ListEntry> ComEntries(ComList list) { return lists[list].entries; }
+
+std::string_view ComField(ComList list) { return lists[list].field; }
+
+int ComPosition(ComList list, std::string_view text) {
+  const auto entries = ComEntries(list);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (entries[i].text == text) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+ComDefaults DefaultsCom1() { return defaults1; }
+ComDefaults DefaultsCom2() { return defaults2; }
+
+std::string SetCom1Command(const ComNumbers& numbers) {
+  return Command("!B", numbers, {ComBaud1, ComParity1, ComBits1, ComStopBit1, ComShake1});
+}
+std::string SetBuffer1Command(const ComNumbers& numbers) {
+  return Command("!S", numbers, {ComPuffer1});
+}
+std::string SetCom2Command(const ComNumbers& numbers) {
+  return Command("!b", numbers, {ComBaud2, ComParity2, ComBits2, ComStopbit2, ComShake2});
+}
+std::string SetBuffer2Command(const ComNumbers& numbers) {
+  return Command("!s", numbers, {ComPuffer2});
+}
+std::string ReceiveModeCommand(const ComNumbers& numbers) {
+  return Command("2I", numbers, {ComRecCom2});
+}
+
+PortSettings MakePortSettings(std::string_view baud, std::string_view parity, std::string_view bits,
+                              std::string_view stopBitCount, int handshakePosition) {
+  PortSettings settings;
+  settings.text.append(baud).append(",").append(parity.substr(0, 1)).append(",");
+  settings.text.append(bits).append(",").append(stopBitCount);
+  settings.handshaking = static_cast<Handshaking>(handshakePosition + 1);
+  return settings;
+}
+
+std::int16_t PortControl::OpenCom(std::int16_t port) {
+  if (FormLoading) return PortOk;
+  if (com1_.IsOpen()) com1_.Close();
+  PortError error = com1_.SetPortNumber(port);
+  if (error == PortOk) error = com1_.Open();
+  return error == PortOk ? static_cast<std::int16_t>(PortOk) : Failed(error);
+}
+
+std::int16_t PortControl::Failed(PortError error) {
+  switch (error) {
+    case PortInUse:
+      operator_.Message("Schnittstelle belegt", Icon::Exclamation);
+      com1_.SetPortNumber(0);
+      break;
+    case PortNotAvailable:
+      operator_.Message("Schnittstelle nicht vorhanden", Icon::Exclamation);
+      com1_.SetPortNumber(0);
+      break;
+    case PortAlreadyOpen:
+      operator_.Message("Schnittstelle bereits geöffnet", Icon::Exclamation);
+      com1_.Close();
+      break;
+    default:
+      // No blank before the number: the text is as it has always been.
+      operator_.Message("Schnittstellenfehler" + std::to_string(error), Icon::Exclamation);
+      com1_.Close();
+  }
+  if (failed_) failed_();
+  return error;
+}
+
+void PortControl::SetUpPort(const PortSettings& settings) {
+  com1_.SetInputLen(1);
+  const std::string refused = com1_.SetUp(settings.text, settings.handshaking);
+  com1_.SetReceiveThreshold(1);
+  if (!refused.empty()) operator_.Message(refused, Icon::Exclamation);
+}
+
+}  // namespace kelvo
