@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace kelvo {
@@ -69,9 +68,16 @@ double Val(std::string_view text) {
 
 std::string NumberText(double number) {
   if (number == 0) return "0";
+  // to_chars, because the C library's formats follow the desktop's language and would write a
+  // comma.
   std::array<char, 40> text{};
-  std::snprintf(text.data(), text.size(), "%.15G", Bounded(number));
-  return text.data();
+  char* const end = std::to_chars(text.data(), text.data() + text.size(), Bounded(number),
+                                  std::chars_format::general, 15)
+                        .ptr;
+  for (char* c = text.data(); c != end; ++c) {
+    if (*c == 'e') *c = 'E';
+  }
+  return {text.data(), end};
 }
 
 std::int32_t RoundToEven(double number) {

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/database.h"
+#include "store/statement.h"
+
+namespace kelvo {
+
+/// Records of one table with a current record among them. Which records belong to it, and their
+/// order, are settled when it is opened or refreshed; records added through it come last.
+///
+/// Every change is one transaction and durable when the call returns. What fails throws StoreError
+/// and has changed nothing.
+class Recordset {
+ public:
+  /// `source` is a table's name or "select * from TABLE ...". The first record is current.
+  Recordset(Database& database, std::string source);
+  Recordset(const Recordset&) = delete;
+  Recordset& operator=(const Recordset&) = delete;
+
+  /// Another source; the first record is current.
+  void SetSource(std::string source);
+  /// Reads anew which records belong here; stays on the current one, or goes to the first.
+  void Refresh();
+
+  void MoveFirst();
+  void MoveNext();
+  void MovePrevious();
+  void MoveLast();
+  /// Moves to a record by its position (0 ..), out of range to the end.
+  void MoveTo(std::size_t position);
+  /// Behind the last record; there is no current record then.
+  bool Eof() const { return position_ >= keys_.size(); }
+  std::size_t RecordCount() const { return keys_.size(); }
+  std::size_t Position() const { return position_; }
+  /// Moves to the first record whose `field` equals `value` exactly; false, without moving, when
+  /// there is none.
+  bool FindFirst(const std::string& field, const Value& value);
+
+  // The current record; without one every field is NULL.
+  Value Field(const std::string& field) const;
+  /// A field as text; nothing for NULL.
+  std::optional<std::string> Text(const std::string& field) const;
+  /// A field as number; 0 for NULL and for what is no number.
+  double Number(const std::string& field) const;
+  bool YesNo(const std::string& field) const { return Number(field) != 0; }
+  /// The `field` of every record, in order, "" for NULL.
+  std::vector<std::string> Column(const std::string& field) const;
+
+  /// Begins a change of the current record, or a new one.
+  void Edit() { Begin(false); }
+  void AddNew() { Begin(true); }
+  void Set(const std::string& field, Value value) { changes_[field] = std::move(value); }
+  /// Stores what was set since Edit or AddNew. A new record does not become the current one.
+  void Update();
+  /// Removes the current record; there is none then until the next move, and MoveNext goes to the
+  /// one that followed it.
+  void Delete();
+
+  /// Called after each change of the current record, also when it stays the same after a refresh.
+  void SetRepositionHandler(std::function<void()> handler) { repositioned_ = std::move(handler); }
+
+ private:
+  void ReadKeys();
+  void Begin(bool adding);
+  void Go(std::size_t position);
+  bool HasCurrent() const { return !deleted_ && !Eof(); }
+
+  Database& database_;
+  std::string source_;
+  std::string table_;  // quoted
+  std::vector<std::int64_t> keys_;
+  std::size_t position_ = 0;
+  bool deleted_ = false;  // the record before keys_[position_] was current and is gone
+  bool adding_ = false;
+  std::map<std::string, Value> changes_;
+  std::function<void()> repositioned_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "link/event_loop.h"
+
+namespace kelvo::testing_world {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+/// Time as a number that the waits advance: each wait jumps to the next thing that happens.
+class VirtualLoop : public EventLoop {
+ public:
+  using Action = std::function<void()>;
+
+  /// Something that happens at a given time, from outside the program.
+  void At(nanoseconds time, Action action) { actions_.emplace(time, std::move(action)); }
+  void After(nanoseconds delay, Action action) { At(now_ + delay, std::move(action)); }
+  /// A source of events with its own clockwork (a timer, a simulated Terminal): `next` tells when
+  /// it acts, `act` lets it.
+  struct Source {
+    std::function<nanoseconds()> next;
+    Action act;
+    bool isTimer = false;
+  };
+  void Add(Source source) { sources_.push_back(std::move(source)); }
+
+  /// Lets time pass as an idle program would.
+  void RunFor(nanoseconds time) {
+    const nanoseconds end = now_ + time;
+    while (NextTime(true) <= end) Advance(end, true);
+    now_ = end;
+  }
+
+  void WaitForEvent() override {
+    if (NextTime(true) == never) throw std::logic_error("a wait that nothing can end");
+    Advance(never, true);
+  }
+  void ProcessPending() override {
+    while (NextTime(true) <= now_) Advance(now_, true);
+  }
+  void WaitPaintingOnly(nanoseconds time) override {
+    const nanoseconds end = now_ + std::max(time, nanoseconds(1));
+    while (NextTime(false) <= end) Advance(end, false);
+    now_ = end;
+  }
+  nanoseconds Now() const override { return now_; }
+  bool Closing() const override { return closing; }
+
+  bool closing = false;
+  static constexpr nanoseconds never = nanoseconds::max();
+
+ private:
+  nanoseconds NextTime(bool ticks) const {
+    nanoseconds next = actions_.empty() ? never : actions_.begin()->first;
+    for (const Source& source : sources_) {
+      if (ticks || !source.isTimer) next = std::min(next, source.next());
+    }
+    return next;
+  }
+
+  void Advance(nanoseconds latest, bool ticks) {
+    const nanoseconds next = NextTime(ticks);
+    if (next == never || next > latest) return;
+    now_ = std::max(now_, next);
+    if (!actions_.empty() && actions_.begin()->first <= now_) {
+      const Action action = std::move(actions_.begin()->second);
+      actions_.erase(actions_.begin());
+      return action();
+    }
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+      if ((ticks || !sources_[i].isTimer) && sources_[i].next() <= now_) return sources_[i].act();
+    }
+  }
+
+  nanoseconds now_{0};
+  std::multimap<nanoseconds, Action> actions_;
+  std::vector<Source> sources_;
+};
+
+class VirtualTimer : public Timer {
+ public:
+  VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled)
+      : loop_(loop), interval_(interval), enabled_(enabled), due_(loop.Now() + interval) {
+    loop.Add({[this] { return enabled_ ? due_ : VirtualLoop::never; }, [this] { Tick(); }, true});
+  }
+  void SetInterval(milliseconds interval) override {
+    interval_ = interval;
+    due_ = loop_.Now() + interval;
+  }
+  milliseconds Interval() const override { return interval_; }
+  void SetEnabled(bool enabled) override {
+    if (enabled && !enabled_) due_ = loop_.Now() + interval_;
+    enabled_ = enabled;
+  }
+  bool Enabled() const override { return enabled_; }
+  void SetHandler(std::function<void()> tick) override { tick_ = std::move(tick); }
+
+ private:
+  void Tick() {
+    due_ = loop_.Now() + interval_;
+    if (tick_) tick_();
+  }
+
+  VirtualLoop& loop_;
+  milliseconds interval_;
+  bool enabled_;
+  nanoseconds due_;
+  std::function<void()> tick_;
+};
+
+}  // namespace kelvo::testing_world
