@@ -45,6 +45,8 @@ class DeviceFonts {
   std::vector<int> Load(const std::string& folder);
   /// An empty font outside 0..9.
   const DeviceFont& Font(int number) const;
+  /// Whether a font's letters are bold by themselves (5..8).
+  static bool IsBold(int number) { return number >= 5 && number <= 8; }
 
  private:
   std::array<DeviceFont, Count> fonts_;

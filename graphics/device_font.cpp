@@ -1,0 +1,75 @@
+#include "graphics/device_font.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace kelvo {
+
+namespace {
+
+constexpr std::string_view Magic = "KFNT";
+constexpr std::size_t HeaderSize = 7;
+constexpr unsigned char Version = 1;
+constexpr int MaxCell = 32;
+constexpr int GlyphCount = 256;
+
+unsigned char ByteAt(std::string_view bytes, std::size_t index) {
+  return static_cast<unsigned char>(bytes[index]);
+}
+
+// One row of a glyph, the left pixel in bit width - 1.
+std::uint32_t ReadRow(std::string_view bytes, std::size_t at, int width) {
+  const int rowBytes = (width + 7) / 8;
+  std::uint32_t row = 0;
+  for (int i = 0; i < rowBytes; ++i) {
+    row = row << 8 | ByteAt(bytes, at + static_cast<std::size_t>(i));
+  }
+  return row >> (8 * rowBytes - width);
+}
+
+}  // namespace
+
+bool DeviceFont::Parse(std::string_view bytes) {
+  *this = DeviceFont();
+  if (bytes.size() < HeaderSize || !bytes.starts_with(Magic) || ByteAt(bytes, 4) != Version) {
+    return false;
+  }
+  const int width = ByteAt(bytes, 5);
+  const int height = ByteAt(bytes, 6);
+  if (width < 1 || width > MaxCell || height < 1 || height > MaxCell) return false;
+  const auto rowBytes = static_cast<std::size_t>((width + 7) / 8);
+  const auto rowCount = static_cast<std::size_t>(GlyphCount * height);
+  if (bytes.size() != HeaderSize + rowCount * rowBytes) return false;
+
+  width_ = width;
+  height_ = height;
+  rows_.reserve(rowCount);
+  for (std::size_t row = 0; row < rowCount; ++row) {
+    rows_.push_back(ReadRow(bytes, HeaderSize + row * rowBytes, width));
+  }
+  return true;
+}
+
+bool DeviceFont::Pixel(unsigned char character, int x, int y) const {
+  if (x < 0 || y < 0 || x >= width_ || y >= height_) return false;
+  const int row = character * height_ + y;
+  return (rows_[static_cast<std::size_t>(row)] >> (width_ - 1 - x) & 1U) != 0;
+}
+
+std::vector<int> DeviceFonts::Load(const std::string& folder) {
+  std::vector<int> unusable;
+  for (int number = 0; number < Count; ++number) {
+    std::ifstream file(folder + "/Font" + std::to_string(number) + ".Fnt", std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(file)), {});
+    if (!fonts_[static_cast<std::size_t>(number)].Parse(bytes)) unusable.push_back(number);
+  }
+  return unusable;
+}
+
+const DeviceFont& DeviceFonts::Font(int number) const {
+  static const DeviceFont empty;
+  if (number < 0 || number >= Count) return empty;
+  return fonts_[static_cast<std::size_t>(number)];
+}
+
+}  // namespace kelvo

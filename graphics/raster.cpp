@@ -1,0 +1,233 @@
+#include "graphics/raster.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+namespace kelvo {
+
+namespace {
+
+int Limited(int coordinate) { return std::clamp(coordinate, -CoordinateLimit, CoordinateLimit); }
+
+std::int64_t FloorDivide(std::int64_t dividend, std::int64_t divisor) {
+  const std::int64_t quotient = dividend / divisor;
+  return dividend % divisor < 0 ? quotient - 1 : quotient;
+}
+
+// The pixels from x0 to x1 (x0 <= x1) of one row.
+void Span(PixelMap& map, int x0, int x1, int y, Ink ink) {
+  if (y < 0 || y >= map.Height()) return;
+  const int end = std::min(x1, map.Width() - 1);
+  for (int x = std::max(x0, 0); x <= end; ++x) map.Put(x, y, ink);
+}
+
+// The pixels from y0 to y1 of one column; none where y0 > y1.
+void Column(PixelMap& map, int x, int y0, int y1, Ink ink) {
+  const int end = std::min(y1, map.Height() - 1);
+  for (int y = std::max(y0, 0); y <= end; ++y) map.Put(x, y, ink);
+}
+
+// Draws along the axis on which the line is longer: `along` counts from a0 to a1 (a0 < a1), and
+// the other coordinate is the nearest whole number to the exact line. It is worked out for the
+// first visible pixel and stepped from there, so a clipped line keeps the whole one's pixels.
+template <typename Plot>
+void StepLine(int a0, int b0, int a1, int b1, int mapLength, Plot plot) {
+  const std::int64_t length = 2 * (a1 - a0);
+  const std::int64_t rise = 2 * (b1 - b0);
+  const int first = std::max(a0, 0);
+  const int last = std::min(a1, mapLength - 1);
+  const std::int64_t start = (first - a0) * rise + length / 2;
+  std::int64_t across = b0 + FloorDivide(start, length);
+  std::int64_t rest = start - FloorDivide(start, length) * length;
+  for (int along = first; along <= last; ++along) {
+    plot(along, static_cast<int>(across));
+    rest += rise;
+    if (rest >= length) {
+      rest -= length;
+      ++across;
+    } else if (rest < 0) {
+      rest += length;
+      --across;
+    }
+  }
+}
+
+// How far the row `y` of an ellipse reaches from its centre column; -1 outside. A pixel belongs
+// to it when the curve passes within half a pixel of it, measured along either axis.
+int EllipseReach(int radiusX, int radiusY, int y) {
+  if (y > radiusY) return -1;
+  if (radiusY == 0) return radiusX;
+  const double rx = radiusX;
+  const double ry = radiusY;
+  const double alongRow = rx * std::sqrt((ry - y) * (ry + y)) / ry + 0.5;
+  const double low = 2.0 * y - 1.0;
+  const double alongColumn = rx * std::sqrt((2 * ry - low) * (2 * ry + low)) / (2 * ry);
+  const double reach = y == 0 ? rx : std::max(alongRow, alongColumn);
+  return std::min(radiusX, static_cast<int>(reach));
+}
+
+// Half-open crossing rule: an edge counts for the rows from its upper end to just above its lower
+// one, so that a corner is never counted twice.
+std::vector<int> Crossings(const std::vector<PixelPoint>& points, int y) {
+  std::vector<int> crossings;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    PixelPoint upper = points[i];
+    PixelPoint lower = points[(i + 1) % points.size()];
+    if (upper.y > lower.y) std::swap(upper, lower);
+    if (y < upper.y || y >= lower.y) continue;
+    const std::int64_t height = lower.y - upper.y;
+    const std::int64_t run = std::int64_t{lower.x - upper.x} * (y - upper.y);
+    crossings.push_back(static_cast<int>(upper.x + FloorDivide(2 * run + height, 2 * height)));
+  }
+  std::sort(crossings.begin(), crossings.end());
+  return crossings;
+}
+
+void FillPolygon(PixelMap& map, const std::vector<PixelPoint>& points, Ink ink) {
+  for (int y = 0; y < map.Height(); ++y) {
+    const std::vector<int> crossings = Crossings(points, y);
+    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
+      Span(map, crossings[i], crossings[i + 1], y, ink);
+    }
+  }
+}
+
+std::optional<Ink> TextInk(TextMode mode, bool on) {
+  switch (mode) {
+    case TextMode::Replace:
+      return on ? Ink::Set : Ink::Clear;
+    case TextMode::Invert:
+      return on ? std::optional(Ink::Invert) : std::nullopt;
+    case TextMode::Clear:
+      return on ? std::optional(Ink::Clear) : std::nullopt;
+    case TextMode::Set:
+      return on ? std::optional(Ink::Set) : std::nullopt;
+  }
+  return std::nullopt;
+}
+
+bool StyledPixel(const DeviceFont& font, unsigned char character, int x, int y,
+                 const TextStyle& style) {
+  bool on = font.Pixel(character, x, y);
+  if (style.bold && !DeviceFonts::IsBold(style.font)) on = on || font.Pixel(character, x - 1, y);
+  if (style.underline && y == font.Height() - 1) on = true;
+  return on != style.inverse;
+}
+
+void DrawCell(PixelMap& map, const DeviceFont& font, int left, int top, unsigned char character,
+              const TextStyle& style) {
+  const int endX = std::min(left + font.Width() * style.zoomX, map.Width());
+  const int endY = std::min(top + font.Height() * style.zoomY, map.Height());
+  for (int y = std::max(top, 0); y < endY; ++y) {
+    for (int x = std::max(left, 0); x < endX; ++x) {
+      const bool on =
+          StyledPixel(font, character, (x - left) / style.zoomX, (y - top) / style.zoomY, style);
+      if (const auto ink = TextInk(style.mode, on)) map.Put(x, y, *ink);
+    }
+  }
+}
+
+}  // namespace
+
+void DrawLine(PixelMap& map, int x0, int y0, int x1, int y1, Ink ink) {
+  PixelPoint from{Limited(x0), Limited(y0)};
+  PixelPoint to{Limited(x1), Limited(y1)};
+  if (from == to) {
+    map.Put(from.x, from.y, ink);
+  } else if (std::abs(to.x - from.x) >= std::abs(to.y - from.y)) {
+    if (from.x > to.x) std::swap(from, to);
+    StepLine(from.x, from.y, to.x, to.y, map.Width(), [&](int x, int y) { map.Put(x, y, ink); });
+  } else {
+    if (from.y > to.y) std::swap(from, to);
+    StepLine(from.y, from.x, to.y, to.x, map.Height(), [&](int y, int x) { map.Put(x, y, ink); });
+  }
+}
+
+void DrawRectangle(PixelMap& map, int x0, int y0, int x1, int y1, bool filled, Ink ink) {
+  const auto [left, right] = std::minmax({Limited(x0), Limited(x1)});
+  const auto [top, bottom] = std::minmax({Limited(y0), Limited(y1)});
+  if (filled) {
+    const int end = std::min(bottom, map.Height() - 1);
+    for (int y = std::max(top, 0); y <= end; ++y) Span(map, left, right, y, ink);
+    return;
+  }
+  Span(map, left, right, top, ink);
+  if (bottom != top) Span(map, left, right, bottom, ink);
+  Column(map, left, top + 1, bottom - 1, ink);
+  if (right != left) Column(map, right, top + 1, bottom - 1, ink);
+}
+
+void DrawEllipse(PixelMap& map, int centreX, int centreY, int radiusX, int radiusY, bool filled,
+                 Ink ink) {
+  if (radiusX < 0 || radiusY < 0) return;
+  const int cx = Limited(centreX);
+  const int cy = Limited(centreY);
+  const int rx = Limited(radiusX);
+  const int ry = Limited(radiusY);
+  const int end = std::min(cy + ry, map.Height() - 1);
+  for (int y = std::max(cy - ry, 0); y <= end; ++y) {
+    const int row = std::abs(y - cy);
+    const int reach = EllipseReach(rx, ry, row);
+    // Where the row beyond reaches, this row is inside; at the very end the outline closes.
+    const int inner = filled ? -1 : std::min(EllipseReach(rx, ry, row + 1), reach - 1);
+    if (inner < 0) {
+      Span(map, cx - reach, cx + reach, y, ink);
+    } else {
+      Span(map, cx - reach, cx - inner - 1, y, ink);
+      Span(map, cx + inner + 1, cx + reach, y, ink);
+    }
+  }
+}
+
+void DrawPolygon(PixelMap& map, const std::vector<PixelPoint>& points, bool filled, Ink ink) {
+  if (points.size() < 2) return;
+  if (ink == Ink::Invert) {  // edges meet, and the outline lies on the inside: collect first
+    PixelMap figure(map.Width(), map.Height());
+    DrawPolygon(figure, points, filled, Ink::Set);
+    DrawBitmap(map, 0, 0, figure, ink);
+    return;
+  }
+  std::vector<PixelPoint> corners;
+  corners.reserve(points.size());
+  for (const PixelPoint& p : points) corners.push_back({Limited(p.x), Limited(p.y)});
+  if (filled) FillPolygon(map, corners, ink);
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    const PixelPoint& next = corners[(i + 1) % corners.size()];
+    DrawLine(map, corners[i].x, corners[i].y, next.x, next.y, ink);
+  }
+}
+
+void DrawBitmap(PixelMap& map, int x, int y, const PixelMap& bits, Ink ink) {
+  const int left = Limited(x);
+  const int top = Limited(y);
+  const int endX = std::min(left + bits.Width(), map.Width());
+  const int endY = std::min(top + bits.Height(), map.Height());
+  for (int row = std::max(top, 0); row < endY; ++row) {
+    for (int column = std::max(left, 0); column < endX; ++column) {
+      if (bits.At(column - left, row - top)) map.Put(column, row, ink);
+    }
+  }
+}
+
+int DrawText(PixelMap& map, const DeviceFonts& fonts, int x, int y, std::string_view text,
+             const TextStyle& style) {
+  const DeviceFont& font = fonts.Font(style.font);
+  if (font.Empty()) return x;
+  TextStyle inRange = style;
+  inRange.zoomX = std::clamp(style.zoomX, 1, MaxZoomX);
+  inRange.zoomY = std::clamp(style.zoomY, 1, MaxZoomY);
+  const int advance = font.Width() * inRange.zoomX;
+  int left = Limited(x);
+  for (const char character : text) {
+    if (left < map.Width()) {
+      DrawCell(map, font, left, Limited(y), static_cast<unsigned char>(character), inRange);
+    }
+    left = Limited(left + advance);
+  }
+  return left;
+}
+
+}  // namespace kelvo

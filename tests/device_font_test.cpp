@@ -1,0 +1,157 @@
+#include "graphics/device_font.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "graphics/raster.h"
+#include "tests/pixel_picture.h"
+
+namespace kelvo {
+namespace {
+
+// A font file of 3 x 2 cells in which "A" is "#.#" over ".#.".
+std::string TinyFont() {
+  std::string bytes = std::string("KFNT\1\3\2") + std::string(2 * 256, '\0');
+  bytes[7 + 2 * 'A'] = static_cast<char>(0xa0);
+  bytes[7 + 2 * 'A' + 1] = 0x40;
+  return bytes;
+}
+
+DeviceFonts FolderWithTinyFont(const std::string& name) {
+  std::ofstream(testing::TempDir() + name, std::ios::binary) << TinyFont();
+  DeviceFonts fonts;
+  fonts.Load(testing::TempDir());
+  return fonts;
+}
+
+std::string Drawn(const TextStyle& style, int x = 0, PixelMap map = PixelMap(6, 4)) {
+  static const DeviceFonts fonts = FolderWithTinyFont("Font0.Fnt");
+  DrawText(map, fonts, x, 0, "AA", style);
+  return Picture(map);
+}
+
+TEST(DeviceFont, ReadsItsFormatAndRefusesEverythingElse) {
+  DeviceFont font;
+  ASSERT_TRUE(font.Parse(TinyFont()));
+  EXPECT_EQ(font.Width(), 3);
+  EXPECT_EQ(font.Height(), 2);
+  EXPECT_TRUE(font.Pixel('A', 0, 0) && font.Pixel('A', 2, 0) && font.Pixel('A', 1, 1));
+  EXPECT_FALSE(font.Pixel('A', 1, 0) || font.Pixel('A', 3, 0) || font.Pixel('A', 0, -1));
+  EXPECT_FALSE(font.Pixel('B', 0, 0));
+
+  const auto changed = [](std::size_t at, char value) {
+    std::string bytes = TinyFont();
+    bytes[at] = value;
+    return bytes;
+  };
+  for (const std::string& bad :
+       {std::string(), TinyFont().substr(1), TinyFont() + "x", changed(0, 'k'), changed(4, 2),
+        changed(5, 0), changed(5, 33), changed(6, 0), changed(6, 3)}) {
+    EXPECT_FALSE(font.Parse(bad));
+    EXPECT_TRUE(font.Empty());
+  }
+}
+
+TEST(DeviceFont, TextTakesAttributesZoomAndMode) {
+  TextStyle style;
+  style.mode = TextMode::Set;
+  EXPECT_EQ(Drawn(style), "#.##.#\n.#..#.\n......\n......\n");
+  EXPECT_EQ(Drawn(style, 2), "..#.##\n...#..\n......\n......\n");
+  EXPECT_EQ(Drawn(style, -4), ".#....\n#.....\n......\n......\n");
+
+  TextStyle attribute = style;
+  attribute.underline = true;
+  EXPECT_EQ(Drawn(attribute), "#.##.#\n######\n......\n......\n");
+  attribute = style;
+  attribute.bold = true;
+  EXPECT_EQ(Drawn(attribute), "######\n.##.##\n......\n......\n");
+  attribute = style;
+  attribute.inverse = true;
+  EXPECT_EQ(Drawn(attribute), ".#..#.\n#.##.#\n......\n......\n");
+
+  TextStyle zoomed = style;
+  zoomed.zoomX = 2;
+  zoomed.zoomY = 2;
+  EXPECT_EQ(Drawn(zoomed), "##..##\n##..##\n..##..\n..##..\n");
+  zoomed.zoomX = zoomed.zoomY = 0;  // counts as 1
+  EXPECT_EQ(Drawn(zoomed), Drawn(style));
+
+  const PixelMap black = AllSet(6, 2);
+  for (const auto& [mode, picture] : {std::pair(TextMode::Replace, "#.##.#\n.#..#.\n"),
+                                      std::pair(TextMode::Set, "######\n######\n"),
+                                      std::pair(TextMode::Clear, ".#..#.\n#.##.#\n"),
+                                      std::pair(TextMode::Invert, ".#..#.\n#.##.#\n")}) {
+    style.mode = mode;
+    EXPECT_EQ(Drawn(style, 0, black), picture);
+  }
+}
+
+TEST(DeviceFont, TextReturnsWhereItEnds) {
+  const DeviceFonts fonts = FolderWithTinyFont("Font0.Fnt");
+  PixelMap map(4, 4);
+  TextStyle style;
+  style.zoomX = 3;
+  EXPECT_EQ(DrawText(map, fonts, 5, 0, "AAA", style), 5 + 3 * 9);
+  style.font = 12;
+  EXPECT_EQ(DrawText(map, fonts, 5, 0, "AAA", style), 5);
+}
+
+class BuiltFonts : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(fonts_.Load(KELVO_FONT_FOLDER).empty()); }
+
+  int Blackness(int font, unsigned char character) const {
+    int count = 0;
+    for (int y = 0; y < fonts_.Font(font).Height(); ++y) {
+      for (int x = 0; x < fonts_.Font(font).Width(); ++x) {
+        count += fonts_.Font(font).Pixel(character, x, y) ? 1 : 0;
+      }
+    }
+    return count;
+  }
+
+  DeviceFonts fonts_;
+};
+
+TEST_F(BuiltFonts, HaveTheirCells) {
+  constexpr int Cells[DeviceFonts::Count][2] = {{8, 8}, {8, 10}, {8, 14}, {8, 16}, {4, 6},
+                                                {8, 8}, {8, 10}, {8, 14}, {8, 16}, {16, 32}};
+  for (int i = 0; i < DeviceFonts::Count; ++i) {
+    EXPECT_EQ(fonts_.Font(i).Width(), Cells[i][0]) << i;
+    EXPECT_EQ(fonts_.Font(i).Height(), Cells[i][1]) << i;
+  }
+}
+
+TEST_F(BuiltFonts, HoldLatin1AndItsBoldFaces) {
+  for (const int font : {0, 1, 2, 3, 5, 6, 7, 8, 9}) {
+    for (int code = 0; code < 256; ++code) {
+      if (code == 173) continue;  // the soft hyphen may be drawn or not
+      const bool blank = code <= 32 || (code >= 127 && code <= 160);
+      EXPECT_EQ(Blackness(font, static_cast<unsigned char>(code)) == 0, blank)
+          << font << " " << code;
+    }
+  }
+  for (int font = 0; font <= 3; ++font) {
+    for (const unsigned char letter : {'A', 'g', '8', '\xe4'}) {
+      EXPECT_GT(Blackness(font + 5, letter), Blackness(font, letter));
+    }
+  }
+}
+
+TEST_F(BuiltFonts, HoldDifferentSmallDigits) {
+  const std::string held = "0123456789.,-+:";
+  PixelMap seen[15];
+  for (std::size_t i = 0; i < held.size(); ++i) {
+    seen[i] = PixelMap(4, 6);
+    TextStyle style;
+    style.font = 4;
+    DrawText(seen[i], fonts_, 0, 0, held.substr(i, 1), style);
+    EXPECT_GT(SetPixels(seen[i]), 0);
+    for (std::size_t j = 0; j < i; ++j) EXPECT_NE(seen[i], seen[j]) << held[i] << held[j];
+  }
+  EXPECT_EQ(Blackness(4, ' '), 0);
+}
+
+}  // namespace
+}  // namespace kelvo
