@@ -85,7 +85,7 @@ bool Exchange::WaitAcknowledge(std::string& text) {
   // The Terminal answers a command that has arrived, so its time starts when the line is free; what
   // came before that can only be the bus echo of the command.
   WaitUntilSent();
-  port_.DiscardInput();
+  port_.DiscardEcho();
   port_.SetReceiveThreshold(0);
   RestartTimeout();
   while (port_.InBufferCount() == 0 && !timeOutFlag_ && Alive()) WaitForEvent();

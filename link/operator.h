@@ -16,6 +16,8 @@ class Operator {
   /// A message box with the OK button alone. An empty title means the program's name.
   virtual void Message(const std::string& text, Icon icon = Icon::None,
                        const std::string& title = {}) = 0;
+  /// The same without waiting for the OK.
+  virtual void Notify(const std::string& text, Icon icon = Icon::None) = 0;
   /// A Yes/No message box; true for Yes. An empty title means the program's name.
   virtual bool Ask(const std::string& text, Icon icon = Icon::Question,
                    const std::string& title = {}) = 0;

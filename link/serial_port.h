@@ -24,6 +24,9 @@ enum PortError : std::int16_t {
 /// XOn/XOff and RTS/CTS carry the numbers that the port control has for them.
 enum class Handshaking { XOnXOff = 1, RtsCts = 2 };
 
+enum class Direction { ToTerminal, FromTerminal };
+using TrafficListener = std::function<void(Direction direction, std::string_view characters)>;
+
 /// The serial port control. Characters are 8 bit, one std::string element each.
 ///
 /// "Not yet sent" means the line: a character counts until its last bit has left, whatever the
@@ -53,9 +56,12 @@ class SerialPort {
 
   // Reading.
   virtual std::size_t InBufferCount() const = 0;
-  /// Drops what has arrived up to the moment the last written character left the line. What can
-  /// only be an answer to it stays, however late the call comes.
+  /// Drops everything that waits.
   virtual void DiscardInput() = 0;
+  /// Drops what has arrived up to the moment the last written character left the line: old
+  /// characters and the bus echo. What can only be an answer to it stays, even when the call comes
+  /// late because the machine is busy.
+  virtual void DiscardEcho() = 0;
   /// At most InputLen() characters, all waiting ones when that is 0.
   virtual std::string Input() = 0;
   virtual int InputLen() const = 0;
@@ -69,6 +75,8 @@ class SerialPort {
   virtual void SetReceiveHandler(std::function<void()> handler) = 0;
   /// Called once, from the event loop, after the device went away. The port is closed then.
   virtual void SetLostHandler(std::function<void()> handler) = 0;
+  /// Told of everything that crosses the line; an empty listener costs nothing.
+  virtual void SetTrafficListener(TrafficListener listener) = 0;
 };
 
 }  // namespace kelvo

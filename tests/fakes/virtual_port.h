@@ -30,8 +30,8 @@ class VirtualPort : public SerialPort {
   std::string refusal;
 
   // What a test looks at.
-  std::string written;                ///< all that was handed to the port
-  std::vector<std::string> writes;    ///< the same, write by write
+  std::string written;              ///< all that was handed to the port
+  std::vector<std::string> writes;  ///< the same, write by write
   std::vector<nanoseconds> writeTimes;
   std::string settings;
   Handshaking handshaking = Handshaking::XOnXOff;
@@ -42,6 +42,7 @@ class VirtualPort : public SerialPort {
   void Arrive(const std::string& text) {
     if (!open_) return;
     input_ += text;
+    if (traffic_) traffic_(Direction::FromTerminal, text);
     Raise();
   }
   void ArriveAfter(nanoseconds delay, const std::string& text) {
@@ -79,6 +80,7 @@ class VirtualPort : public SerialPort {
   void Write(std::string_view text) override {
     if (!open_) throw std::logic_error("written to a closed port");
     written += text;
+    if (traffic_) traffic_(Direction::ToTerminal, text);
     writes.emplace_back(text);
     writeTimes.push_back(loop_.Now());
     if (line_.empty()) departure_ = loop_.Now() + characterTime;
@@ -92,9 +94,10 @@ class VirtualPort : public SerialPort {
 
   std::size_t InBufferCount() const override { return input_.size(); }
   void DiscardInput() override { input_.clear(); }
+  void DiscardEcho() override { input_.clear(); }
   std::string Input() override {
-    std::string text = input_.substr(0, inputLen_ == 0 ? std::string::npos
-                                                       : static_cast<std::size_t>(inputLen_));
+    std::string text =
+        input_.substr(0, inputLen_ == 0 ? std::string::npos : static_cast<std::size_t>(inputLen_));
     input_.erase(0, text.size());
     return text;
   }
@@ -105,6 +108,7 @@ class VirtualPort : public SerialPort {
   int ReceiveThreshold() const override { return threshold_; }
   void SetReceiveHandler(std::function<void()> handler) override { receive_ = std::move(handler); }
   void SetLostHandler(std::function<void()> handler) override { lost_ = std::move(handler); }
+  void SetTrafficListener(TrafficListener listener) override { traffic_ = std::move(listener); }
 
  private:
   void Raise() {
@@ -133,6 +137,7 @@ class VirtualPort : public SerialPort {
   int threshold_ = 0;
   std::function<void()> receive_;
   std::function<void()> lost_;
+  TrafficListener traffic_;
 };
 
 /// A Terminal of few words: answers fixed texts to fixed commands, when the command is complete.

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include "link/event_loop.h"
+
+namespace kelvo {
+
+/// The Qt event loop of the user-interface thread.
+class QtEventLoop : public QObject, public EventLoop {
+  Q_OBJECT
+
+ public:
+  QtEventLoop();
+
+  void WaitForEvent() override;
+  void ProcessPending() override;
+  void WaitPaintingOnly(std::chrono::nanoseconds time) override;
+  std::chrono::nanoseconds Now() const override;
+  bool Closing() const override { return closing_; }
+
+  /// Ends every wait, now and from now on.
+  void Close() { closing_ = true; }
+  /// True inside WaitPaintingOnly: ticks are dropped and receive events held back.
+  bool Held() const { return held_; }
+
+ Q_SIGNALS:
+  /// Receive events that were held back may be raised now (queued).
+  void Released();
+
+ private:
+  bool closing_ = false;
+  bool held_ = false;
+};
+
+/// A periodic timer with millisecond precision: a tick is never early.
+class QtTimer : public QObject, public Timer {
+  Q_OBJECT
+
+ public:
+  /// Each: every tick is delivered. OnDemand: the timer runs freely, but only a tick that somebody
+  /// asked for with SetEnabled(true) is delivered, so that an idle program sleeps.
+  enum class Ticks { Each, OnDemand };
+
+  QtTimer(QtEventLoop& loop, std::chrono::milliseconds interval, bool enabled,
+          Ticks ticks = Ticks::Each);
+
+  /// At least 1 ms.
+  void SetInterval(std::chrono::milliseconds interval) override;
+  std::chrono::milliseconds Interval() const override { return interval_; }
+  void SetEnabled(bool enabled) override;
+  bool Enabled() const override { return enabled_; }
+  void SetHandler(std::function<void()> tick) override { tick_ = std::move(tick); }
+
+ private:
+  void StartInterval();
+  void Arm();
+  void Expired();
+
+  QtEventLoop& loop_;
+  QTimer timer_;
+  std::chrono::milliseconds interval_;
+  bool enabled_;
+  Ticks ticks_;
+  std::chrono::nanoseconds due_{0};
+  std::function<void()> tick_;
+};
+
+}  // namespace kelvo
