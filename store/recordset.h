@@ -41,6 +41,9 @@ class Recordset {
   bool Eof() const { return position_ >= keys_.size(); }
   std::size_t RecordCount() const { return keys_.size(); }
   std::size_t Position() const { return position_; }
+  /// Tells the current record apart from every other of its table, for as long as it exists; 0
+  /// without a current record.
+  std::int64_t Bookmark() const { return HasCurrent() ? keys_[position_] : 0; }
   /// Moves to the first record whose `field` equals `value` exactly; false, without moving, when
   /// there is none.
   bool FindFirst(const std::string& field, const Value& value);

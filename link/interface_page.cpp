@@ -1,0 +1,340 @@
+#include "link/interface_page.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "link/control_characters.h"
+#include "link/guard.h"
+#include "link/wire_text.h"
+#include "widgets/data_control.h"
+#include "widgets/form.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+namespace {
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void Send(Exchange& exchange, std::string command, Acknowledge acknowledge) {
+  exchange.CommandBuffer = std::move(command);
+  exchange.SendCommand(acknowledge);
+}
+
+std::string Plain(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
+
+constexpr int receivedCharactersKept = 100000;
+
+}  // namespace
+
+InterfacePage::InterfacePage(Services services, QWidget* parent)
+    : QWidget(parent), services_(std::move(services)) {
+  for (int list = 0; list < ComListCount; ++list) {
+    cboCom[static_cast<std::size_t>(list)] = MakeList(static_cast<ComList>(list));
+  }
+  auto* groups = new QHBoxLayout;
+  groups->addWidget(MakeFirst());
+  groups->addWidget(MakeSecond(), 1);
+  auto* page = new QVBoxLayout(this);
+  page->addWidget(MakeRecordChoice());
+  page->addLayout(groups, 1);
+  ConnectButtons();
+  services_.comData.SetRepositionHandler([this] { Repositioned(); });
+}
+
+QComboBox* InterfacePage::MakeList(ComList list) {
+  auto* box = Named(new QComboBox, ArrayName("cboCom", list));
+  for (const ListEntry& entry : ComEntries(list)) box->addItem(Text(entry.text), entry.number);
+  box->setCurrentIndex(-1);
+  connect(box, &QComboBox::activated, this,
+          [this, list] { Guarded(services_.person, "cboCom", [&] { cboCom_Click(list); }); });
+  return box;
+}
+
+QWidget* InterfacePage::MakeRecordChoice() {
+  auto* group = new QGroupBox(tr("Gespeicherte Einstellungen"));
+  ctlComData = new DataControl("ctlComData", services_.comData);
+  auto* row = new QHBoxLayout(group);
+  row->addWidget(LabelFor(ctlComData, tr("Sat&z:")));
+  row->addWidget(ctlComData);
+  row->addWidget(new QLabel(tr("Jede Auswahl wird sofort in diesem Satz gespeichert.")));
+  row->addStretch();
+  connect(ctlComData, &DataControl::Failed, this, [this](const QString& text) {
+    services_.person.Message(text.toStdString(), Icon::Exclamation);
+  });
+  return group;
+}
+
+QWidget* InterfacePage::MakeFirst() {
+  auto* group = Named(new QGroupBox(tr("Erste Schnittstelle")), "ctlComFrame1");
+  QFormLayout* form = MakeForm(group);
+  lblAnschluss = Named(new QLabel, "lblAnschluss");
+  lblAnschluss->setWordWrap(true);
+  lblAnschluss->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
+  AddRow(form, tr("Ansch&luss:"), cboCom[ComPortNr]);
+  form->addRow(QString(), lblAnschluss);
+  AddRow(form, tr("Baud&rate:"), cboCom[ComBaud1], tr("Bit/s"));
+  AddRow(form, tr("Par&ität:"), cboCom[ComParity1]);
+  AddRow(form, tr("Date&nbits:"), cboCom[ComBits1]);
+  AddRow(form, tr("&Stoppbits:"), cboCom[ComStopBit1]);
+  AddRow(form, tr("Handsha&ke:"), cboCom[ComShake1]);
+  AddRow(form, tr("Pu&ffer:"), cboCom[ComPuffer1], tr("Zeichen"));
+  cmdSetCom1 = MakeButton("cmdSetCom1", tr("T&erminal und PC umstellen"),
+                          tr("Stellt die Schnittstelle des Terminals um, speichert sie dort und "
+                             "öffnet dann den Anschluss des PC mit denselben Werten."));
+  cmdDefaultCom1 = MakeButton("cmdDefaultCom1", tr("Standard - &Werte"),
+                              tr("Wählt die üblichen Werte; gesendet wird noch nichts."));
+  form->addRow(ButtonRow({cmdSetCom1, cmdDefaultCom1}));
+  return group;
+}
+
+QWidget* InterfacePage::MakeSecond() {
+  auto* group = Named(new QGroupBox(tr("Zweite Schnittstelle")), "ctlComFrame2");
+  QFormLayout* form = MakeForm(group);
+  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  AddRow(form, tr("Baudra&te:"), cboCom[ComBaud2], tr("Bit/s"));
+  AddRow(form, tr("Parit&ät:"), cboCom[ComParity2]);
+  AddRow(form, tr("Bits &je Zeichen:"), cboCom[ComBits2]);
+  AddRow(form, tr("Sto&ppbits:"), cboCom[ComStopbit2]);
+  AddRow(form, tr("Handshake &2:"), cboCom[ComShake2]);
+  AddRow(form, tr("P&uffer:"), cboCom[ComPuffer2], tr("Zeichen"));
+  AddRow(form, tr("E&mpfang:"), cboCom[ComRecCom2]);
+  cmdSetCom2 = MakeButton("cmdSetCom2", tr("Terminal umstellen"),
+                          tr("Stellt die zweite Schnittstelle des Terminals um und speichert sie "
+                             "dort."));
+  cmdDefaultCom2 = MakeButton("cmdDefaultCom2", tr("Standard - Werte"),
+                              tr("Wählt die üblichen Werte; gesendet wird noch nichts."));
+  form->addRow(ButtonRow({cmdSetCom2, cmdDefaultCom2}));
+
+  txtSendCom2 = Named(new WireField, "txtSendCom2");
+  cmdSendCom2 = MakeButton("cmdSendCom2", tr("Sen&den"));
+  auto* sendRow = new QHBoxLayout;
+  sendRow->addWidget(txtSendCom2);
+  sendRow->addWidget(cmdSendCom2);
+  form->addRow(LabelFor(txtSendCom2, tr("Te&xt:")), sendRow);
+  form->addRow(QString(),
+               new QLabel(tr("senden auf zweiter Schnittstelle (Trennzeichen nicht vergessen)")));
+
+  txtReceiveCom2 = Named(new QPlainTextEdit, "txtReceiveCom2");
+  txtReceiveCom2->setReadOnly(true);
+  txtReceiveCom2->setTabChangesFocus(true);
+  txtReceiveCom2->setMinimumHeight(fontMetrics().lineSpacing() * 3);
+  cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Emp&fangenes löschen"));
+  form->addRow(LabelFor(txtReceiveCom2, tr("Empfan&gen:")), txtReceiveCom2);
+  form->addRow(QString(), ButtonRow({cmdClearReceiveCom2}));
+  return group;
+}
+
+void InterfacePage::ConnectButtons() {
+  using Handler = void (InterfacePage::*)();
+  const auto on = [this](QPushButton* button, Handler handler) {
+    connect(button, &QPushButton::clicked, this, [this, button, handler] {
+      const QByteArray name = button->objectName().toUtf8();
+      Guarded(services_.person, name.constData(), [&] { (this->*handler)(); });
+    });
+  };
+  on(cmdSetCom1, &InterfacePage::cmdSetCom1_Click);
+  on(cmdSetCom2, &InterfacePage::cmdSetCom2_Click);
+  on(cmdDefaultCom1, &InterfacePage::cmdDefaultCom1_Click);
+  on(cmdDefaultCom2, &InterfacePage::cmdDefaultCom2_Click);
+  on(cmdSendCom2, &InterfacePage::cmdSendCom2_Click);
+  on(cmdClearReceiveCom2, &InterfacePage::cmdClearReceiveCom2_Click);
+  connect(txtSendCom2, &QLineEdit::returnPressed, cmdSendCom2, &QPushButton::click);
+  connect(txtSendCom2, &WireField::Refused, this, [this] { services_.person.Beep(); });
+}
+
+void InterfacePage::SelectStoredRecord() {
+  const double wanted = services_.defaults.Number("schnittstelle");
+  Recordset& records = services_.comData;
+  records.MoveFirst();
+  while (!records.Eof() && records.Number("satznr") != wanted) records.MoveNext();
+  ctlComData->Update();
+}
+
+void InterfacePage::Repositioned() {
+  if (!services_.portControl.FormLoading && !refreshing_ && !services_.comData.Eof()) {
+    services_.defaults.Edit();
+    services_.defaults.Set("schnittstelle",
+                           static_cast<std::int64_t>(services_.comData.Number("satznr")));
+    services_.defaults.Update();
+  }
+  ShowRecord();
+}
+
+void InterfacePage::ShowRecord() {
+  Recordset& records = services_.comData;
+  ctlComData->SetCaption(Text(records.Text("satznr").value_or("")));
+  ctlComData->Update();
+  for (int i = 0; i < ComListCount; ++i) {
+    const auto list = static_cast<ComList>(i);
+    // A port that could not be opened, or was lost, stays "(keine)" until another is chosen.
+    if (list == ComPortNr && refreshing_) continue;
+    const std::string text = records.Text(std::string(ComField(list))).value_or("");
+    cboCom[list]->setCurrentIndex(ComPosition(list, text));
+  }
+  DescribePort();
+}
+
+void InterfacePage::Refresh() {
+  refreshing_ = true;
+  Guarded(services_.person, "ctlComData", [&] { services_.comData.Refresh(); });
+  refreshing_ = false;
+}
+
+void InterfacePage::ShowNoPort() {
+  cboCom[ComPortNr]->setCurrentIndex(NoPortPosition);
+  DescribePort();
+  Q_EMIT PortChanged();
+}
+
+void InterfacePage::DescribePort() {
+  const int position = cboCom[ComPortNr]->currentIndex();
+  const bool real = position >= 0 && position != NoPortPosition && services_.describePort;
+  lblAnschluss->setText(real ? Text(services_.describePort(position + 1)) : QString());
+}
+
+QString InterfacePage::PortText() const {
+  if (!services_.com1.IsOpen()) return tr("nicht verbunden");
+  return cboCom[ComPortNr]->currentText() + u' ' + Text(Settings().text);
+}
+
+void InterfacePage::ShowReceived(const std::string& received) {
+  txtReceiveCom2->moveCursor(QTextCursor::End);
+  // It comes character by character, so a line end is seen by its LF.
+  if (received != "\r") {
+    txtReceiveCom2->insertPlainText(received == "\n" ? QStringLiteral("\n") : GlyphText(received));
+  }
+  // An unattended line must not fill the memory.
+  const QString text = txtReceiveCom2->toPlainText();
+  if (text.size() > receivedCharactersKept) {
+    txtReceiveCom2->setPlainText(text.right(receivedCharactersKept / 2));
+  }
+}
+
+void InterfacePage::StoreChoice(ComList list) {
+  Recordset& records = services_.comData;
+  if (records.Eof()) return;
+  records.Edit();
+  records.Set(std::string(ComField(list)), cboCom[list]->currentText().toStdString());
+  records.Update();
+}
+
+void InterfacePage::cboCom_Click(ComList list) {
+  StoreChoice(list);
+  if (list != ComPortNr) return;
+  DescribePort();
+  if (cboCom[ComPortNr]->currentIndex() == NoPortPosition) {
+    services_.com1.Close();
+    Q_EMIT PortChanged();
+  } else {
+    OpenChosenPort();
+  }
+}
+
+ComNumbers InterfacePage::Numbers() const {
+  ComNumbers numbers{};
+  for (std::size_t i = 0; i < ComListCount; ++i) {
+    numbers[i] = cboCom[i]->currentIndex() < 0 ? -1 : cboCom[i]->currentData().toInt();
+  }
+  return numbers;
+}
+
+// A record may hold a text that its list does not offer; nothing is sent then.
+bool InterfacePage::AllChosen(ComList first, ComList last) {
+  for (int list = first; list <= last; ++list) {
+    if (cboCom[static_cast<std::size_t>(list)]->currentIndex() >= 0) continue;
+    services_.person.Message("Bitte zuerst in jeder Liste einen Wert wählen.", Icon::Exclamation);
+    cboCom[static_cast<std::size_t>(list)]->setFocus();
+    return false;
+  }
+  return true;
+}
+
+PortSettings InterfacePage::Settings() const {
+  const auto text = [this](ComList list) { return cboCom[list]->currentText().toStdString(); };
+  return MakePortSettings(text(ComBaud1), text(ComParity1), text(ComBits1), text(ComStopBit1),
+                          cboCom[ComShake1]->currentIndex());
+}
+
+bool InterfacePage::OpenChosenPort() {
+  return OpenPort(cboCom[ComPortNr]->currentIndex(), Settings());
+}
+
+bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
+  const std::int16_t error = services_.portControl.OpenCom(static_cast<std::int16_t>(position + 1));
+  services_.exchange.LastStatus = error;
+  if (error == PortOk) services_.portControl.SetUpPort(settings);
+  DescribePort();
+  Q_EMIT PortChanged();
+  return error == PortOk;
+}
+
+void InterfacePage::cmdSetCom1_Click() {
+  const int position = cboCom[ComPortNr]->currentIndex();
+  if (position < 0 || position == NoPortPosition) {
+    return services_.person.Message("zuerst Anschluß wählen");
+  }
+  if (!AllChosen(ComBaud1, ComPuffer1)) return;
+  const PortSettings settings = Settings();
+  if (!TerminalSwitched(Numbers())) return;
+  Send(services_.exchange, Plain("R"), Acknowledge::None);
+  if (services_.com1.IsOpen()) services_.com1.Close();
+  if (OpenPort(position, settings)) {
+    services_.person.Message("PC-Schnittstelle erfolgreich umgestellt");
+  }
+}
+
+// Sends the new settings and has the Terminal store them; false when the operator gives up.
+bool InterfacePage::TerminalSwitched(const ComNumbers& numbers) {
+  Exchange& exchange = services_.exchange;
+  Send(exchange, SetCom1Command(numbers), Acknowledge::None);
+  Send(exchange, SetBuffer1Command(numbers), Acknowledge::None);
+  Send(exchange, Plain("EWC"), Acknowledge::Wait);
+  if (exchange.LastStatus == 0) {
+    services_.person.Message("Terminalschnittstelle erfolgreich umgestellt");
+    return true;
+  }
+  const std::string error = exchange.CommandBuffer;
+  if (error == "EEPROM") services_.person.Message("Fehler beim EEPROM");
+  // No error text is spelled "Timeout", so the first question is always the one; deliberately so.
+  return services_.person.Ask(error != "Timeout"
+                                  ? "keine Verbindung, PC-Schnittstelle trotzdem ändern ?"
+                                  : "TimeOut beim Übertragen, PC-Schnittstelle trotzdem ändern ?");
+}
+
+void InterfacePage::cmdSetCom2_Click() {
+  if (!AllChosen(ComBaud2, ComRecCom2)) return;
+  const ComNumbers numbers = Numbers();
+  Exchange& exchange = services_.exchange;
+  Send(exchange, SetCom2Command(numbers), Acknowledge::None);
+  Send(exchange, SetBuffer2Command(numbers), Acknowledge::None);
+  Send(exchange, ReceiveModeCommand(numbers), Acknowledge::None);
+  Send(exchange, Plain("EWC"), Acknowledge::Wait);
+  if (exchange.LastStatus == 0) return;
+  services_.person.Message(exchange.CommandBuffer == "EEPROM" ? "Fehler beim EEPROM"
+                                                              : "unerwartetes Zeichen /  SetCom2");
+}
+
+void InterfacePage::ApplyDefaults(ComDefaults defaults) {
+  for (const auto& [list, text] : defaults) {
+    cboCom[list]->setCurrentIndex(ComPosition(list, text));
+    StoreChoice(list);
+  }
+}
+
+void InterfacePage::cmdDefaultCom1_Click() { ApplyDefaults(DefaultsCom1()); }
+
+void InterfacePage::cmdDefaultCom2_Click() { ApplyDefaults(DefaultsCom2()); }
+
+void InterfacePage::cmdSendCom2_Click() {
+  Send(services_.exchange, Plain("2O") + txtSendCom2->Wire(), Acknowledge::None);
+}
+
+void InterfacePage::cmdClearReceiveCom2_Click() { txtReceiveCom2->clear(); }
+
+}  // namespace kelvo

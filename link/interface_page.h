@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <functional>
+
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "link/port_control.h"
+#include "store/recordset.h"
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace kelvo {
+
+class DataControl;
+class WireField;
+
+/// The interface page: "Erste Schnittstelle", the link between PC and Terminal, and "Zweite
+/// Schnittstelle", through which the Terminal talks to a further device. The lists show the current
+/// record of `Schnittstelle`; a choice is stored in it at once and sent only by the buttons.
+class InterfacePage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    SerialPort& com1;
+    PortControl& portControl;
+    Operator& person;
+    Recordset& comData;   ///< `Schnittstelle`
+    Recordset& defaults;  ///< `Default`
+    /// What stands behind "Com n" and how it is, for the operator (UTF-8).
+    std::function<std::string(int number)> describePort;
+  };
+  explicit InterfacePage(Services services, QWidget* parent = nullptr);
+
+  /// Moves to the record that `Default` names, or behind the last when there is none.
+  void SelectStoredRecord();
+  /// Opens the port of the list and sets it up; false when it could not be opened.
+  bool OpenChosenPort();
+  /// The page is shown: the record is read again.
+  void Refresh();
+  /// The port list falls back to "(keine)"; the record keeps its port.
+  void ShowNoPort();
+  /// Says again what stands behind the chosen port.
+  void DescribePort();
+  /// A choice as text ("19200 8N1"), for the status bar.
+  QString PortText() const;
+  /// Appends what the Terminal's second interface received.
+  void ShowReceived(const std::string& received);
+
+ Q_SIGNALS:
+  /// The PC port has been opened, closed or set up anew.
+  void PortChanged();
+
+ private:
+  QWidget* MakeFirst();
+  QWidget* MakeSecond();
+  QWidget* MakeRecordChoice();
+  QComboBox* MakeList(ComList list);
+  void ConnectButtons();
+  void ShowRecord();
+  void Repositioned();
+  void StoreChoice(ComList list);
+  void ApplyDefaults(ComDefaults defaults);
+  ComNumbers Numbers() const;
+  bool AllChosen(ComList first, ComList last);
+  PortSettings Settings() const;
+  bool OpenPort(int position, const PortSettings& settings);
+  bool TerminalSwitched(const ComNumbers& numbers);
+
+  void cboCom_Click(ComList list);
+  void cmdSetCom1_Click();
+  void cmdSetCom2_Click();
+  void cmdDefaultCom1_Click();
+  void cmdDefaultCom2_Click();
+  void cmdSendCom2_Click();
+  void cmdClearReceiveCom2_Click();
+
+  Services services_;
+  bool refreshing_ = false;
+  std::array<QComboBox*, ComListCount> cboCom{};
+  QLabel* lblAnschluss = nullptr;
+  QPushButton* cmdSetCom1 = nullptr;
+  QPushButton* cmdSetCom2 = nullptr;
+  QPushButton* cmdDefaultCom1 = nullptr;
+  QPushButton* cmdDefaultCom2 = nullptr;
+  QPushButton* cmdSendCom2 = nullptr;
+  QPushButton* cmdClearReceiveCom2 = nullptr;
+  WireField* txtSendCom2 = nullptr;
+  QPlainTextEdit* txtReceiveCom2 = nullptr;
+  DataControl* ctlComData = nullptr;
+};
+
+}  // namespace kelvo

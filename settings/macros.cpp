@@ -1,0 +1,56 @@
+#include "settings/macros.h"
+
+#include <cmath>
+
+#include "link/control_characters.h"
+#include "link/val.h"
+
+namespace kelvo {
+namespace {
+
+bool HasNumber(std::string_view text) {
+  const std::size_t digit = text.find_first_of("0123456789");
+  return digit != std::string_view::npos &&
+         text.substr(0, digit).find_first_not_of(" +-.") == std::string_view::npos;
+}
+
+}  // namespace
+
+std::string MakroSource(int index) {
+  for (const MakroTyp& typ : MakroTypen) {
+    if (typ.index == index) return std::string("select * from Makro where typ = '") + typ.typ + "'";
+  }
+  return "Makro";
+}
+
+std::optional<int> MakroNumber(std::string_view text) {
+  const double number = Val(text);
+  if (!HasNumber(text) || number < 0 || number > 255 || number != std::floor(number)) return {};
+  return static_cast<int>(number);
+}
+
+std::optional<std::string> AnyNumber(std::string_view text) {
+  if (!HasNumber(text)) return {};
+  return NumberText(Val(text));
+}
+
+std::size_t EtxPosition(std::string_view text) {
+  const std::size_t position = text.find(Etx);
+  return position == std::string_view::npos ? 0 : position + 1;
+}
+
+std::string WriteMakroCommand(int number, std::string_view text) {
+  std::string command(CmdPrefix);
+  command += "EWM" + std::to_string(number) + ",";
+  return command.append(text) += Etx;
+}
+
+std::string DeleteMakroCommand(std::string_view number) {
+  return std::string(CmdPrefix).append("EDM").append(number).append(EndMark);
+}
+
+std::string RunMakroCommand(int number) {
+  return std::string(CmdPrefix).append("ECM").append(std::to_string(number)).append(EndMark);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+namespace kelvo {
+
+/// Whether the Terminal has flash memory, as far as it is known. The numbers are those of the
+/// program's own bookkeeping; 2 makes the status page ask again.
+enum class FlashState { No = 0, Yes = 1, Unknown = 2 };
+
+/// What is known about the Terminal that is selected.
+class TerminalState {
+ public:
+  /// Numeric value of the last "?V" reply, 0 until one was answered.
+  double TerminalVersion = 0;
+  FlashState flash = FlashState::Unknown;
+  /// Free EEPROM bytes when they were last read, if there was a reply.
+  std::optional<double> freeBytes;
+
+  /// Called after any of these has changed.
+  void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
+  void Changed() const {
+    if (listener_) listener_();
+  }
+
+ private:
+  std::function<void()> listener_;
+};
+
+}  // namespace kelvo

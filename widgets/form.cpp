@@ -1,0 +1,55 @@
+#include "widgets/form.h"
+
+#include <QHBoxLayout>
+
+namespace kelvo {
+
+QLabel* LabelFor(QWidget* control, const QString& text) {
+  auto* label = new QLabel(text);
+  label->setBuddy(control);
+  QString name = text;
+  name.remove(u'&').remove(u':');
+  control->setAccessibleName(name.trimmed());
+  return label;
+}
+
+void AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit) {
+  QLabel* const leader = LabelFor(control, label);
+  if (unit.isEmpty()) return form->addRow(leader, control);
+  auto* row = new QHBoxLayout;
+  row->addWidget(control);
+  row->addWidget(new QLabel(unit));
+  row->addStretch();
+  form->addRow(leader, row);
+}
+
+QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip) {
+  auto* button = Named(new QPushButton(caption), name);
+  button->setToolTip(tip);
+  return button;
+}
+
+QLabel* MakeValue(const char* name) {
+  auto* label = Named(new QLabel, name);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  label->setTextFormat(Qt::PlainText);
+  label->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("0")) * 12);
+  return label;
+}
+
+QFormLayout* MakeForm(QGroupBox* group) {
+  auto* form = new QFormLayout(group);
+  form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+  return form;
+}
+
+QLayout* ButtonRow(std::initializer_list<QWidget*> buttons) {
+  auto* row = new QHBoxLayout;
+  for (QWidget* button : buttons) row->addWidget(button);
+  row->addStretch();
+  return row;
+}
+
+}  // namespace kelvo
