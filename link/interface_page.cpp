@@ -12,6 +12,7 @@
 #include "link/wire_text.h"
 #include "widgets/data_control.h"
 #include "widgets/form.h"
+#include "widgets/handlers.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -131,19 +132,13 @@ QWidget* InterfacePage::MakeSecond() {
 }
 
 void InterfacePage::ConnectButtons() {
-  using Handler = void (InterfacePage::*)();
-  const auto on = [this](QPushButton* button, Handler handler) {
-    connect(button, &QPushButton::clicked, this, [this, button, handler] {
-      const QByteArray name = button->objectName().toUtf8();
-      Guarded(services_.person, name.constData(), [&] { (this->*handler)(); });
-    });
-  };
-  on(cmdSetCom1, &InterfacePage::cmdSetCom1_Click);
-  on(cmdSetCom2, &InterfacePage::cmdSetCom2_Click);
-  on(cmdDefaultCom1, &InterfacePage::cmdDefaultCom1_Click);
-  on(cmdDefaultCom2, &InterfacePage::cmdDefaultCom2_Click);
-  on(cmdSendCom2, &InterfacePage::cmdSendCom2_Click);
-  on(cmdClearReceiveCom2, &InterfacePage::cmdClearReceiveCom2_Click);
+  Operator& person = services_.person;
+  OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click);
+  OnClick(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
+  OnClick(cmdDefaultCom1, this, person, &InterfacePage::cmdDefaultCom1_Click);
+  OnClick(cmdDefaultCom2, this, person, &InterfacePage::cmdDefaultCom2_Click);
+  OnClick(cmdSendCom2, this, person, &InterfacePage::cmdSendCom2_Click);
+  OnClick(cmdClearReceiveCom2, this, person, &InterfacePage::cmdClearReceiveCom2_Click);
   connect(txtSendCom2, &QLineEdit::returnPressed, cmdSendCom2, &QPushButton::click);
   connect(txtSendCom2, &WireField::Refused, this, [this] { services_.person.Beep(); });
 }
@@ -198,9 +193,13 @@ void InterfacePage::DescribePort() {
   lblAnschluss->setText(real ? Text(services_.describePort(position + 1)) : QString());
 }
 
+std::string InterfacePage::ChosenPort() const {
+  return cboCom[ComPortNr]->itemText(openPosition_).toStdString();
+}
+
 QString InterfacePage::PortText() const {
   if (!services_.com1.IsOpen()) return tr("nicht verbunden");
-  return cboCom[ComPortNr]->currentText() + u' ' + Text(Settings().text);
+  return Text(ChosenPort() + ": " + openSettings_);
 }
 
 void InterfacePage::ShowReceived(const std::string& received) {
@@ -268,7 +267,11 @@ bool InterfacePage::OpenChosenPort() {
 bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
   const std::int16_t error = services_.portControl.OpenCom(static_cast<std::int16_t>(position + 1));
   services_.exchange.LastStatus = error;
-  if (error == PortOk) services_.portControl.SetUpPort(settings);
+  if (error == PortOk) {
+    openPosition_ = position;
+    openSettings_ = settings.text;
+    services_.portControl.SetUpPort(settings);
+  }
   DescribePort();
   Q_EMIT PortChanged();
   return error == PortOk;

@@ -49,6 +49,10 @@ class InterfacePage : public QWidget {
   void ShowNoPort();
   /// Says again what stands behind the chosen port.
   void DescribePort();
+  /// Whether "Com `number`" is the port that was opened last.
+  bool PortIsOpen(int number) const { return openPosition_ + 1 == number; }
+  /// The port that was opened last, as the list names it.
+  std::string ChosenPort() const;
   /// A choice as text ("19200 8N1"), for the status bar.
   QString PortText() const;
   /// Appends what the Terminal's second interface received.
@@ -84,6 +88,8 @@ class InterfacePage : public QWidget {
 
   Services services_;
   bool refreshing_ = false;
+  int openPosition_ = -1;
+  std::string openSettings_;
   std::array<QComboBox*, ComListCount> cboCom{};
   QLabel* lblAnschluss = nullptr;
   QPushButton* cmdSetCom1 = nullptr;

@@ -13,6 +13,8 @@ enum class DeviceState { Ready, Missing, NoPermission };
 DeviceState StateOfDevice(const std::string& path);
 /// The group whose members may use the device; empty when no group may, or it has no name.
 std::string GroupOfDevice(const std::string& path);
+/// Whether some program, this one included, has the device; found without opening it.
+bool IsDeviceInUse(const std::string& path);
 /// A pseudo-terminal has no request-to-send line, no parity and no 7 bits.
 bool IsPseudoTerminal(const std::string& path);
 

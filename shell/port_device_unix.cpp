@@ -3,17 +3,59 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "shell/port_device.h"
 
 namespace kelvo {
+namespace {
+
+// A line of /proc/locks reads "1: FLOCK  ADVISORY  WRITE 1234 00:18:5 0 EOF"; its sixth word names
+// the file by device and inode.
+bool IsLocked(const struct stat& device) {
+  std::ostringstream wanted;
+  wanted << std::hex;
+  for (const unsigned number : {major(device.st_dev), minor(device.st_dev)}) {
+    wanted << (number < 16 ? "0" : "") << number << ':';
+  }
+  wanted << std::dec << device.st_ino;
+  std::ifstream locks("/proc/locks");
+  std::string line;
+  while (std::getline(locks, line)) {
+    std::istringstream words(line);
+    std::string word;
+    for (int i = 0; i < 6 && words >> word; ++i) {
+    }
+    if (word == wanted.str()) return true;
+  }
+  return false;
+}
+
+// Whether a process that may be looked into has the device open.
+bool IsOpenSomewhere(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path device = fs::canonical(path, error);
+  for (const fs::directory_entry& process : fs::directory_iterator("/proc", error)) {
+    std::error_code closed;
+    for (const fs::directory_entry& file : fs::directory_iterator(process.path() / "fd", closed)) {
+      if (fs::read_symlink(file.path(), closed) == device) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
 
 DeviceState StateOfDevice(const std::string& path) {
   struct stat device {};
@@ -30,6 +72,13 @@ std::string GroupOfDevice(const std::string& path) {
   if ((device.st_mode & S_IRGRP) == 0 || (device.st_mode & S_IWGRP) == 0) return {};
   const group* owner = getgrgid(device.st_gid);
   return owner == nullptr ? std::string() : owner->gr_name;
+}
+
+bool IsDeviceInUse(const std::string& path) {
+  struct stat device {};
+  if (stat(path.c_str(), &device) != 0) return false;
+  // The simulated Terminal holds its own end of a pseudo-terminal open; only the lock tells there.
+  return IsLocked(device) || (!IsPseudoTerminal(path) && IsOpenSomewhere(path));
 }
 
 bool IsPseudoTerminal(const std::string& path) {

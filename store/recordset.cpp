@@ -62,11 +62,9 @@ void Recordset::SetSource(std::string source) {
 }
 
 void Recordset::Refresh() {
-  const std::optional<std::int64_t> current =
-      HasCurrent() ? std::optional(keys_[position_]) : std::nullopt;
+  const std::int64_t current = Bookmark();
   ReadKeys();
-  const auto found = current ? std::find(keys_.begin(), keys_.end(), *current) : keys_.end();
-  Go(found == keys_.end() ? 0 : static_cast<std::size_t>(found - keys_.begin()));
+  if (!MoveToBookmark(current)) Go(0);
 }
 
 void Recordset::Go(std::size_t position) {
@@ -80,6 +78,13 @@ void Recordset::MoveNext() { Go(deleted_ ? position_ : position_ + 1); }
 void Recordset::MovePrevious() { Go(position_ == 0 ? 0 : position_ - 1); }
 void Recordset::MoveLast() { Go(keys_.empty() ? 0 : keys_.size() - 1); }
 void Recordset::MoveTo(std::size_t position) { Go(position); }
+
+bool Recordset::MoveToBookmark(std::int64_t bookmark) {
+  const auto found = std::find(keys_.begin(), keys_.end(), bookmark);
+  if (found == keys_.end()) return false;
+  Go(static_cast<std::size_t>(found - keys_.begin()));
+  return true;
+}
 
 bool Recordset::FindFirst(const std::string& field, const Value& value) {
   Statement statement(

@@ -44,6 +44,12 @@ class Recordset {
   /// Tells the current record apart from every other of its table, for as long as it exists; 0
   /// without a current record.
   std::int64_t Bookmark() const { return HasCurrent() ? keys_[position_] : 0; }
+  /// Moves to a record by its bookmark; false, without moving, when it is not here.
+  bool MoveToBookmark(std::int64_t bookmark);
+  /// The bookmark of the record at a position; 0 out of range.
+  std::int64_t BookmarkAt(std::size_t position) const {
+    return position < keys_.size() ? keys_[position] : 0;
+  }
   /// Moves to the first record whose `field` equals `value` exactly; false, without moving, when
   /// there is none.
   bool FindFirst(const std::string& field, const Value& value);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QWidget>
+
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "settings/info_window.h"
+#include "settings/terminal_state.h"
+#include "store/recordset.h"
+
+class QLabel;
+class QPushButton;
+
+namespace kelvo {
+
+/// The EEPROM page: stores and deletes the Terminal's configuration, erases everything, shows the
+/// free space.
+class EepromPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    Operator& person;
+    TerminalState& state;
+    Recordset& options;  ///< `Optionen`
+  };
+  explicit EepromPage(Services services, QWidget* parent = nullptr);
+
+ private:
+  void MakeLayout();
+  bool ErasePlain();
+  void EraseWithProgress();
+  bool EraseAll();
+  bool OfferToStore();
+  void ShowFreeBytes();
+
+  void cmdSetConfig_Click();
+  void cmdClearConfig_Click();
+  void cmdClearEEprom_Click();
+  void cmdGetFreeBytes_Click();
+
+  Services services_;
+  InfoWindow* frmInfo;
+  QPushButton* cmdSetConfig;
+  QPushButton* cmdClearConfig;
+  QPushButton* cmdClearEEprom;
+  QPushButton* cmdGetFreeBytes;
+  QLabel* lblFreeBytes;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,57 @@
+#include "settings/info_window.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include "widgets/form.h"
+
+namespace kelvo {
+
+InfoWindow::InfoWindow(QWidget* parent) : QWidget(parent, Qt::Tool) {
+  Named(this, "frmInfo");
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  lblInfo = Named(new QLabel, "lblInfo");
+  lblVergangen = Named(new QLabel, "lblVergangen");
+  ctlFortschritt = Named(new QProgressBar, "ctlFortschritt");
+  ctlFortschritt->setAccessibleName(tr("Fortschritt"));
+  ctlFortschritt->hide();
+  auto* page = new QVBoxLayout(this);
+  page->addWidget(lblInfo);
+  page->addWidget(ctlFortschritt);
+  page->addWidget(lblVergangen);
+  setMinimumWidth(fontMetrics().averageCharWidth() * 50);
+  second_.setInterval(1000);
+  connect(&second_, &QTimer::timeout, this, &InfoWindow::ShowElapsed);
+}
+
+void InfoWindow::Begin(const QString& caption, const QString& info) {
+  setWindowTitle(caption);
+  lblInfo->setText(info);
+  elapsed_.start();
+  ShowElapsed();
+  second_.start();
+  show();
+}
+
+void InfoWindow::ShowElapsed() {
+  lblVergangen->setText(tr("seit %1 s").arg(elapsed_.elapsed() / 1000));
+}
+
+void InfoWindow::ShowProgress(int maximum) {
+  ctlFortschritt->setRange(0, maximum);
+  ctlFortschritt->setValue(0);
+  ctlFortschritt->show();
+}
+
+void InfoWindow::SetProgress(int value) { ctlFortschritt->setValue(value); }
+
+void InfoWindow::HideProgress() { ctlFortschritt->hide(); }
+
+void InfoWindow::End() {
+  second_.stop();
+  HideProgress();
+  hide();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+#include <string>
+
+class QLabel;
+class QProgressBar;
+
+namespace kelvo {
+
+/// The progress window `frmInfo`: there while the EEPROM is erased or the configuration is saved.
+/// It never takes the way out from the operator: it blocks nothing and may be closed.
+class InfoWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit InfoWindow(QWidget* parent);
+
+  /// Shows the window with a caption and what is being waited for.
+  void Begin(const QString& caption, const QString& info);
+  void SetCaption(const QString& caption) { setWindowTitle(caption); }
+  /// Shows the progress bar, from 0 to `maximum` steps.
+  void ShowProgress(int maximum);
+  void SetProgress(int value);
+  void HideProgress();
+  void End();
+
+ private:
+  void ShowElapsed();
+
+  QLabel* lblInfo;
+  QLabel* lblVergangen;
+  QProgressBar* ctlFortschritt;
+  QTimer second_;
+  QElapsedTimer elapsed_;
+};
+
+/// Ends the window's work when a handler leaves, whatever way it goes.
+class InfoWindowUse {
+ public:
+  InfoWindowUse(InfoWindow& window, const QString& caption, const QString& info) : window_(window) {
+    window_.Begin(caption, info);
+  }
+  ~InfoWindowUse() { window_.End(); }
+  InfoWindowUse(const InfoWindowUse&) = delete;
+  InfoWindowUse& operator=(const InfoWindowUse&) = delete;
+
+ private:
+  InfoWindow& window_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "settings/terminal_state.h"
+#include "store/recordset.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace kelvo {
+
+class WireEdit;
+class WireField;
+
+/// The macro page: edits macro texts, keeps them under names in the database, writes them into the
+/// Terminal, runs and deletes them there.
+///
+/// An edited record that is left keeps its edit as a draft, marked "*" in the list, until it is
+/// saved or given up. Drafts live in memory only; closing the program asks.
+class MacroPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    Operator& person;
+    TerminalState& state;
+    Recordset& macros;  ///< ctlMakroData
+  };
+  explicit MacroPage(Services services, QWidget* parent = nullptr);
+
+  /// Fills `cboMakro` with the names of all records.
+  void FillNames();
+  /// Selects the first entry.
+  void SelectFirst();
+  /// Shows what is known about the Terminal's memory.
+  void ShowFreeBytes();
+
+  /// Stores a text under a name that the operator is asked for; `number` below 0 means that it has
+  /// none in the Terminal. Overwrites a record of that name only after a Yes. False when the
+  /// operator gave up.
+  bool SaveMakro(const std::string& typ, const std::string& wire, double number,
+                 std::string proposedName);
+  /// Saves what the editor holds.
+  void SaveShown();
+  /// Appends an empty record and shows it.
+  void NewMakro();
+  /// Deletes the shown record after a Yes.
+  void DeleteMakro();
+
+  /// The records whose edits are not saved, by name; empty if there are none.
+  std::vector<std::string> DraftNames() const;
+
+ private:
+  struct Edit {
+    std::string text;
+    std::string number;
+    bool operator==(const Edit&) const = default;
+  };
+
+  QWidget* MakeRecords();
+  QWidget* MakeEditor();
+  QWidget* MakeWriting();
+  QWidget* MakeRunning();
+  void ConnectControls();
+  void ShowRecord();
+  void Show(const Edit& edit);
+  Edit Shown() const;
+  Edit Stored() const;
+  void Edited();
+  void MarkEntry(int index);
+  std::string EntryName(int index) const;
+  void GiveUpDraft(std::int64_t bookmark);
+  void ShowLength();
+  bool StoreName(const std::string& proposed, std::string& name);
+  bool CheckText(const std::string& text);
+  void WriteMakro(int number, const std::string& suffix);
+  void InvalidNumber(QLineEdit* field);
+
+  void cboMakro_Click();
+  void chkMakroTyp_Click(int index);
+  void cmdInsertESC_Click();
+  void cmdSetMakro_Click();
+  void cmdSetAutostartMakro_Click();
+  void cmdPlayMakro_Click();
+  void cmdClearMakro_Click();
+  void cmdMakroVerwerfen_Click();
+
+  Services services_;
+  std::map<std::int64_t, Edit> drafts_;  // by bookmark
+  bool showing_ = false;
+
+  QComboBox* cboMakro;
+  std::array<QRadioButton*, 5> chkMakroTyp{};  // 1..4
+  WireEdit* txtMakro;
+  WireField* txtMakroNr;
+  WireField* txtMakroNrDisplay;
+  QLabel* lblMakroLaenge;
+  QLabel* lblMakroFrei;
+  QPushButton* cmdInsertESC;
+  QPushButton* cmdSetMakro;
+  QPushButton* cmdSetAutostartMakro;
+  QPushButton* cmdPlayMakro;
+  QPushButton* cmdClearMakro;
+  QPushButton* cmdMakroVerwerfen;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,125 @@
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "settings/macro_page.h"
+#include "settings/macros.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+
+QWidget* MacroPage::MakeRecords() {
+  auto* group = new QGroupBox(tr("Gespeicherte Texte"));
+  auto* column = new QVBoxLayout(group);
+  auto* kinds = new QHBoxLayout;
+  kinds->addWidget(new QLabel(tr("Zeigen:")));
+  for (const MakroTyp& typ : MakroTypen) {
+    auto* button = Named(new QRadioButton(QString::fromUtf8(typ.caption)),
+                         ArrayName("chkMakroTyp", typ.index));
+    chkMakroTyp[static_cast<std::size_t>(typ.index)] = button;
+    kinds->addWidget(button);
+  }
+  kinds->addStretch();
+
+  cboMakro = Named(new QComboBox, "cboMakro");
+  cboMakro->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  cboMakro->setMinimumContentsLength(40);
+  cmdMakroVerwerfen = MakeButton("cmdMakroVerwerfen", tr("Änderung ver&werfen"),
+                                 tr("Zeigt wieder, was gespeichert ist."));
+  cmdMakroVerwerfen->setEnabled(false);
+  auto* name = new QHBoxLayout;
+  name->addWidget(LabelFor(cboMakro, tr("Be&zeichnung:")));
+  name->addWidget(cboMakro, 1);
+  name->addWidget(cmdMakroVerwerfen);
+  column->addLayout(kinds);
+  column->addLayout(name);
+  return group;
+}
+
+QWidget* MacroPage::MakeEditor() {
+  auto* group = new QGroupBox(tr("Makrotext"));
+  auto* column = new QVBoxLayout(group);
+  txtMakro = Named(new WireEdit, "txtMakro");
+  txtMakro->setPlaceholderText(tr("(Makrotext)"));
+  txtMakro->setAccessibleName(tr("Makrotext"));
+  cmdInsertESC = MakeButton("cmdInsertESC", tr("ES&C einfügen"),
+                            tr("Fügt an der Schreibmarke das Zeichen ESC ein (Strg+E)."));
+  cmdInsertESC->setShortcut(QKeySequence(tr("Ctrl+E")));
+  lblMakroLaenge = Named(new QLabel, "lblMakroLaenge");
+  auto* row = new QHBoxLayout;
+  row->addWidget(cmdInsertESC);
+  row->addWidget(new QLabel(tr("Jeder Befehl beginnt mit ESC, hier als ␛ gezeigt.")));
+  row->addStretch();
+  row->addWidget(lblMakroLaenge);
+  column->addWidget(txtMakro, 1);
+  column->addLayout(row);
+  return group;
+}
+
+QWidget* MacroPage::MakeWriting() {
+  auto* group = new QGroupBox(tr("In das Terminal schreiben"));
+  QFormLayout* form = MakeForm(group);
+  txtMakroNr = Named(new WireField, "txtMakroNr");
+  txtMakroNr->setPlaceholderText(tr("(Nr)"));
+  txtMakroNr->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  lblMakroFrei = Named(new QLabel, "lblMakroFrei");
+  cmdSetMakro = MakeButton("cmdSetMakro", tr("Makro &schreiben"),
+                           tr("Schreibt den Text unter dieser Nummer in das EEPROM (F6)."));
+  cmdSetMakro->setShortcut(QKeySequence(Qt::Key_F6));
+  cmdSetAutostartMakro =
+      MakeButton("cmdSetAutostartMakro", tr("Als A&utostart schreiben"),
+                 tr("Schreibt den Text als Makro 0, das das Terminal beim Einschalten ausführt."));
+  AddRow(form, tr("Makro-&Nummer:"), txtMakroNr, tr("0 … 255"));
+  form->addRow(new QLabel(tr("Freies EEPROM:")), lblMakroFrei);
+  form->addRow(ButtonRow({cmdSetMakro, cmdSetAutostartMakro}));
+  return group;
+}
+
+QWidget* MacroPage::MakeRunning() {
+  auto* group = new QGroupBox(tr("Im Terminal"));
+  QFormLayout* form = MakeForm(group);
+  txtMakroNrDisplay = Named(new WireField, "txtMakroNrDisplay");
+  txtMakroNrDisplay->setText(QStringLiteral("-1"));
+  txtMakroNrDisplay->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
+                            tr("Führt das Makro dieser Nummer im Terminal aus (F5)."));
+  cmdPlayMakro->setShortcut(QKeySequence(Qt::Key_F5));
+  cmdClearMakro = MakeButton("cmdClearMakro", tr("Makro &löschen"),
+                             tr("Löscht das Makro dieser Nummer im EEPROM, ohne nachzufragen."));
+  AddRow(form, tr("Nummer im Te&rminal:"), txtMakroNrDisplay, tr("0 … 255"));
+  form->addRow(QString(), new QLabel(QStringLiteral(" ")));
+  form->addRow(ButtonRow({cmdPlayMakro, cmdClearMakro}));
+  return group;
+}
+
+void MacroPage::ConnectControls() {
+  Operator& person = services_.person;
+  OnClick(cmdInsertESC, this, person, &MacroPage::cmdInsertESC_Click);
+  OnClick(cmdSetMakro, this, person, &MacroPage::cmdSetMakro_Click);
+  OnClick(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
+  OnClick(cmdPlayMakro, this, person, &MacroPage::cmdPlayMakro_Click);
+  OnClick(cmdClearMakro, this, person, &MacroPage::cmdClearMakro_Click);
+  OnClick(cmdMakroVerwerfen, this, person, &MacroPage::cmdMakroVerwerfen_Click);
+  for (const MakroTyp& typ : MakroTypen) {
+    const int index = typ.index;
+    connect(chkMakroTyp[static_cast<std::size_t>(index)], &QRadioButton::toggled, this,
+            [this, index] {
+              Guarded(services_.person, "chkMakroTyp", [&] { chkMakroTyp_Click(index); });
+            });
+  }
+  connect(cboMakro, &QComboBox::activated, this,
+          [this] { Guarded(services_.person, "cboMakro", [&] { cboMakro_Click(); }); });
+  connect(txtMakro, &WireEdit::textChanged, this, &MacroPage::Edited);
+  connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::Edited);
+  connect(txtMakro, &WireEdit::Refused, this, [&person] { person.Beep(); });
+  for (WireField* field : {txtMakroNr, txtMakroNrDisplay}) {
+    connect(field, &WireField::Refused, this, [&person] { person.Beep(); });
+  }
+}
+
+}  // namespace kelvo

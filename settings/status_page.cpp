@@ -1,0 +1,278 @@
+#include "settings/status_page.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "link/control_characters.h"
+#include "link/val.h"
+#include "settings/eeprom.h"
+#include "settings/status.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+namespace {
+
+QString Number(double number) { return QString::fromStdString(NumberText(number)); }
+
+QLineEdit* NumberField(const char* name) {
+  auto* field = Named(new WireField, name);
+  field->setMaximumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0")) * 10);
+  return field;
+}
+
+}  // namespace
+
+StatusPage::StatusPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
+  auto* grid = new QGridLayout(this);
+  grid->addWidget(MakeIdentity(), 0, 0, 2, 1);
+  grid->addWidget(MakeFlash(), 2, 0);
+  grid->addWidget(MakeAddress(), 0, 1);
+  grid->addWidget(MakeResolution(), 1, 1);
+  grid->addWidget(MakePorts(), 2, 1);
+  grid->setColumnStretch(0, 1);
+  grid->setRowStretch(3, 1);
+  ConnectControls();
+  ShowFlashFrame();
+}
+
+QWidget* StatusPage::MakeIdentity() {
+  auto* group = new QGroupBox(tr("Terminal"));
+  lblVersion = MakeValue("lblVersion");
+  lblSysInfo = Named(new QPlainTextEdit, "lblSysInfo");
+  lblSysInfo->setReadOnly(true);
+  lblSysInfo->setTabChangesFocus(true);
+  cmdGetVersion = MakeButton("cmdGetVersion", tr("&Version und Info lesen"));
+  QFormLayout* form = MakeForm(group);
+  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  form->addRow(LabelFor(lblVersion, tr("Firmware-Version:")), lblVersion);
+  form->addRow(LabelFor(lblSysInfo, tr("System&information:")), lblSysInfo);
+  form->addRow(QString(), ButtonRow({cmdGetVersion}));
+  return group;
+}
+
+QWidget* StatusPage::MakeFlash() {
+  ctlFlashFrame = Named(new QGroupBox(tr("Flash-Speicher")), "ctlFlashFrame");
+  QSizePolicy policy = ctlFlashFrame->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  ctlFlashFrame->setSizePolicy(policy);
+  lblSektorAnzahl = MakeValue("lblSektorAnzahl");
+  lblSektorSize = MakeValue("lblSektorSize");
+  cmdGetFlashInfo = MakeButton("cmdGetFlashInfo", tr("Flash-Info &lesen"));
+  cmdFlashUpdate = MakeButton("cmdFlashUpdate", tr("Flash a&ktualisieren …"));
+  QFormLayout* form = MakeForm(ctlFlashFrame);
+  AddRow(form, tr("Sektoren:"), lblSektorAnzahl);
+  AddRow(form, tr("Sektorgröße:"), lblSektorSize, tr("Bytes"));
+  form->addRow(ButtonRow({cmdGetFlashInfo, cmdFlashUpdate}));
+  return ctlFlashFrame;
+}
+
+QWidget* StatusPage::MakeAddress() {
+  auto* group = new QGroupBox(tr("Busadresse"));
+  txtAdresse = NumberField("txtAdresse");
+  txtAdresse->setText(QStringLiteral("0"));
+  cmdGetAdresse = MakeButton("cmdGetAdresse", tr("Adresse lese&n"));
+  cmdSetAdresse = MakeButton("cmdSetAdresse", tr("Adresse &setzen"));
+  QFormLayout* form = MakeForm(group);
+  AddRow(form, tr("Ad&resse:"), txtAdresse, tr("0 … 255 (255 = alle)"));
+  form->addRow(ButtonRow({cmdGetAdresse, cmdSetAdresse}));
+  return group;
+}
+
+QWidget* StatusPage::MakeResolution() {
+  auto* group = new QGroupBox(tr("Auflösung des Displays"));
+  txtDisplayX = NumberField("txtDisplayX");
+  txtDisplayY = NumberField("txtDisplayY");
+  txtDisplayOption = Named(new WireField, "txtDisplayOption");
+  txtDisplayOption->setText(QStringLiteral("0"));
+  txtDisplayOption->setMaximumWidth(txtDisplayX->maximumWidth());
+  cmdSetRes =
+      MakeButton("cmdSetRes", tr("Auflösung set&zen"),
+                 tr("Setzt die Auflösung, speichert die Konfiguration im EEPROM und startet "
+                    "das Terminal neu."));
+  QFormLayout* form = MakeForm(group);
+  AddRow(form, tr("&Breite X:"), txtDisplayX, tr("20 … 640 Pixel"));
+  AddRow(form, tr("Höhe &Y:"), txtDisplayY, tr("20 … 480 Pixel"));
+  AddRow(form, tr("O&ption:"), txtDisplayOption, tr("je nach Display"));
+  form->addRow(ButtonRow({cmdSetRes}));
+  return group;
+}
+
+QWidget* StatusPage::MakePorts() {
+  auto* group = new QGroupBox(tr("Portleitungen"));
+  auto* grid = new QGridLayout(group);
+  lblPortP0 = MakeValue("lblPortP0");
+  lblPortP1 = MakeValue("lblPortP1");
+  lblPortP0->setText(QStringLiteral("0"));
+  lblPortP1->setText(QStringLiteral("0"));
+  cmdSetPort = MakeButton("cmdSetPort", tr("P0 se&tzen"), tr("Setzt die acht Ausgänge."));
+  cmdGetPort = MakeButton("cmdGetPort", tr("P1 l&esen"), tr("Liest die acht Eingänge."));
+  grid->addWidget(new QLabel(tr("Leitung:")), 0, 0);
+  grid->addWidget(new QLabel(tr("P0 (Ausgänge):")), 1, 0);
+  grid->addWidget(new QLabel(tr("P1 (Eingänge):")), 2, 0);
+  for (int line = 0; line < 8; ++line) {
+    const auto i = static_cast<std::size_t>(line);
+    const int column = 8 - line;  // line 7 stands left, as in a binary number
+    chkPortP0[i] = Named(new QCheckBox, ArrayName("chkPortP0", line));
+    chkPortP1[i] = Named(new QCheckBox, ArrayName("chkPortP1", line));
+    chkPortP0[i]->setAccessibleName(tr("Ausgang P0 Leitung %1").arg(line));
+    chkPortP1[i]->setAccessibleName(tr("Eingang P1 Leitung %1").arg(line));
+    // The inputs show what the Terminal reports; nobody sets them here.
+    chkPortP1[i]->setAttribute(Qt::WA_TransparentForMouseEvents);
+    chkPortP1[i]->setFocusPolicy(Qt::NoFocus);
+    grid->addWidget(new QLabel(QString::number(line)), 0, column, Qt::AlignHCenter);
+    grid->addWidget(chkPortP0[i], 1, column, Qt::AlignHCenter);
+    grid->addWidget(chkPortP1[i], 2, column, Qt::AlignHCenter);
+  }
+  for (QLabel* value : {lblPortP0, lblPortP1}) {
+    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
+  }
+  lblPortP0->setAccessibleName(tr("P0 als Zahl"));
+  lblPortP1->setAccessibleName(tr("P1 als Zahl"));
+  grid->addWidget(lblPortP0, 1, 9);
+  grid->addWidget(lblPortP1, 2, 9);
+  grid->addWidget(cmdSetPort, 1, 10);
+  grid->addWidget(cmdGetPort, 2, 10);
+  grid->setColumnStretch(11, 1);
+  return group;
+}
+
+void StatusPage::ConnectControls() {
+  Operator& person = services_.person;
+  OnClick(cmdGetVersion, this, person, &StatusPage::cmdGetVersion_Click);
+  OnClick(cmdGetFlashInfo, this, person, &StatusPage::cmdGetFlashInfo_Click);
+  OnClick(cmdFlashUpdate, this, person, &StatusPage::cmdFlashUpdate_Click);
+  OnClick(cmdGetAdresse, this, person, &StatusPage::cmdGetAdresse_Click);
+  OnClick(cmdSetAdresse, this, person, &StatusPage::cmdSetAdresse_Click);
+  OnClick(cmdGetPort, this, person, &StatusPage::cmdGetPort_Click);
+  OnClick(cmdSetPort, this, person, &StatusPage::cmdSetPort_Click);
+  OnClick(cmdSetRes, this, person, &StatusPage::cmdSetRes_Click);
+  for (QCheckBox* line : chkPortP0) OnClick(line, this, person, &StatusPage::chkPortP0_Click);
+  connect(txtAdresse, &QLineEdit::textChanged, this, &StatusPage::txtAdresse_Change);
+  connect(txtDisplayX, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayX_LostFocus);
+  connect(txtDisplayY, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayY_LostFocus);
+  connect(txtAdresse, &QLineEdit::returnPressed, cmdSetAdresse, &QPushButton::click);
+  for (QLineEdit* field : {txtAdresse, txtDisplayX, txtDisplayY}) {
+    connect(field, &QLineEdit::inputRejected, this, [&person] { person.Beep(); });
+  }
+  connect(txtDisplayOption, &WireField::Refused, this, [&person] { person.Beep(); });
+}
+
+std::string StatusPage::Query(const char* query) {
+  services_.exchange.CommandBuffer = query;
+  services_.exchange.QueryCommand();
+  return services_.exchange.CommandBuffer;
+}
+
+void StatusPage::Send(std::string command) {
+  services_.exchange.CommandBuffer = std::move(command);
+  services_.exchange.SendCommand(Acknowledge::None);
+}
+
+void StatusPage::ShowStoredResolution() {
+  txtDisplayX->setText(Number(services_.defaults.Number("displayx")));
+  txtDisplayY->setText(Number(services_.defaults.Number("displayy")));
+}
+
+void StatusPage::ShowFlashFrame() {
+  ctlFlashFrame->setVisible(services_.state.flash == FlashState::Yes);
+}
+
+void StatusPage::Shown() {
+  if (services_.state.flash == FlashState::Unknown) {
+    // Collected by time, so that the closing ";" can be seen behind the "F".
+    const std::string reply = AskVersionByTime(services_.exchange, services_.state);
+    if (reply.find("F;") != std::string::npos) cmdGetFlashInfo_Click();
+  }
+  ShowFlashFrame();
+}
+
+void StatusPage::cmdGetVersion_Click() {
+  lblVersion->clear();
+  const std::string reply = Query("?V");
+  NoteVersion(services_.state, reply);
+  if (reply != "TimeOut") lblVersion->setText(GlyphText(reply));
+  ctlFlashFrame->setVisible(ReadVersion(reply).hasFlash);
+  lblSysInfo->clear();
+  Send(std::string(CmdPrefix) + "??");
+  services_.exchange.WaitAnswer(services_.exchange.CommandBuffer, {});
+  lblSysInfo->setPlainText(GlyphText(services_.exchange.CommandBuffer));
+}
+
+void StatusPage::cmdGetAdresse_Click() {
+  // A Terminal may repeat the query's letters in front of the number.
+  const std::string reply = Query("?A");
+  const std::size_t digit = reply.find_first_of("0123456789");
+  txtAdresse->setText(Number(digit == std::string::npos ? 0 : Val(reply.substr(digit))));
+}
+
+void StatusPage::cmdSetAdresse_Click() {
+  Send(SetAddressCommand(txtAdresse->text().toStdString()));
+}
+
+void StatusPage::txtAdresse_Change() {
+  const double value = Val(txtAdresse->text().toStdString());
+  const QString text = Number(value);
+  if (text != txtAdresse->text()) txtAdresse->setText(text);
+  cmdSetAdresse->setEnabled(IsByteNumber(value));
+}
+
+void StatusPage::cmdGetPort_Click() {
+  const double value = Val(Query("?P"));
+  lblPortP1->setText(Number(value));
+  const PortLines lines = ReadPortLines(value);
+  for (std::size_t i = 0; i < lines.size(); ++i) chkPortP1[i]->setChecked(lines[i]);
+}
+
+void StatusPage::chkPortP0_Click() {
+  PortLines lines{};
+  for (std::size_t i = 0; i < lines.size(); ++i) lines[i] = chkPortP0[i]->isChecked();
+  lblPortP0->setText(QString::number(PortNumberOf(lines)));
+}
+
+void StatusPage::cmdSetPort_Click() { Send(SetPortCommand(lblPortP0->text().toStdString())); }
+
+void StatusPage::txtDisplayX_LostFocus() {
+  txtDisplayX->setText(
+      QString::fromStdString(ClampDisplay(txtDisplayX->text().toStdString(), LargestDisplayX)));
+}
+
+void StatusPage::txtDisplayY_LostFocus() {
+  txtDisplayY->setText(
+      QString::fromStdString(ClampDisplay(txtDisplayY->text().toStdString(), LargestDisplayY)));
+}
+
+void StatusPage::cmdSetRes_Click() {
+  // A key that presses the button leaves the field where it is.
+  txtDisplayX_LostFocus();
+  txtDisplayY_LostFocus();
+  const std::string x = txtDisplayX->text().toStdString();
+  const std::string y = txtDisplayY->text().toStdString();
+  Send(SetResolutionCommand(x, y, txtDisplayOption->Wire()));
+  SendToEEprom(services_.exchange, services_.person, std::string(CmdPrefix) + "EWC",
+               " / cmdSetRes");
+  Send(std::string(CmdPrefix) + "R");
+  Q_EMIT ResolutionSet(static_cast<int>(Val(x)), static_cast<int>(Val(y)));
+  services_.defaults.Edit();
+  services_.defaults.Set("displayx", static_cast<std::int64_t>(Val(x)));
+  services_.defaults.Set("displayy", static_cast<std::int64_t>(Val(y)));
+  services_.defaults.Update();
+}
+
+void StatusPage::cmdGetFlashInfo_Click() {
+  const FlashInfo info = ReadFlashInfo(Query("F??"));
+  lblSektorAnzahl->setText(Number(info.sectors));
+  lblSektorSize->setText(Number(info.sectorSize));
+}
+
+void StatusPage::cmdFlashUpdate_Click() {
+  // Deliberately a stub: the Terminal's way of taking a new firmware is not settled.
+  services_.person.Message("noch nicht implementiert");
+}
+
+}  // namespace kelvo

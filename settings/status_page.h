@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "settings/terminal_state.h"
+#include "store/recordset.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace kelvo {
+
+class WireField;
+
+/// The status page: identity and state of the Terminal, and its basic settings.
+class StatusPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    Operator& person;
+    TerminalState& state;
+    Recordset& defaults;  ///< `Default`
+  };
+  explicit StatusPage(Services services, QWidget* parent = nullptr);
+
+  /// The resolution that the settings record holds.
+  void ShowStoredResolution();
+  /// The page is shown: while the flash state is unknown the Terminal is asked for it.
+  void Shown();
+
+ Q_SIGNALS:
+  /// The display has a new size, in pixels; the drawing surface follows.
+  void ResolutionSet(int x, int y);
+
+ private:
+  QWidget* MakeIdentity();
+  QWidget* MakeFlash();
+  QWidget* MakeAddress();
+  QWidget* MakePorts();
+  QWidget* MakeResolution();
+  void ConnectControls();
+  std::string Query(const char* query);
+  void Send(std::string command);
+  void ShowFlashFrame();
+
+  void cmdGetVersion_Click();
+  void cmdGetAdresse_Click();
+  void cmdSetAdresse_Click();
+  void txtAdresse_Change();
+  void cmdGetPort_Click();
+  void cmdSetPort_Click();
+  void chkPortP0_Click();
+  void cmdSetRes_Click();
+  void txtDisplayX_LostFocus();
+  void txtDisplayY_LostFocus();
+  void cmdGetFlashInfo_Click();
+  void cmdFlashUpdate_Click();
+
+  Services services_;
+  QLabel* lblVersion;
+  QPlainTextEdit* lblSysInfo;
+  QPushButton* cmdGetVersion;
+  QGroupBox* ctlFlashFrame;
+  QLabel* lblSektorAnzahl;
+  QLabel* lblSektorSize;
+  QPushButton* cmdGetFlashInfo;
+  QPushButton* cmdFlashUpdate;
+  QLineEdit* txtAdresse;
+  QPushButton* cmdGetAdresse;
+  QPushButton* cmdSetAdresse;
+  std::array<QCheckBox*, 8> chkPortP0;
+  std::array<QCheckBox*, 8> chkPortP1;
+  QLabel* lblPortP0;
+  QLabel* lblPortP1;
+  QPushButton* cmdGetPort;
+  QPushButton* cmdSetPort;
+  QLineEdit* txtDisplayX;
+  QLineEdit* txtDisplayY;
+  WireField* txtDisplayOption;
+  QPushButton* cmdSetRes;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,256 @@
+#include "shell/frmhaupt.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "link/control_characters.h"
+#include "link/guard.h"
+#include "link/raw_command.h"
+#include "settings/status.h"
+#include "shell/port_dialog.h"
+#include "shell/status_display.h"
+#include "shell/traffic_view.h"
+#include "shell/welcome_page.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+namespace {
+
+constexpr char databaseName[] = "/kelvo.mdb";
+constexpr char helpName[] = "kelvo.hlp";
+
+std::string JoinNames(const std::vector<std::string>& names) {
+  std::string joined;
+  for (const std::string& name : names) joined += (joined.empty() ? "\"" : ", \"") + name + "\"";
+  return joined;
+}
+
+}  // namespace
+
+frmhaupt::frmhaupt(Outside outside)
+    : outside_(std::move(outside)),
+      portControl_(outside_.com1, outside_.person),
+      data_(outside_.programFolder + databaseName),
+      exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
+      receive_(outside_.com1, exchange_),
+      helpFile_(helpName) {
+  Named(this, "frmhaupt");
+  setWindowTitle(QApplication::applicationDisplayName());
+  MakePages();
+  MakeFrame();
+  MakeMenus();
+  MakeToolbar();
+  ConnectLink();
+  macros_->FillNames();
+  ReadOptions();
+  outside_.tmrTimeout.SetEnabled(true);
+  status_->ShowStoredResolution();
+  ShowFirstTab();
+  connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
+  EnableToolbar();
+}
+
+void frmhaupt::MakePages() {
+  interfaces_ =
+      new InterfacePage({exchange_, outside_.com1, portControl_, outside_.person, data_.ctlComData,
+                         data_.Default, [this](int number) { return DescribePort(number); }});
+  status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
+  eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen});
+  macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData});
+  connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
+}
+
+void frmhaupt::MakeFrame() {
+  auto* centre = new QWidget;
+  auto* column = new QVBoxLayout(centre);
+  column->addWidget(MakeAddressStrip());
+  cmdTab = Named(new QTabWidget, "cmdTab");
+  cmdTab->setUsesScrollButtons(true);
+  MakeTabs(centre);
+  column->addWidget(cmdTab, 1);
+  setCentralWidget(centre);
+  statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
+  setStatusBar(statusDisplay_);
+  traffic_ = new TrafficView(outside_.com1, outside_.person, this);
+  portDialog_ = new PortDialog(outside_, data_.Anschluss, this);
+  state_.SetListener([this] { ShowTerminal(); });
+}
+
+void frmhaupt::MakeTabs(QWidget*) {
+  auto* text = new QWidget;
+  auto* textColumn = new QVBoxLayout(text);
+  textColumn->addWidget(new RawCommand(exchange_, outside_.person));
+  textColumn->addStretch();
+  const std::array<std::pair<const char*, QWidget*>, TabCount> pages{
+      {{"Zeichnung", new QWidget},
+       {"Schnittstellen", interfaces_},
+       {"Text", text},
+       {"Status", status_},
+       {"EEPROM", eeprom_},
+       {"AT-Tastatur", new QWidget},
+       {"Matrix-Tastatur", new QWidget},
+       {"Makros", macros_},
+       {"Willkommen", new WelcomePage},
+       {"Terminals", new QWidget}}};
+  for (const auto& [title, page] : pages) cmdTab->addTab(page, QString::fromUtf8(title));
+}
+
+// A slim strip at the top edge: which Terminal of the bus listens.
+QWidget* frmhaupt::MakeAddressStrip() {
+  auto* strip = Named(new QFrame, "ctlRS485");
+  auto* row = new QHBoxLayout(strip);
+  row->setContentsMargins(0, 0, 0, 0);
+  ctlUpDownAdrDovu = Named(new QSpinBox, "ctlUpDownAdrDovu");
+  ctlUpDownAdrDovu->setRange(0, 255);
+  ctlUpDownAdrDovu->setSpecialValueText({});
+  cmdDovuAktivieren =
+      MakeButton("cmdDovuAktivieren", tr("Terminal wählen"),
+                 tr("Von nun an hört das Terminal mit dieser Adresse (255: alle)."));
+  row->addWidget(LabelFor(ctlUpDownAdrDovu, tr("Bus-Adr&esse:")));
+  row->addWidget(ctlUpDownAdrDovu);
+  row->addWidget(new QLabel(tr("0 … 255")));
+  row->addWidget(cmdDovuAktivieren);
+  row->addStretch();
+  connect(cmdDovuAktivieren, &QPushButton::clicked, this,
+          [this] { Guard("cmdDovuAktivieren", &frmhaupt::cmdDovuAktivieren_Click); });
+  return strip;
+}
+
+void frmhaupt::ConnectLink() {
+  outside_.tmrTimeout.SetHandler([this] { receive_.tmrTimeout_Timer(); });
+  outside_.tmrRS485.SetHandler([this] { exchange_.tmrRS485_Timer(); });
+  outside_.com1.SetReceiveHandler(
+      [this] { Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); }); });
+  outside_.com1.SetLostHandler([this] { com1_Lost(); });
+  receive_.Connect(Tab::Interfaces,
+                   [this](const std::string& text) { interfaces_->ShowReceived(text); });
+  portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
+  if (outside_.setDevices) {
+    outside_.setDevices(
+        [this](int number) { return data_.DeviceOf(number, outside_.programFolder); });
+  }
+}
+
+void frmhaupt::ReadOptions() {
+  const Recordset& options = data_.Optionen;
+  FensterMitZoomen_ = options.YesNo("FensterMitZoomen");
+  mnuOptionenZoom->setChecked(FensterMitZoomen_);
+  SofortSenden_ = options.YesNo("sofortsenden");
+  mnuOptionenSofortSenden->setChecked(SofortSenden_);
+  // Within what a timer can hold; the pause is meant to be some hundredths of a second.
+  const double pause = std::clamp(options.Number("rs485wait"), 1.0, 60000.0);
+  outside_.tmrRS485.SetInterval(std::chrono::milliseconds(static_cast<long>(pause)));
+  BMPSchwarzschwelle_ = options.Number("BMPSchwarzschwelle");
+}
+
+// Only the first run names the help file; later starts leave the built-in name, deliberately.
+void frmhaupt::ShowFirstTab() {
+  if (!data_.Optionen.YesNo("FirstRun")) return SetTab(Tab::Drawing);
+  SetTab(Tab::Welcome);
+  helpFile_ = outside_.programFolder + "/" + helpName;
+  Guarded(outside_.person, "FirstRun", [this] {
+    data_.Optionen.Edit();
+    data_.Optionen.Set("FirstRun", std::int64_t{0});
+    data_.Optionen.Update();
+  });
+}
+
+void frmhaupt::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  // Behind the paint, because the port's messages run a loop of their own.
+  if (portControl_.FormLoading) QTimer::singleShot(0, this, &frmhaupt::FirstPaint);
+}
+
+void frmhaupt::FirstPaint() {
+  if (!portControl_.FormLoading) return;
+  Guarded(outside_.person, "Form_Paint", [this] {
+    macros_->SelectFirst();
+    interfaces_->SelectStoredRecord();
+    portControl_.FormLoading = false;
+    if (!interfaces_->OpenChosenPort()) SetTab(Tab::Interfaces);
+  });
+  portControl_.FormLoading = false;
+  if (data_.database.ReadOnly()) {
+    outside_.person.Message("Die Datenbank \"" + data_.database.Path() +
+                                "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
+                            Icon::Exclamation);
+  }
+  Q_EMIT Loaded();
+}
+
+void frmhaupt::closeEvent(QCloseEvent* event) {
+  const std::vector<std::string> drafts = macros_->DraftNames();
+  if (!drafts.empty() && !outside_.loop.Closing() &&
+      !outside_.person.Ask(
+          "Nicht gespeicherte Änderungen: " + JoinNames(drafts) + ". Trotzdem beenden ?",
+          Icon::Question)) {
+    return event->ignore();
+  }
+  event->accept();
+  if (outside_.com1.IsOpen()) outside_.com1.Close();
+  traffic_->hide();
+  Q_EMIT Unloaded();
+}
+
+void frmhaupt::Guard(const char* routine, void (frmhaupt::*handler)()) {
+  Guarded(outside_.person, routine, [this, handler] { (this->*handler)(); });
+}
+
+void frmhaupt::SetTab(Tab tab) { cmdTab->setCurrentIndex(static_cast<int>(tab)); }
+
+Tab frmhaupt::ShownTab() const { return static_cast<Tab>(cmdTab->currentIndex()); }
+
+void frmhaupt::cmdTab_Click() {
+  const Tab tab = ShownTab();
+  receive_.SetTab(tab);
+  EnableToolbar();
+  Guarded(outside_.person, "cmdTab", [this, tab] {
+    if (tab == Tab::Interfaces) interfaces_->Refresh();
+    if (tab == Tab::Status) status_->Shown();
+    if (tab == Tab::Macros) macros_->ShowFreeBytes();
+  });
+}
+
+void frmhaupt::cmdDovuAktivieren_Click() {
+  exchange_.CommandBuffer = SetAddressCommand(std::to_string(ctlUpDownAdrDovu->value()));
+  exchange_.SendCommand(Acknowledge::None);
+}
+
+// The device went away. Waits have ended with the port; the handlers that waited report their own
+// failures, and this is said once.
+void frmhaupt::com1_Lost() {
+  const std::string port = interfaces_->ChosenPort();
+  interfaces_->ShowNoPort();
+  outside_.person.Notify("Die Verbindung zu " + port +
+                             " ist verloren gegangen. Bitte das Gerät wieder anschließen und den "
+                             "Anschluss auf der Seite \"Schnittstellen\" neu wählen.",
+                         Icon::Exclamation);
+}
+
+void frmhaupt::ShowPort() { statusDisplay_->ShowPort(interfaces_->PortText()); }
+
+void frmhaupt::ShowTerminal() {
+  statusDisplay_->ShowTerminal(state_);
+  macros_->ShowFreeBytes();
+}
+
+std::string frmhaupt::DescribePort(int number) {
+  const std::string device = data_.DeviceOf(number, outside_.programFolder);
+  if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
+  std::string state;
+  if (outside_.com1.IsOpen() && interfaces_->PortIsOpen(number)) {
+    state = "verbunden";
+  } else if (outside_.describeDevice) {
+    state = outside_.describeDevice(device);
+  }
+  return device + (state.empty() ? "" : ": " + state);
+}
+
+}  // namespace kelvo

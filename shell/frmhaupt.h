@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <map>
+#include <string>
+
+#include "link/exchange.h"
+#include "link/interface_page.h"
+#include "link/port_control.h"
+#include "link/receive_events.h"
+#include "link/tabs.h"
+#include "settings/eeprom_page.h"
+#include "settings/macro_page.h"
+#include "settings/status_page.h"
+#include "settings/terminal_state.h"
+#include "shell/outside.h"
+#include "shell/program_data.h"
+
+class QAction;
+class QPushButton;
+class QSpinBox;
+class QTabWidget;
+class QToolButton;
+
+namespace kelvo {
+
+class PortDialog;
+class StatusDisplay;
+class TrafficView;
+
+/// The main window. It opens the database while it is built (StoreError when that fails) and the
+/// port at its first paint.
+class frmhaupt : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmhaupt(Outside outside);
+
+ Q_SIGNALS:
+  /// The first paint is done: the port has been opened, or could not be.
+  void Loaded();
+  /// The window has been closed: every wait is to end, and the program with it.
+  void Unloaded();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  // The load, in its order.
+  void MakePages();
+  void MakeFrame();
+  void MakeTabs(QWidget* page);
+  QWidget* MakeAddressStrip();
+  void ReadOptions();
+  void ShowFirstTab();
+  void FirstPaint();
+  void ConnectLink();
+
+  // Menus and toolbar.
+  void MakeMenus();
+  void MakeFileMenus();
+  void MakeViewMenu();
+  void MakeOptionMenu();
+  void MakeHelpMenu();
+  void MakeToolbar();
+  QAction* AddAction(QMenu* menu, const char* name, const QString& text,
+                     const QKeySequence& shortcut, void (frmhaupt::*handler)());
+  void AddToolbarAction(QMenu* menu, const char* name, const QString& text,
+                        const QKeySequence& shortcut, int button);
+  void EnableToolbar();
+
+  void Guard(const char* routine, void (frmhaupt::*handler)());
+  void SetTab(Tab tab);
+  Tab ShownTab() const;
+
+  void cmdTab_Click();
+  void cmdToolbar_Click(int index);
+  void ResetAll();
+  void cmdDovuAktivieren_Click();
+  void mnuOptionenSofortSenden_Click();
+  void mnuOptionenZoom_Click();
+  void mnuOptionenAnschluesse_Click();
+  void mnuAnsichtDatenverkehr_Click();
+  void mnuHilfe_Inhalt_Click();
+  void mnuHilfe_index_Click();
+  void mnuHilfe_about_Click();
+  void ShowHelp();
+  void com1_Lost();
+  void ShowPort();
+  void ShowTerminal();
+  std::string DescribePort(int number);
+
+  Outside outside_;
+  PortControl portControl_;  // FormLoading is true from here to the first paint
+  ProgramData data_;
+  Exchange exchange_;
+  ReceiveEvents receive_;
+  TerminalState state_;
+
+  bool SofortSenden_ = false;
+  bool FensterMitZoomen_ = false;
+  double BMPSchwarzschwelle_ = 0;
+  std::string helpFile_;
+
+  QTabWidget* cmdTab = nullptr;
+  QSpinBox* ctlUpDownAdrDovu = nullptr;
+  QPushButton* cmdDovuAktivieren = nullptr;
+  InterfacePage* interfaces_ = nullptr;
+  StatusPage* status_ = nullptr;
+  EepromPage* eeprom_ = nullptr;
+  MacroPage* macros_ = nullptr;
+  StatusDisplay* statusDisplay_ = nullptr;
+  TrafficView* traffic_ = nullptr;
+  PortDialog* portDialog_ = nullptr;
+  QAction* mnuOptionenSofortSenden = nullptr;
+  QAction* mnuOptionenZoom = nullptr;
+  std::map<int, QToolButton*> cmdToolbar;
+  std::multimap<int, QAction*> toolbarActions_;
+};
+
+}  // namespace kelvo

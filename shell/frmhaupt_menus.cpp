@@ -1,0 +1,225 @@
+#include <QApplication>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "link/control_characters.h"
+#include "link/guard.h"
+#include "shell/frmhaupt.h"
+#include "shell/port_dialog.h"
+#include "shell/traffic_view.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+namespace {
+
+// The generic commands. The numbers are those of the toolbar's buttons.
+constexpr int buttonReset = 0;
+constexpr int buttonNew = 6;
+constexpr int buttonSave = 8;
+constexpr int buttonDelete = 12;
+
+bool ActsOn(int button, Tab tab) { return button == buttonReset || tab == Tab::Macros; }
+
+}  // namespace
+
+QAction* frmhaupt::AddAction(QMenu* menu, const char* name, const QString& text,
+                             const QKeySequence& shortcut, void (frmhaupt::*handler)()) {
+  QAction* const action = Named(menu->addAction(text), name);
+  action->setShortcut(shortcut);
+  connect(action, &QAction::triggered, this, [this, name, handler] { Guard(name, handler); });
+  return action;
+}
+
+// These entries have no logic of their own: each presses its button of the toolbar.
+void frmhaupt::AddToolbarAction(QMenu* menu, const char* name, const QString& text,
+                                const QKeySequence& shortcut, int button) {
+  QAction* const action = Named(menu->addAction(text), name);
+  action->setShortcut(shortcut);
+  connect(action, &QAction::triggered, this, [this, button] { cmdToolbar_Click(button); });
+  toolbarActions_.emplace(button, action);
+}
+
+void frmhaupt::MakeMenus() {
+  MakeFileMenus();
+  MakeViewMenu();
+  MakeOptionMenu();
+  MakeHelpMenu();
+}
+
+void frmhaupt::MakeFileMenus() {
+  QMenu* const file = Named(menuBar()->addMenu(tr("&Datei")), "mnuDatei");
+  AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, buttonNew);
+  AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, buttonSave);
+  file->addSeparator();
+  QAction* const end = Named(file->addAction(tr("&Beenden")), "mnuDateiEnd");
+  end->setShortcut(QKeySequence(tr("Ctrl+Q")));
+  connect(end, &QAction::triggered, this, &QWidget::close);
+
+  QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuBearbeiten");
+  AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
+                   QKeySequence(tr("Ctrl+Shift+Del")), buttonDelete);
+}
+
+void frmhaupt::MakeViewMenu() {
+  QMenu* const view = Named(menuBar()->addMenu(tr("Ansi&cht")), "mnuAnsicht");
+  for (int tab = 0; tab < TabCount; ++tab) {
+    QAction* const page =
+        Named(view->addAction(cmdTab->tabText(tab)), ArrayName("mnuAnsichtSeite", tab));
+    page->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + (tab + 1) % 10)));
+    connect(page, &QAction::triggered, this, [this, tab] { SetTab(static_cast<Tab>(tab)); });
+  }
+  view->addSeparator();
+  AddAction(view, "mnuAnsichtDatenverkehr", tr("&Datenverkehr"), QKeySequence(tr("Ctrl+D")),
+            &frmhaupt::mnuAnsichtDatenverkehr_Click);
+}
+
+void frmhaupt::MakeOptionMenu() {
+  QMenu* const options = Named(menuBar()->addMenu(tr("&Optionen")), "mnuOptionen");
+  mnuOptionenSofortSenden =
+      AddAction(options, "mnuOptionenSofortSenden", tr("Zeichnung &sofort senden"), {},
+                &frmhaupt::mnuOptionenSofortSenden_Click);
+  mnuOptionenZoom = AddAction(options, "mnuOptionenZoom", tr("&Fenster mitzoomen"), {},
+                              &frmhaupt::mnuOptionenZoom_Click);
+  mnuOptionenSofortSenden->setCheckable(true);
+  mnuOptionenZoom->setCheckable(true);
+  options->addSeparator();
+  AddAction(options, "mnuOptionenAnschluesse", tr("&Anschlüsse …"), {},
+            &frmhaupt::mnuOptionenAnschluesse_Click);
+}
+
+void frmhaupt::MakeHelpMenu() {
+  QMenu* const help = Named(menuBar()->addMenu(tr("&Hilfe")), "mnuHilfe");
+  AddAction(help, "mnuHilfe_Inhalt", tr("&Inhalt"), QKeySequence::HelpContents,
+            &frmhaupt::mnuHilfe_Inhalt_Click);
+  AddAction(help, "mnuHilfe_index", tr("&Suchen …"), {}, &frmhaupt::mnuHilfe_index_Click);
+  help->addSeparator();
+  AddAction(help, "mnuHilfe_about", tr("Ü&ber …"), {}, &frmhaupt::mnuHilfe_about_Click);
+}
+
+void frmhaupt::MakeToolbar() {
+  struct Button {
+    int index;
+    QStyle::StandardPixmap icon;
+    QString text;
+    QString tip;
+  };
+  const Button buttons[] = {
+      {buttonReset, QStyle::SP_BrowserReload, tr("Alle neu starten"),
+       tr("Startet alle Terminals am Bus neu.")},
+      {buttonNew, QStyle::SP_FileIcon, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
+      {buttonSave, QStyle::SP_DialogSaveButton, tr("Speichern"),
+       tr("Speichert unter einer Bezeichnung (Strg+S).")},
+      {buttonDelete, QStyle::SP_TrashIcon, tr("Löschen"), tr("Löscht den gezeigten Satz.")}};
+  QToolBar* const bar = Named(addToolBar(tr("Werkzeuge")), "cmdToolbar");
+  bar->setMovable(false);
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  for (const Button& button : buttons) {
+    auto* tool = Named(new QToolButton, ArrayName("cmdToolbar", button.index));
+    tool->setIcon(style()->standardIcon(button.icon));
+    tool->setText(button.text);
+    tool->setToolTip(button.tip);
+    tool->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    tool->setFocusPolicy(Qt::TabFocus);
+    tool->setAutoRaise(true);
+    connect(tool, &QToolButton::clicked, this,
+            [this, index = button.index] { cmdToolbar_Click(index); });
+    bar->addWidget(tool);
+    cmdToolbar[button.index] = tool;
+  }
+}
+
+void frmhaupt::EnableToolbar() {
+  const Tab tab = ShownTab();
+  for (const auto& [index, button] : cmdToolbar) button->setEnabled(ActsOn(index, tab));
+  for (const auto& [index, action] : toolbarActions_) action->setEnabled(ActsOn(index, tab));
+}
+
+void frmhaupt::cmdToolbar_Click(int index) {
+  if (!ActsOn(index, ShownTab())) return;
+  switch (index) {
+    case buttonReset:
+      return Guard("cmdToolbar", &frmhaupt::ResetAll);
+    case buttonNew:
+      return Guarded(outside_.person, "NewMakro", [this] { macros_->NewMakro(); });
+    case buttonSave:
+      return Guarded(outside_.person, "SaveMakro", [this] { macros_->SaveShown(); });
+    case buttonDelete:
+      return Guarded(outside_.person, "cmdToolbar", [this] { macros_->DeleteMakro(); });
+    default:
+      return;
+  }
+}
+
+// Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts
+// all Terminals of the bus.
+void frmhaupt::ResetAll() {
+  std::string& command = exchange_.CommandBuffer;
+  command = ";";
+  command += Etx;
+  command += Eot;
+  command.append(CmdPrefix).append("!A255;").append(CmdPrefix).append("R");
+  exchange_.SendCommand(Acknowledge::None);
+  state_.flash = FlashState::Unknown;
+  state_.Changed();
+}
+
+void frmhaupt::mnuOptionenSofortSenden_Click() {
+  SofortSenden_ = mnuOptionenSofortSenden->isChecked();
+  data_.Optionen.Edit();
+  data_.Optionen.Set("sofortsenden", std::int64_t{SofortSenden_});
+  data_.Optionen.Update();
+}
+
+void frmhaupt::mnuOptionenZoom_Click() {
+  FensterMitZoomen_ = mnuOptionenZoom->isChecked();
+  data_.Optionen.Edit();
+  data_.Optionen.Set("FensterMitZoomen", std::int64_t{FensterMitZoomen_});
+  data_.Optionen.Update();
+}
+
+void frmhaupt::mnuOptionenAnschluesse_Click() {
+  portDialog_->Load();
+  portDialog_->exec();
+  interfaces_->DescribePort();
+}
+
+void frmhaupt::mnuAnsichtDatenverkehr_Click() {
+  traffic_->show();
+  traffic_->raise();
+  traffic_->activateWindow();
+}
+
+void frmhaupt::mnuHilfe_Inhalt_Click() { ShowHelp(); }
+
+void frmhaupt::mnuHilfe_index_Click() { ShowHelp(); }
+
+void frmhaupt::ShowHelp() {
+  const QString file = QString::fromStdString(helpFile_);
+  const QString path = QFileInfo(file).isAbsolute()
+                           ? file
+                           : QString::fromStdString(outside_.programFolder) + u'/' + file;
+  const char* problem = QFileInfo::exists(path) ? "\" kann nicht gelesen werden." : "\" fehlt.";
+  outside_.person.Message("Die Hilfedatei \"" + path.toStdString() + problem, Icon::Exclamation);
+}
+
+void frmhaupt::mnuHilfe_about_Click() {
+  QMessageBox box(this);
+  Named(&box, "frmAbout");
+  box.setWindowTitle(tr("Über %1").arg(QApplication::applicationDisplayName()));
+  box.setIcon(QMessageBox::Information);
+  box.setText(
+      tr("%1 %2").arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()));
+  box.setInformativeText(
+      tr("Richtet grafische Terminals und ganze Busse davon ein.\n\nFreie Software unter der GNU "
+         "General Public License, Version 2 oder später.\nDatenbank: %1")
+          .arg(QString::fromStdString(data_.database.Path())));
+  box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  box.exec();
+}
+
+}  // namespace kelvo

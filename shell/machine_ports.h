@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "shell/outside.h"
+
+namespace kelvo {
+
+/// The ports that the machine has now, in the order of their names.
+std::vector<MachinePort> MachinePorts();
+
+/// In German, how a device is. Nothing is opened for it: opening a port may restart what hangs on
+/// it.
+std::string DescribeDevice(const std::string& device);
+
+}  // namespace kelvo

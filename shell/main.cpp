@@ -1,0 +1,76 @@
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTimer>
+#include <QTranslator>
+#include <memory>
+
+#include "shell/frmhaupt.h"
+#include "shell/machine_ports.h"
+#include "shell/qt_event_loop.h"
+#include "shell/qt_operator.h"
+#include "shell/qt_serial_port.h"
+#include "shell/splash.h"
+
+namespace {
+
+constexpr std::chrono::milliseconds timeoutInterval{2000};
+constexpr std::chrono::milliseconds pauseInterval{300};
+
+// Builds the main window, or says why the database cannot be used.
+std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(const kelvo::Outside& outside) {
+  try {
+    return std::make_unique<kelvo::frmhaupt>(outside);
+  } catch (const std::exception& error) {
+    outside.person.Message(error.what(), kelvo::Icon::Exclamation);
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("kelvo"));
+  QApplication::setApplicationDisplayName(QStringLiteral("kelvo"));
+  QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));
+  QApplication::setQuitOnLastWindowClosed(false);
+  QTranslator german;
+  if (german.load(QStringLiteral("qtbase_de"),
+                  QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&german);
+  }
+
+  // All of this outlives the windows and exec().
+  kelvo::QtEventLoop loop;
+  kelvo::QtTimer tmrTimeout(loop, timeoutInterval, false);
+  kelvo::QtTimer tmrRS485(loop, pauseInterval, true, kelvo::QtTimer::Ticks::OnDemand);
+  kelvo::QtSerialPort com1(loop);
+  kelvo::QtOperator person(loop);
+  const kelvo::Outside outside{
+      com1,
+      loop,
+      tmrTimeout,
+      tmrRS485,
+      person,
+      QApplication::applicationDirPath().toStdString(),
+      kelvo::MachinePorts,
+      kelvo::DescribeDevice,
+      [&com1](std::function<std::string(int)> deviceOf) { com1.SetDevices(std::move(deviceOf)); }};
+
+  std::unique_ptr<kelvo::frmhaupt> window;
+  kelvo::Splash splash;
+  QObject::connect(&splash, &kelvo::Splash::Active, &application, [&] {
+    QApplication::processEvents();
+    window = MakeMainWindow(outside);
+    if (window == nullptr) return QApplication::exit(1);
+    person.SetWindow(window.get());
+    QObject::connect(window.get(), &kelvo::frmhaupt::Loaded, &splash, &QWidget::close);
+    QObject::connect(window.get(), &kelvo::frmhaupt::Unloaded, &application, [&loop] {
+      loop.Close();
+      QApplication::exit(0);
+    });
+    window->show();
+  });
+  splash.show();
+  return QApplication::exec();
+}

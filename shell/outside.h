@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "link/event_loop.h"
+#include "link/operator.h"
+#include "link/serial_port.h"
+
+namespace kelvo {
+
+/// A serial port that the machine has now.
+struct MachinePort {
+  std::string device;
+  std::string description;  ///< for the operator, UTF-8
+};
+
+/// All that the program meets of the world outside; everything here outlives the windows.
+struct Outside {
+  SerialPort& com1;
+  EventLoop& loop;
+  Timer& tmrTimeout;
+  Timer& tmrRS485;
+  Operator& person;
+  std::string programFolder;  ///< without a slash at its end
+  /// The ports that the machine has now.
+  std::function<std::vector<MachinePort>()> machinePorts;
+  /// In German, how a device is: ready, missing, in use, forbidden (naming the group that may).
+  std::function<std::string(const std::string& device)> describeDevice;
+  /// Told which device stands behind each port number.
+  std::function<void(std::function<std::string(int)>)> setDevices;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,122 @@
+#include "shell/port_dialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "link/guard.h"
+#include "shell/program_data.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+namespace {
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+}  // namespace
+
+PortDialog::PortDialog(const Outside& outside, Recordset& ports, QWidget* parent)
+    : QDialog(parent), outside_(outside), ports_(ports) {
+  Named(this, "frmAnschluesse");
+  setWindowTitle(tr("Anschlüsse"));
+  auto* grid = new QGridLayout(this);
+  auto* text = new QLabel(
+      tr("Welches Gerät steht hinter welchem Anschluss? Die Liste zeigt die Schnittstellen, die "
+         "dieser "
+         "Rechner jetzt hat. Ein Name ohne \"/\" am Anfang liegt im Ordner des Programms."));
+  text->setWordWrap(true);
+  grid->addWidget(text, 0, 0, 1, 3);
+  const int em = fontMetrics().averageCharWidth();
+  for (int row = 0; row < PortCount; ++row) {
+    const auto i = static_cast<std::size_t>(row);
+    cboGeraet[i] = Named(new QComboBox, ArrayName("cboGeraet", row));
+    cboGeraet[i]->setEditable(true);
+    cboGeraet[i]->setMinimumWidth(em * 34);
+    lblZustand[i] = Named(new QLabel, ArrayName("lblZustand", row));
+    lblZustand[i]->setWordWrap(true);
+    lblZustand[i]->setMinimumWidth(em * 40);
+    grid->addWidget(LabelFor(cboGeraet[i], tr("Com &%1:").arg(row + 1)), row + 1, 0);
+    grid->addWidget(cboGeraet[i], row + 1, 1);
+    grid->addWidget(lblZustand[i], row + 1, 2);
+    connect(cboGeraet[i], &QComboBox::editTextChanged, this, [this, row] { Describe(row); });
+    // A chosen entry also carries the port's description; only the device is the text.
+    connect(cboGeraet[i], &QComboBox::activated, this, [this, i](int entry) {
+      cboGeraet[i]->setEditText(cboGeraet[i]->itemData(entry).toString());
+    });
+  }
+  grid->setColumnStretch(2, 1);
+  auto* buttons = new QDialogButtonBox;
+  auto* refresh = MakeButton("cmdAnschluesseLesen", tr("&Aktualisieren"));
+  auto* store = MakeButton("cmdAnschluesseSpeichern", tr("&Speichern"));
+  auto* cancel = MakeButton("cmdAnschluesseAbbrechen", tr("A&bbrechen"));
+  store->setDefault(true);
+  buttons->addButton(refresh, QDialogButtonBox::ActionRole);
+  buttons->addButton(store, QDialogButtonBox::AcceptRole);
+  buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+  grid->addWidget(buttons, PortCount + 1, 0, 1, 3);
+  connect(refresh, &QPushButton::clicked, this, &PortDialog::Refresh);
+  connect(buttons, &QDialogButtonBox::accepted, this, &PortDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &PortDialog::reject);
+}
+
+void PortDialog::Load() {
+  ports_.Refresh();
+  for (int row = 0; row < PortCount; ++row) {
+    const bool found = ports_.FindFirst("ComNr", std::int64_t{row + 1});
+    cboGeraet[static_cast<std::size_t>(row)]->setEditText(
+        found ? Text(ports_.Text("Geraet").value_or("")) : QString());
+  }
+  Refresh();
+}
+
+void PortDialog::Refresh() {
+  const std::vector<MachinePort> ports =
+      outside_.machinePorts ? outside_.machinePorts() : std::vector<MachinePort>();
+  for (int row = 0; row < PortCount; ++row) {
+    QComboBox& box = *cboGeraet[static_cast<std::size_t>(row)];
+    const QString device = box.currentText();
+    box.clear();
+    for (const MachinePort& port : ports) {
+      box.addItem(Text(port.device + " – " + port.description), Text(port.device));
+    }
+    box.setEditText(device);
+    Describe(row);
+  }
+}
+
+std::string PortDialog::Device(int row) const {
+  return cboGeraet[static_cast<std::size_t>(row)]->currentText().trimmed().toStdString();
+}
+
+void PortDialog::Describe(int row) {
+  const std::string device = AbsoluteDevice(Device(row), outside_.programFolder);
+  lblZustand[static_cast<std::size_t>(row)]->setText(
+      outside_.describeDevice ? Text(outside_.describeDevice(device)) : QString());
+}
+
+void PortDialog::Store() {
+  for (int row = 0; row < PortCount; ++row) {
+    const bool found = ports_.FindFirst("ComNr", std::int64_t{row + 1});
+    if (found && ports_.Text("Geraet") == Device(row)) continue;
+    if (found) {
+      ports_.Edit();
+    } else {
+      ports_.AddNew();
+      ports_.Set("ComNr", std::int64_t{row + 1});
+    }
+    ports_.Set("Geraet", Device(row));
+    ports_.Update();
+  }
+}
+
+void PortDialog::accept() {
+  Guarded(outside_.person, "Anschlüsse", [this] {
+    Store();
+    QDialog::accept();
+  });
+}
+
+}  // namespace kelvo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+
+#include "shell/outside.h"
+#include "store/recordset.h"
+
+class QComboBox;
+class QLabel;
+
+namespace kelvo {
+
+/// "Optionen" / "Anschlüsse …": which device stands behind "Com 1" … "Com 6". Each device can be
+/// typed or chosen among the ports that the machine has now; how it is stands beside it.
+class PortDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  static constexpr int PortCount = 6;
+
+  PortDialog(const Outside& outside, Recordset& ports, QWidget* parent);
+
+  /// Shows what is stored now.
+  void Load();
+  /// Looks again which ports there are.
+  void Refresh();
+
+  void accept() override;
+
+ private:
+  void Describe(int row);
+  std::string Device(int row) const;
+  void Store();
+
+  const Outside& outside_;
+  Recordset& ports_;
+  std::array<QComboBox*, PortCount> cboGeraet{};
+  std::array<QLabel*, PortCount> lblZustand{};
+};
+
+}  // namespace kelvo

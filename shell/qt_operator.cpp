@@ -1,0 +1,110 @@
+#include "shell/qt_operator.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace kelvo {
+namespace {
+
+QString Title(const std::string& title) {
+  return title.empty() ? QApplication::applicationDisplayName() : QString::fromStdString(title);
+}
+
+QMessageBox::Icon BoxIcon(Icon icon) {
+  switch (icon) {
+    case Icon::Information:
+      return QMessageBox::Information;
+    case Icon::Question:
+      return QMessageBox::Question;
+    case Icon::Exclamation:
+      return QMessageBox::Warning;
+    case Icon::None:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+void Fill(QMessageBox& box, const std::string& text, Icon icon, const std::string& title) {
+  box.setWindowTitle(Title(title));
+  box.setIcon(BoxIcon(icon));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(text));
+}
+
+// "Text (txt) |*.txt" as Qt's dialogs want it: "Text (txt) (*.txt)".
+QString DialogFilter(const std::string& filter) {
+  const QString text = QString::fromStdString(filter);
+  return text.section(u'|', 0, 0).trimmed() + QStringLiteral(" (") + text.section(u'|', 1) + u')';
+}
+
+std::optional<std::string> FileName(const QString& name) {
+  return name.isEmpty() ? std::nullopt : std::optional(name.toStdString());
+}
+
+}  // namespace
+
+void QtOperator::Message(const std::string& text, Icon icon, const std::string& title) {
+  if (loop_.Closing()) return;
+  QMessageBox box(window_);
+  Fill(box, text, icon, title);
+  box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  box.exec();
+}
+
+void QtOperator::Notify(const std::string& text, Icon icon) {
+  if (loop_.Closing()) return;
+  auto* box = new QMessageBox(window_);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  Fill(*box, text, icon, {});
+  box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  box->open();
+}
+
+bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& title) {
+  if (loop_.Closing()) return false;
+  QMessageBox box(window_);
+  Fill(box, text, icon, title);
+  QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
+  QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
+  box.setDefaultButton(yes);
+  box.setEscapeButton(no);
+  box.exec();
+  return box.clickedButton() == yes;
+}
+
+std::optional<std::string> QtOperator::Input(const std::string& prompt,
+                                             const std::string& proposed) {
+  if (loop_.Closing()) return std::nullopt;
+  QInputDialog dialog(window_);
+  dialog.setWindowTitle(QApplication::applicationDisplayName());
+  dialog.setLabelText(QString::fromStdString(prompt));
+  dialog.setTextValue(QString::fromStdString(proposed));
+  dialog.setOkButtonText(QStringLiteral("OK"));
+  dialog.setCancelButtonText(QStringLiteral("Abbrechen"));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.textValue().toStdString();
+}
+
+std::optional<std::string> QtOperator::OpenFile(const std::string& title,
+                                                const std::string& filter) {
+  if (loop_.Closing()) return std::nullopt;
+  return FileName(QFileDialog::getOpenFileName(window_, Title(title), {}, DialogFilter(filter)));
+}
+
+std::optional<std::string> QtOperator::SaveFile(const std::string& title,
+                                                const std::string& filter) {
+  if (loop_.Closing()) return std::nullopt;
+  QFileDialog dialog(window_, Title(title), {}, DialogFilter(filter));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(QString::fromStdString(filter).section(u'.', -1));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return FileName(dialog.selectedFiles().value(0));
+}
+
+void QtOperator::Beep() { QApplication::beep(); }
+
+}  // namespace kelvo

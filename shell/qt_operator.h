@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+#include "link/operator.h"
+#include "shell/qt_event_loop.h"
+
+namespace kelvo {
+
+/// Asks the person at the screen with Qt's own boxes. While the program is closing nobody is asked.
+class QtOperator : public Operator {
+ public:
+  explicit QtOperator(const QtEventLoop& loop) : loop_(loop) {}
+
+  /// The window that boxes belong to.
+  void SetWindow(QWidget* window) { window_ = window; }
+
+  void Message(const std::string& text, Icon icon, const std::string& title) override;
+  void Notify(const std::string& text, Icon icon) override;
+  bool Ask(const std::string& text, Icon icon, const std::string& title) override;
+  std::optional<std::string> Input(const std::string& prompt, const std::string& proposed) override;
+  std::optional<std::string> OpenFile(const std::string& title, const std::string& filter) override;
+  std::optional<std::string> SaveFile(const std::string& title, const std::string& filter) override;
+  void Beep() override;
+
+ private:
+  const QtEventLoop& loop_;
+  QWidget* window_ = nullptr;
+};
+
+}  // namespace kelvo

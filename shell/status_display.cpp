@@ -1,0 +1,70 @@
+#include "shell/status_display.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <algorithm>
+
+#include "link/command_language.h"
+#include "link/val.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int slowMilliseconds = 1000;
+constexpr int refreshMilliseconds = 500;
+
+}  // namespace
+
+StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
+    : QStatusBar(parent), exchange_(exchange) {
+  lblAktivitaet = Named(new QLabel, "lblAktivitaet");
+  ctlSendeFortschritt = Named(new QProgressBar, "ctlSendeFortschritt");
+  ctlSendeFortschritt->setAccessibleName(tr("Fortschritt der Übertragung"));
+  ctlSendeFortschritt->setMaximumWidth(fontMetrics().averageCharWidth() * 24);
+  ctlSendeFortschritt->hide();
+  lblTerminal = Named(new QLabel, "lblTerminal");
+  lblPort = Named(new QLabel, "lblPort");
+  addWidget(lblAktivitaet, 1);
+  addPermanentWidget(ctlSendeFortschritt);
+  addPermanentWidget(lblTerminal);
+  addPermanentWidget(lblPort);
+  ShowTerminal({});
+  connect(&progress_, &QTimer::timeout, this, &StatusDisplay::ShowProgress);
+  exchange_.SetActivityListener([this](std::string_view command) { ShowActivity(command); });
+}
+
+void StatusDisplay::ShowPort(const QString& text) { lblPort->setText(text); }
+
+void StatusDisplay::ShowTerminal(const TerminalState& state) {
+  const bool known = state.TerminalVersion > 0;
+  lblTerminal->setText(
+      known ? tr("Terminal %1").arg(QString::fromStdString(NumberText(state.TerminalVersion)))
+            : tr("Terminal: Version unbekannt"));
+}
+
+void StatusDisplay::ShowActivity(std::string_view command) {
+  if (command.empty()) {
+    progress_.stop();
+    ctlSendeFortschritt->hide();
+    lblAktivitaet->clear();
+    return;
+  }
+  activity_ = QString::fromStdString(CommandMeaning(command, 2));
+  total_ = static_cast<int>(std::min<std::size_t>(command.size(), 1000000));
+  lblAktivitaet->setText(activity_ + QStringLiteral(" …"));
+  since_.start();
+  progress_.start(slowMilliseconds);
+}
+
+void StatusDisplay::ShowProgress() {
+  progress_.start(refreshMilliseconds);
+  const int left = static_cast<int>(exchange_.CharactersToSend());
+  ctlSendeFortschritt->setRange(0, total_);
+  ctlSendeFortschritt->setValue(std::max(total_ - left, 0));
+  ctlSendeFortschritt->setVisible(left > 0);
+  const QString what = left > 0 ? tr("%1: sendet, noch %2 Zeichen") : tr("%1: wartet seit %2 s");
+  lblAktivitaet->setText(what.arg(activity_).arg(left > 0 ? left : since_.elapsed() / 1000));
+}
+
+}  // namespace kelvo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QStatusBar>
+#include <QTimer>
+
+#include "link/exchange.h"
+#include "settings/terminal_state.h"
+
+class QLabel;
+class QProgressBar;
+
+namespace kelvo {
+
+/// The status bar of the main window: the port and its settings, the Terminal's version, and what
+/// is being exchanged; work longer than a second shows its progress.
+class StatusDisplay : public QStatusBar {
+  Q_OBJECT
+
+ public:
+  explicit StatusDisplay(Exchange& exchange, QWidget* parent = nullptr);
+
+  void ShowPort(const QString& text);
+  void ShowTerminal(const TerminalState& state);
+
+ private:
+  void ShowActivity(std::string_view command);
+  void ShowProgress();
+
+  Exchange& exchange_;
+  QLabel* lblAktivitaet;
+  QProgressBar* ctlSendeFortschritt;
+  QLabel* lblTerminal;
+  QLabel* lblPort;
+  QTimer progress_;
+  QElapsedTimer since_;
+  QString activity_;
+  int total_ = 0;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,79 @@
+#include "shell/traffic_log.h"
+
+#include <array>
+#include <cstdio>
+
+#include "link/command_language.h"
+#include "link/control_characters.h"
+#include "link/wire_text.h"
+
+namespace kelvo {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Longer than any gap within one answer at 1200 baud.
+constexpr milliseconds sameEntry{40};
+constexpr std::size_t longestEntry = 5000;
+// Dropping many at once keeps a full log as cheap as an empty one.
+constexpr std::ptrdiff_t dropped = 1000;
+
+}  // namespace
+
+TrafficLog::Change TrafficLog::Add(milliseconds timeOfDay, Direction direction,
+                                   std::string_view characters) {
+  const bool continues = Continues(timeOfDay, direction);
+  lastTime_ = timeOfDay;
+  if (continues) {
+    TrafficEntry& entry = entries_.back();
+    entry.characters += characters;
+    entry.meaning = ReplyMeaning(entry.characters);
+    return Change::Grown;
+  }
+  TrafficEntry entry{timeOfDay, direction, std::string(characters), {}};
+  if (direction == Direction::ToTerminal) {
+    entry.meaning = lastQuery_ = CommandMeaning(characters);
+  } else {
+    entry.meaning = ReplyMeaning(entry.characters);
+  }
+  entries_.push_back(std::move(entry));
+  if (entries_.size() <= Capacity) return Change::Added;
+  entries_.erase(entries_.begin(), entries_.begin() + dropped);
+  return Change::AddedAndDropped;
+}
+
+bool TrafficLog::Continues(milliseconds timeOfDay, Direction direction) const {
+  return direction == Direction::FromTerminal && !entries_.empty() &&
+         entries_.back().direction == direction && timeOfDay - lastTime_ <= sameEntry &&
+         timeOfDay >= lastTime_ && entries_.back().characters.size() < longestEntry;
+}
+
+std::string TrafficLog::ReplyMeaning(const std::string& reply) const {
+  if (reply == std::string_view(&Ack, 1)) return "angenommen (ACK)";
+  if (reply == std::string_view(&Nak, 1)) return "abgelehnt (NAK)";
+  if (!lastQuery_.empty() && reply.find(EndMark) != std::string::npos) {
+    return "Antwort: " + lastQuery_;
+  }
+  return "empfangene Zeichen";
+}
+
+void TrafficLog::Clear() { entries_.clear(); }
+
+std::string ClockText(milliseconds timeOfDay) {
+  const long long ms = timeOfDay.count();
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%02lld:%02lld:%02lld.%03lld", ms / 3600000,
+                ms / 60000 % 60, ms / 1000 % 60, ms % 1000);
+  return text.data();
+}
+
+std::string DirectionText(Direction direction) {
+  return direction == Direction::ToTerminal ? "PC → Terminal" : "Terminal → PC";
+}
+
+std::string TrafficLine(const TrafficEntry& entry) {
+  return ClockText(entry.timeOfDay) + '\t' + DirectionText(entry.direction) + '\t' +
+         ReadableText(entry.characters) + '\t' + HexText(entry.characters) + '\t' + entry.meaning;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+
+#include "link/serial_port.h"
+
+namespace kelvo {
+
+/// One stretch of characters in one direction.
+struct TrafficEntry {
+  std::chrono::milliseconds timeOfDay{0};
+  Direction direction = Direction::ToTerminal;
+  std::string characters;
+  std::string meaning;  ///< German, UTF-8
+};
+
+/// What has crossed the line, the newest 10000 entries. Characters that arrive close together are
+/// one entry.
+class TrafficLog {
+ public:
+  static constexpr std::size_t Capacity = 10000;
+
+  /// Which entry has changed: the last one grew, one was added, or one was added and the oldest
+  /// thousand dropped.
+  enum class Change { Grown, Added, AddedAndDropped };
+  Change Add(std::chrono::milliseconds timeOfDay, Direction direction, std::string_view characters);
+  void Clear();
+
+  std::size_t Size() const { return entries_.size(); }
+  const TrafficEntry& At(std::size_t index) const { return entries_[index]; }
+
+ private:
+  bool Continues(std::chrono::milliseconds timeOfDay, Direction direction) const;
+  std::string ReplyMeaning(const std::string& reply) const;
+
+  std::deque<TrafficEntry> entries_;
+  std::chrono::milliseconds lastTime_{0};
+  std::string lastQuery_;  // meaning of what was sent last
+};
+
+/// An entry as a line of text: time, direction, readable and hexadecimal characters, meaning,
+/// separated by tabs. UTF-8.
+std::string TrafficLine(const TrafficEntry& entry);
+/// "12:34:56.789"
+std::string ClockText(std::chrono::milliseconds timeOfDay);
+/// "PC → Terminal" or "Terminal → PC"
+std::string DirectionText(Direction direction);
+
+}  // namespace kelvo

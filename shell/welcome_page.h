@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QWidget>
+
+namespace kelvo {
+
+/// The welcome and help page: what an operator does first.
+class WelcomePage : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit WelcomePage(QWidget* parent = nullptr);
+};
+
+}  // namespace kelvo
