@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "simulator/terminal.h"
+
+namespace kelvo::sim {
+
+/// What a receiver makes of a character that was sent at another rate than its own: it looks at
+/// the line at its own bit times. Equal rates (or a rate of 0, unknown) give the character itself.
+unsigned char Resampled(unsigned char byte, int senderBaud, int receiverBaud);
+
+/// Everything that hangs on one line: each Terminal hears every character, and whoever answers
+/// drives the same pair of wires.
+class Bus {
+ public:
+  static constexpr std::size_t kMost = 256;
+
+  struct Character {
+    unsigned char byte;
+    int baud;      ///< bits a second
+    int stopBits;  ///< 1 or 2
+  };
+
+  /// `fonts` must outlive the bus. Null when kMost Terminals are there.
+  Terminal* Add(TerminalSetup setup, const DeviceFonts& fonts);
+  std::size_t Count() const { return terminals_.size(); }
+  Terminal& At(std::size_t index) { return *terminals_[index]; }
+  const Terminal& At(std::size_t index) const { return *terminals_[index]; }
+
+  void Receive(unsigned char byte, int baud, Time now);
+  void Advance(Time now);
+  /// When a Terminal has something to do.
+  std::optional<Time> NextEvent() const;
+  /// Since when or from when on some Terminal wants to send.
+  std::optional<Time> OutputReady() const;
+  /// What the line carries in the character time that begins at `now`; nothing when all are silent.
+  std::optional<Character> Take(Time now);
+
+ private:
+  std::vector<std::unique_ptr<Terminal>> terminals_;
+};
+
+}  // namespace kelvo::sim

@@ -1,0 +1,322 @@
+#include "simulator/terminal.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+namespace kelvo::sim {
+namespace {
+
+constexpr Time kBlinkHalf = std::chrono::milliseconds(500);
+constexpr Time kLate = std::chrono::milliseconds(700);
+constexpr int kDropEvery = 7;
+constexpr unsigned char kGarbling = kAck ^ 'A';
+
+constexpr int kAllAddresses = 255;
+
+}  // namespace
+
+Terminal::Terminal(TerminalSetup setup, const DeviceFonts& fonts)
+    : setup_(std::move(setup)),
+      eeprom_(setup_.eepromBytes),
+      screen_(fonts, setup_.width, setup_.height),
+      keyboards_(eeprom_) {
+  ResetState();
+}
+
+void Terminal::PowerOn(Time now) {
+  now_ = now;
+  powered_ = true;
+  Restart(false);
+}
+
+void Terminal::PowerOff() {
+  powered_ = false;
+  parser_.Reset();
+  waiting_.clear();
+  output_.clear();
+  eraseStep_.reset();
+  p0_ = 0;
+  screen_.Reset(screen_.Pixels().Width(), screen_.Pixels().Height());
+}
+
+void Terminal::SetVersion(std::string version, bool flash) {
+  setup_.version = std::move(version);
+  setup_.flash = flash;
+}
+
+bool Terminal::CursorLit(Time now) { return now / kBlinkHalf % 2 == 0; }
+
+// ---- the line ----
+
+void Terminal::Receive(unsigned char byte, Time now) {
+  if (!powered_) return;
+  Advance(now);
+  if (setup_.fault == Fault::Drops && ++faultCounter_ % kDropEvery == 0) return;
+  if (eraseStep_) {
+    // What does not fit is lost, as when a host ignores the handshake.
+    if (static_cast<int>(waiting_.size()) < interface1_.buffer) waiting_.push_back(byte);
+  } else {
+    Process(byte);
+  }
+}
+
+void Terminal::Advance(Time now) {
+  while (eraseStep_ && *eraseStep_ <= now) {
+    now_ = *eraseStep_;
+    StepErase();
+    ProcessWaiting();
+  }
+  now_ = std::max(now_, now);
+}
+
+std::optional<Time> Terminal::NextEvent() const {
+  const std::optional<Time> ready = OutputReady();
+  if (ready && eraseStep_) return std::min(*ready, *eraseStep_);
+  return ready ? ready : eraseStep_;
+}
+
+std::optional<Time> Terminal::OutputReady() const {
+  if (output_.empty()) return std::nullopt;
+  return output_.front().ready;
+}
+
+unsigned char Terminal::TakeOutput() {
+  const unsigned char byte = output_.front().byte;
+  output_.pop_front();
+  return byte;
+}
+
+void Terminal::ProcessWaiting() {
+  while (!eraseStep_ && !waiting_.empty()) {
+    const unsigned char byte = waiting_.front();
+    waiting_.pop_front();
+    Process(byte);
+  }
+}
+
+void Terminal::Process(unsigned char byte) {
+  if (selected_) checksum_ = static_cast<std::uint16_t>(checksum_ + byte);
+  parser_.Feed(byte, *this);
+}
+
+void Terminal::Send(std::string_view bytes) {
+  if (setup_.fault == Fault::Silent) return;
+  const Time ready = setup_.fault == Fault::Late ? now_ + kLate : now_;
+  for (const char byte : bytes) {
+    const auto sent = static_cast<unsigned char>(byte);
+    const bool garbled = setup_.fault == Fault::Garbled;
+    output_.push_back({ready, garbled ? static_cast<unsigned char>(sent ^ kGarbling) : sent});
+  }
+}
+
+void Terminal::Acknowledge(bool done) {
+  const char answer = static_cast<char>(done ? kAck : kNak);
+  Send({&answer, 1});
+}
+
+// ---- commands ----
+
+void Terminal::OnText(unsigned char byte) {
+  if (!selected_) return;
+  const char character = static_cast<char>(byte);
+  AddToLog(nullptr, {&character, 1});
+  screen_.PutText(byte);
+}
+
+void Terminal::OnGraphicText(unsigned char byte) {
+  if (!selected_) return;
+  if (!log_.empty() && log_.back().text.size() < kLogText) {
+    log_.back().text += static_cast<char>(byte);
+    ++logCount_;
+  }
+  screen_.PutGraphicText(byte);
+}
+
+void Terminal::OnCommand(const CommandRow& row, std::string_view text) {
+  if (row.command == Command::SelectAddress) {
+    AddToLog(&row, text);
+    SelectAddress(text);
+    return;
+  }
+  if (!selected_) return;
+  AddToLog(&row, text);
+  const Parameters parameters(text);
+  if (parameters.Count() >= row.parameters) Execute(row, parameters);
+}
+
+// The bytes of a selection do not count in the checksum: a host that reads the sums of several
+// Terminals one after the other could not predict them otherwise.
+void Terminal::SelectAddress(std::string_view parameters) {
+  if (selected_) {
+    unsigned sum = kEsc + '!' + 'A' + ';';
+    for (const char byte : parameters) sum += static_cast<unsigned char>(byte);
+    checksum_ = static_cast<std::uint16_t>(checksum_ - sum);
+  }
+  const int address = Parameters(parameters).Number(0);
+  selected_ = address == setup_.address || address == kAllAddresses;
+}
+
+void Terminal::Execute(const CommandRow& row, const Parameters& parameters) {
+  if (screen_.Execute(row.command, parameters)) return;
+  if (keyboards_.Execute(row.command, parameters)) return;
+  const std::string echo = setup_.echoQueries ? "\x1B" + std::string(row.name) : "";
+  if (row.reply == Reply::Acknowledge) {
+    if (setup_.fault == Fault::Nak) {
+      Acknowledge(false);
+    } else if (row.command == Command::Erase || row.command == Command::EraseCounting) {
+      StartErase(row.command == Command::EraseCounting);
+    } else {
+      Acknowledge(Store(row.command, parameters));
+    }
+  } else if (row.command == Command::AskInfo) {
+    Send(echo + Information());
+  } else if (const std::optional<std::string> answer = Answer(row.command)) {
+    Send(echo + *answer + ";");
+  } else {
+    ExecuteSetting(row.command, parameters);
+  }
+}
+
+void Terminal::ExecuteSetting(Command command, const Parameters& parameters) {
+  switch (command) {
+    case Command::SetPort:
+      p0_ = static_cast<unsigned char>(parameters.Number(0) & 0xFF);
+      break;
+    case Command::SetResolution:
+      SetResolution(parameters);
+      break;
+    case Command::Restart:
+      Restart(true);
+      break;
+    case Command::SetInterface1:
+      SetInterface(stagedInterface1_, parameters);
+      break;
+    case Command::SetBuffer1:
+      SetBuffer(stagedInterface1_, parameters.Number(0));
+      break;
+    case Command::SetInterface2:
+      SetInterface(interface2_, parameters);
+      break;
+    case Command::SetBuffer2:
+      SetBuffer(interface2_, parameters.Number(0));
+      break;
+    case Command::SetReceive2:
+      receive2_ = std::clamp(parameters.Number(0), 0, 2);
+      break;
+    case Command::Send2:
+      // The second interface is looped back: what goes out there comes in again.
+      ReceiveInterface2(parameters.Text(), now_);
+      break;
+    case Command::ResetChecksum:
+      checksum_ = 0;
+      break;
+    case Command::RunMacro:
+      RunMacro(parameters.Number(0));
+      break;
+    default:
+      break;
+  }
+}
+
+std::optional<std::string> Terminal::Answer(Command query) const {
+  switch (query) {
+    case Command::AskVersion:
+      return setup_.version + (setup_.flash ? "F" : "");
+    case Command::AskAddress:
+      // With its two letters in front: hosts read the number from the third character on.
+      return "?A" + std::to_string(setup_.address);
+    case Command::AskPort:
+      return std::to_string(p1_);
+    case Command::AskFlash:
+      return setup_.flash ? "64,4096" : "0,0";
+    case Command::AskFreeBytes:
+      return std::to_string(eeprom_.Free());
+    case Command::AskChecksum:
+      if (!setup_.checksum) return std::nullopt;
+      return Checksum();
+    default:
+      break;
+  }
+  if (const auto answer = screen_.Answer(query)) return answer;
+  return keyboards_.Answer(query);
+}
+
+std::string Terminal::Checksum() const {
+  char text[5];
+  std::snprintf(text, sizeof text, "%X", checksum_);
+  return text;
+}
+
+// Short on purpose: hosts collect it for 100 ms, which is 96 characters at 9600 baud.
+std::string Terminal::Information() const {
+  return "Terminal " + setup_.version + (setup_.flash ? "F" : "") + " Adr. " +
+         std::to_string(setup_.address) + "\r\nDisplay " + std::to_string(resolution_.width) +
+         " x " + std::to_string(resolution_.height) + "\r\nEEPROM " +
+         std::to_string(eeprom_.Capacity()) + ", frei " + std::to_string(eeprom_.Free()) + "\r\n";
+}
+
+void Terminal::SetResolution(const Parameters& parameters) {
+  stagedResolution_.width = std::clamp(parameters.Number(0), 20, 640);
+  stagedResolution_.height = std::clamp(parameters.Number(1), 20, 480);
+  stagedResolution_.option = std::string(parameters.Field(2).substr(0, 10));
+}
+
+// A rate that the hardware does not have leaves everything as it was.
+void Terminal::SetInterface(InterfaceSettings& settings, const Parameters& parameters) {
+  static constexpr std::array kRates = {1200, 2400, 4800, 9600, 14400, 19200};
+  const int baud = parameters.Number(0);
+  if (std::find(kRates.begin(), kRates.end(), baud) == kRates.end()) return;
+  settings.baud = baud;
+  settings.parity = std::clamp(parameters.Number(1), 0, 3);
+  settings.bits = parameters.Number(2) == 7 ? 7 : 8;
+  settings.stopBits = parameters.Number(3) == 2 ? 2 : 1;
+  settings.handshake = parameters.Number(4) == 1 ? 1 : 0;
+}
+
+void Terminal::SetBuffer(InterfaceSettings& settings, int bytes) {
+  settings.buffer = std::clamp(bytes, 1024, 16384);
+}
+
+// ---- keys and the second interface ----
+
+// On a bus only the selected Terminal may use the line, so a key of another one is lost.
+bool Terminal::PressKey(int row, int column, Time now) {
+  Advance(now);
+  if (!powered_ || !keyboards_.Wired(row, column)) return false;
+  const std::optional<unsigned char> code = keyboards_.MatrixCode(row, column);
+  if (code && selected_) {
+    const char character = static_cast<char>(*code);
+    Send({&character, 1});
+  }
+  return true;
+}
+
+void Terminal::Type(unsigned char character, Time now) {
+  Advance(now);
+  if (!powered_ || !selected_) return;
+  const char code = static_cast<char>(keyboards_.AtCode(character));
+  Send({&code, 1});
+}
+
+void Terminal::ReceiveInterface2(std::string_view text, Time now) {
+  Advance(now);
+  if (powered_ && selected_ && receive2_ != 0) Send(text);
+}
+
+// ---- log ----
+
+void Terminal::AddToLog(const CommandRow* row, std::string_view text) {
+  if (restoring_) return;
+  ++logCount_;
+  const bool goesOn = row == nullptr && !log_.empty() && log_.back().row == nullptr;
+  if (goesOn && log_.back().text.size() < kLogText) {
+    log_.back().text += text;
+    return;
+  }
+  log_.push_back({row, std::string(text.substr(0, kLogText))});
+  if (log_.size() > kLogEntries) log_.pop_front();
+}
+
+}  // namespace kelvo::sim

@@ -1,0 +1,201 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "simulator/command_parser.h"
+#include "simulator/eeprom.h"
+#include "simulator/keyboards.h"
+#include "simulator/screen.h"
+
+namespace kelvo::sim {
+
+/// A point in time, or a span of it. Whoever runs a Terminal decides where time begins.
+using Time = std::chrono::nanoseconds;
+
+/// How a Terminal can misbehave.
+enum class Fault {
+  None,
+  Silent,   ///< carries everything out and answers nothing
+  Nak,      ///< refuses every command that is acknowledged
+  Garbled,  ///< every character that it sends is wrong; an ACK arrives as "A"
+  Late,     ///< answers 700 ms late
+  Drops,    ///< loses every 7th character that it receives
+};
+
+/// What an operator sets on the device itself, not over the line.
+struct TerminalSetup {
+  std::string version = "2.10";  ///< as "?V" tells it, without the "F" for flash
+  bool flash = true;
+  bool checksum = true;  ///< old firmware has none and ignores its commands
+  int address = 0;       ///< 0..255
+  bool echoQueries = false;  ///< repeats ESC and the query in front of the answer
+  Fault fault = Fault::None;
+  int eepromBytes = 8192;
+  int width = 240;   ///< pixels, 20..640, as long as no resolution is stored
+  int height = 128;  ///< pixels, 20..480
+  int baud = 19200;  ///< as long as no other rate is stored
+};
+
+/// The settings of one serial interface, numbered as in the commands.
+struct InterfaceSettings {
+  int baud = 19200;
+  int parity = 0;
+  int bits = 8;
+  int stopBits = 1;
+  int handshake = 0;
+  int buffer = 16384;  ///< characters
+
+  bool operator==(const InterfaceSettings&) const = default;
+};
+
+/// A simulated Terminal: characters in, characters out, and a picture. It has no clock of its
+/// own; times that it is given must never go back.
+class Terminal : private CommandParser::Handler {
+ public:
+  /// The fonts must outlive the Terminal. It starts without power.
+  Terminal(TerminalSetup setup, const DeviceFonts& fonts);
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  /// Takes the stored configuration and runs macro 0.
+  void PowerOn(Time now);
+  void PowerOff();
+  bool Powered() const { return powered_; }
+
+  /// A character whose stop bit has just passed.
+  void Receive(unsigned char byte, Time now);
+  /// Does what has become due, at the latest at `now`.
+  void Advance(Time now);
+  /// When Advance has something to do or a character becomes ready to be sent.
+  std::optional<Time> NextEvent() const;
+  /// When the next character of an answer is, or was, ready to be sent.
+  std::optional<Time> OutputReady() const;
+  /// Takes that character; only while OutputReady has one.
+  unsigned char TakeOutput();
+
+  /// The lines of P1, bit i = line i.
+  void SetP1(unsigned char lines) { p1_ = lines; }
+  unsigned char P1() const { return p1_; }
+  unsigned char P0() const { return p0_; }
+  /// Presses a key of the matrix keypad (0..7 each); false when no key is wired there.
+  bool PressKey(int row, int column, Time now);
+  /// A character typed on the PC keyboard.
+  void Type(unsigned char character, Time now);
+  /// Characters that the device on the second interface sends.
+  void ReceiveInterface2(std::string_view text, Time now);
+
+  const TerminalSetup& Setup() const { return setup_; }
+  void SetVersion(std::string version, bool flash);
+  void SetAddress(int address) { setup_.address = address & 0xFF; }
+  void SetEchoQueries(bool on) { setup_.echoQueries = on; }
+  void SetFault(Fault fault) { setup_.fault = fault; }
+
+  /// Whether it acts on what it receives: its address or 255 is selected.
+  bool Selected() const { return selected_; }
+  /// The settings in force on the line to the host.
+  const InterfaceSettings& Interface1() const { return interface1_; }
+  const InterfaceSettings& Interface2() const { return interface2_; }
+  const Screen& Display() const { return screen_; }
+  /// Whether a blinking cursor is in its visible half second.
+  static bool CursorLit(Time now);
+  const Keyboards& Keys() const { return keyboards_; }
+  const Eeprom& Memory() const { return eeprom_; }
+  Eeprom& Memory() { return eeprom_; }
+
+  /// One command, or plain text between commands, as it came over the line or from a macro.
+  struct LogEntry {
+    const CommandRow* row;  ///< null for plain text
+    std::string text;       ///< parameters or text; cut after kLogText bytes
+  };
+  static constexpr std::size_t kLogEntries = 200;
+  static constexpr std::size_t kLogText = 200;
+  const std::deque<LogEntry>& Log() const { return log_; }
+  /// Entries that there have been, those dropped from the log included.
+  std::uint64_t LogCount() const { return logCount_; }
+
+ private:
+  struct OutputByte {
+    Time ready;
+    unsigned char byte;
+  };
+  struct Resolution {
+    int width;
+    int height;
+    std::string option;
+  };
+
+  void OnCommand(const CommandRow& row, std::string_view parameters) override;
+  void OnText(unsigned char byte) override;
+  void OnGraphicText(unsigned char byte) override;
+
+  void Process(unsigned char byte);
+  void ProcessWaiting();
+  void CountChecksum(unsigned char byte);
+  void SelectAddress(std::string_view parameters);
+  void Execute(const CommandRow& row, const Parameters& parameters);
+  void ExecuteSetting(Command command, const Parameters& parameters);
+  std::optional<std::string> Answer(Command query) const;
+  std::string Information() const;
+  std::string Checksum() const;
+  void Send(std::string_view bytes);
+  void Acknowledge(bool done);
+
+  // terminal_storage.cpp
+  bool Store(Command command, const Parameters& parameters);
+  bool WriteBitmap(unsigned char number, const Parameters& parameters);
+  void StartErase(bool counting);
+  void StepErase();
+  std::string ConfigCommands() const;
+  void RunMacro(int number);
+  void RunText(const std::string& text);
+  void Restart(bool keepStaged);
+  void ResetState();
+  void RestoreConfig();
+
+  void SetResolution(const Parameters& parameters);
+  void SetInterface(InterfaceSettings& settings, const Parameters& parameters);
+  static void SetBuffer(InterfaceSettings& settings, int bytes);
+  void AddToLog(const CommandRow* row, std::string_view text);
+
+  TerminalSetup setup_;
+  bool powered_ = false;
+  Time now_{};
+  CommandParser parser_;
+  Eeprom eeprom_;
+  Screen screen_;
+  Keyboards keyboards_;
+
+  bool selected_ = true;
+  std::uint16_t checksum_ = 0;
+  int faultCounter_ = 0;
+  unsigned char p0_ = 0;
+  unsigned char p1_ = 0;
+  // "!B", "!S" and "!R" wait in the staged values for the next restart.
+  InterfaceSettings interface1_;
+  InterfaceSettings stagedInterface1_;
+  InterfaceSettings interface2_;
+  int receive2_ = 0;
+  Resolution resolution_;
+  Resolution stagedResolution_;
+
+  std::deque<unsigned char> waiting_;  // received while an erase keeps the Terminal busy
+  std::deque<OutputByte> output_;
+  std::optional<Time> eraseStep_;
+  int eraseBlocks_ = 0;
+  bool eraseCounts_ = false;
+
+  int macroDepth_ = 0;
+  int macroBudget_ = 0;  // bytes that the outermost macro may still spend
+  bool starting_ = false;
+  bool restoring_ = false;
+  std::uint64_t restarts_ = 0;
+  std::deque<LogEntry> log_;
+  std::uint64_t logCount_ = 0;
+};
+
+}  // namespace kelvo::sim
