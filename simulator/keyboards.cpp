@@ -112,8 +112,16 @@ std::string Keyboards::ConfigCommands() const {
   commands += "\x1BMC2,10,35," + std::to_string(unusedInputs_) + "," +
               std::to_string(unusedOutputs_) + ",5;";
   if (scanning_) commands += "\x1BME";
-  if (matrixTable_) commands += "\x1B" "EMK" + std::to_string(*matrixTable_) + ";";
-  if (atTable_) commands += "\x1B" "EAK" + std::to_string(*atTable_) + ";";
+  if (matrixTable_)
+    commands +=
+        "\x1B"
+        "EMK" +
+        std::to_string(*matrixTable_) + ";";
+  if (atTable_)
+    commands +=
+        "\x1B"
+        "EAK" +
+        std::to_string(*atTable_) + ";";
   return commands;
 }
 

@@ -53,9 +53,7 @@ std::optional<Time> Line::NextEvent() const {
   if (!incoming_.empty()) Earliest(next, incoming_.front().end);
   if (outgoing_) Earliest(next, outgoing_->end);
   Earliest(next, SlotTime());
-  // A character that waits for the wire is no event of the bus.
-  const std::optional<Time> bus = bus_.NextEvent();
-  if (bus && *bus > now_) Earliest(next, bus);
+  Earliest(next, bus_.NextEvent());
   return next;
 }
 

@@ -24,8 +24,8 @@ int Attribute(const TextStyle& style) {
 }
 
 void SetZoom(TextStyle& style, const Parameters& parameters) {
-  style.zoomX = std::clamp(parameters.Number(0), 1, 4);
-  style.zoomY = std::clamp(parameters.Number(1), 1, 8);
+  style.zoomX = std::clamp(parameters.Number(0), 1, MaxZoomX);
+  style.zoomY = std::clamp(parameters.Number(1), 1, MaxZoomY);
 }
 
 void SetFont(TextStyle& style, int font) {
@@ -51,7 +51,7 @@ void Screen::Reset(int width, int height) {
   Resize(width, height);
   text_ = {};
   graphicText_ = {};
-  graphicText_.mode = TextMode::Set;
+  graphicText_.mode = GraphicTextMode(Ink::Set);
   column_ = row_ = 1;
   position_ = {};
   ink_ = Ink::Set;
@@ -110,7 +110,7 @@ bool Screen::ExecuteGraphic(Command command, const Parameters& parameters) {
       return true;
     case Command::DrawMode:
       ink_ = parameters.Number(0) == 1 ? Ink::Clear : Ink::Set;
-      graphicText_.mode = ink_ == Ink::Set ? kelvo::TextMode::Set : kelvo::TextMode::Clear;
+      graphicText_.mode = GraphicTextMode(ink_);
       return true;
     case Command::Line:
       DrawLineTo(Point(parameters, 0));
@@ -282,37 +282,24 @@ void Screen::PutGraphicText(unsigned char byte) {
                                     std::string_view(&character, 1), graphicText_));
 }
 
-// x, y, width, height, digits. The width counts bytes, or pixels when it is negative.
+// x, y, width, height, digits. The width counts bytes, or pixels when it is negative. Only the rows
+// that have digits are drawn, so that no size given makes more work than was sent.
 void Screen::DrawBitmap(const Parameters& parameters) {
   const PixelPoint corner = Point(parameters, 0);
   const int given = Coordinate(parameters.Number(2));
   const int width = given < 0 ? -given : given * 8;
-  const int height = parameters.Number(3);
-  const std::size_t rowDigits = static_cast<std::size_t>((width + 7) / 8) * 2;
-  std::string_view digits = parameters.Rest(4);
-  for (int y = 0; y < height && rowDigits > 0 && !digits.empty(); ++y) {
-    DrawBitmapRow(corner.x, corner.y + y, width, digits.substr(0, rowDigits));
-    digits.remove_prefix(std::min(rowDigits, digits.size()));
-  }
-}
-
-void Screen::DrawBitmapRow(int x, int y, int width, std::string_view digits) {
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    const int nibble = HexDigit(digits[i]).value_or(0);
+  const std::string_view digits = parameters.Rest(4);
+  const int rowDigits = (width + 7) / 8 * 2;
+  if (rowDigits == 0) return;
+  const int rows = (static_cast<int>(digits.size()) + rowDigits - 1) / rowDigits;
+  PixelMap bits(width, std::min(parameters.Number(3), rows));
+  for (int i = 0; i < static_cast<int>(digits.size()); ++i) {
+    const int nibble = HexDigit(digits[static_cast<std::size_t>(i)]).value_or(0);
     for (int bit = 0; bit < 4; ++bit) {
-      const int offset = static_cast<int>(i) * 4 + bit;
-      if (offset < width) PutBitmapPixel(x + offset, y, (nibble & (8 >> bit)) != 0);
+      if ((nibble & 8 >> bit) != 0) bits.Put(i % rowDigits * 4 + bit, i / rowDigits, Ink::Set);
     }
   }
-}
-
-// Drawing covers what lies below, white pixels too; erasing takes away where the picture is black.
-void Screen::PutBitmapPixel(int x, int y, bool set) {
-  if (ink_ == Ink::Set) {
-    pixels_.Put(x, y, set ? Ink::Set : Ink::Clear);
-  } else if (set) {
-    pixels_.Put(x, y, Ink::Clear);
-  }
+  kelvo::DrawBitmap(pixels_, corner.x, corner.y, bits, ink_);
 }
 
 // ---- cursor ----

@@ -73,8 +73,6 @@ class Screen {
   void DrawRectangleTo(PixelPoint corner, bool filled);
   void DrawEllipseAround(int radiusX, int radiusY, bool filled);
   void DrawBitmap(const Parameters& parameters);
-  void DrawBitmapRow(int x, int y, int width, std::string_view digits);
-  void PutBitmapPixel(int x, int y, bool set);
   std::string CursorShape() const;
   Cell TextCell() const;
   void DrawCursor(PixelMap& picture) const;

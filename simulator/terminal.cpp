@@ -71,11 +71,7 @@ void Terminal::Advance(Time now) {
   now_ = std::max(now_, now);
 }
 
-std::optional<Time> Terminal::NextEvent() const {
-  const std::optional<Time> ready = OutputReady();
-  if (ready && eraseStep_) return std::min(*ready, *eraseStep_);
-  return ready ? ready : eraseStep_;
-}
+std::optional<Time> Terminal::NextEvent() const { return eraseStep_; }
 
 std::optional<Time> Terminal::OutputReady() const {
   if (output_.empty()) return std::nullopt;

@@ -31,8 +31,8 @@ enum class Fault {
 struct TerminalSetup {
   std::string version = "2.10";  ///< as "?V" tells it, without the "F" for flash
   bool flash = true;
-  bool checksum = true;  ///< old firmware has none and ignores its commands
-  int address = 0;       ///< 0..255
+  bool checksum = true;      ///< old firmware has none and ignores its commands
+  int address = 0;           ///< 0..255
   bool echoQueries = false;  ///< repeats ESC and the query in front of the answer
   Fault fault = Fault::None;
   int eepromBytes = 8192;
@@ -71,7 +71,7 @@ class Terminal : private CommandParser::Handler {
   void Receive(unsigned char byte, Time now);
   /// Does what has become due, at the latest at `now`.
   void Advance(Time now);
-  /// When Advance has something to do or a character becomes ready to be sent.
+  /// When Advance has something to do.
   std::optional<Time> NextEvent() const;
   /// When the next character of an answer is, or was, ready to be sent.
   std::optional<Time> OutputReady() const;

@@ -8,7 +8,7 @@
 namespace kelvo::sim {
 namespace {
 
-constexpr int kEraseBlock = 256;  // bytes
+constexpr int kEraseBlock = 256;                            // bytes
 constexpr Time kEraseTime = std::chrono::milliseconds(20);  // for one block
 
 // Macros may run macros. The Terminal itself would go round for ever where one runs itself;
@@ -93,12 +93,13 @@ void Terminal::StepErase() {
 // The configuration is kept as the commands that bring it back.
 std::string Terminal::ConfigCommands() const {
   const auto interface = [](char letter, char buffer, const InterfaceSettings& s) {
-    return std::string("\x1B!") + letter + std::to_string(s.baud) + "," +
-           std::to_string(s.parity) + "," + std::to_string(s.bits) + "," +
-           std::to_string(s.stopBits) + "," + std::to_string(s.handshake) + ";\x1B!" + buffer +
-           std::to_string(s.buffer) + ";";
+    return std::string("\x1B!") + letter + std::to_string(s.baud) + "," + std::to_string(s.parity) +
+           "," + std::to_string(s.bits) + "," + std::to_string(s.stopBits) + "," +
+           std::to_string(s.handshake) + ";\x1B!" + buffer + std::to_string(s.buffer) + ";";
   };
-  return interface('B', 'S', stagedInterface1_) + interface('b', 's', interface2_) + "\x1B" "2I" +
+  return interface('B', 'S', stagedInterface1_) + interface('b', 's', interface2_) +
+         "\x1B"
+         "2I" +
          std::to_string(receive2_) + ";\x1B!R" + std::to_string(stagedResolution_.width) + "," +
          std::to_string(stagedResolution_.height) + "," + stagedResolution_.option + ";\x1B!P" +
          std::to_string(p0_) + ";" + screen_.ConfigCommands() + keyboards_.ConfigCommands();

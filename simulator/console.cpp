@@ -1,0 +1,215 @@
+#include "simulator/console.h"
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <vector>
+
+#include "simulator/options.h"
+
+namespace kelvo::sim {
+namespace {
+
+struct Context {
+  std::string_view rest;                // the line behind its first word
+  std::vector<std::string_view> words;  // of the rest
+  Station& station;
+  const ConsoleActions& actions;
+
+  std::string_view Word(std::size_t index) const {
+    return index < words.size() ? words[index] : std::string_view();
+  }
+};
+
+const std::string kOk = "ok";
+
+std::string Result(bool done) { return done ? kOk : "error value"; }
+
+std::vector<std::string_view> Words(std::string_view text) {
+  std::vector<std::string_view> words;
+  while (!text.empty()) {
+    const std::size_t blank = std::min(text.find(' '), text.size());
+    if (blank > 0) words.push_back(text.substr(0, blank));
+    text.remove_prefix(std::min(blank + 1, text.size()));
+  }
+  return words;
+}
+
+// UTF-8 to the Terminal's characters; nothing when one has no code there.
+std::optional<std::string> Latin1(std::string_view utf8) {
+  std::string text;
+  for (std::size_t i = 0; i < utf8.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(utf8[i]);
+    if (byte < 0x80) {
+      text += utf8[i];
+    } else if ((byte == 0xC2 || byte == 0xC3) && i + 1 < utf8.size()) {
+      const auto second = static_cast<unsigned char>(utf8[++i]);
+      text += static_cast<char>((byte & 3) << 6 | (second & 0x3F));
+    } else {
+      return std::nullopt;
+    }
+  }
+  return text;
+}
+
+std::string SetP1(const Context& c) {
+  int lines = 0;
+  if (!ReadNumber(c.Word(0), 0, 255, lines)) return Result(false);
+  c.station.With(
+      [lines](Bus& bus, Line&, Time) { bus.At(0).SetP1(static_cast<unsigned char>(lines)); });
+  return kOk;
+}
+
+std::string PressKey(const Context& c) {
+  int row = 0;
+  int column = 0;
+  const bool press = c.Word(2) == "press" || c.Word(2).empty();
+  if (!ReadNumber(c.Word(0), 0, 7, row) || !ReadNumber(c.Word(1), 0, 7, column) ||
+      (!press && c.Word(2) != "release")) {
+    return Result(false);
+  }
+  if (!press) return kOk;  // the keypad sends nothing when a key is let go
+  const bool wired = c.station.With(
+      [=](Bus& bus, Line&, Time now) { return bus.At(0).PressKey(row, column, now); });
+  return wired ? kOk : "error not wired";
+}
+
+std::string Type(const Context& c) {
+  const std::optional<std::string> text = Latin1(c.rest);
+  if (!text) return "error not Latin-1";
+  c.station.With([&text](Bus& bus, Line&, Time now) {
+    for (const char key : *text) bus.At(0).Type(static_cast<unsigned char>(key), now);
+  });
+  return kOk;
+}
+
+std::string SendFromInterface2(const Context& c) {
+  const std::optional<std::string> text = Latin1(c.rest);
+  if (!text) return "error not Latin-1";
+  c.station.With([&text](Bus& bus, Line&, Time now) { bus.At(0).ReceiveInterface2(*text, now); });
+  return kOk;
+}
+
+std::string Power(const Context& c) {
+  bool on = false;
+  if (!ReadSwitch(c.Word(0), on)) return Result(false);
+  c.station.With([on](Bus& bus, Line&, Time now) {
+    if (on) {
+      bus.At(0).PowerOn(now);
+    } else {
+      bus.At(0).PowerOff();
+    }
+  });
+  return kOk;
+}
+
+std::string Reset(const Context& c) {
+  c.station.With([](Bus& bus, Line&, Time now) {
+    bus.At(0).PowerOff();
+    bus.At(0).PowerOn(now);
+  });
+  return kOk;
+}
+
+std::string SetFault(const Context& c) {
+  const std::optional<Fault> fault = FaultNamed(c.Word(0));
+  if (!fault) return Result(false);
+  c.station.With([&fault](Bus& bus, Line&, Time) { bus.At(0).SetFault(*fault); });
+  return kOk;
+}
+
+std::string SetEcho(const Context& c) {
+  bool queries = false;
+  bool everything = false;
+  if (!ReadEcho(c.Word(0), queries, everything)) return Result(false);
+  c.station.With([=](Bus& bus, Line& line, Time) {
+    bus.At(0).SetEchoQueries(queries);
+    line.SetEcho(everything);
+  });
+  return kOk;
+}
+
+std::string SetVersion(const Context& c) {
+  TerminalSetup setup;
+  if (!ReadVersion(c.Word(0), setup)) return Result(false);
+  c.station.With(
+      [&setup](Bus& bus, Line&, Time) { bus.At(0).SetVersion(setup.version, setup.flash); });
+  return kOk;
+}
+
+std::string SetAddress(const Context& c) {
+  int address = 0;
+  if (!ReadNumber(c.Word(0), 0, 255, address)) return Result(false);
+  c.station.With([address](Bus& bus, Line&, Time) { bus.At(0).SetAddress(address); });
+  return kOk;
+}
+
+std::string Unplug(const Context& c) {
+  c.station.Unplug();
+  return kOk;
+}
+
+std::string Plug(const Context& c) {
+  try {
+    c.station.Plug();
+    return kOk;
+  } catch (const std::system_error& error) {
+    return std::string("error ") + error.what();
+  }
+}
+
+std::string WritePng(const Context& c) {
+  if (c.rest.empty()) return Result(false);
+  return c.actions.writePng(std::string(c.rest)) ? kOk : "error cannot write";
+}
+
+std::string Status(const Context& c) {
+  return c.station.With([](Bus& bus, Line&, Time) {
+    const Terminal& terminal = bus.At(0);
+    const PixelMap& pixels = terminal.Display().Pixels();
+    return "ok power=" + std::string(terminal.Powered() ? "on" : "off") +
+           " selected=" + (terminal.Selected() ? "yes" : "no") +
+           " p0=" + std::to_string(terminal.P0()) + " p1=" + std::to_string(terminal.P1()) +
+           " free=" + std::to_string(terminal.Memory().Free()) +
+           " display=" + std::to_string(pixels.Width()) + "x" + std::to_string(pixels.Height()) +
+           " baud=" + std::to_string(terminal.Interface1().baud);
+  });
+}
+
+std::string Quit(const Context& c) {
+  c.actions.quit();
+  return kOk;
+}
+
+std::string Help(const Context& c);
+
+constexpr std::pair<std::string_view, std::string (*)(const Context&)> kCommands[] = {
+    {"p1", SetP1},           {"key", PressKey},
+    {"type", Type},          {"com2", SendFromInterface2},
+    {"power", Power},        {"reset", Reset},
+    {"fault", SetFault},     {"echo", SetEcho},
+    {"version", SetVersion}, {"address", SetAddress},
+    {"unplug", Unplug},      {"plug", Plug},
+    {"png", WritePng},       {"status", Status},
+    {"help", Help},          {"quit", Quit},
+};
+
+std::string Help(const Context&) {
+  std::string names = kOk;
+  for (const auto& command : kCommands) names += " " + std::string(command.first);
+  return names;
+}
+
+}  // namespace
+
+std::string RunConsoleLine(std::string_view line, Station& station, const ConsoleActions& actions) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  const std::size_t blank = std::min(line.find(' '), line.size());
+  const std::string_view rest = line.substr(std::min(blank + 1, line.size()));
+  for (const auto& [name, run] : kCommands) {
+    if (name == line.substr(0, blank)) return run({rest, Words(rest), station, actions});
+  }
+  return "error unknown command";
+}
+
+}  // namespace kelvo::sim

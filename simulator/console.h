@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "simulator/station.h"
+
+namespace kelvo::sim {
+
+/// What a command line can ask for beyond the Terminal itself.
+struct ConsoleActions {
+  std::function<bool(const std::string& path)> writePng;
+  std::function<void()> quit;
+};
+
+/// Carries out one command line for the first Terminal of the station:
+///
+///   p1 N                  sets the lines of P1
+///   key ROW COLUMN press  presses a key of the matrix keypad (0..7 each); "release" is accepted
+///   type TEXT             types on the PC keyboard; UTF-8, as far as it is Latin-1
+///   com2 TEXT             the device on the second interface sends
+///   power on|off, reset   switches
+///   fault ART             none, silent, nak, garbled, late, drops
+///   echo off|query|line
+///   version TEXT, address N
+///   unplug, plug          the host's adapter
+///   png FILE              writes the display as a picture
+///   status                one line: power, selected address, P0, P1, free EEPROM bytes, display
+///   quit
+///
+/// Returns the answer: "ok", "ok " and what was asked for, or "error " and the reason.
+std::string RunConsoleLine(std::string_view line, Station& station, const ConsoleActions& actions);
+
+}  // namespace kelvo::sim

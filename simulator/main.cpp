@@ -1,0 +1,41 @@
+#include <QApplication>
+#include <QCoreApplication>
+#include <iostream>
+#include <memory>
+#include <system_error>
+#include <vector>
+
+#include "simulator/files.h"
+#include "simulator/options.h"
+#include "simulator/program.h"
+
+int main(int argc, char** argv) {
+  using namespace kelvo::sim;
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  Options options;
+  if (const auto error = ReadOptions(arguments, options)) {
+    std::cerr << "kelvo-simulator: " << *error << '\n';
+    return 2;
+  }
+  if (options.help) {
+    std::cout << OptionHelp();
+    return 0;
+  }
+  if (options.port.empty()) options.port = ProgramFolder() + "/simulator.tty";
+  if (options.eepromFile.empty()) options.eepromFile = ProgramFolder() + "/simulator.eeprom";
+
+  std::unique_ptr<QCoreApplication> application;
+  if (options.window) {
+    application = std::make_unique<QApplication>(argc, argv);
+  } else {
+    application = std::make_unique<QCoreApplication>(argc, argv);
+  }
+  try {
+    Program program(options);
+    program.Start();
+    return QCoreApplication::exec();
+  } catch (const std::system_error& error) {
+    std::cerr << "kelvo-simulator: " << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "simulator/bus.h"
+#include "simulator/line.h"
+#include "simulator/pty.h"
+
+namespace kelvo::sim {
+
+/// The Terminals at work: on a pty, in real time, served by a thread of their own, so that no
+/// window keeps a character from being in time.
+class Station {
+ public:
+  /// Time as the Terminals of a station know it.
+  static Time Now();
+
+  /// `portPath` is where the host finds the port. Throws what Pty and PortLink throw.
+  Station(std::string portPath, DeviceFonts fonts);
+  Station(const Station&) = delete;
+  Station& operator=(const Station&) = delete;
+  ~Station();
+
+  /// Before Start: sets the line up, adds Terminals.
+  Line& Wire() { return line_; }
+  Terminal* Add(TerminalSetup setup) { return bus_.Add(std::move(setup), fonts_); }
+  /// Called in the serving thread after something has happened on the line, and then not again
+  /// before Acknowledge.
+  void SetActivityHandler(std::function<void()> handler) { activity_ = std::move(handler); }
+  void Start();
+  void Acknowledge() { notified_ = false; }
+
+  /// Runs `use(bus, line, now)` between two events of the line.
+  template <typename Use>
+  auto With(Use use) {
+    const Waker waker{*this};
+    const std::lock_guard lock(mutex_);
+    Pass();
+    return use(bus_, line_, line_.Now());
+  }
+
+  /// The host's adapter is pulled out: its port hangs up and its path is gone.
+  void Unplug();
+  /// Throws as the constructor.
+  void Plug();
+  bool Plugged();
+
+ private:
+  /// Sends the serving thread round once more, after the lock has been given back.
+  struct Waker {
+    Station& station;
+    ~Waker() { station.Wake(); }
+  };
+
+  void Run();
+  bool Serve(bool readable);
+  void Pass();
+  void Wait(bool& readable);
+  void Wake();
+  void Notify();
+
+  const std::string portPath_;
+  const DeviceFonts fonts_;
+  Bus bus_;
+  Line line_{bus_};
+  std::function<void()> activity_;
+  std::atomic<bool> notified_ = false;
+  std::atomic<bool> stopping_ = false;
+  Handle wake_;
+  std::mutex mutex_;  // guards what follows, and bus and line after Start
+  std::unique_ptr<Pty> pty_;
+  std::unique_ptr<PortLink> link_;
+  std::thread thread_;
+};
+
+}  // namespace kelvo::sim
