@@ -1,0 +1,68 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "link/operator.h"
+
+namespace kelvo::testing_world {
+
+/// An operator who answers as told, and remembers what was shown.
+class FakeOperator : public Operator {
+ public:
+  struct Shown {
+    std::string text;
+    std::string title;
+    Icon icon = Icon::None;
+  };
+  std::vector<Shown> messages;
+  std::vector<std::string> notices;
+  std::vector<std::string> questions;
+  std::vector<std::string> prompts;               ///< prompt "|" proposed text
+  std::deque<bool> answers;                       ///< to questions; No when none is left
+  std::deque<std::optional<std::string>> inputs;  ///< cancelled when none is left
+  std::optional<std::string> file;                ///< chosen in every file dialog
+  int beeps = 0;
+  /// Runs while a message stands on the screen.
+  std::function<void()> duringMessage;
+
+  std::string LastMessage() const { return messages.empty() ? "" : messages.back().text; }
+
+  void Message(const std::string& text, Icon icon, const std::string& title) override {
+    messages.push_back({text, title, icon});
+    if (duringMessage) duringMessage();
+  }
+  void Notify(const std::string& text, Icon) override { notices.push_back(text); }
+  bool Ask(const std::string& text, Icon icon, const std::string& title) override {
+    questions.push_back(text);
+    lastQuestion = {text, title, icon};
+    return Take(answers).value_or(false);
+  }
+  std::optional<std::string> Input(const std::string& prompt,
+                                   const std::string& proposed) override {
+    prompts.push_back(prompt + "|" + proposed);
+    return Take(inputs).value_or(std::nullopt);
+  }
+  std::optional<std::string> OpenFile(const std::string&, const std::string&) override {
+    return file;
+  }
+  std::optional<std::string> SaveFile(const std::string&, const std::string&) override {
+    return file;
+  }
+  void Beep() override { ++beeps; }
+
+  Shown lastQuestion;
+
+ private:
+  template <typename T>
+  static std::optional<T> Take(std::deque<T>& queue) {
+    if (queue.empty()) return std::nullopt;
+    T value = queue.front();
+    queue.pop_front();
+    return value;
+  }
+};
+
+}  // namespace kelvo::testing_world

@@ -1,0 +1,256 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "link/command_language.h"
+#include "link/line_clock.h"
+#include "link/port_control.h"
+#include "link/receive_events.h"
+#include "link/val.h"
+#include "link/wire_text.h"
+#include "tests/fakes/exchange_world.h"
+#include "tests/fakes/fake_operator.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::ExchangeWorld;
+using testing_world::FakeOperator;
+using testing_world::milliseconds;
+
+TEST(ValTest, ReadsTheLongestNumberAtTheFront) {
+  const struct {
+    const char* text;
+    double value;
+  } cases[] = {{"", 0},
+               {"12a", 12},
+               {"  7", 7},
+               {"-5", -5},
+               {"+5", 5},
+               {"2.10F", 2.1},
+               {"1.2.3", 1.2},
+               {"abc", 0},
+               {"-", 0},
+               {".", 0},
+               {".5", 0.5},
+               {"1e3", 1},
+               {"&HFF", 255},
+               {"&h1g", 1},
+               {"&H", 0},
+               {"TimeOut", 0},
+               {"1,5", 1},
+               {"inf", 0},
+               {"\xff"
+                "7",
+                0}};
+  for (const auto& c : cases) EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
+  const double huge = Val(std::string(400, '9'));
+  EXPECT_TRUE(std::isfinite(huge) && huge > 1e300);
+}
+
+TEST(ValTest, NumbersAsTextHaveNoBlanksAndNoComma) {
+  EXPECT_EQ(NumberText(0), "0");
+  EXPECT_EQ(NumberText(-0.0), "0");
+  EXPECT_EQ(NumberText(7), "7");
+  EXPECT_EQ(NumberText(-12.5), "-12.5");
+  EXPECT_EQ(NumberText(2.1), "2.1");
+  EXPECT_EQ(NumberText(1e20), "1E+20");
+  EXPECT_EQ(RoundToEven(2.5), 2);
+  EXPECT_EQ(RoundToEven(3.5), 4);
+  EXPECT_EQ(RoundToEven(1e30), 2147483647);
+}
+
+TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {
+  std::string all;
+  for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
+  EXPECT_EQ(WireText(ScreenText(all)), all);
+  EXPECT_EQ(WireText("ü"), "\xFC");
+  for (const char* text : {"€", "日本", "\xC3", "\xC3(", "\x80", "\xF0\x9F\x98\x80"}) {
+    EXPECT_EQ(WireText(text), std::nullopt) << text;
+  }
+  EXPECT_EQ(ReadableText("\x1b"
+                         "A\r\x80"),
+            "␛A␍<80>");
+  EXPECT_EQ(HexText("\x1b\x0f"
+                    "A"),
+            "1B 0F 41");
+}
+
+TEST(LineClockTest, CountsWhatTheRateHasNotCarriedYet) {
+  LineClock clock;
+  clock.SetRate(1000, 10);  // 10 ms a character
+  const milliseconds start(50);
+  clock.Written(3, start);
+  clock.Written(2, start + milliseconds(5));  // behind the first ones
+  EXPECT_EQ(clock.CharactersLeft(start + milliseconds(5)), 5u);
+  EXPECT_EQ(clock.CharactersLeft(start + milliseconds(49)), 1u);
+  EXPECT_EQ(clock.CharactersLeft(start + milliseconds(50)), 0u);
+  clock.Written(1, start + milliseconds(100));  // the line was idle meanwhile
+  EXPECT_EQ(clock.Left(start + milliseconds(100)), milliseconds(10));
+  clock.Discarded(start + milliseconds(101));
+  EXPECT_EQ(clock.CharactersLeft(start + milliseconds(101)), 0u);
+}
+
+TEST(CommandLanguageTest, NamesTheCommandsOfAText) {
+  EXPECT_EQ(CommandMeaning("\x1b?V"), "Version abfragen");
+  EXPECT_EQ(CommandMeaning("\x1b!A5;\x1b"
+                           "C!"),
+            "Adresse wählen; Prüfsumme beginnen");
+  EXPECT_EQ(CommandMeaning("\x1bGfR 1, 2;\x1bGF3;"), "gefülltes Rechteck; Grafikschrift");
+  EXPECT_EQ(CommandMeaning("\x1b"
+                           "EWM7,\x1bGC\x1bTH\x03"),
+            "Makro schreiben");
+  EXPECT_EQ(CommandMeaning("\x1bXY"), "unbekannter Befehl");
+  EXPECT_EQ(CommandMeaning("\x1bR\x1bR\x1bR", 2), "Neustart; Neustart; …");
+  EXPECT_EQ(CommandMeaning("no command"), "");
+  EXPECT_EQ(CommandMeaning("\x1b"), "unbekannter Befehl");
+}
+
+struct PortWorld {
+  testing_world::VirtualLoop loop;
+  testing_world::VirtualPort port{loop};
+  FakeOperator person;
+  PortControl control{port, person};
+};
+
+TEST(PortControlTest, FailedOpeningIsToldApartAndGivesUpThePort) {
+  const struct {
+    PortError error;
+    const char* message;
+    int number;
+  } cases[] = {{PortInUse, "Schnittstelle belegt", 0},
+               {PortNotAvailable, "Schnittstelle nicht vorhanden", 0},
+               {PortAlreadyOpen, "Schnittstelle bereits geöffnet", 3},
+               {PortNoPermission, "Schnittstellenfehler8012", 3}};
+  for (const auto& c : cases) {
+    PortWorld world;
+    world.control.FormLoading = false;
+    int fallenBack = 0;
+    world.control.SetFailureHandler([&] { ++fallenBack; });
+    world.port.openError = c.error;
+    EXPECT_EQ(world.control.OpenCom(3), c.error);
+    EXPECT_EQ(world.person.LastMessage(), c.message);
+    EXPECT_EQ(world.person.messages.back().icon, Icon::Exclamation);
+    EXPECT_EQ(world.port.number, c.number);
+    EXPECT_EQ(fallenBack, 1);
+  }
+}
+
+TEST(PortControlTest, RefusedNumberIsShownAndNothingIsOpened) {
+  PortWorld world;
+  world.control.FormLoading = false;
+  world.port.numberError = PortNumberInvalid;
+  EXPECT_EQ(world.control.OpenCom(77), PortNumberInvalid);
+  EXPECT_EQ(world.person.LastMessage(), "Schnittstellenfehler380");
+  EXPECT_EQ(world.port.opened, 0);
+}
+
+TEST(PortControlTest, NothingIsOpenedWhileTheMainWindowLoads) {
+  PortWorld world;
+  EXPECT_EQ(world.control.OpenCom(1), 0);
+  EXPECT_EQ(world.port.opened, 0);
+}
+
+TEST(PortControlTest, SetUpNamesWhatThePortRefuses) {
+  PortWorld world;
+  world.port.refusal = "Rate nicht möglich";
+  world.control.SetUpPort(MakePortSettings("9600", "Space", "8", "1", 1));
+  EXPECT_EQ(world.port.settings, "9600,S,8,1");
+  EXPECT_EQ(world.port.handshaking, Handshaking::RtsCts);
+  EXPECT_EQ(world.person.LastMessage(), "Rate nicht möglich");
+  EXPECT_EQ(world.port.InputLen(), 1);
+  EXPECT_EQ(world.port.ReceiveThreshold(), 1);
+}
+
+TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
+  ComNumbers numbers{9600, 1, 8, 1, 1, 4096, 1200, 3, 7, 2, 0, 16384, 2, 1};
+  EXPECT_EQ(SetCom1Command(numbers), "\x1b!B9600,1,8,1,1;");
+  EXPECT_EQ(SetBuffer1Command(numbers), "\x1b!S4096;");
+  EXPECT_EQ(SetCom2Command(numbers), "\x1b!b1200,3,7,2,0;");
+  EXPECT_EQ(SetBuffer2Command(numbers), "\x1b!s16384;");
+  EXPECT_EQ(ReceiveModeCommand(numbers),
+            "\x1b"
+            "2I2;");
+}
+
+// The grid of the matrix page, as far as received keys touch it.
+struct FakeGrid : KeyGrid {
+  std::array<std::string, 64> texts;
+  std::array<KeyColour, 64> colours{};
+  std::string label;
+  std::string KeyText(int index) const override { return texts[static_cast<std::size_t>(index)]; }
+  void SetKeyText(int index, const std::string& text) override {
+    texts[static_cast<std::size_t>(index)] = text;
+  }
+  void PaintKey(int index, KeyColour colour) override {
+    colours[static_cast<std::size_t>(index)] = colour;
+  }
+  std::string Klartext() const override { return label; }
+  void SetKlartext(const std::string& text) override { label = text; }
+};
+
+class ReceiveTest : public testing::Test, protected ExchangeWorld {
+ protected:
+  ReceiveTest() {
+    port.SetReceiveThreshold(1);
+    port.SetReceiveHandler([this] { receive.com1_OnComm(); });
+    tmrTimeout.SetHandler([this] { receive.tmrTimeout_Timer(); });
+    receive.Connect(grid);
+  }
+  ReceiveEvents receive{port, exchange};
+  FakeGrid grid;
+};
+
+TEST_F(ReceiveTest, CharactersGoToThePageInFront) {
+  std::string interfaces, text, at;
+  receive.Connect(Tab::Interfaces, [&](const std::string& s) { interfaces += s; });
+  receive.Connect(Tab::Text, [&](const std::string& s) { text += s; });
+  receive.Connect(Tab::AtKeyboard, [&](const std::string& s) { at += s; });
+  receive.SetTab(Tab::Interfaces);
+  port.Arrive("ab");
+  receive.SetTab(Tab::Text);
+  port.Arrive("c");
+  receive.SetTab(Tab::AtKeyboard);
+  port.Arrive("d");
+  EXPECT_EQ(interfaces + "|" + text + "|" + at, "ab|c|d");
+}
+
+TEST_F(ReceiveTest, OtherPagesLeaveTheCharactersToTheNextExchange) {
+  receive.SetTab(Tab::Macros);
+  port.Arrive("7;");
+  EXPECT_EQ(port.InBufferCount(), 2u);
+  terminal.Answer("\x1b?A", "5;");
+  EXPECT_EQ(Query("?A"), "5");
+}
+
+TEST_F(ReceiveTest, PositionCodeMarksItsKeyUntilTheNextTick) {
+  receive.SetTab(Tab::MatrixKeyboard);
+  port.Arrive("\x8A");  // column 2, row 0
+  EXPECT_EQ(receive.KeyHighlightIndex(), 16);
+  EXPECT_EQ(grid.texts[16], "$8A");
+  EXPECT_EQ(grid.colours[16], KeyColour::LightBlue);
+  port.Arrive("\xA3");  // column 3, row 2
+  EXPECT_EQ(grid.colours[16], KeyColour::White);
+  EXPECT_EQ(grid.texts[26], "$A3");
+  grid.label = "x";
+  loop.RunFor(milliseconds(2001));
+  EXPECT_EQ(grid.colours[26], KeyColour::White);
+  EXPECT_EQ(grid.label, "");
+}
+
+TEST_F(ReceiveTest, TranslatedCodeIsLookedForInTheBoxes) {
+  receive.SetTab(Tab::MatrixKeyboard);
+  grid.texts[3] = "A";
+  grid.texts[9] = "A";
+  port.Arrive("A");
+  EXPECT_EQ(receive.KeyHighlightIndex(), 3);
+  port.Arrive("B");  // no box holds it: the last one stays
+  EXPECT_EQ(receive.KeyHighlightIndex(), 3);
+  EXPECT_EQ(grid.label, "AB");
+  port.Arrive("\r");
+  EXPECT_EQ(grid.label, "&13");
+}
+
+}  // namespace
+}  // namespace kelvo

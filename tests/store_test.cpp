@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "store/recordset.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::ReadFile;
+using testing_world::TemporaryFolder;
+
+class StoreTest : public testing::Test {
+ protected:
+  StoreTest() { folder.AddDatabase(); }
+  std::string Path() const { return folder.Path("kelvo.mdb"); }
+
+  static void Add(Recordset& records, const std::string& name, const std::string& wert) {
+    records.AddNew();
+    records.Set("typ", std::string("Makro"));
+    records.Set("Bezeichnung", name);
+    records.Set("wert", wert);
+    records.Update();
+  }
+
+  TemporaryFolder folder;
+};
+
+TEST_F(StoreTest, DeliveredDatabaseHoldsWhatAStartNeeds) {
+  Database database(Path());
+  Recordset options(database, "Optionen");
+  EXPECT_EQ(options.RecordCount(), 1u);
+  EXPECT_TRUE(options.YesNo("FirstRun"));
+  EXPECT_GT(options.Number("EEPromelegantlöschenabVer"), 0);
+  Recordset settings(database, "Default");
+  EXPECT_EQ(settings.Number("displayx"), 240);
+  Recordset ports(database, "Schnittstelle");
+  EXPECT_EQ(ports.Number("satznr"), settings.Number("schnittstelle"));
+  EXPECT_EQ(ports.Text("ComNr"), "Com 6");
+  Recordset devices(database, "Anschluss");
+  ASSERT_TRUE(devices.FindFirst("ComNr", std::int64_t{6}));
+  EXPECT_EQ(devices.Text("Geraet"), "simulator.tty");
+}
+
+TEST_F(StoreTest, RecordIsFoundByItsExactNameWhateverThatHolds) {
+  Database database(Path());
+  Recordset macros(database, "select * from Makro where typ = 'Makro'");
+  const std::string names[] = {"O'Brien", "100 %", "\" or 1=1", "Prüfung", "prüfung", ""};
+  for (const std::string& name : names) Add(macros, name, "wert von " + name);
+  for (const std::string& name : names) {
+    ASSERT_TRUE(macros.FindFirst("Bezeichnung", name)) << name;
+    EXPECT_EQ(macros.Text("wert"), "wert von " + name);
+  }
+  macros.MoveFirst();
+  const auto before = macros.Bookmark();
+  EXPECT_FALSE(macros.FindFirst("Bezeichnung", std::string("PRÜFUNG")));
+  EXPECT_EQ(macros.Bookmark(), before);
+}
+
+TEST_F(StoreTest, TextsComeBackByteForByte) {
+  Database database(Path());
+  Recordset macros(database, "Makro");
+  const std::string text(
+      "\x1b"
+      "EWM\x03\x04\0\r\n\xC3\xBC",
+      10);
+  Add(macros, "bytes", text);
+  Database again(Path());
+  Recordset read(again, "Makro");
+  ASSERT_TRUE(read.FindFirst("Bezeichnung", std::string("bytes")));
+  EXPECT_EQ(read.Text("wert"), text);
+  EXPECT_EQ(read.Text("ausgang"), std::nullopt);
+  EXPECT_EQ(read.Number("ausgang"), 0);
+}
+
+TEST_F(StoreTest, MovesStayWithinTheRecordsAndTheirEnd) {
+  Database database(Path());
+  Recordset records(database, "Schnittstelle");
+  int moves = 0;
+  records.SetRepositionHandler([&] { ++moves; });
+  records.MoveLast();
+  EXPECT_EQ(records.Number("satznr"), 4);
+  records.MoveNext();
+  EXPECT_TRUE(records.Eof());
+  EXPECT_EQ(records.Text("ComNr"), std::nullopt);
+  records.MoveNext();
+  records.MovePrevious();
+  EXPECT_EQ(records.Number("satznr"), 4);
+  records.MoveFirst();
+  records.MovePrevious();
+  EXPECT_EQ(records.Number("satznr"), 1);
+  EXPECT_EQ(moves, 6);
+}
+
+TEST_F(StoreTest, DeletedRecordIsGoneAndTheNextFollows) {
+  Database database(Path());
+  Recordset macros(database, "Makro");
+  const std::size_t count = macros.RecordCount();
+  macros.MoveFirst();
+  const auto names = macros.Column("Bezeichnung");
+  macros.Delete();
+  EXPECT_EQ(macros.Bookmark(), 0);
+  EXPECT_EQ(macros.Text("Bezeichnung"), std::nullopt);
+  EXPECT_THROW(macros.Delete(), StoreError);
+  macros.MoveNext();
+  EXPECT_EQ(macros.Text("Bezeichnung"), names[1]);
+  EXPECT_EQ(macros.RecordCount(), count - 1);
+}
+
+TEST_F(StoreTest, OtherRecordSetsSeeAChangeAfterARefresh) {
+  Database database(Path());
+  Recordset all(database, "Makro");
+  Recordset tables(database, "select * from Makro where typ = 'MatrixTab'");
+  tables.AddNew();
+  tables.Set("typ", std::string("MatrixTab"));
+  tables.Set("Bezeichnung", std::string("neu"));
+  tables.Update();
+  tables.MoveLast();
+  EXPECT_EQ(tables.Text("Bezeichnung"), "neu");
+  all.MoveLast();
+  const auto current = all.Bookmark();
+  EXPECT_FALSE(all.FindFirst("Bezeichnung", std::string("neu")));
+  all.Refresh();
+  EXPECT_EQ(all.Bookmark(), current);
+  EXPECT_TRUE(all.FindFirst("Bezeichnung", std::string("neu")));
+}
+
+// Opening must fail with a text that names the file and holds `what`, and change nothing.
+void ExpectRefused(const std::string& path, const std::string& what) {
+  const std::string before = ReadFile(path);
+  try {
+    Database database(path);
+    FAIL() << path << " was opened";
+  } catch (const StoreError& error) {
+    EXPECT_NE(std::string(error.what()).find(path), std::string::npos) << error.what();
+    EXPECT_NE(std::string(error.what()).find(what), std::string::npos) << error.what();
+  }
+  EXPECT_EQ(ReadFile(path), before);
+}
+
+TEST_F(StoreTest, MissingForeignAndDamagedFilesAreRefusedAndLeftAlone) {
+  ExpectRefused(folder.Path("nothing.mdb"), "fehlt");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("nothing.mdb")));
+  ExpectRefused(folder.Path(""), "keine Datei");
+
+  const std::string foreign = folder.Path("foreign.mdb");
+  std::ofstream(foreign) << "this is no database, but it is long enough to be taken for one";
+  ExpectRefused(foreign, "gehört nicht");
+  std::ofstream(foreign, std::ios::trunc).close();
+  ExpectRefused(foreign, "gehört nicht");
+
+  const std::string damaged = folder.Path("damaged.mdb");
+  std::string bytes = ReadFile(Path());
+  std::fill(bytes.begin() + 4096, bytes.begin() + 8192, '\xA5');
+  std::ofstream(damaged, std::ios::binary) << bytes;
+  ExpectRefused(damaged, "beschädigt");
+}
+
+TEST_F(StoreTest, MissingTableOrFieldIsNamed) {
+  {
+    Database database(Path());
+    Statement(database, "alter table Optionen drop column rs485wait").Step();
+  }
+  ExpectRefused(Path(), "rs485wait");
+  {
+    TemporaryFolder other;
+    other.AddDatabase();
+    { Statement(Database(other.Path("kelvo.mdb")), "delete from \"Default\"").Step(); }
+    ExpectRefused(other.Path("kelvo.mdb"), "Default");
+  }
+}
+
+TEST_F(StoreTest, WriteProtectedFileOpensAndSaysSoAtEachSave) {
+  chmod(Path().c_str(), 0444);
+  const std::string before = ReadFile(Path());
+  Database database(Path());
+  EXPECT_TRUE(database.ReadOnly());
+  Recordset macros(database, "Makro");
+  const std::size_t count = macros.RecordCount();
+  try {
+    Add(macros, "x", "y");
+    FAIL();
+  } catch (const StoreError& error) {
+    EXPECT_NE(std::string(error.what()).find("schreibgeschützt"), std::string::npos);
+  }
+  EXPECT_EQ(macros.RecordCount(), count);
+  EXPECT_EQ(ReadFile(Path()), before);
+}
+
+}  // namespace
+}  // namespace kelvo
