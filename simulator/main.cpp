@@ -1,3 +1,6 @@
+#include <signal.h>
+#include <sys/signalfd.h>
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <iostream>
@@ -8,6 +11,21 @@
 #include "simulator/files.h"
 #include "simulator/options.h"
 #include "simulator/program.h"
+#include "simulator/pty.h"
+
+namespace {
+
+// Blocked before there is any other thread (Qt has some), so that they come out of the handle
+// alone.
+kelvo::sim::Handle TakeSignals() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, number);
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
+  return kelvo::sim::Handle(signalfd(-1, &set, SFD_CLOEXEC));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   using namespace kelvo::sim;
@@ -24,6 +42,7 @@ int main(int argc, char** argv) {
   if (options.port.empty()) options.port = ProgramFolder() + "/simulator.tty";
   if (options.eepromFile.empty()) options.eepromFile = ProgramFolder() + "/simulator.eeprom";
 
+  const Handle signalHandle = TakeSignals();
   std::unique_ptr<QCoreApplication> application;
   if (options.window) {
     application = std::make_unique<QApplication>(argc, argv);
@@ -31,7 +50,7 @@ int main(int argc, char** argv) {
     application = std::make_unique<QCoreApplication>(argc, argv);
   }
   try {
-    Program program(options);
+    Program program(options, signalHandle.Get());
     program.Start();
     return QCoreApplication::exec();
   } catch (const std::system_error& error) {

@@ -25,9 +25,12 @@ void FillDot(QImage& image, int x, int y, int scale) {
 
 }  // namespace
 
+QSize LcdImageSize(const PixelMap& pixels, int scale) {
+  return QSize(pixels.Width() + 2 * kMargin, pixels.Height() + 2 * kMargin) * scale;
+}
+
 QImage LcdImage(const PixelMap& pixels, int scale, bool powered) {
-  QImage image((pixels.Width() + 2 * kMargin) * scale, (pixels.Height() + 2 * kMargin) * scale,
-               QImage::Format_RGB32);
+  QImage image(LcdImageSize(pixels, scale), QImage::Format_RGB32);
   image.fill(powered ? kGround : kDullGround);
   if (!powered) return image;
   for (int y = 0; y < pixels.Height(); ++y) {

@@ -1,13 +1,11 @@
 #include "simulator/program.h"
 
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <array>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <iostream>
 
@@ -33,17 +31,6 @@ DeviceFonts LoadFonts() {
   return fonts;
 }
 
-// Blocked before the serving thread exists, so that they can only come out of the handle.
-Handle TakeSignals() {
-  sigset_t set;
-  sigemptyset(&set);
-  sigaddset(&set, SIGINT);
-  sigaddset(&set, SIGTERM);
-  sigaddset(&set, SIGHUP);
-  pthread_sigmask(SIG_BLOCK, &set, nullptr);
-  return Handle(signalfd(-1, &set, SFD_CLOEXEC));
-}
-
 void LoadEepromFile(const std::string& path, Eeprom& eeprom) {
   if (LoadEeprom(path, eeprom) == EepromFile::Damaged) {
     std::cerr << "kelvo-simulator: " << path << " ist kein brauchbares EEPROM; es beginnt leer\n";
@@ -52,7 +39,7 @@ void LoadEepromFile(const std::string& path, Eeprom& eeprom) {
 
 }  // namespace
 
-Program::Program(const Options& options) : options_(options), signalHandle_(TakeSignals()) {
+Program::Program(const Options& options, int signalHandle) : options_(options) {
   station_ = std::make_unique<Station>(options_.port, LoadFonts());
   station_->Wire().SetPaced(options_.paced);
   station_->Wire().SetEcho(options_.lineEcho);
@@ -65,7 +52,7 @@ Program::Program(const Options& options) : options_(options), signalHandle_(Take
   save_.setSingleShot(true);
   connect(&refresh_, &QTimer::timeout, this, &Program::Refresh);
   connect(&save_, &QTimer::timeout, this, &Program::SaveEeprom);
-  signals_ = std::make_unique<QSocketNotifier>(signalHandle_.Get(), QSocketNotifier::Read);
+  signals_ = std::make_unique<QSocketNotifier>(signalHandle, QSocketNotifier::Read);
   connect(signals_.get(), &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
   if (options_.commands) {
     input_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);

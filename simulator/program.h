@@ -8,7 +8,6 @@
 
 #include "graphics/pixel_map.h"
 #include "simulator/options.h"
-#include "simulator/pty.h"
 #include "simulator/station.h"
 
 class QSocketNotifier;
@@ -22,8 +21,9 @@ class Program : public QObject {
   Q_OBJECT
 
  public:
-  /// Throws what Station throws. The options' paths are complete.
-  explicit Program(const Options& options);
+  /// The options' paths are complete; `signalHandle` becomes readable when the program is to end.
+  /// Throws what Station throws.
+  Program(const Options& options, int signalHandle);
   ~Program() override;
 
   /// Switches the Terminal on, says on standard output where the port is, and begins to serve it.
@@ -42,7 +42,6 @@ class Program : public QObject {
   std::unique_ptr<SimulatorWindow> window_;
   std::unique_ptr<QSocketNotifier> signals_;
   std::unique_ptr<QSocketNotifier> input_;
-  Handle signalHandle_;
   std::string partialLine_;
   QTimer refresh_;
   QTimer save_;

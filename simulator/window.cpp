@@ -1,9 +1,347 @@
 #include "simulator/window.h"
 
+#include <QEvent>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStringListModel>
+#include <QVBoxLayout>
+#include <system_error>
+
+#include "simulator/display_view.h"
+#include "simulator/port_panel.h"
+
 namespace kelvo::sim {
+namespace {
 
-SimulatorWindow::SimulatorWindow(Station& station, const std::string&) : station_(station) {}
+constexpr int kBlinkHalf = 500;  // ms
 
-void SimulatorWindow::Refresh() {}
+// Control characters as their codes, everything else as it is.
+QString Readable(const std::string& bytes) {
+  QString text;
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (code == kEsc) {
+      text += QStringLiteral("<ESC>");
+    } else if (code < 32) {
+      text += QStringLiteral("<%1>").arg(code);
+    } else {
+      text += QChar(code);
+    }
+  }
+  return text;
+}
+
+QString Readable(const Terminal::LogEntry& entry) {
+  if (entry.row == nullptr) return Readable(entry.text) + QStringLiteral("   – Text");
+  const CommandRow& row = *entry.row;
+  const QString end = row.ending == Ending::Semicolon ? QStringLiteral(";") : QString();
+  const auto latin = [](std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  };
+  return QStringLiteral("<ESC>") + latin(row.name) + Readable(entry.text) + end +
+         QStringLiteral("   – ") + latin(row.meaning);
+}
+
+QString Listed(const QString& name, const QStringList& numbers) {
+  return numbers.isEmpty() ? QString() : name + QStringLiteral(" ") + numbers.join(u", ");
+}
+
+QString Contents(const Eeprom& memory) {
+  QStringList parts;
+  QStringList macros;
+  QStringList tables;
+  QStringList bitmaps;
+  for (const auto& record : memory.Records()) {
+    const QString number = QString::number(record.first.second);
+    switch (record.first.first) {
+      case Eeprom::Kind::Config:
+        parts += QObject::tr("Konfiguration");
+        break;
+      case Eeprom::Kind::Macro:
+        macros += number;
+        break;
+      case Eeprom::Kind::KeyTable:
+        tables += number;
+        break;
+      case Eeprom::Kind::Bitmap:
+        bitmaps += number;
+        break;
+    }
+  }
+  parts += Listed(QObject::tr("Makro"), macros);
+  parts += Listed(QObject::tr("Tastaturtabelle"), tables);
+  parts += Listed(QObject::tr("Bitmap"), bitmaps);
+  parts.removeAll(QString());
+  return parts.isEmpty() ? QObject::tr("leer") : parts.join(u"; ");
+}
+
+KeypadPanel::Keys KeysOf(const Keyboards& keyboards) {
+  KeypadPanel::Keys keys;
+  for (int row = 0; row < KeypadPanel::kSide; ++row) {
+    for (int column = 0; column < KeypadPanel::kSide; ++column) {
+      keys[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = {
+          keyboards.Wired(row, column), keyboards.MatrixCode(row, column)};
+    }
+  }
+  return keys;
+}
+
+SettingsPanel::Settings SettingsOf(const Terminal& terminal, bool lineEcho) {
+  using Echo = SettingsPanel::Echo;
+  const TerminalSetup& setup = terminal.Setup();
+  SettingsPanel::Settings settings;
+  settings.version = QString::fromStdString(setup.version);
+  settings.flash = setup.flash;
+  settings.address = setup.address;
+  settings.echo = lineEcho ? Echo::Line : setup.echoQueries ? Echo::Query : Echo::Off;
+  settings.fault = setup.fault;
+  return settings;
+}
+
+}  // namespace
+
+SimulatorWindow::SimulatorWindow(Station& station, const std::string& portPath)
+    : station_(station) {
+  setObjectName(QStringLiteral("frmSimulator"));
+  setWindowTitle(tr("Simuliertes Terminal"));
+  auto* row = new QHBoxLayout(this);
+  row->addWidget(CreateLeft(portPath), 1);
+  row->addWidget(CreateRight());
+  blink_.setInterval(kBlinkHalf);
+  connect(&blink_, &QTimer::timeout, this, [this] {
+    lit_ = !lit_;
+    Refresh();
+  });
+  Refresh();
+  display_->setFocus();
+}
+
+QWidget* SimulatorWindow::CreateLeft(const std::string& portPath) {
+  auto* left = new QWidget;
+  auto* column = new QVBoxLayout(left);
+  column->setContentsMargins({});
+
+  display_ = new DisplayView;
+  display_->setObjectName(QStringLiteral("display"));
+  display_->setAccessibleName(tr("Anzeige des Terminals"));
+  display_->setToolTip(tr("Anklicken und tippen: die PC-Tastatur am Terminal"));
+  connect(display_, &DisplayView::Typed, this, [this](const QByteArray& characters) {
+    station_.With([&characters](Bus& bus, Line&, Time now) {
+      for (const char key : characters) bus.At(0).Type(static_cast<unsigned char>(key), now);
+    });
+    Q_EMIT Operated();
+  });
+  column->addWidget(display_, 1);
+
+  auto* port = new QLabel(tr("Schnittstelle: %1").arg(QString::fromStdString(portPath)));
+  port->setObjectName(QStringLiteral("lblPort"));
+  port->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  port->setWordWrap(true);
+  column->addWidget(port);
+
+  auto* caption = new QLabel(tr("&Empfangene Befehle"));
+  column->addWidget(caption);
+  log_ = new QListView;
+  log_->setObjectName(QStringLiteral("lstCommands"));
+  log_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  log_->setUniformItemSizes(true);
+  log_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  log_->setMinimumHeight(log_->fontMetrics().height() * 5);
+  logModel_ = new QStringListModel(log_);
+  log_->setModel(logModel_);
+  caption->setBuddy(log_);
+  column->addWidget(log_);
+  return left;
+}
+
+QWidget* SimulatorWindow::CreateRight() {
+  auto* right = new QWidget;
+  auto* column = new QVBoxLayout(right);
+  column->setContentsMargins({});
+  column->addWidget(CreateSwitches());
+
+  settings_ = new SettingsPanel;
+  connect(settings_, &SettingsPanel::Changed, this, &SimulatorWindow::Apply);
+  column->addWidget(settings_);
+
+  ports_ = new PortPanel;
+  connect(ports_, &PortPanel::P1Changed, this, [this](int lines) {
+    station_.With(
+        [lines](Bus& bus, Line&, Time) { bus.At(0).SetP1(static_cast<unsigned char>(lines)); });
+    Q_EMIT Operated();
+  });
+  column->addWidget(ports_);
+
+  keypad_ = new KeypadPanel;
+  connect(keypad_, &KeypadPanel::Pressed, this, &SimulatorWindow::PressKey);
+  column->addWidget(keypad_);
+
+  column->addWidget(CreateMemory());
+  column->addStretch(1);
+  return right;
+}
+
+QWidget* SimulatorWindow::CreateMemory() {
+  auto* box = new QGroupBox(tr("EEPROM"));
+  auto* column = new QVBoxLayout(box);
+  memory_ = new QProgressBar;
+  memory_->setObjectName(QStringLiteral("barEeprom"));
+  memoryText_ = new QLabel;
+  memoryText_->setObjectName(QStringLiteral("lblEeprom"));
+  memoryText_->setWordWrap(true);
+  column->addWidget(memory_);
+  column->addWidget(memoryText_);
+  return box;
+}
+
+QWidget* SimulatorWindow::CreateSwitches() {
+  auto* switches = new QWidget;
+  auto* row = new QHBoxLayout(switches);
+  row->setContentsMargins({});
+  power_ = new QPushButton(tr("Ein&geschaltet"));
+  power_->setObjectName(QStringLiteral("cmdPower"));
+  power_->setCheckable(true);
+  reset_ = new QPushButton(tr("&Neustart"));
+  reset_->setObjectName(QStringLiteral("cmdReset"));
+  row->addWidget(power_);
+  row->addWidget(reset_);
+  connect(power_, &QPushButton::clicked, this, &SimulatorWindow::SetPower);
+  connect(reset_, &QPushButton::clicked, this, &SimulatorWindow::Reset);
+  return switches;
+}
+
+// ---- showing ----
+
+SimulatorWindow::Snapshot SimulatorWindow::Take() {
+  Snapshot now;
+  now.settings.unplugged = !station_.Plugged();
+  station_.With([&](Bus& bus, Line& line, Time) {
+    const Terminal& terminal = bus.At(0);
+    const bool unplugged = now.settings.unplugged;
+    now.settings = SettingsOf(terminal, line.Echo());
+    now.settings.unplugged = unplugged;
+    now.powered = terminal.Powered();
+    now.picture = terminal.Display().Picture(lit_);
+    now.blinks = terminal.Display().CursorBlinks();
+    now.p0 = terminal.P0();
+    now.p1 = terminal.P1();
+    now.capacity = terminal.Memory().Capacity();
+    now.free = terminal.Memory().Free();
+    now.memory = Contents(terminal.Memory());
+    now.keys = KeysOf(terminal.Keys());
+    now.logCount = terminal.LogCount();
+    if (now.logCount == logCount_) return;
+    for (const Terminal::LogEntry& entry : terminal.Log()) now.log += Readable(entry);
+  });
+  return now;
+}
+
+void SimulatorWindow::Refresh() {
+  const Snapshot now = Take();
+  display_->Show(now.picture, now.powered);
+  ports_->Show(now.p0, now.p1);
+  keypad_->Show(now.keys);
+  settings_->Show(now.settings);
+  power_->setChecked(now.powered);
+  power_->setText(now.powered ? tr("Ein&geschaltet") : tr("Aus&geschaltet"));
+  reset_->setEnabled(now.powered);
+  ShowMemory(now);
+  ShowLog(now);
+  RunBlinking(now.powered && now.blinks && isVisible() && !isMinimized());
+}
+
+void SimulatorWindow::ShowMemory(const Snapshot& now) {
+  memory_->setRange(0, std::max(1, now.capacity));
+  memory_->setValue(now.capacity - now.free);
+  memory_->setFormat(tr("%1 von %2 Byte belegt").arg(now.capacity - now.free).arg(now.capacity));
+  memoryText_->setText(now.memory);
+}
+
+void SimulatorWindow::ShowLog(const Snapshot& now) {
+  if (now.logCount == logCount_) return;
+  logCount_ = now.logCount;
+  const QScrollBar* bar = log_->verticalScrollBar();
+  const bool atEnd = bar->value() == bar->maximum();
+  logModel_->setStringList(now.log);
+  if (atEnd) log_->scrollToBottom();
+}
+
+// Only while there is something to see, so that an idle window costs nothing.
+void SimulatorWindow::RunBlinking(bool blinks) {
+  if (blinks == blink_.isActive()) return;
+  if (blinks) {
+    blink_.start();
+  } else {
+    blink_.stop();
+    lit_ = true;
+  }
+}
+
+void SimulatorWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) Refresh();
+}
+
+void SimulatorWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Refresh();
+}
+
+void SimulatorWindow::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  RunBlinking(false);
+}
+
+// ---- operating ----
+
+void SimulatorWindow::SetPower(bool on) {
+  station_.With([on](Bus& bus, Line&, Time now) {
+    if (on) {
+      bus.At(0).PowerOn(now);
+    } else {
+      bus.At(0).PowerOff();
+    }
+  });
+  Q_EMIT Operated();
+}
+
+void SimulatorWindow::PressKey(int row, int column) {
+  station_.With([=](Bus& bus, Line&, Time now) { bus.At(0).PressKey(row, column, now); });
+  Q_EMIT Operated();
+}
+
+void SimulatorWindow::Reset() {
+  SetPower(false);
+  SetPower(true);
+}
+
+void SimulatorWindow::Apply(const SettingsPanel::Settings& settings) {
+  station_.With([&settings](Bus& bus, Line& line, Time) {
+    Terminal& terminal = bus.At(0);
+    terminal.SetVersion(settings.version.toStdString(), settings.flash);
+    terminal.SetAddress(settings.address);
+    terminal.SetEchoQueries(settings.echo == SettingsPanel::Echo::Query);
+    line.SetEcho(settings.echo == SettingsPanel::Echo::Line);
+    terminal.SetFault(settings.fault);
+  });
+  try {
+    if (settings.unplugged) {
+      station_.Unplug();
+    } else {
+      station_.Plug();
+    }
+  } catch (const std::system_error& error) {
+    QMessageBox::warning(this, windowTitle(),
+                         tr("Die Schnittstelle lässt sich nicht anlegen:\n%1")
+                             .arg(QString::fromLocal8Bit(error.what())));
+  }
+  Q_EMIT Operated();
+}
 
 }  // namespace kelvo::sim

@@ -1,17 +1,30 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <string>
 
+#include "simulator/keypad_panel.h"
+#include "simulator/settings_panel.h"
 #include "simulator/station.h"
+
+class QLabel;
+class QListView;
+class QProgressBar;
+class QPushButton;
+class QStringListModel;
 
 namespace kelvo::sim {
 
-/// The Terminal as one would have it on the desk.
+class DisplayView;
+class PortPanel;
+
+/// The first Terminal of a station, as one would have it on the desk.
 class SimulatorWindow : public QWidget {
   Q_OBJECT
 
  public:
+  /// The station must outlive the window.
   SimulatorWindow(Station& station, const std::string& portPath);
   /// Shows the Terminal as it is now.
   void Refresh();
@@ -20,8 +33,55 @@ class SimulatorWindow : public QWidget {
   /// The operator has changed something at the Terminal.
   void Operated();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
  private:
+  /// What the window shows, taken from the Terminal in one go.
+  struct Snapshot {
+    bool powered = false;
+    PixelMap picture;
+    bool blinks = false;
+    int p0 = 0;
+    int p1 = 0;
+    int capacity = 0;
+    int free = 0;
+    QString memory;
+    KeypadPanel::Keys keys;
+    SettingsPanel::Settings settings;
+    std::uint64_t logCount = 0;
+    QStringList log;  // empty while logCount is as before
+  };
+
+  QWidget* CreateLeft(const std::string& portPath);
+  QWidget* CreateRight();
+  QWidget* CreateMemory();
+  QWidget* CreateSwitches();
+  Snapshot Take();
+  void ShowLog(const Snapshot& now);
+  void ShowMemory(const Snapshot& now);
+  void RunBlinking(bool blinks);
+  void SetPower(bool on);
+  void PressKey(int row, int column);
+  void Reset();
+  void Apply(const SettingsPanel::Settings& settings);
+
   Station& station_;
+  DisplayView* display_;
+  PortPanel* ports_;
+  KeypadPanel* keypad_;
+  SettingsPanel* settings_;
+  QPushButton* power_;
+  QPushButton* reset_;
+  QProgressBar* memory_;
+  QLabel* memoryText_;
+  QListView* log_;
+  QStringListModel* logModel_;
+  std::uint64_t logCount_ = 0;
+  QTimer blink_;
+  bool lit_ = true;
 };
 
 }  // namespace kelvo::sim
