@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include "simulator/line.h"
+#include "tests/simulator_desk.h"
+
+namespace kelvo::sim {
+namespace {
+
+/// A host on a line, with a clock that goes from event to event.
+class Wire {
+ public:
+  explicit Wire(const TerminalSetup& setup = {}) {
+    Add(setup);
+    line.SetHostFraming({19200, 1});
+  }
+  void Add(const TerminalSetup& setup) { bus.Add(setup, TestFonts())->PowerOn(now); }
+
+  void Write(const std::string& bytes) { line.FromHost(bytes, now); }
+  /// Goes to the next event and returns what arrives at the host with it; empty when all is quiet.
+  std::string Next() {
+    while (const auto next = line.NextEvent()) {
+      now = std::max(now, *next);
+      const std::string heard = line.Advance(now);
+      if (!heard.empty()) return heard;
+    }
+    return {};
+  }
+  std::string Exchange(const std::string& bytes) {
+    Write(bytes);
+    std::string heard;
+    for (std::string more = Next(); !more.empty(); more = Next()) heard += more;
+    return heard;
+  }
+
+  Time now = 5s;
+  Bus bus;
+  Line line{bus};
+};
+
+// Nanoseconds of so many characters of ten bits; the clock's own rounding is below one of them
+// each.
+constexpr std::int64_t Characters(std::int64_t count, int baud = 19200) {
+  return count * 10'000'000'000 / baud;
+}
+
+TEST(SimulatorLine, AnswersAfterTheLastCharacterAndTakesTimeItself) {
+  for (const int baud : {1200, 9600, 14400, 19200}) {
+    Wire wire({.baud = baud});
+    wire.line.SetHostFraming({baud, 1});
+    const Time start = wire.now;
+    wire.Write(Esc + "?A");
+    for (int i = 4; i <= 7; ++i) {
+      EXPECT_EQ(wire.Next().size(), 1u);
+      EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
+                  static_cast<double>(Characters(i, baud)), 10.0)
+          << baud;
+    }
+    EXPECT_EQ(wire.Next(), "");
+  }
+}
+
+TEST(SimulatorLine, NoErrorAddsUp) {
+  Wire wire;
+  const Time start = wire.now;
+  wire.Write(std::string(10'000, 'x'));
+  // A caller who comes late each time shifts nothing.
+  while (const auto next = wire.line.NextEvent()) wire.line.Advance(*next + 150us);
+  EXPECT_EQ(wire.bus.At(0).LogCount(), 10'000u);
+  wire.now = start + Time(Characters(10'000)) - 50us;
+  wire.Write(Esc + "?A");
+  while (wire.Next() != ";") {
+  }
+  EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
+              static_cast<double>(Characters(10'007)), 20'000.0);
+}
+
+TEST(SimulatorLine, StartsAnewWhenItWasIdle) {
+  Wire wire;
+  wire.Exchange(Esc + "?A");
+  wire.now += 1s;
+  const Time start = wire.now;
+  wire.Write(Esc + "?A");
+  EXPECT_EQ(wire.Next(), "?");
+  EXPECT_NEAR(static_cast<double>((wire.now - start).count()), static_cast<double>(Characters(4)),
+              10.0);
+}
+
+TEST(SimulatorLine, TwoStopBitsTakeLonger) {
+  Wire wire;
+  wire.line.SetHostFraming({19200, 2});
+  const Time start = wire.now;
+  wire.Write(Esc + "?A");
+  wire.Next();
+  EXPECT_NEAR(static_cast<double>((wire.now - start).count()), (3 * 11 + 10) * 1e9 / 19200, 10.0);
+}
+
+TEST(SimulatorLine, EchoIsThereHalfACharacterEarly) {
+  Wire wire;
+  wire.line.SetEcho(true);
+  const Time start = wire.now;
+  wire.Write(Esc + "?A");
+  EXPECT_EQ(wire.Next(), Esc);
+  EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
+              static_cast<double>(Characters(1)) / 2, 10.0);
+  EXPECT_EQ(wire.Exchange(""), "?A?A0;");
+}
+
+TEST(SimulatorLine, WithoutPacingEverythingIsThereAtOnce) {
+  Wire wire;
+  wire.line.SetPaced(false);
+  wire.Write(Esc + "?A");
+  EXPECT_EQ(wire.line.Advance(wire.now), "?A0;");
+}
+
+TEST(SimulatorLine, AnotherRateGivesGarbage) {
+  for (const auto& [host, terminal] : {std::pair(9600, 19200), {19200, 9600}, {1200, 19200}}) {
+    Wire wire({.baud = terminal});
+    wire.line.SetHostFraming({host, 1});
+    EXPECT_EQ(wire.Exchange(Esc + "?A").find("?A0;"), std::string::npos);
+    // What comes back is heard at the host's rate.
+    wire.bus.At(0).Type('A', wire.now);
+    EXPECT_NE(wire.Next(), "A") << host;
+  }
+  for (int byte = 0; byte < 256; ++byte) {
+    const auto character = static_cast<unsigned char>(byte);
+    EXPECT_EQ(Resampled(character, 19200, 19200), character);
+    EXPECT_EQ(Resampled(character, 19200, 18900), character) << "as near as crystals are";
+    EXPECT_EQ(Resampled(character, 0, 19200), character);
+  }
+}
+
+TEST(SimulatorLine, TheHostCanGiveUpWhatHasNotLeft) {
+  Wire wire;
+  wire.Write("abcdef");
+  wire.now += Time(Characters(2)) + 10us;
+  wire.line.Advance(wire.now);
+  wire.line.DiscardFromHost(wire.now);
+  EXPECT_EQ(wire.Exchange(Esc + "T?P"), "4,1;") << "two have arrived, one was on its way";
+}
+
+TEST(SimulatorLine, AnEraseGoesOnWhileTheLineIsBusy) {
+  Wire wire({.eepromBytes = 512});
+  EXPECT_EQ(wire.Exchange(Esc + "Ee" + Esc + "?A"), "2\r1\r0\r" + Ack + "?A0;");
+}
+
+TEST(SimulatorBus, EachTerminalAnswersAtItsAddress) {
+  Wire wire({.address = 1});
+  wire.Add({.address = 2});
+  wire.Add({.version = "3.5", .flash = false, .address = 2});
+  EXPECT_EQ(wire.Exchange(Esc + "!A1;" + Esc + "?A"), "?A1;");
+  EXPECT_EQ(wire.Exchange(Esc + "!A7;" + Esc + "?A"), "");
+  const std::string collision = wire.Exchange(Esc + "!A2;" + Esc + "?A");
+  EXPECT_EQ(collision.size(), 4u) << "both answer at once";
+  EXPECT_NE(collision, "?A2;");
+  EXPECT_EQ(wire.Exchange(Esc + "!A255;" + Esc + "!P6;"), "");
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(wire.bus.At(i).P0(), 6);
+}
+
+}  // namespace
+}  // namespace kelvo::sim
