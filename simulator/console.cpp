@@ -167,7 +167,7 @@ std::string Status(const Context& c) {
   return c.station.With([](Bus& bus, Line&, Time) {
     const Terminal& terminal = bus.At(0);
     const PixelMap& pixels = terminal.Display().Pixels();
-    return "ok power=" + std::string(terminal.Powered() ? "on" : "off") +
+    return std::string("ok power=") + std::string(terminal.Powered() ? "on" : "off") +
            " selected=" + (terminal.Selected() ? "yes" : "no") +
            " p0=" + std::to_string(terminal.P0()) + " p1=" + std::to_string(terminal.P1()) +
            " free=" + std::to_string(terminal.Memory().Free()) +
@@ -196,7 +196,7 @@ constexpr std::pair<std::string_view, std::string (*)(const Context&)> kCommands
 
 std::string Help(const Context&) {
   std::string names = kOk;
-  for (const auto& command : kCommands) names += " " + std::string(command.first);
+  for (const auto& command : kCommands) names.append(" ").append(command.first);
   return names;
 }
 

@@ -84,7 +84,7 @@ std::string Keyboards::Describe(std::optional<int> number) const {
   const std::optional<std::string> table = Table(number);
   if (!table) return "leer";
   std::string text = std::to_string(*number);
-  for (const char code : *table) text += "," + Hex(static_cast<unsigned char>(code));
+  for (const char code : *table) text.append(",").append(Hex(static_cast<unsigned char>(code)));
   return text;
 }
 

@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -63,6 +64,8 @@ bool Station::Plugged() {
 void Station::Run() {
   // A wake-up may otherwise come 50 us late, a tenth of a character at 19200 baud.
   prctl(PR_SET_TIMERSLACK, 1UL);
+  // Ahead of others on a busy machine, where that is allowed; this thread alone.
+  setpriority(PRIO_PROCESS, 0, -10);
   bool readable = false;
   while (!stopping_) {
     if (Serve(readable)) Notify();

@@ -157,7 +157,7 @@ void Terminal::SelectAddress(std::string_view parameters) {
 void Terminal::Execute(const CommandRow& row, const Parameters& parameters) {
   if (screen_.Execute(row.command, parameters)) return;
   if (keyboards_.Execute(row.command, parameters)) return;
-  const std::string echo = setup_.echoQueries ? "\x1B" + std::string(row.name) : "";
+  const std::string echo = setup_.echoQueries ? std::string("\x1B").append(row.name) : "";
   if (row.reply == Reply::Acknowledge) {
     if (setup_.fault == Fault::Nak) {
       Acknowledge(false);
@@ -222,7 +222,7 @@ std::optional<std::string> Terminal::Answer(Command query) const {
       return setup_.version + (setup_.flash ? "F" : "");
     case Command::AskAddress:
       // With its two letters in front: hosts read the number from the third character on.
-      return "?A" + std::to_string(setup_.address);
+      return std::string("?A") + std::to_string(setup_.address);
     case Command::AskPort:
       return std::to_string(p1_);
     case Command::AskFlash:
@@ -247,7 +247,7 @@ std::string Terminal::Checksum() const {
 
 // Short on purpose: hosts collect it for 100 ms, which is 96 characters at 9600 baud.
 std::string Terminal::Information() const {
-  return "Terminal " + setup_.version + (setup_.flash ? "F" : "") + " Adr. " +
+  return std::string("Terminal ") + setup_.version + (setup_.flash ? "F" : "") + " Adr. " +
          std::to_string(setup_.address) + "\r\nDisplay " + std::to_string(resolution_.width) +
          " x " + std::to_string(resolution_.height) + "\r\nEEPROM " +
          std::to_string(eeprom_.Capacity()) + ", frei " + std::to_string(eeprom_.Free()) + "\r\n";
