@@ -1,0 +1,42 @@
+#include "tour/live_program.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <stdexcept>
+
+namespace kelvo {
+namespace {
+
+void Copy(const QString& from, const QString& to) {
+  if (!QFile::copy(from, to)) throw std::runtime_error("cannot copy " + from.toStdString());
+}
+
+}  // namespace
+
+LiveProgram::LiveProgram(const QString& programFolder, const QString& deliveredDatabase) {
+  const QString target = folder_.path() + u'/';
+  QDir().mkpath(target + QStringLiteral("fonts"));
+  for (const QFileInfo& font :
+       QDir(programFolder + QStringLiteral("/fonts")).entryInfoList(QDir::Files)) {
+    Copy(font.filePath(), target + QStringLiteral("fonts/") + font.fileName());
+  }
+  Copy(programFolder + QStringLiteral("/kelvo-simulator"),
+       target + QStringLiteral("kelvo-simulator"));
+  Copy(deliveredDatabase, target + QStringLiteral("kelvo.mdb"));
+}
+
+LiveProgram::~LiveProgram() { loop_.Close(); }
+
+frmhaupt& LiveProgram::Start() {
+  window_ = std::make_unique<frmhaupt>(Outside{
+      com1_, loop_, tmrTimeout_, tmrRS485_, person_, Folder().toStdString(), MachinePorts,
+      DescribeDevice,
+      [this](std::function<std::string(int)> deviceOf) { com1_.SetDevices(std::move(deviceOf)); }});
+  person_.SetWindow(window_.get());
+  QObject::connect(window_.get(), &frmhaupt::Unloaded, window_.get(), [this] { loop_.Close(); });
+  window_->show();
+  return *window_;
+}
+
+}  // namespace kelvo

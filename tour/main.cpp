@@ -1,0 +1,186 @@
+#include <QApplication>
+#include <QDir>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <cstdio>
+
+#include "link/tabs.h"
+#include "tour/live_program.h"
+#include "tour/simulator_process.h"
+#include "tour/window_driver.h"
+
+// The tour: the real windows, drawn off-screen, do the main jobs against the real simulator and
+// leave a picture of each step.
+
+namespace kelvo {
+namespace {
+
+class Tour {
+ public:
+  Tour(LiveProgram& program, SimulatorProcess& simulator, QString pictures)
+      : simulator_(simulator),
+        pictures_(std::move(pictures)),
+        window_(program.Start()),
+        driver_(window_) {}
+
+  void Run() {
+    Connect();
+    Interfaces();
+    Status();
+    Macro();
+    Eeprom();
+    Traffic();
+    Ports();
+    window_.close();
+  }
+
+ private:
+  void Step(const char* text) { std::printf("%2d  %s\n", ++step_, text); }
+
+  void Shoot(QWidget& window, const char* name) {
+    const QString file = QStringLiteral("%1/%2-%3.png")
+                             .arg(pictures_)
+                             .arg(step_, 2, 10, QLatin1Char('0'))
+                             .arg(QString::fromUtf8(name));
+    WindowDriver::Picture(window, file);
+    std::printf("      %s\n", file.toUtf8().constData());
+  }
+
+  void ShootDisplay(const char* name) {
+    const QString file = QStringLiteral("%1/%2-%3.png")
+                             .arg(pictures_)
+                             .arg(step_, 2, 10, QLatin1Char('0'))
+                             .arg(QString::fromUtf8(name));
+    simulator_.Picture(file);
+    std::printf("      %s\n", file.toUtf8().constData());
+  }
+
+  void Show(Tab tab) { driver_.ShowTab(static_cast<int>(tab)); }
+
+  // The simulated Terminal answers a query behind everything that was sent before.
+  void TerminalIsThrough() { driver_.Click(QStringLiteral("cmdGetFreeBytes")); }
+
+  void Connect() {
+    Step("Das Programm startet und verbindet sich mit dem Simulator.");
+    driver_.Until(QStringLiteral("first paint"), [this] {
+      return driver_.Text(QStringLiteral("lblPort")).startsWith(QStringLiteral("Com 6"));
+    });
+    Shoot(window_, "willkommen");
+  }
+
+  void Interfaces() {
+    Step("Die Seite Schnittstellen.");
+    Show(Tab::Interfaces);
+    Shoot(window_, "schnittstellen");
+  }
+
+  void Status() {
+    Step("Version, Systeminformation, Adresse und Eingänge werden gelesen.");
+    simulator_.Command(QStringLiteral("p1 165"));
+    Show(Tab::Status);
+    driver_.Click(QStringLiteral("cmdGetVersion"));
+    driver_.Click(QStringLiteral("cmdGetAdresse"));
+    driver_.Click(QStringLiteral("cmdGetPort"));
+    driver_.Click(QStringLiteral("chkPortP0_0"));
+    driver_.Click(QStringLiteral("chkPortP0_3"));
+    driver_.Click(QStringLiteral("cmdSetPort"));
+    Shoot(window_, "status");
+  }
+
+  void Macro() {
+    Step("Ein Makro wird geschrieben und unter einem Namen gespeichert.");
+    Show(Tab::Macros);
+    driver_.Click(QStringLiteral("mnuDateiNeu"));
+    driver_.Type(QStringLiteral("txtMakro"),
+                 QStringLiteral("\x1bGC\x1bGP10,10;\x1bGR229,117;\x1bGP30,50;\x1bGF3;\x1bGZ2,2;"
+                                "\x1bGA0;\x1bGTAnlage läuft\x04"));
+    driver_.Type(QStringLiteral("txtMakroNr"), QStringLiteral("7"));
+    Shoot(window_, "makro-entwurf");
+    driver_.OnDialog([this](QDialog& dialog) {
+      dynamic_cast<QInputDialog&>(dialog).setTextValue(QStringLiteral("Anlage läuft"));
+      Shoot(dialog, "makro-name");
+      WindowDriver::Press(dialog, QStringLiteral("OK"));
+    });
+    driver_.Click(QStringLiteral("mnuDateiSave"));
+
+    Step("Das Makro wird in das Terminal geschrieben und ausgeführt.");
+    ShootDisplay("display-vorher");
+    driver_.Click(QStringLiteral("cmdSetMakro"));
+    driver_.Type(QStringLiteral("txtMakroNrDisplay"), QStringLiteral("7"));
+    driver_.Click(QStringLiteral("cmdPlayMakro"));
+    Shoot(window_, "makro-ausgefuehrt");
+    Show(Tab::Eeprom);
+    TerminalIsThrough();
+    ShootDisplay("display-nachher");
+  }
+
+  void Eeprom() {
+    Step("Die Konfiguration wird gespeichert, dann wird das EEPROM gelöscht.");
+    driver_.Click(QStringLiteral("cmdSetConfig"));
+    Shoot(window_, "eeprom");
+    driver_.OnDialog([this](QDialog& dialog) {
+      Shoot(dialog, "eeprom-frage");
+      WindowDriver::Press(dialog, QStringLiteral("Ja"));
+    });
+    driver_.OnDialog([this](QDialog& dialog) {
+      WindowDriver::Press(dialog, QStringLiteral("Ja"));
+      (void)this;
+    });
+    driver_.Click(QStringLiteral("cmdClearEEprom"));
+    Shoot(window_, "eeprom-geloescht");
+  }
+
+  void Traffic() {
+    Step("Der Datenverkehr wird mitgelesen.");
+    driver_.Click(QStringLiteral("mnuAnsichtDatenverkehr"));
+    Show(Tab::Status);
+    driver_.Click(QStringLiteral("cmdGetVersion"));
+    driver_.Click(QStringLiteral("cmdGetAdresse"));
+    Show(Tab::Macros);
+    driver_.Choose(QStringLiteral("cboMakro"), QStringLiteral("Begrüßung"));
+    driver_.Click(QStringLiteral("cmdSetMakro"));
+    auto& traffic = driver_.Find(QStringLiteral("frmDatenverkehr"));
+    Shoot(traffic, "datenverkehr");
+    traffic.close();
+  }
+
+  void Ports() {
+    Step("Die Anschlüsse.");
+    driver_.OnDialog([this](QDialog& dialog) {
+      Shoot(dialog, "anschluesse");
+      WindowDriver::Press(dialog, QStringLiteral("Abbrechen"));
+    });
+    driver_.Click(QStringLiteral("mnuOptionenAnschluesse"));
+  }
+
+  SimulatorProcess& simulator_;
+  QString pictures_;
+  frmhaupt& window_;
+  WindowDriver driver_;
+  int step_ = 0;
+};
+
+int RunTour(const QString& pictures) {
+  QDir().mkpath(pictures);
+  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
+  SimulatorProcess simulator(program.Folder());
+  Tour(program, simulator, QDir(pictures).absolutePath()).Run();
+  std::printf("Die Bilder liegen in %s\n", QDir(pictures).absolutePath().toUtf8().constData());
+  return 0;
+}
+
+}  // namespace
+}  // namespace kelvo
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationDisplayName(QStringLiteral("kelvo"));
+  QApplication::setQuitOnLastWindowClosed(false);
+  try {
+    return kelvo::RunTour(argc > 1 ? QString::fromLocal8Bit(argv[1])
+                                   : QStringLiteral("tour-pictures"));
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "Der Rundgang ist gescheitert: %s\n", error.what());
+    return 1;
+  }
+}
