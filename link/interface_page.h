@@ -49,8 +49,8 @@ class InterfacePage : public QWidget {
   void ShowNoPort();
   /// Says again what stands behind the chosen port.
   void DescribePort();
-  /// Whether "Com `number`" is the port that was opened last.
-  bool PortIsOpen(int number) const { return openPosition_ + 1 == number; }
+  /// The number of the port that was opened last, 0 if none has been.
+  int OpenPortNumber() const { return openPosition_ + 1; }
   /// The port that was opened last, as the list names it.
   std::string ChosenPort() const;
   /// A choice as text ("19200 8N1"), for the status bar.

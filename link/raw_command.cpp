@@ -20,6 +20,7 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   cmdBefehlSenden = MakeButton("cmdBefehlSenden", tr("Befehl &senden"),
                                tr("Sendet ESC und den Befehl, wie er dasteht."));
   lblDebug = MakeValue("lblDebug");
+  lblDebug->setFont(WireFont());
   lblDebug->setWordWrap(true);
   lblDebug->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblDebug->setMinimumHeight(fontMetrics().lineSpacing() * 3);

@@ -51,13 +51,14 @@ std::optional<std::string> WireText(std::string_view utf8) {
 }
 
 std::string ReadableText(std::string_view wire) {
-  constexpr unsigned controlPictures = 0x2400;
   std::string out;
   for (const char c : wire) {
     const auto code = static_cast<unsigned char>(c);
     if (code < 0x20) {
-      AppendUtf8(out, controlPictures + code);
-    } else if (code >= 0x7F && code < 0xA0) {
+      AppendUtf8(out, ControlGlyphs[code]);
+    } else if (code == 0x7F) {
+      AppendUtf8(out, DeleteGlyph);
+    } else if (code > 0x7F && code < 0xA0) {
       out += '<';
       AppendHex(out, code);
       out += '>';

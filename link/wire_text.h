@@ -16,8 +16,16 @@ std::string ScreenText(std::string_view wire);
 /// UTF-8), because such a character cannot go on the line.
 std::optional<std::string> WireText(std::string_view utf8);
 
-/// A wire text for reading: control characters as their visible glyphs (ESC is U+241B), the codes
-/// 127..159 as "<7F>". UTF-8.
+/// The visible glyphs of the codes 0..31, those that the PC's text screen has always shown (ESC is
+/// an arrow to the left): every desktop font has them, and none is a character of the wire.
+inline constexpr char16_t ControlGlyphs[32] = {
+    u'∅', u'☺', u'☻', u'♥', u'♦', u'♣', u'♠', u'•', u'◘', u'○', u'◙', u'♂', u'♀', u'♪', u'♫', u'☼',
+    u'►', u'◄', u'↕', u'‼', u'⁋', u'‡', u'▬', u'↨', u'↑', u'↓', u'→', u'←', u'∟', u'↔', u'▲', u'▼'};
+/// The visible glyph of code 127.
+inline constexpr char16_t DeleteGlyph = u'⌂';
+
+/// A wire text for reading: control characters as their glyphs, the codes 128..159 as "<80>".
+/// UTF-8.
 std::string ReadableText(std::string_view wire);
 
 /// A wire text as hexadecimal pairs separated by blanks.

@@ -53,7 +53,8 @@ QWidget* MacroPage::MakeEditor() {
   lblMakroLaenge = Named(new QLabel, "lblMakroLaenge");
   auto* row = new QHBoxLayout;
   row->addWidget(cmdInsertESC);
-  row->addWidget(new QLabel(tr("Jeder Befehl beginnt mit ESC, hier als ␛ gezeigt.")));
+  row->addWidget(
+      new QLabel(tr("← ist ESC, der Anfang jedes Befehls; ♦ (Code 4) beendet einen Grafiktext.")));
   row->addStretch();
   row->addWidget(lblMakroLaenge);
   column->addWidget(txtMakro, 1);

@@ -26,7 +26,12 @@ Version ReadVersion(std::string_view reply) {
 void NoteVersion(TerminalState& state, std::string_view reply) {
   const Version version = ReadVersion(reply);
   state.TerminalVersion = version.number;
-  if (reply != "TimeOut") state.flash = version.hasFlash ? FlashState::Yes : FlashState::No;
+  if (reply == "TimeOut") {
+    state.versionText.clear();
+  } else {
+    state.versionText = reply;
+    state.flash = version.hasFlash ? FlashState::Yes : FlashState::No;
+  }
   state.Changed();
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace kelvo {
 
@@ -14,6 +15,8 @@ class TerminalState {
  public:
   /// Numeric value of the last "?V" reply, 0 until one was answered.
   double TerminalVersion = 0;
+  /// That reply itself, a wire text.
+  std::string versionText;
   FlashState flash = FlashState::Unknown;
   /// Free EEPROM bytes when they were last read, if there was a reply.
   std::optional<double> freeBytes;

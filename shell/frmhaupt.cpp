@@ -55,6 +55,7 @@ frmhaupt::frmhaupt(Outside outside)
   ShowFirstTab();
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
   EnableToolbar();
+  cmdTab->setFocus();
 }
 
 void frmhaupt::MakePages() {
@@ -79,7 +80,9 @@ void frmhaupt::MakeFrame() {
   statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
   setStatusBar(statusDisplay_);
   traffic_ = new TrafficView(outside_.com1, outside_.person, this);
-  portDialog_ = new PortDialog(outside_, data_.Anschluss, this);
+  portDialog_ = new PortDialog(
+      outside_, data_.Anschluss,
+      [this](const std::string& device) { return DescribeDevice(device); }, this);
   state_.SetListener([this] { ShowTerminal(); });
 }
 
@@ -244,13 +247,15 @@ void frmhaupt::ShowTerminal() {
 std::string frmhaupt::DescribePort(int number) {
   const std::string device = data_.DeviceOf(number, outside_.programFolder);
   if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
-  std::string state;
-  if (outside_.com1.IsOpen() && interfaces_->PortIsOpen(number)) {
-    state = "verbunden";
-  } else if (outside_.describeDevice) {
-    state = outside_.describeDevice(device);
-  }
+  const std::string state = DescribeDevice(device);
   return device + (state.empty() ? "" : ": " + state);
+}
+
+std::string frmhaupt::DescribeDevice(const std::string& device) {
+  const bool connected = outside_.com1.IsOpen() && data_.DeviceOf(interfaces_->OpenPortNumber(),
+                                                                  outside_.programFolder) == device;
+  if (connected) return "verbunden";
+  return outside_.describeDevice ? outside_.describeDevice(device) : std::string();
 }
 
 }  // namespace kelvo

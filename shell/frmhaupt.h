@@ -91,6 +91,7 @@ class frmhaupt : public QMainWindow {
   void ShowPort();
   void ShowTerminal();
   std::string DescribePort(int number);
+  std::string DescribeDevice(const std::string& device);
 
   Outside outside_;
   PortControl portControl_;  // FormLoading is true from here to the first paint

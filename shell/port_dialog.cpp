@@ -18,8 +18,9 @@ QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
-PortDialog::PortDialog(const Outside& outside, Recordset& ports, QWidget* parent)
-    : QDialog(parent), outside_(outside), ports_(ports) {
+PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer describe,
+                       QWidget* parent)
+    : QDialog(parent), outside_(outside), ports_(ports), describe_(std::move(describe)) {
   Named(this, "frmAnschluesse");
   setWindowTitle(tr("Anschlüsse"));
   auto* grid = new QGridLayout(this);
@@ -93,8 +94,7 @@ std::string PortDialog::Device(int row) const {
 
 void PortDialog::Describe(int row) {
   const std::string device = AbsoluteDevice(Device(row), outside_.programFolder);
-  lblZustand[static_cast<std::size_t>(row)]->setText(
-      outside_.describeDevice ? Text(outside_.describeDevice(device)) : QString());
+  lblZustand[static_cast<std::size_t>(row)]->setText(Text(describe_(device)));
 }
 
 void PortDialog::Store() {

@@ -19,7 +19,9 @@ class PortDialog : public QDialog {
  public:
   static constexpr int PortCount = 6;
 
-  PortDialog(const Outside& outside, Recordset& ports, QWidget* parent);
+  /// `describe` tells, in German, how a device is.
+  using Describer = std::function<std::string(const std::string& device)>;
+  PortDialog(const Outside& outside, Recordset& ports, Describer describe, QWidget* parent);
 
   /// Shows what is stored now.
   void Load();
@@ -35,6 +37,7 @@ class PortDialog : public QDialog {
 
   const Outside& outside_;
   Recordset& ports_;
+  Describer describe_;
   std::array<QComboBox*, PortCount> cboGeraet{};
   std::array<QLabel*, PortCount> lblZustand{};
 };

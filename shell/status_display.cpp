@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "link/command_language.h"
-#include "link/val.h"
+#include "link/wire_text.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -25,6 +25,7 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   ctlSendeFortschritt->hide();
   lblTerminal = Named(new QLabel, "lblTerminal");
   lblPort = Named(new QLabel, "lblPort");
+  lblPort->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Com 6: 19200,N,8,1  ")));
   addWidget(lblAktivitaet, 1);
   addPermanentWidget(ctlSendeFortschritt);
   addPermanentWidget(lblTerminal);
@@ -37,10 +38,9 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
 void StatusDisplay::ShowPort(const QString& text) { lblPort->setText(text); }
 
 void StatusDisplay::ShowTerminal(const TerminalState& state) {
-  const bool known = state.TerminalVersion > 0;
-  lblTerminal->setText(
-      known ? tr("Terminal %1").arg(QString::fromStdString(NumberText(state.TerminalVersion)))
-            : tr("Terminal: Version unbekannt"));
+  const QString version = QString::fromStdString(ReadableText(state.versionText)).left(20);
+  lblTerminal->setText(version.isEmpty() ? tr("Terminal: Version unbekannt")
+                                         : tr("Terminal: Version %1").arg(version));
 }
 
 void StatusDisplay::ShowActivity(std::string_view command) {

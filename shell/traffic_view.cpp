@@ -4,7 +4,6 @@
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,6 +17,7 @@
 #include "link/wire_text.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/wire_field.h"
 
 namespace kelvo {
 namespace {
@@ -60,7 +60,7 @@ int TrafficModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TrafficModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::FontRole && (index.column() == Readable || index.column() == Hex)) {
-    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    return WireFont();
   }
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   const TrafficEntry& entry = Entry(index.row());
@@ -116,8 +116,8 @@ TrafficView::TrafficView(SerialPort& port, Operator& person, QWidget* parent)
   ctlVerkehr->verticalHeader()->hide();
   ctlVerkehr->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
   const int em = fontMetrics().averageCharWidth();
-  for (const auto& [column, widths] : {std::pair{TrafficModel::Time, 14},
-                                       {TrafficModel::Way, 16},
+  for (const auto& [column, widths] : {std::pair{TrafficModel::Time, 18},
+                                       {TrafficModel::Way, 20},
                                        {TrafficModel::Readable, 40},
                                        {TrafficModel::Hex, 40}}) {
     ctlVerkehr->setColumnWidth(column, em * widths);
@@ -126,6 +126,7 @@ TrafficView::TrafficView(SerialPort& port, Operator& person, QWidget* parent)
   auto* page = new QVBoxLayout(this);
   page->addWidget(MakeControls());
   page->addWidget(ctlVerkehr, 1);
+  page->addWidget(lblVerkehr);
   resize(em * 150, fontMetrics().lineSpacing() * 26);
 }
 
@@ -152,7 +153,6 @@ QWidget* TrafficView::MakeControls() {
   row->addWidget(LabelFor(cboVerkehrRichtung, tr("&Richtung:")));
   row->addWidget(cboVerkehrRichtung);
   for (QWidget* button : {cmdVerkehrPause, copy, save, clear}) row->addWidget(button);
-  row->addWidget(lblVerkehr);
 
   const auto filter = [this] {
     filter_.SetFilter(txtVerkehrFilter->text(), cboVerkehrRichtung->currentData().toInt());

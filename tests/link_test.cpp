@@ -71,7 +71,7 @@ TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {
   }
   EXPECT_EQ(ReadableText("\x1b"
                          "A\r\x80"),
-            "␛A␍<80>");
+            "←A♪<80>");
   EXPECT_EQ(HexText("\x1b\x0f"
                     "A"),
             "1B 0F 41");

@@ -122,10 +122,7 @@ class Tour {
       Shoot(dialog, "eeprom-frage");
       WindowDriver::Press(dialog, QStringLiteral("Ja"));
     });
-    driver_.OnDialog([this](QDialog& dialog) {
-      WindowDriver::Press(dialog, QStringLiteral("Ja"));
-      (void)this;
-    });
+    driver_.OnDialog([](QDialog& dialog) { WindowDriver::Press(dialog, QStringLiteral("Ja")); });
     driver_.Click(QStringLiteral("cmdClearEEprom"));
     Shoot(window_, "eeprom-geloescht");
   }

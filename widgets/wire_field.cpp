@@ -1,17 +1,25 @@
 #include "widgets/wire_field.h"
 
+#include <QFontDatabase>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QValidator>
+#include <algorithm>
 #include <memory>
 #include <optional>
+
+#include "link/wire_text.h"
 
 namespace kelvo {
 namespace {
 
-constexpr char16_t controlPictures = 0x2400;
-constexpr char16_t deletePicture = 0x2421;
+// The code whose glyph this is, or -1.
+int ControlCode(char16_t glyph) {
+  if (glyph == DeleteGlyph) return 0x7F;
+  const auto* const found = std::find(std::begin(ControlGlyphs), std::end(ControlGlyphs), glyph);
+  return found == std::end(ControlGlyphs) ? -1 : static_cast<int>(found - ControlGlyphs);
+}
 
 bool IsWire(const QString& text) {
   return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 256; });
@@ -34,6 +42,8 @@ std::string WireField::Wire() const { return text().toLatin1().toStdString(); }
 
 void WireField::SetWire(const std::string& wire) { setText(QString::fromLatin1(wire)); }
 
+QFont WireFont() { return QFontDatabase::systemFont(QFontDatabase::FixedFont); }
+
 QString GlyphText(const std::string& wire) {
   QString text;
   text.reserve(static_cast<qsizetype>(wire.size()));
@@ -43,9 +53,9 @@ QString GlyphText(const std::string& wire) {
       text += u'\n';
       ++i;
     } else if (code < 0x20) {
-      text += QChar(static_cast<char16_t>(controlPictures + code));
+      text += QChar(ControlGlyphs[code]);
     } else {
-      text += code == 0x7F ? QChar(deletePicture) : QChar(code);
+      text += code == 0x7F ? QChar(DeleteGlyph) : QChar(code);
     }
   }
   return text;
@@ -57,10 +67,8 @@ std::optional<std::string> WireOfGlyphs(const QString& glyphs) {
     const char16_t code = c.unicode();
     if (c == u'\n' || code == QChar::ParagraphSeparator) {
       wire += "\r\n";
-    } else if (code == deletePicture) {
-      wire += '\x7F';
-    } else if (code >= controlPictures && code < controlPictures + 0x20) {
-      wire += static_cast<char>(code - controlPictures);
+    } else if (const int control = ControlCode(code); control >= 0) {
+      wire += static_cast<char>(control);
     } else if (code < 256) {
       wire += static_cast<char>(code);
     } else {
@@ -70,7 +78,10 @@ std::optional<std::string> WireOfGlyphs(const QString& glyphs) {
   return wire;
 }
 
-WireEdit::WireEdit(QWidget* parent) : QPlainTextEdit(parent) { setTabChangesFocus(true); }
+WireEdit::WireEdit(QWidget* parent) : QPlainTextEdit(parent) {
+  setTabChangesFocus(true);
+  setFont(WireFont());
+}
 
 // Nothing else can get in: every way of entering text is filtered below.
 std::string WireEdit::Wire() const { return WireOfGlyphs(toPlainText()).value_or(std::string()); }

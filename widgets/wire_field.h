@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QFont>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <functional>
+#include <optional>
 #include <string>
 
 namespace kelvo {
@@ -24,7 +25,7 @@ class WireField : public QLineEdit {
 };
 
 /// A text of several lines that goes on the wire. Control characters show as their visible glyphs
-/// (ESC as U+241B); the line end is CR LF, anything else is kept byte for byte.
+/// (ESC as an arrow to the left); the line end is CR LF, anything else is kept byte for byte.
 class WireEdit : public QPlainTextEdit {
   Q_OBJECT
 
@@ -45,6 +46,9 @@ class WireEdit : public QPlainTextEdit {
   void insertFromMimeData(const QMimeData* source) override;
   QMimeData* createMimeDataFromSelection() const override;
 };
+
+/// The font of wire texts.
+QFont WireFont();
 
 /// A wire text as WireEdit shows it, and back; nothing for a text that cannot go on the wire.
 QString GlyphText(const std::string& wire);
