@@ -51,10 +51,7 @@ bool TrafficLog::Continues(milliseconds timeOfDay, Direction direction) const {
 std::string TrafficLog::ReplyMeaning(const std::string& reply) const {
   if (reply == std::string_view(&Ack, 1)) return "angenommen (ACK)";
   if (reply == std::string_view(&Nak, 1)) return "abgelehnt (NAK)";
-  if (!lastQuery_.empty() && reply.find(EndMark) != std::string::npos) {
-    return "Antwort: " + lastQuery_;
-  }
-  return "empfangene Zeichen";
+  return lastQuery_.ends_with("abfragen") ? "Antwort: " + lastQuery_ : "empfangene Zeichen";
 }
 
 void TrafficLog::Clear() { entries_.clear(); }

@@ -1,0 +1,371 @@
+#include "settings/status.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::milliseconds;
+
+class StatusPageTest : public WindowTest {};
+
+TEST_F(StatusPageTest, VersionTellsTheNumberAndTheFlash) {
+  const struct {
+    const char* reply;
+    const char* shown;
+    bool flash;
+  } cases[] = {{"2.10F;", "2.10F", true}, {"2.10;", "2.10", false}, {"\x1b?V1.9F;", "1.9F", true}};
+  Start();
+  terminal.Answer("\x1b??", "Info\r\nZeile 2", milliseconds(20));
+  for (const auto& c : cases) {
+    terminal.Answer("\x1b?V", c.reply);
+    Click("cmdGetVersion");
+    EXPECT_EQ(Text("lblVersion"), c.shown);
+    EXPECT_EQ(Find("ctlFlashFrame").isVisibleTo(window.get()),
+              c.flash && Find("ctlFlashFrame").parentWidget()->isVisibleTo(window.get()))
+        << c.reply;
+    EXPECT_EQ(Find("ctlFlashFrame").isHidden(), !c.flash) << c.reply;
+    EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QStringLiteral("Info\nZeile 2"));
+  }
+  EXPECT_NE(Text("lblTerminal").find("1.9F"), std::string::npos);
+}
+
+TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
+  Start();
+  for (const char* button :
+       {"cmdGetVersion", "cmdGetAdresse", "cmdGetPort", "cmdGetFlashInfo", "cmdGetFreeBytes"}) {
+    Click(button);
+  }
+  EXPECT_EQ(Text("lblVersion"), "");
+  for (const char* field :
+       {"txtAdresse", "lblPortP1", "lblSektorAnzahl", "lblSektorSize", "lblFreeBytes"}) {
+    EXPECT_EQ(Text(field), "0") << field;
+  }
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(StatusPageTest, PageAsksForTheFlashWhileItIsUnknown) {
+  terminal.Answer("\x1b?V", "2.10F;", milliseconds(5));
+  terminal.Answer(
+      "\x1b"
+      "F??",
+      "64,4096;", milliseconds(5));
+  Start();
+  Show(Tab::Status);
+  EXPECT_EQ(Text("lblSektorAnzahl") + "/" + Text("lblSektorSize"), "64/4096");
+  EXPECT_FALSE(Find("ctlFlashFrame").isHidden());
+  Forget();
+  Show(Tab::Macros);
+  Show(Tab::Status);
+  EXPECT_EQ(Written(), "");
+  Trigger("mnuAnsichtSeite_3");
+  Click("cmdToolbar_0");  // a restart of all Terminals makes it unknown again
+  EXPECT_EQ(Written(), ";♥♦←!A255;←R");
+  Forget();
+  Show(Tab::Macros);
+  Show(Tab::Status);
+  EXPECT_EQ(Written(), "←?V←F??");
+}
+
+TEST_F(StatusPageTest, UnansweredVersionStaysUnknown) {
+  Start();
+  Show(Tab::Status);
+  Show(Tab::Macros);
+  Forget();
+  Show(Tab::Status);
+  EXPECT_EQ(Written(), "←?V");
+  EXPECT_TRUE(Find("ctlFlashFrame").isHidden());
+}
+
+TEST_F(StatusPageTest, AddressIsReadWhateverStandsBeforeIt) {
+  Start();
+  for (const char* reply : {"17;", "?A17;", "\x1b?A17;", "\x1b?A?A17;"}) {
+    terminal.Answer("\x1b?A", reply);
+    Click("cmdGetAdresse");
+    EXPECT_EQ(Text("txtAdresse"), "17") << reply;
+  }
+}
+
+TEST_F(StatusPageTest, AddressFieldKeepsANumberAndTheButtonItsRange) {
+  Start();
+  const struct {
+    const char* typed;
+    const char* shown;
+    bool usable;
+  } cases[] = {{"12a", "12", true}, {"255", "255", true},  {"256", "256", false}, {"", "0", true},
+               {"-1", "-1", false}, {"1.5", "1.5", false}, {"007", "7", true},    {"x", "0", true}};
+  for (const auto& c : cases) {
+    Type("txtAdresse", c.typed);
+    EXPECT_EQ(Text("txtAdresse"), c.shown);
+    EXPECT_EQ(Find("cmdSetAdresse").isEnabled(), c.usable) << c.typed;
+  }
+  Type("txtAdresse", "42");
+  Click("cmdSetAdresse");
+  EXPECT_EQ(Written(), "←!A42;");
+}
+
+TEST_F(StatusPageTest, PortLinesAreBits) {
+  Start();
+  terminal.Answer("\x1b?P", "165;");
+  Click("cmdGetPort");
+  EXPECT_EQ(Text("lblPortP1"), "165");
+  std::string ticked;
+  for (int line = 7; line >= 0; --line) {
+    const QString name = QStringLiteral("chkPortP1_%1").arg(line);
+    ticked += window->findChild<QCheckBox*>(name)->isChecked() ? '1' : '0';
+  }
+  EXPECT_EQ(ticked, "10100101");
+  Forget();
+  Click("chkPortP0_0");
+  Click("chkPortP0_3");
+  EXPECT_EQ(Text("lblPortP0"), "9");
+  Click("cmdSetPort");
+  EXPECT_EQ(Written(), "←!P9;");
+}
+
+TEST_F(StatusPageTest, ResolutionIsClampedSentStoredAndKept) {
+  Start();
+  const struct {
+    const char* x;
+    const char* y;
+    const char* sent;
+  } cases[] = {{"700", "500", "640,480"},
+               {"640", "480", "640,480"},
+               {"19", "5", "20,20"},
+               {"20", "64", "20,64"},
+               {"99x", "abc", "99,20"}};
+  terminal.Answer(
+      "\x1b"
+      "EWC",
+      "\x06");
+  for (const auto& c : cases) {
+    Type("txtDisplayX", c.x);
+    Leave("txtDisplayX");
+    Type("txtDisplayY", c.y);
+    Forget();
+    Click("cmdSetRes");
+    EXPECT_EQ(Written(), std::string("←!R") + c.sent + ",0;←EWC←R");
+    EXPECT_EQ(Stored("Default", "displayx") + "," + Stored("Default", "displayy"), c.sent);
+  }
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(StatusPageTest, ResolutionThatIsNotStoredIsReportedAndTheTerminalRestartedAllTheSame) {
+  Start();
+  Click("cmdSetRes");
+  EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetRes");
+  EXPECT_TRUE(Written().ends_with("←EWC←R"));
+  terminal.Answer(
+      "\x1b"
+      "EWC",
+      "\x15");
+  Click("cmdSetRes");
+  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
+}
+
+TEST_F(StatusPageTest, FieldsFedWithAnythingNeverSendAWrongCommand) {
+  Start();
+  for (const std::string& text : BadTexts) {
+    Forget();
+    Type("txtAdresse", text);
+    Click("cmdSetAdresse");
+    if (!port.written.empty()) {
+      const std::string number = port.written.substr(3, port.written.size() - 4);
+      EXPECT_EQ(port.written, SetAddressCommand(number));
+      EXPECT_TRUE(IsByteNumber(std::stod(number))) << text;
+    }
+    Forget();
+    Type("txtDisplayX", text);
+    Type("txtDisplayY", text);
+    Click("cmdSetRes");
+    int x = 0, y = 0, used = 0;
+    ASSERT_EQ(sscanf(port.writes.at(0).c_str(), "\x1b!R%d,%d,0;%n", &x, &y, &used), 2) << text;
+    EXPECT_EQ(static_cast<std::size_t>(used), port.writes.at(0).size());
+    EXPECT_TRUE(x >= 20 && x <= 640 && y >= 20 && y <= 480) << text;
+  }
+}
+
+TEST_F(StatusPageTest, FlashUpdateSaysThatItIsMissing) {
+  Start();
+  Click("cmdFlashUpdate");
+  EXPECT_EQ(person.LastMessage(), "noch nicht implementiert");
+}
+
+TEST(FlashInfoTest, ReplyWithoutCommaGivesBothNumbers) {
+  EXPECT_EQ(ReadFlashInfo("64,4096").sectorSize, 4096);
+  EXPECT_EQ(ReadFlashInfo("64").sectors, 64);
+  EXPECT_EQ(ReadFlashInfo("64").sectorSize, 64);
+}
+
+class EepromPageTest : public WindowTest {
+ protected:
+  QWidget& Info() { return Find("frmInfo"); }
+};
+
+TEST_F(EepromPageTest, EveryFailedWriteIsReportedByTheOneRule) {
+  Start();
+  const struct {
+    const char* button;
+    const char* command;
+    const char* suffix;
+  } cases[] = {{"cmdSetConfig",
+                "\x1b"
+                "EWC",
+                " /  cmdSetConfig"},
+               {"cmdClearConfig",
+                "\x1b"
+                "EDC",
+                " / cmdClearConfig"}};
+  for (const auto& c : cases) {
+    Click(c.button);
+    EXPECT_EQ(person.LastMessage(), std::string("keine Reaktion") + c.suffix);
+    terminal.Answer(c.command, "A");
+    Click(c.button);
+    EXPECT_EQ(person.LastMessage(), std::string("unknown 65") + c.suffix);
+    terminal.Answer(c.command, "\x15");
+    Click(c.button);
+    EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
+    person.messages.clear();
+    terminal.Answer(c.command, "\x06");
+    Click(c.button);
+    EXPECT_TRUE(person.messages.empty());
+  }
+}
+
+TEST_F(EepromPageTest, ProgressWindowStandsDuringTheSaveAndIsGoneAfterIt) {
+  Start();
+  bool during = false;
+  loop.After(milliseconds(1), [&] { during = !Info().isHidden(); });
+  person.duringMessage = [&] { EXPECT_TRUE(Info().isHidden()); };
+  Click("cmdSetConfig");
+  EXPECT_TRUE(during);
+  EXPECT_EQ(Info().windowTitle(), QStringLiteral("Konfiguration speichern"));
+  EXPECT_EQ(person.messages.size(), 1u);
+}
+
+TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
+  Start();
+  terminal.Answer(
+      "\x1b"
+      "E?F",
+      "8000;");
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.questions, std::vector<std::string>{"Sind Sie sicher ?"});
+  EXPECT_EQ(person.lastQuestion.icon, Icon::Exclamation);
+  EXPECT_EQ(Written(), "←E?F");
+  EXPECT_EQ(Text("lblFreeBytes"), "8000");
+}
+
+TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgress) {
+  Start();
+  terminal.Answer("\x1b?V", "1.9;");
+  terminal.Answer(
+      "\x1b"
+      "EE",
+      "\x06", milliseconds(29990));
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  EXPECT_EQ(Written(), "←?V←EE←E?F");
+  EXPECT_TRUE(person.messages.empty());
+  EXPECT_EQ(person.questions.back(), "aktuelle Konfiguration gleich speichern ?");
+}
+
+TEST_F(EepromPageTest, EraseThatFailsEndsWithoutFurtherQuestions) {
+  Start();
+  terminal.Answer("\x1b?V", "1.9;");
+  person.answers = {true};
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdClearEEprom");
+  EXPECT_EQ(person.questions.size(), 1u);
+  EXPECT_EQ(Written(), "←?V←EE");
+  EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
+}
+
+TEST_F(EepromPageTest, NewTerminalCountsDown) {
+  Start();
+  std::vector<int> values;
+  auto* bar = window->findChild<QProgressBar*>(QStringLiteral("ctlFortschritt"));
+  for (const char* version : {"2.0;", "2.1F;"}) {
+    terminal.Answer("\x1b?V", version);
+    terminal.Answer(
+        "\x1b"
+        "E?F",
+        "8192;");
+    terminal.Answer(
+        "\x1b"
+        "EWC",
+        "\x06");
+    port.onCharacter = [&, old = port.onCharacter](char c) {
+      old(c);
+      if (!port.written.ends_with("\x1b"
+                                  "Ee"))
+        return;
+      for (int block = 3; block >= 0; --block) {
+        port.ArriveAfter(milliseconds((4 - block) * 100), std::to_string(block) + "\r");
+        loop.After(milliseconds((4 - block) * 100 + 50), [&] {
+          values.push_back(bar->value());
+          EXPECT_EQ(bar->maximum(), 3);
+          EXPECT_FALSE(bar->isHidden());
+        });
+      }
+      port.ArriveAfter(milliseconds(470), "\x06");
+    };
+    Forget();
+    values.clear();
+    person.answers = {true, true};
+    Click("cmdClearEEprom");
+    EXPECT_EQ(Written(), "←?V←Ee←EWC←E?F");
+    EXPECT_EQ(values, (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_TRUE(bar->isHidden());
+    EXPECT_TRUE(Info().isHidden());
+    EXPECT_TRUE(person.messages.empty());
+    EXPECT_EQ(Text("lblFreeBytes"), "8192");
+  }
+}
+
+TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
+  Start();
+  terminal.Answer("\x1b?V", "2.1;");
+  for (const char* count : {"", "0\r", "xyz\r"}) {
+    terminal.Answer(
+        "\x1b"
+        "Ee",
+        count);
+    person.answers = {true, false};
+    Forget();
+    Click("cmdClearEEprom");
+    EXPECT_EQ(person.LastMessage(), "kein ACK nach löschen / cmdClearEEprom") << count;
+  }
+}
+
+TEST_F(EepromPageTest, FailedSaveAfterTheEraseEndsTheHandler) {
+  Start();
+  terminal.Answer("\x1b?V", "1.0;");
+  terminal.Answer(
+      "\x1b"
+      "EE",
+      "\x06");
+  terminal.Answer(
+      "\x1b"
+      "EWC",
+      "\x15");
+  person.answers = {true, true};
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
+  EXPECT_EQ(Written(), "←?V←EE←EWC");
+  EXPECT_TRUE(Info().isHidden());
+}
+
+TEST_F(EepromPageTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {
+  Start();
+  QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [&] { loop.closing = true; });
+  terminal.Answer("\x1b?V", "1.9;");
+  person.answers = {true};
+  loop.After(milliseconds(400), [&] { window->close(); });
+  const auto start = loop.Now();
+  Click("cmdClearEEprom");
+  EXPECT_LT(loop.Now() - start, milliseconds(600));
+  EXPECT_FALSE(port.IsOpen());
+}
+
+}  // namespace
+}  // namespace kelvo
