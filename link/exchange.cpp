@@ -191,7 +191,6 @@ void Exchange::RestartTimeout() {
   RestartTimer();
 }
 
-// Until the last bit has left the line. Takes no input and no tick, but windows repaint.
 void Exchange::WaitUntilSent() {
   std::size_t left = port_.OutBufferCount();
   auto moved = loop_.Now();

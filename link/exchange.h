@@ -55,6 +55,10 @@ class Exchange {
   /// had set another interval.
   std::string SendQuery(std::string& text);
 
+  /// Until the last bit of what was written has left the line; before the port is closed, so that
+  /// the Terminal gets it. Takes no input and no tick, but windows repaint.
+  void WaitUntilSent();
+
   /// The pause after each reply, in which a bus Terminal turns its line around: until the next tick
   /// of tmrRS485, which runs freely.
   void WaitRS485();
@@ -86,7 +90,6 @@ class Exchange {
 
   bool Alive() const { return port_.IsOpen() && !loop_.Closing(); }
   void RestartTimer();
-  void WaitUntilSent();
   void WriteInPieces(std::string& text);
   bool WaitAcknowledge(std::string& text);
   std::string CollectForTime();

@@ -286,6 +286,7 @@ void InterfacePage::cmdSetCom1_Click() {
   const PortSettings settings = Settings();
   if (!TerminalSwitched(Numbers())) return;
   Send(services_.exchange, Plain("R"), Acknowledge::None);
+  services_.exchange.WaitUntilSent();
   if (services_.com1.IsOpen()) services_.com1.Close();
   if (OpenPort(position, settings)) {
     services_.person.Message("PC-Schnittstelle erfolgreich umgestellt");

@@ -146,8 +146,10 @@ class ScriptedTerminal {
   ScriptedTerminal(VirtualLoop& loop, VirtualPort& port) : loop_(loop), port_(port) {
     port.onCharacter = [this](char c) { Receive(c); };
   }
+  /// An answer takes its time on the line too, so the delay is never nothing.
   /// Answers `reply` whenever the received text ends in `command`, `delay` later.
-  void Answer(const std::string& command, const std::string& reply, nanoseconds delay = {}) {
+  void Answer(const std::string& command, const std::string& reply,
+              nanoseconds delay = milliseconds(1)) {
     answers_[command] = {reply, delay};
   }
 

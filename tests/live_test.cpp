@@ -1,0 +1,151 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QTimer>
+#include <ctime>
+
+#include "link/tabs.h"
+#include "tour/live_program.h"
+#include "tour/simulator_process.h"
+#include "tour/window_driver.h"
+
+// The real window over a real pseudo-terminal against the real simulator process.
+
+namespace kelvo {
+namespace {
+
+class LiveTest : public testing::Test {
+ protected:
+  void Start(const QStringList& options = {}) {
+    simulator = std::make_unique<SimulatorProcess>(program.Folder(), options);
+    frmhaupt& window = program.Start();
+    driver = std::make_unique<WindowDriver>(window);
+    driver->Until(QStringLiteral("connection"), [this] { return program.Port().IsOpen(); });
+  }
+  static QString Q(const char* text) { return QString::fromUtf8(text); }
+  void Show(Tab tab) { driver->ShowTab(static_cast<int>(tab)); }
+  void ExpectMessage(const char* text) {
+    driver->OnDialog([text](QDialog& dialog) {
+      EXPECT_EQ(dynamic_cast<QMessageBox&>(dialog).text(), Q(text));
+      dialog.reject();
+    });
+  }
+
+  LiveProgram program{QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE)};
+  std::unique_ptr<SimulatorProcess> simulator;
+  std::unique_ptr<WindowDriver> driver;
+};
+
+TEST_F(LiveTest, MacroIsStoredInTheTerminalAndChangesItsDisplayWhenItRuns) {
+  Start();
+  Show(Tab::Macros);
+  driver->Type(Q("txtMakro"), Q("\x1b!P129;\x1bGC\x1bGP10,10;\x1bGR100,50;"));
+  driver->Type(Q("txtMakroNr"), Q("7"));
+  driver->Click(Q("cmdSetMakro"));
+  const QString before = simulator->Command(Q("status"));
+  EXPECT_TRUE(before.contains(Q(" p0=0 "))) << before.toStdString();
+  driver->Type(Q("txtMakroNrDisplay"), Q("7"));
+  driver->Click(Q("cmdPlayMakro"));
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));  // its answer comes after the macro has run
+  EXPECT_TRUE(simulator->Command(Q("status")).contains(Q(" p0=129 ")));
+  EXPECT_LT(driver->Text(Q("lblFreeBytes")).toInt(), 8192);
+}
+
+TEST_F(LiveTest, FullEepromRefusesWithNakAndSilenceIsReported) {
+  Start({QStringLiteral("--fault"), QStringLiteral("nak")});
+  Show(Tab::Eeprom);
+  ExpectMessage("Fehler beim EEPROM");
+  driver->Click(Q("cmdSetConfig"));
+  simulator->Command(Q("fault silent"));
+  ExpectMessage("keine Reaktion /  cmdSetConfig");
+  driver->Click(Q("cmdSetConfig"));
+}
+
+TEST_F(LiveTest, EchoOfTheBusIsNotTakenForAnAnswer) {
+  Start({QStringLiteral("--echo"), QStringLiteral("line")});
+  Show(Tab::Status);
+  for (int i = 0; i < 5; ++i) {
+    driver->Click(Q("cmdGetAdresse"));
+    EXPECT_EQ(driver->Text(Q("txtAdresse")), Q("0"));
+    Show(Tab::Eeprom);
+    driver->Click(Q("cmdSetConfig"));
+    driver->Click(Q("cmdGetFreeBytes"));
+    EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
+    Show(Tab::Status);
+  }
+}
+
+TEST_F(LiveTest, BothEndsChangeTheirRateAndStillUnderstandEachOther) {
+  Start();
+  Show(Tab::Interfaces);
+  for (const char* rate : {"1200", "14400"}) {
+    driver->Choose(Q("cboCom_0"), Q(rate));
+    ExpectMessage("Terminalschnittstelle erfolgreich umgestellt");
+    ExpectMessage("PC-Schnittstelle erfolgreich umgestellt");
+    driver->Click(Q("cmdSetCom1"));
+    Show(Tab::Eeprom);
+    driver->Click(Q("cmdGetFreeBytes"));
+    EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000) << rate;
+    Show(Tab::Interfaces);
+  }
+}
+
+TEST_F(LiveTest, UnpluggedDeviceIsNoticedSaidOnceAndChosenAgain) {
+  Start();
+  Show(Tab::Interfaces);
+  const std::clock_t before = std::clock();
+  int messages = 0;
+  driver->OnDialog([&](QDialog& dialog) {
+    ++messages;
+    dialog.reject();
+  });
+  simulator->Command(Q("unplug"));
+  driver->Until(Q("lost line"), [&] { return messages > 0; });
+  EXPECT_FALSE(program.Port().IsOpen());
+  EXPECT_EQ(driver->Find<QComboBox>(Q("cboCom_13")).currentText(), Q("(keine)"));
+  // Not a busy loop: noticing it took next to no processor time.
+  EXPECT_LT(static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, 1.0);
+  simulator->Command(Q("plug"));
+  driver->Choose(Q("cboCom_13"), Q("Com 6"));
+  EXPECT_TRUE(program.Port().IsOpen());
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
+}
+
+TEST_F(LiveTest, DeviceThatGoesAwayEndsAWaitAtOnce) {
+  Start({QStringLiteral("--version"), QStringLiteral("1.0")});
+  Show(Tab::Eeprom);
+  driver->OnDialog([&](QDialog& dialog) { WindowDriver::Press(dialog, Q("Ja")); });
+  // The erase of an old Terminal may take 30 seconds; the device goes away in its middle.
+  QTimer::singleShot(300, driver.get(), [this] { simulator->Command(Q("unplug")); });
+  driver->OnDialog([](QDialog& dialog) { dialog.reject(); });
+  driver->OnDialog([](QDialog& dialog) { dialog.reject(); });
+  QElapsedTimer elapsed;
+  elapsed.start();
+  driver->Click(Q("cmdClearEEprom"));
+  EXPECT_LT(elapsed.elapsed(), 20000);
+  EXPECT_FALSE(program.Port().IsOpen());
+}
+
+TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {
+  Start();
+  QtEventLoop loop;
+  QtSerialPort other(loop);
+  other.SetDevices([this](int) { return program.Folder().toStdString() + "/simulator.tty"; });
+  other.SetPortNumber(6);
+  EXPECT_EQ(other.Open(), PortInUse);
+  EXPECT_TRUE(program.Port().IsOpen());
+  other.SetDevices([this](int) { return program.Folder().toStdString() + "/nothing.tty"; });
+  EXPECT_EQ(other.Open(), PortNotAvailable);
+  other.SetDevices([this](int) { return program.Folder().toStdString() + "/kelvo.mdb"; });
+  EXPECT_EQ(other.Open(), PortNotAvailable);
+  EXPECT_EQ(program.Port().Open(), PortAlreadyOpen);
+}
+
+}  // namespace
+}  // namespace kelvo
