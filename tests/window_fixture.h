@@ -103,7 +103,7 @@ class WindowTest : public testing::Test {
   testing_world::VirtualTimer tmrTimeout{loop, testing_world::milliseconds(2000), false};
   testing_world::VirtualTimer tmrRS485{loop, testing_world::milliseconds(300), true};
   testing_world::FakeOperator person;
-  testing_world::ScriptedTerminal terminal{loop, port};
+  testing_world::ScriptedTerminal terminal{port};
   std::unique_ptr<frmhaupt> window;
 };
 

@@ -19,7 +19,7 @@ struct ExchangeWorld {
   VirtualTimer tmrTimeout{loop, milliseconds(2000), true};
   VirtualTimer tmrRS485{loop, milliseconds(20), true};
   Exchange exchange{port, loop, tmrTimeout, tmrRS485};
-  ScriptedTerminal terminal{loop, port};
+  ScriptedTerminal terminal{port};
 
   bool Send(const std::string& text, Acknowledge acknowledge = Acknowledge::Wait) {
     exchange.CommandBuffer = text;

@@ -143,7 +143,7 @@ class VirtualPort : public SerialPort {
 /// A Terminal of few words: answers fixed texts to fixed commands, when the command is complete.
 class ScriptedTerminal {
  public:
-  ScriptedTerminal(VirtualLoop& loop, VirtualPort& port) : loop_(loop), port_(port) {
+  explicit ScriptedTerminal(VirtualPort& port) : port_(port) {
     port.onCharacter = [this](char c) { Receive(c); };
   }
   /// An answer takes its time on the line too, so the delay is never nothing.
@@ -162,7 +162,6 @@ class ScriptedTerminal {
     }
   }
 
-  VirtualLoop& loop_;
   VirtualPort& port_;
   std::string received_;
   std::map<std::string, std::pair<std::string, nanoseconds>> answers_;
