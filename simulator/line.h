@@ -36,6 +36,8 @@ class Line {
 
   /// The host's driver begins to send these at `now`, or behind what it has still to send.
   void FromHost(std::string_view bytes, Time now);
+  /// Characters that the host has still to send.
+  std::size_t WaitingFromHost() const { return incoming_.size(); }
   /// The host gives up what has not begun to leave.
   void DiscardFromHost(Time now);
   /// Lets time pass up to `now` and returns what has reached the host by then.

@@ -60,17 +60,11 @@ Pty::Pty() : master_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
 }
 
 Pty::Received Pty::Read() {
-  Received received;
   std::array<char, 4096> packet;
-  for (;;) {
-    const ssize_t count = read(master_.Get(), packet.data(), packet.size());
-    if (count <= 0) return received;
-    if (packet[0] == TIOCPKT_DATA) {
-      received.bytes.append(packet.data() + 1, static_cast<std::size_t>(count - 1));
-    } else if ((packet[0] & TIOCPKT_FLUSHWRITE) != 0) {
-      received = {{}, true};
-    }
-  }
+  const ssize_t count = read(master_.Get(), packet.data(), packet.size());
+  if (count <= 0) return {};
+  if (packet[0] != TIOCPKT_DATA) return {{}, (packet[0] & TIOCPKT_FLUSHWRITE) != 0};
+  return {std::string(packet.data() + 1, static_cast<std::size_t>(count - 1)), false};
 }
 
 void Pty::Write(std::string_view bytes) {

@@ -40,7 +40,7 @@ class Pty {
     /// The host has given up what it had sent before `bytes`, as far as it has not left yet.
     bool discarded = false;
   };
-  /// What the host has sent since; empty when that is nothing.
+  /// The next piece of what the host has sent; empty when that is nothing.
   Received Read();
   /// What the host does not take in time is lost, as on a wire.
   void Write(std::string_view bytes);

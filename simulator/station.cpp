@@ -13,6 +13,13 @@
 #include <system_error>
 
 namespace kelvo::sim {
+namespace {
+
+// All that the host writes is taken off the pty at once, because what the kernel holds back there
+// does not always go away when the host gives it up. The limit only bounds the memory.
+constexpr std::size_t kReadAhead = 1024 * 1024;
+
+}  // namespace
 
 Time Station::Now() { return std::chrono::steady_clock::now().time_since_epoch(); }
 
@@ -96,11 +103,12 @@ void Station::Pass() {
 }
 
 void Station::Wait(bool& readable) {
-  std::array<pollfd, 2> handles = {{{wake_.Get(), POLLIN, 0}, {-1, POLLIN, 0}}};
+  std::array<pollfd, 2> handles = {{{wake_.Get(), POLLIN, 0}, {-1, POLLPRI, 0}}};
   std::optional<Time> next;
   {
     const std::lock_guard lock(mutex_);
     if (pty_) handles[1].fd = pty_->Get();
+    if (line_.WaitingFromHost() < kReadAhead) handles[1].events |= POLLIN;
     next = line_.NextEvent();
   }
   // The span is worked out anew from an absolute time each round, so lateness never adds up.
