@@ -30,7 +30,7 @@ unsigned char Resampled(unsigned char byte, int senderBaud, int receiverBaud) {
   int received = 0;
   for (int bit = 0; bit < 8; ++bit) {
     // The middle of the receiver's data bit, in bits of the sender.
-    const std::int64_t position = (2 * bit + 3) * std::int64_t{senderBaud} / (2 * receiverBaud);
+    const std::int64_t position = (2 * bit + 3) * std::int64_t{senderBaud} / 2 / receiverBaud;
     received |= bitOfSender(position) << bit;
   }
   return static_cast<unsigned char>(received);

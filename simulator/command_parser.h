@@ -37,7 +37,7 @@ class CommandParser {
   };
 
   /// A command's text beyond this is dropped; more than any EEPROM and any picture holds.
-  static constexpr std::size_t kMaxParameters = 256 * 1024;
+  static constexpr std::size_t kMaxParameters = 1 << 18;
 
   /// The handler may feed further bytes (a macro's) from within OnCommand.
   void Feed(unsigned char byte, Handler& handler);

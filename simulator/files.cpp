@@ -32,7 +32,7 @@ EepromFile LoadEeprom(const std::string& path, Eeprom& eeprom) {
   if (!std::filesystem::is_regular_file(path, error)) return EepromFile::Damaged;
   std::ifstream file(path, std::ios::binary);
   // Somewhat more than the largest EEPROM; a longer file is none.
-  std::string bytes(2 * Eeprom::kMaxCapacity, '\0');
+  std::string bytes(std::size_t{2} * Eeprom::kMaxCapacity, '\0');
   file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   bytes.resize(static_cast<std::size_t>(file.gcount()));
   return eeprom.Load(bytes) ? EepromFile::Loaded : EepromFile::Damaged;

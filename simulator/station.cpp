@@ -17,7 +17,7 @@ namespace {
 
 // All that the host writes is taken off the pty at once, because what the kernel holds back there
 // does not always go away when the host gives it up. The limit only bounds the memory.
-constexpr std::size_t kReadAhead = 1024 * 1024;
+constexpr std::size_t kReadAhead = 1 << 20;
 
 }  // namespace
 

@@ -235,7 +235,7 @@ std::optional<std::string> Terminal::Answer(Command query) const {
     default:
       break;
   }
-  if (const auto answer = screen_.Answer(query)) return answer;
+  if (auto answer = screen_.Answer(query)) return answer;
   return keyboards_.Answer(query);
 }
 
