@@ -23,3 +23,7 @@ kelvo_test(simulator_process_test
 target_compile_definitions(simulator_process_test PRIVATE
   KELVO_SIMULATOR="$<TARGET_FILE:kelvo-simulator>")
 add_dependencies(simulator_process_test kelvo-simulator)
+
+kelvo_test(simulator_window_test QT
+  SOURCES simulator_window_test.cpp
+  LINK kelvo_simulator_window)

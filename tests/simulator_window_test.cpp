@@ -1,0 +1,152 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <QAbstractItemModel>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <filesystem>
+
+#include "simulator/window.h"
+
+namespace kelvo::sim {
+namespace {
+
+const std::string Esc = "\x1B";
+constexpr int kPatience = 20'000;  // ms; only a broken program needs it
+
+/// A window on a station whose line nobody serves: the test is the only one who acts.
+class SimulatorWindowTest : public ::testing::Test {
+ protected:
+  SimulatorWindowTest() {
+    station.Wire().SetPaced(false);
+    terminal.PowerOn(Station::Now());
+    window.Refresh();
+  }
+  template <typename Control>
+  Control& Named(const char* name) {
+    auto* control = window.findChild<Control*>(QString::fromLatin1(name));
+    if (control == nullptr) throw std::runtime_error(name);
+    return *control;
+  }
+  /// The Terminal receives this, and the window shows what has come of it.
+  void Send(const std::string& bytes) {
+    for (const char byte : bytes) {
+      terminal.Receive(static_cast<unsigned char>(byte), Station::Now());
+    }
+    window.Refresh();
+  }
+  /// What the host hears until a character `last`, or as far as it comes.
+  std::string HeardUntil(char last) {
+    station.With([](Bus&, Line&, Time) {});
+    const Handle host(open(port.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    std::string heard;
+    pollfd handle{host.Get(), POLLIN, 0};
+    while (!heard.ends_with(last) && poll(&handle, 1, kPatience) > 0) {
+      char byte = 0;
+      if (read(host.Get(), &byte, 1) != 1) break;
+      heard += byte;
+    }
+    return heard;
+  }
+  void Type(int key, const QString& text) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(&Named<QWidget>("display"), &press);
+  }
+
+  QTemporaryDir folder;
+  std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
+  Station station{port, DeviceFonts()};
+  Terminal& terminal = *station.Add({});
+  SimulatorWindow window{station, port};
+};
+
+TEST_F(SimulatorWindowTest, SettingsReachTheTerminal) {
+  Named<QLineEdit>("txtVersion").setText(QStringLiteral("1.9"));
+  Q_EMIT Named<QLineEdit>("txtVersion").editingFinished();
+  Named<QCheckBox>("chkFlash").setChecked(false);
+  Named<QSpinBox>("txtAddress").setValue(7);
+  Named<QComboBox>("cboEcho").setCurrentIndex(1);
+  Named<QComboBox>("cboFault").setCurrentIndex(4);
+  EXPECT_EQ(terminal.Setup().version, "1.9");
+  EXPECT_FALSE(terminal.Setup().flash);
+  EXPECT_EQ(terminal.Setup().address, 7);
+  EXPECT_TRUE(terminal.Setup().echoQueries);
+  EXPECT_EQ(terminal.Setup().fault, Fault::Late);
+  Named<QComboBox>("cboEcho").setCurrentIndex(2);
+  EXPECT_TRUE(station.Wire().Echo());
+  EXPECT_FALSE(terminal.Setup().echoQueries);
+
+  Named<QComboBox>("cboFault").setCurrentIndex(6);
+  EXPECT_FALSE(std::filesystem::exists(port)) << "the adapter is pulled out";
+  Named<QComboBox>("cboFault").setCurrentIndex(0);
+  EXPECT_TRUE(std::filesystem::exists(port));
+  EXPECT_EQ(terminal.Setup().fault, Fault::None);
+}
+
+TEST_F(SimulatorWindowTest, SettingsFollowTheTerminal) {
+  terminal.SetVersion("3.1", true);
+  terminal.SetFault(Fault::Nak);
+  window.Refresh();
+  EXPECT_EQ(Named<QLineEdit>("txtVersion").text(), QStringLiteral("3.1"));
+  EXPECT_EQ(Named<QComboBox>("cboFault").currentIndex(), 2);
+  // What is no version is not taken over.
+  Named<QLineEdit>("txtVersion").setText(QStringLiteral("a;"));
+  Q_EMIT Named<QLineEdit>("txtVersion").editingFinished();
+  EXPECT_EQ(terminal.Setup().version, "3.1");
+}
+
+TEST_F(SimulatorWindowTest, PortsAreLampsAndSwitches) {
+  Named<QCheckBox>("chkP1_7").setChecked(true);
+  Named<QCheckBox>("chkP1_0").setChecked(true);
+  EXPECT_EQ(terminal.P1(), 129);
+  Send(Esc + "!P9;");
+  for (int line = 0; line < 8; ++line) {
+    const std::string name = "lampP0_" + std::to_string(line);
+    const bool on = line == 0 || line == 3;
+    EXPECT_EQ(Named<QWidget>(name.c_str()).accessibleName().endsWith(QStringLiteral("ein")), on);
+  }
+}
+
+TEST_F(SimulatorWindowTest, KeysAndTypingAreSent) {
+  EXPECT_FALSE(Named<QToolButton>("cmdKey_1_2").isEnabled());
+  Send(Esc + "EWK3,80,31,32,33;" + Esc + "EMK3;" + Esc + "ME");
+  EXPECT_EQ(HeardUntil('\x06'), "\x06");
+  EXPECT_EQ(Named<QToolButton>("cmdKey_0_2").text(), QStringLiteral("3"));
+  Named<QToolButton>("cmdKey_0_2").click();
+  Named<QToolButton>("cmdKey_1_2").click();
+  EXPECT_EQ(HeardUntil('\x92'), "3\x92");
+  Type(Qt::Key_A, QStringLiteral("a"));
+  Type(Qt::Key_Return, QStringLiteral("\r"));
+  Type(Qt::Key_unknown, QStringLiteral("ü"));
+  Type(Qt::Key_unknown, QStringLiteral("€"));  // no character of the Terminal
+  Type(Qt::Key_Z, QStringLiteral("z"));
+  EXPECT_EQ(HeardUntil('z'), "a\r\xFCz");
+}
+
+TEST_F(SimulatorWindowTest, PowerAndMemoryAreShown) {
+  Send(Esc + "EWM7,abc\x03");
+  EXPECT_EQ(Named<QProgressBar>("barEeprom").value(), 7);
+  const QAbstractItemModel& log = *Named<QListView>("lstCommands").model();
+  const QString last = log.data(log.index(log.rowCount() - 1, 0)).toString();
+  EXPECT_TRUE(last.startsWith(QStringLiteral("<ESC>EWM7,abc"))) << last.toStdString();
+  Named<QPushButton>("cmdPower").click();
+  EXPECT_FALSE(terminal.Powered());
+  window.Refresh();
+  EXPECT_FALSE(Named<QPushButton>("cmdReset").isEnabled());
+  Named<QPushButton>("cmdPower").click();
+  EXPECT_TRUE(terminal.Powered());
+}
+
+}  // namespace
+}  // namespace kelvo::sim
