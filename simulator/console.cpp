@@ -93,13 +93,7 @@ std::string SendFromInterface2(const Context& c) {
 std::string Power(const Context& c) {
   bool on = false;
   if (!ReadSwitch(c.Word(0), on)) return Result(false);
-  c.station.With([on](Bus& bus, Line&, Time now) {
-    if (on) {
-      bus.At(0).PowerOn(now);
-    } else {
-      bus.At(0).PowerOff();
-    }
-  });
+  c.station.With([on](Bus& bus, Line&, Time now) { bus.At(0).SetPower(on, now); });
   return kOk;
 }
 

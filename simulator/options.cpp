@@ -1,7 +1,6 @@
 #include "simulator/options.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <utility>
 
@@ -22,9 +21,10 @@ bool ReadSize(std::string_view text, int& width, int& height) {
 }
 
 bool ReadBaud(std::string_view text, int& baud) {
-  static constexpr std::array kRates = {1200, 2400, 4800, 9600, 14400, 19200};
-  return ReadNumber(text, 1200, 19200, baud) &&
-         std::find(kRates.begin(), kRates.end(), baud) != kRates.end();
+  int number = 0;
+  if (!ReadNumber(text, 1200, 19200, number) || !IsRate(number)) return false;
+  baud = number;
+  return true;
 }
 
 bool ReadPath(std::string_view text, std::string& path) {

@@ -17,6 +17,11 @@ constexpr int kAllAddresses = 255;
 
 }  // namespace
 
+bool IsRate(int baud) {
+  static constexpr std::array kRates = {1200, 2400, 4800, 9600, 14400, 19200};
+  return std::find(kRates.begin(), kRates.end(), baud) != kRates.end();
+}
+
 Terminal::Terminal(TerminalSetup setup, const DeviceFonts& fonts)
     : setup_(std::move(setup)),
       eeprom_(setup_.eepromBytes),
@@ -29,6 +34,14 @@ void Terminal::PowerOn(Time now) {
   now_ = now;
   powered_ = true;
   Restart(false);
+}
+
+void Terminal::SetPower(bool on, Time now) {
+  if (on) {
+    PowerOn(now);
+  } else {
+    PowerOff();
+  }
 }
 
 void Terminal::PowerOff() {
@@ -261,9 +274,8 @@ void Terminal::SetResolution(const Parameters& parameters) {
 
 // A rate that the hardware does not have leaves everything as it was.
 void Terminal::SetInterface(InterfaceSettings& settings, const Parameters& parameters) {
-  static constexpr std::array kRates = {1200, 2400, 4800, 9600, 14400, 19200};
   const int baud = parameters.Number(0);
-  if (std::find(kRates.begin(), kRates.end(), baud) == kRates.end()) return;
+  if (!IsRate(baud)) return;
   settings.baud = baud;
   settings.parity = std::clamp(parameters.Number(1), 0, 3);
   settings.bits = parameters.Number(2) == 7 ? 7 : 8;

@@ -41,6 +41,9 @@ struct TerminalSetup {
   int baud = 19200;  ///< as long as no other rate is stored
 };
 
+/// Whether the Terminal's interfaces have this rate, in bits a second.
+bool IsRate(int baud);
+
 /// The settings of one serial interface, numbered as in the commands.
 struct InterfaceSettings {
   int baud = 19200;
@@ -65,6 +68,7 @@ class Terminal : private CommandParser::Handler {
   /// Takes the stored configuration and runs macro 0.
   void PowerOn(Time now);
   void PowerOff();
+  void SetPower(bool on, Time now);
   bool Powered() const { return powered_; }
 
   /// A character whose stop bit has just passed.

@@ -301,13 +301,7 @@ void SimulatorWindow::hideEvent(QHideEvent* event) {
 // ---- operating ----
 
 void SimulatorWindow::SetPower(bool on) {
-  station_.With([on](Bus& bus, Line&, Time now) {
-    if (on) {
-      bus.At(0).PowerOn(now);
-    } else {
-      bus.At(0).PowerOff();
-    }
-  });
+  station_.With([on](Bus& bus, Line&, Time now) { bus.At(0).SetPower(on, now); });
   Q_EMIT Operated();
 }
 
