@@ -43,11 +43,12 @@ int main(int argc, char** argv) {
   if (options.eepromFile.empty()) options.eepromFile = ProgramFolder() + "/simulator.eeprom";
 
   const Handle signalHandle = TakeSignals();
+  int nameOnly = 1;  // Qt would take "--display" for its own
   std::unique_ptr<QCoreApplication> application;
   if (options.window) {
-    application = std::make_unique<QApplication>(argc, argv);
+    application = std::make_unique<QApplication>(nameOnly, argv);
   } else {
-    application = std::make_unique<QCoreApplication>(argc, argv);
+    application = std::make_unique<QCoreApplication>(nameOnly, argv);
   }
   try {
     Program program(options, signalHandle.Get());
