@@ -57,6 +57,7 @@ void Station::Unplug() {
     const std::lock_guard lock(mutex_);
     link_.reset();
     pty_.reset();
+    line_.DiscardFromHost(Now());  // it was in the adapter
   }
   Wake();
 }
