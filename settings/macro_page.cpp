@@ -181,7 +181,7 @@ bool MacroPage::StoreName(const std::string& proposed, std::string& name) {
 }
 
 bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, double number,
-                          std::string proposedName) {
+                          const std::string& proposedName) {
   Recordset& macros = services_.macros;
   const std::int64_t edited = macros.Bookmark();
   std::string name;

@@ -50,7 +50,7 @@ class MacroPage : public QWidget {
   /// none in the Terminal. Overwrites a record of that name only after a Yes. False when the
   /// operator gave up.
   bool SaveMakro(const std::string& typ, const std::string& wire, double number,
-                 std::string proposedName);
+                 const std::string& proposedName);
   /// Saves what the editor holds.
   void SaveShown();
   /// Appends an empty record and shows it.

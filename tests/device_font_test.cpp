@@ -133,8 +133,9 @@ TEST_F(BuiltFonts, HoldLatin1AndItsBoldFaces) {
     }
   }
   for (int font = 0; font <= 3; ++font) {
-    for (const unsigned char letter : {'A', 'g', '8', '\xe4'}) {
-      EXPECT_GT(Blackness(font + 5, letter), Blackness(font, letter));
+    for (const int letter : {0x41, 0x67, 0x38, 0xE4}) {
+      const auto code = static_cast<unsigned char>(letter);
+      EXPECT_GT(Blackness(font + 5, code), Blackness(font, code));
     }
   }
 }

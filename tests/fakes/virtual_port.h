@@ -146,8 +146,8 @@ class ScriptedTerminal {
   explicit ScriptedTerminal(VirtualPort& port) : port_(port) {
     port.onCharacter = [this](char c) { Receive(c); };
   }
-  /// An answer takes its time on the line too, so the delay is never nothing.
-  /// Answers `reply` whenever the received text ends in `command`, `delay` later.
+  /// Answers `reply` whenever the received text ends in `command`, `delay` later; an answer takes
+  /// its time on the line too, so that is never nothing.
   void Answer(const std::string& command, const std::string& reply,
               nanoseconds delay = milliseconds(1)) {
     answers_[command] = {reply, delay};

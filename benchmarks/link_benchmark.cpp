@@ -1,0 +1,210 @@
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <atomic>
+#include <ctime>
+#include <thread>
+
+#include "link/exchange.h"
+#include "shell/qt_event_loop.h"
+#include "shell/qt_serial_port.h"
+#include "tour/simulator_process.h"
+
+// How much of the line's time the exchange itself takes. Speeds are told as ratios, because the
+// machine's own speed is not this program's.
+
+namespace kelvo {
+namespace {
+
+constexpr std::string_view command =
+    "\x1b"
+    "EWC";
+
+// Answers the last letter of the command with ACK, at once: the other end of an unpaced pseudo-terminal.
+class Responder {
+ public:
+  Responder() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+    grantpt(master_);
+    unlockpt(master_);
+    termios raw{};
+    tcgetattr(master_, &raw);
+    cfmakeraw(&raw);
+    tcsetattr(master_, TCSANOW, &raw);
+    slave_ = open(Path().c_str(), O_RDWR | O_NOCTTY);
+    thread_ = std::thread([this] { Serve(); });
+  }
+  ~Responder() {
+    stop_ = true;
+    thread_.join();
+    close(slave_);
+    close(master_);
+  }
+  std::string Path() const { return ptsname(master_); }
+
+ private:
+  void Serve() {
+    while (!stop_) {
+      pollfd entry{master_, POLLIN, 0};
+      if (poll(&entry, 1, 50) <= 0) continue;
+      char buffer[256];
+      const ssize_t count = read(master_, buffer, sizeof buffer);
+      if (count <= 0) continue;
+      const bool complete = buffer[count - 1] == command.back();
+      if (complete && write(master_, "\x06", 1) != 1) return;
+    }
+  }
+
+  int master_;
+  int slave_;
+  std::atomic<bool> stop_ = false;
+  std::thread thread_;
+};
+
+// The exchange over the real port and event loop, as the program puts it together.
+struct Host {
+  Host(std::string device, const std::string& settings) {
+    com1.SetDevices([device](int) { return device; });
+    com1.SetPortNumber(1);
+    if (com1.Open() != PortOk) throw std::runtime_error("cannot open " + device);
+    com1.SetInputLen(1);
+    com1.SetUp(settings, Handshaking::XOnXOff);
+    com1.SetReceiveThreshold(1);
+    tmrTimeout.SetHandler([this] { exchange.tmrTimeout_Timer(); });
+    tmrRS485.SetHandler([this] { exchange.tmrRS485_Timer(); });
+  }
+  bool Send(std::string_view text) {
+    exchange.CommandBuffer = text;
+    return exchange.SendString(exchange.CommandBuffer, Pending::Keep, Acknowledge::Wait);
+  }
+
+  QtEventLoop loop;
+  QtTimer tmrTimeout{loop, std::chrono::milliseconds(2000), true};
+  QtTimer tmrRS485{loop, std::chrono::milliseconds(20), true, QtTimer::Ticks::OnDemand};
+  QtSerialPort com1{loop};
+  Exchange exchange{com1, loop, tmrTimeout, tmrRS485};
+};
+
+void BareRoundTrip(benchmark::State& state) {
+  Responder responder;
+  const int handle = open(responder.Path().c_str(), O_RDWR | O_NOCTTY);
+  for (auto _ : state) {
+    char answer = 0;
+    if (write(handle, command.data(), command.size()) < 0 || read(handle, &answer, 1) != 1) {
+      state.SkipWithError("no answer");
+      break;
+    }
+  }
+  close(handle);
+}
+BENCHMARK(BareRoundTrip)->UseRealTime();
+
+// At 4 Mbit/s the line's own time for the four characters is 10 µs.
+void ExchangeRoundTrip(benchmark::State& state) {
+  Responder responder;
+  Host host(responder.Path(), "4000000,N,8,1");
+  for (auto _ : state) {
+    if (host.Send(command)) {
+      state.SkipWithError("no acknowledge");
+      break;
+    }
+  }
+}
+BENCHMARK(ExchangeRoundTrip)->UseRealTime();
+
+// A program folder with the simulator in it, its EEPROM file and port apart from an operator's own.
+class SimulatedFolder {
+ public:
+  SimulatedFolder() {
+    const QString program = QStringLiteral(KELVO_PROGRAM_DIR "/");
+    QFile::copy(program + QStringLiteral("kelvo-simulator"),
+                folder_.filePath(QStringLiteral("kelvo-simulator")));
+    QFile::link(program + QStringLiteral("fonts"), folder_.filePath(QStringLiteral("fonts")));
+  }
+  QString Path() const { return folder_.path(); }
+
+ private:
+  QTemporaryDir folder_;
+};
+
+// The share of the line rate that a stream of acknowledged 64-byte commands reaches.
+void ShareOfLineRate(benchmark::State& state) {
+  const SimulatedFolder folder;
+  const QString baud = QString::number(state.range(0));
+  SimulatorProcess simulator(folder.Path(), {QStringLiteral("--baud"), baud});
+  Host host(folder.Path().toStdString() + "/simulator.tty", baud.toStdString() + ",N,8,1");
+  const std::string macro =
+      "\x1b"
+      "EWM7," +
+      std::string(57, 'x') + "\x03";
+  const double ideal =
+      10.0 * (static_cast<double>(macro.size()) + 1) / static_cast<double>(state.range(0));
+  double seconds = 0;
+  for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    if (host.Send(macro)) {
+      state.SkipWithError("no acknowledge");
+      break;
+    }
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    state.SetIterationTime(taken.count());
+    seconds += taken.count();
+  }
+  state.counters["share_%"] = 100 * ideal * static_cast<double>(state.iterations()) / seconds;
+}
+BENCHMARK(ShareOfLineRate)
+    ->Arg(1200)
+    ->Arg(9600)
+    ->Arg(19200)
+    ->UseManualTime()
+    ->MinTime(8)
+    ->Unit(benchmark::kMillisecond);
+
+// Waiting for an answer that does not come: how late the time-out is, and what it costs.
+void Waiting(benchmark::State& state) {
+  Responder responder;
+  Host host(responder.Path(), "19200,N,8,1");
+  const std::chrono::milliseconds interval(state.range(0));
+  host.exchange.SetReplyTimeout(interval);
+  double latest = 0;
+  double earliest = 1e9;
+  const std::clock_t processor = std::clock();
+  double seconds = 0;
+  for (auto _ : state) {
+    std::string reply;
+    host.exchange.RestartTimeout();
+    const auto start = std::chrono::steady_clock::now();
+    // Without a pause behind it, so that only the time-out itself is measured.
+    host.Send("x");
+    const std::chrono::duration<double, std::milli> taken =
+        std::chrono::steady_clock::now() - start;
+    const double late = taken.count() - static_cast<double>(interval.count()) - 10 / 19.2;
+    latest = std::max(latest, late);
+    earliest = std::min(earliest, late);
+    seconds += taken.count() / 1000;
+  }
+  state.counters["latest_ms"] = latest;
+  state.counters["earliest_ms"] = earliest;
+  state.counters["processor_%"] =
+      100 * static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC / seconds;
+}
+BENCHMARK(Waiting)->Arg(100)->Iterations(40)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Waiting)->Arg(10000)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace kelvo
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
