@@ -28,7 +28,8 @@ constexpr std::string_view command =
     "\x1b"
     "EWC";
 
-// Answers the last letter of the command with ACK, at once: the other end of an unpaced pseudo-terminal.
+// Answers the last letter of the command with ACK, at once: the other end of an unpaced
+// pseudo-terminal.
 class Responder {
  public:
   Responder() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {

@@ -158,11 +158,10 @@ void frmhaupt::ShowFirstTab() {
   if (!data_.Optionen.YesNo("FirstRun")) return SetTab(Tab::Drawing);
   SetTab(Tab::Welcome);
   helpFile_ = outside_.programFolder + "/" + helpName;
-  Guarded(outside_.person, "FirstRun", [this] {
-    data_.Optionen.Edit();
-    data_.Optionen.Set("FirstRun", std::int64_t{0});
-    data_.Optionen.Update();
-  });
+  if (data_.database.ReadOnly()) return;  // said at the first paint, once
+  data_.Optionen.Edit();
+  data_.Optionen.Set("FirstRun", std::int64_t{0});
+  data_.Optionen.Update();
 }
 
 void frmhaupt::paintEvent(QPaintEvent* event) {

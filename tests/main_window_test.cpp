@@ -64,6 +64,20 @@ TEST_F(MainWindowTest, DatabaseThatCannotBeUsedIsNamed) {
   EXPECT_THROW(Start(), StoreError);
 }
 
+TEST_F(MainWindowTest, WriteProtectedDatabaseIsSaidOnceAndThePortStillOpens) {
+  std::filesystem::permissions(folder.Path("kelvo.mdb"), std::filesystem::perms::owner_read);
+  std::vector<std::string> shown;
+  person.duringMessage = [&] { shown.push_back(person.LastMessage()); };
+  Start();
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_NE(shown[0].find("schreibgeschützt"), std::string::npos);
+  EXPECT_NE(shown[0].find(folder.Path("kelvo.mdb")), std::string::npos);
+  Choose("cboCom_13", "Com 2");
+  EXPECT_EQ(shown.size(), 2u);
+  EXPECT_EQ(port.number, 2);
+  EXPECT_TRUE(port.IsOpen());
+}
+
 TEST_F(MainWindowTest, OptionsAreStoredWhenTheyAreToggled) {
   Start();
   const std::pair<const char*, const char*> options[] = {
