@@ -224,7 +224,8 @@ void InterfacePage::StoreChoice(ComList list) {
 }
 
 void InterfacePage::cboCom_Click(ComList list) {
-  StoreChoice(list);
+  // A choice that cannot be stored still holds for this run.
+  Guarded(services_.person, "cboCom", [&] { StoreChoice(list); });
   if (list != ComPortNr) return;
   DescribePort();
   if (cboCom[ComPortNr]->currentIndex() == NoPortPosition) {
