@@ -1,0 +1,78 @@
+#include "keyboards/at_table.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "keyboards/key_codes.h"
+#include "link/control_characters.h"
+#include "link/val.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int lastCode = 255;
+
+// Two characters at most are read of each code.
+int CodeOf(std::string_view field) { return RoundToEven(HexField(field.substr(0, 2))); }
+
+}  // namespace
+
+void EnterPair(AtPairs& pairs, AtPair pair) {
+  const auto same = std::find_if(pairs.begin(), pairs.end(),
+                                 [&](const AtPair& row) { return row.oldCode == pair.oldCode; });
+  if (same != pairs.end()) {
+    same->newCode = pair.newCode;
+  } else {
+    pairs.push_back(pair);
+  }
+}
+
+AtPairs OrderingPass(const AtPairs& pairs) {
+  const auto at = [&pairs](std::size_t row) -> const AtPair& { return pairs[row - 1]; };
+  AtPairs sorted;
+  // Rows count from 1 here; a code is compared with the row number m, deliberately.
+  for (std::size_t i = 1; i <= pairs.size(); ++i) {
+    std::size_t m = i;
+    for (std::size_t j = i + 1; j <= pairs.size(); ++j) {
+      if (at(j).oldCode < static_cast<int>(m)) m = j;
+    }
+    sorted.push_back(at(m));
+  }
+  return sorted;
+}
+
+AtPairs SortedPairs(AtPairs pairs) {
+  std::stable_sort(pairs.begin(), pairs.end(),
+                   [](const AtPair& a, const AtPair& b) { return a.oldCode < b.oldCode; });
+  return pairs;
+}
+
+bool SentAsShown(const AtPairs& pairs) {
+  return pairs.empty() || CreateATTab(0, pairs) == CreateATTab(0, SortedPairs(pairs));
+}
+
+std::string CreateATTab(double number, const AtPairs& pairs) {
+  if (pairs.empty()) throw std::runtime_error("Die Tabelle ist leer");
+  const AtPairs sorted = OrderingPass(pairs);
+  std::string command = TableHead(number, sorted.front().oldCode);
+  std::size_t next = 0;
+  for (int code = sorted.front().oldCode; code <= sorted.back().oldCode; ++code) {
+    const bool recoded = next < sorted.size() && sorted[next].oldCode == code;
+    command += "," + HexCode(recoded ? sorted[next++].newCode : code);
+  }
+  return command.append(EndMark);
+}
+
+AtPairs ReadATTab(std::string_view command) {
+  const auto fields = TableFields(command);
+  AtPairs pairs;
+  if (fields.size() < 2) return pairs;
+  int code = CodeOf(fields[1]);
+  for (std::size_t field = 2; field < fields.size() && code <= lastCode; ++field, ++code) {
+    const int newCode = CodeOf(fields[field]);
+    if (newCode != code) pairs.push_back({code, newCode});
+  }
+  return pairs;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,1 @@
+kelvo_test(keyboard_tables_test SOURCES keyboard_tables_test.cpp LINK kelvo_keyboards)
