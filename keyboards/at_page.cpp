@@ -1,0 +1,287 @@
+#include "keyboards/at_page.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableView>
+
+#include "keyboards/at_list.h"
+#include "keyboards/key_codes.h"
+#include "link/guard.h"
+#include "link/val.h"
+#include "link/wire_text.h"
+#include "settings/eeprom.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+namespace {
+
+enum InnerPage { TestPage, LearnPage };
+
+// A test of the keyboard needs no more than this.
+constexpr std::size_t klartextKept = 2000;
+
+}  // namespace
+
+AtPage::Edit AtPage::OnScreen() const { return {list_->Pairs(), txtATTastNr->Wire()}; }
+
+void AtPage::Show(const Edit& edit) {
+  showing_ = true;
+  txtATTastNr->SetWire(edit.number);
+  list_->SetPairs(edit.pairs);
+  showing_ = false;
+}
+
+// A record that was never saved has no table: the list stays as it is then.
+void AtPage::DisplayATTab(std::optional<std::string> table) {
+  if (!table) table = tables_->Wert();
+  if (table) Show({ReadATTab(*table), txtATTastNr->Wire()});
+}
+
+void AtPage::ShowRecord() {
+  const Edit* const draft = drafts_->Current();
+  cmdATVerwerfen->setEnabled(draft != nullptr);
+  if (draft != nullptr) return Show(Edit(*draft));
+  Show({tables_->Current() == 0 ? AtPairs() : list_->Pairs(), tables_->NumberField()});
+  DisplayATTab();
+  drafts_->Begin(OnScreen());
+}
+
+void AtPage::Edited() {
+  ShowOrder();
+  if (showing_) return;
+  drafts_->Note(OnScreen());
+  cmdATVerwerfen->setEnabled(drafts_->Current() != nullptr);
+}
+
+// Sending asks nothing, so it must be plain beforehand that the Terminal gets something else.
+void AtPage::ShowOrder() {
+  const bool asShown = SentAsShown(list_->Pairs());
+  lblATHinweis->setHidden(asShown);
+  cmdATSortieren->setEnabled(!asShown);
+}
+
+void AtPage::SelectFirst() {
+  tables_->SelectFirst();
+  ShowRecord();
+}
+
+void AtPage::Shown() {
+  klartext_.clear();
+  lblATKlartext->clear();
+  const std::int64_t current = tables_->Current();
+  tables_->Refresh();
+  drafts_->Refreshed();
+  if (tables_->Current() != current) ShowRecord();
+}
+
+void AtPage::Left() {
+  LearnStopFlag = true;
+  cmdATTab->setCurrentIndex(TestPage);
+}
+
+void AtPage::cboATTabBez_Click() {
+  tables_->SelectChosen();
+  ShowRecord();
+}
+
+void AtPage::cmdATVerwerfen_Click() {
+  const Edit before = drafts_->Before();
+  Show(before);
+  drafts_->Begin(before);
+  cmdATVerwerfen->setEnabled(false);
+}
+
+void AtPage::NewATTab() {
+  LearnStopFlag = true;
+  drafts_->Drop(0);
+  tables_->AddNew();
+  const Edit empty{{}, tables_->NumberField()};
+  Show(empty);
+  drafts_->Begin(empty);
+  cmdATVerwerfen->setEnabled(false);
+}
+
+void AtPage::SaveATTab() {
+  LearnStopFlag = true;
+  const Edit edit = OnScreen();
+  const std::int64_t edited = tables_->Current();
+  const auto command = TableText(edit);
+  if (!command || !tables_->Save({0, 0, Val(edit.number), *command})) return;
+  drafts_->Drop(edited);
+  const Edit saved{edit.pairs, tables_->NumberField()};
+  Show(saved);
+  drafts_->Begin(saved);
+  cmdATVerwerfen->setEnabled(false);
+}
+
+void AtPage::DeleteATTab() {
+  LearnStopFlag = true;
+  const std::int64_t deleted = tables_->Delete();
+  if (deleted == 0) return;
+  drafts_->Drop(deleted);
+  ShowRecord();
+}
+
+void AtPage::cmdATPaarEntfernen_Click() { list_->Remove(ctlATTabListe->currentIndex().row()); }
+
+void AtPage::cmdATSortieren_Click() { list_->SetPairs(SortedPairs(list_->Pairs())); }
+
+// The learn mode.
+
+void AtPage::cmdATumkodierenStart_Click() {
+  if (!services_.com1.IsOpen()) {
+    services_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
+                             Icon::Exclamation);
+    return Q_EMIT PortWanted();
+  }
+  cmdATTab->setCurrentIndex(LearnPage);
+  ShowLearning(true);
+  Guarded(services_.person, "GetATtab", [this] { GetATtab(); });
+  ShowLearning(false);
+}
+
+void AtPage::GetATtab() {
+  LearnStopFlag = false;
+  list_->SetPairs({});
+  services_.com1.SetInputLen(1);
+  // Once, and not before each pair: a key that waits while a pair is entered belongs to the next.
+  services_.com1.DiscardInput();
+  while (LearnGoesOn()) {
+    lblATalterCode->clear();
+    lblATneuerCode->clear();
+    ShowAwaited(Awaited::OldKey);
+    const std::optional<int> oldCode = AwaitKey(*lblATalterCode);
+    if (!oldCode) break;
+    ShowAwaited(Awaited::NewKey);
+    const std::optional<int> newCode = AwaitKey(*lblATneuerCode);
+    if (!newCode) break;
+    list_->Enter({*oldCode, *newCode});
+    ctlATTabListe->scrollToBottom();
+  }
+}
+
+bool AtPage::LearnGoesOn() const {
+  return !LearnStopFlag && services_.com1.IsOpen() && !services_.loop.Closing();
+}
+
+// The code of the next key, shown; nothing when the learn mode ends first.
+std::optional<int> AtPage::AwaitKey(QLabel& shown) {
+  while (LearnGoesOn() && services_.com1.InBufferCount() == 0) {
+    // No receive event may take the key away.
+    services_.com1.SetReceiveThreshold(0);
+    services_.loop.WaitForEvent();
+  }
+  if (!LearnGoesOn()) return std::nullopt;
+  const std::string key = services_.com1.Input();
+  const int code = static_cast<unsigned char>(key.at(0));
+  shown.setText(tr("%1 / %2").arg(GlyphText(key)).arg(code));
+  return code;
+}
+
+void AtPage::ShowAwaited(Awaited key) {
+  lblATalterCodePfeil->setVisible(key == Awaited::OldKey);
+  lblATneuerCodePfeil->setVisible(key == Awaited::NewKey);
+  switch (key) {
+    case Awaited::OldKey:
+      return lblATLernhinweis->setText(
+          tr("Jetzt am Terminal die Taste drücken, die geändert werden soll. Beenden mit "
+             "\"fertig\" oder Esc."));
+    case Awaited::NewKey:
+      return lblATLernhinweis->setText(
+          tr("Jetzt am Terminal die Taste drücken, die sie werden soll. \"fertig\" oder Esc trägt "
+             "dieses Paar nicht ein."));
+    case Awaited::Nothing:
+      return lblATLernhinweis->setText(
+          tr("\"beginnen\" leert die Liste; danach werden Tasten paarweise am Terminal gedrückt."));
+  }
+}
+
+// What would start an exchange, or show another table, waits until the learn mode is over.
+void AtPage::ShowLearning(bool learning) {
+  for (QWidget* other :
+       {static_cast<QWidget*>(ctlATSaetze), static_cast<QWidget*>(ctlATTerminal),
+        static_cast<QWidget*>(cmdATumkodierenStart), static_cast<QWidget*>(cmdATPaarEntfernen)}) {
+    other->setEnabled(!learning);
+  }
+  cmdATumkodierenEnde->setEnabled(learning);
+  (learning ? cmdATumkodierenEnde : cmdATumkodierenStart)->setFocus();
+  if (learning) return;
+  lblATalterCode->clear();
+  lblATneuerCode->clear();
+  ShowAwaited(Awaited::Nothing);
+}
+
+void AtPage::cmdATumkodierenEnde_Click() { LearnStopFlag = true; }
+
+void AtPage::cmdATTab_Click(int page) {
+  if (page != TestPage) return;
+  LearnStopFlag = true;
+  services_.com1.SetReceiveThreshold(1);
+}
+
+// The test field.
+
+void AtPage::ShowReceived(const std::string& received) {
+  klartext_ += received;
+  if (klartext_.size() > klartextKept) klartext_.erase(0, klartext_.size() - klartextKept);
+  lblATKlartext->setPlainText(GlyphText(klartext_));
+  lblATKlartext->moveCursor(QTextCursor::End);
+  // Decimal, although the field is called "Hex-Code"; it has always been so.
+  lblAThexcode->setNum(static_cast<unsigned char>(received.at(0)));
+}
+
+void AtPage::cmdATKlartextclear_Click() {
+  klartext_.clear();
+  lblATKlartext->clear();
+  lblAThexcode->clear();
+}
+
+// The Terminal's table.
+
+void AtPage::Send(std::string command) {
+  services_.exchange.CommandBuffer = std::move(command);
+  services_.exchange.SendCommand(Acknowledge::None);
+}
+
+std::optional<std::string> AtPage::TableText(const Edit& edit) {
+  std::optional<std::string> command;
+  Guarded(services_.person, "CreateATTab",
+          [&] { command = CreateATTab(Val(edit.number), edit.pairs); });
+  return command;
+}
+
+std::optional<std::string> AtPage::ATTab() { return TableText(OnScreen()); }
+
+void AtPage::cmdSetATTab_Click() {
+  const Edit edit = OnScreen();
+  const double free = GetEEpromBytes(services_.exchange, services_.state);
+  // Deliberately the length of the reply that CommandBuffer holds now, not that of the table.
+  if (static_cast<double>(services_.exchange.CommandBuffer.size()) > free - EepromReserve) {
+    return services_.person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
+  }
+  const auto command = TableText(edit);
+  if (!command) return;
+  if (SendToEEprom(services_.exchange, services_.person, *command, " / cmdSetATTab")) {
+    Send(TableCommand("EAK", edit.number));
+  }
+}
+
+void AtPage::cmdClearATTast_Click() {
+  SendToEEprom(services_.exchange, services_.person, TableCommand("EDK", txtATTastNr->Wire()),
+               " / cmdClearATTast");
+}
+
+void AtPage::cmdATRead_Click() {
+  std::string& buffer = services_.exchange.CommandBuffer;
+  buffer = "EA?";
+  services_.exchange.QueryCommand();
+  const std::string reply = buffer;
+  services_.person.Message(ScreenText(reply));
+  buffer = "Kopf," + reply;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,152 @@
+#pragma once
+
+#include <QWidget>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "keyboards/at_table.h"
+#include "keyboards/drafts.h"
+#include "keyboards/table_records.h"
+#include "link/event_loop.h"
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "link/serial_port.h"
+#include "settings/terminal_state.h"
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QTabWidget;
+class QTableView;
+
+namespace kelvo {
+
+class AtList;
+class WireField;
+
+/// The AT keyboard page: which keys of the PC keyboard at the Terminal get another code, the stored
+/// tables and the Terminal's own, and a field that shows what the keyboard sends.
+///
+/// In learn mode the keys themselves fill the list. It is a nested wait inside its button's
+/// handler, and ends with "fertig", with another page, another or a new table, the program or the
+/// line.
+class AtPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    SerialPort& com1;
+    EventLoop& loop;
+    Operator& person;
+    TerminalState& state;
+    Recordset& tables;  ///< ctlATData
+  };
+  explicit AtPage(Services services, QWidget* parent = nullptr);
+
+  void FillNames() { tables_->FillNames(); }
+  /// Selects the first entry.
+  void SelectFirst();
+  /// The page is shown.
+  void Shown();
+  /// Another page is shown.
+  void Left();
+  /// What the Terminal sent unasked; at least one character.
+  void ShowReceived(const std::string& received);
+
+  void NewATTab();
+  void SaveATTab();
+  void DeleteATTab();
+  /// The command of the shown table. Nothing when it cannot be built, which has been reported then.
+  std::optional<std::string> ATTab();
+
+  /// The tables whose edits are not saved, by name.
+  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
+
+ Q_SIGNALS:
+  /// A line for the status bar.
+  void Hint(const QString& text);
+  /// The port is closed, and the operator has been told to open one.
+  void PortWanted();
+
+ private:
+  struct Edit {
+    AtPairs pairs;
+    std::string number;
+    bool operator==(const Edit&) const = default;
+  };
+  enum class Awaited { Nothing, OldKey, NewKey };
+
+  QWidget* MakeRecords();
+  QWidget* MakeList();
+  QWidget* MakeTerminalTable();
+  QWidget* MakeKeyboard();
+  QWidget* MakeTest();
+  QWidget* MakeLearning();
+  void ConnectControls();
+  void ConnectList();
+
+  Edit OnScreen() const;
+  void Show(const Edit& edit);
+  void ShowRecord();
+  void DisplayATTab(std::optional<std::string> table = {});
+  void Edited();
+  void ShowOrder();
+  void ShowAwaited(Awaited key);
+  void ShowLearning(bool learning);
+  void GetATtab();
+  std::optional<int> AwaitKey(QLabel& shown);
+  bool LearnGoesOn() const;
+  std::optional<std::string> TableText(const Edit& edit);
+  void Send(std::string command);
+
+  void cboATTabBez_Click();
+  void cmdATVerwerfen_Click();
+  void cmdATPaarEntfernen_Click();
+  void cmdATSortieren_Click();
+  void cmdATumkodierenStart_Click();
+  void cmdATumkodierenEnde_Click();
+  void cmdATTab_Click(int page);
+  void cmdATKlartextclear_Click();
+  void cmdSetATTab_Click();
+  void cmdClearATTast_Click();
+  void cmdATRead_Click();
+
+  Services services_;
+  std::optional<TableRecords> tables_;
+  std::optional<Drafts<Edit>> drafts_;
+  bool showing_ = false;
+  /// True ends the learn mode.
+  bool LearnStopFlag = true;
+  std::string klartext_;
+  AtList* list_;
+
+  QGroupBox* ctlATSaetze;
+  QGroupBox* ctlATTerminal;
+  QComboBox* cboATTabBez;
+  QPushButton* cmdATVerwerfen;
+  QTableView* ctlATTabListe;
+  QPushButton* cmdATPaarEntfernen;
+  QPushButton* cmdATSortieren;
+  QLabel* lblATHinweis;
+  WireField* txtATTastNr;
+  QPushButton* cmdSetATTab;
+  QPushButton* cmdClearATTast;
+  QPushButton* cmdATRead;
+  QTabWidget* cmdATTab;
+  QPlainTextEdit* lblATKlartext;
+  QLabel* lblAThexcode;
+  QPushButton* cmdATKlartextclear;
+  QLabel* lblATalterCode;
+  QLabel* lblATneuerCode;
+  QLabel* lblATalterCodePfeil;
+  QLabel* lblATneuerCodePfeil;
+  QLabel* lblATLernhinweis;
+  QPushButton* cmdATumkodierenStart;
+  QPushButton* cmdATumkodierenEnde;
+};
+
+}  // namespace kelvo

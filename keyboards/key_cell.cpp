@@ -1,0 +1,47 @@
+#include "keyboards/key_cell.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+
+namespace kelvo {
+namespace {
+
+// Numbers 9 and 15 of the 16-colour palette.
+constexpr QRgb lightBlue = qRgb(0, 0, 255);
+constexpr QRgb white = qRgb(255, 255, 255);
+constexpr QRgb black = qRgb(0, 0, 0);
+
+}  // namespace
+
+KeyCell::KeyCell(QWidget* parent) : WireField(parent) {
+  setAlignment(Qt::AlignCenter);
+  setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("$0000")) * 3 / 2);
+  Paint(KeyColour::White);
+}
+
+void KeyCell::Paint(KeyColour colour) {
+  if (colour == colour_) return;
+  colour_ = colour;
+  const bool pressed = colour == KeyColour::LightBlue;
+  QPalette colours = palette();
+  colours.setColor(QPalette::Base, QColor(pressed ? lightBlue : white));
+  colours.setColor(QPalette::Text, QColor(pressed ? white : black));
+  setPalette(colours);
+}
+
+void KeyCell::focusOutEvent(QFocusEvent* event) {
+  WireField::focusOutEvent(event);
+  const Qt::FocusReason reason = event->reason();
+  if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+      reason != Qt::MenuBarFocusReason) {
+    Q_EMIT Left();
+  }
+}
+
+void KeyCell::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Up) return Q_EMIT RowWanted(-1);
+  if (event->key() == Qt::Key_Down) return Q_EMIT RowWanted(1);
+  WireField::keyPressEvent(event);
+}
+
+}  // namespace kelvo

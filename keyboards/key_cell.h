@@ -1,0 +1,32 @@
+#pragma once
+
+#include "link/key_display.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+
+/// The box of one key in the matrix key grid. It is white on every desktop, because its colour
+/// shows whether the key is pressed.
+class KeyCell : public WireField {
+  Q_OBJECT
+
+ public:
+  explicit KeyCell(QWidget* parent = nullptr);
+
+  void Paint(KeyColour colour);
+
+ Q_SIGNALS:
+  /// The operator went to another control. A change to another window or a menu is none.
+  void Left();
+  /// An arrow key asks for the box so many rows further down.
+  void RowWanted(int rows);
+
+ protected:
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  KeyColour colour_ = KeyColour::LightBlue;
+};
+
+}  // namespace kelvo

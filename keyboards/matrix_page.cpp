@@ -1,0 +1,290 @@
+#include "keyboards/matrix_page.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "keyboards/key_cell.h"
+#include "keyboards/key_codes.h"
+#include "link/control_characters.h"
+#include "link/guard.h"
+#include "link/val.h"
+#include "link/wire_text.h"
+#include "settings/eeprom.h"
+
+namespace kelvo {
+namespace {
+
+QString RefusalText(CellRefusal refusal) {
+  switch (refusal) {
+    case CellRefusal::DecimalRange:
+      return MatrixPage::tr("hinter # steht eine Zahl von 0 bis 255.");
+    case CellRefusal::NoHexCode:
+      return MatrixPage::tr("hinter & steht eine Hexadezimalzahl bis FF ohne führende Null.");
+    case CellRefusal::UnknownForm:
+      return MatrixPage::tr(
+          "erlaubt sind ein Zeichen, # mit Dezimalzahl und & mit Hexadezimalzahl.");
+    case CellRefusal::None:
+      break;
+  }
+  return {};
+}
+
+WiredLines Ticked(const std::array<QCheckBox*, MatrixLines>& boxes) {
+  WiredLines lines{};
+  for (std::size_t line = 0; line < MatrixLines; ++line) lines[line] = boxes[line]->isChecked();
+  return lines;
+}
+
+// In which of its forms a cell names its code.
+QString FormText(const std::string& cell) {
+  if (cell.empty()) return MatrixPage::tr("keine Taste");
+  if (cell == " ") return MatrixPage::tr("Leerzeichen");
+  if (cell.size() == 1) return MatrixPage::tr("Zeichen %1").arg(GlyphText(cell));
+  if (cell.front() == '#') return MatrixPage::tr("dezimaler Code");
+  if (cell.front() == '&') return MatrixPage::tr("hexadezimaler Code");
+  return MatrixPage::tr("Position der gedrückten Taste");
+}
+
+}  // namespace
+
+MatrixPage::Edit MatrixPage::OnScreen() const {
+  Edit edit{{Ticked(chkTastZeile), Ticked(chkTastSpalte), {}}, txtTastTabNr->Wire()};
+  for (std::size_t key = 0; key < MatrixKeys; ++key) {
+    edit.table.cells[key] = txtTastMatrix[key]->Wire();
+  }
+  return edit;
+}
+
+void MatrixPage::Show(const Edit& edit) {
+  showing_ = true;
+  txtTastTabNr->SetWire(edit.number);
+  for (std::size_t line = 0; line < MatrixLines; ++line) {
+    chkTastZeile[line]->setChecked(edit.table.rows[line]);
+    chkTastSpalte[line]->setChecked(edit.table.columns[line]);
+  }
+  for (std::size_t key = 0; key < MatrixKeys; ++key) {
+    txtTastMatrix[key]->SetWire(edit.table.cells[key]);
+  }
+  showing_ = false;
+}
+
+// A record that was never saved has no table: the grid stays as it is then.
+void MatrixPage::DisplayTastTab(std::optional<std::string> table) {
+  if (!table) table = tables_->Wert();
+  if (!table) return;
+  Edit edit = OnScreen();
+  edit.table.rows = RowsOf(tables_->Number("ausgang"));
+  edit.table.columns = ColumnsOf(tables_->Number("eingang"));
+  edit.table.cells = ReadTastTab(*table, edit.table.rows);
+  Show(edit);
+}
+
+void MatrixPage::ShowRecord() {
+  const Edit* const draft = drafts_->Current();
+  cmdTastVerwerfen->setEnabled(draft != nullptr);
+  if (draft != nullptr) return Show(*draft);
+  if (tables_->Current() == 0) Show({});
+  showing_ = true;
+  txtTastTabNr->SetWire(tables_->NumberField());
+  showing_ = false;
+  DisplayTastTab();
+  drafts_->Begin(OnScreen());
+}
+
+void MatrixPage::Edited() {
+  if (showing_) return;
+  drafts_->Note(OnScreen());
+  cmdTastVerwerfen->setEnabled(drafts_->Current() != nullptr);
+}
+
+void MatrixPage::SelectFirst() {
+  tables_->SelectFirst();
+  ShowRecord();
+}
+
+void MatrixPage::Shown() {
+  const std::int64_t current = tables_->Current();
+  tables_->Refresh();
+  drafts_->Refreshed();
+  if (tables_->Current() != current) ShowRecord();
+}
+
+void MatrixPage::cboTastTabBez_Click() {
+  tables_->SelectChosen();
+  ShowRecord();
+}
+
+void MatrixPage::cmdTastVerwerfen_Click() {
+  const Edit before = drafts_->Before();
+  Show(before);
+  drafts_->Begin(before);
+  cmdTastVerwerfen->setEnabled(false);
+}
+
+void MatrixPage::NewTastTab() {
+  drafts_->Drop(0);
+  tables_->AddNew();
+  Edit all{{}, tables_->NumberField()};
+  all.table.rows.fill(true);
+  all.table.columns.fill(true);
+  Show(all);
+  drafts_->Begin(all);
+  cmdTastVerwerfen->setEnabled(false);
+}
+
+void MatrixPage::SaveTastTab() {
+  const Edit edit = OnScreen();
+  const std::int64_t edited = tables_->Current();
+  const double number = Val(edit.number);
+  if (!tables_->Save(
+          {MatrixOutputMask, MatrixInputMask, number, CreateTastTab(number, edit.table)})) {
+    return;
+  }
+  drafts_->Drop(edited);
+  Edit saved = edit;
+  saved.number = tables_->NumberField();
+  Show(saved);
+  drafts_->Begin(saved);
+  cmdTastVerwerfen->setEnabled(false);
+}
+
+void MatrixPage::DeleteTastTab() {
+  const std::int64_t deleted = tables_->Delete();
+  if (deleted == 0) return;
+  drafts_->Drop(deleted);
+  ShowRecord();
+}
+
+void MatrixPage::ShowCell(int row, int column) {
+  KeyCell* const cell = Cell(KeyIndex(row, column));
+  const bool wired = chkTastZeile[static_cast<std::size_t>(row)]->isChecked() &&
+                     chkTastSpalte[static_cast<std::size_t>(column)]->isChecked();
+  cell->setVisible(wired);
+  if (!wired) cell->clear();
+}
+
+void MatrixPage::chkTastZeile_Click(int row) {
+  for (int column = 0; column < MatrixLines; ++column) ShowCell(row, column);
+  MatrixOutputMask = OutputMask(Ticked(chkTastZeile));
+  LinesChanged();
+}
+
+void MatrixPage::chkTastSpalte_Click(int column) {
+  for (int row = 0; row < MatrixLines; ++row) ShowCell(row, column);
+  MatrixInputMask = InputMask(Ticked(chkTastSpalte));
+  LinesChanged();
+}
+
+void MatrixPage::LinesChanged() {
+  lblTastHinweis->setHidden(MatrixOutputMask != 0 && MatrixInputMask != 0);
+  Edited();
+}
+
+void MatrixPage::txtTastMatrix_LostFocus(int index) {
+  KeyCell* const cell = Cell(index);
+  if (QString::fromLatin1(cell->Wire()) != cell->text()) {
+    return Refuse(index, tr("ein solches Zeichen gibt es im Terminal nicht."));
+  }
+  const CheckedCell checked = CheckCell(cell->Wire());
+  if (checked.refusal != CellRefusal::None) return Refuse(index, RefusalText(checked.refusal));
+  cell->SetWire(checked.text);
+}
+
+// Without a message box: the operator is on the way to the next key.
+void MatrixPage::Refuse(int index, const QString& reason) {
+  const QString text = Cell(index)->text();
+  Cell(index)->clear();
+  services_.person.Beep();
+  Q_EMIT Hint(tr("\"%1\" ist kein Tastencode: %2").arg(text, reason));
+}
+
+void MatrixPage::ShowMeaning(int index) {
+  const std::string cell = Cell(index)->Wire();
+  const std::string code = CellCode(cell);
+  const QString number = QString::number(RoundToEven(HexField(code)));
+  const QString meaning =
+      tr("%1, sendet Code %2 ($%3)").arg(FormText(cell), number, QString::fromLatin1(code));
+  Cell(index)->setToolTip(meaning);
+  Cell(index)->setAccessibleDescription(meaning);
+}
+
+// To the next box in that direction which is there.
+void MatrixPage::MoveFocus(int index, int rows) {
+  const int column = index / MatrixLines;
+  for (int row = index % MatrixLines + rows; row >= 0 && row < MatrixLines; row += rows) {
+    KeyCell* const cell = Cell(KeyIndex(row, column));
+    if (!cell->isVisible()) continue;
+    cell->setFocus(Qt::TabFocusReason);
+    return;
+  }
+}
+
+std::string MatrixPage::KeyText(int index) const { return Cell(index)->Wire(); }
+
+void MatrixPage::SetKeyText(int index, const std::string& text) { Cell(index)->SetWire(text); }
+
+void MatrixPage::PaintKey(int index, KeyColour colour) { Cell(index)->Paint(colour); }
+
+void MatrixPage::SetKlartext(const std::string& text) {
+  klartext_ = text;
+  lblTastKlartext->setText(GlyphText(text));
+}
+
+void MatrixPage::Send(std::string command) {
+  services_.exchange.CommandBuffer = std::move(command);
+  services_.exchange.SendCommand(Acknowledge::None);
+}
+
+std::optional<std::string> MatrixPage::ModeCommand(const MatrixTable& table) {
+  std::optional<std::string> command;
+  Guarded(services_.person, "CreateMatrixMode",
+          [&] { command = CreateMatrixMode(table.rows, table.columns); });
+  return command;
+}
+
+std::optional<std::string> MatrixPage::MatrixMode() { return ModeCommand(OnScreen().table); }
+
+void MatrixPage::cmdMatrixEnable_Click() {
+  if (const auto command = MatrixMode()) Send(*command);
+}
+
+void MatrixPage::cmdMatrixDisable_Click() { Send(std::string(CmdPrefix) + "MD"); }
+
+void MatrixPage::cmdSetMatrixTab_Click() {
+  const Edit edit = OnScreen();
+  const double free = GetEEpromBytes(services_.exchange, services_.state);
+  // Deliberately the length of the reply that CommandBuffer holds now, not that of the table.
+  if (static_cast<double>(services_.exchange.CommandBuffer.size()) > free - EepromReserve) {
+    return services_.person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
+  }
+  const auto mode = ModeCommand(edit.table);
+  if (!mode) return;
+  Send(*mode);
+  if (!SendToEEprom(services_.exchange, services_.person,
+                    CreateTastTab(Val(edit.number), edit.table), " / cmdSetMatrixTab")) {
+    return;
+  }
+  Send(TableCommand("EMK", edit.number));
+  if (services_.exchange.LastStatus != 0) {
+    services_.person.Message(services_.exchange.CommandBuffer + " / cmdSetMatrixTab",
+                             Icon::Exclamation);
+  }
+}
+
+void MatrixPage::cmdClearMatrixTast_Click() {
+  SendToEEprom(services_.exchange, services_.person, TableCommand("EDK", txtTastTabNr->Wire()),
+               " / cmdClearMatrixTast");
+}
+
+void MatrixPage::cmdMatrixRead_Click() {
+  std::string& buffer = services_.exchange.CommandBuffer;
+  buffer = "EM?";
+  services_.exchange.QueryCommand();
+  const std::string reply = buffer;
+  services_.person.Message(ScreenText(reply));
+  buffer = "Kopf," + reply;
+}
+
+}  // namespace kelvo

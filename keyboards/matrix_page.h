@@ -1,0 +1,136 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "keyboards/drafts.h"
+#include "keyboards/matrix_table.h"
+#include "keyboards/table_records.h"
+#include "link/exchange.h"
+#include "link/key_display.h"
+#include "link/operator.h"
+#include "settings/terminal_state.h"
+
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QLabel;
+class QPushButton;
+
+namespace kelvo {
+
+class KeyCell;
+class WireField;
+
+/// The matrix keyboard page: which lines the keypad is wired to, what its keys send, the stored
+/// tables and the Terminal's own. Pressed keys show on the grid.
+///
+/// The grid is laid out as the keypad is wired: a column of boxes for each input line, a row for
+/// each output line, and a gap where a line is not wired.
+class MatrixPage : public QWidget, public KeyGrid {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    Operator& person;
+    TerminalState& state;
+    Recordset& tables;  ///< ctlTastData
+  };
+  explicit MatrixPage(Services services, QWidget* parent = nullptr);
+
+  void FillNames() { tables_->FillNames(); }
+  /// Selects the first entry.
+  void SelectFirst();
+  /// The page is shown.
+  void Shown();
+
+  void NewTastTab();
+  void SaveTastTab();
+  void DeleteTastTab();
+  /// The command texts as the page would send them now. Nothing when it cannot be built, which has
+  /// been reported then.
+  std::optional<std::string> MatrixMode();
+
+  /// The tables whose edits are not saved, by name.
+  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
+
+  // KeyGrid
+  std::string KeyText(int index) const override;
+  void SetKeyText(int index, const std::string& text) override;
+  void PaintKey(int index, KeyColour colour) override;
+  std::string Klartext() const override { return klartext_; }
+  void SetKlartext(const std::string& text) override;
+
+ Q_SIGNALS:
+  /// A line for the status bar.
+  void Hint(const QString& text);
+
+ private:
+  struct Edit {
+    MatrixTable table;
+    std::string number;
+    bool operator==(const Edit&) const = default;
+  };
+
+  QWidget* MakeRecords();
+  QWidget* MakeGrid();
+  void MakeColumnHeads(QGridLayout& grid);
+  void MakeRow(QGridLayout& grid, int row);
+  QWidget* MakeTerminalTable();
+  QWidget* MakeScanning();
+  void ConnectControls();
+
+  KeyCell* Cell(int index) const { return txtTastMatrix[static_cast<std::size_t>(index)]; }
+  Edit OnScreen() const;
+  void Show(const Edit& edit);
+  void ShowRecord();
+  void DisplayTastTab(std::optional<std::string> table = {});
+  void ShowCell(int row, int column);
+  void LinesChanged();
+  void ShowMeaning(int index);
+  void Edited();
+  void Refuse(int index, const QString& reason);
+  void MoveFocus(int index, int rows);
+  std::optional<std::string> ModeCommand(const MatrixTable& table);
+  void Send(std::string command);
+
+  void chkTastZeile_Click(int row);
+  void chkTastSpalte_Click(int column);
+  void txtTastMatrix_LostFocus(int index);
+  void cboTastTabBez_Click();
+  void cmdTastVerwerfen_Click();
+  void cmdMatrixEnable_Click();
+  void cmdMatrixDisable_Click();
+  void cmdSetMatrixTab_Click();
+  void cmdClearMatrixTast_Click();
+  void cmdMatrixRead_Click();
+
+  Services services_;
+  std::optional<TableRecords> tables_;
+  std::optional<Drafts<Edit>> drafts_;
+  bool showing_ = false;
+  std::string klartext_;
+  // Of the wired lines; they follow the check boxes.
+  std::int16_t MatrixOutputMask = 0;
+  std::int16_t MatrixInputMask = 0;
+
+  QComboBox* cboTastTabBez;
+  QPushButton* cmdTastVerwerfen;
+  std::array<QCheckBox*, MatrixLines> chkTastZeile{};
+  std::array<QCheckBox*, MatrixLines> chkTastSpalte{};
+  std::array<KeyCell*, MatrixKeys> txtTastMatrix{};
+  QLabel* lblTastHinweis;
+  QLabel* lblTastKlartext;
+  WireField* txtTastTabNr;
+  QPushButton* cmdSetMatrixTab;
+  QPushButton* cmdClearMatrixTast;
+  QPushButton* cmdMatrixRead;
+  QPushButton* cmdMatrixEnable;
+  QPushButton* cmdMatrixDisable;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,165 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "keyboards/key_cell.h"
+#include "keyboards/matrix_page.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+
+namespace kelvo {
+
+MatrixPage::MatrixPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
+  auto* column = new QVBoxLayout;
+  QWidget* const records = MakeRecords();
+  QWidget* const grid = MakeGrid();
+  column->addWidget(MakeTerminalTable());
+  column->addWidget(MakeScanning());
+  column->addStretch();
+  auto* row = new QHBoxLayout;
+  row->addWidget(grid);
+  row->addLayout(column, 1);
+  auto* page = new QVBoxLayout(this);
+  page->addWidget(records);
+  page->addLayout(row);
+  page->addStretch();
+  tables_.emplace(services_.tables, *cboTastTabBez, services_.person, "MatrixTab");
+  drafts_.emplace(*tables_);
+  ConnectControls();
+}
+
+QWidget* MatrixPage::MakeRecords() {
+  auto* group = new QGroupBox(tr("Gespeicherte Tabellen"));
+  cboTastTabBez = Named(new QComboBox, "cboTastTabBez");
+  cboTastTabBez->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  cboTastTabBez->setMinimumContentsLength(30);
+  cmdTastVerwerfen = MakeButton("cmdTastVerwerfen", tr("Änderung ver&werfen"),
+                                tr("Zeigt wieder, was gespeichert ist."));
+  cmdTastVerwerfen->setEnabled(false);
+  auto* row = new QHBoxLayout(group);
+  row->addWidget(LabelFor(cboTastTabBez, tr("Be&zeichnung:")));
+  row->addWidget(cboTastTabBez, 1);
+  row->addWidget(cmdTastVerwerfen);
+  return group;
+}
+
+QWidget* MatrixPage::MakeGrid() {
+  auto* group = new QGroupBox(tr("&Tastenfeld"));
+  auto* column = new QVBoxLayout(group);
+  auto* grid = new QGridLayout;
+  grid->setSpacing(fontMetrics().averageCharWidth() / 2);
+  MakeColumnHeads(*grid);
+  for (int row = 0; row < MatrixLines; ++row) MakeRow(*grid, row);
+  lblTastHinweis =
+      Named(new QLabel(tr("Die Zeilen und Spalten ankreuzen, an denen Tasten liegen.")),
+            "lblTastHinweis");
+  QSizePolicy policy = lblTastHinweis->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  lblTastHinweis->setSizePolicy(policy);
+  column->addLayout(grid);
+  column->addWidget(lblTastHinweis);
+  column->addWidget(new QLabel(tr("Ein Zeichen, #13 (dezimal), &&1B (hexadezimal) oder leer.")));
+  return group;
+}
+
+void MatrixPage::MakeColumnHeads(QGridLayout& grid) {
+  for (int column = 0; column < MatrixLines; ++column) {
+    auto* box = Named(new QCheckBox(tr("P1.%1").arg(column)), ArrayName("chkTastSpalte", column));
+    box->setToolTip(tr("Spalte %1 an Eingang %1 von Port P1").arg(column));
+    box->setAccessibleName(tr("Spalte %1").arg(column));
+    chkTastSpalte[static_cast<std::size_t>(column)] = box;
+    grid.addWidget(box, 0, column + 1);
+    connect(box, &QCheckBox::toggled, this, [this, column] { chkTastSpalte_Click(column); });
+  }
+}
+
+void MatrixPage::MakeRow(QGridLayout& grid, int row) {
+  const int line = MatrixLines - 1 - row;
+  auto* box = Named(new QCheckBox(tr("P0.%1").arg(line)), ArrayName("chkTastZeile", row));
+  box->setToolTip(tr("Zeile %1 an Ausgang %2 von Port P0").arg(row).arg(line));
+  box->setAccessibleName(tr("Zeile %1").arg(row));
+  chkTastZeile[static_cast<std::size_t>(row)] = box;
+  grid.addWidget(box, row + 1, 0);
+  connect(box, &QCheckBox::toggled, this, [this, row] { chkTastZeile_Click(row); });
+  for (int column = 0; column < MatrixLines; ++column) {
+    const int index = KeyIndex(row, column);
+    auto* cell = Named(new KeyCell, ArrayName("txtTastMatrix", index));
+    QSizePolicy policy = cell->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    cell->setSizePolicy(policy);
+    cell->setAccessibleName(tr("Taste Zeile %1, Spalte %2").arg(row).arg(column));
+    cell->hide();
+    txtTastMatrix[static_cast<std::size_t>(index)] = cell;
+    grid.addWidget(cell, row + 1, column + 1);
+  }
+}
+
+QWidget* MatrixPage::MakeTerminalTable() {
+  auto* group = new QGroupBox(tr("Tabelle im Terminal"));
+  txtTastTabNr = Named(new WireField, "txtTastTabNr");
+  txtTastTabNr->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  cmdSetMatrixTab =
+      MakeButton("cmdSetMatrixTab", tr("übe&rtragen + aktivieren"),
+                 tr("Schaltet die Tastatur ein, schreibt die Tabelle unter dieser Nummer in das "
+                    "EEPROM und aktiviert sie."));
+  cmdClearMatrixTast = MakeButton("cmdClearMatrixTast", tr("Tabelle im Display &löschen"),
+                                  tr("Löscht die Tabelle dieser Nummer im EEPROM, ohne "
+                                     "nachzufragen."));
+  cmdMatrixRead = MakeButton("cmdMatrixRead", tr("Tabelle le&sen"),
+                             tr("Zeigt den Tabellenspeicher des Terminals."));
+  QFormLayout* form = MakeForm(group);
+  AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255"));
+  form->addRow(cmdSetMatrixTab);
+  form->addRow(cmdClearMatrixTast);
+  form->addRow(cmdMatrixRead);
+  return group;
+}
+
+QWidget* MatrixPage::MakeScanning() {
+  auto* group = new QGroupBox(tr("Tastatur am Terminal"));
+  cmdMatrixEnable = MakeButton("cmdMatrixEnable", tr("&aktivieren"),
+                               tr("Das Terminal fragt die angekreuzten Leitungen ab."));
+  cmdMatrixDisable = MakeButton("cmdMatrixDisable", tr("deakti&vieren"),
+                                tr("Das Terminal fragt die Tastatur nicht mehr ab."));
+  lblTastKlartext = MakeValue("lblTastKlartext");
+  QFormLayout* form = MakeForm(group);
+  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  form->addRow(ButtonRow({cmdMatrixEnable, cmdMatrixDisable}));
+  form->addRow(LabelFor(lblTastKlartext, tr("Gedrückt:")), lblTastKlartext);
+  return group;
+}
+
+void MatrixPage::ConnectControls() {
+  Operator& person = services_.person;
+  OnClick(cmdTastVerwerfen, this, person, &MatrixPage::cmdTastVerwerfen_Click);
+  OnClick(cmdSetMatrixTab, this, person, &MatrixPage::cmdSetMatrixTab_Click);
+  OnClick(cmdClearMatrixTast, this, person, &MatrixPage::cmdClearMatrixTast_Click);
+  OnClick(cmdMatrixRead, this, person, &MatrixPage::cmdMatrixRead_Click);
+  OnClick(cmdMatrixEnable, this, person, &MatrixPage::cmdMatrixEnable_Click);
+  OnClick(cmdMatrixDisable, this, person, &MatrixPage::cmdMatrixDisable_Click);
+  connect(cboTastTabBez, &QComboBox::activated, this, [this] {
+    Guarded(services_.person, "cboTastTabBez", [this] { cboTastTabBez_Click(); });
+  });
+  for (int index = 0; index < MatrixKeys; ++index) {
+    KeyCell* const cell = Cell(index);
+    connect(cell, &KeyCell::Left, this, [this, index] { txtTastMatrix_LostFocus(index); });
+    connect(cell, &KeyCell::RowWanted, this, [this, index](int rows) { MoveFocus(index, rows); });
+    connect(cell, &KeyCell::textChanged, this, [this, index] {
+      ShowMeaning(index);
+      Edited();
+    });
+    connect(cell, &KeyCell::Refused, this, [this] {
+      services_.person.Beep();
+      Q_EMIT Hint(tr("Ein solches Zeichen gibt es im Terminal nicht."));
+    });
+    ShowMeaning(index);
+  }
+  connect(txtTastTabNr, &WireField::textChanged, this, &MatrixPage::Edited);
+  connect(txtTastTabNr, &WireField::Refused, this, [&person] { person.Beep(); });
+}
+
+}  // namespace kelvo
