@@ -19,6 +19,8 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   Befehl->setPlaceholderText(tr("zum Beispiel ?V oder !A5;"));
   cmdBefehlSenden = MakeButton("cmdBefehlSenden", tr("Befehl &senden"),
                                tr("Sendet ESC und den Befehl, wie er dasteht."));
+  cmdSenden = MakeButton("cmdSenden_0", tr("&Wie getippt senden"),
+                         tr("Sendet nur, was dasteht, ohne ESC, und liest keine Antwort."));
   lblDebug = MakeValue("lblDebug");
   lblDebug->setFont(WireFont());
   lblDebug->setWordWrap(true);
@@ -30,9 +32,11 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   auto* row = new QHBoxLayout;
   row->addWidget(Befehl);
   row->addWidget(cmdBefehlSenden);
+  row->addWidget(cmdSenden);
   form->addRow(LabelFor(Befehl, tr("Be&fehl (ohne ESC):")), row);
   form->addRow(LabelFor(lblDebug, tr("Antwort:")), lblDebug);
   OnClick(cmdBefehlSenden, this, person, &RawCommand::cmdBefehlSenden_Click);
+  OnClick(cmdSenden, this, person, &RawCommand::cmdSenden_Click);
   connect(Befehl, &QLineEdit::returnPressed, cmdBefehlSenden, &QPushButton::click);
   connect(Befehl, &WireField::Refused, this, [&person] { person.Beep(); });
 }
@@ -43,6 +47,11 @@ void RawCommand::cmdBefehlSenden_Click() {
   exchange_.SendCommand(Acknowledge::None);
   exchange_.LastStatus = exchange_.WaitAnswer(exchange_.CommandBuffer, {}) ? -1 : 0;
   lblDebug->setText(GlyphText(exchange_.CommandBuffer));
+}
+
+void RawCommand::cmdSenden_Click() {
+  exchange_.CommandBuffer = Befehl->Wire();
+  exchange_.SendCommand(Acknowledge::None);
 }
 
 }  // namespace kelvo

@@ -13,7 +13,7 @@ namespace kelvo {
 class WireField;
 
 /// Sends one command as it is typed, with its own parameters and ";", and shows whatever comes back
-/// within 100 ms.
+/// within 100 ms; or the same text without ESC, as it stands, and reads nothing.
 class RawCommand : public QGroupBox {
   Q_OBJECT
 
@@ -22,10 +22,12 @@ class RawCommand : public QGroupBox {
 
  private:
   void cmdBefehlSenden_Click();
+  void cmdSenden_Click();
 
   Exchange& exchange_;
   WireField* Befehl;
   QPushButton* cmdBefehlSenden;
+  QPushButton* cmdSenden;  // index 0; index 1 sends the text of the page
   QLabel* lblDebug;
 };
 

@@ -192,6 +192,8 @@ void StatusPage::Shown() {
   ShowFlashFrame();
 }
 
+void StatusPage::BlankSysInfo() { lblSysInfo->clear(); }
+
 void StatusPage::cmdGetVersion_Click() {
   lblVersion->clear();
   const std::string reply = Query("?V");

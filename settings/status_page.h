@@ -36,6 +36,8 @@ class StatusPage : public QWidget {
   void ShowStoredResolution();
   /// The page is shown: while the flash state is unknown the Terminal is asked for it.
   void Shown();
+  /// What is shown of the system's information is out of date.
+  void BlankSysInfo();
 
  Q_SIGNALS:
   /// The display has a new size, in pixels; the drawing surface follows.

@@ -12,7 +12,6 @@
 
 #include "link/control_characters.h"
 #include "link/guard.h"
-#include "link/raw_command.h"
 #include "settings/status.h"
 #include "shell/port_dialog.h"
 #include "shell/status_display.h"
@@ -25,6 +24,8 @@ namespace {
 
 constexpr char databaseName[] = "/kelvo.mdb";
 constexpr char helpName[] = "kelvo.hlp";
+constexpr char fontFolder[] = "/fonts";
+constexpr int hintMilliseconds = 8000;
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string joined;
@@ -43,12 +44,16 @@ frmhaupt::frmhaupt(Outside outside)
       helpFile_(helpName) {
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
+  // A font that is missing draws nothing.
+  fonts_.Load(outside_.programFolder + fontFolder);
   MakePages();
   MakeFrame();
   MakeMenus();
   MakeToolbar();
   ConnectLink();
   macros_->FillNames();
+  matrix_->FillNames();
+  at_->FillNames();
   ReadOptions();
   outside_.tmrTimeout.SetEnabled(true);
   status_->ShowStoredResolution();
@@ -65,7 +70,22 @@ void frmhaupt::MakePages() {
   status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
   eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen});
   macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData});
+  text_ = new TextPage({exchange_, outside_.person, fonts_});
+  connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
   connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
+  MakeKeyboardPages();
+}
+
+void frmhaupt::MakeKeyboardPages() {
+  at_ = new AtPage(
+      {exchange_, outside_.com1, outside_.loop, outside_.person, state_, data_.ctlATData});
+  matrix_ = new MatrixPage({exchange_, outside_.person, state_, data_.ctlTastData});
+  const auto showHint = [this](const QString& text) {
+    statusBar()->showMessage(text, hintMilliseconds);
+  };
+  connect(at_, &AtPage::Hint, this, showHint);
+  connect(matrix_, &MatrixPage::Hint, this, showHint);
+  connect(at_, &AtPage::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
 }
 
 void frmhaupt::MakeFrame() {
@@ -87,18 +107,14 @@ void frmhaupt::MakeFrame() {
 }
 
 void frmhaupt::MakeTabs(QWidget*) {
-  auto* text = new QWidget;
-  auto* textColumn = new QVBoxLayout(text);
-  textColumn->addWidget(new RawCommand(exchange_, outside_.person));
-  textColumn->addStretch();
   const std::array<std::pair<const char*, QWidget*>, TabCount> pages{
       {{"Zeichnung", new QWidget},
        {"Schnittstellen", interfaces_},
-       {"Text", text},
+       {"Text", text_},
        {"Status", status_},
        {"EEPROM", eeprom_},
-       {"AT-Tastatur", new QWidget},
-       {"Matrix-Tastatur", new QWidget},
+       {"AT-Tastatur", at_},
+       {"Matrix-Tastatur", matrix_},
        {"Makros", macros_},
        {"Willkommen", new WelcomePage},
        {"Terminals", new QWidget}}};
@@ -134,6 +150,9 @@ void frmhaupt::ConnectLink() {
   outside_.com1.SetLostHandler([this] { com1_Lost(); });
   receive_.Connect(Tab::Interfaces,
                    [this](const std::string& text) { interfaces_->ShowReceived(text); });
+  receive_.Connect(Tab::Text, [this](const std::string& text) { text_->ShowReceived(text); });
+  receive_.Connect(Tab::AtKeyboard, [this](const std::string& text) { at_->ShowReceived(text); });
+  receive_.Connect(*matrix_);
   portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
   if (outside_.setDevices) {
     outside_.setDevices(
@@ -174,6 +193,8 @@ void frmhaupt::FirstPaint() {
   if (!portControl_.FormLoading) return;
   Guarded(outside_.person, "Form_Paint", [this] {
     macros_->SelectFirst();
+    matrix_->SelectFirst();
+    at_->SelectFirst();
     interfaces_->SelectStoredRecord();
     portControl_.FormLoading = false;
     if (!interfaces_->OpenChosenPort()) SetTab(Tab::Interfaces);
@@ -188,7 +209,7 @@ void frmhaupt::FirstPaint() {
 }
 
 void frmhaupt::closeEvent(QCloseEvent* event) {
-  const std::vector<std::string> drafts = macros_->DraftNames();
+  const std::vector<std::string> drafts = DraftNames();
   if (!drafts.empty() && !outside_.loop.Closing() &&
       !outside_.person.Ask(
           "Nicht gespeicherte Änderungen: " + JoinNames(drafts) + ". Trotzdem beenden ?",
@@ -199,6 +220,14 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   traffic_->hide();
   Q_EMIT Unloaded();
+}
+
+std::vector<std::string> frmhaupt::DraftNames() const {
+  std::vector<std::string> names;
+  for (const auto& some : {macros_->DraftNames(), matrix_->DraftNames(), at_->DraftNames()}) {
+    names.insert(names.end(), some.begin(), some.end());
+  }
+  return names;
 }
 
 void frmhaupt::Guard(const char* routine, void (frmhaupt::*handler)()) {
@@ -214,8 +243,12 @@ void frmhaupt::cmdTab_Click() {
   receive_.SetTab(tab);
   EnableToolbar();
   Guarded(outside_.person, "cmdTab", [this, tab] {
+    if (tab != Tab::AtKeyboard) at_->Left();
     if (tab == Tab::Interfaces) interfaces_->Refresh();
+    if (tab == Tab::Text) text_->Shown();
     if (tab == Tab::Status) status_->Shown();
+    if (tab == Tab::AtKeyboard) at_->Shown();
+    if (tab == Tab::MatrixKeyboard) matrix_->Shown();
     if (tab == Tab::Macros) macros_->ShowFreeBytes();
   });
 }

@@ -3,8 +3,13 @@
 #include <QMainWindow>
 #include <array>
 #include <map>
+#include <optional>
+#include <span>
 #include <string>
 
+#include "graphics/device_font.h"
+#include "keyboards/at_page.h"
+#include "keyboards/matrix_page.h"
 #include "link/exchange.h"
 #include "link/interface_page.h"
 #include "link/port_control.h"
@@ -14,6 +19,7 @@
 #include "settings/macro_page.h"
 #include "settings/status_page.h"
 #include "settings/terminal_state.h"
+#include "settings/text_page.h"
 #include "shell/outside.h"
 #include "shell/program_data.h"
 
@@ -50,6 +56,7 @@ class frmhaupt : public QMainWindow {
  private:
   // The load, in its order.
   void MakePages();
+  void MakeKeyboardPages();
   void MakeFrame();
   void MakeTabs(QWidget* page);
   QWidget* MakeAddressStrip();
@@ -71,13 +78,25 @@ class frmhaupt : public QMainWindow {
                         const QKeySequence& shortcut, int button);
   void EnableToolbar();
 
+  /// What a button of the toolbar does on a page, or on every page.
+  struct Command {
+    int button;
+    std::optional<Tab> tab;
+    const char* routine;  ///< named when it fails
+    void (*run)(frmhaupt& window);
+  };
+  static std::span<const Command> Commands();
+  static const Command* CommandOf(int button, Tab tab);
+
   void Guard(const char* routine, void (frmhaupt::*handler)());
   void SetTab(Tab tab);
   Tab ShownTab() const;
+  std::vector<std::string> DraftNames() const;
 
   void cmdTab_Click();
   void cmdToolbar_Click(int index);
   void ResetAll();
+  void SaveAsMakro(const std::optional<std::string>& text);
   void cmdDovuAktivieren_Click();
   void mnuOptionenSofortSenden_Click();
   void mnuOptionenZoom_Click();
@@ -99,6 +118,7 @@ class frmhaupt : public QMainWindow {
   Exchange exchange_;
   ReceiveEvents receive_;
   TerminalState state_;
+  DeviceFonts fonts_;
 
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
@@ -111,6 +131,9 @@ class frmhaupt : public QMainWindow {
   InterfacePage* interfaces_ = nullptr;
   StatusPage* status_ = nullptr;
   EepromPage* eeprom_ = nullptr;
+  TextPage* text_ = nullptr;
+  AtPage* at_ = nullptr;
+  MatrixPage* matrix_ = nullptr;
   MacroPage* macros_ = nullptr;
   StatusDisplay* statusDisplay_ = nullptr;
   TrafficView* traffic_ = nullptr;

@@ -21,11 +21,43 @@ namespace {
 constexpr int buttonReset = 0;
 constexpr int buttonNew = 6;
 constexpr int buttonSave = 8;
+constexpr int buttonSaveAsMakro = 11;
 constexpr int buttonDelete = 12;
 
-bool ActsOn(int button, Tab tab) { return button == buttonReset || tab == Tab::Macros; }
+constexpr char newName[] = "(neuer Name)";
 
 }  // namespace
+
+// What is not in this table does nothing.
+std::span<const frmhaupt::Command> frmhaupt::Commands() {
+  using enum Tab;
+  static constexpr Command commands[] = {
+      {buttonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }},
+      {buttonNew, AtKeyboard, "NewATTab", [](frmhaupt& w) { w.at_->NewATTab(); }},
+      {buttonNew, MatrixKeyboard, "NewTastTab", [](frmhaupt& w) { w.matrix_->NewTastTab(); }},
+      {buttonNew, Macros, "NewMakro", [](frmhaupt& w) { w.macros_->NewMakro(); }},
+      {buttonSave, AtKeyboard, "SaveATTab", [](frmhaupt& w) { w.at_->SaveATTab(); }},
+      {buttonSave, MatrixKeyboard, "SaveTastTab", [](frmhaupt& w) { w.matrix_->SaveTastTab(); }},
+      {buttonSave, Macros, "SaveMakro", [](frmhaupt& w) { w.macros_->SaveShown(); }},
+      {buttonSaveAsMakro, Tab::Text, "SaveMakro",
+       [](frmhaupt& w) { w.SaveAsMakro(w.text_->TextModeCommand()); }},
+      {buttonSaveAsMakro, AtKeyboard, "SaveMakro",
+       [](frmhaupt& w) { w.SaveAsMakro(w.at_->ATTab()); }},
+      {buttonSaveAsMakro, MatrixKeyboard, "SaveMakro",
+       [](frmhaupt& w) { w.SaveAsMakro(w.matrix_->MatrixMode()); }},
+      {buttonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteATTab(); }},
+      {buttonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTastTab(); }},
+      {buttonDelete, Macros, "cmdToolbar", [](frmhaupt& w) { w.macros_->DeleteMakro(); }},
+  };
+  return commands;
+}
+
+const frmhaupt::Command* frmhaupt::CommandOf(int button, Tab tab) {
+  for (const Command& command : Commands()) {
+    if (command.button == button && command.tab.value_or(tab) == tab) return &command;
+  }
+  return nullptr;
+}
 
 QAction* frmhaupt::AddAction(QMenu* menu, const char* name, const QString& text,
                              const QKeySequence& shortcut, void (frmhaupt::*handler)()) {
@@ -55,6 +87,8 @@ void frmhaupt::MakeFileMenus() {
   QMenu* const file = Named(menuBar()->addMenu(tr("&Datei")), "mnuDatei");
   AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, buttonNew);
   AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, buttonSave);
+  AddToolbarAction(file, "mnuDateiSaveAsMakro", tr("Als &Makro speichern …"),
+                   QKeySequence(tr("Ctrl+Shift+S")), buttonSaveAsMakro);
   file->addSeparator();
   QAction* const end = Named(file->addAction(tr("&Beenden")), "mnuDateiEnd");
   end->setShortcut(QKeySequence(tr("Ctrl+Q")));
@@ -114,6 +148,8 @@ void frmhaupt::MakeToolbar() {
       {buttonNew, QStyle::SP_FileIcon, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
       {buttonSave, QStyle::SP_DialogSaveButton, tr("Speichern"),
        tr("Speichert unter einer Bezeichnung (Strg+S).")},
+      {buttonSaveAsMakro, QStyle::SP_DialogApplyButton, tr("Als Makro speichern"),
+       tr("Speichert, was die Seite senden würde, als Makro (Strg+Umschalt+S).")},
       {buttonDelete, QStyle::SP_TrashIcon, tr("Löschen"), tr("Löscht den gezeigten Satz.")}};
   QToolBar* const bar = Named(addToolBar(tr("Werkzeuge")), "cmdToolbar");
   bar->setMovable(false);
@@ -135,24 +171,23 @@ void frmhaupt::MakeToolbar() {
 
 void frmhaupt::EnableToolbar() {
   const Tab tab = ShownTab();
-  for (const auto& [index, button] : cmdToolbar) button->setEnabled(ActsOn(index, tab));
-  for (const auto& [index, action] : toolbarActions_) action->setEnabled(ActsOn(index, tab));
+  for (const auto& [index, button] : cmdToolbar) {
+    button->setEnabled(CommandOf(index, tab) != nullptr);
+  }
+  for (const auto& [index, action] : toolbarActions_) {
+    action->setEnabled(CommandOf(index, tab) != nullptr);
+  }
 }
 
 void frmhaupt::cmdToolbar_Click(int index) {
-  if (!ActsOn(index, ShownTab())) return;
-  switch (index) {
-    case buttonReset:
-      return Guard("cmdToolbar", &frmhaupt::ResetAll);
-    case buttonNew:
-      return Guarded(outside_.person, "NewMakro", [this] { macros_->NewMakro(); });
-    case buttonSave:
-      return Guarded(outside_.person, "SaveMakro", [this] { macros_->SaveShown(); });
-    case buttonDelete:
-      return Guarded(outside_.person, "cmdToolbar", [this] { macros_->DeleteMakro(); });
-    default:
-      return;
-  }
+  const Command* const command = CommandOf(index, ShownTab());
+  if (command == nullptr) return;
+  Guarded(outside_.person, command->routine, [&] { command->run(*this); });
+}
+
+// A text that could not be built has been reported already.
+void frmhaupt::SaveAsMakro(const std::optional<std::string>& text) {
+  if (text) macros_->SaveMakro("Makro", *text, -1, newName);
 }
 
 // Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts

@@ -1,0 +1,173 @@
+#include "settings/text_page.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <algorithm>
+
+#include "link/control_characters.h"
+#include "link/val.h"
+#include "settings/text_preview.h"
+#include "widgets/up_down.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+namespace {
+
+enum StyleList { FontList, AttributeList, ModeList };
+enum ZoomAxis { ZoomX, ZoomY };
+
+QString Number(double number) { return QString::fromStdString(NumberText(number)); }
+
+std::string Caption(const QLabel* label) { return label->text().toStdString(); }
+
+// An index outside of a list leaves the list as it is.
+void Choose(QComboBox* list, int index) {
+  if (index >= 0 && index < list->count()) list->setCurrentIndex(index);
+}
+
+}  // namespace
+
+CursorSettings TextPage::Cursor() const {
+  return {cboCursor->currentIndex(), chkCursor[1]->isChecked() ? 1 : 0, txtCursorSize->Wire(),
+          txtCursorX->Wire(), txtCursorY->Wire()};
+}
+
+TextModeSettings TextPage::TextMode() const {
+  return {cboTextStyle[FontList]->currentIndex(), cboTextStyle[AttributeList]->currentIndex(),
+          cboTextStyle[ModeList]->currentIndex(), Caption(lblTextZoom[ZoomX]),
+          Caption(lblTextZoom[ZoomY])};
+}
+
+std::string TextPage::TextModeCommand() const { return CreateTextMode(TextMode()); }
+
+std::string TextPage::Query(std::string_view query) {
+  services_.exchange.CommandBuffer = query;
+  services_.exchange.QueryCommand();
+  return services_.exchange.CommandBuffer;
+}
+
+void TextPage::Send(std::string command) {
+  services_.exchange.CommandBuffer = std::move(command);
+  services_.exchange.SendCommand(Acknowledge::None);
+}
+
+void TextPage::Shown() {
+  cmdGetCursor_Click();
+  cmdGetText_Click();
+}
+
+void TextPage::ShowReceived(const std::string& received) {
+  QTextCursor end(txtText->document());
+  end.movePosition(QTextCursor::End);
+  end.insertText(GlyphText(received));
+}
+
+// The cursor.
+
+void TextPage::cmdSetCursor_Click() { Send(CreateCursor(Cursor())); }
+
+void TextPage::cmdSetCursorHome_Click() {
+  const int kind = cboCursor->currentIndex();
+  if (kind == CursorOff) return;
+  Send(CursorHomeCommand(kind));
+  // Text positions count from 1, graphic positions from 0.
+  const QString home = IsAtText(kind) ? QStringLiteral("1") : QStringLiteral("0");
+  txtCursorX->setText(home);
+  txtCursorY->setText(home);
+}
+
+void TextPage::cmdGetCursor_Click() {
+  Choose(cboCursor, RoundToEven(Val(Query("?C"))));
+  const int kind = cboCursor->currentIndex();
+  const std::string shape = Query("?c");
+  if (const auto index = ReadCursorShape(kind, shape)) {
+    chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
+  }
+  txtCursorSize->setText(Number(ReadCursorSize(shape)));
+  const Position position = ReadPosition(Query(PositionQuery(kind)));
+  txtCursorX->setText(Number(position.x));
+  txtCursorY->setText(Number(position.y));
+  cboCursor_Click();
+}
+
+void TextPage::cboCursor_Click() {
+  const int kind = cboCursor->currentIndex();
+  for (QRadioButton* shape : chkCursor) shape->setVisible(HasShape(kind));
+  txtCursorSize->setVisible(IsCross(kind));
+  lblCursorSize->setVisible(IsCross(kind));
+  lblCursorX->setText(IsAtText(kind) ? tr("Spalte") : tr("X-Pos"));
+  lblCursorY->setText(IsAtText(kind) ? tr("Zeile") : tr("Y-Pos"));
+  txtCursorX->setAccessibleName(lblCursorX->text());
+  txtCursorY->setAccessibleName(lblCursorY->text());
+}
+
+// The text mode.
+
+void TextPage::cmdSetText_Click() { Send(TextModeCommand()); }
+
+void TextPage::cmdGetText_Click() {
+  Choose(cboTextStyle[FontList], ReadDigit(Query("T?F")));
+  Choose(cboTextStyle[AttributeList], ReadDigit(Query("T?A")));
+  Choose(cboTextStyle[ModeList], ReadDigit(Query("T?M")));
+  const Zoom zoom = ReadZoom(Query("T?Z"));
+  lblTextZoom[ZoomX]->setNum(zoom.x);
+  lblTextZoom[ZoomY]->setText(Number(zoom.y));
+  ShowPreview();
+}
+
+void TextPage::cboTextStyle_Click() {
+  const bool zooms = HasZoom(cboTextStyle[FontList]->currentIndex());
+  for (UpDown* buttons : ctlUpDown) buttons->setVisible(zooms);
+  if (!zooms) {
+    for (QLabel* zoom : lblTextZoom) zoom->setNum(1);
+  }
+}
+
+// One step of a zoom, within its limits.
+void TextPage::Step(int zoom, int by) {
+  QLabel* const caption = lblTextZoom[static_cast<std::size_t>(zoom)];
+  const int present = RoundToEven(Val(Caption(caption)));
+  const int largest = zoom == ZoomX ? LargestZoomX : LargestZoomY;
+  if (by < 0 ? present > 1 : present < largest) caption->setNum(present + by);
+  ShowPreview();
+}
+
+TextStyle TextPage::PreviewStyle() const {
+  const TextModeSettings text = TextMode();
+  TextStyle style;
+  style.font = text.font;
+  style.zoomX = RoundToEven(Val(text.zoomX));
+  style.zoomY = RoundToEven(Val(text.zoomY));
+  style.underline = (text.attribute & 1) != 0;
+  style.bold = (text.attribute & 2) != 0;
+  style.inverse = (text.attribute & 4) != 0;
+  style.mode = static_cast<kelvo::TextMode>(std::max(text.mode, 0));
+  return style;
+}
+
+void TextPage::ShowPreview() { ctlVorschau->Show(txtText->Wire(), PreviewStyle()); }
+
+// The text.
+
+void TextPage::cmdTextClear_Click() {
+  Send(std::string(CmdPrefix) + "GC");
+  txtText->clear();
+}
+
+void TextPage::cmdSenden_Click() {
+  const std::string text = txtText->Wire();
+  cmdSetText_Click();
+  Send(text);
+  Q_EMIT TextSent();
+}
+
+void TextPage::cmdSetFesttext_Click() {
+  // `chkFesttextB` chooses nothing yet: no command belongs to it.
+  for (std::size_t option = 0; option < chkFesttextA.size(); ++option) {
+    if (chkFesttextA[option]->isChecked()) Send(FixedTextCommand(static_cast<int>(option)));
+  }
+}
+
+}  // namespace kelvo

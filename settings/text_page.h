@@ -1,0 +1,106 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <string>
+
+#include "graphics/device_font.h"
+#include "graphics/raster.h"
+#include "link/exchange.h"
+#include "link/operator.h"
+#include "settings/text_mode.h"
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QPushButton;
+class QRadioButton;
+
+namespace kelvo {
+
+class TextPreview;
+class UpDown;
+class WireEdit;
+class WireField;
+
+/// The text page: the Terminal's cursor and text mode, free text for its display, and single
+/// commands.
+class TextPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    Operator& person;
+    const DeviceFonts& fonts;
+  };
+  explicit TextPage(Services services, QWidget* parent = nullptr);
+
+  /// The page is shown: cursor and text mode are read from the Terminal.
+  void Shown();
+  /// What the Terminal sent unasked.
+  void ShowReceived(const std::string& received);
+  /// The command text of the text mode that the page shows.
+  std::string TextModeCommand() const;
+
+ Q_SIGNALS:
+  /// A text has gone to the display; what is known about the system may be out of date.
+  void TextSent();
+
+ private:
+  QWidget* MakeCursor();
+  QLayout* MakePosition();
+  QWidget* MakeTextStyle();
+  QLayout* MakeZoom();
+  QWidget* MakeText();
+  QWidget* MakeFixedText();
+  void ConnectControls();
+  void ConnectLists();
+
+  CursorSettings Cursor() const;
+  TextModeSettings TextMode() const;
+  TextStyle PreviewStyle() const;
+  void ShowPreview();
+  std::string Query(std::string_view query);
+  void Send(std::string command);
+  void Step(int zoom, int by);
+
+  void cmdSetCursor_Click();
+  void cmdSetCursorHome_Click();
+  void cmdGetCursor_Click();
+  void cboCursor_Click();
+  void cboTextStyle_Click();
+  void cmdSetText_Click();
+  void cmdGetText_Click();
+  void cmdTextClear_Click();
+  void cmdSenden_Click();
+  void cmdSetFesttext_Click();
+
+  Services services_;
+  QComboBox* cboCursor;
+  std::array<QRadioButton*, 2> chkCursor{};
+  QLabel* lblCursorSize;
+  WireField* txtCursorSize;
+  QLabel* lblCursorX;
+  QLabel* lblCursorY;
+  WireField* txtCursorX;
+  WireField* txtCursorY;
+  QPushButton* cmdSetCursor;
+  QPushButton* cmdSetCursorHome;
+  QPushButton* cmdGetCursor;
+  std::array<QComboBox*, 3> cboTextStyle{};
+  std::array<QLabel*, 2> lblTextZoom{};
+  std::array<UpDown*, 2> ctlUpDown{};
+  TextPreview* ctlVorschau;
+  QPushButton* cmdSetText;
+  QPushButton* cmdGetText;
+  QPushButton* cmdTextClear;
+  QPushButton* cmdTextClr2;
+  WireEdit* txtText;
+  QPushButton* cmdSenden;  // index 1; index 0 stands beside the single command
+  std::array<QRadioButton*, 2> chkFesttextA{};
+  std::array<QRadioButton*, 2> chkFesttextB{};
+  QPushButton* cmdSetFesttext;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,79 @@
+#include "settings/text_preview.h"
+
+#include <QEvent>
+#include <QImage>
+#include <QPainter>
+#include <algorithm>
+
+namespace kelvo {
+namespace {
+
+constexpr int largestScale = 3;
+constexpr char example[] = "Text 123";
+
+// The text up to the next line end, which is taken off `rest` as well; without control characters.
+std::string TakeRow(std::string_view& rest) {
+  const std::size_t end = std::min(rest.find('\n'), rest.size());
+  std::string row(rest.substr(0, end));
+  rest.remove_prefix(std::min(end + 1, rest.size()));
+  std::erase_if(row, [](char c) { return static_cast<unsigned char>(c) < 32; });
+  return row;
+}
+
+QImage Image(const PixelMap& map, QRgb set, QRgb unset) {
+  QImage image(map.Width(), map.Height(), QImage::Format_RGB32);
+  for (int y = 0; y < map.Height(); ++y) {
+    auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < map.Width(); ++x) line[x] = map.At(x, y) ? set : unset;
+  }
+  return image;
+}
+
+}  // namespace
+
+TextPreview::TextPreview(const DeviceFonts& fonts, QWidget* parent)
+    : QWidget(parent), fonts_(fonts), text_(example) {
+  setMinimumHeight(fontMetrics().lineSpacing() * 4);
+  setAccessibleName(tr("Vorschau"));
+}
+
+void TextPreview::Show(const std::string& text, const TextStyle& style) {
+  text_ = text.empty() ? example : text;
+  style_ = style;
+  update();
+}
+
+int TextPreview::RowHeight() const {
+  const int zoom = std::clamp(style_.zoomY, 1, MaxZoomY);
+  return std::max(fonts_.Font(style_.font).Height() * zoom, 1);
+}
+
+// Screen pixels for one of the Terminal's, so that at least one row of text can be seen.
+int TextPreview::Scale() const { return std::clamp(height() / RowHeight(), 1, largestScale); }
+
+PixelMap TextPreview::Picture(int width, int height) const {
+  PixelMap map(width, height);
+  DrawRectangle(map, width * 2 / 3, 0, width - 1, height - 1, true, Ink::Set);
+  std::string_view rest = text_;
+  for (int y = 0; y < height && !rest.empty(); y += RowHeight()) {
+    // The text runs on over the filled part.
+    DrawText(map, fonts_, 0, y, TakeRow(rest), style_);
+  }
+  return map;
+}
+
+void TextPreview::paintEvent(QPaintEvent*) {
+  const int scale = Scale();
+  const PixelMap map = Picture(std::max(width() / scale, 1), std::max(height() / scale, 1));
+  QPainter painter(this);
+  painter.drawImage(
+      QRect(0, 0, map.Width() * scale, map.Height() * scale),
+      Image(map, palette().color(QPalette::Text).rgb(), palette().color(QPalette::Base).rgb()));
+}
+
+void TextPreview::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) update();
+  QWidget::changeEvent(event);
+}
+
+}  // namespace kelvo

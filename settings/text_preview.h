@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "graphics/raster.h"
+
+namespace kelvo {
+
+/// A piece of the Terminal's display that shows a text as the Terminal would draw it. The right
+/// part of the display is filled beforehand, so that the drawing modes can be told apart.
+class TextPreview : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// The fonts must outlive the widget.
+  explicit TextPreview(const DeviceFonts& fonts, QWidget* parent = nullptr);
+
+  /// Wire text; line ends start a new row. An empty text shows an example.
+  void Show(const std::string& text, const TextStyle& style);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  PixelMap Picture(int width, int height) const;
+  int Scale() const;
+  int RowHeight() const;
+
+  const DeviceFonts& fonts_;
+  std::string text_;
+  TextStyle style_;
+};
+
+}  // namespace kelvo
