@@ -79,7 +79,7 @@ void AtPage::Shown() {
 }
 
 void AtPage::Left() {
-  LearnStopFlag = true;
+  StopLearning();
   cmdATTab->setCurrentIndex(TestPage);
 }
 
@@ -96,7 +96,7 @@ void AtPage::cmdATVerwerfen_Click() {
 }
 
 void AtPage::NewATTab() {
-  LearnStopFlag = true;
+  StopLearning();
   drafts_->Drop(0);
   tables_->AddNew();
   const Edit empty{{}, tables_->NumberField()};
@@ -106,7 +106,7 @@ void AtPage::NewATTab() {
 }
 
 void AtPage::SaveATTab() {
-  LearnStopFlag = true;
+  StopLearning();
   const Edit edit = OnScreen();
   const std::int64_t edited = tables_->Current();
   const auto command = TableText(edit);
@@ -119,7 +119,7 @@ void AtPage::SaveATTab() {
 }
 
 void AtPage::DeleteATTab() {
-  LearnStopFlag = true;
+  StopLearning();
   const std::int64_t deleted = tables_->Delete();
   if (deleted == 0) return;
   drafts_->Drop(deleted);
@@ -139,13 +139,21 @@ void AtPage::cmdATumkodierenStart_Click() {
     return Q_EMIT PortWanted();
   }
   cmdATTab->setCurrentIndex(LearnPage);
+  LearnStopFlag = false;
   ShowLearning(true);
   Guarded(services_.person, "GetATtab", [this] { GetATtab(); });
+  StopLearning();
+}
+
+// The page is ready for other work at once, even if the wait below is not resumed before an
+// exchange that another page has begun is over.
+void AtPage::StopLearning() {
+  if (LearnStopFlag) return;
+  LearnStopFlag = true;
   ShowLearning(false);
 }
 
 void AtPage::GetATtab() {
-  LearnStopFlag = false;
   list_->SetPairs({});
   services_.com1.SetInputLen(1);
   // Once, and not before each pair: a key that waits while a pair is entered belongs to the next.
@@ -215,11 +223,11 @@ void AtPage::ShowLearning(bool learning) {
   ShowAwaited(Awaited::Nothing);
 }
 
-void AtPage::cmdATumkodierenEnde_Click() { LearnStopFlag = true; }
+void AtPage::cmdATumkodierenEnde_Click() { StopLearning(); }
 
 void AtPage::cmdATTab_Click(int page) {
   if (page != TestPage) return;
-  LearnStopFlag = true;
+  StopLearning();
   services_.com1.SetReceiveThreshold(1);
 }
 

@@ -97,6 +97,7 @@ class AtPage : public QWidget {
   void ShowOrder();
   void ShowAwaited(Awaited key);
   void ShowLearning(bool learning);
+  void StopLearning();
   void GetATtab();
   std::optional<int> AwaitKey(QLabel& shown);
   bool LearnGoesOn() const;

@@ -62,7 +62,7 @@ QWidget* MatrixPage::MakeGrid() {
   lblTastHinweis->setSizePolicy(policy);
   column->addLayout(grid);
   column->addWidget(lblTastHinweis);
-  column->addWidget(new QLabel(tr("Ein Zeichen, #13 (dezimal), &&1B (hexadezimal) oder leer.")));
+  column->addWidget(new QLabel(tr("Ein Zeichen, #13 (dezimal), &1B (hexadezimal) oder leer.")));
   return group;
 }
 

@@ -24,6 +24,7 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   lblDebug = MakeValue("lblDebug");
   lblDebug->setFont(WireFont());
   lblDebug->setWordWrap(true);
+  lblDebug->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   lblDebug->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblDebug->setMinimumHeight(fontMetrics().lineSpacing() * 3);
 

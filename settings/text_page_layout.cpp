@@ -186,7 +186,7 @@ QWidget* TextPage::MakeText() {
                             tr("Löscht das Display und das Textfeld."));
   auto* fields = new QGridLayout;
   fields->addWidget(LabelFor(txtText, tr("Anzei&getext, auch was das Terminal sendet:")), 0, 0);
-  fields->addWidget(new QLabel(tr("Vorschau, rechts auf gefülltem Grund:")), 0, 1);
+  fields->addWidget(new QLabel(tr("Vorschau, links auf leerem, rechts auf vollem Grund:")), 0, 1);
   fields->addWidget(txtText, 1, 0);
   fields->addWidget(ctlVorschau, 1, 1);
   fields->setColumnStretch(0, 1);

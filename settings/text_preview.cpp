@@ -9,6 +9,7 @@ namespace kelvo {
 namespace {
 
 constexpr int largestScale = 3;
+constexpr int margin = 2;  // of the Terminal's pixels
 constexpr char example[] = "Text 123";
 
 // The text up to the next line end, which is taken off `rest` as well; without control characters.
@@ -49,17 +50,27 @@ int TextPreview::RowHeight() const {
 }
 
 // Screen pixels for one of the Terminal's, so that at least one row of text can be seen.
-int TextPreview::Scale() const { return std::clamp(height() / RowHeight(), 1, largestScale); }
+int TextPreview::Scale() const {
+  return std::clamp(height() / (RowHeight() + 2 * margin), 1, largestScale);
+}
+
+void TextPreview::DrawRows(PixelMap& map) const {
+  std::string_view rest = text_;
+  for (int y = margin; y < map.Height() && !rest.empty(); y += RowHeight()) {
+    DrawText(map, fonts_, margin, y, TakeRow(rest), style_);
+  }
+}
 
 PixelMap TextPreview::Picture(int width, int height) const {
-  PixelMap map(width, height);
-  DrawRectangle(map, width * 2 / 3, 0, width - 1, height - 1, true, Ink::Set);
-  std::string_view rest = text_;
-  for (int y = 0; y < height && !rest.empty(); y += RowHeight()) {
-    // The text runs on over the filled part.
-    DrawText(map, fonts_, 0, y, TakeRow(rest), style_);
-  }
-  return map;
+  PixelMap empty(width / 2, height);
+  PixelMap filled(width - width / 2, height);
+  DrawRectangle(filled, 0, 0, filled.Width() - 1, height - 1, true, Ink::Set);
+  DrawRows(empty);
+  DrawRows(filled);
+  PixelMap picture(width, height);
+  DrawBitmap(picture, 0, 0, empty, Ink::Set);
+  DrawBitmap(picture, width / 2, 0, filled, Ink::Set);
+  return picture;
 }
 
 void TextPreview::paintEvent(QPaintEvent*) {

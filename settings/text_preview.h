@@ -7,8 +7,8 @@
 
 namespace kelvo {
 
-/// A piece of the Terminal's display that shows a text as the Terminal would draw it. The right
-/// part of the display is filled beforehand, so that the drawing modes can be told apart.
+/// A piece of the Terminal's display that shows a text as the Terminal would draw it: on the left
+/// on an empty display, on the right on a filled one, so that the drawing modes can be told apart.
 class TextPreview : public QWidget {
   Q_OBJECT
 
@@ -27,6 +27,7 @@ class TextPreview : public QWidget {
   PixelMap Picture(int width, int height) const;
   int Scale() const;
   int RowHeight() const;
+  void DrawRows(PixelMap& map) const;
 
   const DeviceFonts& fonts_;
   std::string text_;

@@ -1,0 +1,337 @@
+#include <QStatusBar>
+
+#include "keyboards/key_cell.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+class MatrixPageTest : public WindowTest {
+ protected:
+  static constexpr testing_world::milliseconds soon{5};
+
+  void Open() {
+    Start();
+    Show(Tab::MatrixKeyboard);
+    Forget();
+  }
+  void AnswerFreeBytes(const std::string& bytes) { terminal.Answer("E?F", bytes + ";", soon); }
+  void Tick(const char* array, std::initializer_list<int> lines) {
+    for (int line = 0; line < 8; ++line) {
+      const bool tick = std::find(lines.begin(), lines.end(), line) != lines.end();
+      Find<QCheckBox>(Named(array, line).c_str()).setChecked(tick);
+    }
+  }
+  void TickAll() {
+    Tick("chkTastZeile", {0, 1, 2, 3, 4, 5, 6, 7});
+    Tick("chkTastSpalte", {0, 1, 2, 3, 4, 5, 6, 7});
+  }
+  static std::string Named(const char* array, int index) {
+    return std::string(array) + "_" + std::to_string(index);
+  }
+  KeyCell& Cell(int index) { return Find<KeyCell>(Named("txtTastMatrix", index).c_str()); }
+  void LeaveCell(int index, Qt::FocusReason reason = Qt::TabFocusReason) {
+    QFocusEvent leave(QEvent::FocusOut, reason);
+    QApplication::sendEvent(&Cell(index), &leave);
+  }
+  void TypeCell(int index, const std::string& wire) {
+    Cell(index).SetWire(wire);
+    LeaveCell(index);
+  }
+  std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
+  void Insert(const std::string& name, const std::string& values) {
+    Sql("insert into Makro (typ, Bezeichnung, nr_im_display, ausgang, eingang, wert) values "
+        "('MatrixTab', '" +
+        name + "', " + values + ")");
+  }
+};
+
+TEST_F(MatrixPageTest, ShowsTheKeysOfWiredLinesAndEmptiesTheOthers) {
+  Open();
+  Tick("chkTastZeile", {2, 5});
+  Tick("chkTastSpalte", {3});
+  for (int index = 0; index < 64; ++index) {
+    EXPECT_EQ(Cell(index).isVisible(), index == 26 || index == 29) << index;
+  }
+  Cell(26).SetWire("A");
+  Find<QCheckBox>("chkTastZeile_2").setChecked(false);
+  EXPECT_EQ(Cell(26).Wire(), "");
+}
+
+TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
+  Open();
+  TickAll();
+  TypeCell(0, "&f");
+  EXPECT_EQ(Cell(0).Wire(), "&0F");
+  EXPECT_EQ(person.beeps, 0);
+  // Another window in front is no other control.
+  LeaveCell(0, Qt::ActiveWindowFocusReason);
+  EXPECT_EQ(Cell(0).Wire(), "&0F");
+  LeaveCell(0);
+  EXPECT_EQ(Cell(0).Wire(), "");
+  EXPECT_EQ(person.beeps, 1);
+  EXPECT_NE(InStatusBar().find("&0F"), std::string::npos);
+  Cell(1).setText(QStringLiteral("€"));
+  LeaveCell(1);
+  EXPECT_EQ(Cell(1).text(), "");
+  EXPECT_GE(person.beeps, 2);
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(MatrixPageTest, ABoxSaysWhatItMeansAndSends) {
+  Open();
+  TickAll();
+  for (const auto& [text, meaning] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"A", "Zeichen A, sendet Code 65 ($41)"},
+           {"#13", "dezimaler Code, sendet Code 13 ($D)"},
+           {"&0A", "hexadezimaler Code, sendet Code 10 ($0A)"},
+           {"", "keine Taste, sendet Code 255 ($FF)"}}) {
+    Cell(9).SetWire(text);
+    EXPECT_EQ(Cell(9).toolTip().toStdString(), meaning);
+  }
+}
+
+TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
+  Open();
+  AnswerFreeBytes("1000");
+  terminal.Answer(",FF;", "\x06", soon);
+  Tick("chkTastZeile", {0});
+  Tick("chkTastSpalte", {0, 1});
+  TypeCell(0, "A");
+  Type("txtTastTabNr", "07");
+  Click("cmdSetMatrixTab");
+  EXPECT_EQ(port.writes, (std::vector<std::string>{"\x1B"
+                                                   "E?F",
+                                                   "\x1BMS2,1;\x1BMC2,10,35,252,127,5;\x1BME",
+                                                   "\x1B"
+                                                   "EWK7,80,41,FF,FF,FF,FF,FF,FF,FF;",
+                                                   "\x1B"
+                                                   "EMK7;"}));
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
+  Open();
+  TickAll();
+  terminal.Answer(";", "\x06", soon);
+  // The reply's two characters fit into 22 - 20 bytes, and do not into 21 - 20.
+  AnswerFreeBytes("22");
+  Click("cmdSetMatrixTab");
+  EXPECT_TRUE(person.messages.empty());
+  AnswerFreeBytes("21");
+  Forget();
+  Click("cmdSetMatrixTab");
+  EXPECT_EQ(person.LastMessage(), "nicht genügend Platz im EEprom");
+  EXPECT_EQ(port.writes.size(), 1U);
+}
+
+TEST_F(MatrixPageTest, FailsWithoutAColumnBeforeAnythingIsWritten) {
+  Open();
+  Tick("chkTastZeile", {0, 1});
+  Click("cmdMatrixEnable");
+  EXPECT_EQ(person.LastMessage(), "Es ist keine Spalte angekreuzt / CreateMatrixMode");
+  EXPECT_EQ(port.written, "");
+  AnswerFreeBytes("1000");
+  Click("cmdSetMatrixTab");
+  Trigger("mnuDateiSaveAsMakro");
+  EXPECT_EQ(person.messages.size(), 3U);
+  EXPECT_TRUE(person.prompts.empty());
+  EXPECT_EQ(port.written,
+            "\x1B"
+            "E?F");
+}
+
+TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
+  Open();
+  TickAll();
+  AnswerFreeBytes("1000");
+  Click("cmdSetMatrixTab");
+  EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetMatrixTab");
+  EXPECT_EQ(port.written.find("EMK"), std::string::npos);
+  terminal.Answer("EDK0;", "\x15", soon);
+  Click("cmdClearMatrixTast");
+  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
+  terminal.Answer("EDK0;", "X", soon);
+  Click("cmdClearMatrixTast");
+  EXPECT_EQ(person.LastMessage(), "unknown 88 / cmdClearMatrixTast");
+}
+
+TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
+  Open();
+  terminal.Answer("EM?", "3,80,\xE4;", soon);
+  Click("cmdMatrixRead");
+  EXPECT_EQ(person.LastMessage(), "3,80,ä");
+  Click("cmdMatrixDisable");
+  EXPECT_EQ(Written(), ReadableText("\x1B"
+                                    "EM?\x1BMD"));
+}
+
+TEST_F(MatrixPageTest, ShowsPressedKeys) {
+  Open();
+  TickAll();
+  TypeCell(5, "k");
+  const auto colour = [this](int index) {
+    return Cell(index).palette().color(QPalette::Base).name().toStdString();
+  };
+  port.Arrive("\x8A");
+  EXPECT_EQ(Cell(16).Wire(), "$8A");
+  EXPECT_EQ(colour(16), "#0000ff");
+  port.Arrive("k");
+  EXPECT_EQ(colour(16), "#ffffff");
+  EXPECT_EQ(colour(5), "#0000ff");
+  EXPECT_EQ(Text("lblTastKlartext"), "k");
+  port.Arrive("\r");
+  EXPECT_EQ(Text("lblTastKlartext"), "&13");
+  loop.RunFor(std::chrono::seconds(3));
+  EXPECT_EQ(colour(5), "#ffffff");
+  EXPECT_EQ(Text("lblTastKlartext"), "");
+}
+
+TEST_F(MatrixPageTest, KeepsTablesUnderAnyName) {
+  Open();
+  const std::string names[] = {"O'Neill", "100 %", "Tür 'ß'; drop table Makro", "\"_\""};
+  for (const std::string& name : names) {
+    Trigger("mnuDateiNeu");
+    TypeCell(0, name.substr(0, 1));
+    Type("txtTastTabNr", "12");
+    person.inputs = {name};
+    Trigger("mnuDateiSave");
+    EXPECT_EQ(person.prompts.back(), "Bezeichnung für diese Tastaturtabelle :|(neuer Name)");
+  }
+  EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
+  for (const std::string& name : names) {
+    Choose("cboTastTabBez", name.c_str());
+    EXPECT_EQ(Cell(0).Wire(), name.substr(0, 1));
+    EXPECT_EQ(Text("txtTastTabNr"), "12");
+  }
+  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "ausgang"), "255");
+  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "lfdnr", 2), "2");
+}
+
+TEST_F(MatrixPageTest, ANewTableStandsFirstAndOverwritesNoOther) {
+  Insert("(neuer Name)", "1, '128', '1', char(27) || 'EWK1,80,41;'");
+  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
+  Open();
+  Trigger("mnuDateiNeu");
+  EXPECT_EQ(Find<QComboBox>("cboTastTabBez").currentIndex(), 0);
+  EXPECT_EQ(Cell(0).Wire(), "");
+  EXPECT_TRUE(Cell(63).isVisible());
+  person.inputs = {"drei"};
+  Trigger("mnuDateiSave");
+  EXPECT_EQ(Entries("cboTastTabBez"), (std::vector<std::string>{"drei", "(neuer Name)", "zwei"}));
+  Choose("cboTastTabBez", "(neuer Name)");
+  EXPECT_EQ(Cell(0).Wire(), "A");
+}
+
+TEST_F(MatrixPageTest, AnEmptyNameSavesNothing) {
+  Insert("eins", "1, '128', '1', char(27) || 'EWK1,80,41;'");
+  Open();
+  TypeCell(0, "B");
+  person.inputs = {""};
+  Trigger("mnuDateiSave");
+  Trigger("mnuDateiSave");
+  EXPECT_EQ(person.prompts.size(), 2U);
+  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "wert"),
+            "\x1B"
+            "EWK1,80,41;");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "* eins");
+}
+
+TEST_F(MatrixPageTest, OfTwoWithTheSameNameTheFirstIsMeant) {
+  Insert("Zwilling", "1, '128', '1', char(27) || 'EWK1,80,41;'");
+  Insert("Zwilling", "2, '128', '1', char(27) || 'EWK2,80,42;'");
+  Open();
+  auto& list = Find<QComboBox>("cboTastTabBez");
+  list.setCurrentIndex(1);
+  Q_EMIT list.activated(1);
+  EXPECT_EQ(Cell(0).Wire(), "A");
+  EXPECT_EQ(list.currentIndex(), 0);
+  // The first one out of the way, the other is found.
+  person.answers = {true};
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(person.questions.back(), "Umkodiertabelle 'Zwilling' löschen ?");
+  EXPECT_EQ(person.lastQuestion.icon, Icon::Question);
+  EXPECT_EQ(list.count(), 1);
+  EXPECT_EQ(Cell(0).Wire(), "B");
+}
+
+TEST_F(MatrixPageTest, DeletesOnlyAfterAYesAndKeepsAValidSelection) {
+  Insert("eins", "1, '128', '1', char(27) || 'EWK1,80,41;'");
+  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
+  Open();
+  Choose("cboTastTabBez", "zwei");
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(Entries("cboTastTabBez").size(), 2U);
+  person.answers = {true, true, true};
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "eins");
+  EXPECT_EQ(Cell(0).Wire(), "A");
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_TRUE(Entries("cboTastTabBez").empty());
+  EXPECT_FALSE(Cell(0).isVisible());
+  const std::size_t asked = person.questions.size();
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(person.questions.size(), asked);
+}
+
+TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
+  Insert("kurz", "1, '192', '3', 'EWK'");
+  Insert("leer", "NULL, NULL, NULL, NULL");
+  Insert("Unsinn", "'x', 'abc', '-7', 'ü,€,ZZ,,;;,41'");
+  Insert("Masken", "1e300, '1e300', '70000', char(27) || 'EWK1,80,41,ZZ'");
+  Insert("Bytes", "4, '128', '1', x'1bff002c2c2c'");
+  Open();
+  for (const char* name : {"leer", "kurz", "Unsinn", "Bytes", "leer", "Masken"}) {
+    Choose("cboTastTabBez", name);
+    EXPECT_TRUE(person.messages.empty()) << name;
+  }
+  EXPECT_TRUE(Find<QCheckBox>("chkTastZeile_7").isChecked());
+  EXPECT_EQ(Cell(0).Wire(), "A");
+  EXPECT_EQ(Cell(8).Wire(), "#0");
+  EXPECT_EQ(Cell(16).Wire(), "");
+}
+
+TEST_F(MatrixPageTest, AnEditStaysWithItsRecordUntilItIsSavedOrGivenUp) {
+  Insert("eins", "1, '128', '3', char(27) || 'EWK1,80,41,42;'");
+  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,43;'");
+  Open();
+  TypeCell(0, "#7");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "* eins");
+  Choose("cboTastTabBez", "zwei");
+  EXPECT_EQ(Cell(0).Wire(), "C");
+  EXPECT_FALSE(Find("cmdTastVerwerfen").isEnabled());
+  window->close();
+  EXPECT_NE(person.questions.back().find("\"eins\""), std::string::npos);
+  Choose("cboTastTabBez", "* eins");
+  EXPECT_EQ(Cell(0).Wire(), "#7");
+  EXPECT_EQ(Cell(8).Wire(), "B");
+  Click("cmdTastVerwerfen");
+  EXPECT_EQ(Cell(0).Wire(), "A");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "eins");
+}
+
+TEST_F(MatrixPageTest, TheFirstTableOfAllCanBeSavedWithoutNew) {
+  Open();
+  Tick("chkTastZeile", {0});
+  Tick("chkTastSpalte", {0});
+  TypeCell(0, "Z");
+  person.inputs = {"erste"};
+  Trigger("mnuDateiSave");
+  EXPECT_EQ(Entries("cboTastTabBez"), std::vector<std::string>{"erste"});
+  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "wert"),
+            "\x1B"
+            "EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
+}
+
+TEST_F(MatrixPageTest, SavesItsModeAsAMacro) {
+  Open();
+  TickAll();
+  person.inputs = {"Matrix an"};
+  Trigger("mnuDateiSaveAsMakro");
+  EXPECT_EQ(person.prompts.back(), "Bezeichnung für dieses Makro :|(neuer Name)");
+  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Matrix an'", "wert"),
+            "\x1BMS8,8;\x1BMC2,10,35,0,0,5;\x1BME");
+}
+
+}  // namespace
+}  // namespace kelvo
