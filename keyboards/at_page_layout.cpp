@@ -122,6 +122,7 @@ QWidget* AtPage::MakeTerminalTable() {
 QWidget* AtPage::MakeKeyboard() {
   auto* group = new QGroupBox(tr("Tastatur am Terminal"));
   cmdATTab = Named(new QTabWidget, "cmdATTab");
+  cmdATTab->setAccessibleName(tr("Prüfen oder Anlernen"));
   cmdATTab->addTab(MakeTest(), tr("&Prüfen"));
   cmdATTab->addTab(MakeLearning(), tr("&Anlernen"));
   cmdATumkodierenStart =

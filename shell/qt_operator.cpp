@@ -28,11 +28,22 @@ QMessageBox::Icon BoxIcon(Icon icon) {
   return QMessageBox::NoIcon;
 }
 
+// A long line without blanks, such as a table's codes, would leave the screen; it may be broken
+// behind its commas.
+QString Breakable(const QString& text) {
+  constexpr qsizetype longestLine = 80;
+  QString breakable = text;
+  if (text.size() > longestLine && !text.contains(u' ')) {
+    breakable.replace(QStringLiteral(","), QStringLiteral(",\u200B"));
+  }
+  return breakable;
+}
+
 void Fill(QMessageBox& box, const std::string& text, Icon icon, const std::string& title) {
   box.setWindowTitle(Title(title));
   box.setIcon(BoxIcon(icon));
   box.setTextFormat(Qt::PlainText);
-  box.setText(QString::fromStdString(text));
+  box.setText(Breakable(QString::fromStdString(text)));
 }
 
 // "Text (txt) |*.txt" as Qt's dialogs want it: "Text (txt) (*.txt)".

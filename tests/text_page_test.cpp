@@ -1,1 +1,295 @@
+#include <QGroupBox>
+#include <QImage>
+#include <QMenuBar>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QToolButton>
+#include <set>
 
+#include "settings/text_mode.h"
+#include "settings/text_preview.h"
+#include "tests/window_fixture.h"
+#include "widgets/up_down.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::milliseconds;
+
+TEST(TextMode, CreateCursorBuildsOneCommandForEachKind) {
+  for (const auto& [cursor, command] :
+       std::initializer_list<std::pair<CursorSettings, std::string>>{
+           {{0, 1, "5", "3", "4"}, "\x1B!c 0;\x1B!C 0;"},
+           {{1, 1, "5", "3", "4"}, "\x1B!c 1,1;\x1B!C 1;\x1BTP3,4;"},
+           {{2, 0, "5", "3", "4"}, "\x1B!c 2,0;\x1B!C 2;\x1BTP3,4;"},
+           {{3, 1, "5", "10", "20"}, "\x1B!c 3,5;\x1B!C 3;\x1BGP10,20;"},
+           {{4, 0, "0", "0", "0"}, "\x1B!c 4,0;\x1B!C 4;\x1BGP0,0;"},
+           {{6, 1, "5", "1", "2"}, "\x1B!c 6,1;\x1B!C 6;\x1BGP1,2;"}}) {
+    EXPECT_EQ(CreateCursor(cursor), command);
+  }
+}
+
+TEST(TextMode, ReadsReplies) {
+  EXPECT_EQ(ReadCursorShape(1, "1"), 1);
+  EXPECT_EQ(ReadCursorShape(5, "7,1"), 1);
+  // The comma is looked for from the second character on.
+  EXPECT_EQ(ReadCursorShape(6, ",0,1"), 1);
+  EXPECT_EQ(ReadCursorShape(2, "9"), std::nullopt);
+  EXPECT_EQ(ReadCursorShape(3, "1"), std::nullopt);
+  EXPECT_EQ(ReadCursorSize("3,12"), 12);
+  EXPECT_EQ(ReadCursorSize("3"), 3);
+  EXPECT_EQ(ReadPosition("12,34").x, 12);
+  EXPECT_EQ(ReadPosition("12,34").y, 34);
+  EXPECT_EQ(ReadPosition("7").y, 7);
+  EXPECT_EQ(ReadPosition("TimeOut").x, 0);
+  EXPECT_EQ(ReadDigit("42"), 4);
+  EXPECT_EQ(ReadDigit(""), 0);
+  EXPECT_EQ(ReadZoom("2,3").x, 2);
+  EXPECT_EQ(ReadZoom("2,3").y, 3);
+  EXPECT_EQ(ReadZoom("2,").y, 0);
+}
+
+class TextPageTest : public WindowTest {
+ protected:
+  static constexpr milliseconds soon{5};
+
+  void Open() {
+    Start();
+    Show(Tab::Text);
+    Forget();
+  }
+  void AnswerAll(const std::string& kind, const std::string& shape, const std::string& position) {
+    const std::pair<const char*, std::string> answers[] = {
+        {"?C", kind},  {"?c", shape}, {"T?P", position}, {"G?P", position},
+        {"T?F", "39"}, {"T?A", "5"},  {"T?M", "2"},      {"T?Z", "2,3"}};
+    for (const auto& [query, reply] : answers) terminal.Answer(query, reply + ";", soon);
+  }
+  void ChooseIndex(const char* list, int index) { Find<QComboBox>(list).setCurrentIndex(index); }
+};
+
+TEST_F(TextPageTest, AsksTheTerminalWhenItIsShown) {
+  AnswerAll("5", "0,1", "12,34");
+  Open();
+  EXPECT_EQ(Chosen("cboCursor"), "blinkender Textcursor an Grafik-Position");
+  EXPECT_TRUE(Find<QRadioButton>("chkCursor_1").isChecked());
+  EXPECT_EQ(Text("txtCursorX") + "/" + Text("txtCursorY"), "12/34");
+  EXPECT_EQ(Chosen("cboTextStyle_0"), "8 x 16");
+  EXPECT_EQ(Chosen("cboTextStyle_1"), "Unterstr.+Invers");
+  EXPECT_EQ(Chosen("cboTextStyle_2"), "Löschen");
+  EXPECT_EQ(Text("lblTextZoom_0") + Text("lblTextZoom_1"), "23");
+}
+
+TEST_F(TextPageTest, AsksForThePositionThatBelongsToTheKind) {
+  Open();
+  for (const auto& [kind, query] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"0", "G?P"}, {"1", "T?P"}, {"2", "T?P"}, {"3", "G?P"}}) {
+    AnswerAll(kind, "0,8", "1,2");
+    Forget();
+    Click("cmdGetCursor");
+    EXPECT_EQ(port.written, std::string("\x1B?C\x1B?c\x1B") + query) << kind;
+  }
+  EXPECT_EQ(Text("txtCursorSize"), "8");
+}
+
+TEST_F(TextPageTest, WithoutATerminalEverythingIsZero) {
+  Open();
+  EXPECT_EQ(Find<QComboBox>("cboCursor").currentIndex(), 0);
+  EXPECT_EQ(Text("txtCursorX"), "0");
+  EXPECT_EQ(Text("lblTextZoom_0"), "0");
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(TextPageTest, ShowsTheFieldsThatTheKindHas) {
+  Open();
+  for (int kind = 0; kind < CursorKindCount; ++kind) {
+    ChooseIndex("cboCursor", kind);
+    EXPECT_EQ(Find("chkCursor_0").isVisible(), HasShape(kind)) << kind;
+    EXPECT_EQ(Find("txtCursorSize").isVisible(), IsCross(kind)) << kind;
+    EXPECT_EQ(Find("lblCursorSize").isVisible(), IsCross(kind)) << kind;
+    EXPECT_EQ(Text("lblCursorX"), kind == 1 || kind == 2 ? "Spalte" : "X-Pos") << kind;
+    EXPECT_EQ(Text("lblCursorY"), kind == 1 || kind == 2 ? "Zeile" : "Y-Pos") << kind;
+  }
+}
+
+TEST_F(TextPageTest, SendsWhatThePageShows) {
+  Open();
+  ChooseIndex("cboCursor", 1);
+  Find<QRadioButton>("chkCursor_1").setChecked(true);
+  Type("txtCursorX", "007");
+  Type("txtCursorY", "x");
+  Click("cmdSetCursor");
+  EXPECT_EQ(Written(), ReadableText("\x1B!c 1,1;\x1B!C 1;\x1BTP7,0;"));
+  Forget();
+  Click("cmdSetCursorHome");
+  EXPECT_EQ(Text("txtCursorX") + Text("txtCursorY"), "11");
+  ChooseIndex("cboCursor", 3);
+  Click("cmdSetCursorHome");
+  EXPECT_EQ(Text("txtCursorX") + Text("txtCursorY"), "00");
+  ChooseIndex("cboCursor", 0);
+  Click("cmdSetCursorHome");
+  EXPECT_EQ(Written(), ReadableText("\x1BTH\x1BGH"));
+}
+
+TEST_F(TextPageTest, FieldsKeepOnlyTheirNumber) {
+  Open();
+  for (const char* field : {"txtCursorSize", "txtCursorX", "txtCursorY"}) {
+    for (const std::string& text : BadTexts) {
+      Type(field, text);
+      EXPECT_EQ(Text(field).find_first_not_of("0123456789-.E+"), std::string::npos) << text;
+    }
+    Type(field, "12a");
+    EXPECT_EQ(Text(field), "12");
+  }
+}
+
+TEST_F(TextPageTest, ZoomStaysWithinItsLimits) {
+  Open();
+  ChooseIndex("cboTextStyle_0", 3);
+  for (int step = 0; step < 12; ++step) {
+    Click("ctlUpDown_0_Up");
+    Click("ctlUpDown_1_Up");
+  }
+  Click("cmdSetText");
+  EXPECT_EQ(Written(), ReadableText("\x1BTF3;\x1BTA0;\x1BTM0;\x1BTZ4,8;"));
+  for (int step = 0; step < 12; ++step) Click("ctlUpDown_1_Down");
+  EXPECT_EQ(Text("lblTextZoom_1"), "1");
+  for (const int font : {4, 9}) {
+    ChooseIndex("cboTextStyle_0", font);
+    EXPECT_EQ(Text("lblTextZoom_0"), "1");
+    EXPECT_FALSE(Find("ctlUpDown_0").isVisible());
+    ChooseIndex("cboTextStyle_0", 0);
+    EXPECT_TRUE(Find("ctlUpDown_1").isVisible());
+  }
+}
+
+TEST_F(TextPageTest, SendsTextAndSingleCommandsAsTheyStand) {
+  Open();
+  Find<QPlainTextEdit>("lblSysInfo").setPlainText(QStringLiteral("alt"));
+  ChooseIndex("cboTextStyle_0", 4);
+  Type("txtText",
+       "Gr\xFC\xDF"
+       "e\x1BGC");
+  Click("cmdSenden_1");
+  EXPECT_EQ(port.written,
+            "\x1BTF4;\x1BTA0;\x1BTM0;\x1BTZ1,1;Gr\xFC\xDF"
+            "e\x1BGC");
+  EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
+  Forget();
+  Type("Befehl", "GC");
+  Click("cmdSenden_0");
+  EXPECT_EQ(port.written, "GC");
+  for (const char* button : {"cmdTextClear", "cmdTextClr2"}) {
+    Type("txtText", "x");
+    Forget();
+    Click(button);
+    EXPECT_EQ(port.written, "\x1BGC");
+    EXPECT_EQ(Editor("txtText"), "");
+  }
+}
+
+TEST_F(TextPageTest, FixedTextSelectsTerminalOneOrZero) {
+  Open();
+  Click("chkFesttextB_0");
+  Click("cmdSetFesttext");
+  EXPECT_EQ(port.written, "");
+  Click("chkFesttextA_0");
+  Click("cmdSetFesttext");
+  Click("chkFesttextA_1");
+  Click("cmdSetFesttext");
+  EXPECT_EQ(Written(), ReadableText("\x1B!A1;\x1B!A0;"));
+}
+
+TEST_F(TextPageTest, AppendsWhatTheTerminalSends) {
+  Open();
+  Type("txtText", "ab");
+  port.Arrive("\xE4\r\n\x1B;");
+  EXPECT_EQ(Editor("txtText"), "ab\xE4\r\n\x1B;");
+}
+
+TEST_F(TextPageTest, SavesItsModeAsAMacro) {
+  Open();
+  person.inputs = {"Schrift"};
+  Click("cmdToolbar_11");
+  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Schrift'", "wert"),
+            "\x1BTF0;\x1BTA0;\x1BTM0;\x1BTZ0,0;");
+}
+
+TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
+  DeviceFonts fonts;
+  ASSERT_TRUE(fonts.Load(KELVO_PROGRAM_DIR "/fonts").empty());
+  TextPreview preview(fonts);
+  preview.resize(300, 80);
+  const auto picture = [&preview](const std::string& text, TextStyle style) {
+    preview.Show(text, style);
+    return preview.grab().toImage();
+  };
+  std::vector<QImage> pictures;
+  pictures.push_back(picture("Ab", {}));
+  for (const TextStyle& style :
+       {TextStyle{3}, TextStyle{0, 2}, TextStyle{0, 1, 1, true}, TextStyle{0, 1, 1, false, true},
+        TextStyle{0, 1, 1, false, false, true},
+        TextStyle{0, 1, 1, false, false, false, TextMode::Invert},
+        TextStyle{0, 1, 1, false, false, false, TextMode::Clear},
+        TextStyle{0, 1, 1, false, false, false, TextMode::Set}}) {
+    pictures.push_back(picture("Ab", style));
+  }
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) EXPECT_NE(pictures[i], pictures[j]) << i << " " << j;
+  }
+  // An empty text, one of many rows and a zoom that the Terminal did not tell.
+  picture("", {0, 0, 0});
+  EXPECT_EQ(picture(std::string(3000, '\n') + "x", {}), picture("\n", {}));
+}
+
+// The letters by which Alt reaches something on a page, and the window's own.
+std::multiset<QChar> Mnemonics(const QList<QWidget*>& widgets) {
+  std::multiset<QChar> letters;
+  const auto add = [&letters](QString text) {
+    text.remove(QStringLiteral("&&"));
+    const qsizetype at = text.indexOf(u'&');
+    if (at >= 0) letters.insert(text.at(at + 1).toUpper());
+  };
+  for (QWidget* widget : widgets) {
+    if (auto* const label = qobject_cast<QLabel*>(widget); label && label->buddy()) {
+      add(label->text());
+    }
+    if (auto* const button = qobject_cast<QAbstractButton*>(widget)) add(button->text());
+    if (auto* const group = qobject_cast<QGroupBox*>(widget)) add(group->title());
+    if (auto* const tabs = qobject_cast<QTabWidget*>(widget)) {
+      for (int i = 0; i < tabs->count(); ++i) add(tabs->tabText(i));
+    }
+  }
+  return letters;
+}
+
+TEST_F(TextPageTest, MnemonicsAreUniqueOnEachPage) {
+  Open();
+  const auto& tabs = Find<QTabWidget>("cmdTab");
+  for (const int page : {2, 5, 6}) {
+    std::multiset<QChar> letters = Mnemonics(tabs.widget(page)->findChildren<QWidget*>());
+    for (const QAction* menu : window->menuBar()->actions()) {
+      letters.insert(menu->text().at(menu->text().indexOf(u'&') + 1).toUpper());
+    }
+    letters.insert(u'E');  // the bus address above the pages
+    for (const QChar letter : letters) {
+      EXPECT_EQ(letters.count(letter), 1U) << page << " " << QString(letter).toStdString();
+    }
+  }
+}
+
+TEST_F(TextPageTest, EveryControlHasANameForTheScreenReader) {
+  Open();
+  const auto& tabs = Find<QTabWidget>("cmdTab");
+  for (const int page : {2, 5, 6}) {
+    for (const QWidget* widget : tabs.widget(page)->findChildren<QWidget*>()) {
+      if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->objectName().isEmpty()) continue;
+      if (widget->objectName().startsWith(QStringLiteral("qt_"))) continue;
+      const auto* const button = qobject_cast<const QAbstractButton*>(widget);
+      EXPECT_FALSE(widget->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+          << widget->objectName().toStdString();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kelvo
