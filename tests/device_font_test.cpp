@@ -28,7 +28,7 @@ DeviceFonts FolderWithTinyFont(const std::string& name) {
 std::string Drawn(const TextStyle& style, int x = 0, PixelMap map = PixelMap(6, 4)) {
   static const DeviceFonts fonts = FolderWithTinyFont("Font0.Fnt");
   DrawText(map, fonts, x, 0, "AA", style);
-  return Picture(map);
+  return AsText(map);
 }
 
 TEST(DeviceFont, ReadsItsFormatAndRefusesEverythingElse) {

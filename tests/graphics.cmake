@@ -3,3 +3,5 @@ kelvo_test(device_font_test SOURCES device_font_test.cpp LINK kelvo_graphics)
 target_compile_definitions(device_font_test PRIVATE
   KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(device_font_test kelvo_fonts)
+kelvo_test(drawing_test SOURCES
+  create_bitmap_test.cpp create_pic_test.cpp painter_test.cpp LINK kelvo_graphics)

@@ -7,7 +7,7 @@
 namespace kelvo {
 
 /// A map as text, "#" and ".", every row followed by a line end.
-inline std::string Picture(const PixelMap& map) {
+inline std::string AsText(const PixelMap& map) {
   std::string picture;
   for (int y = 0; y < map.Height(); ++y) {
     for (int x = 0; x < map.Width(); ++x) picture += map.At(x, y) ? '#' : '.';

@@ -69,7 +69,7 @@ TEST_P(RasterPicture, IsDrawnErasedAndInvertedAlike) {
   const Golden& golden = GetParam();
   PixelMap map(golden.width, golden.height);
   golden.draw(map, Ink::Set);
-  EXPECT_EQ(Picture(map), golden.picture);
+  EXPECT_EQ(AsText(map), golden.picture);
 
   PixelMap inverted(golden.width, golden.height);
   golden.draw(inverted, Ink::Invert);
@@ -151,7 +151,7 @@ TEST(Raster, ABitmapDrawsItsSetPixelsOnly) {
   bits.Put(0, 0, Ink::Set);
   PixelMap map = AllSet(3, 2);
   DrawBitmap(map, 1, 0, bits, Ink::Clear);
-  EXPECT_EQ(Picture(map), "#.#\n###\n");
+  EXPECT_EQ(AsText(map), "#.#\n###\n");
   DrawBitmap(map, 1, 0, bits, Ink::Set);
   DrawBitmap(map, -1, -1, bits, Ink::Clear);  // only unset pixels of it are visible
   EXPECT_EQ(SetPixels(map), 6);

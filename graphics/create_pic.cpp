@@ -1,0 +1,113 @@
+#include "graphics/create_pic.h"
+
+#include <array>
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+#include "graphics/command_walk.h"
+#include "graphics/text_prefix.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr char Escape = '\x1b';
+constexpr char EndOfText = '\x04';
+
+// Writes each command as
+//
+//   ESC letters number { "," number } ";"
+//
+// with two number formats: S, decimal with a leading blank unless negative, for everything drawn
+// with lines; P, plain decimal, for pictures and text.
+class CommandWriter : public CommandHandler {
+ public:
+  explicit CommandWriter(TerminalTraits& terminal) : terminal_(terminal) {}
+
+  Translation Take() { return std::move(result_); }
+
+  void PenMode(Ink ink) override { Begin(ink == Ink::Set ? "GM0;" : "GM1;"); }
+
+  void Lines(const std::vector<PixelPoint>& points) override {
+    SPair("GP", points.front().x, points.front().y);
+    for (std::size_t i = 1; i < points.size(); ++i) SPair("GL", points[i].x, points[i].y);
+  }
+
+  void Rectangle(PixelPoint from, PixelPoint to, bool filled) override {
+    SPair("GP", from.x, from.y);
+    SPair(filled ? "GfR" : "GR", to.x, to.y);
+  }
+
+  void Ellipse(PixelPoint centre, int radiusX, int radiusY, bool filled) override {
+    SPair("GP", centre.x, centre.y);
+    SPair(filled ? "GfE" : "GE", radiusX, radiusY);
+  }
+
+  void Bitmap(PixelPoint topLeft, const DrawingObject& object, int w, int h) override {
+    Begin("GB");
+    P(topLeft.x, ',');
+    P(topLeft.y, ',');
+    Translation bitmap = CreateBitmap(object, w, h, CreateForCommand, terminal_);
+    result_.text += bitmap.text;
+    for (std::string& message : bitmap.messages) result_.messages.push_back(std::move(message));
+  }
+
+  void Text(PixelPoint topLeft, const std::string& text) override {
+    const TextAttributes attributes = AttributesOf(text);
+    PPair("GP", topLeft.x, topLeft.y);
+    Begin("GF");
+    P(attributes.font, ';');
+    PPair("GZ", attributes.zoomX, attributes.zoomY);
+    Begin("GA");
+    P(AttributeValue(attributes), ';');
+    Begin("GT");
+    result_.text += ShownText(text);
+    result_.text += EndOfText;
+  }
+
+  void Overflow() override { result_.messages.emplace_back("Überlauf / CreatePic"); }
+
+ private:
+  void Begin(std::string_view letters) {
+    result_.text += Escape;
+    result_.text += letters;
+  }
+
+  void P(int number, char end) {
+    std::array<char, 12> digits{};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    result_.text.append(digits.data(), written.ptr);
+    result_.text += end;
+  }
+
+  void S(int number, char end) {
+    if (number >= 0) result_.text += ' ';
+    P(number, end);
+  }
+
+  void SPair(std::string_view letters, int a, int b) {
+    Begin(letters);
+    S(a, ',');
+    S(b, ';');
+  }
+
+  void PPair(std::string_view letters, int a, int b) {
+    Begin(letters);
+    P(a, ',');
+    P(b, ';');
+  }
+
+  TerminalTraits& terminal_;
+  Translation result_;
+};
+
+}  // namespace
+
+Translation CreatePic(const Drawing& drawing, TerminalTraits& terminal) {
+  CommandWriter writer(terminal);
+  WalkDrawing(drawing, terminal.displayHeight, writer);
+  return writer.Take();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,108 @@
+#include "graphics/drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kelvo {
+
+namespace {
+
+bool HasVertices(Kind kind) {
+  return kind == Kind::Line || kind == Kind::Polyline || kind == Kind::Vertices;
+}
+
+Box BoxOf(Point a, Point b) {
+  const auto [left, right] = std::minmax({a.x, b.x});
+  const auto [bottom, top] = std::minmax({a.y, b.y});
+  return {left, bottom, right, top};
+}
+
+Box United(const Box& a, const Box& b) {
+  return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
+          std::max(a.top, b.top)};
+}
+
+int Mapped(int value, int from, int fromLength, int to, int toLength) {
+  if (fromLength <= 0) return to + (value - from);
+  const double share = static_cast<double>(value - from) / fromLength;
+  return to + static_cast<int>(std::lround(share * toLength));
+}
+
+Point Mapped(Point p, const Box& from, const Box& to) {
+  return {Mapped(p.x, from.left, from.right - from.left, to.left, to.right - to.left),
+          Mapped(p.y, from.bottom, from.top - from.bottom, to.bottom, to.top - to.bottom)};
+}
+
+}  // namespace
+
+Picture::Picture(int width, int height, std::vector<Colour> pixels) {
+  const bool whole =
+      width > 0 && height > 0 &&
+      pixels.size() == static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  if (!whole) return;
+  width_ = width;
+  height_ = height;
+  pixels_ = std::make_shared<const std::vector<Colour>>(std::move(pixels));
+}
+
+Colour Picture::At(int x, int y) const {
+  if (x < 0 || y < 0 || x >= width_ || y >= height_) return White;
+  return Row(y)[x];
+}
+
+const Colour* Picture::Row(int y) const {
+  return pixels_->data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
+}
+
+bool Picture::operator==(const Picture& other) const {
+  if (width_ != other.width_ || height_ != other.height_) return false;
+  return pixels_ == other.pixels_ || *pixels_ == *other.pixels_;
+}
+
+Box BoundsOf(const DrawingObject& object) {
+  if (object.kind == Kind::Group) return BoundsOf(object.members);
+  if (!HasVertices(object.kind)) return BoxOf(object.corner1, object.corner2);
+  if (object.vertices.empty()) return {};
+  Box box = BoxOf(object.vertices.front(), object.vertices.front());
+  for (const Point& p : object.vertices) box = United(box, BoxOf(p, p));
+  return box;
+}
+
+Box BoundsOf(const std::vector<DrawingObject>& objects) {
+  if (objects.empty()) return {};
+  Box box = BoundsOf(objects.front());
+  for (const DrawingObject& object : objects) box = United(box, BoundsOf(object));
+  return box;
+}
+
+void MoveBy(DrawingObject& object, int dx, int dy) {
+  const auto move = [&](Point& p) { p = {p.x + dx, p.y + dy}; };
+  move(object.corner1);
+  move(object.corner2);
+  std::for_each(object.vertices.begin(), object.vertices.end(), move);
+  for (DrawingObject& member : object.members) MoveBy(member, dx, dy);
+}
+
+void Stretch(DrawingObject& object, const Box& from, const Box& to) {
+  const auto stretch = [&](Point& p) { p = Mapped(p, from, to); };
+  stretch(object.corner1);
+  stretch(object.corner2);
+  std::for_each(object.vertices.begin(), object.vertices.end(), stretch);
+  for (DrawingObject& member : object.members) Stretch(member, from, to);
+}
+
+void SetCorners(DrawingObject& object, const Box& box) {
+  object.corner1 = {box.right, box.top};
+  object.corner2 = {box.left, box.bottom};
+}
+
+std::size_t CountKind(const std::vector<DrawingObject>& objects, Kind kind) {
+  std::size_t count = 0;
+  for (const DrawingObject& object : objects) {
+    count += (object.kind == kind ? 1U : 0U) + CountKind(object.members, kind);
+  }
+  return count;
+}
+
+}  // namespace kelvo

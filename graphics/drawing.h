@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+// A drawing as plain values: what the editor edits, the files hold and the Terminal is sent.
+//
+// Coordinates are Terminal pixels, the origin is the bottom left corner of the display and y grows
+// upward. They are meant to lie in the 16-bit range -32768..32767; the conversion into commands
+// reports those that do not.
+
+namespace kelvo {
+
+/// The numbers are those of the drawing surface's object kinds.
+enum class Kind {
+  Group = 0,
+  Line = 1,
+  Rectangle = 2,
+  Ellipse = 4,
+  Vertices = 5,  ///< drawn by the editor, never sent
+  Polyline = 8,
+  Picture = 10,
+  Text = 11,
+};
+
+/// Raster operation numbers.
+constexpr int PenDraw = 13;        ///< in the pen's colour: sets pixels
+constexpr int PenErase = 14;       ///< merged with the inverted pen: clears pixels
+constexpr int PenInverseText = 4;  ///< remembered, but no command of its own
+
+struct Point {
+  int x = 0;
+  int y = 0;
+  bool operator==(const Point&) const = default;
+};
+
+/// A box of pixels, all four edges inside.
+struct Box {
+  int left = 0;
+  int bottom = 0;
+  int right = 0;
+  int top = 0;
+  int Width() const { return right - left + 1; }
+  int Height() const { return top - bottom + 1; }
+  bool operator==(const Box&) const = default;
+};
+
+/// red + 256 * green + 65536 * blue
+using Colour = std::uint32_t;
+constexpr Colour White = 0xffffff;
+constexpr Colour Black = 0;
+
+/// A coloured picture, the top row first. Copies share the pixels.
+class Picture {
+ public:
+  Picture() = default;
+  /// `pixels` holds width * height colours, or the picture is empty.
+  Picture(int width, int height, std::vector<Colour> pixels);
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  /// y counts from the top; White outside.
+  Colour At(int x, int y) const;
+  /// Row y from the top, `Width()` colours; y must lie inside.
+  const Colour* Row(int y) const;
+  bool operator==(const Picture& other) const;
+
+ private:
+  int width_ = 0;
+  int height_ = 0;
+  std::shared_ptr<const std::vector<Colour>> pixels_;
+};
+
+struct DrawingObject {
+  Kind kind = Kind::Group;
+  int penMode = PenDraw;
+  bool filled = false;  ///< rectangles, ellipses, vertex shapes
+  bool selected = false;
+  /// Rectangle, ellipse, picture, text: the upper right and the lower left corner of the box.
+  Point corner1;
+  Point corner2;
+  std::vector<Point> vertices;         ///< line (two), polyline, vertex shape
+  std::string text;                    ///< Latin-1, with its prefix (text_prefix.h)
+  Picture picture;                     ///< shown stretched to the box
+  std::vector<DrawingObject> members;  ///< of a group, the lowest first
+  bool operator==(const DrawingObject&) const = default;
+};
+
+/// The lowest object first, as they are drawn and sent.
+using Drawing = std::vector<DrawingObject>;
+
+/// The pixels an object may touch; a group's box covers its members (empty groups: one pixel).
+Box BoundsOf(const DrawingObject& object);
+Box BoundsOf(const std::vector<DrawingObject>& objects);
+void MoveBy(DrawingObject& object, int dx, int dy);
+/// Maps everything of the object from one box to another, rounding to pixels.
+void Stretch(DrawingObject& object, const Box& from, const Box& to);
+void SetCorners(DrawingObject& object, const Box& box);
+/// Objects of a kind, groups' members included.
+std::size_t CountKind(const std::vector<DrawingObject>& objects, Kind kind);
+
+}  // namespace kelvo

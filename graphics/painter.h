@@ -1,0 +1,14 @@
+#pragma once
+
+#include "graphics/device_font.h"
+#include "graphics/drawing.h"
+#include "graphics/pixel_map.h"
+
+namespace kelvo {
+
+/// Draws on `display` what the Terminal shows after the drawing's commands, pixel by pixel. The
+/// map's height is the display's.
+void PaintDrawing(PixelMap& display, const Drawing& drawing, const DeviceFonts& fonts,
+                  std::int64_t blackThreshold);
+
+}  // namespace kelvo
