@@ -34,6 +34,20 @@ Point Mapped(Point p, const Box& from, const Box& to) {
           Mapped(p.y, from.bottom, from.top - from.bottom, to.bottom, to.top - to.bottom)};
 }
 
+// Only what an object's kind uses is changed; the rest keeps its zeros, so that equal objects
+// compare equal.
+template <typename Change>
+void ChangePoints(DrawingObject& object, Change change) {
+  if (object.kind == Kind::Group) {
+    for (DrawingObject& member : object.members) ChangePoints(member, change);
+  } else if (HasVertices(object.kind)) {
+    std::for_each(object.vertices.begin(), object.vertices.end(), change);
+  } else {
+    change(object.corner1);
+    change(object.corner2);
+  }
+}
+
 }  // namespace
 
 Picture::Picture(int width, int height, std::vector<Colour> pixels) {
@@ -77,19 +91,11 @@ Box BoundsOf(const std::vector<DrawingObject>& objects) {
 }
 
 void MoveBy(DrawingObject& object, int dx, int dy) {
-  const auto move = [&](Point& p) { p = {p.x + dx, p.y + dy}; };
-  move(object.corner1);
-  move(object.corner2);
-  std::for_each(object.vertices.begin(), object.vertices.end(), move);
-  for (DrawingObject& member : object.members) MoveBy(member, dx, dy);
+  ChangePoints(object, [&](Point& p) { p = {p.x + dx, p.y + dy}; });
 }
 
 void Stretch(DrawingObject& object, const Box& from, const Box& to) {
-  const auto stretch = [&](Point& p) { p = Mapped(p, from, to); };
-  stretch(object.corner1);
-  stretch(object.corner2);
-  std::for_each(object.vertices.begin(), object.vertices.end(), stretch);
-  for (DrawingObject& member : object.members) Stretch(member, from, to);
+  ChangePoints(object, [&](Point& p) { p = Mapped(p, from, to); });
 }
 
 void SetCorners(DrawingObject& object, const Box& box) {

@@ -1,5 +1,7 @@
 #include "graphics/text_prefix.h"
 
+#include <algorithm>
+
 namespace kelvo {
 
 namespace {
@@ -42,6 +44,15 @@ TextStyle StyleOf(const TextAttributes& attributes, Ink ink) {
   style.underline = attributes.underline;
   style.mode = GraphicTextMode(ink);
   return style;
+}
+
+Box TextBox(const DeviceFonts& fonts, Point topLeft, std::string_view prefixedText) {
+  const TextAttributes attributes = AttributesOf(prefixedText);
+  const DeviceFont& font = fonts.Font(attributes.font);
+  const int cells = static_cast<int>(std::max<std::size_t>(1, ShownText(prefixedText).size()));
+  const int width = cells * std::max(1, font.Width()) * std::clamp(attributes.zoomX, 1, MaxZoomX);
+  const int height = std::max(1, font.Height()) * std::clamp(attributes.zoomY, 1, MaxZoomY);
+  return {topLeft.x, topLeft.y - height + 1, topLeft.x + width - 1, topLeft.y};
 }
 
 }  // namespace kelvo

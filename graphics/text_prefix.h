@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "graphics/drawing.h"
 #include "graphics/raster.h"
 
 // The text of a text object begins with six characters of attributes:
@@ -34,5 +35,8 @@ std::string_view ShownText(std::string_view prefixedText);
 /// The value of "GA": underline 1, bold 2, inverse 4.
 int AttributeValue(const TextAttributes& attributes);
 TextStyle StyleOf(const TextAttributes& attributes, Ink ink);
+/// The pixels of a text with its top left corner at `topLeft`; at least one cell wide, so that an
+/// empty text can still be seen and taken hold of.
+Box TextBox(const DeviceFonts& fonts, Point topLeft, std::string_view prefixedText);
 
 }  // namespace kelvo

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "graphics/device_font.h"
+#include "graphics/drawing.h"
+
+// Drawings as placeable Windows metafiles that other programs open.
+//
+// One metafile unit is one Terminal pixel, y grows downward in the file. Boxes exclude their right
+// and bottom edge, lines and polylines are stored by their points:
+//
+//   line          MOVETO, LINETO            rectangle, ellipse  RECTANGLE, ELLIPSE
+//   polyline      POLYLINE                  vertex shape        POLYGON
+//   picture       STRETCHDIB, 24 bit        pen mode            SETROP2
+//   fill          a brush (else none)       erasing             in white
+//   text          EXTTEXTOUT, for other programs alone
+//
+// What metafiles cannot say stands in comments (ESCAPE, MFCOMMENT) that begin with "KELVO" and a
+// letter; numbers are 16 bit, the low byte first:
+//
+//   "M" version height            first record of a drawing; version 1; the display's height
+//   "G" / "E"                     a group begins / ends
+//   "T" x1 y1 x2 y2 length text   a text object with its corners and its prefixed text
+//
+// A comment of odd length has a byte 0 behind it.
+
+namespace kelvo {
+
+struct WmfFile {
+  std::string bytes;  ///< empty after an error
+  std::string error;  ///< German, UTF-8; empty when all went well
+};
+
+/// The display's size in pixels gives the metafile its frame and turns y round.
+WmfFile WriteWmf(const Drawing& drawing, int displayWidth, int displayHeight);
+
+/// Bounds against damaged and hostile files; far beyond what a Terminal can show.
+struct WmfLimits {
+  std::size_t fileBytes = std::size_t{64} << 20;
+  std::size_t objects = 100'000;
+  std::size_t vertices = 2'000'000;
+  std::size_t pixels = std::size_t{1} << 24;
+  std::size_t groupDepth = 64;
+  std::size_t handles = 4096;
+};
+
+struct WmfDrawing {
+  Drawing drawing;
+  bool foreign = false;                ///< from another program, fitted to the display
+  std::map<std::string, int> skipped;  ///< German name of what was left out, and how often
+  std::string error;                   ///< German, UTF-8; then the drawing is empty
+};
+
+/// Reads a metafile. Drawings of this program come back object for object; those of others become
+/// objects as far as kinds exist, and are made smaller where the display is smaller. Text of others
+/// takes the device font that comes nearest.
+WmfDrawing ReadWmf(std::string_view bytes, int displayWidth, int displayHeight,
+                   const DeviceFonts& fonts, const WmfLimits& limits = {});
+
+}  // namespace kelvo
