@@ -8,3 +8,8 @@ kelvo_test(drawing_test SOURCES
 kelvo_test(wmf_test SOURCES wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
+
+option(KELVO_FUZZ "Build the fuzz targets (clang)" OFF)
+if(KELVO_FUZZ)
+  add_subdirectory(fuzz)
+endif()

@@ -1,0 +1,41 @@
+// Writes what the fuzzers start from: metafiles and bitmaps of random drawings.
+
+#include <fstream>
+#include <string>
+
+#include "graphics/dib.h"
+#include "graphics/wmf.h"
+#include "tests/drawing_samples.h"
+
+namespace {
+
+void Write(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// A header of 40 bytes for two by two pixels and enough behind it for every depth.
+std::string SmallDib(int bits) {
+  std::string dib(40 + 1024 + 16, '\x55');
+  dib.replace(0, 40, std::string(40, '\0'));
+  dib[0] = 40;
+  dib[4] = dib[8] = 2;
+  dib[12] = 1;
+  dib[14] = static_cast<char>(bits);
+  return dib;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) return 2;
+  const std::string folder = argv[1];
+  kelvo::RandomDrawings drawings(1);
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = folder + "/wmf/" + std::to_string(i);
+    Write(name, kelvo::WriteWmf(drawings.Next(), 240, 128).bytes);
+  }
+  for (const int bits : {1, 4, 8, 16, 24, 32}) {
+    Write(folder + "/dib/" + std::to_string(bits), SmallDib(bits));
+  }
+  return 0;
+}
