@@ -23,28 +23,29 @@ Box United(const Box& a, const Box& b) {
           std::max(a.top, b.top)};
 }
 
-int Mapped(int value, int from, int fromLength, int to, int toLength) {
-  if (fromLength <= 0) return to + (value - from);
+// Where the box has no length to share out, its only pixel becomes the lower or the upper end.
+int Mapped(int value, int from, int fromLength, int to, int toLength, bool upper) {
+  if (fromLength <= 0) return upper ? to + toLength : to;
   const double share = static_cast<double>(value - from) / fromLength;
   return to + static_cast<int>(std::lround(share * toLength));
 }
 
-Point Mapped(Point p, const Box& from, const Box& to) {
-  return {Mapped(p.x, from.left, from.right - from.left, to.left, to.right - to.left),
-          Mapped(p.y, from.bottom, from.top - from.bottom, to.bottom, to.top - to.bottom)};
+Point Mapped(Point p, const Box& from, const Box& to, bool upper) {
+  return {Mapped(p.x, from.left, from.right - from.left, to.left, to.right - to.left, upper),
+          Mapped(p.y, from.bottom, from.top - from.bottom, to.bottom, to.top - to.bottom, upper)};
 }
 
 // Only what an object's kind uses is changed; the rest keeps its zeros, so that equal objects
-// compare equal.
+// compare equal. `change` is told whether a point is an upper right corner.
 template <typename Change>
 void ChangePoints(DrawingObject& object, Change change) {
   if (object.kind == Kind::Group) {
     for (DrawingObject& member : object.members) ChangePoints(member, change);
   } else if (HasVertices(object.kind)) {
-    std::for_each(object.vertices.begin(), object.vertices.end(), change);
+    for (Point& p : object.vertices) change(p, false);
   } else {
-    change(object.corner1);
-    change(object.corner2);
+    change(object.corner1, true);
+    change(object.corner2, false);
   }
 }
 
@@ -91,11 +92,11 @@ Box BoundsOf(const std::vector<DrawingObject>& objects) {
 }
 
 void MoveBy(DrawingObject& object, int dx, int dy) {
-  ChangePoints(object, [&](Point& p) { p = {p.x + dx, p.y + dy}; });
+  ChangePoints(object, [&](Point& p, bool) { p = {p.x + dx, p.y + dy}; });
 }
 
 void Stretch(DrawingObject& object, const Box& from, const Box& to) {
-  ChangePoints(object, [&](Point& p) { p = Mapped(p, from, to); });
+  ChangePoints(object, [&](Point& p, bool upper) { p = Mapped(p, from, to, upper); });
 }
 
 void SetCorners(DrawingObject& object, const Box& box) {

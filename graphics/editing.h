@@ -1,0 +1,71 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "graphics/device_font.h"
+#include "graphics/drawing.h"
+
+// What the operator does to a drawing, as changes of its value. "Selected" means the objects of the
+// outermost level; members of groups move with their group.
+
+namespace kelvo {
+
+bool AnySelected(const Drawing& drawing);
+std::size_t SelectedCount(const Drawing& drawing);
+void SelectAll(Drawing& drawing, bool selected);
+/// Selects the objects that lie wholly inside `box`, in addition to those selected already.
+void SelectInside(Drawing& drawing, const Box& box);
+Box SelectionBounds(const Drawing& drawing);
+/// The uppermost object whose pixels are within `tolerance` of `p`; where there is none, the
+/// smallest one whose box holds `p`.
+std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, int tolerance);
+
+void DeleteSelected(Drawing& drawing);
+/// Puts the selected objects into one group in the place of the uppermost.
+void GroupSelected(Drawing& drawing);
+/// Dissolves the selected groups; their members are selected afterwards.
+void UngroupSelected(Drawing& drawing);
+
+enum class Order { ToFront, Forward, Backward, ToBack };
+void ReorderSelected(Drawing& drawing, Order order);
+
+enum class Alignment { Left, CentreX, Right, Top, CentreY, Bottom };
+/// Within the selection's box; a single object within `display`.
+void AlignSelected(Drawing& drawing, Alignment alignment, const Box& display);
+enum class Axis { X, Y };
+/// Makes the gaps between the selected objects equal; the outer two stay.
+void DistributeSelected(Drawing& drawing, Axis axis);
+
+void MoveSelected(Drawing& drawing, int dx, int dy);
+/// Maps the selected objects from one box to another. Texts, whose cells come in whole sizes alone,
+/// take the zoom that comes nearest.
+void StretchSelected(Drawing& drawing, const Box& from, const Box& to, const DeviceFonts& fonts);
+std::vector<DrawingObject> CopySelected(const Drawing& drawing);
+/// Adds the objects on top, moved by (dx, dy), and selects them alone.
+void Paste(Drawing& drawing, std::vector<DrawingObject> objects, int dx, int dy);
+
+/// Applies `change` to the selected objects and, where they are groups, to all their members.
+template <typename Change>
+void ForEachSelected(Drawing& drawing, Change change);
+/// Pen modes of texts follow from their attributes and stay.
+void SetPenMode(Drawing& drawing, int penMode);
+void SetFilled(Drawing& drawing, bool filled);
+
+/// The nearest point of a grid of `step` pixels; a step below 2 means no grid.
+Point Snapped(Point p, int step);
+
+template <typename Change>
+void ForEachMember(DrawingObject& object, Change& change) {
+  change(object);
+  for (DrawingObject& member : object.members) ForEachMember(member, change);
+}
+
+template <typename Change>
+void ForEachSelected(Drawing& drawing, Change change) {
+  for (DrawingObject& object : drawing) {
+    if (object.selected) ForEachMember(object, change);
+  }
+}
+
+}  // namespace kelvo

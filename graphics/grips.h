@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "graphics/device_font.h"
+#include "graphics/drawing.h"
+
+// The little squares by which the operator takes hold of what is selected.
+
+namespace kelvo {
+
+/// A grip moves the edges of the selection's box (-1 the lower, 1 the upper, 0 none), or, for a
+/// single line or polyline, one of its points.
+struct Grip {
+  Point at;
+  int edgeX = 0;
+  int edgeY = 0;
+  std::optional<std::size_t> vertex;
+};
+
+/// None without a selection.
+std::vector<Grip> GripsOf(const Drawing& drawing);
+std::optional<Grip> GripAt(const Drawing& drawing, Point p, int tolerance);
+/// The drawing with a grip dragged to `p`; `keepShape` keeps a box's proportions.
+Drawing DragGrip(const Drawing& drawing, const Grip& grip, Point p, bool keepShape,
+                 const DeviceFonts& fonts);
+
+}  // namespace kelvo

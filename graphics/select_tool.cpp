@@ -1,0 +1,101 @@
+#include "graphics/select_tool.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "graphics/editing.h"
+
+namespace kelvo {
+
+void SelectTool::Press(const ToolEvent& event) {
+  start_ = event.at;
+  unselectOnRelease_.reset();
+  const Drawing& drawing = surface_.Current();
+  if (const auto grip = GripAt(drawing, event.at, surface_.Tolerance())) {
+    grip_ = *grip;
+    state_ = State::Resizing;
+  } else if (const auto index = ObjectAt(drawing, event.at, surface_.Tolerance())) {
+    PressOnObject(*index, event.control || event.shift);
+    state_ = State::Pressed;
+  } else {
+    Drawing unselected = drawing;
+    if (!event.control && !event.shift) SelectAll(unselected, false);
+    surface_.Select(std::move(unselected));
+    state_ = State::RubberBand;
+  }
+}
+
+void SelectTool::PressOnObject(std::size_t index, bool add) {
+  Drawing drawing = surface_.Current();
+  const bool selected = drawing[index].selected;
+  if (!add && !selected) SelectAll(drawing, false);
+  if (add && selected) unselectOnRelease_ = index;
+  drawing[index].selected = true;
+  surface_.Select(std::move(drawing));
+}
+
+void SelectTool::Drag(const ToolEvent& event) {
+  const bool away = std::max(std::abs(event.at.x - start_.x), std::abs(event.at.y - start_.y)) > 0;
+  if (state_ == State::Pressed && away) state_ = State::Moving;
+  if (state_ == State::Moving) {
+    surface_.Show(Moved(event));
+  } else if (state_ == State::Resizing) {
+    surface_.Show(
+        DragGrip(surface_.Current(), grip_, Snap(event.at), event.shift, surface_.Fonts()));
+  } else if (state_ == State::RubberBand) {
+    surface_.ShowRubberBand(Band(event.at));
+  }
+}
+
+void SelectTool::Release(const ToolEvent& event) {
+  const State state = std::exchange(state_, State::Idle);
+  if (state == State::Moving) {
+    surface_.Commit(Moved(event));
+  } else if (state == State::Resizing && !(event.at == start_)) {
+    surface_.Commit(
+        DragGrip(surface_.Current(), grip_, Snap(event.at), event.shift, surface_.Fonts()));
+  } else if (state == State::RubberBand) {
+    surface_.ShowRubberBand(std::nullopt);
+    Drawing drawing = surface_.Current();
+    SelectInside(drawing, Band(event.at));
+    surface_.Select(std::move(drawing));
+  } else if (state == State::Pressed && unselectOnRelease_) {
+    Drawing drawing = surface_.Current();
+    drawing[*unselectOnRelease_].selected = false;
+    surface_.Select(std::move(drawing));
+  } else {
+    surface_.GiveUp();
+  }
+}
+
+void SelectTool::DoubleClick(const ToolEvent& event) {
+  Cancel();
+  const auto index = ObjectAt(surface_.Current(), event.at, surface_.Tolerance());
+  if (index && surface_.Current()[*index].kind == Kind::Text) EditText(surface_, *index);
+}
+
+void SelectTool::Cancel() {
+  state_ = State::Idle;
+  surface_.ShowRubberBand(std::nullopt);
+  surface_.GiveUp();
+}
+
+// The selection's lower left corner goes to the grid; Shift keeps the row or the column.
+Drawing SelectTool::Moved(const ToolEvent& event) const {
+  Drawing drawing = surface_.Current();
+  const Box box = SelectionBounds(drawing);
+  Point way{event.at.x - start_.x, event.at.y - start_.y};
+  if (event.shift) (std::abs(way.x) < std::abs(way.y) ? way.x : way.y) = 0;
+  const Point corner = Snap({box.left + way.x, box.bottom + way.y});
+  MoveSelected(drawing, way.x == 0 ? 0 : corner.x - box.left,
+               way.y == 0 ? 0 : corner.y - box.bottom);
+  return drawing;
+}
+
+Box SelectTool::Band(Point to) const {
+  return {std::min(start_.x, to.x), std::min(start_.y, to.y), std::max(start_.x, to.x),
+          std::max(start_.y, to.y)};
+}
+
+}  // namespace kelvo

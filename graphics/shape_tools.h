@@ -1,0 +1,52 @@
+#pragma once
+
+#include "graphics/tool.h"
+
+namespace kelvo {
+
+/// Lines, rectangles and ellipses: pressed at one end, released at the other.
+class DragTool : public Tool {
+ public:
+  DragTool(ToolSurface& surface, Kind kind) : Tool(surface), kind_(kind) {}
+  void Press(const ToolEvent& event) override;
+  void Drag(const ToolEvent& event) override;
+  void Release(const ToolEvent& event) override;
+  void Cancel() override;
+
+ private:
+  enum class State { Idle, Dragging };
+  DrawingObject ObjectTo(const ToolEvent& event) const;
+
+  State state_ = State::Idle;
+  Kind kind_;
+  Point start_;
+};
+
+/// A point for each click, until Finish.
+class PolylineTool : public Tool {
+ public:
+  using Tool::Tool;
+  void Press(const ToolEvent& event) override;
+  void Hover(const ToolEvent& event) override;
+  void Drag(const ToolEvent& event) override { Hover(event); }
+  void DoubleClick(const ToolEvent& event) override;
+  void Finish() override;
+  void Cancel() override;
+
+ private:
+  Point Next(const ToolEvent& event) const;
+  DrawingObject ObjectOf(std::vector<Point> points) const;
+
+  std::vector<Point> points_;  // empty: nothing begun
+};
+
+/// Asks for a text where it is clicked; a click on a text changes that one.
+class TextTool : public Tool {
+ public:
+  using Tool::Tool;
+  void Press(const ToolEvent&) override {}
+  void Release(const ToolEvent& event) override;
+  void Cancel() override {}
+};
+
+}  // namespace kelvo
