@@ -5,8 +5,6 @@
 #include <iterator>
 #include <utility>
 
-#include "graphics/text_prefix.h"
-
 namespace kelvo {
 
 namespace {
@@ -201,6 +199,17 @@ void SetFilled(Drawing& drawing, bool filled) {
     const bool canBeFilled = object.kind == Kind::Rectangle || object.kind == Kind::Ellipse ||
                              object.kind == Kind::Vertices;
     if (canBeFilled) object.filled = filled;
+  });
+}
+
+void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
+                       const DeviceFonts& fonts) {
+  ForEachSelected(drawing, [&](DrawingObject& object) {
+    if (object.kind != Kind::Text) return;
+    const Box box = BoundsOf(object);
+    object.text = MakePrefixedText(attributes, ShownText(object.text));
+    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
+    SetCorners(object, TextBox(fonts, {box.left, box.top}, object.text));
   });
 }
 

@@ -5,6 +5,7 @@
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
+#include "graphics/text_prefix.h"
 
 // What the operator does to a drawing, as changes of its value. "Selected" means the objects of the
 // outermost level; members of groups move with their group.
@@ -51,14 +52,18 @@ void ForEachSelected(Drawing& drawing, Change change);
 /// Pen modes of texts follow from their attributes and stay.
 void SetPenMode(Drawing& drawing, int penMode);
 void SetFilled(Drawing& drawing, bool filled);
+/// Gives selected texts other attributes; their top left corners stay.
+void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
+                       const DeviceFonts& fonts);
 
 /// The nearest point of a grid of `step` pixels; a step below 2 means no grid.
 Point Snapped(Point p, int step);
 
-template <typename Change>
-void ForEachMember(DrawingObject& object, Change& change) {
-  change(object);
-  for (DrawingObject& member : object.members) ForEachMember(member, change);
+/// Calls for an object and, where it is a group, for all its members.
+template <typename Object, typename Call>
+void ForEachMember(Object& object, Call& call) {
+  call(object);
+  for (auto& member : object.members) ForEachMember(member, call);
 }
 
 template <typename Change>

@@ -1,3 +1,5 @@
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+
 kelvo_test(raster_test SOURCES raster_test.cpp LINK kelvo_graphics)
 kelvo_test(device_font_test SOURCES device_font_test.cpp LINK kelvo_graphics)
 target_compile_definitions(device_font_test PRIVATE
@@ -9,6 +11,10 @@ kelvo_test(editing_test SOURCES editing_test.cpp tool_test.cpp LINK kelvo_graphi
 kelvo_test(wmf_test SOURCES wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
+kelvo_test(grafik_test QT SOURCES grafik_test.cpp LINK kelvo_graphics_page)
+target_link_libraries(grafik_test PRIVATE Qt6::Test)
+target_compile_definitions(grafik_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
+add_dependencies(grafik_test kelvo_fonts)
 
 option(KELVO_FUZZ "Build the fuzz targets (clang)" OFF)
 if(KELVO_FUZZ)

@@ -1,0 +1,242 @@
+#include "graphics/drawing_canvas.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "graphics/editing.h"
+#include "graphics/grips.h"
+#include "graphics/painter.h"
+#include "graphics/pixel_image.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr int Margin = 6;  // Terminal pixels around the display, to take hold of what leaves it
+constexpr int GridFromZoom = 6;  // finer grids would hide the drawing
+constexpr int GripReach = 3;     // screen pixels from a grip's middle to its edge
+constexpr int MaxWidgetSide = 32700;
+const QColor selectionColour(0x1e, 0x6f, 0xd9);
+const QColor unsentColour(0xd0, 0x60, 0x00);
+
+}  // namespace
+
+DrawingCanvas::DrawingCanvas(DrawingDocument& document, const DeviceFonts& fonts, QWidget* parent)
+    : QWidget(parent), document_(document), fonts_(fonts) {
+  setObjectName(QStringLiteral("Display"));
+  setAccessibleName(QStringLiteral("Zeichenfläche"));
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+  connect(&document_, &DrawingDocument::Changed, this, [this] {
+    stale_ = true;
+    update();
+  });
+}
+
+void DrawingCanvas::SetDisplaySize(int width, int height) {
+  width_ = width;
+  height_ = height;
+  zoom_ = std::min(zoom_, MaxZoom());
+  Resized();
+}
+
+int DrawingCanvas::MaxZoom() const {
+  return std::max(1, MaxWidgetSide / std::max({1, width_, height_}));
+}
+
+void DrawingCanvas::SetZoom(int zoom) {
+  zoom_ = std::clamp(zoom, 1, MaxZoom());
+  Resized();
+}
+
+void DrawingCanvas::SetBlackThreshold(std::int64_t threshold) {
+  if (threshold == threshold_) return;
+  threshold_ = threshold;
+  stale_ = true;
+  update();
+}
+
+void DrawingCanvas::SetGrid(int step, bool shown) {
+  gridStep_ = step;
+  gridShown_ = shown;
+  update();
+}
+
+void DrawingCanvas::SetRubberBand(std::optional<Box> box) {
+  rubberBand_ = box;
+  update();
+}
+
+int DrawingCanvas::Tolerance() const {
+  constexpr int ScreenPixels = 5;
+  return (ScreenPixels - 1) / zoom_ + (zoom_ >= ScreenPixels ? 0 : 1);
+}
+
+Point DrawingCanvas::ToDrawing(QPointF position) const {
+  const int x = static_cast<int>(std::floor(position.x() / zoom_)) - Margin;
+  const int y = static_cast<int>(std::floor(position.y() / zoom_)) - Margin;
+  return {x, height_ - 1 - y};
+}
+
+QPoint DrawingCanvas::ToWidget(Point p) const {
+  return {(p.x + Margin) * zoom_ + zoom_ / 2, (height_ - 1 - p.y + Margin) * zoom_ + zoom_ / 2};
+}
+
+QSize DrawingCanvas::sizeHint() const {
+  return {(width_ + 2 * Margin) * zoom_, (height_ + 2 * Margin) * zoom_};
+}
+
+void DrawingCanvas::Resized() {
+  stale_ = true;
+  setFixedSize(sizeHint());
+  updateGeometry();
+  update();
+}
+
+QRect DrawingCanvas::RectOf(const Box& box) const {
+  return {(box.left + Margin) * zoom_, (height_ - 1 - box.top + Margin) * zoom_,
+          box.Width() * zoom_, box.Height() * zoom_};
+}
+
+void DrawingCanvas::RenderPixels() {
+  if (!std::exchange(stale_, false)) return;
+  PixelMap map(width_, height_);
+  PaintDrawing(map, document_.Shown(), fonts_, threshold_);
+  pixels_ = ToImage(map);
+}
+
+void DrawingCanvas::paintEvent(QPaintEvent* event) {
+  RenderPixels();
+  QPainter painter(this);
+  painter.fillRect(event->rect(), palette().color(QPalette::Mid));
+  PaintPixels(painter, event->rect());
+  if (gridShown_ && zoom_ >= GridFromZoom) PaintGrid(painter, event->rect());
+  PaintUnsent(painter);
+  PaintSelection(painter);
+}
+
+// Only the pixels that lie in the area: a large zoom would otherwise enlarge the whole display.
+void DrawingCanvas::PaintPixels(QPainter& painter, const QRect& area) {
+  const QRect display = RectOf({0, 0, width_ - 1, height_ - 1});
+  const QRect visible = area.intersected(display).translated(-display.topLeft());
+  if (visible.isEmpty()) return;
+  const QPoint first(visible.left() / zoom_, visible.top() / zoom_);
+  const QPoint last(visible.right() / zoom_, visible.bottom() / zoom_);
+  const QRect source(first, last);
+  painter.drawImage(QRect(display.topLeft() + first * zoom_, source.size() * zoom_), pixels_,
+                    source);
+}
+
+void DrawingCanvas::PaintGrid(QPainter& painter, const QRect& area) const {
+  painter.setPen(QColor(0, 0, 0, 40));
+  const int step = std::max(1, gridStep_);
+  const QRect display = RectOf({0, 0, width_ - 1, height_ - 1}).intersected(area);
+  for (int x = 0; x <= width_; x += step) {
+    const int at = (x + Margin) * zoom_;
+    if (at >= area.left() && at <= area.right()) {
+      painter.drawLine(at, display.top(), at, display.bottom());
+    }
+  }
+  for (int y = 0; y <= height_; y += step) {
+    const int at = (height_ - y + Margin) * zoom_;
+    if (at >= area.top() && at <= area.bottom()) {
+      painter.drawLine(display.left(), at, display.right(), at);
+    }
+  }
+}
+
+// Vertex shapes are part of the drawing, but the Terminal never sees them.
+void DrawingCanvas::PaintUnsent(QPainter& painter) const {
+  painter.setPen(QPen(unsentColour, 1, Qt::DashLine));
+  const auto paint = [&](const DrawingObject& object) {
+    if (object.kind != Kind::Vertices) return;
+    QPolygon polygon;
+    for (const Point& p : object.vertices) polygon << ToWidget(p);
+    painter.drawPolygon(polygon);
+  };
+  for (const DrawingObject& object : document_.Shown()) ForEachMember(object, paint);
+}
+
+void DrawingCanvas::PaintSelection(QPainter& painter) const {
+  painter.setPen(QPen(selectionColour, 1, Qt::DashLine));
+  painter.setBrush(Qt::NoBrush);
+  for (const DrawingObject& object : document_.Shown()) {
+    if (object.selected) painter.drawRect(RectOf(BoundsOf(object)).adjusted(-1, -1, 0, 0));
+  }
+  if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
+  painter.setPen(selectionColour);
+  painter.setBrush(Qt::white);
+  const QPoint reach(GripReach, GripReach);
+  for (const Grip& grip : GripsOf(document_.Shown())) {
+    const QPoint middle = ToWidget(grip.at);
+    painter.drawRect(QRect(middle - reach, middle + reach));
+  }
+}
+
+ToolEvent DrawingCanvas::EventAt(const QMouseEvent& event) const {
+  return {ToDrawing(event.position()), event.modifiers().testFlag(Qt::ShiftModifier),
+          event.modifiers().testFlag(Qt::ControlModifier)};
+}
+
+void DrawingCanvas::mousePressEvent(QMouseEvent* event) {
+  if (tool_ == nullptr) return;
+  if (event->button() == Qt::LeftButton) tool_->Press(EventAt(*event));
+  if (event->button() == Qt::RightButton) tool_->Finish();
+}
+
+void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
+  Q_EMIT Pointed(ToDrawing(event->position()));
+  if (tool_ == nullptr) return;
+  if (event->buttons().testFlag(Qt::LeftButton)) {
+    tool_->Drag(EventAt(*event));
+  } else {
+    tool_->Hover(EventAt(*event));
+  }
+}
+
+void DrawingCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  if (tool_ != nullptr && event->button() == Qt::LeftButton) tool_->Release(EventAt(*event));
+}
+
+void DrawingCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (tool_ != nullptr && event->button() == Qt::LeftButton) tool_->DoubleClick(EventAt(*event));
+}
+
+void DrawingCanvas::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+    event->ignore();  // scrolls
+    return;
+  }
+  const int delta = event->angleDelta().y();
+  if (delta != 0) Q_EMIT ZoomWanted(delta > 0 ? 1 : -1, event->position());
+  event->accept();
+}
+
+void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
+  constexpr int LargeStep = 10;
+  const int step = event->modifiers().testFlag(Qt::ShiftModifier) ? LargeStep : 1;
+  switch (event->key()) {
+    case Qt::Key_Left:
+      return Q_EMIT MoveWanted(-step, 0);
+    case Qt::Key_Right:
+      return Q_EMIT MoveWanted(step, 0);
+    case Qt::Key_Up:
+      return Q_EMIT MoveWanted(0, step);
+    case Qt::Key_Down:
+      return Q_EMIT MoveWanted(0, -step);
+    case Qt::Key_Escape:
+      if (tool_ != nullptr) tool_->Cancel();
+      return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (tool_ != nullptr) tool_->Finish();
+      return;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,226 @@
+#include "graphics/frmGrafik.h"
+
+#include <QDockWidget>
+#include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSpinBox>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "graphics/costs.h"
+#include "graphics/create_pic.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr int FirstZoom = 3;
+constexpr std::chrono::milliseconds DraftDelay(1000);
+constexpr std::chrono::milliseconds SendInterval(500);
+
+}  // namespace
+
+frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fonts,
+                     Timer& sendTimer, QSize display, const std::string& draftPath)
+    : host_(host), person_(person), fonts_(fonts), sendTimer_(sendTimer), draft_(draftPath) {
+  setObjectName(QStringLiteral("frmGrafik"));
+  setAcceptDrops(true);
+  MakeCanvas(display);
+  MakePanels();
+  MakeStatusBar();
+  MakeTools();
+  MakeMenus();
+  MakeToolbar();
+  ConnectPanels();
+  connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
+  connect(&document_, &DrawingDocument::Edited, this, &frmGrafik::Edited);
+  draftTimer_.setSingleShot(true);
+  draftTimer_.setInterval(DraftDelay);
+  connect(&draftTimer_, &QTimer::timeout, this, &frmGrafik::KeepDraft);
+  sendTimer_.SetInterval(SendInterval);
+  sendTimer_.SetHandler([this] { SendTick(); });
+  OptionsChanged();
+  ShowState();
+}
+
+void frmGrafik::MakeCanvas(QSize display) {
+  Display = new DrawingCanvas(document_, fonts_);
+  Display->SetDisplaySize(display.width(), display.height());
+  Display->SetZoom(FirstZoom);
+  scroll_ = new QScrollArea;
+  scroll_->setWidget(Display);
+  scroll_->setAlignment(Qt::AlignCenter);
+  scroll_->setBackgroundRole(QPalette::Mid);
+  setCentralWidget(scroll_);
+}
+
+void frmGrafik::MakePanels() {
+  style_ = new StylePanel;
+  geometry_ = new GeometryPanel;
+  auto* panel = new QWidget;
+  auto* layout = new QVBoxLayout(panel);
+  layout->addWidget(geometry_);
+  layout->addWidget(style_);
+  layout->addStretch();
+  auto* dock = Named(new QDockWidget(tr("Eigenschaften")), "dockEigenschaften");
+  dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+  dock->setWidget(panel);
+  addDockWidget(Qt::RightDockWidgetArea, dock);
+}
+
+void frmGrafik::MakeStatusBar() {
+  lblKoordinaten = Named(new QLabel, "lblKoordinaten");
+  lblKoordinaten->setMinimumWidth(
+      fontMetrics().horizontalAdvance(QStringLiteral("X 0000  Y 0000  ")));
+  lblKosten = Named(new QLabel, "lblKosten");
+  lblHinweis = Named(new QLabel, "lblHinweis");
+  ctlZoom = Named(new QSlider(Qt::Horizontal), "ctlZoom");
+  ctlZoom->setAccessibleName(tr("Zoom"));
+  ctlZoom->setRange(1, Display->MaxZoom());
+  ctlZoom->setValue(Display->Zoom());
+  ctlZoom->setFixedWidth(120);
+  lblZoom = Named(new QLabel(QStringLiteral("%1 x").arg(Display->Zoom())), "lblZoom");
+  statusBar()->addWidget(lblKoordinaten);
+  statusBar()->addWidget(lblKosten);
+  statusBar()->addWidget(lblHinweis);
+  statusBar()->addPermanentWidget(new QLabel(tr("Zoom:")));
+  statusBar()->addPermanentWidget(ctlZoom);
+  statusBar()->addPermanentWidget(lblZoom);
+  connect(ctlZoom, &QSlider::valueChanged, this,
+          [this](int zoom) { SetZoom(zoom, Display->visibleRegion().boundingRect().center()); });
+}
+
+void frmGrafik::ConnectPanels() {
+  connect(geometry_, &GeometryPanel::BoxTyped, this, &frmGrafik::TypeBox);
+  connect(style_, &StylePanel::PenModeChosen, this, &frmGrafik::ChoosePenMode);
+  connect(style_, &StylePanel::FilledChosen, this, &frmGrafik::ChooseFilled);
+  connect(style_, &StylePanel::TextChosen, this, &frmGrafik::ChooseText);
+  connect(Display, &DrawingCanvas::Pointed, this, [this](Point p) {
+    lblKoordinaten->setText(QStringLiteral("X %1  Y %2").arg(p.x).arg(p.y));
+  });
+  connect(Display, &DrawingCanvas::MoveWanted, this, &frmGrafik::MoveSelection);
+  connect(Display, &DrawingCanvas::ZoomWanted, this,
+          [this](int steps, QPointF position) { SetZoom(Display->Zoom() + steps, position); });
+}
+
+void frmGrafik::showEvent(QShowEvent* event) {
+  OptionsChanged();
+  QMainWindow::showEvent(event);
+}
+
+TerminalTraits frmGrafik::Terminal() const {
+  TerminalTraits traits = host_.Terminal();
+  traits.displayHeight = Display->DisplayHeight();
+  return traits;
+}
+
+std::string frmGrafik::CreatePic() {
+  TerminalTraits traits = Terminal();
+  const Translation translation = kelvo::CreatePic(document_.Current(), traits);
+  for (const std::string& message : translation.messages) person_.Message(message);
+  return translation.text;
+}
+
+void frmGrafik::SetDisplaySize(int width, int height) {
+  document_.Commit({});
+  Display->SetDisplaySize(width, height);
+  ctlZoom->setMaximum(Display->MaxZoom());
+  SetZoom(Display->Zoom(), {});
+  Q_EMIT DrawingChanged();
+}
+
+// ---- Following the drawing ----
+
+void frmGrafik::OptionsChanged() {
+  Display->SetBlackThreshold(host_.Terminal().blackThreshold);
+  ShowCosts();
+}
+
+void frmGrafik::ShowState() {
+  const Drawing& drawing = document_.Shown();
+  const bool selected = AnySelected(drawing);
+  geometry_->ShowBox(SelectionBounds(drawing), selected);
+  for (QAction* action : selectionActions_) action->setEnabled(selected);
+  mnuGrafikRueckgaengig->setEnabled(document_.CanUndo());
+  mnuGrafikWiederholen->setEnabled(document_.CanRedo());
+  setWindowTitle(tr("Grafik") + (document_.Unsaved() ? QStringLiteral(" *") : QString()));
+  ShowSelectedStyle();
+}
+
+void frmGrafik::ShowSelectedStyle() {
+  const Drawing& drawing = document_.Current();
+  const auto selected = std::find_if(drawing.begin(), drawing.end(),
+                                     [](const DrawingObject& object) { return object.selected; });
+  if (selected == drawing.end() || selected->kind == Kind::Group) return;
+  ObjectStyle style = style_->Style();
+  if (selected->kind == Kind::Text) {
+    style.text = AttributesOf(selected->text);
+  } else {
+    style.penMode = selected->penMode;
+    style.filled = selected->filled || (style.filled && !selected->vertices.empty());
+  }
+  style_->ShowStyle(style);
+}
+
+void frmGrafik::ShowCosts() {
+  const DrawingCosts costs =
+      CostsOf(document_.Current(), Terminal(), Display->DisplayWidth(), host_.BitsPerSecond());
+  lblKosten->setText(tr("%1 Zeichen, %2 s · EEPROM: %3 als Makro, %4 als Bitmap")
+                         .arg(costs.wireBytes)
+                         .arg(QLocale(QLocale::German).toString(costs.seconds, 'f', 2))
+                         .arg(costs.macroBytes)
+                         .arg(costs.bitmapBytes));
+  const std::size_t unsent = CountKind(document_.Current(), Kind::Vertices);
+  lblHinweis->setText(unsent == 0 ? QString()
+                                  : tr("%1 Vielecke werden nicht gesendet").arg(unsent));
+}
+
+void frmGrafik::Edited() {
+  sendPending_ = true;
+  ShowCosts();
+  draftTimer_.start();
+  Q_EMIT DrawingChanged();
+}
+
+void frmGrafik::SetAutomaticSend(bool on) {
+  automaticSend_ = on;
+  sendTimer_.SetEnabled(on);
+}
+
+// Between two ticks any number of changes goes out as one drawing. Without a port nothing is lost:
+// the drawing stays pending.
+void frmGrafik::SendTick() {
+  if (!automaticSend_ || !sendPending_ || !host_.CanSend()) return;
+  sendPending_ = false;
+  host_.Send();
+}
+
+// ---- Zoom ----
+
+// What lies under `anchor` stays where it is on the screen.
+void frmGrafik::SetZoom(int zoom, QPointF anchor) {
+  const QSize before = Display->size();
+  const int old = Display->Zoom();
+  Display->SetZoom(zoom);
+  const QSignalBlocker quiet(ctlZoom);
+  ctlZoom->setValue(Display->Zoom());
+  lblZoom->setText(QStringLiteral("%1 x").arg(Display->Zoom()));
+  const QPointF moved = anchor * Display->Zoom() / old - anchor;
+  scroll_->horizontalScrollBar()->setValue(scroll_->horizontalScrollBar()->value() +
+                                           qRound(moved.x()));
+  scroll_->verticalScrollBar()->setValue(scroll_->verticalScrollBar()->value() + qRound(moved.y()));
+  if (host_.FensterMitZoomen()) FollowZoom(before);
+}
+
+void frmGrafik::FollowZoom(QSize before) {
+  if (isMaximized() || isFullScreen()) return;
+  const QSize room = screen()->availableSize();
+  resize((size() + Display->size() - before).boundedTo(room).expandedTo(minimumSizeHint()));
+}
+
+}  // namespace kelvo

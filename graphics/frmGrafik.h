@@ -1,0 +1,175 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "graphics/device_font.h"
+#include "graphics/draft.h"
+#include "graphics/drawing_canvas.h"
+#include "graphics/drawing_document.h"
+#include "graphics/editing.h"
+#include "graphics/geometry_panel.h"
+#include "graphics/graphics_host.h"
+#include "graphics/style_panel.h"
+#include "graphics/tool_desk.h"
+#include "graphics/wmf.h"
+#include "link/event_loop.h"
+#include "link/operator.h"
+
+class QActionGroup;
+class QLabel;
+class QMimeData;
+class QScrollArea;
+class QSlider;
+class QSpinBox;
+
+namespace kelvo {
+
+/// The graphics editor. It owns the one drawing; closing the window only hides it.
+class frmGrafik : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// Everything handed over must outlive the window. `sendTimer` bundles the changes that are sent
+  /// at once; `draftPath` is where an unsaved drawing is kept against a crash (empty: nowhere).
+  frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fonts, Timer& sendTimer,
+            QSize display, const std::string& draftPath);
+
+  const Drawing& CurrentDrawing() const { return document_.Current(); }
+  QSize DisplaySize() const { return {Display->DisplayWidth(), Display->DisplayHeight()}; }
+  /// The drawing as commands; what goes wrong is shown in message boxes. Asks the Terminal for its
+  /// version when that is needed and not known.
+  std::string CreatePic();
+  /// The option values with the display's height.
+  TerminalTraits Terminal() const;
+
+  /// The Terminal's display has another size: the drawing is cleared, which can be undone.
+  void SetDisplaySize(int width, int height);
+  /// Asks before an unsaved drawing is lost; true when it may be.
+  bool MayDiscard();
+  /// An empty drawing, which counts as saved.
+  void Clear();
+  void LoadDrawing();
+  /// False when the operator cancelled or nothing could be written.
+  bool SaveDrawing();
+  /// Removes what is selected.
+  void DeleteSelection();
+  /// Offers the drawing that a crash has left behind.
+  void OfferDraft();
+  /// Writes the draft of an unsaved drawing, or removes that of a saved one. Runs by itself soon
+  /// after each change.
+  void KeepDraft();
+  /// Whether the drawing goes out after each change.
+  void SetAutomaticSend(bool on);
+  /// The options may have changed: threshold, line rate, version.
+  void OptionsChanged();
+
+ Q_SIGNALS:
+  void DrawingChanged();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  struct Entry;
+  static const Entry fileEntries[];
+  static const Entry editEntries[];
+  static const Entry objectEntries[];
+
+  // Building.
+  void MakeCanvas(QSize display);
+  void MakePanels();
+  void MakeStatusBar();
+  void MakeTools();
+  void MakeMenus();
+  void MakeViewMenu();
+  void MakeToolbar();
+  template <std::size_t count>
+  void AddEntries(QMenu* menu, const Entry (&entries)[count]);
+  void ConnectPanels();
+
+  // Following the drawing.
+  void ShowState();
+  void ShowSelectedStyle();
+  void ShowCosts();
+  void Edited();
+  void SendTick();
+
+  // Changing it.
+  void Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey = {});
+  void MoveSelection(int dx, int dy);
+  void TypeBox(const Box& box);
+  void ChoosePenMode(int penMode);
+  void ChooseFilled(bool filled);
+  void ChooseText(const TextAttributes& attributes);
+  void TakeTool(ToolKind kind);
+
+  void mnuGrafikNeu_Click();
+  void mnuGrafikLaden_Click();
+  void mnuGrafikSpeichern_Click();
+  void mnuGrafikBild_Click();
+  void mnuGrafikBildEEProm_Click();
+  void mnuGrafikSenden_Click();
+  void mnuGrafikSchliessen_Click();
+  void mnuGrafikRueckgaengig_Click();
+  void mnuGrafikWiederholen_Click();
+  void mnuGrafikAusschneiden_Click();
+  void mnuGrafikKopieren_Click();
+  void mnuGrafikEinfuegen_Click();
+  void mnuGrafikDuplizieren_Click();
+  void mnuGrafikLoeschen_Click();
+  void mnuGrafikAlles_Click();
+  void mnuGrafikGruppieren_Click();
+  void mnuGrafikAufloesen_Click();
+  void Reorder(Order order);
+  void Align(Alignment alignment);
+  void Distribute(Axis axis);
+
+  // Pictures, clipboard.
+  void InsertFile(const QString& path, std::optional<Point> at);
+  void InsertImage(const QImage& image, std::optional<Point> at);
+  void InsertText(const QString& text);
+  bool InsertMime(const QMimeData& data, std::optional<Point> at);
+  Point VisibleMiddle() const;
+  void ReportLoaded(const WmfDrawing& loaded);
+
+  void SetZoom(int zoom, QPointF anchor);
+  void FollowZoom(QSize before);
+
+  GraphicsHost& host_;
+  Operator& person_;
+  const DeviceFonts& fonts_;
+  Timer& sendTimer_;
+  Draft draft_;
+  DrawingDocument document_;
+  QTimer draftTimer_;
+  bool automaticSend_ = false;
+  bool sendPending_ = false;
+  int pasteCount_ = 0;
+
+  QScrollArea* scroll_ = nullptr;
+  DrawingCanvas* Display = nullptr;
+  StylePanel* style_ = nullptr;
+  GeometryPanel* geometry_ = nullptr;
+  QLabel* lblKoordinaten = nullptr;
+  QLabel* lblKosten = nullptr;
+  QLabel* lblHinweis = nullptr;
+  QSlider* ctlZoom = nullptr;
+  QLabel* lblZoom = nullptr;
+  QSpinBox* txtRaster = nullptr;
+  QAction* mnuGrafikRaster = nullptr;
+  QActionGroup* tools_ = nullptr;
+  std::vector<QAction*> selectionActions_;
+  QAction* mnuGrafikRueckgaengig = nullptr;
+  QAction* mnuGrafikWiederholen = nullptr;
+  std::unique_ptr<ToolDesk> desk_;
+  std::unique_ptr<Tool> tool_;
+};
+
+}  // namespace kelvo

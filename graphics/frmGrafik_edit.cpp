@@ -1,0 +1,126 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <algorithm>
+
+#include "graphics/frmGrafik.h"
+#include "graphics/painter.h"
+#include "graphics/pixel_image.h"
+#include "graphics/wmf.h"
+
+namespace kelvo {
+
+namespace {
+
+const QString drawingMimeType = QStringLiteral("application/x-kelvo-drawing");
+constexpr int PasteStep = 4;  // pixels, so that a copy does not hide its original
+
+}  // namespace
+
+void frmGrafik::Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey) {
+  Drawing drawing = document_.Current();
+  change(drawing);
+  document_.Commit(std::move(drawing), mergeKey);
+}
+
+void frmGrafik::Reorder(Order order) {
+  Edit([=](Drawing& drawing) { ReorderSelected(drawing, order); });
+}
+
+void frmGrafik::Align(Alignment alignment) {
+  const Box display{0, 0, Display->DisplayWidth() - 1, Display->DisplayHeight() - 1};
+  Edit([&](Drawing& drawing) { AlignSelected(drawing, alignment, display); });
+}
+
+void frmGrafik::Distribute(Axis axis) {
+  Edit([=](Drawing& drawing) { DistributeSelected(drawing, axis); });
+}
+
+void frmGrafik::TakeTool(ToolKind kind) {
+  if (tool_) tool_->Cancel();
+  tool_ = MakeTool(kind, *desk_);
+  Display->SetTool(tool_.get());
+  Display->setCursor(kind == ToolKind::Select ? Qt::ArrowCursor : Qt::CrossCursor);
+}
+
+void frmGrafik::MoveSelection(int dx, int dy) {
+  Edit([=](Drawing& drawing) { MoveSelected(drawing, dx, dy); }, "move");
+}
+
+void frmGrafik::TypeBox(const Box& box) {
+  Edit([&](Drawing& drawing) { StretchSelected(drawing, SelectionBounds(drawing), box, fonts_); });
+}
+
+void frmGrafik::ChoosePenMode(int penMode) {
+  Edit([=](Drawing& drawing) { SetPenMode(drawing, penMode); });
+}
+
+void frmGrafik::ChooseFilled(bool filled) {
+  Edit([=](Drawing& drawing) { SetFilled(drawing, filled); });
+}
+
+void frmGrafik::ChooseText(const TextAttributes& attributes) {
+  Edit([&](Drawing& drawing) { SetTextAttributes(drawing, attributes, fonts_); }, "text");
+}
+
+void frmGrafik::DeleteSelection() { Edit(DeleteSelected); }
+
+void frmGrafik::mnuGrafikRueckgaengig_Click() { document_.Undo(); }
+
+void frmGrafik::mnuGrafikWiederholen_Click() { document_.Redo(); }
+
+void frmGrafik::mnuGrafikAusschneiden_Click() {
+  mnuGrafikKopieren_Click();
+  DeleteSelection();
+}
+
+// Other programs get the selection as a picture of the Terminal's pixels.
+void frmGrafik::mnuGrafikKopieren_Click() {
+  std::vector<DrawingObject> objects = CopySelected(document_.Current());
+  SelectAll(objects, false);
+  const QSize size = DisplaySize();
+  const WmfFile file = WriteWmf(objects, size.width(), size.height());
+  if (!file.error.empty()) {
+    person_.Message(file.error, Icon::Exclamation);
+    return;
+  }
+  PixelMap map(size.width(), size.height());
+  PaintDrawing(map, objects, fonts_, host_.Terminal().blackThreshold);
+  const Box box = BoundsOf(objects);
+  auto* copy = new QMimeData;
+  copy->setData(drawingMimeType, QByteArray::fromStdString(file.bytes));
+  copy->setImageData(
+      ToImage(map).copy(box.left, size.height() - 1 - box.top, box.Width(), box.Height()));
+  QApplication::clipboard()->setMimeData(copy);
+  pasteCount_ = 0;
+}
+
+void frmGrafik::mnuGrafikEinfuegen_Click() {
+  const QMimeData* const held = QApplication::clipboard()->mimeData();
+  if (held == nullptr) return;
+  if (!held->hasFormat(drawingMimeType)) {
+    if (!InsertMime(*held, std::nullopt)) person_.Beep();
+    return;
+  }
+  const std::string bytes = held->data(drawingMimeType).toStdString();
+  const QSize size = DisplaySize();
+  WmfDrawing pasted = ReadWmf(bytes, size.width(), size.height(), fonts_);
+  const int shift = ++pasteCount_ * PasteStep;
+  Edit([&](Drawing& drawing) { Paste(drawing, std::move(pasted.drawing), shift, -shift); });
+}
+
+void frmGrafik::mnuGrafikDuplizieren_Click() {
+  Edit([](Drawing& drawing) { Paste(drawing, CopySelected(drawing), PasteStep, -PasteStep); });
+}
+
+void frmGrafik::mnuGrafikLoeschen_Click() { DeleteSelection(); }
+
+void frmGrafik::mnuGrafikAlles_Click() {
+  Edit([](Drawing& drawing) { SelectAll(drawing, true); });
+}
+
+void frmGrafik::mnuGrafikGruppieren_Click() { Edit(GroupSelected); }
+
+void frmGrafik::mnuGrafikAufloesen_Click() { Edit(UngroupSelected); }
+
+}  // namespace kelvo

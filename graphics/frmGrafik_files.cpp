@@ -1,0 +1,233 @@
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLabel>
+#include <QMimeData>
+#include <QScrollArea>
+#include <QUrl>
+#include <algorithm>
+
+#include "graphics/frmGrafik.h"
+#include "graphics/picture_dialog.h"
+#include "graphics/pixel_image.h"
+#include "graphics/wmf.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr const char* WmfFilter = "Vistel(WMF) |*.wmf";
+constexpr const char* PictureFilter =
+    "Bilder |*.png *.bmp *.jpg *.jpeg *.gif *.svg *.xpm *.pbm *.pgm *.ppm";
+constexpr int LargestPictureSide = 20000;
+
+std::string WithExtension(const std::string& path) {
+  return QFileInfo(QString::fromStdString(path)).suffix().isEmpty() ? path + ".wmf" : path;
+}
+
+}  // namespace
+
+bool frmGrafik::MayDiscard() {
+  return !document_.Unsaved() || document_.Current().empty() ||
+         person_.Ask("Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?");
+}
+
+void frmGrafik::Clear() {
+  document_.Replace({});
+  draft_.Remove();
+}
+
+void frmGrafik::LoadDrawing() {
+  if (!MayDiscard()) return;
+  const auto path = person_.OpenFile("Datei laden", WmfFilter);
+  if (!path) return;
+  const auto bytes = ReadFile(*path, WmfLimits().fileBytes);
+  if (!bytes) {
+    person_.Message("Die Datei konnte nicht gelesen werden:\n" + *path, Icon::Exclamation);
+    return;
+  }
+  const QSize size = DisplaySize();
+  WmfDrawing loaded = ReadWmf(*bytes, size.width(), size.height(), fonts_);
+  if (!loaded.error.empty()) {
+    person_.Message(loaded.error + "\n" + *path, Icon::Exclamation);
+    return;
+  }
+  document_.Replace(loaded.drawing);
+  draft_.Remove();
+  SetZoom(Display->Zoom(), {});
+  ReportLoaded(loaded);
+}
+
+void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
+  std::string report;
+  for (const auto& [name, count] : loaded.skipped) {
+    report += (report.empty() ? "Nicht übernommen wurden: " : ", ") + std::to_string(count) +
+              " x " + name;
+  }
+  const std::size_t unsent = CountKind(loaded.drawing, Kind::Vertices);
+  if (unsent > 0) {
+    report += (report.empty() ? "" : "\n") + std::to_string(unsent) +
+              " Vielecke werden gezeichnet, aber nicht zum Terminal gesendet.";
+  }
+  if (!report.empty()) person_.Message(report, Icon::Information);
+}
+
+bool frmGrafik::SaveDrawing() {
+  const auto path = person_.SaveFile("Datei speichern", WmfFilter);
+  if (!path) return false;
+  const QSize size = DisplaySize();
+  const WmfFile file = WriteWmf(document_.Current(), size.width(), size.height());
+  if (!file.error.empty()) {
+    person_.Message(file.error, Icon::Exclamation);
+    return false;
+  }
+  if (!WriteFile(WithExtension(*path), file.bytes)) {
+    person_.Message("Die Datei konnte nicht geschrieben werden:\n" + *path, Icon::Exclamation);
+    return false;
+  }
+  document_.MarkSaved();
+  draft_.Remove();
+  return true;
+}
+
+void frmGrafik::OfferDraft() {
+  const auto bytes = draft_.Read();
+  if (!bytes) return;
+  const QSize size = DisplaySize();
+  WmfDrawing draft = ReadWmf(*bytes, size.width(), size.height(), fonts_);
+  const bool wanted = draft.error.empty() && !draft.drawing.empty() &&
+                      person_.Ask(
+                          "Eine nicht gespeicherte Zeichnung ist vom letzten Mal übrig. "
+                          "Wiederherstellen ?");
+  if (!wanted) {
+    draft_.Remove();
+    return;
+  }
+  document_.Replace(std::move(draft.drawing));
+  document_.MarkUnsaved();
+}
+
+void frmGrafik::KeepDraft() {
+  if (!document_.Unsaved() || document_.Current().empty()) {
+    draft_.Remove();
+    return;
+  }
+  const QSize size = DisplaySize();
+  const WmfFile file = WriteWmf(document_.Current(), size.width(), size.height());
+  if (file.error.empty()) draft_.Write(file.bytes);
+}
+
+void frmGrafik::mnuGrafikNeu_Click() { host_.NewDrawing(); }
+
+void frmGrafik::mnuGrafikLaden_Click() { LoadDrawing(); }
+
+void frmGrafik::mnuGrafikSpeichern_Click() { SaveDrawing(); }
+
+void frmGrafik::mnuGrafikBildEEProm_Click() { host_.SaveBMPinEEProm(); }
+
+void frmGrafik::mnuGrafikSenden_Click() {
+  sendPending_ = false;
+  host_.Send();
+}
+
+void frmGrafik::mnuGrafikSchliessen_Click() { close(); }
+
+// ---- Pictures ----
+
+void frmGrafik::mnuGrafikBild_Click() {
+  const auto path = person_.OpenFile("Bild einfügen", PictureFilter);
+  if (path) InsertFile(QString::fromStdString(*path), std::nullopt);
+}
+
+void frmGrafik::InsertFile(const QString& path, std::optional<Point> at) {
+  QImageReader reader(path);
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  const bool tooLarge = size.width() > LargestPictureSide || size.height() > LargestPictureSide;
+  const QImage image = tooLarge ? QImage() : reader.read();
+  if (image.isNull()) {
+    const QString reason = tooLarge ? tr("Es ist zu groß.") : reader.errorString();
+    person_.Message(
+        tr("Das Bild konnte nicht gelesen werden:\n%1\n%2").arg(path, reason).toStdString(),
+        Icon::Exclamation);
+    return;
+  }
+  InsertImage(image, at);
+}
+
+void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
+  const auto threshold = static_cast<Colour>(
+      std::clamp<std::int64_t>(host_.Terminal().blackThreshold, 0, std::int64_t{White} + 1));
+  PictureDialog dialog(image, DisplaySize(), threshold, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  DrawingObject object;
+  object.kind = Kind::Picture;
+  object.picture = dialog.Result();
+  const Point middle = at.value_or(VisibleMiddle());
+  const int left = middle.x - object.picture.Width() / 2;
+  const int bottom = middle.y - object.picture.Height() / 2;
+  SetCorners(object, {left, bottom, left + object.picture.Width() - 1,
+                      bottom + object.picture.Height() - 1});
+  Drawing drawing = document_.Current();
+  Paste(drawing, {std::move(object)}, 0, 0);
+  document_.Commit(std::move(drawing));
+}
+
+// One object for each line that holds something, below each other.
+void frmGrafik::InsertText(const QString& text) {
+  Point topLeft = VisibleMiddle();
+  std::vector<DrawingObject> objects;
+  for (const QString& line : text.split(u'\n')) {
+    const auto wire = ToWireText(line.trimmed());
+    if (!wire) {
+      person_.Message("Der Text enthält Zeichen, die das Terminal nicht darstellen kann.",
+                      Icon::Exclamation);
+      return;
+    }
+    if (wire->empty()) continue;
+    DrawingObject object;
+    object.kind = Kind::Text;
+    const TextAttributes attributes = style_->Style().text;
+    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
+    object.text = MakePrefixedText(attributes, *wire);
+    SetCorners(object, TextBox(fonts_, topLeft, object.text));
+    topLeft.y -= BoundsOf(object).Height();
+    objects.push_back(std::move(object));
+  }
+  Drawing drawing = document_.Current();
+  Paste(drawing, std::move(objects), 0, 0);
+  document_.Commit(std::move(drawing));
+}
+
+bool frmGrafik::InsertMime(const QMimeData& mime, std::optional<Point> at) {
+  if (mime.hasUrls() && mime.urls().first().isLocalFile()) {
+    InsertFile(mime.urls().first().toLocalFile(), at);
+  } else if (mime.hasImage()) {
+    InsertImage(qvariant_cast<QImage>(mime.imageData()), at);
+  } else if (mime.hasText()) {
+    InsertText(mime.text());
+  } else {
+    return false;
+  }
+  return true;
+}
+
+Point frmGrafik::VisibleMiddle() const {
+  const QRect visible = Display->visibleRegion().boundingRect();
+  if (visible.isEmpty()) return {Display->DisplayWidth() / 2, Display->DisplayHeight() / 2};
+  return Display->ToDrawing(visible.center());
+}
+
+void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {
+  const QMimeData& mime = *event->mimeData();
+  if (mime.hasUrls() || mime.hasImage() || mime.hasText()) event->acceptProposedAction();
+}
+
+void frmGrafik::dropEvent(QDropEvent* event) {
+  const QPoint onCanvas = Display->mapFrom(this, event->position().toPoint());
+  if (InsertMime(*event->mimeData(), Display->ToDrawing(onCanvas))) event->acceptProposedAction();
+}
+
+}  // namespace kelvo

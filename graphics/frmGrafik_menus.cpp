@@ -1,0 +1,196 @@
+#include <QActionGroup>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSpinBox>
+#include <QToolBar>
+
+#include "graphics/frmGrafik.h"
+#include "graphics/tool_icons.h"
+#include "link/guard.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+
+enum class Needs { Nothing, Selection };
+
+/// A menu entry: a name of nullptr is a separator.
+struct frmGrafik::Entry {
+  const char* name;
+  const char* text;
+  const char* keys;
+  std::function<void(frmGrafik&)> handler;
+  Needs needs;
+};
+
+const frmGrafik::Entry frmGrafik::fileEntries[] = {
+    {"mnuGrafikNeu", "&Neu", "Ctrl+N", &frmGrafik::mnuGrafikNeu_Click, Needs::Nothing},
+    {"mnuGrafikLaden", "&Laden …", "Ctrl+O", &frmGrafik::mnuGrafikLaden_Click, Needs::Nothing},
+    {"mnuGrafikSpeichern", "&Speichern …", "Ctrl+S", &frmGrafik::mnuGrafikSpeichern_Click,
+     Needs::Nothing},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikBild", "&Bild einfügen …", "Ctrl+I", &frmGrafik::mnuGrafikBild_Click,
+     Needs::Nothing},
+    {"mnuGrafikBildEEProm", "Bild ins &EEPROM schreiben …", "",
+     &frmGrafik::mnuGrafikBildEEProm_Click, Needs::Nothing},
+    {"mnuGrafikSenden", "Zum Terminal s&enden", "F9", &frmGrafik::mnuGrafikSenden_Click,
+     Needs::Nothing},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikSchliessen", "S&chließen", "Ctrl+W", &frmGrafik::mnuGrafikSchliessen_Click,
+     Needs::Nothing},
+};
+
+const frmGrafik::Entry frmGrafik::editEntries[] = {
+    {"mnuGrafikRueckgaengig", "&Rückgängig", "Ctrl+Z", &frmGrafik::mnuGrafikRueckgaengig_Click,
+     Needs::Nothing},
+    {"mnuGrafikWiederholen", "&Wiederholen", "Ctrl+Y", &frmGrafik::mnuGrafikWiederholen_Click,
+     Needs::Nothing},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikAusschneiden", "&Ausschneiden", "Ctrl+X", &frmGrafik::mnuGrafikAusschneiden_Click,
+     Needs::Selection},
+    {"mnuGrafikKopieren", "&Kopieren", "Ctrl+C", &frmGrafik::mnuGrafikKopieren_Click,
+     Needs::Selection},
+    {"mnuGrafikEinfuegen", "&Einfügen", "Ctrl+V", &frmGrafik::mnuGrafikEinfuegen_Click,
+     Needs::Nothing},
+    {"mnuGrafikDuplizieren", "&Duplizieren", "Ctrl+D", &frmGrafik::mnuGrafikDuplizieren_Click,
+     Needs::Selection},
+    {"mnuGrafikLoeschen", "&Löschen", "Del", &frmGrafik::mnuGrafikLoeschen_Click, Needs::Selection},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikAlles", "Alles a&uswählen", "Ctrl+A", &frmGrafik::mnuGrafikAlles_Click,
+     Needs::Nothing},
+};
+
+const frmGrafik::Entry frmGrafik::objectEntries[] = {
+    {"mnuGrafikGruppieren", "&Gruppieren", "Ctrl+G", &frmGrafik::mnuGrafikGruppieren_Click,
+     Needs::Selection},
+    {"mnuGrafikAufloesen", "Gruppe &auflösen", "Ctrl+Shift+G", &frmGrafik::mnuGrafikAufloesen_Click,
+     Needs::Selection},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikVorn", "Nach &vorn", "Ctrl+Shift+PgUp",
+     [](frmGrafik& window) { window.Reorder(Order::ToFront); }, Needs::Selection},
+    {"mnuGrafikHoeher", "Eine Ebene &höher", "Ctrl+PgUp",
+     [](frmGrafik& window) { window.Reorder(Order::Forward); }, Needs::Selection},
+    {"mnuGrafikTiefer", "Eine Ebene &tiefer", "Ctrl+PgDown",
+     [](frmGrafik& window) { window.Reorder(Order::Backward); }, Needs::Selection},
+    {"mnuGrafikHinten", "Nach h&inten", "Ctrl+Shift+PgDown",
+     [](frmGrafik& window) { window.Reorder(Order::ToBack); }, Needs::Selection},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikLinks", "&Links ausrichten", "Ctrl+Shift+L",
+     [](frmGrafik& window) { window.Align(Alignment::Left); }, Needs::Selection},
+    {"mnuGrafikMitteX", "Waagerecht &mittig", "Ctrl+Shift+M",
+     [](frmGrafik& window) { window.Align(Alignment::CentreX); }, Needs::Selection},
+    {"mnuGrafikRechts", "&Rechts ausrichten", "Ctrl+Shift+R",
+     [](frmGrafik& window) { window.Align(Alignment::Right); }, Needs::Selection},
+    {"mnuGrafikOben", "&Oben ausrichten", "Ctrl+Shift+O",
+     [](frmGrafik& window) { window.Align(Alignment::Top); }, Needs::Selection},
+    {"mnuGrafikMitteY", "&Senkrecht mittig", "Ctrl+Shift+S",
+     [](frmGrafik& window) { window.Align(Alignment::CentreY); }, Needs::Selection},
+    {"mnuGrafikUnten", "&Unten ausrichten", "Ctrl+Shift+U",
+     [](frmGrafik& window) { window.Align(Alignment::Bottom); }, Needs::Selection},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikVerteilenX", "Waagerecht verteilen", "Ctrl+Shift+H",
+     [](frmGrafik& window) { window.Distribute(Axis::X); }, Needs::Selection},
+    {"mnuGrafikVerteilenY", "Senkrecht verteilen", "Ctrl+Shift+V",
+     [](frmGrafik& window) { window.Distribute(Axis::Y); }, Needs::Selection},
+};
+
+template <std::size_t count>
+void frmGrafik::AddEntries(QMenu* menu, const Entry (&entries)[count]) {
+  for (const Entry& entry : entries) {
+    if (entry.name == nullptr) {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* const action = Named(menu->addAction(QString::fromUtf8(entry.text)), entry.name);
+    action->setShortcut(QKeySequence(QString::fromLatin1(entry.keys)));
+    connect(action, &QAction::triggered, this,
+            [this, &entry] { Guarded(person_, entry.name, [&] { entry.handler(*this); }); });
+    if (entry.needs == Needs::Selection) selectionActions_.push_back(action);
+  }
+}
+
+void frmGrafik::MakeMenus() {
+  AddEntries(Named(menuBar()->addMenu(tr("&Datei")), "mnuGrafikDatei"), fileEntries);
+  QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuGrafikBearbeiten");
+  AddEntries(edit, editEntries);
+  AddEntries(Named(menuBar()->addMenu(tr("&Objekt")), "mnuGrafikObjekt"), objectEntries);
+  MakeViewMenu();
+  mnuGrafikRueckgaengig = findChild<QAction*>(QStringLiteral("mnuGrafikRueckgaengig"));
+  mnuGrafikWiederholen = findChild<QAction*>(QStringLiteral("mnuGrafikWiederholen"));
+}
+
+void frmGrafik::MakeViewMenu() {
+  QMenu* const view = Named(menuBar()->addMenu(tr("&Ansicht")), "mnuGrafikAnsicht");
+  const auto addZoom = [&](const char* name, const QString& text, const char* keys, int steps) {
+    QAction* const action = Named(view->addAction(text), name);
+    action->setShortcut(QKeySequence(QString::fromLatin1(keys)));
+    connect(action, &QAction::triggered, this, [this, steps] {
+      SetZoom(Display->Zoom() + steps, Display->visibleRegion().boundingRect().center());
+    });
+  };
+  addZoom("mnuGrafikGroesser", tr("&Größer"), "Ctrl++", 1);
+  addZoom("mnuGrafikKleiner", tr("&Kleiner"), "Ctrl+-", -1);
+  view->addSeparator();
+  mnuGrafikRaster = Named(view->addAction(tr("Am &Raster einrasten")), "mnuGrafikRaster");
+  mnuGrafikRaster->setCheckable(true);
+  mnuGrafikRaster->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
+}
+
+void frmGrafik::MakeTools() {
+  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, person_);
+  const struct {
+    ToolKind kind;
+    const char* name;
+    const char* text;
+    const char* key;
+  } rows[] = {
+      {ToolKind::Select, "toolAuswahl", "Auswählen, verschieben, Größe ändern", "F2"},
+      {ToolKind::Line, "toolLinie", "Linie (Umschalt: acht Richtungen)", "F3"},
+      {ToolKind::Rectangle, "toolRechteck", "Rechteck (Umschalt: Quadrat)", "F4"},
+      {ToolKind::Ellipse, "toolEllipse", "Ellipse (Umschalt: Kreis)", "F5"},
+      {ToolKind::Polyline, "toolLinienzug", "Linienzug (Doppelklick oder Eingabetaste beendet)",
+       "F6"},
+      {ToolKind::Text, "toolText", "Text", "F7"},
+  };
+  auto* bar = Named(new QToolBar(tr("Werkzeuge")), "barWerkzeuge");
+  tools_ = new QActionGroup(this);
+  for (const auto& row : rows) {
+    QAction* const action =
+        Named(bar->addAction(ToolIcon(row.kind), QString::fromUtf8(row.text)), row.name);
+    action->setCheckable(true);
+    action->setShortcut(QKeySequence(QString::fromLatin1(row.key)));
+    action->setToolTip(
+        QStringLiteral("%1 [%2]").arg(QString::fromUtf8(row.text), QString::fromLatin1(row.key)));
+    tools_->addAction(action);
+    connect(action, &QAction::triggered, this, [this, kind = row.kind] { TakeTool(kind); });
+  }
+  addToolBar(Qt::LeftToolBarArea, bar);
+  tools_->actions().first()->setChecked(true);
+  TakeTool(ToolKind::Select);
+}
+
+void frmGrafik::MakeToolbar() {
+  auto* bar = Named(new QToolBar(tr("Befehle")), "barBefehle");
+  for (const char* name :
+       {"mnuGrafikNeu", "mnuGrafikLaden", "mnuGrafikSpeichern", "mnuGrafikBild", "mnuGrafikSenden",
+        "mnuGrafikRueckgaengig", "mnuGrafikWiederholen", "mnuGrafikGruppieren"}) {
+    bar->addAction(findChild<QAction*>(QString::fromLatin1(name)));
+  }
+  bar->addSeparator();
+  bar->addAction(mnuGrafikRaster);
+  txtRaster = Named(new QSpinBox, "txtRaster");
+  txtRaster->setRange(2, 64);
+  txtRaster->setValue(8);
+  txtRaster->setSuffix(tr(" Punkte"));
+  txtRaster->setAccessibleName(tr("Rasterweite"));
+  bar->addWidget(txtRaster);
+  addToolBar(Qt::TopToolBarArea, bar);
+  const auto change = [this] {
+    const bool on = mnuGrafikRaster->isChecked();
+    desk_->SetGridStep(on ? txtRaster->value() : 1);
+    Display->SetGrid(on ? txtRaster->value() : 1, on);
+  };
+  connect(mnuGrafikRaster, &QAction::toggled, this, change);
+  connect(txtRaster, &QSpinBox::valueChanged, this, change);
+}
+
+}  // namespace kelvo

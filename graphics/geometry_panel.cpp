@@ -1,0 +1,51 @@
+#include "graphics/geometry_panel.h"
+
+#include <QSignalBlocker>
+#include <QSpinBox>
+
+#include "widgets/form.h"
+
+namespace kelvo {
+
+namespace {
+
+// Half of the range of a command's numbers, so that sums stay inside.
+constexpr int FarthestPixel = 16000;
+
+}  // namespace
+
+GeometryPanel::GeometryPanel(QWidget* parent) : QGroupBox(tr("Lage und Größe"), parent) {
+  QFormLayout* const form = MakeForm(this);
+  txtPosX = MakeField("txtPosX", -FarthestPixel);
+  txtPosY = MakeField("txtPosY", -FarthestPixel);
+  txtBreite = MakeField("txtBreite", 1);
+  txtHoehe = MakeField("txtHoehe", 1);
+  AddRow(form, tr("&X:"), txtPosX, tr("Punkte"));
+  AddRow(form, tr("&Y:"), txtPosY, tr("Punkte"));
+  AddRow(form, tr("Br&eite:"), txtBreite, tr("Punkte"));
+  AddRow(form, tr("Hö&he:"), txtHoehe, tr("Punkte"));
+}
+
+// A number counts when it is complete, not digit by digit.
+QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
+  auto* field = Named(new QSpinBox, name);
+  field->setRange(min, FarthestPixel);
+  field->setKeyboardTracking(false);
+  connect(field, &QSpinBox::valueChanged, this, [this] {
+    const int left = txtPosX->value();
+    const int bottom = txtPosY->value();
+    Q_EMIT BoxTyped({left, bottom, left + txtBreite->value() - 1, bottom + txtHoehe->value() - 1});
+  });
+  return field;
+}
+
+void GeometryPanel::ShowBox(const Box& box, bool selected) {
+  const QSignalBlocker quiet(this);
+  setEnabled(selected);
+  txtPosX->setValue(selected ? box.left : 0);
+  txtPosY->setValue(selected ? box.bottom : 0);
+  txtBreite->setValue(selected ? box.Width() : 1);
+  txtHoehe->setValue(selected ? box.Height() : 1);
+}
+
+}  // namespace kelvo

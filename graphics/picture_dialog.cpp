@@ -1,0 +1,154 @@
+#include "graphics/picture_dialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QPixmap>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QSpinBox>
+#include <algorithm>
+#include <utility>
+
+#include "graphics/pixel_image.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+
+namespace {
+
+constexpr Colour GreyStep = 0x010101;  // from one grey to the next
+constexpr int LargestSide = 2000;      // Terminal pixels; a display has 640 at most
+
+}  // namespace
+
+PictureDialog::PictureDialog(QImage image, QSize display, Colour threshold, QWidget* parent)
+    : QDialog(parent), image_(std::move(image)), optionThreshold_(threshold) {
+  setObjectName(QStringLiteral("dlgBild"));
+  setWindowTitle(tr("Bild einfügen"));
+  MakeControls(display);
+  ShowPreview();
+}
+
+void PictureDialog::MakeControls(QSize display) {
+  auto* layout = new QHBoxLayout(this);
+  auto* left = new QVBoxLayout;
+  layout->addLayout(left);
+  left->addWidget(MakeSizeRow());
+
+  auto* black = new QGroupBox(tr("Schwarz und Weiß"));
+  QFormLayout* const form = MakeForm(black);
+  cboRasterung = Named(new QComboBox, "cboRasterung");
+  cboRasterung->addItems({tr("Schwelle"), tr("Fehlerverteilung"), tr("Muster 8 x 8")});
+  AddRow(form, tr("&Rasterung:"), cboRasterung);
+  ctlSchwelle = Named(new QSlider(Qt::Horizontal), "ctlSchwelle");
+  ctlSchwelle->setRange(0, 256);
+  ctlSchwelle->setValue(static_cast<int>(optionThreshold_ / GreyStep));
+  AddRow(form, tr("&Schwelle:"), ctlSchwelle);
+  lblSchwelle = MakeValue("lblSchwelle");
+  AddRow(form, tr("Farbwert:"), lblSchwelle);
+  chkGraustufen = Named(new QCheckBox(tr("zuerst in &Graustufen umwandeln")), "chkGraustufen");
+  form->addRow(chkGraustufen);
+  lblErklaerung = Named(new QLabel, "lblErklaerung");
+  lblErklaerung->setWordWrap(true);
+  form->addRow(lblErklaerung);
+  left->addWidget(black);
+  left->addStretch();
+
+  auto* buttons = new QDialogButtonBox;
+  Named(buttons->addButton(tr("Einfügen"), QDialogButtonBox::AcceptRole), "cmdBildEinfuegen");
+  Named(buttons->addButton(tr("Abbrechen"), QDialogButtonBox::RejectRole), "cmdBildAbbrechen");
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  left->addWidget(buttons);
+
+  auto* scroll = new QScrollArea;
+  lblVorschau = Named(new QLabel, "lblVorschau");
+  lblVorschau->setAccessibleName(tr("Vorschau"));
+  scroll->setWidget(lblVorschau);
+  scroll->setWidgetResizable(true);
+  scroll->setMinimumSize(2 * display.boundedTo({320, 240}) + QSize(20, 20));
+  layout->addWidget(scroll, 1);
+
+  const QSize size = image_.size().boundedTo(image_.size().scaled(display, Qt::KeepAspectRatio));
+  txtBildBreite->setValue(std::max(1, size.width()));
+  txtBildHoehe->setValue(std::max(1, size.height()));
+  connect(txtBildBreite, &QSpinBox::valueChanged, this, &PictureDialog::ChangeWidth);
+  connect(txtBildHoehe, &QSpinBox::valueChanged, this, &PictureDialog::ChangeHeight);
+  connect(cboRasterung, &QComboBox::currentIndexChanged, this, &PictureDialog::ShowPreview);
+  connect(chkGraustufen, &QCheckBox::toggled, this, &PictureDialog::ShowPreview);
+  connect(ctlSchwelle, &QSlider::valueChanged, this, [this] {
+    thresholdMoved_ = true;
+    ShowPreview();
+  });
+}
+
+QWidget* PictureDialog::MakeSizeRow() {
+  auto* group = new QGroupBox(tr("Größe"));
+  QFormLayout* const form = MakeForm(group);
+  txtBildBreite = Named(new QSpinBox, "txtBildBreite");
+  txtBildHoehe = Named(new QSpinBox, "txtBildHoehe");
+  for (QSpinBox* box : {txtBildBreite, txtBildHoehe}) box->setRange(1, LargestSide);
+  AddRow(form, tr("&Breite:"), txtBildBreite, tr("Punkte"));
+  AddRow(form, tr("&Höhe:"), txtBildHoehe, tr("Punkte"));
+  chkSeitenverhaeltnis =
+      Named(new QCheckBox(tr("Seiten&verhältnis beibehalten")), "chkSeitenverhaeltnis");
+  chkSeitenverhaeltnis->setChecked(true);
+  form->addRow(chkSeitenverhaeltnis);
+  return group;
+}
+
+void PictureDialog::ChangeWidth(int width) {
+  if (chkSeitenverhaeltnis->isChecked()) {
+    const QSignalBlocker quiet(txtBildHoehe);
+    txtBildHoehe->setValue(qRound(static_cast<double>(width) * image_.height() / image_.width()));
+  }
+  ShowPreview();
+}
+
+void PictureDialog::ChangeHeight(int height) {
+  if (chkSeitenverhaeltnis->isChecked()) {
+    const QSignalBlocker quiet(txtBildBreite);
+    txtBildBreite->setValue(qRound(static_cast<double>(height) * image_.width() / image_.height()));
+  }
+  ShowPreview();
+}
+
+Colour PictureDialog::Threshold() const {
+  return thresholdMoved_ ? static_cast<Colour>(ctlSchwelle->value()) * GreyStep : optionThreshold_;
+}
+
+Dithering PictureDialog::ChosenDithering() const {
+  return static_cast<Dithering>(cboRasterung->currentIndex());
+}
+
+Picture PictureDialog::Scaled() const {
+  const QSize size(txtBildBreite->value(), txtBildHoehe->value());
+  const QImage scaled = size == image_.size()
+                            ? image_
+                            : image_.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  const Picture picture = ToPicture(scaled);
+  return chkGraustufen->isChecked() ? MadeGrey(picture) : picture;
+}
+
+Picture PictureDialog::Result() const {
+  const bool asSent = ChosenDithering() == Dithering::Threshold && !thresholdMoved_;
+  return asSent ? Scaled() : MadeMonochrome(Scaled(), ChosenDithering(), Threshold());
+}
+
+void PictureDialog::ShowPreview() {
+  const QImage shown = ToImage(MadeMonochrome(Scaled(), ChosenDithering(), Threshold()));
+  constexpr int PreviewZoom = 2;
+  lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
+  lblSchwelle->setText(QString::number(Threshold()));
+  const bool byNumber = ChosenDithering() == Dithering::Threshold && !chkGraustufen->isChecked();
+  lblErklaerung->setText(
+      byNumber ? tr("Schwarz wird, was unter der Schwelle liegt. Verglichen wird die Zahl "
+                    "Rot + 256 x Grün + 65536 x Blau: bei farbigen Bildern entscheidet also fast "
+                    "allein der Blauanteil, und reines Rot oder Grün wird schwarz.")
+               : tr("Verglichen wird die Helligkeit: dunkle Stellen werden schwarz."));
+}
+
+}  // namespace kelvo

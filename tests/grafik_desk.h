@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTest>
+#include <string>
+
+#include "graphics/frmGrafik.h"
+#include "tests/fakes/fake_operator.h"
+
+namespace kelvo {
+
+/// A timer whose ticks the test makes.
+class HandTimer : public Timer {
+ public:
+  void SetInterval(std::chrono::milliseconds interval) override { interval_ = interval; }
+  std::chrono::milliseconds Interval() const override { return interval_; }
+  void SetEnabled(bool enabled) override { enabled_ = enabled; }
+  bool Enabled() const override { return enabled_; }
+  void SetHandler(std::function<void()> tick) override { tick_ = std::move(tick); }
+  void Tick() {
+    if (enabled_) tick_();
+  }
+
+ private:
+  std::chrono::milliseconds interval_{};
+  bool enabled_ = false;
+  std::function<void()> tick_;
+};
+
+class HostModel : public GraphicsHost {
+ public:
+  void Send() override { ++sends; }
+  void NewDrawing() override { ++news; }
+  bool CanSend() const override { return open; }
+  int BitsPerSecond() const override { return 9600; }
+  TerminalTraits Terminal() const override {
+    TerminalTraits traits;
+    traits.blackThreshold = 0x800000;
+    traits.pixelWidthVersion = 2;
+    traits.queryVersion = [this] { return ++queries, 2.1; };
+    return traits;
+  }
+  bool FensterMitZoomen() const override { return follow; }
+  void SaveBMPinEEProm() override { ++stores; }
+
+  int sends = 0;
+  int news = 0;
+  int stores = 0;
+  bool open = true;
+  bool follow = false;
+  mutable int queries = 0;
+};
+
+/// The real window on an offscreen display, and hands on mouse and keys.
+class GrafikDesk {
+ public:
+  explicit GrafikDesk(QSize display = {240, 128}) {
+    fonts.Load(KELVO_FONT_FOLDER);
+    Start(display);
+  }
+
+  /// Begins anew, as after a start of the program.
+  void Start(QSize display = {240, 128}) {
+    window = std::make_unique<frmGrafik>(host, person, fonts, timer, display, DraftPath());
+    window->resize(1200, 760);
+    window->show();
+    Q_UNUSED(QTest::qWaitForWindowExposed(window.get()));
+  }
+
+  std::string DraftPath() const { return folder.filePath("entwurf.wmf").toStdString(); }
+  template <typename Control>
+  Control* Find(const char* name) const {
+    return window->findChild<Control*>(QString::fromLatin1(name));
+  }
+  DrawingCanvas* Canvas() const { return Find<DrawingCanvas>("Display"); }
+  void Do(const char* action) const { Find<QAction>(action)->trigger(); }
+  const Drawing& Objects() const { return window->CurrentDrawing(); }
+
+  void Drag(Point from, Point to, Qt::KeyboardModifiers keys = {}) const {
+    DrawingCanvas* const canvas = Canvas();
+    QTest::mousePress(canvas, Qt::LeftButton, keys, canvas->ToWidget(from));
+    MoveTo({(from.x + to.x) / 2, (from.y + to.y) / 2}, keys);
+    MoveTo(to, keys);
+    QTest::mouseRelease(canvas, Qt::LeftButton, keys, canvas->ToWidget(to));
+  }
+  void Click(Point at, Qt::KeyboardModifiers keys = {}) const {
+    QTest::mouseClick(Canvas(), Qt::LeftButton, keys, Canvas()->ToWidget(at));
+  }
+  void Key(Qt::Key key, Qt::KeyboardModifiers keys = {}) const {
+    QTest::keyClick(Canvas(), key, keys);
+  }
+
+  QTemporaryDir folder;
+  testing_world::FakeOperator person;
+  HostModel host;
+  HandTimer timer;
+  DeviceFonts fonts;
+  std::unique_ptr<frmGrafik> window;
+
+ private:
+  // QTest's own moves carry no pressed button.
+  void MoveTo(Point p, Qt::KeyboardModifiers keys) const {
+    const QPointF at = Canvas()->ToWidget(p);
+    QMouseEvent move(QEvent::MouseMove, at, Canvas()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                     keys);
+    QApplication::sendEvent(Canvas(), &move);
+  }
+};
+
+}  // namespace kelvo
