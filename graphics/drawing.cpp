@@ -18,11 +18,6 @@ Box BoxOf(Point a, Point b) {
   return {left, bottom, right, top};
 }
 
-Box United(const Box& a, const Box& b) {
-  return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
-          std::max(a.top, b.top)};
-}
-
 // Where the box has no length to share out, its only pixel becomes the lower or the upper end.
 int Mapped(int value, int from, int fromLength, int to, int toLength, bool upper) {
   if (fromLength <= 0) return upper ? to + toLength : to;
@@ -73,6 +68,11 @@ const Colour* Picture::Row(int y) const {
 bool Picture::operator==(const Picture& other) const {
   if (width_ != other.width_ || height_ != other.height_) return false;
   return pixels_ == other.pixels_ || *pixels_ == *other.pixels_;
+}
+
+Box United(const Box& a, const Box& b) {
+  return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
+          std::max(a.top, b.top)};
 }
 
 Box BoundsOf(const DrawingObject& object) {

@@ -95,6 +95,8 @@ using Drawing = std::vector<DrawingObject>;
 /// The pixels an object may touch; a group's box covers its members (empty groups: one pixel).
 Box BoundsOf(const DrawingObject& object);
 Box BoundsOf(const std::vector<DrawingObject>& objects);
+/// The smallest box around both.
+Box United(const Box& a, const Box& b);
 void MoveBy(DrawingObject& object, int dx, int dy);
 /// Maps everything of the object from one box to another, rounding to pixels.
 void Stretch(DrawingObject& object, const Box& from, const Box& to);

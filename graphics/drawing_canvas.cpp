@@ -15,9 +15,10 @@ namespace kelvo {
 
 namespace {
 
-constexpr int Margin = 6;  // Terminal pixels around the display, to take hold of what leaves it
-constexpr int GridFromZoom = 6;  // finer grids would hide the drawing
-constexpr int GripReach = 3;     // screen pixels from a grip's middle to its edge
+constexpr int Margin = 6;      // Terminal pixels around the display, to take hold of what leaves it
+constexpr int FinestGrid = 6;  // screen pixels; a finer grid would hide the drawing
+constexpr std::size_t MaxOutlines = 200;  // outlines of more objects would only be a tangle
+constexpr int GripReach = 3;              // screen pixels from a grip's middle to its edge
 constexpr int MaxWidgetSide = 32700;
 const QColor selectionColour(0x1e, 0x6f, 0xd9);
 const QColor unsentColour(0xd0, 0x60, 0x00);
@@ -113,7 +114,7 @@ void DrawingCanvas::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), palette().color(QPalette::Mid));
   PaintPixels(painter, event->rect());
-  if (gridShown_ && zoom_ >= GridFromZoom) PaintGrid(painter, event->rect());
+  if (gridShown_ && gridStep_ * zoom_ >= FinestGrid) PaintGrid(painter, event->rect());
   PaintUnsent(painter);
   PaintSelection(painter);
 }
@@ -163,9 +164,14 @@ void DrawingCanvas::PaintUnsent(QPainter& painter) const {
 void DrawingCanvas::PaintSelection(QPainter& painter) const {
   painter.setPen(QPen(selectionColour, 1, Qt::DashLine));
   painter.setBrush(Qt::NoBrush);
+  const bool few = SelectedCount(document_.Shown()) <= MaxOutlines;
+  const auto outline = [&](const Box& box) {
+    painter.drawRect(RectOf(box).adjusted(-1, -1, 0, 0));
+  };
   for (const DrawingObject& object : document_.Shown()) {
-    if (object.selected) painter.drawRect(RectOf(BoundsOf(object)).adjusted(-1, -1, 0, 0));
+    if (few && object.selected) outline(BoundsOf(object));
   }
+  if (!few) outline(SelectionBounds(document_.Shown()));
   if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
   painter.setPen(selectionColour);
   painter.setBrush(Qt::white);

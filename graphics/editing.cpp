@@ -79,7 +79,15 @@ void SelectInside(Drawing& drawing, const Box& box) {
   }
 }
 
-Box SelectionBounds(const Drawing& drawing) { return BoundsOf(CopySelected(drawing)); }
+Box SelectionBounds(const Drawing& drawing) {
+  std::optional<Box> bounds;
+  for (const DrawingObject& object : drawing) {
+    if (!object.selected) continue;
+    const Box box = BoundsOf(object);
+    bounds = bounds ? United(*bounds, box) : box;
+  }
+  return bounds.value_or(Box());
+}
 
 void DeleteSelected(Drawing& drawing) { std::erase_if(drawing, IsSelected); }
 

@@ -46,9 +46,6 @@ std::vector<DrawingObject> CopySelected(const Drawing& drawing);
 /// Adds the objects on top, moved by (dx, dy), and selects them alone.
 void Paste(Drawing& drawing, std::vector<DrawingObject> objects, int dx, int dy);
 
-/// Applies `change` to the selected objects and, where they are groups, to all their members.
-template <typename Change>
-void ForEachSelected(Drawing& drawing, Change change);
 /// Pen modes of texts follow from their attributes and stay.
 void SetPenMode(Drawing& drawing, int penMode);
 void SetFilled(Drawing& drawing, bool filled);
@@ -66,6 +63,7 @@ void ForEachMember(Object& object, Call& call) {
   for (auto& member : object.members) ForEachMember(member, call);
 }
 
+/// Applies `change` to the selected objects and, where they are groups, to all their members.
 template <typename Change>
 void ForEachSelected(Drawing& drawing, Change change) {
   for (DrawingObject& object : drawing) {

@@ -22,7 +22,7 @@ GeometryPanel::GeometryPanel(QWidget* parent) : QGroupBox(tr("Lage und Größe")
   txtHoehe = MakeField("txtHoehe", 1);
   AddRow(form, tr("&X:"), txtPosX, tr("Punkte"));
   AddRow(form, tr("&Y:"), txtPosY, tr("Punkte"));
-  AddRow(form, tr("Br&eite:"), txtBreite, tr("Punkte"));
+  AddRow(form, tr("B&reite:"), txtBreite, tr("Punkte"));
   AddRow(form, tr("Hö&he:"), txtHoehe, tr("Punkte"));
 }
 

@@ -67,6 +67,8 @@ void PictureDialog::MakeControls(QSize display) {
   auto* scroll = new QScrollArea;
   lblVorschau = Named(new QLabel, "lblVorschau");
   lblVorschau->setAccessibleName(tr("Vorschau"));
+  lblVorschau->setAlignment(Qt::AlignCenter);
+  scroll->setBackgroundRole(QPalette::Mid);
   scroll->setWidget(lblVorschau);
   scroll->setWidgetResizable(true);
   scroll->setMinimumSize(2 * display.boundedTo({320, 240}) + QSize(20, 20));

@@ -39,7 +39,7 @@ QWidget* StylePanel::MakeDrawingGroup() {
   auto* layout = new QVBoxLayout(group);
   optZeichnen = Named(new QRadioButton(tr("Punkte s&etzen")), "optZeichnen");
   optLoeschen = Named(new QRadioButton(tr("Punkte &löschen")), "optLoeschen");
-  chkGefuellt = Named(new QCheckBox(tr("ge&füllt")), "chkGefuellt");
+  chkGefuellt = Named(new QCheckBox(tr("&gefüllt")), "chkGefuellt");
   optZeichnen->setChecked(true);
   for (QWidget* control : {static_cast<QWidget*>(optZeichnen), static_cast<QWidget*>(optLoeschen),
                            static_cast<QWidget*>(chkGefuellt)}) {
@@ -56,16 +56,16 @@ QWidget* StylePanel::MakeTextGroup() {
   QFormLayout* const form = MakeForm(group);
   cboTextStyle = Named(new QComboBox, "cboTextStyle");
   for (const char* name : fontNames) cboTextStyle->addItem(QString::fromUtf8(name));
-  AddRow(form, tr("&Schrift:"), cboTextStyle);
+  AddRow(form, tr("S&chrift:"), cboTextStyle);
   txtTextZoomX = MakeZoomBox("txtTextZoomX", MaxZoomX);
   txtTextZoomY = MakeZoomBox("txtTextZoomY", MaxZoomY);
-  AddRow(form, tr("&Breite:"), txtTextZoomX, tr("fach"));
-  AddRow(form, tr("&Höhe:"), txtTextZoomY, tr("fach"));
+  AddRow(form, tr("&waagerecht:"), txtTextZoomX, tr("fach"));
+  AddRow(form, tr("&senkrecht:"), txtTextZoomY, tr("fach"));
   lblTextZoom = MakeValue("lblTextZoom");
   lblTextZoom->setMinimumWidth(0);
   AddRow(form, tr("Zoom:"), lblTextZoom);
-  ctlFontBold = Named(new QCheckBox(tr("f&ett")), "ctlFontBold");
-  ctlFontInvers = Named(new QCheckBox(tr("&invers")), "ctlFontInvers");
+  ctlFontBold = Named(new QCheckBox(tr("fe&tt")), "ctlFontBold");
+  ctlFontInvers = Named(new QCheckBox(tr("in&vers")), "ctlFontInvers");
   ctlFontUdrline = Named(new QCheckBox(tr("&unterstrichen")), "ctlFontUdrline");
   for (QCheckBox* box : {ctlFontBold, ctlFontInvers, ctlFontUdrline}) {
     form->addRow(box);

@@ -15,6 +15,11 @@ kelvo_test(grafik_test QT SOURCES grafik_test.cpp LINK kelvo_graphics_page)
 target_link_libraries(grafik_test PRIVATE Qt6::Test)
 target_compile_definitions(grafik_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(grafik_test kelvo_fonts)
+kelvo_test(drawing_on_terminal_test SOURCES drawing_on_terminal_test.cpp
+  LINK kelvo_graphics kelvo_simulator)
+target_compile_definitions(drawing_on_terminal_test PRIVATE
+  KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
+add_dependencies(drawing_on_terminal_test kelvo_fonts)
 
 option(KELVO_FUZZ "Build the fuzz targets (clang)" OFF)
 if(KELVO_FUZZ)

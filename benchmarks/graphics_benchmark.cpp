@@ -1,0 +1,141 @@
+// How fast drawings are translated, read and shown. The other programs' times stand beside ours in
+// the same run: `wmf2svg` (package libwmf-bin) and `pgmtopbm` (netpbm) as whole processes.
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "graphics/create_pic.h"
+#include "graphics/drawing_canvas.h"
+#include "graphics/editing.h"
+#include "graphics/painter.h"
+#include "graphics/wmf.h"
+#include "tests/drawing_samples.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int Width = 640;
+constexpr int Height = 480;
+
+const DeviceFonts& Fonts() {
+  static const DeviceFonts fonts = [] {
+    DeviceFonts loaded;
+    loaded.Load(KELVO_FONT_FOLDER);
+    return loaded;
+  }();
+  return fonts;
+}
+
+TerminalTraits Traits() {
+  TerminalTraits traits;
+  traits.displayHeight = Height;
+  traits.blackThreshold = 0x800000;
+  traits.pixelWidthVersion = 2;
+  traits.terminalVersion = 2.1;
+  return traits;
+}
+
+// Objects of all kinds but pictures, as an operator draws them: some ten pixels large.
+Drawing ObjectsOfAllKinds(int count) {
+  RandomDrawings random(7);
+  Drawing drawing;
+  for (int i = 0; i < count; ++i) {
+    const Point at{random.Number(0, Width - 30), random.Number(0, Height - 20)};
+    const Point end{at.x + random.Number(1, 25), at.y + random.Number(1, 18)};
+    if (i % 4 == 0) drawing.push_back(WithVertices(Kind::Line, {at, end}));
+    if (i % 4 == 1) drawing.push_back(Boxed(Kind::Rectangle, end, at, i % 8 == 1));
+    if (i % 4 == 2) drawing.push_back(Boxed(Kind::Ellipse, end, at));
+    if (i % 4 == 3) drawing.push_back(TextAt(end, "011000abc"));
+  }
+  return drawing;
+}
+
+void CreateBitmapOfAWholeDisplay(benchmark::State& state) {
+  RandomDrawings random(3);
+  std::vector<Colour> pixels;
+  for (int i = 0; i < Width * Height; ++i) {
+    pixels.push_back(static_cast<Colour>(random.Number(0, static_cast<int>(White))));
+  }
+  const DrawingObject object = PictureAt({0, Height - 1}, Picture(Width, Height, pixels));
+  TerminalTraits traits = Traits();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CreateBitmap(object, Width, Height, CreateForCommand, traits));
+  }
+}
+BENCHMARK(CreateBitmapOfAWholeDisplay)->Unit(benchmark::kMillisecond);
+
+void PgmtopbmOfAWholeDisplay(benchmark::State& state) {
+  std::ofstream("/tmp/kelvo-benchmark.pgm", std::ios::binary)
+      << "P5\n640 480\n255\n"
+      << std::string(Width * Height, '\x55');
+  const char* command = "pgmtopbm -threshold /tmp/kelvo-benchmark.pgm | xxd -p >/dev/null";
+  for (auto _ : state) {
+    if (std::system(command) != 0) return state.SkipWithError("no netpbm");
+  }
+}
+BENCHMARK(PgmtopbmOfAWholeDisplay)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void CreatePicOfManyObjects(benchmark::State& state) {
+  const Drawing drawing = ObjectsOfAllKinds(static_cast<int>(state.range(0)));
+  TerminalTraits traits = Traits();
+  std::size_t bytes = 0;
+  for (auto _ : state) bytes = CreatePic(drawing, traits).text.size();
+  state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
+}
+BENCHMARK(CreatePicOfManyObjects)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond);
+
+std::string LongMetafile() { return WriteWmf(ObjectsOfAllKinds(20'000), Width, Height).bytes; }
+
+void ReadLongMetafile(benchmark::State& state) {
+  const std::string bytes = LongMetafile();
+  for (auto _ : state) benchmark::DoNotOptimize(ReadWmf(bytes, Width, Height, Fonts()));
+}
+BENCHMARK(ReadLongMetafile)->Unit(benchmark::kMillisecond);
+
+void Wmf2svgOfLongMetafile(benchmark::State& state) {
+  std::ofstream("/tmp/kelvo-benchmark.wmf", std::ios::binary) << LongMetafile();
+  const char* command = "wmf2svg -o /tmp/kelvo-benchmark.svg /tmp/kelvo-benchmark.wmf";
+  for (auto _ : state) {
+    if (std::system(command) != 0) return state.SkipWithError("no wmf2svg");
+  }
+}
+BENCHMARK(Wmf2svgOfLongMetafile)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// One object of many is moved, and the window shows it: what a step of a drag costs.
+void RepaintAfterAMove(benchmark::State& state) {
+  DrawingDocument document;
+  DrawingCanvas canvas(document, Fonts());
+  canvas.SetDisplaySize(Width, Height);
+  canvas.SetZoom(2);
+  canvas.resize(canvas.sizeHint());
+  Drawing drawing = ObjectsOfAllKinds(static_cast<int>(state.range(0)));
+  drawing[drawing.size() / 2].selected = true;
+  document.Replace(drawing);
+  QImage screen(canvas.size(), QImage::Format_RGB32);
+  for (auto _ : state) {
+    Drawing moved = document.Current();
+    MoveSelected(moved, 1, 0);
+    document.Show(std::move(moved));
+    canvas.render(&screen);
+  }
+}
+BENCHMARK(RepaintAfterAMove)->Arg(10'000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace kelvo
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

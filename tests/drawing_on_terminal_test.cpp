@@ -1,0 +1,56 @@
+// What the editor shows is what a Terminal shows that is sent the commands.
+
+#include <gtest/gtest.h>
+
+#include "graphics/create_pic.h"
+#include "graphics/painter.h"
+#include "simulator/terminal.h"
+#include "tests/drawing_samples.h"
+#include "tests/pixel_picture.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int Width = 240;
+constexpr int Height = 128;
+constexpr std::int64_t Threshold = 0x808080;
+
+class OnTerminal : public testing::Test {
+ protected:
+  OnTerminal() {
+    fonts_.Load(KELVO_FONT_FOLDER);
+    terminal_.emplace(sim::TerminalSetup(), fonts_);
+    terminal_->PowerOn({});
+  }
+
+  void Send(const std::string& text) {
+    for (const char c : text) terminal_->Receive(static_cast<unsigned char>(c), {});
+  }
+  std::string Commands(const Drawing& drawing, double version) {
+    TerminalTraits traits;
+    traits.displayHeight = Height;
+    traits.blackThreshold = Threshold;
+    traits.pixelWidthVersion = 2;
+    traits.terminalVersion = version;
+    return CreatePic(drawing, traits).text;
+  }
+
+  DeviceFonts fonts_;
+  std::optional<sim::Terminal> terminal_;
+};
+
+TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
+  RandomDrawings drawings(11);
+  for (int i = 0; i < 1500; ++i) {
+    const Drawing drawing = drawings.Next();
+    PixelMap shown(Width, Height);
+    PaintDrawing(shown, drawing, fonts_, Threshold);
+    // The pen of a drawing before must not show in this one.
+    Send("\x1bGM0;\x1bGC" + Commands(drawing, i % 2 == 0 ? 1.0 : 2.1));
+    const PixelMap& pixels = terminal_->Display().Pixels();
+    ASSERT_TRUE(pixels == shown) << "drawing " << i << "\n" << AsText(pixels) << AsText(shown);
+  }
+}
+
+}  // namespace
+}  // namespace kelvo
