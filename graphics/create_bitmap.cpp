@@ -92,8 +92,9 @@ Translation CreateBitmap(const DrawingObject& picture, int w, int h, int iCreate
   const bool inPixels =
       iCreatemode == CreateForCommand && !(KnownVersion(terminal) < terminal.pixelWidthVersion);
   const int bytes = BytesPerRow(w);
-  std::string text = inPixels ? "-" + std::to_string(w) : std::to_string(bytes);
-  text += "," + std::to_string(h) + ",";
+  std::string text(inPixels ? "-" : "");
+  text.append(std::to_string(inPixels ? w : bytes)).append(",");
+  text.append(std::to_string(h)).append(",");
   try {
     AppendRows(text, picture.picture, w, h, terminal.blackThreshold);
   } catch (const std::bad_alloc&) {

@@ -13,6 +13,8 @@
 
 #include "graphics/costs.h"
 #include "graphics/create_pic.h"
+#include "graphics/painter.h"
+#include "graphics/pixel_image.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -167,14 +169,24 @@ void frmGrafik::ShowSelectedStyle() {
   style_->ShowStyle(style);
 }
 
-void frmGrafik::ShowCosts() {
+QImage frmGrafik::Pixels() const {
+  PixelMap map(Display->DisplayWidth(), Display->DisplayHeight());
+  PaintDrawing(map, document_.Current(), fonts_, host_.Terminal().blackThreshold);
+  return ToImage(map);
+}
+
+QString frmGrafik::CostsText() const {
   const DrawingCosts costs =
       CostsOf(document_.Current(), Terminal(), Display->DisplayWidth(), host_.BitsPerSecond());
-  lblKosten->setText(tr("%1 Zeichen, %2 s · EEPROM: %3 als Makro, %4 als Bitmap")
-                         .arg(costs.wireBytes)
-                         .arg(QLocale(QLocale::German).toString(costs.seconds, 'f', 2))
-                         .arg(costs.macroBytes)
-                         .arg(costs.bitmapBytes));
+  return tr("%1 Zeichen, %2 s · EEPROM: %3 als Makro, %4 als Bitmap")
+      .arg(costs.wireBytes)
+      .arg(QLocale(QLocale::German).toString(costs.seconds, 'f', 2))
+      .arg(costs.macroBytes)
+      .arg(costs.bitmapBytes);
+}
+
+void frmGrafik::ShowCosts() {
+  lblKosten->setText(CostsText());
   const std::size_t unsent = CountKind(document_.Current(), Kind::Vertices);
   lblHinweis->setText(unsent == 0 ? QString()
                                   : tr("%1 Vielecke werden nicht gesendet").arg(unsent));

@@ -46,6 +46,10 @@ class frmGrafik : public QMainWindow {
   std::string CreatePic();
   /// The option values with the display's height.
   TerminalTraits Terminal() const;
+  /// What the Terminal shows when it is sent, one pixel each.
+  QImage Pixels() const;
+  /// Bytes and seconds on the wire, bytes in the EEPROM, in words.
+  QString CostsText() const;
 
   /// The Terminal's display has another size: the drawing is cleared, which can be undone.
   void SetDisplaySize(int width, int height);

@@ -60,17 +60,19 @@ void frmGrafik::LoadDrawing() {
 }
 
 void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
-  std::string report;
+  QStringList skipped;
   for (const auto& [name, count] : loaded.skipped) {
-    report += (report.empty() ? "Nicht übernommen wurden: " : ", ") + std::to_string(count) +
-              " x " + name;
+    skipped << QStringLiteral("%1 x %2").arg(count).arg(QString::fromStdString(name));
+  }
+  QStringList report;
+  if (!skipped.isEmpty()) {
+    report << tr("Nicht übernommen wurden: %1").arg(skipped.join(QStringLiteral(", ")));
   }
   const std::size_t unsent = CountKind(loaded.drawing, Kind::Vertices);
   if (unsent > 0) {
-    report += (report.empty() ? "" : "\n") + std::to_string(unsent) +
-              " Vielecke werden gezeichnet, aber nicht zum Terminal gesendet.";
+    report << tr("%1 Vielecke werden gezeichnet, aber nicht zum Terminal gesendet.").arg(unsent);
   }
-  if (!report.empty()) person_.Message(report, Icon::Information);
+  if (!report.isEmpty()) person_.Message(report.join(u'\n').toStdString(), Icon::Information);
 }
 
 bool frmGrafik::SaveDrawing() {

@@ -15,6 +15,9 @@ class GraphicsHost {
   /// The toolbar's "new": clears the Terminal's display and, where the operator agrees, the
   /// drawing.
   virtual void NewDrawing() = 0;
+  /// The toolbar's "save as macro" and "save as text" for the drawing.
+  virtual void SaveAsMakro() = 0;
+  virtual void SaveAsText() = 0;
   /// Whether a send would reach a port.
   virtual bool CanSend() const = 0;
   /// Rate of the port to the Terminal, bit/s; 0 while it is not known.

@@ -32,6 +32,8 @@ class HostModel : public GraphicsHost {
  public:
   void Send() override { ++sends; }
   void NewDrawing() override { ++news; }
+  void SaveAsMakro() override { ++makros; }
+  void SaveAsText() override { ++texts; }
   bool CanSend() const override { return open; }
   int BitsPerSecond() const override { return 9600; }
   TerminalTraits Terminal() const override {
@@ -47,6 +49,8 @@ class HostModel : public GraphicsHost {
   int sends = 0;
   int news = 0;
   int stores = 0;
+  int makros = 0;
+  int texts = 0;
   bool open = true;
   bool follow = false;
   mutable int queries = 0;

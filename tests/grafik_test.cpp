@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include "graphics/drawing_page.h"
 #include "graphics/picture_dialog.h"
 #include "tests/drawing_samples.h"
 #include "tests/grafik_desk.h"
@@ -307,6 +308,23 @@ TEST_F(Grafik, ShowsWhatTheTerminalWillShow) {
   EXPECT_EQ(pixel({29, 19}), QColor(Qt::black));
   EXPECT_EQ(pixel({15, 15}), QColor(Qt::white));
   EXPECT_EQ(pixel({9, 10}), QColor(Qt::white));
+}
+
+TEST_F(Grafik, ThePageShowsTheDrawingAndLeadsOn) {
+  DrawingPage page(*desk_.window, desk_.host, desk_.person);
+  page.resize(600, 400);
+  const QImage before = page.grab().toImage();
+  DrawBoxes();
+  EXPECT_NE(page.grab().toImage(), before);
+  EXPECT_EQ(page.findChild<QLabel*>(QStringLiteral("lblZeichnungKosten"))->text(),
+            desk_.Find<QLabel>("lblKosten")->text());
+  desk_.window->close();
+  for (const char* name : {"cmdGrafik", "cmdGrafikSenden", "cmdGrafikMakro", "cmdGrafikText"}) {
+    page.findChild<QPushButton*>(QString::fromLatin1(name))->click();
+  }
+  EXPECT_TRUE(desk_.window->isVisible());
+  EXPECT_EQ(desk_.Objects().size(), 3U);
+  EXPECT_EQ(desk_.host.sends + desk_.host.makros + desk_.host.texts, 3);
 }
 
 TEST_F(Grafik, ShowsItsCostsWithoutAskingTheTerminal) {
