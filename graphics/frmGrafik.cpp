@@ -38,6 +38,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   MakeTools();
   MakeMenus();
   MakeToolbar();
+  MakeContextMenu();
   ConnectPanels();
   connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
   connect(&document_, &DrawingDocument::Edited, this, &frmGrafik::Edited);
@@ -112,6 +113,7 @@ void frmGrafik::ConnectPanels() {
 
 void frmGrafik::showEvent(QShowEvent* event) {
   OptionsChanged();
+  Display->setFocus();
   QMainWindow::showEvent(event);
 }
 

@@ -55,6 +55,8 @@ class frmGrafik : public QMainWindow {
   void SetDisplaySize(int width, int height);
   /// Asks before an unsaved drawing is lost; true when it may be.
   bool MayDiscard();
+  /// The same question at the program's end; then nothing is left behind for the next start.
+  bool MayEnd();
   /// An empty drawing, which counts as saved.
   void Clear();
   void LoadDrawing();
@@ -94,6 +96,7 @@ class frmGrafik : public QMainWindow {
   void MakeMenus();
   void MakeViewMenu();
   void MakeToolbar();
+  void MakeContextMenu();
   template <std::size_t count>
   void AddEntries(QMenu* menu, const Entry (&entries)[count]);
   void ConnectPanels();
@@ -168,6 +171,7 @@ class frmGrafik : public QMainWindow {
   QLabel* lblZoom = nullptr;
   QSpinBox* txtRaster = nullptr;
   QAction* mnuGrafikRaster = nullptr;
+  QAction* toolAuswahl = nullptr;
   QActionGroup* tools_ = nullptr;
   std::vector<QAction*> selectionActions_;
   QAction* mnuGrafikRueckgaengig = nullptr;

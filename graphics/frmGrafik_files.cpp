@@ -12,6 +12,7 @@
 #include "graphics/picture_dialog.h"
 #include "graphics/pixel_image.h"
 #include "graphics/wmf.h"
+#include "link/guard.h"
 
 namespace kelvo {
 
@@ -31,6 +32,13 @@ std::string WithExtension(const std::string& path) {
 bool frmGrafik::MayDiscard() {
   return !document_.Unsaved() || document_.Current().empty() ||
          person_.Ask("Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?");
+}
+
+bool frmGrafik::MayEnd() {
+  if (!MayDiscard()) return false;
+  draftTimer_.stop();
+  draft_.Remove();
+  return true;
 }
 
 void frmGrafik::Clear() {
@@ -227,9 +235,19 @@ void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {
   if (mime.hasUrls() || mime.hasImage() || mime.hasText()) event->acceptProposedAction();
 }
 
+// The picture's dialog waits until the drop is over: the program that it came from stands still
+// until then, and takes its data back.
 void frmGrafik::dropEvent(QDropEvent* event) {
-  const QPoint onCanvas = Display->mapFrom(this, event->position().toPoint());
-  if (InsertMime(*event->mimeData(), Display->ToDrawing(onCanvas))) event->acceptProposedAction();
+  const Point at = Display->ToDrawing(Display->mapFrom(this, event->position().toPoint()));
+  const auto dropped = std::make_shared<QMimeData>();
+  const QMimeData& mime = *event->mimeData();
+  if (mime.hasUrls()) dropped->setUrls(mime.urls());
+  if (mime.hasImage()) dropped->setImageData(mime.imageData());
+  if (mime.hasText()) dropped->setText(mime.text());
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this, [this, dropped, at] {
+    Guarded(person_, "Display_Drop", [&] { InsertMime(*dropped, at); });
+  });
 }
 
 }  // namespace kelvo

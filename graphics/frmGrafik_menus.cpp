@@ -164,7 +164,8 @@ void frmGrafik::MakeTools() {
     connect(action, &QAction::triggered, this, [this, kind = row.kind] { TakeTool(kind); });
   }
   addToolBar(Qt::LeftToolBarArea, bar);
-  tools_->actions().first()->setChecked(true);
+  toolAuswahl = tools_->actions().first();
+  toolAuswahl->setChecked(true);
   TakeTool(ToolKind::Select);
 }
 
@@ -191,6 +192,20 @@ void frmGrafik::MakeToolbar() {
   };
   connect(mnuGrafikRaster, &QAction::toggled, this, change);
   connect(txtRaster, &QSpinBox::valueChanged, this, change);
+}
+
+// Of the selecting tool; to the others the right button says that something is complete.
+void frmGrafik::MakeContextMenu() {
+  Display->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(Display, &QWidget::customContextMenuRequested, this, [this](QPoint at) {
+    if (!toolAuswahl->isChecked()) return;
+    QMenu menu;
+    for (const char* name : {"mnuGrafikBearbeiten", "mnuGrafikObjekt"}) {
+      menu.addActions(findChild<QMenu*>(QString::fromLatin1(name))->actions());
+      menu.addSeparator();
+    }
+    menu.exec(Display->mapToGlobal(at));
+  });
 }
 
 }  // namespace kelvo

@@ -20,7 +20,8 @@ namespace kelvo {
 namespace {
 
 constexpr Colour GreyStep = 0x010101;  // from one grey to the next
-constexpr int LargestSide = 2000;      // Terminal pixels; a display has 640 at most
+constexpr int PreviewZoom = 2;
+constexpr int LargestSide = 2000;  // Terminal pixels; a display has 640 at most
 
 }  // namespace
 
@@ -36,10 +37,32 @@ void PictureDialog::MakeControls(QSize display) {
   auto* layout = new QHBoxLayout(this);
   auto* left = new QVBoxLayout;
   layout->addLayout(left);
-  left->addWidget(MakeSizeRow());
+  left->addWidget(MakeSizeGroup());
+  left->addWidget(MakeBlackGroup());
+  left->addStretch();
+  left->addWidget(MakeButtons());
+  layout->addWidget(MakePreview(display), 1);
 
-  auto* black = new QGroupBox(tr("Schwarz und Weiß"));
-  QFormLayout* const form = MakeForm(black);
+  const QSize size = image_.size().boundedTo(image_.size().scaled(display, Qt::KeepAspectRatio));
+  txtBildBreite->setValue(std::max(1, size.width()));
+  txtBildHoehe->setValue(std::max(1, size.height()));
+  ConnectControls();
+}
+
+void PictureDialog::ConnectControls() {
+  connect(txtBildBreite, &QSpinBox::valueChanged, this, &PictureDialog::ChangeWidth);
+  connect(txtBildHoehe, &QSpinBox::valueChanged, this, &PictureDialog::ChangeHeight);
+  connect(cboRasterung, &QComboBox::currentIndexChanged, this, &PictureDialog::ShowPreview);
+  connect(chkGraustufen, &QCheckBox::toggled, this, &PictureDialog::ShowPreview);
+  connect(ctlSchwelle, &QSlider::valueChanged, this, [this] {
+    thresholdMoved_ = true;
+    ShowPreview();
+  });
+}
+
+QWidget* PictureDialog::MakeBlackGroup() {
+  auto* group = new QGroupBox(tr("Schwarz und Weiß"));
+  QFormLayout* const form = MakeForm(group);
   cboRasterung = Named(new QComboBox, "cboRasterung");
   cboRasterung->addItems({tr("Schwelle"), tr("Fehlerverteilung"), tr("Muster 8 x 8")});
   AddRow(form, tr("&Rasterung:"), cboRasterung);
@@ -54,16 +77,19 @@ void PictureDialog::MakeControls(QSize display) {
   lblErklaerung = Named(new QLabel, "lblErklaerung");
   lblErklaerung->setWordWrap(true);
   form->addRow(lblErklaerung);
-  left->addWidget(black);
-  left->addStretch();
+  return group;
+}
 
+QWidget* PictureDialog::MakeButtons() {
   auto* buttons = new QDialogButtonBox;
   Named(buttons->addButton(tr("Einfügen"), QDialogButtonBox::AcceptRole), "cmdBildEinfuegen");
   Named(buttons->addButton(tr("Abbrechen"), QDialogButtonBox::RejectRole), "cmdBildAbbrechen");
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  left->addWidget(buttons);
+  return buttons;
+}
 
+QWidget* PictureDialog::MakePreview(QSize display) {
   auto* scroll = new QScrollArea;
   lblVorschau = Named(new QLabel, "lblVorschau");
   lblVorschau->setAccessibleName(tr("Vorschau"));
@@ -71,23 +97,11 @@ void PictureDialog::MakeControls(QSize display) {
   scroll->setBackgroundRole(QPalette::Mid);
   scroll->setWidget(lblVorschau);
   scroll->setWidgetResizable(true);
-  scroll->setMinimumSize(2 * display.boundedTo({320, 240}) + QSize(20, 20));
-  layout->addWidget(scroll, 1);
-
-  const QSize size = image_.size().boundedTo(image_.size().scaled(display, Qt::KeepAspectRatio));
-  txtBildBreite->setValue(std::max(1, size.width()));
-  txtBildHoehe->setValue(std::max(1, size.height()));
-  connect(txtBildBreite, &QSpinBox::valueChanged, this, &PictureDialog::ChangeWidth);
-  connect(txtBildHoehe, &QSpinBox::valueChanged, this, &PictureDialog::ChangeHeight);
-  connect(cboRasterung, &QComboBox::currentIndexChanged, this, &PictureDialog::ShowPreview);
-  connect(chkGraustufen, &QCheckBox::toggled, this, &PictureDialog::ShowPreview);
-  connect(ctlSchwelle, &QSlider::valueChanged, this, [this] {
-    thresholdMoved_ = true;
-    ShowPreview();
-  });
+  scroll->setMinimumSize(PreviewZoom * display.boundedTo({320, 240}) + QSize(20, 20));
+  return scroll;
 }
 
-QWidget* PictureDialog::MakeSizeRow() {
+QWidget* PictureDialog::MakeSizeGroup() {
   auto* group = new QGroupBox(tr("Größe"));
   QFormLayout* const form = MakeForm(group);
   txtBildBreite = Named(new QSpinBox, "txtBildBreite");
@@ -142,7 +156,6 @@ Picture PictureDialog::Result() const {
 
 void PictureDialog::ShowPreview() {
   const QImage shown = ToImage(MadeMonochrome(Scaled(), ChosenDithering(), Threshold()));
-  constexpr int PreviewZoom = 2;
   lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
   const bool byNumber = ChosenDithering() == Dithering::Threshold && !chkGraustufen->isChecked();

@@ -29,7 +29,11 @@ class PictureDialog : public QDialog {
 
  private:
   void MakeControls(QSize display);
-  QWidget* MakeSizeRow();
+  QWidget* MakeSizeGroup();
+  QWidget* MakeBlackGroup();
+  QWidget* MakeButtons();
+  QWidget* MakePreview(QSize display);
+  void ConnectControls();
   void ChangeWidth(int width);
   void ChangeHeight(int height);
   void ShowPreview();

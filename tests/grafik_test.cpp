@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
@@ -238,6 +239,35 @@ TEST_F(Grafik, ADraftSurvivesACrash) {
   desk_.Start();
   desk_.window->OfferDraft();
   EXPECT_EQ(desk_.person.questions.size(), 2U);  // a refused draft is gone
+}
+
+TEST_F(Grafik, WhatIsGivenUpAtTheEndLeavesNoDraft) {
+  DrawBoxes();
+  desk_.window->KeepDraft();
+  EXPECT_FALSE(desk_.window->MayEnd());
+  EXPECT_TRUE(ReadFile(desk_.DraftPath(), 100'000));
+  desk_.person.answers = {true};
+  EXPECT_TRUE(desk_.window->MayEnd());
+  EXPECT_FALSE(ReadFile(desk_.DraftPath(), 100'000));
+}
+
+TEST_F(Grafik, PicturesDropWhereTheyAreLetGo) {
+  const QString path = desk_.folder.filePath(QStringLiteral("bild.png"));
+  QImage image(20, 10, QImage::Format_RGB32);
+  image.fill(Qt::black);
+  ASSERT_TRUE(image.save(path));
+  QMimeData mime;
+  mime.setUrls({QUrl::fromLocalFile(path)});
+  const QPoint at = desk_.Canvas()->mapTo(desk_.window.get(), desk_.Canvas()->ToWidget({100, 60}));
+  QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+  QApplication::sendEvent(desk_.window.get(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+  QApplication::sendEvent(desk_.window.get(), &drop);
+  AnswerPictureDialog("cmdBildEinfuegen");
+  QApplication::processEvents();
+  ASSERT_EQ(desk_.Objects().size(), 1U);
+  EXPECT_EQ(BoundsOf(desk_.Objects()[0]), (Box{90, 55, 109, 64}));
 }
 
 TEST_F(Grafik, ChangesGoOutBundled) {
