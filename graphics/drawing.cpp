@@ -104,6 +104,10 @@ void SetCorners(DrawingObject& object, const Box& box) {
   object.corner2 = {box.left, box.bottom};
 }
 
+bool CanBeFilled(Kind kind) {
+  return kind == Kind::Rectangle || kind == Kind::Ellipse || kind == Kind::Vertices;
+}
+
 std::size_t CountKind(const std::vector<DrawingObject>& objects, Kind kind) {
   std::size_t count = 0;
   for (const DrawingObject& object : objects) {

@@ -101,6 +101,8 @@ void MoveBy(DrawingObject& object, int dx, int dy);
 /// Maps everything of the object from one box to another, rounding to pixels.
 void Stretch(DrawingObject& object, const Box& from, const Box& to);
 void SetCorners(DrawingObject& object, const Box& box);
+/// Whether objects of a kind have an inside: rectangles, ellipses, vertex shapes.
+bool CanBeFilled(Kind kind);
 /// Objects of a kind, groups' members included.
 std::size_t CountKind(const std::vector<DrawingObject>& objects, Kind kind);
 

@@ -204,9 +204,7 @@ void SetPenMode(Drawing& drawing, int penMode) {
 
 void SetFilled(Drawing& drawing, bool filled) {
   ForEachSelected(drawing, [filled](DrawingObject& object) {
-    const bool canBeFilled = object.kind == Kind::Rectangle || object.kind == Kind::Ellipse ||
-                             object.kind == Kind::Vertices;
-    if (canBeFilled) object.filled = filled;
+    if (CanBeFilled(object.kind)) object.filled = filled;
   });
 }
 
@@ -218,6 +216,18 @@ void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
     object.text = MakePrefixedText(attributes, ShownText(object.text));
     object.penMode = attributes.inverse ? PenInverseText : PenDraw;
     SetCorners(object, TextBox(fonts, {box.left, box.top}, object.text));
+  });
+}
+
+void OutlineSelected(Drawing& drawing) {
+  ForEachSelected(drawing, [](DrawingObject& object) {
+    if (object.kind != Kind::Vertices || object.vertices.empty()) return;
+    object.kind = Kind::Polyline;
+    object.filled = false;
+    if (!(object.vertices.front() == object.vertices.back())) {
+      const Point first = object.vertices.front();
+      object.vertices.push_back(first);
+    }
   });
 }
 

@@ -18,8 +18,8 @@ void SelectAll(Drawing& drawing, bool selected);
 /// Selects the objects that lie wholly inside `box`, in addition to those selected already.
 void SelectInside(Drawing& drawing, const Box& box);
 Box SelectionBounds(const Drawing& drawing);
-/// The uppermost object whose pixels are within `tolerance` of `p`; where there is none, the
-/// smallest one whose box holds `p`.
+/// The uppermost object whose pixels are within `tolerance` of `p`. The inside of an outline is not
+/// the outline: within a frame a rubber band can begin.
 std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, int tolerance);
 
 void DeleteSelected(Drawing& drawing);
@@ -52,6 +52,10 @@ void SetFilled(Drawing& drawing, bool filled);
 /// Gives selected texts other attributes; their top left corners stay.
 void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
                        const DeviceFonts& fonts);
+
+/// Turns selected vertex shapes, which are never sent, into closed polylines, which are; what was
+/// filled becomes an outline.
+void OutlineSelected(Drawing& drawing);
 
 /// The nearest point of a grid of `step` pixels; a step below 2 means no grid.
 Point Snapped(Point p, int step);

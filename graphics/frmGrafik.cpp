@@ -166,7 +166,7 @@ void frmGrafik::ShowSelectedStyle() {
     style.text = AttributesOf(selected->text);
   } else {
     style.penMode = selected->penMode;
-    style.filled = selected->filled || (style.filled && !selected->vertices.empty());
+    if (CanBeFilled(selected->kind)) style.filled = selected->filled;
   }
   style_->ShowStyle(style);
 }
@@ -190,8 +190,7 @@ QString frmGrafik::CostsText() const {
 void frmGrafik::ShowCosts() {
   lblKosten->setText(CostsText());
   const std::size_t unsent = CountKind(document_.Current(), Kind::Vertices);
-  lblHinweis->setText(unsent == 0 ? QString()
-                                  : tr("%1 Vielecke werden nicht gesendet").arg(unsent));
+  lblHinweis->setText(unsent == 0 ? QString() : tr("Nicht gesendete Vielecke: %1").arg(unsent));
 }
 
 void frmGrafik::Edited() {

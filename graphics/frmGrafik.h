@@ -134,6 +134,7 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikAlles_Click();
   void mnuGrafikGruppieren_Click();
   void mnuGrafikAufloesen_Click();
+  void mnuGrafikUmwandeln_Click();
   void Reorder(Order order);
   void Align(Alignment alignment);
   void Distribute(Axis axis);

@@ -123,4 +123,6 @@ void frmGrafik::mnuGrafikGruppieren_Click() { Edit(GroupSelected); }
 
 void frmGrafik::mnuGrafikAufloesen_Click() { Edit(UngroupSelected); }
 
+void frmGrafik::mnuGrafikUmwandeln_Click() { Edit(OutlineSelected); }
+
 }  // namespace kelvo

@@ -78,7 +78,9 @@ void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
   }
   const std::size_t unsent = CountKind(loaded.drawing, Kind::Vertices);
   if (unsent > 0) {
-    report << tr("%1 Vielecke werden gezeichnet, aber nicht zum Terminal gesendet.").arg(unsent);
+    report << tr("Die Zeichnung enthält Vielecke (%1). Sie werden gezeichnet, aber nicht zum "
+                 "Terminal gesendet. Das Menü Objekt kann sie in Linienzüge umwandeln.")
+                  .arg(unsent);
   }
   if (!report.isEmpty()) person_.Message(report.join(u'\n').toStdString(), Icon::Information);
 }

@@ -32,8 +32,8 @@ bool HitsPath(const std::vector<Point>& points, bool closed, Point p, int tolera
 }
 
 bool HitsEllipse(const Box& box, bool filled, Point p, int tolerance) {
-  const double rx = std::max(box.Width() / 2.0, 0.5);
-  const double ry = std::max(box.Height() / 2.0, 0.5);
+  const double rx = std::max((box.Width() - 1) / 2.0, 0.5);
+  const double ry = std::max((box.Height() - 1) / 2.0, 0.5);
   const double x = (p.x - (box.left + box.right) / 2.0) / rx;
   const double y = (p.y - (box.bottom + box.top) / 2.0) / ry;
   const double miss = (std::hypot(x, y) - 1) * std::min(rx, ry);  // in pixels, roughly
@@ -73,16 +73,7 @@ std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, int toleran
   for (std::size_t i = drawing.size(); i > 0; --i) {
     if (Hits(drawing[i - 1], p, tolerance)) return i - 1;
   }
-  std::optional<std::size_t> smallest;
-  std::int64_t smallestArea = 0;
-  for (std::size_t i = 0; i < drawing.size(); ++i) {
-    const Box box = BoundsOf(drawing[i]);
-    const std::int64_t area = std::int64_t{box.Width()} * box.Height();
-    if (!Inside(box, p, 0) || (smallest && area >= smallestArea)) continue;
-    smallest = i;
-    smallestArea = area;
-  }
-  return smallest;
+  return std::nullopt;
 }
 
 }  // namespace kelvo

@@ -97,11 +97,8 @@ TEST(Editing, FindsWhatLiesUnderThePointer) {
                            Boxed(Kind::Rectangle, {30, 30}, {5, 5}),
                            Boxed(Kind::Ellipse, {70, 20}, {50, 0}), GroupOf({line})};
   const std::tuple<Point, int, std::optional<std::size_t>> rows[] = {
-      {{10, 5}, 0, 3},  {{10, 7}, 1, 0},
-      {{10, 7}, 2, 3},  {{30, 12}, 0, 1},
-      {{20, 20}, 0, 0}, {{60, 20}, 0, 2},
-      {{60, 10}, 0, 2},  // nothing nearer than its box
-      {{50, 0}, 0, 2},  {{90, 90}, 3, std::nullopt}};
+      {{10, 5}, 0, 3},  {{10, 7}, 1, 0},   {{10, 7}, 2, 3},  {{30, 12}, 0, 1}, {{20, 20}, 0, 0},
+      {{60, 20}, 0, 2}, {{60, 10}, 0, {}}, {{60, 19}, 1, 2}, {{90, 90}, 3, {}}};
   for (const auto& [p, tolerance, index] : rows) {
     EXPECT_EQ(ObjectAt(drawing, p, tolerance), index) << p.x << " " << p.y << " " << tolerance;
   }

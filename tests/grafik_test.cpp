@@ -210,6 +210,20 @@ TEST_F(Grafik, SavesAndLoadsTheSameDrawing) {
   EXPECT_EQ(desk_.window->CreatePic(), commands);
 }
 
+TEST_F(Grafik, VertexShapesAreAnnouncedAndCanBecomePolylines) {
+  const Drawing shapes = {GroupOf({WithVertices(Kind::Vertices, {{0, 0}, {9, 0}, {9, 9}})})};
+  desk_.person.file = desk_.folder.filePath(QStringLiteral("vieleck.wmf")).toStdString();
+  ASSERT_TRUE(WriteFile(*desk_.person.file, WriteWmf(shapes, 240, 128).bytes));
+  desk_.Do("mnuGrafikLaden");
+  EXPECT_EQ(desk_.person.messages.size(), 1U);
+  EXPECT_EQ(desk_.Find<QLabel>("lblHinweis")->text(), "Nicht gesendete Vielecke: 1");
+  EXPECT_EQ(desk_.window->CreatePic(), "");
+  desk_.Do("mnuGrafikAlles");
+  desk_.Do("mnuGrafikUmwandeln");
+  EXPECT_EQ(desk_.window->CreatePic(), "\x1bGP 0, 127;\x1bGL 9, 127;\x1bGL 9, 118;\x1bGL 0, 127;");
+  EXPECT_EQ(desk_.Find<QLabel>("lblHinweis")->text(), "");
+}
+
 TEST_F(Grafik, AsksBeforeAnUnsavedDrawingIsLost) {
   EXPECT_TRUE(desk_.window->MayDiscard());
   DrawBoxes();
