@@ -234,7 +234,7 @@ void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
       return Q_EMIT MoveWanted(0, -step);
     case Qt::Key_Escape:
-      if (tool_ != nullptr) tool_->Cancel();
+      if (tool_ != nullptr) tool_->Escape();
       return;
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -1,8 +1,10 @@
 #include <QActionGroup>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QSpinBox>
 #include <QToolBar>
+#include <algorithm>
 
 #include "graphics/frmGrafik.h"
 #include "graphics/tool_icons.h"
@@ -132,6 +134,13 @@ void frmGrafik::MakeViewMenu() {
   };
   addZoom("mnuGrafikGroesser", tr("&Größer"), "Ctrl++", 1);
   addZoom("mnuGrafikKleiner", tr("&Kleiner"), "Ctrl+-", -1);
+  QAction* const fit = Named(view->addAction(tr("&Einpassen")), "mnuGrafikEinpassen");
+  fit->setShortcut(QKeySequence(QStringLiteral("Ctrl+0")));
+  connect(fit, &QAction::triggered, this, [this] {
+    const QSize room = scroll_->viewport()->size();
+    const QSize one = Display->sizeHint() / Display->Zoom();
+    SetZoom(std::min(room.width() / one.width(), room.height() / one.height()), {});
+  });
   view->addSeparator();
   mnuGrafikRaster = Named(view->addAction(tr("Am &Raster einrasten")), "mnuGrafikRaster");
   mnuGrafikRaster->setCheckable(true);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 namespace kelvo {
@@ -27,6 +28,19 @@ class PixelMap {
     if (!Inside(x, y)) return;
     unsigned char& pixel = pixels_[Index(x, y)];
     pixel = ink == Ink::Set ? 1 : ink == Ink::Clear ? 0 : static_cast<unsigned char>(1 - pixel);
+  }
+  /// The pixels from x0 to x1 of one row; none where x0 > x1.
+  void PutRow(int x0, int x1, int y, Ink ink) {
+    if (y < 0 || y >= height_) return;
+    const int first = x0 < 0 ? 0 : x0;
+    const int last = x1 < width_ ? x1 : width_ - 1;
+    if (first > last) return;
+    if (ink == Ink::Invert) {
+      for (int x = first; x <= last; ++x) Put(x, y, ink);
+      return;
+    }
+    const unsigned char value = ink == Ink::Set ? 1 : 0;
+    std::memset(&pixels_[Index(first, y)], value, static_cast<std::size_t>(last - first) + 1);
   }
   /// Unsets every pixel.
   void Clear() { pixels_.assign(pixels_.size(), 0); }

@@ -17,13 +17,6 @@ std::int64_t FloorDivide(std::int64_t dividend, std::int64_t divisor) {
   return dividend % divisor < 0 ? quotient - 1 : quotient;
 }
 
-// The pixels from x0 to x1 (x0 <= x1) of one row.
-void Span(PixelMap& map, int x0, int x1, int y, Ink ink) {
-  if (y < 0 || y >= map.Height()) return;
-  const int end = std::min(x1, map.Width() - 1);
-  for (int x = std::max(x0, 0); x <= end; ++x) map.Put(x, y, ink);
-}
-
 // The pixels from y0 to y1 of one column; none where y0 > y1.
 void Column(PixelMap& map, int x, int y0, int y1, Ink ink) {
   const int end = std::min(y1, map.Height() - 1);
@@ -90,7 +83,7 @@ void FillPolygon(PixelMap& map, const std::vector<PixelPoint>& points, Ink ink) 
   for (int y = 0; y < map.Height(); ++y) {
     const std::vector<int> crossings = Crossings(points, y);
     for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
-      Span(map, crossings[i], crossings[i + 1], y, ink);
+      map.PutRow(crossings[i], crossings[i + 1], y, ink);
     }
   }
 }
@@ -151,11 +144,11 @@ void DrawRectangle(PixelMap& map, int x0, int y0, int x1, int y1, bool filled, I
   const auto [top, bottom] = std::minmax({Limited(y0), Limited(y1)});
   if (filled) {
     const int end = std::min(bottom, map.Height() - 1);
-    for (int y = std::max(top, 0); y <= end; ++y) Span(map, left, right, y, ink);
+    for (int y = std::max(top, 0); y <= end; ++y) map.PutRow(left, right, y, ink);
     return;
   }
-  Span(map, left, right, top, ink);
-  if (bottom != top) Span(map, left, right, bottom, ink);
+  map.PutRow(left, right, top, ink);
+  if (bottom != top) map.PutRow(left, right, bottom, ink);
   Column(map, left, top + 1, bottom - 1, ink);
   if (right != left) Column(map, right, top + 1, bottom - 1, ink);
 }
@@ -174,10 +167,10 @@ void DrawEllipse(PixelMap& map, int centreX, int centreY, int radiusX, int radiu
     // Where the row beyond reaches, this row is inside; at the very end the outline closes.
     const int inner = filled ? -1 : std::min(EllipseReach(rx, ry, row + 1), reach - 1);
     if (inner < 0) {
-      Span(map, cx - reach, cx + reach, y, ink);
+      map.PutRow(cx - reach, cx + reach, y, ink);
     } else {
-      Span(map, cx - reach, cx - inner - 1, y, ink);
-      Span(map, cx + inner + 1, cx + reach, y, ink);
+      map.PutRow(cx - reach, cx - inner - 1, y, ink);
+      map.PutRow(cx + inner + 1, cx + reach, y, ink);
     }
   }
 }

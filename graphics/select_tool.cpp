@@ -81,6 +81,15 @@ void SelectTool::Cancel() {
   surface_.GiveUp();
 }
 
+void SelectTool::Escape() {
+  const bool begun = state_ != State::Idle;
+  Cancel();
+  if (begun) return;
+  Drawing drawing = surface_.Current();
+  SelectAll(drawing, false);
+  surface_.Select(std::move(drawing));
+}
+
 // The selection's lower left corner goes to the grid; Shift keeps the row or the column.
 Drawing SelectTool::Moved(const ToolEvent& event) const {
   Drawing drawing = surface_.Current();

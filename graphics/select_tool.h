@@ -14,6 +14,7 @@ class SelectTool : public Tool {
   void Release(const ToolEvent& event) override;
   void DoubleClick(const ToolEvent& event) override;
   void Cancel() override;
+  void Escape() override;  ///< with nothing begun: selects nothing any more
 
  private:
   enum class State { Idle, Pressed, Moving, Resizing, RubberBand };

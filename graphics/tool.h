@@ -63,8 +63,9 @@ class Tool {
   virtual void DoubleClick(const ToolEvent&) {}
   /// The right button or the Enter key: what is begun is complete.
   virtual void Finish() {}
-  /// The Escape key, or another tool is taken: what is begun is given up.
+  /// Another tool is taken: what is begun is given up.
   virtual void Cancel() = 0;
+  virtual void Escape() { Cancel(); }  ///< the Escape key
 
  protected:
   Point Snap(Point p) const;

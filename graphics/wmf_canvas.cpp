@@ -144,13 +144,22 @@ void Canvas::Pixel(Point point, bool dark) {
   builder_.Add(std::move(object));
 }
 
-void Canvas::Image(Point upperLeft, Point size, Picture picture) {
+bool Canvas::Image(Point upperLeft, Point size, Picture picture) {
   DrawingObject object;
   object.kind = Kind::Picture;
   object.penMode = placement_.foreign ? PenDraw : state_.penMode;
-  object.picture = std::move(picture);
   SetBox(object, upperLeft, {upperLeft.x + size.x, upperLeft.y + size.y});
+  const Box box = BoundsOf(object);
+  const auto area = [](int width, int height) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  };
+  const std::size_t pixels =
+      std::max(area(box.Width(), box.Height()), area(picture.Width(), picture.Height()));
+  if (pixels > builder_.PixelsLeft()) return false;
+  builder_.CountPixels(pixels);
+  object.picture = std::move(picture);
   builder_.Add(std::move(object));
+  return true;
 }
 
 void Canvas::Text(Point reference, std::string_view text) {

@@ -39,7 +39,9 @@ class Canvas {
   void Boxed(Kind kind, Point upperLeft, Point lowerRight);
   void FilledBox(Point upperLeft, Point size, bool dark);
   void Pixel(Point point, bool dark);
-  void Image(Point upperLeft, Point size, Picture picture);
+  /// False, and nothing drawn, when the limit of pixels is reached: those of the picture, or those
+  /// that it is stretched to.
+  bool Image(Point upperLeft, Point size, Picture picture);
   void Text(Point reference, std::string_view text);
   /// This program's own text object.
   void OwnText(Point corner1, Point corner2, std::string_view prefixedText);

@@ -314,8 +314,6 @@ void Player::DrawDib(Point destination, Point size, Point source, Point sourceSi
     SkipRecord();
     return;
   }
-  builder_.CountPixels(static_cast<std::size_t>(picture->Width()) *
-                       static_cast<std::size_t>(picture->Height()));
   const bool part = Foreign() && source.x >= 0 && source.y >= 0 && sourceSize.x > 0 &&
                     sourceSize.y > 0 && source.x + sourceSize.x <= picture->Width() &&
                     source.y + sourceSize.y <= picture->Height();
@@ -323,7 +321,7 @@ void Player::DrawDib(Point destination, Point size, Point source, Point sourceSi
     const int top = picture->Height() - source.y - sourceSize.y;
     *picture = Cropped(*picture, source.x, top, sourceSize.x, sourceSize.y);
   }
-  canvas_.Image(destination, size, std::move(*picture));
+  if (!canvas_.Image(destination, size, std::move(*picture))) SkipRecord();
 }
 
 // ---- This program's comments ----

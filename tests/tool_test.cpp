@@ -153,6 +153,17 @@ TEST_F(SelectToolTest, ShiftKeepsTheRowAndTheGridCatchesTheCorner) {
   EXPECT_EQ(BoundsOf(desk_.drawing[0]), (Box{8, 0, 18, 10}));
 }
 
+TEST_F(SelectToolTest, EscapeGivesUpTheDragFirstAndThenTheSelection) {
+  desk_.Click({5, 5});
+  desk_.tool->Press({{5, 5}, false, false});
+  desk_.tool->Drag({{9, 9}, false, false});
+  desk_.tool->Escape();
+  EXPECT_FALSE(desk_.shown);
+  EXPECT_EQ(Selection(), "10");
+  desk_.tool->Escape();
+  EXPECT_EQ(Selection(), "00");
+}
+
 TEST_F(SelectToolTest, GripsResize) {
   desk_.Click({5, 5}).Drag({10, 10}, {15, 12});
   EXPECT_EQ(BoundsOf(desk_.drawing[0]), (Box{0, 0, 15, 12}));

@@ -266,6 +266,10 @@ TEST(Wmf, LimitsEndTheReading) {
   // Too many pixels: the picture is left out.
   const std::string picture = Saved({PictureAt({0, 0}, Picture(4, 1, {1, 2, 3, 4}))});
   EXPECT_TRUE(Load(picture, limited([](auto& l) { l.pixels = 3; })).drawing.empty());
+  // Nor may few pixels be stretched to very many.
+  DrawingObject huge = PictureAt({0, 0}, Picture(1, 1, {Black}));
+  huge.corner2 = {-30000, -30000};
+  EXPECT_TRUE(Load(Saved({huge})).drawing.empty());
 }
 
 // A bitmap header of 40 bytes, and what follows it.
