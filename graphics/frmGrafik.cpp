@@ -42,7 +42,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   ConnectPanels();
   connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
   connect(&document_, &DrawingDocument::Edited, this, &frmGrafik::Edited);
-  draftTimer_.setSingleShot(true);
+  Named(&draftTimer_, "tmrEntwurf")->setSingleShot(true);
   draftTimer_.setInterval(DraftDelay);
   connect(&draftTimer_, &QTimer::timeout, this, &frmGrafik::KeepDraft);
   sendTimer_.SetInterval(SendInterval);

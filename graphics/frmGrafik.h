@@ -156,7 +156,7 @@ class frmGrafik : public QMainWindow {
   Timer& sendTimer_;
   Draft draft_;
   DrawingDocument document_;
-  QTimer draftTimer_;
+  QTimer draftTimer_{this};
   bool automaticSend_ = false;
   bool sendPending_ = false;
   int pasteCount_ = 0;

@@ -1,6 +1,5 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QImageReader>
 #include <QLabel>
 #include <QMimeData>
@@ -19,12 +18,15 @@ namespace kelvo {
 namespace {
 
 constexpr const char* WmfFilter = "Vistel(WMF) |*.wmf";
-constexpr const char* PictureFilter =
-    "Bilder |*.png *.bmp *.jpg *.jpeg *.gif *.svg *.xpm *.pbm *.pgm *.ppm";
 constexpr int LargestPictureSide = 20000;
 
-std::string WithExtension(const std::string& path) {
-  return QFileInfo(QString::fromStdString(path)).suffix().isEmpty() ? path + ".wmf" : path;
+// Every kind that Qt reads here.
+std::string PictureFilter() {
+  QStringList patterns;
+  for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+    patterns << QStringLiteral("*.") + QString::fromLatin1(format);
+  }
+  return "Bilder |" + patterns.join(u' ').toStdString();
 }
 
 }  // namespace
@@ -94,7 +96,7 @@ bool frmGrafik::SaveDrawing() {
     person_.Message(file.error, Icon::Exclamation);
     return false;
   }
-  if (!WriteFile(WithExtension(*path), file.bytes)) {
+  if (!WriteFile(*path, file.bytes)) {
     person_.Message("Die Datei konnte nicht geschrieben werden:\n" + *path, Icon::Exclamation);
     return false;
   }
@@ -148,7 +150,7 @@ void frmGrafik::mnuGrafikSchliessen_Click() { close(); }
 // ---- Pictures ----
 
 void frmGrafik::mnuGrafikBild_Click() {
-  const auto path = person_.OpenFile("Bild einfügen", PictureFilter);
+  const auto path = person_.OpenFile("Bild einfügen", PictureFilter());
   if (path) InsertFile(QString::fromStdString(*path), std::nullopt);
 }
 

@@ -194,11 +194,10 @@ TEST_F(Grafik, SavesAndLoadsTheSameDrawing) {
   desk_.Do("mnuGrafikAlles");
   desk_.Do("mnuGrafikGruppieren");
   const std::string commands = desk_.window->CreatePic();
-  desk_.person.file = desk_.folder.filePath(QStringLiteral("bild")).toStdString();
+  desk_.person.file = desk_.folder.filePath(QStringLiteral("bild.wmf")).toStdString();
   desk_.Do("mnuGrafikSpeichern");
   EXPECT_EQ(desk_.window->windowTitle(), "Grafik");
   desk_.window->Clear();
-  desk_.person.file = desk_.folder.filePath(QStringLiteral("bild.wmf")).toStdString();
   desk_.Do("mnuGrafikLaden");
   EXPECT_EQ(desk_.window->CreatePic(), commands);
   EXPECT_TRUE(desk_.person.questions.empty());
@@ -238,7 +237,9 @@ TEST_F(Grafik, AsksBeforeAnUnsavedDrawingIsLost) {
 }
 
 TEST_F(Grafik, ADraftSurvivesACrash) {
+  EXPECT_FALSE(desk_.Find<QTimer>("tmrEntwurf")->isActive());
   DrawBoxes();
+  EXPECT_TRUE(desk_.Find<QTimer>("tmrEntwurf")->isActive());  // its tick keeps the draft
   desk_.window->KeepDraft();
   const Drawing before = desk_.Objects();
   desk_.Start();  // without a farewell
