@@ -17,10 +17,13 @@ endfunction()
 function(kelvo_settings name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_compile_options(${name} PRIVATE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
+    -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # GCC 12 takes '"text" + std::string' for overlapping memory when it optimizes.
-    target_compile_options(${name} PRIVATE -Wno-restrict)
+    # GCC 12 takes '"text" + std::string' for overlapping memory when it optimizes, and a scoped
+    # enumerator for a declaration that hides others.
+    target_compile_options(${name} PRIVATE -Wno-restrict -Wshadow=local)
+  else()
+    target_compile_options(${name} PRIVATE -Wshadow)
   endif()
   if(KELVO_WERROR)
     target_compile_options(${name} PRIVATE -Werror)

@@ -9,6 +9,7 @@
 
 #include "link/control_characters.h"
 #include "link/guard.h"
+#include "link/val.h"
 #include "link/wire_text.h"
 #include "widgets/data_control.h"
 #include "widgets/form.h"
@@ -195,6 +196,10 @@ void InterfacePage::DescribePort() {
 
 std::string InterfacePage::ChosenPort() const {
   return cboCom[ComPortNr]->itemText(openPosition_).toStdString();
+}
+
+int InterfacePage::BaudRate() const {
+  return services_.com1.IsOpen() ? RoundToEven(Val(openSettings_)) : 0;
 }
 
 QString InterfacePage::PortText() const {

@@ -51,6 +51,8 @@ class InterfacePage : public QWidget {
   void DescribePort();
   /// The number of the port that was opened last, 0 if none has been.
   int OpenPortNumber() const { return openPosition_ + 1; }
+  /// The open port's rate in bit/s, 0 without one.
+  int BaudRate() const;
   /// The port that was opened last, as the list names it.
   std::string ChosenPort() const;
   /// A choice as text ("19200 8N1"), for the status bar.

@@ -13,6 +13,7 @@
 #include "link/control_characters.h"
 #include "link/guard.h"
 #include "settings/status.h"
+#include "shell/drawing_desk.h"
 #include "shell/port_dialog.h"
 #include "shell/status_display.h"
 #include "shell/traffic_view.h"
@@ -63,6 +64,8 @@ frmhaupt::frmhaupt(Outside outside)
   cmdTab->setFocus();
 }
 
+frmhaupt::~frmhaupt() = default;
+
 void frmhaupt::MakePages() {
   interfaces_ =
       new InterfacePage({exchange_, outside_.com1, portControl_, outside_.person, data_.ctlComData,
@@ -74,6 +77,21 @@ void frmhaupt::MakePages() {
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
   connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
   MakeKeyboardPages();
+  MakeDrawingDesk();
+}
+
+void frmhaupt::MakeDrawingDesk() {
+  desk_ = std::make_unique<DrawingDesk>(
+      DrawingDesk::Services{outside_, exchange_, state_, fonts_, data_.Optionen, data_.Default,
+                            [this] { return interfaces_->BaudRate(); },
+                            [this](const std::string& text) {
+                              return macros_->SaveMakro("Grafik", text, -1, "(neuer Name)");
+                            }},
+      FensterMitZoomen_);
+  connect(desk_.get(), &DrawingDesk::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
+  connect(desk_.get(), &DrawingDesk::Sending, this,
+          [this](bool on) { ctlSendeanzeige->setText(on ? tr("●") : tr("○")); });
+  connect(status_, &StatusPage::ResolutionSet, &desk_->Editor(), &frmGrafik::SetDisplaySize);
 }
 
 void frmhaupt::MakeKeyboardPages() {
@@ -99,6 +117,10 @@ void frmhaupt::MakeFrame() {
   setCentralWidget(centre);
   statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
   setStatusBar(statusDisplay_);
+  ctlSendeanzeige = Named(new QLabel(tr("○")), "ctlSendeanzeige");
+  ctlSendeanzeige->setToolTip(tr("Gefüllt, während eine Zeichnung gesendet wird"));
+  ctlSendeanzeige->setAccessibleName(ctlSendeanzeige->toolTip());
+  statusDisplay_->addPermanentWidget(ctlSendeanzeige);
   traffic_ = new TrafficView(outside_.com1, outside_.person, this);
   portDialog_ = new PortDialog(
       outside_, data_.Anschluss,
@@ -108,7 +130,7 @@ void frmhaupt::MakeFrame() {
 
 void frmhaupt::MakeTabs(QWidget*) {
   const std::array<std::pair<const char*, QWidget*>, TabCount> pages{
-      {{"Zeichnung", new QWidget},
+      {{"Zeichnung", desk_->Page()},
        {"Schnittstellen", interfaces_},
        {"Text", text_},
        {"Status", status_},
@@ -169,7 +191,6 @@ void frmhaupt::ReadOptions() {
   // Within what a timer can hold; the pause is meant to be some hundredths of a second.
   const double pause = std::clamp(options.Number("rs485wait"), 1.0, 60000.0);
   outside_.tmrRS485.SetInterval(std::chrono::milliseconds(static_cast<long>(pause)));
-  BMPSchwarzschwelle_ = options.Number("BMPSchwarzschwelle");
 }
 
 // Only the first run names the help file; later starts leave the built-in name, deliberately.
@@ -200,11 +221,13 @@ void frmhaupt::FirstPaint() {
     if (!interfaces_->OpenChosenPort()) SetTab(Tab::Interfaces);
   });
   portControl_.FormLoading = false;
+  if (ShownTab() == Tab::Drawing) desk_->Editor().SetAutomaticSend(SofortSenden_);
   if (data_.database.ReadOnly()) {
     outside_.person.Message("Die Datenbank \"" + data_.database.Path() +
                                 "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
                             Icon::Exclamation);
   }
+  desk_->Editor().OfferDraft();
   Q_EMIT Loaded();
 }
 
@@ -216,8 +239,11 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
           Icon::Question)) {
     return event->ignore();
   }
+  if (!outside_.loop.Closing() && !desk_->Editor().MayEnd()) return event->ignore();
   event->accept();
   if (outside_.com1.IsOpen()) outside_.com1.Close();
+  desk_->Editor().SetAutomaticSend(false);
+  desk_->Editor().hide();
   traffic_->hide();
   Q_EMIT Unloaded();
 }
@@ -242,7 +268,9 @@ void frmhaupt::cmdTab_Click() {
   const Tab tab = ShownTab();
   receive_.SetTab(tab);
   EnableToolbar();
+  desk_->Editor().SetAutomaticSend(tab == Tab::Drawing && SofortSenden_);
   Guarded(outside_.person, "cmdTab", [this, tab] {
+    if (tab == Tab::Drawing) desk_->Page()->ShowDrawing();
     if (tab != Tab::AtKeyboard) at_->Left();
     if (tab == Tab::Interfaces) interfaces_->Refresh();
     if (tab == Tab::Text) text_->Shown();
@@ -269,11 +297,15 @@ void frmhaupt::com1_Lost() {
                          Icon::Exclamation);
 }
 
-void frmhaupt::ShowPort() { statusDisplay_->ShowPort(interfaces_->PortText()); }
+void frmhaupt::ShowPort() {
+  statusDisplay_->ShowPort(interfaces_->PortText());
+  desk_->Editor().OptionsChanged();
+}
 
 void frmhaupt::ShowTerminal() {
   statusDisplay_->ShowTerminal(state_);
   macros_->ShowFreeBytes();
+  desk_->Editor().OptionsChanged();
 }
 
 std::string frmhaupt::DescribePort(int number) {

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <array>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,6 +25,7 @@
 #include "shell/program_data.h"
 
 class QAction;
+class QLabel;
 class QPushButton;
 class QSpinBox;
 class QTabWidget;
@@ -31,6 +33,7 @@ class QToolButton;
 
 namespace kelvo {
 
+class DrawingDesk;
 class PortDialog;
 class StatusDisplay;
 class TrafficView;
@@ -42,6 +45,7 @@ class frmhaupt : public QMainWindow {
 
  public:
   explicit frmhaupt(Outside outside);
+  ~frmhaupt() override;
 
  Q_SIGNALS:
   /// The first paint is done: the port has been opened, or could not be.
@@ -57,6 +61,7 @@ class frmhaupt : public QMainWindow {
   // The load, in its order.
   void MakePages();
   void MakeKeyboardPages();
+  void MakeDrawingDesk();
   void MakeFrame();
   void MakeTabs(QWidget* page);
   QWidget* MakeAddressStrip();
@@ -122,7 +127,6 @@ class frmhaupt : public QMainWindow {
 
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
-  double BMPSchwarzschwelle_ = 0;
   std::string helpFile_;
 
   QTabWidget* cmdTab = nullptr;
@@ -135,6 +139,8 @@ class frmhaupt : public QMainWindow {
   AtPage* at_ = nullptr;
   MatrixPage* matrix_ = nullptr;
   MacroPage* macros_ = nullptr;
+  std::unique_ptr<DrawingDesk> desk_;
+  QLabel* ctlSendeanzeige = nullptr;
   StatusDisplay* statusDisplay_ = nullptr;
   TrafficView* traffic_ = nullptr;
   PortDialog* portDialog_ = nullptr;

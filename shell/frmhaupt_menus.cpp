@@ -9,6 +9,7 @@
 
 #include "link/control_characters.h"
 #include "link/guard.h"
+#include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"
 #include "shell/traffic_view.h"
@@ -19,8 +20,12 @@ namespace {
 
 // The generic commands. The numbers are those of the toolbar's buttons.
 constexpr int buttonReset = 0;
+constexpr int buttonBitmapToEEprom = 1;
+constexpr int buttonSaveAsText = 2;
 constexpr int buttonNew = 6;
+constexpr int buttonLoad = 7;
 constexpr int buttonSave = 8;
+constexpr int buttonSend = 10;
 constexpr int buttonSaveAsMakro = 11;
 constexpr int buttonDelete = 12;
 
@@ -33,6 +38,18 @@ std::span<const frmhaupt::Command> frmhaupt::Commands() {
   using enum Tab;
   static constexpr Command commands[] = {
       {buttonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }},
+      {buttonBitmapToEEprom,
+       {},
+       "SaveBMPinEEProm",
+       [](frmhaupt& w) { w.desk_->SaveBMPinEEProm(); }},
+      {buttonSaveAsText, Drawing, "SaveasText", [](frmhaupt& w) { w.desk_->SaveAsText(); }},
+      {buttonNew, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->NewDrawing(); }},
+      {buttonLoad, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().LoadDrawing(); }},
+      {buttonSave, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().SaveDrawing(); }},
+      {buttonSend, Drawing, "send", [](frmhaupt& w) { w.desk_->Send(); }},
+      {buttonSaveAsMakro, Drawing, "SaveMakro", [](frmhaupt& w) { w.desk_->SaveAsMakro(); }},
+      {buttonDelete, Drawing, "cmdToolbar",
+       [](frmhaupt& w) { w.desk_->Editor().DeleteSelection(); }},
       {buttonNew, AtKeyboard, "NewATTab", [](frmhaupt& w) { w.at_->NewATTab(); }},
       {buttonNew, MatrixKeyboard, "NewTastTab", [](frmhaupt& w) { w.matrix_->NewTastTab(); }},
       {buttonNew, Macros, "NewMakro", [](frmhaupt& w) { w.macros_->NewMakro(); }},
@@ -86,6 +103,7 @@ void frmhaupt::MakeMenus() {
 void frmhaupt::MakeFileMenus() {
   QMenu* const file = Named(menuBar()->addMenu(tr("&Datei")), "mnuDatei");
   AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, buttonNew);
+  AddToolbarAction(file, "mnuDateiLoad", tr("&Laden …"), QKeySequence::Open, buttonLoad);
   AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, buttonSave);
   AddToolbarAction(file, "mnuDateiSaveAsMakro", tr("Als &Makro speichern …"),
                    QKeySequence(tr("Ctrl+Shift+S")), buttonSaveAsMakro);
@@ -95,6 +113,7 @@ void frmhaupt::MakeFileMenus() {
   connect(end, &QAction::triggered, this, &QWidget::close);
 
   QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuBearbeiten");
+  AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), buttonSend);
   AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
                    QKeySequence(tr("Ctrl+Shift+Del")), buttonDelete);
 }
@@ -146,8 +165,15 @@ void frmhaupt::MakeToolbar() {
       {buttonReset, QStyle::SP_BrowserReload, tr("Alle neu starten"),
        tr("Startet alle Terminals am Bus neu.")},
       {buttonNew, QStyle::SP_FileIcon, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
+      {buttonLoad, QStyle::SP_DialogOpenButton, tr("Laden"),
+       tr("Lädt eine Zeichnung aus einer Datei (Strg+O).")},
       {buttonSave, QStyle::SP_DialogSaveButton, tr("Speichern"),
        tr("Speichert unter einer Bezeichnung (Strg+S).")},
+      {buttonSaveAsText, QStyle::SP_FileDialogDetailedView, tr("Als Text"),
+       tr("Speichert die Befehle der Zeichnung als Textdatei.")},
+      {buttonSend, QStyle::SP_ArrowUp, tr("Senden"), tr("Sendet die Zeichnung (F9).")},
+      {buttonBitmapToEEprom, QStyle::SP_DriveHDIcon, tr("Bild ins EEPROM"),
+       tr("Speichert das Bild der Zeichnung unter einer Nummer im EEPROM.")},
       {buttonSaveAsMakro, QStyle::SP_DialogApplyButton, tr("Als Makro speichern"),
        tr("Speichert, was die Seite senden würde, als Makro (Strg+Umschalt+S).")},
       {buttonDelete, QStyle::SP_TrashIcon, tr("Löschen"), tr("Löscht den gezeigten Satz.")}};
@@ -208,6 +234,7 @@ void frmhaupt::mnuOptionenSofortSenden_Click() {
   data_.Optionen.Edit();
   data_.Optionen.Set("sofortsenden", std::int64_t{SofortSenden_});
   data_.Optionen.Update();
+  desk_->Editor().SetAutomaticSend(SofortSenden_ && ShownTab() == Tab::Drawing);
 }
 
 void frmhaupt::mnuOptionenZoom_Click() {

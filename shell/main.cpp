@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds timeoutInterval{2000};
 constexpr std::chrono::milliseconds pauseInterval{300};
+constexpr std::chrono::milliseconds sendInterval{500};
 
 // Builds the main window, or says why the database cannot be used.
 std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(const kelvo::Outside& outside) {
@@ -44,6 +45,7 @@ int main(int argc, char** argv) {
   kelvo::QtEventLoop loop;
   kelvo::QtTimer tmrTimeout(loop, timeoutInterval, false);
   kelvo::QtTimer tmrRS485(loop, pauseInterval, true, kelvo::QtTimer::Ticks::OnDemand);
+  kelvo::QtTimer tmrSofort(loop, sendInterval, false);
   kelvo::QtSerialPort com1(loop);
   kelvo::QtOperator person(loop);
   const kelvo::Outside outside{
@@ -51,6 +53,7 @@ int main(int argc, char** argv) {
       loop,
       tmrTimeout,
       tmrRS485,
+      tmrSofort,
       person,
       QApplication::applicationDirPath().toStdString(),
       kelvo::MachinePorts,

@@ -22,6 +22,7 @@ struct Outside {
   EventLoop& loop;
   Timer& tmrTimeout;
   Timer& tmrRS485;
+  Timer& tmrSofort;  ///< bundles changes of the drawing that are sent at once
   Operator& person;
   std::string programFolder;  ///< without a slash at its end
   /// The ports that the machine has now.

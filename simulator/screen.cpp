@@ -101,6 +101,7 @@ bool Screen::ExecuteGraphic(Command command, const Parameters& parameters) {
   switch (command) {
     case Command::Clear:
       pixels_.Clear();
+      ink_ = Ink::Set;  // every drawing begins with the pen that draws
       return true;
     case Command::GraphicPosition:
       position_ = Point(parameters, 0);

@@ -26,7 +26,7 @@ TEST(SimulatorScreen, DrawsAsTheSharedRasterDoes) {
   DrawRectangle(expected, 5, 0, 3, 3, false, Ink::Set);
   DrawEllipse(expected, 10, 10, 4, 3, false, Ink::Set);
   DrawEllipse(expected, 10, 10, 2, 1, true, Ink::Set);
-  EXPECT_EQ(Picture(desk.Display().Pixels()), Picture(expected));
+  EXPECT_EQ(AsText(desk.Display().Pixels()), AsText(expected));
   desk.Command("GC");
   EXPECT_EQ(desk.Set(), 0);
 }

@@ -33,7 +33,7 @@ class WindowTest : public testing::Test {
   /// Starts the program and lets it come to its first paint.
   void Start() {
     window = std::make_unique<frmhaupt>(
-        Outside{port, loop, tmrTimeout, tmrRS485, person, folder.Path(), {}, {}, {}});
+        Outside{port, loop, tmrTimeout, tmrRS485, tmrSofort, person, folder.Path(), {}, {}, {}});
     bool loaded = false;
     QObject::connect(window.get(), &frmhaupt::Loaded, window.get(), [&] { loaded = true; });
     window->show();
@@ -102,6 +102,7 @@ class WindowTest : public testing::Test {
   testing_world::VirtualPort port{loop};
   testing_world::VirtualTimer tmrTimeout{loop, testing_world::milliseconds(2000), false};
   testing_world::VirtualTimer tmrRS485{loop, testing_world::milliseconds(300), true};
+  testing_world::VirtualTimer tmrSofort{loop, testing_world::milliseconds(500), false};
   testing_world::FakeOperator person;
   testing_world::ScriptedTerminal terminal{port};
   std::unique_ptr<frmhaupt> window;

@@ -30,8 +30,8 @@ LiveProgram::~LiveProgram() { loop_.Close(); }
 
 frmhaupt& LiveProgram::Start() {
   window_ = std::make_unique<frmhaupt>(Outside{
-      com1_, loop_, tmrTimeout_, tmrRS485_, person_, Folder().toStdString(), MachinePorts,
-      DescribeDevice,
+      com1_, loop_, tmrTimeout_, tmrRS485_, tmrSofort_, person_, Folder().toStdString(),
+      MachinePorts, DescribeDevice,
       [this](std::function<std::string(int)> deviceOf) { com1_.SetDevices(std::move(deviceOf)); }});
   person_.SetWindow(window_.get());
   QObject::connect(window_.get(), &frmhaupt::Unloaded, window_.get(), [this] { loop_.Close(); });

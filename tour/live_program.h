@@ -30,6 +30,7 @@ class LiveProgram {
   QtEventLoop loop_;
   QtTimer tmrTimeout_{loop_, std::chrono::milliseconds(2000), false};
   QtTimer tmrRS485_{loop_, std::chrono::milliseconds(300), true, QtTimer::Ticks::OnDemand};
+  QtTimer tmrSofort_{loop_, std::chrono::milliseconds(500), false};
   QtSerialPort com1_{loop_};
   QtOperator person_{loop_};
   std::unique_ptr<frmhaupt> window_;

@@ -1,7 +1,6 @@
 #include "widgets/up_down.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QToolButton>
 
 #include "widgets/form.h"
@@ -15,7 +14,7 @@ QToolButton* MakeArrowButton(const QString& name, Qt::ArrowType arrow, const QSt
   button->setToolTip(tip);
   button->setAccessibleName(tip);
   button->setAutoRepeat(true);
-  button->setFocusPolicy(Qt::NoFocus);
+  button->setFocusPolicy(Qt::StrongFocus);
   return button;
 }
 
@@ -33,17 +32,8 @@ UpDown::UpDown(const QString& name, const QString& what, QWidget* parent) : QWid
       MakeArrowButton(name + QStringLiteral("_Up"), Qt::UpArrow, tr("%1 größer").arg(what));
   row->addWidget(down);
   row->addWidget(up);
-  // The one that has the focus is the upper button; both keys work there.
-  up->setFocusPolicy(Qt::StrongFocus);
-  setFocusProxy(up);
   connect(up, &QToolButton::clicked, this, &UpDown::Up);
   connect(down, &QToolButton::clicked, this, &UpDown::Down);
-}
-
-void UpDown::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Up) return Q_EMIT Up();
-  if (event->key() == Qt::Key_Down) return Q_EMIT Down();
-  QWidget::keyPressEvent(event);
 }
 
 }  // namespace kelvo

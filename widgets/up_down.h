@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A pair of arrow buttons that raise and lower a number shown elsewhere; the arrow keys do it too.
+/// A pair of arrow buttons that raise and lower a number shown elsewhere.
 class UpDown : public QWidget {
   Q_OBJECT
 
@@ -16,9 +16,6 @@ class UpDown : public QWidget {
  Q_SIGNALS:
   void Up();
   void Down();
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace kelvo

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "graphics/device_font.h"
+#include "graphics/drawing_page.h"
+#include "graphics/frmGrafik.h"
+#include "graphics/graphics_host.h"
+#include "link/exchange.h"
+#include "settings/terminal_state.h"
+#include "shell/outside.h"
+#include "store/recordset.h"
+
+namespace kelvo {
+
+/// Writes `text`, one line end (CR LF) behind it, into a file that is created or replaced; throws
+/// std::runtime_error when that fails, and leaves an old file as it was then.
+void SaveasText(const std::string& text, const std::string& fileName);
+
+/// The graphics editor's place in the program: its drawing goes to the Terminal, into the records
+/// and into files.
+class DrawingDesk : public QObject, private GraphicsHost {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    const Outside& outside;
+    Exchange& exchange;
+    TerminalState& state;
+    const DeviceFonts& fonts;
+    Recordset& options;                                        ///< `Optionen`
+    Recordset& defaults;                                       ///< `Default`
+    std::function<int()> baudRate;                             ///< of the open port, bit/s
+    std::function<bool(const std::string& text)> saveAsMakro;  ///< typ "Grafik"
+  };
+  DrawingDesk(Services services, const bool& fensterMitZoomen);
+
+  frmGrafik& Editor() { return editor_; }
+  DrawingPage* Page() { return page_; }
+
+  /// The drawing send: writes to the open port directly, without acknowledge and in one piece, or
+  /// says that there is none.
+  void Send() override;
+  /// Clears the Terminal's display and, unless the operator keeps an unsaved one, the drawing.
+  void NewDrawing() override;
+  void SaveAsMakro() override;
+  void SaveAsText() override;
+  void SaveBMPinEEProm() override;
+  /// What is drawn, as commands; nothing when it could not be translated, which has been said.
+  std::string CreatePic() { return editor_.CreatePic(); }
+
+ Q_SIGNALS:
+  /// The drawing is on its way (true) or has been handed to the line.
+  void Sending(bool on);
+  /// A port is wanted: the interface page is to be shown.
+  void PortWanted();
+
+ private:
+  bool CanSend() const override { return services_.outside.com1.IsOpen(); }
+  int BitsPerSecond() const override { return services_.baudRate(); }
+  TerminalTraits Terminal() const override;
+  bool FensterMitZoomen() const override { return fensterMitZoomen_; }
+
+  Services services_;
+  const bool& fensterMitZoomen_;
+  frmGrafik editor_;
+  DrawingPage* page_;
+};
+
+}  // namespace kelvo
