@@ -49,6 +49,9 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   sendTimer_.SetHandler([this] { SendTick(); });
   OptionsChanged();
   ShowState();
+  // Room for the canvas as it is first shown, and for the panels beside it.
+  const int em = fontMetrics().averageCharWidth();
+  resize(Display->width() + 60 * em, std::max(Display->height() + 30 * em, sizeHint().height()));
 }
 
 void frmGrafik::MakeCanvas(QSize display) {

@@ -6,6 +6,7 @@
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
 
 #include "link/control_characters.h"
 #include "link/guard.h"
@@ -193,6 +194,8 @@ void frmhaupt::MakeToolbar() {
     bar->addWidget(tool);
     cmdToolbar[button.index] = tool;
   }
+  // Wide enough that every button is seen.
+  resize(std::max(sizeHint().width(), bar->sizeHint().width()), sizeHint().height());
 }
 
 void frmhaupt::EnableToolbar() {

@@ -28,9 +28,12 @@ class Tour {
     Interfaces();
     Status();
     Macro();
+    Drawing();
+    TextAndKeyboards();
     Eeprom();
     Traffic();
     Ports();
+    driver_.OnDialog([](QDialog& dialog) { WindowDriver::Press(dialog, QStringLiteral("Nein")); });
     window_.close();
   }
 
@@ -112,6 +115,50 @@ class Tour {
     Show(Tab::Eeprom);
     TerminalIsThrough();
     ShootDisplay("display-nachher");
+  }
+
+  void Drawing() {
+    Step("Im Editor wird gezeichnet, dann geht die Zeichnung zum Terminal.");
+    Show(Tab::Drawing);
+    driver_.Click(QStringLiteral("cmdGrafik"));
+    auto& editor = driver_.FindWindow(QStringLiteral("frmGrafik"));
+    WindowDriver hands(editor);
+    auto& canvas = hands.Find(QStringLiteral("Display"));
+    const auto drag = [&](const char* tool, QPoint from, QPoint to) {
+      hands.Click(QString::fromUtf8(tool));
+      WindowDriver::Drag(canvas, from, to);
+    };
+    drag("toolRechteck", {30, 30}, {420, 210});
+    drag("toolEllipse", {260, 60}, {400, 180});
+    drag("toolLinie", {40, 200}, {240, 50});
+    Shoot(editor, "grafik-editor");
+    editor.close();
+    Shoot(window_, "zeichnung");
+    driver_.Click(QStringLiteral("mnuBearbeitenSend"));
+    Show(Tab::Eeprom);
+    TerminalIsThrough();
+    ShootDisplay("display-zeichnung");
+  }
+
+  void TextAndKeyboards() {
+    Step("Text und Tastaturen.");
+    Show(Tab::Text);
+    Shoot(window_, "text");
+    Show(Tab::AtKeyboard);
+    Shoot(window_, "at-tastatur");
+    Show(Tab::MatrixKeyboard);
+    driver_.Click(QStringLiteral("mnuDateiNeu"));
+    driver_.Type(QStringLiteral("txtTastMatrix_0"), QStringLiteral("A"));
+    driver_.Click(QStringLiteral("cmdMatrixEnable"));
+    Show(Tab::Eeprom);
+    TerminalIsThrough();
+    Show(Tab::MatrixKeyboard);
+    simulator_.Command(QStringLiteral("key 2 3 press"));
+    driver_.Until(QStringLiteral("key"), [this] {
+      return driver_.Text(QStringLiteral("txtTastMatrix_26")) == QStringLiteral("$A3");
+    });
+    Shoot(window_, "matrix-tastatur");
+    Show(Tab::Eeprom);
   }
 
   void Eeprom() {

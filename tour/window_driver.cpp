@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTabWidget>
@@ -128,7 +129,28 @@ void WindowDriver::Press(QDialog& dialog, const QString& caption) {
   throw std::runtime_error("no button " + caption.toStdString());
 }
 
+QWidget& WindowDriver::FindWindow(const QString& name) const {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->objectName() == name) return *window;
+  }
+  throw std::runtime_error("no window " + name.toStdString());
+}
+
+void WindowDriver::Drag(QWidget& control, QPoint from, QPoint to) {
+  const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button,
+                        Qt::MouseButtons held) {
+    QMouseEvent event(type, at, control.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&control, &event);
+  };
+  send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+  send(QEvent::MouseMove, (from + to) / 2, Qt::NoButton, Qt::LeftButton);
+  send(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+  send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+}
+
 void WindowDriver::Picture(QWidget& window, const QString& file) {
+  // What has changed may still have to find its place.
+  QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   if (!window.grab().save(file)) throw std::runtime_error("cannot write " + file.toStdString());
 }
 

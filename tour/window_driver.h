@@ -46,6 +46,11 @@ class WindowDriver : public QObject {
   /// Presses the button with this caption (mnemonics aside) in a dialog.
   static void Press(QDialog& dialog, const QString& caption);
 
+  /// Another top-level window of the program, by its name.
+  QWidget& FindWindow(const QString& name) const;
+  /// Drags with the left mouse button held, in a control's coordinates.
+  static void Drag(QWidget& control, QPoint from, QPoint to);
+
   /// Saves what a window shows.
   static void Picture(QWidget& window, const QString& file);
 
