@@ -1,0 +1,139 @@
+#include <fstream>
+
+#include "graphics/create_pic.h"
+#include "graphics/wmf.h"
+#include "tests/drawing_samples.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::milliseconds;
+using testing_world::ReadFile;
+
+// The drawing's page in the main window, the toolbar's buttons on it, and the drawing send.
+class DrawingDeskTest : public WindowTest {
+ protected:
+  DrawingDeskTest() {
+    Sql("update Optionen set FirstRun = 0");
+    drawing = {Boxed(Kind::Rectangle, {20, 100}, {5, 90}, true),
+               WithVertices(Kind::Line, {{1, 2}, {30, 40}})};
+    TerminalTraits traits;
+    traits.displayHeight = 128;
+    commands = CreatePic(drawing, traits).text;
+  }
+  void Load() {
+    person.file = folder.Path("drawing.wmf");
+    std::ofstream(*person.file, std::ios::binary) << WriteWmf(drawing, 240, 128).bytes;
+    Click("cmdToolbar_7");
+    Forget();
+  }
+
+  Drawing drawing;
+  std::string commands;
+};
+
+TEST_F(DrawingDeskTest, SendClearsTheDisplayAndWritesTheDrawingInOnePiece) {
+  Start();
+  Load();
+  ASSERT_FALSE(commands.empty());
+  for (const char* entry : {"mnuBearbeitenSend", "cmdGrafikSenden"}) {
+    Forget();
+    if (window->findChild<QAction*>(QString::fromUtf8(entry)) != nullptr) {
+      Trigger(entry);
+    } else {
+      Click(entry);
+    }
+    EXPECT_EQ(port.writes, (std::vector<std::string>{"\x1bGC", commands})) << entry;
+  }
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(DrawingDeskTest, SendWithoutAPortLeadsToTheInterfacePage) {
+  Start();
+  Load();
+  port.Close();
+  Click("cmdToolbar_10");
+  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
+  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 1);
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(DrawingDeskTest, NewClearsTheTerminalsDisplayToo) {
+  Start();
+  Load();
+  Trigger("mnuDateiNeu");
+  EXPECT_EQ(Written(), "←GC←!C0;");
+  Forget();
+  Click("cmdToolbar_10");
+  EXPECT_EQ(Written(), "←GC");
+}
+
+TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {
+  Start();
+  Load();
+  person.file = folder.Path("drawing.txt");
+  Click("cmdToolbar_2");
+  EXPECT_EQ(ReadFile(*person.file), commands + "\r\n");
+  person.file = folder.Path("no/folder/drawing.txt");
+  Click("cmdToolbar_2");
+  EXPECT_NE(person.LastMessage().find("kann nicht geschrieben werden / SaveasText"),
+            std::string::npos);
+
+  person.inputs = {"Bild 1"};
+  Trigger("mnuDateiSaveAsMakro");
+  EXPECT_EQ(person.prompts.back(), "Bezeichnung für dieses Makro :|(neuer Name)");
+  EXPECT_EQ(Stored("Makro", "typ", 3) + Stored("Makro", "nr_im_display", 3), "Grafik-1");
+  EXPECT_EQ(WireText(Stored("Makro", "wert", 3)), commands);
+}
+
+TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesWhileThePageIsInFront) {
+  Start();
+  Trigger("mnuOptionenSofortSenden");
+  Load();
+  Forget();
+  loop.RunFor(milliseconds(2000));
+  EXPECT_EQ(port.written, "\x1bGC" + commands);
+  Forget();
+  Show(Tab::Macros);
+  Trigger("mnuDateiNeu");  // a record, not the drawing
+  loop.RunFor(milliseconds(2000));
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(DrawingDeskTest, ResolutionThatIsSetIsTheEditorsTooAndTheDrawingGoes) {
+  Start();
+  Load();
+  terminal.Answer(
+      "\x1b"
+      "EWC",
+      "\x06");
+  Type("txtDisplayX", "320");
+  Type("txtDisplayY", "240");
+  Click("cmdSetRes");
+  Forget();
+  Click("cmdToolbar_10");
+  EXPECT_EQ(Written(), "←GC");
+}
+
+TEST_F(DrawingDeskTest, UnsavedDrawingIsAskedAboutWhenTheProgramEnds) {
+  Start();
+  Load();
+  for (QWidget* editor : QApplication::topLevelWidgets()) {
+    auto* duplicate = editor->findChild<QAction*>(QStringLiteral("mnuGrafikDuplizieren"));
+    if (duplicate == nullptr) continue;
+    editor->findChild<QAction*>(QStringLiteral("mnuGrafikAlles"))->trigger();
+    duplicate->trigger();
+  }
+  window->close();
+  EXPECT_EQ(person.questions,
+            std::vector<std::string>{"Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?"});
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_TRUE(port.IsOpen());
+  person.answers = {true};
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+}
+
+}  // namespace
+}  // namespace kelvo
