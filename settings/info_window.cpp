@@ -31,6 +31,8 @@ void InfoWindow::Begin(const QString& caption, const QString& info) {
   elapsed_.start();
   ShowElapsed();
   second_.start();
+  adjustSize();
+  move(parentWidget()->window()->geometry().center() - rect().center());
   show();
 }
 

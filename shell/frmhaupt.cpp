@@ -154,7 +154,7 @@ QWidget* frmhaupt::MakeAddressStrip() {
   cmdDovuAktivieren =
       MakeButton("cmdDovuAktivieren", tr("Terminal wählen"),
                  tr("Von nun an hört das Terminal mit dieser Adresse (255: alle)."));
-  row->addWidget(LabelFor(ctlUpDownAdrDovu, tr("Bus-Adr&esse:")));
+  row->addWidget(LabelFor(ctlUpDownAdrDovu, tr("Bus-Adresse:")));
   row->addWidget(ctlUpDownAdrDovu);
   row->addWidget(new QLabel(tr("0 … 255")));
   row->addWidget(cmdDovuAktivieren);

@@ -81,7 +81,8 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   Fill(box, text, icon, title);
   QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
   QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
-  box.setDefaultButton(yes);
+  // A hasty Return must not destroy anything.
+  box.setDefaultButton(icon == Icon::Exclamation ? no : yes);
   box.setEscapeButton(no);
   box.exec();
   return box.clickedButton() == yes;
