@@ -14,6 +14,9 @@ using std::chrono::nanoseconds;
 // How soon a device is noticed to be gone that reports nothing by itself.
 constexpr std::chrono::milliseconds watchInterval{100};
 constexpr int highestPort = 16;
+// What an adapter may hold a character back before the PC sees it.
+constexpr std::chrono::milliseconds echoDelay{50};
+constexpr std::size_t echoKept = 10000;
 
 QSerialPort::Parity ParityOf(char letter) {
   switch (letter) {
@@ -88,8 +91,7 @@ PortError QtSerialPort::OpenDevice(const std::string& device) {
   port_.clear();
   input_.clear();
   line_ = LineClock();
-  lastWritten_.clear();
-  beforeWrite_ = 0;
+  ForgetEcho();
   open_ = true;
   watch_.start();
   return PortOk;
@@ -138,8 +140,13 @@ bool QtSerialPort::ApplyFrame(char parity, int bits, int stopBits) {
 void QtSerialPort::Write(std::string_view text) {
   if (!open_ || text.empty()) return;
   Fetch();
-  beforeWrite_ = input_.size();
-  lastWritten_ = text;
+  const bool paused = line_.IdleFor(loop_.Now()) > echoDelay;
+  if (written_.empty() || paused || written_.size() > echoKept) {
+    written_.clear();
+    beforeWrite_ = input_.size();
+  }
+  written_ += text;
+  echoToCome_.clear();
   line_.Written(text.size(), loop_.Now());
   port_.write(text.data(), static_cast<qint64>(text.size()));
   port_.flush();
@@ -170,6 +177,23 @@ void QtSerialPort::DiscardInput() {
   if (!open_) return;
   Fetch();
   input_.clear();
+  ForgetEcho();
+}
+
+void QtSerialPort::ForgetEcho() {
+  written_.clear();
+  echoToCome_.clear();
+  beforeWrite_ = 0;
+}
+
+// How much of a text is the echo of what was written.
+std::size_t QtSerialPort::EchoLength(std::string_view text) const {
+  const std::size_t most = std::min(text.size(), written_.size());
+  return static_cast<std::size_t>(std::mismatch(text.begin(),
+                                                text.begin() + static_cast<std::ptrdiff_t>(most),
+                                                written_.begin())
+                                      .first -
+                                  text.begin());
 }
 
 void QtSerialPort::DiscardEcho() {
@@ -177,9 +201,12 @@ void QtSerialPort::DiscardEcho() {
   // An answer arrives one character's time after the last bit at the earliest.
   const bool late = line_.IdleFor(loop_.Now()) >= line_.CharacterTime();
   Fetch();
-  if (!late) return input_.clear();
   input_.erase(0, std::min(beforeWrite_, input_.size()));
-  if (input_.starts_with(lastWritten_)) input_.erase(0, lastWritten_.size());
+  const std::size_t echo = EchoLength(input_);
+  // An adapter may hold characters back for some milliseconds: the rest of the echo, or all of it,
+  // is still to come. An answer never begins like a command.
+  if (echo == input_.size()) echoToCome_ = written_.substr(echo);
+  input_.erase(0, late ? echo : input_.size());
 }
 
 std::string QtSerialPort::Input() {
@@ -199,7 +226,16 @@ void QtSerialPort::Fetch() {
 
 void QtSerialPort::Received(const std::string& text) {
   if (text.empty()) return;
-  input_ += text;
+  const auto [end, rest] = std::mismatch(
+      text.begin(),
+      text.begin() + static_cast<std::ptrdiff_t>(std::min(text.size(), echoToCome_.size())),
+      echoToCome_.begin());
+  if (end != text.end()) {
+    echoToCome_.clear();
+  } else {
+    echoToCome_.erase(echoToCome_.begin(), rest);
+  }
+  input_.append(end, text.end());
   if (traffic_) traffic_(Direction::FromTerminal, text);
 }
 

@@ -54,6 +54,8 @@ class QtSerialPort : public QObject, public SerialPort {
   bool ApplyFrame(char parity, int bits, int stopBits);
   void Fetch();
   void Received(const std::string& text);
+  std::size_t EchoLength(std::string_view text) const;
+  void ForgetEcho();
   void RaiseReceiveEvents();
   void Lost();
   std::size_t DriverCount() const;
@@ -68,8 +70,9 @@ class QtSerialPort : public QObject, public SerialPort {
   bool open_ = false;
   bool pseudoTerminal_ = false;
   std::string input_;
-  std::string lastWritten_;
-  std::size_t beforeWrite_ = 0;  // characters of input_ that were there before the last write
+  std::string written_;          // without a pause that an echo could not bridge
+  std::size_t beforeWrite_ = 0;  // characters of input_ that were there before written_
+  std::string echoToCome_;       // dropped as it arrives
   int inputLen_ = 1;
   int threshold_ = 0;
   bool raising_ = false;

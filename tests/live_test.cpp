@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QTimer>
+
+#include <cstdlib>
 #include <ctime>
 
 #include "link/tabs.h"
@@ -145,6 +149,81 @@ TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {
   other.SetDevices([this](int) { return program.Folder().toStdString() + "/kelvo.mdb"; });
   EXPECT_EQ(other.Open(), PortNotAvailable);
   EXPECT_EQ(program.Port().Open(), PortAlreadyOpen);
+}
+
+// A port on a pseudo-terminal whose other end is the test itself.
+class BarePortTest : public testing::Test {
+ protected:
+  BarePortTest() : master(posix_openpt(O_RDWR | O_NOCTTY)) {
+    grantpt(master);
+    unlockpt(master);
+    port.SetDevices([device = std::string(ptsname(master))](int) { return device; });
+    port.SetPortNumber(1);
+    EXPECT_EQ(port.Open(), PortOk);
+    EXPECT_EQ(port.SetUp("19200,N,8,1", Handshaking::XOnXOff), "");
+  }
+  ~BarePortTest() override { close(master); }
+  void Arrive(std::string_view text) {
+    ASSERT_EQ(write(master, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  void WaitUntilSent() {
+    while (port.OutBufferCount() > 0) loop.WaitPaintingOnly(port.OutBufferTime());
+  }
+  // All that is in the input buffer once `count` characters are.
+  std::string Received(std::size_t count) {
+    while (port.InBufferCount() < count) loop.WaitForEvent();
+    port.SetInputLen(0);
+    return port.Input();
+  }
+
+  int master;
+  QtEventLoop loop;
+  QtSerialPort port{loop};
+};
+
+TEST_F(BarePortTest, EchoIsDroppedHoweverLateItComesAndTheAnswerStays) {
+  const std::string command =
+      "\x1b"
+      "EWC";
+  for (std::size_t early = 0; early <= command.size(); ++early) {
+    Arrive("old");
+    EXPECT_EQ(Received(3), "old");
+    Arrive("key");
+    port.Write("\x1b!S1024;");
+    port.Write(command);
+    Arrive("\x1b!S1024;" + command.substr(0, early));
+    WaitUntilSent();
+    port.DiscardEcho();
+    Arrive(command.substr(early) + "\x06");
+    EXPECT_EQ(Received(1), "\x06") << early;
+    port.DiscardInput();
+  }
+}
+
+TEST_F(BarePortTest, AnswerIsKeptWhenTheCallComesLate) {
+  port.Write(
+      "\x1b"
+      "EWC");
+  WaitUntilSent();
+  Arrive("\x06");
+  loop.WaitPaintingOnly(std::chrono::milliseconds(5));
+  port.DiscardEcho();
+  EXPECT_EQ(Received(1), "\x06");
+}
+
+TEST_F(BarePortTest, EveryRateOfTheListIsAcceptedAndCounted) {
+  for (const char* rate : {"1200", "2400", "4800", "9600", "14400", "19200"}) {
+    for (const char* frame : {",N,8,1", ",S,7,2", ",E,7,1", ",O,8,2"}) {
+      EXPECT_EQ(port.SetUp(std::string(rate) + frame, Handshaking::RtsCts), "") << rate << frame;
+    }
+    EXPECT_EQ(port.SetUp(std::string(rate) + ",N,8,1", Handshaking::XOnXOff), "");
+    port.Write("0123456789");
+    const double seconds = 100.0 / std::atoi(rate);
+    EXPECT_NEAR(std::chrono::duration<double>(port.OutBufferTime()).count(), seconds,
+                seconds * 0.2 + 0.01);
+    port.DiscardOutput();
+  }
+  EXPECT_NE(port.SetUp("fast,N,8,1", Handshaking::XOnXOff), "");
 }
 
 }  // namespace
