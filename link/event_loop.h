@@ -12,6 +12,8 @@ class EventLoop {
 
   /// Sleeps until something happens (a character, a tick, the operator), handles it and returns.
   virtual void WaitForEvent() = 0;
+  /// The same, but for `longest` at most.
+  virtual void WaitForEvent(std::chrono::nanoseconds longest) = 0;
   /// Handles what has happened already; never sleeps.
   virtual void ProcessPending() = 0;
   /// Lets up to `time` pass. Takes no input from the operator and no tick of a `Timer`; windows

@@ -1,5 +1,7 @@
 #include "link/exchange.h"
 
+#include <algorithm>
+
 #include "link/control_characters.h"
 
 namespace kelvo {
@@ -13,6 +15,7 @@ constexpr milliseconds collectionTime{100};
 // A line that carries nothing at all for so long is held by its handshake; waiting on would freeze
 // the window.
 constexpr std::chrono::seconds stalledAfter{5};
+constexpr milliseconds progressPause{50};
 
 std::int16_t Status(bool failed) { return failed ? -1 : 0; }
 
@@ -144,6 +147,7 @@ bool Exchange::CollectUntil(std::string& reply, std::string_view endMark) {
     Idle(character.empty());
   }
   tmrTimeout_.SetEnabled(false);
+  received_ = complete ? collected + std::string(endMark) : collected;
   reply = complete ? collected : "TimeOut";
   return !complete;
 }
@@ -192,10 +196,21 @@ void Exchange::RestartTimeout() {
 }
 
 void Exchange::WaitUntilSent() {
+  UntilSent([this] { loop_.WaitPaintingOnly(port_.OutBufferTime()); });
+}
+
+void Exchange::WaitUntilSentYielding(const std::function<void(std::size_t left)>& left) {
+  UntilSent([this, &left] {
+    if (left) left(CharactersToSend());
+    loop_.WaitForEvent(std::min<std::chrono::nanoseconds>(port_.OutBufferTime(), progressPause));
+  });
+}
+
+void Exchange::UntilSent(const std::function<void()>& wait) {
   std::size_t left = port_.OutBufferCount();
   auto moved = loop_.Now();
   while (left > 0 && Alive() && loop_.Now() - moved < stalledAfter) {
-    loop_.WaitPaintingOnly(port_.OutBufferTime());
+    wait();
     const std::size_t now = port_.OutBufferCount();
     if (now != left) moved = loop_.Now();
     left = now;

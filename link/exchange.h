@@ -58,6 +58,9 @@ class Exchange {
   /// Until the last bit of what was written has left the line; before the port is closed, so that
   /// the Terminal gets it. Takes no input and no tick, but windows repaint.
   void WaitUntilSent();
+  /// The same, but everything is served meanwhile. `left`, if any, is told about every 50 ms how
+  /// many characters have not left yet.
+  void WaitUntilSentYielding(const std::function<void(std::size_t left)>& left = {});
 
   /// The pause after each reply, in which a bus Terminal turns its line around: until the next tick
   /// of tmrRS485, which runs freely.
@@ -84,11 +87,16 @@ class Exchange {
   }
   /// Characters of the present text that have not left the line yet.
   std::size_t CharactersToSend() const { return unsent_ + port_.OutBufferCount(); }
+  /// What the last collection up to an end mark has received, complete or not, with echo and end
+  /// mark.
+  const std::string& LastReceived() const { return received_; }
+  /// The port is open and the program goes on; otherwise every exchange ends at once.
+  bool Alive() const { return port_.IsOpen() && !loop_.Closing(); }
 
  private:
   class Activity;
 
-  bool Alive() const { return port_.IsOpen() && !loop_.Closing(); }
+  void UntilSent(const std::function<void()>& wait);
   void RestartTimer();
   void WriteInPieces(std::string& text);
   bool WaitAcknowledge(std::string& text);
@@ -104,6 +112,7 @@ class Exchange {
   bool timeOutFlag_ = false;
   bool rs485Tick_ = false;
   std::size_t unsent_ = 0;
+  std::string received_;
   int depth_ = 0;
   std::function<void(std::string_view)> activity_;
 };

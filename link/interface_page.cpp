@@ -204,7 +204,7 @@ int InterfacePage::BaudRate() const {
 
 QString InterfacePage::PortText() const {
   if (!services_.com1.IsOpen()) return tr("nicht verbunden");
-  return Text(ChosenPort() + ": " + openSettings_);
+  return Text(ChosenPort() + ": " + openSettings_.text);
 }
 
 void InterfacePage::ShowReceived(const std::string& received) {
@@ -270,12 +270,17 @@ bool InterfacePage::OpenChosenPort() {
   return OpenPort(cboCom[ComPortNr]->currentIndex(), Settings());
 }
 
+bool InterfacePage::ReopenPort() {
+  const PortSettings settings = openSettings_;
+  return OpenPort(openPosition_, settings);
+}
+
 bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
   const std::int16_t error = services_.portControl.OpenCom(static_cast<std::int16_t>(position + 1));
   services_.exchange.LastStatus = error;
   if (error == PortOk) {
     openPosition_ = position;
-    openSettings_ = settings.text;
+    openSettings_ = settings;
     services_.portControl.SetUpPort(settings);
   }
   DescribePort();

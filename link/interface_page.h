@@ -43,6 +43,9 @@ class InterfacePage : public QWidget {
   void SelectStoredRecord();
   /// Opens the port of the list and sets it up; false when it could not be opened.
   bool OpenChosenPort();
+  /// Closes the open port and opens it again as it was, which empties both buffers; false when it
+  /// could not be opened.
+  bool ReopenPort();
   /// The page is shown: the record is read again.
   void Refresh();
   /// The port list falls back to "(keine)"; the record keeps its port.
@@ -91,7 +94,7 @@ class InterfacePage : public QWidget {
   Services services_;
   bool refreshing_ = false;
   int openPosition_ = -1;
-  std::string openSettings_;
+  PortSettings openSettings_;
   std::array<QComboBox*, ComListCount> cboCom{};
   QLabel* lblAnschluss = nullptr;
   QPushButton* cmdSetCom1 = nullptr;

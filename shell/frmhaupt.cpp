@@ -48,6 +48,7 @@ frmhaupt::frmhaupt(Outside outside)
   // A font that is missing draws nothing.
   fonts_.Load(outside_.programFolder + fontFolder);
   MakePages();
+  MakeBus();
   MakeFrame();
   MakeMenus();
   MakeToolbar();
@@ -106,6 +107,21 @@ void frmhaupt::MakeKeyboardPages() {
   connect(at_, &AtPage::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
 }
 
+void frmhaupt::MakeBus() {
+  terminals_ = new SearchPage({exchange_, outside_.loop, outside_.person, state_, data_.Optionen,
+                               data_.ctlDovuData, [this] { return interfaces_->ReopenPort(); }});
+  dovu_ = new frmDovu({exchange_, outside_.loop, outside_.person, data_.ctlDovuData,
+                       [] { return std::string(); }},
+                      this);
+  connect(terminals_, &SearchPage::AddressChosen, this,
+          [this](int address) { ctlUpDownAdrDovu->setValue(address); });
+  connect(terminals_, &SearchPage::SendRequested, dovu_, &frmDovu::Open);
+  connect(terminals_, &SearchPage::PortWanted, this, &frmhaupt::AskForPort);
+  connect(terminals_, &SearchPage::SearchingChanged, this,
+          [this] { mnuDovuSenden->setEnabled(!terminals_->Searching()); });
+  connect(dovu_, &frmDovu::PortWanted, this, &frmhaupt::AskForPort);
+}
+
 void frmhaupt::MakeFrame() {
   auto* centre = new QWidget;
   auto* column = new QVBoxLayout(centre);
@@ -139,7 +155,7 @@ void frmhaupt::MakeTabs(QWidget*) {
        {"Matrix-Tastatur", matrix_},
        {"Makros", macros_},
        {"Willkommen", new WelcomePage},
-       {"Terminals", new QWidget}}};
+       {"Terminals", terminals_}}};
   for (const auto& [title, page] : pages) cmdTab->addTab(page, QString::fromUtf8(title));
 }
 
@@ -245,6 +261,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
   traffic_->hide();
+  dovu_->hide();
   Q_EMIT Unloaded();
 }
 
@@ -278,12 +295,22 @@ void frmhaupt::cmdTab_Click() {
     if (tab == Tab::AtKeyboard) at_->Shown();
     if (tab == Tab::MatrixKeyboard) matrix_->Shown();
     if (tab == Tab::Macros) macros_->ShowFreeBytes();
+    if (tab == Tab::Terminals) terminals_->Refresh();
   });
 }
 
 void frmhaupt::cmdDovuAktivieren_Click() {
   exchange_.CommandBuffer = SetAddressCommand(std::to_string(ctlUpDownAdrDovu->value()));
   exchange_.SendCommand(Acknowledge::None);
+}
+
+void frmhaupt::mnuDovuSenden_Click() { dovu_->Open(); }
+
+// What needs the port cannot begin without one. The twelve blanks have always been there.
+void frmhaupt::AskForPort() {
+  outside_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
+                          Icon::Exclamation);
+  SetTab(Tab::Interfaces);
 }
 
 // The device went away. Waits have ended with the port; the handlers that waited report their own

@@ -8,6 +8,8 @@
 #include <span>
 #include <string>
 
+#include "bus/frmDovu.h"
+#include "bus/search_page.h"
 #include "graphics/device_font.h"
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
@@ -62,6 +64,7 @@ class frmhaupt : public QMainWindow {
   void MakePages();
   void MakeKeyboardPages();
   void MakeDrawingDesk();
+  void MakeBus();
   void MakeFrame();
   void MakeTabs(QWidget* page);
   QWidget* MakeAddressStrip();
@@ -103,6 +106,8 @@ class frmhaupt : public QMainWindow {
   void ResetAll();
   void SaveAsMakro(const std::optional<std::string>& text);
   void cmdDovuAktivieren_Click();
+  void mnuDovuSenden_Click();
+  void AskForPort();
   void mnuOptionenSofortSenden_Click();
   void mnuOptionenZoom_Click();
   void mnuOptionenAnschluesse_Click();
@@ -141,11 +146,14 @@ class frmhaupt : public QMainWindow {
   MacroPage* macros_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
   QLabel* ctlSendeanzeige = nullptr;
+  SearchPage* terminals_ = nullptr;
+  frmDovu* dovu_ = nullptr;
   StatusDisplay* statusDisplay_ = nullptr;
   TrafficView* traffic_ = nullptr;
   PortDialog* portDialog_ = nullptr;
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;
+  QAction* mnuDovuSenden = nullptr;
   std::map<int, QToolButton*> cmdToolbar;
   std::multimap<int, QAction*> toolbarActions_;
 };

@@ -66,6 +66,7 @@ std::span<const frmhaupt::Command> frmhaupt::Commands() {
       {buttonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteATTab(); }},
       {buttonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTastTab(); }},
       {buttonDelete, Macros, "cmdToolbar", [](frmhaupt& w) { w.macros_->DeleteMakro(); }},
+      {buttonDelete, Terminals, "cmdToolbar", [](frmhaupt& w) { w.terminals_->DeleteTerminal(); }},
   };
   return commands;
 }
@@ -117,6 +118,9 @@ void frmhaupt::MakeFileMenus() {
   AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), buttonSend);
   AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
                    QKeySequence(tr("Ctrl+Shift+Del")), buttonDelete);
+  edit->addSeparator();
+  mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"), {},
+                            &frmhaupt::mnuDovuSenden_Click);
 }
 
 void frmhaupt::MakeViewMenu() {

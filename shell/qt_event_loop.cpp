@@ -24,6 +24,14 @@ void QtEventLoop::WaitForEvent() {
   QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
+void QtEventLoop::WaitForEvent(nanoseconds longest) {
+  QTimer wake;  // its time-out is an event
+  wake.setSingleShot(true);
+  wake.setTimerType(Qt::PreciseTimer);
+  wake.start(std::chrono::ceil<milliseconds>(std::max(longest, nanoseconds(1))));
+  WaitForEvent();
+}
+
 void QtEventLoop::ProcessPending() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
 
 void QtEventLoop::WaitPaintingOnly(nanoseconds time) {

@@ -16,6 +16,7 @@ class QtEventLoop : public QObject, public EventLoop {
   QtEventLoop();
 
   void WaitForEvent() override;
+  void WaitForEvent(std::chrono::nanoseconds longest) override;
   void ProcessPending() override;
   void WaitPaintingOnly(std::chrono::nanoseconds time) override;
   std::chrono::nanoseconds Now() const override;

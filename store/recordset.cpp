@@ -40,6 +40,13 @@ double RealNumber(const std::string& text) {
   return number;
 }
 
+std::optional<std::string> ValueText(const Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  if (const auto* number = std::get_if<double>(&value)) return RealText(*number);
+  return std::nullopt;
+}
+
 }  // namespace
 
 Recordset::Recordset(Database& database, std::string source)
@@ -111,11 +118,7 @@ Value Recordset::Field(const std::string& field) const {
 }
 
 std::optional<std::string> Recordset::Text(const std::string& field) const {
-  const Value value = Field(field);
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
-  if (const auto* number = std::get_if<double>(&value)) return RealText(*number);
-  return std::nullopt;
+  return ValueText(Field(field));
 }
 
 double Recordset::Number(const std::string& field) const {
@@ -133,9 +136,7 @@ std::vector<std::string> Recordset::Column(const std::string& field) const {
   column.reserve(keys_.size());
   for (const std::int64_t key : keys_) {
     statement.Bind(1, key);
-    const Value value = statement.Step() ? statement.Column(0) : Value();
-    const auto* text = std::get_if<std::string>(&value);
-    column.push_back(text != nullptr ? *text : std::string());
+    column.push_back(ValueText(statement.Step() ? statement.Column(0) : Value()).value_or(""));
     statement.Reset();
   }
   return column;

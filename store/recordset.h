@@ -61,7 +61,7 @@ class Recordset {
   /// A field as number; 0 for NULL and for what is no number.
   double Number(const std::string& field) const;
   bool YesNo(const std::string& field) const { return Number(field) != 0; }
-  /// The `field` of every record, in order, "" for NULL.
+  /// The `field` of every record as text, in order, "" for NULL.
   std::vector<std::string> Column(const std::string& field) const;
 
   /// Begins a change of the current record, or a new one.

@@ -8,15 +8,12 @@
 
 namespace kelvo::testing_world {
 
-/// The simulated Terminal at the other end of a virtual port. The port's characterTime is the
-/// host's direction; answers take the time of the Terminal's own rate.
-class SimulatedTerminal {
+/// A line of simulated Terminals, none at first, at the other end of a virtual port. The port's
+/// characterTime is the host's direction; answers take the time of the Terminal's own rate.
+class SimulatedLine {
  public:
-  /// `fonts` may be empty where no text is looked at; everything must outlive this.
-  SimulatedTerminal(VirtualLoop& loop, VirtualPort& port, const DeviceFonts& fonts,
-                    const sim::TerminalSetup& setup = {})
-      : loop_(loop), port_(port) {
-    bus.Add(setup, fonts)->PowerOn(loop.Now());
+  /// Both must outlive this.
+  SimulatedLine(VirtualLoop& loop, VirtualPort& port) : loop_(loop), port_(port) {
     port.onCharacter = [this](char character) {
       line.FromHost({&character, 1}, loop_.Now());
       Pass();
@@ -24,8 +21,6 @@ class SimulatedTerminal {
     loop.Add(
         {[this] { return line.NextEvent().value_or(VirtualLoop::never); }, [this] { Pass(); }});
   }
-
-  sim::Terminal& Terminal() { return bus.At(0); }
 
   sim::Bus bus;
   sim::Line line{bus};
@@ -38,6 +33,19 @@ class SimulatedTerminal {
 
   VirtualLoop& loop_;
   VirtualPort& port_;
+};
+
+/// One Terminal on a line of its own.
+class SimulatedTerminal : public SimulatedLine {
+ public:
+  /// `fonts` may be empty where no text is looked at; everything must outlive this.
+  SimulatedTerminal(VirtualLoop& loop, VirtualPort& port, const DeviceFonts& fonts,
+                    const sim::TerminalSetup& setup = {})
+      : SimulatedLine(loop, port) {
+    bus.Add(setup, fonts)->PowerOn(loop.Now());
+  }
+
+  sim::Terminal& Terminal() { return bus.At(0); }
 };
 
 }  // namespace kelvo::testing_world

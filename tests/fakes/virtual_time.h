@@ -42,6 +42,14 @@ class VirtualLoop : public EventLoop {
     if (NextTime(true) == never) throw std::logic_error("a wait that nothing can end");
     Advance(never, true);
   }
+  void WaitForEvent(nanoseconds longest) override {
+    const nanoseconds end = now_ + std::max(longest, nanoseconds(1));
+    if (NextTime(true) > end) {
+      now_ = end;
+    } else {
+      Advance(end, true);
+    }
+  }
   void ProcessPending() override {
     while (NextTime(true) <= now_) Advance(now_, true);
   }

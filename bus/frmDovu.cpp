@@ -1,0 +1,206 @@
+#include "bus/frmDovu.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include "bus/terminal_search.h"
+#include "link/val.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+
+namespace kelvo {
+namespace {
+
+enum EntryColumn { Name, Address, CanChecksum, State, EntryColumns };
+
+// Colours 2 and 12 of the 16-colour palette.
+constexpr QRgb green = qRgb(0, 128, 0);
+constexpr QRgb lightRed = qRgb(255, 0, 0);
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+bool IsYes(const std::string& field) { return Val(field) != 0; }
+
+}  // namespace
+
+frmDovu::frmDovu(Services services, QWidget* parent)
+    : QDialog(parent),
+      services_(std::move(services)),
+      transfer_(services_.exchange, services_.loop) {
+  Named(this, "frmDovu");
+  setWindowTitle(tr("Zeichnung an aktive Terminals senden"));
+  MakeList();
+  lblMomentbitte = Named(new QLabel(tr("Moment bitte …")), "lblMomentbitte");
+  lblErgebnis = Named(new QLabel, "lblErgebnis");
+  lblErgebnis->setWordWrap(true);
+  cmdSenden = MakeButton("cmdSenden", tr("&Senden"),
+                         tr("Sind alle angekreuzt, geht die Zeichnung einmal an alle zugleich, "
+                            "sonst an eines nach dem anderen."));
+  cmdDovuAlleAktiv = MakeButton("cmdDovuAlleAktiv", tr("&Alle"), tr("Kreuzt alle an."));
+  cmdDovuKeinsAktiv = MakeButton("cmdDovuKeinsAktiv", tr("&Keins"), tr("Kreuzt keines an."));
+  cmdAbbruch = MakeButton("cmdAbbruch", {});
+  cmdSenden->setDefault(true);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(cmdDovuAlleAktiv);
+  buttons->addWidget(cmdDovuKeinsAktiv);
+  buttons->addWidget(lblMomentbitte);
+  buttons->addStretch();
+  buttons->addWidget(cmdSenden);
+  buttons->addWidget(cmdAbbruch);
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(ctlDovuAktivliste, 1);
+  column->addWidget(lblErgebnis);
+  column->addLayout(buttons);
+  resize(fontMetrics().averageCharWidth() * 100, fontMetrics().lineSpacing() * 24);
+  ConnectButtons();
+  SetSending(false);
+}
+
+void frmDovu::MakeList() {
+  ctlDovuAktivliste = Named(new QTreeWidget, "ctlDovuAktivliste");
+  ctlDovuAktivliste->setHeaderLabels(
+      {tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("Zustand")});
+  ctlDovuAktivliste->setRootIsDecorated(false);
+  ctlDovuAktivliste->setUniformRowHeights(true);
+  ctlDovuAktivliste->setAccessibleName(tr("Terminals"));
+  const int unit = fontMetrics().averageCharWidth();
+  ctlDovuAktivliste->setColumnWidth(Name, unit * 34);
+  ctlDovuAktivliste->setColumnWidth(Address, unit * 12);
+  ctlDovuAktivliste->setColumnWidth(CanChecksum, unit * 15);
+}
+
+void frmDovu::ConnectButtons() {
+  Operator& person = services_.person;
+  OnClick(cmdSenden, this, person, &frmDovu::cmdSenden_Click);
+  OnClick(cmdDovuAlleAktiv, this, person, &frmDovu::cmdDovuAlleAktiv_Click);
+  OnClick(cmdDovuKeinsAktiv, this, person, &frmDovu::cmdDovuKeinsAktiv_Click);
+  OnClick(cmdAbbruch, this, person, &frmDovu::cmdAbbruch_Click);
+}
+
+void frmDovu::Open() {
+  if (!sending_) FillList();
+  // Window modal and not a wait of its own: the transfer runs in the handler of cmdSenden.
+  open();
+}
+
+void frmDovu::FillList() {
+  const Recordset& terminals = services_.terminals;
+  const auto names = terminals.Column("Bezeichnung");
+  const auto addresses = terminals.Column("Adresse");
+  const auto checksums = terminals.Column("Checksum");
+  const auto active = terminals.Column("aktiv");
+  entries_.clear();
+  ctlDovuAktivliste->clear();
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    TransferEntry entry;
+    entry.address = RoundToEven(Val(addresses[i]));
+    entry.checksum = IsYes(checksums[i]);
+    entry.ticked = IsYes(active[i]);
+    entries_.push_back(entry);
+    auto* item =
+        new QTreeWidgetItem(ctlDovuAktivliste, {Text(names[i]), QString::number(entry.address),
+                                                Text(YesNoText(entry.checksum)), QString()});
+    item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+    ShowEntry(i);
+  }
+  cmdSenden->setEnabled(!entries_.empty());
+  lblErgebnis->setText(entries_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());
+}
+
+void frmDovu::ShowEntry(std::size_t index) {
+  const TransferEntry& entry = entries_[index];
+  QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(static_cast<int>(index));
+  item.setCheckState(Name, entry.ticked ? Qt::Checked : Qt::Unchecked);
+  item.setText(State, Text(TransferStateText(entry)));
+  for (int column = 0; column < EntryColumns; ++column) {
+    if (entry.state == TransferState::Good) {
+      item.setForeground(column, QColor(green));
+    } else if (entry.Failed()) {
+      item.setForeground(column, QColor(lightRed));
+    } else {
+      item.setData(column, Qt::ForegroundRole, QVariant());
+    }
+  }
+  if (sending_ && entry.state == TransferState::Sending) ctlDovuAktivliste->scrollToItem(&item);
+}
+
+void frmDovu::TakeTicks() {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(static_cast<int>(i));
+    entries_[i].ticked = item.checkState(Name) == Qt::Checked;
+  }
+}
+
+void frmDovu::TickAll(bool ticked) {
+  for (int i = 0; i < ctlDovuAktivliste->topLevelItemCount(); ++i) {
+    ctlDovuAktivliste->topLevelItem(i)->setCheckState(Name, ticked ? Qt::Checked : Qt::Unchecked);
+  }
+}
+
+void frmDovu::SetSending(bool sending) {
+  sending_ = sending;
+  lblMomentbitte->setVisible(sending);
+  // The ticks are the transfer's while it runs; the list can still be looked through.
+  ctlDovuAktivliste->setSelectionMode(sending ? QAbstractItemView::NoSelection
+                                              : QAbstractItemView::SingleSelection);
+  for (int i = 0; i < ctlDovuAktivliste->topLevelItemCount(); ++i) {
+    QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(i);
+    item.setFlags(item.flags().setFlag(Qt::ItemIsUserCheckable, !sending));
+  }
+  for (QPushButton* button : {cmdSenden, cmdDovuAlleAktiv, cmdDovuKeinsAktiv}) {
+    button->setEnabled(!sending);
+  }
+  cmdAbbruch->setText(sending ? tr("A&bbrechen") : tr("S&chließen"));
+  cmdAbbruch->setToolTip(sending ? tr("Hört vor dem nächsten Terminal auf.") : QString());
+  cmdAbbruch->setEnabled(true);
+}
+
+void frmDovu::cmdSenden_Click() {
+  if (sending_) return;
+  if (!services_.exchange.Alive()) {
+    reject();
+    return Q_EMIT PortWanted();
+  }
+  const std::string drawing = services_.drawing();
+  TakeTicks();
+  SetSending(true);
+  SendRS485(drawing);
+  SetSending(false);
+  ShowSummary();
+  if (closing_) reject();
+}
+
+void frmDovu::SendRS485(const std::string& drawing) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    // What a run before this one has shown stays, but for those that take part again.
+    if (entries_[i].ticked) entries_[i].state = TransferState::None;
+    ShowEntry(i);
+  }
+  lblErgebnis->clear();
+  transfer_.SendRS485(entries_, drawing, [this](std::size_t index) { ShowEntry(index); });
+}
+
+void frmDovu::ShowSummary() {
+  const QString lost =
+      services_.exchange.Alive() ? QString() : tr(" Die Verbindung ging verloren.");
+  lblErgebnis->setText(Text(TransferSummary(entries_)) + lost);
+}
+
+void frmDovu::cmdAbbruch_Click() {
+  if (!sending_) return reject();
+  transfer_.Stop();
+  cmdAbbruch->setEnabled(false);
+  lblErgebnis->setText(tr("Die Übertragung hört vor dem nächsten Terminal auf …"));
+}
+
+// Escape or the window's frame: a transfer under way is stopped first.
+void frmDovu::reject() {
+  closing_ = sending_;
+  if (sending_) return cmdAbbruch_Click();
+  QDialog::reject();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "bus/transfer.h"
+#include "link/operator.h"
+#include "store/recordset.h"
+
+class QLabel;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace kelvo {
+
+/// Sends the drawing to the stored Terminals that the operator ticks.
+class frmDovu : public QDialog {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    EventLoop& loop;
+    Operator& person;
+    const Recordset& terminals;  ///< `DOVU`
+    /// The commands of the drawing that the editor holds.
+    std::function<std::string()> drawing;
+  };
+  explicit frmDovu(Services services, QWidget* parent = nullptr);
+
+  /// Reads the list anew and shows the dialog, which blocks the window behind it.
+  void Open();
+  void reject() override;
+
+ Q_SIGNALS:
+  /// Nothing can be sent, because no port is open.
+  void PortWanted();
+
+ private:
+  void MakeList();
+  void FillList();
+  void ConnectButtons();
+  void SetSending(bool sending);
+  void TakeTicks();
+  void TickAll(bool ticked);
+  void ShowEntry(std::size_t index);
+  void ShowSummary();
+  void SendRS485(const std::string& drawing);
+
+  void cmdSenden_Click();
+  void cmdDovuAlleAktiv_Click() { TickAll(true); }
+  void cmdDovuKeinsAktiv_Click() { TickAll(false); }
+  void cmdAbbruch_Click();
+
+  Services services_;
+  Transfer transfer_;
+  std::vector<TransferEntry> entries_;
+  bool sending_ = false;
+  bool closing_ = false;
+
+  QTreeWidget* ctlDovuAktivliste = nullptr;
+  QLabel* lblMomentbitte = nullptr;
+  QLabel* lblErgebnis = nullptr;
+  QPushButton* cmdSenden = nullptr;
+  QPushButton* cmdDovuAlleAktiv = nullptr;
+  QPushButton* cmdDovuKeinsAktiv = nullptr;
+  QPushButton* cmdAbbruch = nullptr;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,338 @@
+#include "bus/search_page.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QShortcut>
+#include <QTableView>
+#include <QTreeWidget>
+#include <algorithm>
+#include <cmath>
+
+#include "bus/terminal_list_model.h"
+#include "link/val.h"
+#include "link/wire_text.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+
+namespace kelvo {
+namespace {
+
+enum ResultColumn { Description, Verdict, Reply, CanChecksum, ResultColumns };
+
+constexpr QRgb conflictColour = qRgb(255, 0, 0);
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+}  // namespace
+
+SearchPage::SearchPage(Services services, QWidget* parent)
+    : QWidget(parent),
+      services_(std::move(services)),
+      search_({services_.exchange, services_.state, services_.reopenPort}),
+      model_(new TerminalListModel(services_.terminals, this)) {
+  auto* page = new QVBoxLayout(this);
+  page->addWidget(MakeSearch(), 3);
+  page->addWidget(MakeStored(), 2);
+  ConnectControls();
+  SetSearching(false);
+}
+
+QWidget* SearchPage::MakeSearch() {
+  auto* group = new QGroupBox(tr("Suche am Bus"));
+  txtmaxDovu = Named(new QLineEdit(QString::number(LastBusAddress)), "txtmaxDovu");
+  txtmaxDovu->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 8);
+  cmdDovusuchen =
+      MakeButton("cmdDovusuchen", tr("Anzeigen s&uchen"),
+                 tr("Fragt jede Adresse ab 0. Jedes gefundene Terminal zeigt seine Adresse an."));
+  cmdDovuAbbrechen = MakeButton("cmdDovuAbbrechen", tr("Abb&rechen"),
+                                tr("Beendet die Suche nach der jetzigen Adresse (Esc)."));
+  MakeProgress();
+  MakeResultList();
+  cmdDovuUebernehmen = MakeButton("cmdDovuUebernehmen", tr("ü&bernehmen"),
+                                  tr("Speichert die angekreuzten Terminals, die noch nicht "
+                                     "gespeichert sind."));
+  cmdDovuExport = MakeButton("cmdDovuExport", tr("Als Te&xt speichern …"));
+
+  auto* top = new QHBoxLayout;
+  top->addWidget(LabelFor(txtmaxDovu, tr("bis &Adresse:")));
+  top->addWidget(txtmaxDovu);
+  top->addWidget(new QLabel(tr("0 … %1").arg(LastBusAddress)));
+  top->addWidget(cmdDovusuchen);
+  top->addWidget(cmdDovuAbbrechen);
+  top->addWidget(ctlDovuFortschritt, 1);
+  auto* bottom = new QHBoxLayout;
+  bottom->addWidget(cmdDovuUebernehmen);
+  bottom->addWidget(cmdDovuExport);
+  bottom->addWidget(lblDovuStand, 1);
+  auto* column = new QVBoxLayout(group);
+  column->addLayout(top);
+  column->addWidget(ctlDovuSuchListe, 1);
+  column->addLayout(bottom);
+  return group;
+}
+
+void SearchPage::MakeProgress() {
+  ctlDovuFortschritt = Named(new QProgressBar, "ctlDovuFortschritt");
+  ctlDovuFortschritt->setAccessibleName(tr("Fortschritt der Suche"));
+  QSizePolicy policy = ctlDovuFortschritt->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  ctlDovuFortschritt->setSizePolicy(policy);
+  lblDovuStand = Named(new QLabel, "lblDovuStand");
+  lblDovuStand->setTextFormat(Qt::PlainText);
+  lblDovuStand->setWordWrap(true);
+}
+
+void SearchPage::MakeResultList() {
+  ctlDovuSuchListe = Named(new QTreeWidget, "ctlDovuSuchListe");
+  ctlDovuSuchListe->setHeaderLabels(
+      {tr("Beschreibung"), tr("Testergebnis"), tr("Rückgabewert"), tr("Checksummenfähig")});
+  ctlDovuSuchListe->setRootIsDecorated(false);
+  ctlDovuSuchListe->setUniformRowHeights(true);
+  ctlDovuSuchListe->setAlternatingRowColors(true);
+  ctlDovuSuchListe->setAccessibleName(tr("Ergebnis der Suche"));
+  const int unit = fontMetrics().averageCharWidth();
+  ctlDovuSuchListe->setColumnWidth(Description, unit * 26);
+  ctlDovuSuchListe->setColumnWidth(Verdict, unit * 22);
+  ctlDovuSuchListe->setColumnWidth(Reply, unit * 22);
+}
+
+QWidget* SearchPage::MakeStored() {
+  auto* group = new QGroupBox(tr("gespeicherte Terminals"));
+  ctlDovuListe = Named(new QTableView, "ctlDovuListe");
+  ctlDovuListe->setModel(model_);
+  ctlDovuListe->setSelectionBehavior(QAbstractItemView::SelectRows);
+  ctlDovuListe->setSelectionMode(QAbstractItemView::SingleSelection);
+  ctlDovuListe->setTabKeyNavigation(false);
+  ctlDovuListe->verticalHeader()->hide();
+  ctlDovuListe->horizontalHeader()->setSectionResizeMode(TerminalListModel::Bezeichnung,
+                                                         QHeaderView::Stretch);
+  ctlDovuListe->setAccessibleName(tr("gespeicherte Terminals"));
+  cmdDovuSenden = MakeButton("cmdDovuSenden", tr("An aktive Ter&minals senden …"),
+                             tr("Sendet die Zeichnung an die gespeicherten Terminals."));
+  cmdClearDovuData = MakeButton("cmdClearDovuData", tr("alle &löschen"),
+                                tr("Löscht alle gespeicherten Terminals, nach einer Rückfrage."));
+  auto* column = new QVBoxLayout(group);
+  column->addWidget(ctlDovuListe, 1);
+  column->addLayout(ButtonRow({cmdDovuSenden, cmdClearDovuData}));
+  return group;
+}
+
+void SearchPage::ConnectControls() {
+  Operator& person = services_.person;
+  OnClick(cmdDovusuchen, this, person, &SearchPage::cmdDovusuchen_Click);
+  OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click);
+  OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
+  OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
+  OnClick(cmdClearDovuData, this, person, &SearchPage::cmdClearDovuData_Click);
+  OnClick(cmdDovuSenden, this, person, &SearchPage::cmdDovuSenden_Click);
+  connect(txtmaxDovu, &QLineEdit::editingFinished, this, &SearchPage::txtmaxDovu_LostFocus);
+  connect(txtmaxDovu, &QLineEdit::returnPressed, cmdDovusuchen, &QPushButton::click);
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  escape->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(escape, &QShortcut::activated, this, &SearchPage::cmdDovuAbbrechen_Click);
+  // Later, because a message would take the focus away from the cell that is being left.
+  connect(
+      model_, &TerminalListModel::Refused, this,
+      [&person](const QString& reason) { person.Message(reason.toStdString(), Icon::Exclamation); },
+      Qt::QueuedConnection);
+  connect(ctlDovuListe->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) { RowChosen(current.row()); });
+}
+
+// ---- the stored Terminals ----
+
+void SearchPage::Refresh() {
+  selecting_ = true;
+  model_->Reload();
+  SelectCurrent();
+  selecting_ = false;
+}
+
+void SearchPage::SelectCurrent() {
+  const Recordset& terminals = services_.terminals;
+  if (terminals.Bookmark() == 0) return;
+  ctlDovuListe->setCurrentIndex(
+      model_->index(static_cast<int>(terminals.Position()), TerminalListModel::Bezeichnung));
+}
+
+void SearchPage::RowChosen(int row) {
+  if (selecting_ || row < 0) return;
+  services_.terminals.MoveTo(static_cast<std::size_t>(row));
+  Q_EMIT AddressChosen(static_cast<int>(services_.terminals.Number("Adresse")));
+}
+
+void SearchPage::DeleteTerminal() {
+  Recordset& terminals = services_.terminals;
+  if (terminals.Bookmark() == 0) return;
+  terminals.Delete();
+  terminals.MoveNext();
+  if (terminals.Eof()) terminals.MoveLast();
+  Refresh();
+}
+
+void SearchPage::cmdClearDovuData_Click() {
+  Recordset& terminals = services_.terminals;
+  if (terminals.RecordCount() == 0 ||
+      !services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Question)) {
+    return;
+  }
+  for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) terminals.Delete();
+  Refresh();
+}
+
+void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
+
+// ---- the search ----
+
+void SearchPage::txtmaxDovu_LostFocus() {
+  const double typed = std::floor(Val(txtmaxDovu->text().toStdString()));
+  const double address = std::clamp(typed, 0.0, static_cast<double>(LastBusAddress));
+  txtmaxDovu->setText(Text(NumberText(address)));
+}
+
+void SearchPage::cmdDovusuchen_Click() {
+  txtmaxDovu_LostFocus();  // a key that presses the button leaves the field where it is
+  if (!services_.exchange.Alive()) return Q_EMIT PortWanted();
+  const int last = txtmaxDovu->text().toInt();
+  ctlDovuSuchListe->clear();
+  results_.clear();
+  SetSearching(true);
+  ShowProgress(0, last);
+  const auto end = search_.Run(last, services_.options.Number("ChecksumabVer"),
+                               [this, last](const SearchResult& result) {
+                                 AddResult(result);
+                                 ShowProgress(result.address + 1, last);
+                               });
+  SetSearching(false);
+  ShowEnd(end, last);
+}
+
+void SearchPage::cmdDovuAbbrechen_Click() {
+  if (!searching_) return;
+  search_.Stop();
+  lblDovuStand->setText(tr("Die Suche endet nach dieser Adresse …"));
+}
+
+void SearchPage::SetSearching(bool searching) {
+  searching_ = searching;
+  searchStart_ = services_.loop.Now();
+  if (searching) lblDovuStand->clear();
+  ctlDovuFortschritt->setVisible(searching);
+  cmdDovuAbbrechen->setEnabled(searching);
+  if (searching && cmdDovusuchen->hasFocus()) cmdDovuAbbrechen->setFocus();
+  const bool toStart = !searching && cmdDovuAbbrechen->hasFocus();
+  for (QPushButton* button : {cmdDovusuchen, cmdDovuUebernehmen, cmdClearDovuData, cmdDovuSenden}) {
+    button->setEnabled(!searching);
+  }
+  cmdDovuExport->setEnabled(!searching && !results_.empty());
+  if (toStart) cmdDovusuchen->setFocus();
+  Q_EMIT SearchingChanged();
+}
+
+void SearchPage::ShowProgress(int address, int last) {
+  ctlDovuFortschritt->setRange(0, last + 1);
+  ctlDovuFortschritt->setValue(address);
+  ctlDovuFortschritt->setFormat(tr("Adresse %1 von %2, %3%4")
+                                    .arg(std::min(address, last))
+                                    .arg(last)
+                                    .arg(Text(Found()), TimeLeft(address, last + 1)));
+}
+
+// From what the addresses have taken until now.
+QString SearchPage::TimeLeft(int done, int all) const {
+  if (done == 0) return {};
+  const auto elapsed = services_.loop.Now() - searchStart_;
+  const auto left = std::chrono::duration_cast<std::chrono::seconds>(elapsed * (all - done) / done);
+  return tr(", noch etwa %1 s").arg(left.count() + (all > done ? 1 : 0));
+}
+
+std::string SearchPage::Found() const {
+  const auto found =
+      std::count_if(results_.begin(), results_.end(), [](const auto& r) { return r.Found(); });
+  const auto wrong = std::count_if(results_.begin(), results_.end(),
+                                   [](const auto& r) { return !r.Found() && !r.Absent(); });
+  return std::to_string(found) + " gefunden, " + std::to_string(wrong) + " Fehler/Kollision";
+}
+
+void SearchPage::AddResult(const SearchResult& result) {
+  results_.push_back(result);
+  auto* item =
+      new QTreeWidgetItem({Text(ResultName(result.address)), Text(ResultVerdict(result)),
+                           Text(ReadableText(result.reply)), Text(YesNoText(result.checksum))});
+  item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+  item->setCheckState(Description, result.Found() ? Qt::Checked : Qt::Unchecked);
+  for (int column = 0; column < ResultColumns; ++column) {
+    item->setToolTip(column, Text(ResultStory(result)));
+    if (!result.Found() && !result.Absent()) {
+      item->setForeground(column, QColor(conflictColour));
+    }
+  }
+  ctlDovuSuchListe->addTopLevelItem(item);
+  ctlDovuSuchListe->scrollToItem(item);
+}
+
+void SearchPage::ShowEnd(TerminalSearch::End end, int last) {
+  const QString found = Text(Found());
+  const QString asked = tr("%1 von %2 Adressen").arg(results_.size()).arg(last + 1);
+  switch (end) {
+    case TerminalSearch::End::Complete:
+      return lblDovuStand->setText(tr("Alle %1 Adressen gefragt: %2.").arg(last + 1).arg(found));
+    case TerminalSearch::End::Stopped:
+      return lblDovuStand->setText(tr("Abgebrochen nach %1: %2.").arg(asked, found));
+    case TerminalSearch::End::LineLost:
+      return lblDovuStand->setText(
+          tr("Die Verbindung ging verloren, nach %1: %2.").arg(asked, found));
+  }
+}
+
+// ---- the results ----
+
+void SearchPage::cmdDovuUebernehmen_Click() {
+  int added = 0;
+  int known = 0;
+  for (int position = 1; position <= ctlDovuSuchListe->topLevelItemCount(); ++position) {
+    const QTreeWidgetItem& entry = *ctlDovuSuchListe->topLevelItem(position - 1);
+    if (entry.checkState(Description) == Qt::Checked) ++(TakeOver(position) ? added : known);
+  }
+  Refresh();
+  lblDovuStand->setText(tr("%1 übernommen, %2 waren schon gespeichert.").arg(added).arg(known));
+}
+
+// Stores the result at a position (from 1) of the list; false when its address is stored already.
+bool SearchPage::TakeOver(int position) {
+  Recordset& terminals = services_.terminals;
+  const std::int64_t address = position - 1;
+  if (terminals.FindFirst("Adresse", address)) return false;
+  const QTreeWidgetItem& entry = *ctlDovuSuchListe->topLevelItem(position - 1);
+  const bool checksum = entry.text(CanChecksum).toStdString() == YesNoText(true);
+  terminals.AddNew();
+  terminals.Set("Adresse", address);
+  terminals.Set("Bezeichnung", entry.text(Description).toStdString());
+  terminals.Set("aktiv", std::int64_t{1});
+  terminals.Set("Checksum", std::int64_t{checksum});
+  terminals.Update();
+  terminals.MoveLast();
+  return true;
+}
+
+void SearchPage::cmdDovuExport_Click() {
+  const auto name = services_.person.SaveFile("Ergebnis der Suche speichern", "Text (txt) |*.txt");
+  if (!name) return;
+  const std::string report = SearchReport(results_);
+  QSaveFile file(Text(*name));
+  const bool written = file.open(QIODevice::WriteOnly) &&
+                       file.write(report.data(), static_cast<qint64>(report.size())) >= 0 &&
+                       file.commit();
+  if (written) return;
+  services_.person.Message("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " +
+                               file.errorString().toStdString(),
+                           Icon::Exclamation);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QWidget>
+#include <chrono>
+#include <functional>
+#include <vector>
+
+#include "bus/terminal_search.h"
+#include "link/event_loop.h"
+#include "link/operator.h"
+#include "store/recordset.h"
+
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QTableView;
+class QTreeWidget;
+
+namespace kelvo {
+
+class TerminalListModel;
+
+/// The bus page: the search for Terminals, its results, and the stored Terminals.
+class SearchPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    EventLoop& loop;
+    Operator& person;
+    TerminalState& state;
+    const Recordset& options;  ///< `Optionen`
+    Recordset& terminals;      ///< `DOVU`, ordered by address
+    std::function<bool()> reopenPort;
+  };
+  explicit SearchPage(Services services, QWidget* parent = nullptr);
+
+  /// A search is under way.
+  bool Searching() const { return searching_; }
+  /// Deletes the current record without asking and moves to the next.
+  void DeleteTerminal();
+  /// The page is shown: the stored Terminals are read again.
+  void Refresh();
+
+ Q_SIGNALS:
+  /// The operator has moved to the stored Terminal of this address.
+  void AddressChosen(int address);
+  /// The drawing is to be sent to the stored Terminals.
+  void SendRequested();
+  /// A search cannot begin, because no port is open.
+  void PortWanted();
+  /// A search has begun or ended.
+  void SearchingChanged();
+
+ private:
+  QWidget* MakeSearch();
+  QWidget* MakeStored();
+  void MakeResultList();
+  void MakeProgress();
+  void ConnectControls();
+
+  void SetSearching(bool searching);
+  void ShowProgress(int address, int last);
+  QString TimeLeft(int done, int all) const;
+  void AddResult(const SearchResult& result);
+  void ShowEnd(TerminalSearch::End end, int last);
+  std::string Found() const;
+  void SelectCurrent();
+  void RowChosen(int row);
+  bool TakeOver(int position);
+
+  void txtmaxDovu_LostFocus();
+  void cmdDovusuchen_Click();
+  void cmdDovuAbbrechen_Click();
+  void cmdDovuUebernehmen_Click();
+  void cmdDovuExport_Click();
+  void cmdClearDovuData_Click();
+  void cmdDovuSenden_Click();
+
+  Services services_;
+  TerminalSearch search_;
+  bool searching_ = false;
+  bool selecting_ = false;
+  std::chrono::nanoseconds searchStart_{0};
+  std::vector<SearchResult> results_;
+  TerminalListModel* model_;
+
+  QLineEdit* txtmaxDovu = nullptr;
+  QPushButton* cmdDovusuchen = nullptr;
+  QPushButton* cmdDovuAbbrechen = nullptr;
+  QProgressBar* ctlDovuFortschritt = nullptr;
+  QLabel* lblDovuStand = nullptr;
+  QTreeWidget* ctlDovuSuchListe = nullptr;
+  QPushButton* cmdDovuUebernehmen = nullptr;
+  QPushButton* cmdDovuExport = nullptr;
+  QTableView* ctlDovuListe = nullptr;
+  QPushButton* cmdDovuSenden = nullptr;
+  QPushButton* cmdClearDovuData = nullptr;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,120 @@
+#include "bus/terminal_list_model.h"
+
+#include <algorithm>
+
+#include "bus/terminal_search.h"
+
+namespace kelvo {
+namespace {
+
+constexpr const char* fields[] = {"Adresse", "Bezeichnung", "aktiv", "Checksum"};
+
+bool IsYesNo(int column) {
+  return column == TerminalListModel::Aktiv || column == TerminalListModel::Checksum;
+}
+
+QString YesNo(bool yes) { return QString::fromStdString(YesNoText(yes)); }
+
+}  // namespace
+
+TerminalListModel::TerminalListModel(Recordset& terminals, QObject* parent)
+    : QAbstractTableModel(parent), terminals_(terminals) {
+  ReadRows();
+}
+
+void TerminalListModel::Reload() {
+  beginResetModel();
+  terminals_.Refresh();
+  ReadRows();
+  endResetModel();
+}
+
+void TerminalListModel::ReadRows() {
+  const auto addresses = terminals_.Column("Adresse");
+  const auto names = terminals_.Column("Bezeichnung");
+  const auto active = terminals_.Column("aktiv");
+  const auto checksums = terminals_.Column("Checksum");
+  const auto yes = [](const std::string& text) { return !text.empty() && text != "0"; };
+  rows_.clear();
+  for (std::size_t i = 0; i < addresses.size(); ++i) {
+    rows_.push_back({QString::fromStdString(addresses[i]).toLongLong(),
+                     QString::fromStdString(names[i]), yes(active[i]), yes(checksums[i])});
+  }
+}
+
+int TerminalListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int TerminalListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant TerminalListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return QString::fromUtf8(fields[section]);
+}
+
+QVariant TerminalListModel::data(const QModelIndex& index, int role) const {
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  const bool yes = index.column() == Aktiv ? row.active : row.checksum;
+  if (role == Qt::CheckStateRole && IsYesNo(index.column())) {
+    return yes ? Qt::Checked : Qt::Unchecked;
+  }
+  if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+  if (IsYesNo(index.column())) return YesNo(yes);
+  if (index.column() == Adresse) return QString::number(row.address);
+  return row.name;
+}
+
+Qt::ItemFlags TerminalListModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return flags | (IsYesNo(index.column()) ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable);
+}
+
+bool TerminalListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  const int row = index.row();
+  if (IsYesNo(index.column())) {
+    if (role != Qt::CheckStateRole) return false;
+    const bool yes = value.toInt() == Qt::Checked;
+    return Store(row, fields[index.column()], std::int64_t{yes});
+  }
+  if (role != Qt::EditRole || value == data(index, role)) return false;
+  if (index.column() == Adresse) return SetAddress(row, value.toString());
+  return Store(row, fields[Bezeichnung], value.toString().toStdString());
+}
+
+bool TerminalListModel::SetAddress(int row, const QString& text) {
+  bool isNumber = false;
+  const int address = text.trimmed().toInt(&isNumber);
+  if (!isNumber || address < 0 || address > LastBusAddress) {
+    Q_EMIT Refused(tr("\"%1\" ist keine Adresse (0 … %2).").arg(text).arg(LastBusAddress));
+    return false;
+  }
+  const auto other = std::find_if(rows_.begin(), rows_.end(),
+                                  [address](const Row& r) { return r.address == address; });
+  if (other != rows_.end() && other - rows_.begin() != row) {
+    Q_EMIT Refused(
+        tr("Die Adresse %1 hat schon das Terminal \"%2\".").arg(address).arg(other->name));
+    return false;
+  }
+  return Store(row, fields[Adresse], std::int64_t{address});
+}
+
+bool TerminalListModel::Store(int row, const char* field, const Value& value) {
+  try {
+    terminals_.MoveTo(static_cast<std::size_t>(row));
+    terminals_.Edit();
+    terminals_.Set(field, value);
+    terminals_.Update();
+  } catch (const std::exception& error) {
+    Q_EMIT Refused(QString::fromUtf8(error.what()));
+    return false;
+  }
+  // The order stays until the list is read anew, so that no row jumps away under the cursor.
+  ReadRows();
+  Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+  return true;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "store/recordset.h"
+
+namespace kelvo {
+
+/// The table of stored Terminals, edited in place. Each change is stored at once; the record of a
+/// changed row becomes the current one.
+class TerminalListModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { Adresse, Bezeichnung, Aktiv, Checksum, ColumnCount };
+
+  explicit TerminalListModel(Recordset& terminals, QObject* parent = nullptr);
+
+  /// Reads all records anew.
+  void Reload();
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+
+ Q_SIGNALS:
+  /// A change was refused or could not be stored: the reason.
+  void Refused(const QString& reason);
+
+ private:
+  struct Row {
+    std::int64_t address;
+    QString name;
+    bool active;
+    bool checksum;
+  };
+
+  void ReadRows();
+  bool SetAddress(int row, const QString& text);
+  bool Store(int row, const char* field, const Value& value);
+
+  Recordset& terminals_;
+  std::vector<Row> rows_;
+};
+
+}  // namespace kelvo

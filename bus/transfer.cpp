@@ -1,0 +1,274 @@
+#include "bus/transfer.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "link/control_characters.h"
+#include "link/wire_text.h"
+#include "settings/status.h"
+
+namespace kelvo {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+// The rate at which a Terminal is taken to be through with what it has received.
+constexpr int charactersPerSecond = 3000;
+// As the exchange writes long texts.
+constexpr std::size_t pieceLength = 5000;
+// A Terminal that has not answered in time may still do so, and then must not be taken for the
+// next one that is asked.
+constexpr milliseconds overdueAnswer{500};
+
+constexpr std::string_view askChecksum = "C?";
+constexpr std::string_view resetChecksum = "C!";
+
+std::string Command(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
+
+std::string Select(int address) { return SetAddressCommand(std::to_string(address)); }
+
+std::string Count(long number, const char* one, const char* many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+}  // namespace
+
+std::string TransferPayload(std::string_view drawing) {
+  return Command("GC") + Command("!C0;").append(drawing);
+}
+
+std::uint16_t ExpectedChecksum(std::string_view payload) {
+  std::string received(payload);
+  received += Command(askChecksum);
+  return static_cast<std::uint16_t>(StringSum(received));
+}
+
+std::optional<std::uint16_t> ReadChecksum(std::string_view reply) {
+  const bool isHex = reply.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+  if (!isHex || reply.empty() || reply.size() > 4) return std::nullopt;
+  return static_cast<std::uint16_t>(std::stoul(std::string(reply), nullptr, 16));
+}
+
+std::string ChecksumText(std::uint16_t sum) {
+  char text[5];
+  std::snprintf(text, sizeof text, "%04X", sum);
+  return text;
+}
+
+std::string TransferStateText(const TransferEntry& entry) {
+  switch (entry.state) {
+    case TransferState::None:
+      return {};
+    case TransferState::Waiting:
+      return "wartet";
+    case TransferState::Sending:
+      return "sendet, " + std::to_string(entry.percent) + " %";
+    case TransferState::Sent:
+      return "gesendet, keine Prüfung möglich";
+    case TransferState::Checking:
+      return "prüft";
+    case TransferState::Good:
+      return "gut, Prüfsumme " + ChecksumText(entry.expected);
+    case TransferState::NoAnswer:
+      return "keine Antwort";
+    case TransferState::WrongSum:
+      break;
+  }
+  const std::optional<std::uint16_t> sum = ReadChecksum(entry.answer);
+  return "falsche Prüfsumme: " +
+         (sum ? ChecksumText(*sum) : "\"" + ReadableText(entry.answer) + "\"") + " statt " +
+         ChecksumText(entry.expected);
+}
+
+std::string TransferSummary(const std::vector<TransferEntry>& entries) {
+  const auto count = [&entries](TransferState state) {
+    return std::count_if(entries.begin(), entries.end(),
+                         [state](const TransferEntry& entry) { return entry.state == state; });
+  };
+  std::string text = std::to_string(count(TransferState::Good)) + " gut, " +
+                     std::to_string(count(TransferState::WrongSum)) + " falsch, " +
+                     std::to_string(count(TransferState::NoAnswer)) + " ohne Antwort";
+  if (const auto sent = count(TransferState::Sent)) {
+    text += ", " + Count(sent, "Terminal", "Terminals") + " ohne Prüfung";
+  }
+  if (const auto waiting = count(TransferState::Waiting)) {
+    text += ", " + std::to_string(waiting) + " offen";
+  }
+  return text + ".";
+}
+
+/// One transfer under way.
+class Transfer::Run {
+ public:
+  Run(Transfer& transfer, std::vector<TransferEntry>& entries, std::string payload,
+      const Listener& listener)
+      : exchange_(transfer.exchange_),
+        loop_(transfer.loop_),
+        stopping_(transfer.stopping_),
+        entries_(entries),
+        payload_(std::move(payload)),
+        expected_(ExpectedChecksum(payload_)),
+        listener_(listener) {}
+
+  void ToAll();
+  void OneByOne();
+  void Close() { Send(Select(ClosingAddress)); }
+
+ private:
+  bool GoesOn() const { return !stopping_ && exchange_.Alive(); }
+  std::vector<std::size_t> Ticked() const;
+  void Begin();
+  void Change(const std::vector<std::size_t>& which, TransferState state, int percent = 0);
+  void ToOne(std::size_t index);
+  void SendPayload(const std::vector<std::size_t>& receivers);
+  void WaitForTerminals();
+  void WaitUntil(nanoseconds end);
+  void Check(std::size_t index);
+  void Send(std::string command);
+
+  Exchange& exchange_;
+  EventLoop& loop_;
+  const bool& stopping_;
+  std::vector<TransferEntry>& entries_;
+  const std::string payload_;
+  const std::uint16_t expected_;
+  const Listener& listener_;
+  nanoseconds writtenAt_{0};
+};
+
+void Transfer::SendRS485(std::vector<TransferEntry>& entries, std::string_view drawing,
+                         const Listener& listener) {
+  stopping_ = false;
+  const bool all = std::all_of(entries.begin(), entries.end(),
+                               [](const TransferEntry& entry) { return entry.ticked; });
+  Run run(*this, entries, TransferPayload(drawing), listener);
+  if (all) {
+    run.ToAll();
+  } else {
+    run.OneByOne();
+  }
+  run.Close();
+}
+
+std::vector<std::size_t> Transfer::Run::Ticked() const {
+  std::vector<std::size_t> ticked;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].ticked) ticked.push_back(i);
+  }
+  return ticked;
+}
+
+void Transfer::Run::Change(const std::vector<std::size_t>& which, TransferState state,
+                           int percent) {
+  for (const std::size_t index : which) {
+    entries_[index].state = state;
+    entries_[index].percent = percent;
+    listener_(index);
+  }
+}
+
+void Transfer::Run::OneByOne() {
+  const std::vector<std::size_t> ticked = Ticked();
+  Change(ticked, TransferState::Waiting);
+  for (const std::size_t index : ticked) {
+    loop_.ProcessPending();  // a wish to stop
+    if (!GoesOn()) return;
+    ToOne(index);
+  }
+}
+
+void Transfer::Run::ToOne(std::size_t index) {
+  TransferEntry& entry = entries_[index];
+  Send(Select(entry.address) + Command(resetChecksum));
+  SendPayload({index});
+  if (entry.checksum) {
+    WaitForTerminals();
+    Check(index);
+  } else if (exchange_.Alive()) {
+    entry.ticked = false;
+    Change({index}, TransferState::Sent);
+  } else {
+    Change({index}, TransferState::NoAnswer);
+  }
+}
+
+void Transfer::Run::ToAll() {
+  const std::vector<std::size_t> ticked = Ticked();
+  Change(ticked, TransferState::Waiting);
+  Send(Select(AllAddresses) + Command(resetChecksum));
+  SendPayload(ticked);
+  Send(Select(ClosingAddress));
+  writtenAt_ = loop_.Now();
+  WaitForTerminals();
+  if (!exchange_.Alive()) return Change(ticked, TransferState::NoAnswer);
+  std::vector<std::size_t> asked;
+  for (const std::size_t index : ticked) {
+    if (entries_[index].checksum) {
+      asked.push_back(index);
+    } else {
+      entries_[index].ticked = false;
+      Change({index}, TransferState::Sent);
+    }
+  }
+  Change(asked, TransferState::Waiting);
+  for (const std::size_t index : asked) {
+    if (!GoesOn()) return;
+    Send(Select(entries_[index].address));
+    Check(index);
+  }
+}
+
+// In the pieces of the exchange, so that the event loop is served while each is on the line.
+void Transfer::Run::SendPayload(const std::vector<std::size_t>& receivers) {
+  std::size_t written = 0;
+  const auto showProgress = [&](std::size_t left) {
+    const std::size_t gone = written - std::min(written, left);
+    Change(receivers, TransferState::Sending, static_cast<int>(100 * gone / payload_.size()));
+  };
+  while (written < payload_.size() && exchange_.Alive()) {
+    const std::string piece = payload_.substr(written, pieceLength);
+    exchange_.WaitUntilSentYielding(showProgress);
+    Send(piece);
+    written += piece.size();
+  }
+  writtenAt_ = loop_.Now();
+  exchange_.WaitUntilSentYielding(showProgress);
+}
+
+// Counts from the moment when the last text was handed to the line.
+void Transfer::Run::WaitForTerminals() {
+  const auto characters = static_cast<nanoseconds::rep>(payload_.size());
+  const nanoseconds second = std::chrono::seconds(1);
+  WaitUntil(writtenAt_ + second * characters / charactersPerSecond);
+}
+
+void Transfer::Run::WaitUntil(nanoseconds end) {
+  while (loop_.Now() < end && exchange_.Alive()) loop_.WaitForEvent(end - loop_.Now());
+}
+
+void Transfer::Run::Check(std::size_t index) {
+  TransferEntry& entry = entries_[index];
+  entry.expected = expected_;
+  Change({index}, TransferState::Checking);
+  // On a two-wire bus all this is heard as well; the query drops what is there when it starts.
+  exchange_.WaitUntilSentYielding();
+  exchange_.CommandBuffer = askChecksum;
+  exchange_.QueryCommand();
+  const bool answered = exchange_.LastStatus == 0;
+  entry.answer = answered ? exchange_.CommandBuffer : std::string();
+  const bool good = answered && ReadChecksum(entry.answer) == expected_;
+  if (good) entry.ticked = false;
+  Change({index}, good       ? TransferState::Good
+                  : answered ? TransferState::WrongSum
+                             : TransferState::NoAnswer);
+  if (!answered) WaitUntil(loop_.Now() + overdueAnswer);
+}
+
+void Transfer::Run::Send(std::string command) {
+  exchange_.WaitUntilSentYielding();
+  exchange_.CommandBuffer = std::move(command);
+  exchange_.SendCommand(Acknowledge::None);
+}
+
+}  // namespace kelvo

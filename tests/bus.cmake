@@ -1,0 +1,6 @@
+kelvo_test(bus_test
+  SOURCES terminal_search_test.cpp transfer_test.cpp
+  LINK kelvo_bus kelvo_simulator)
+kelvo_test(bus_page_test QT
+  SOURCES dovu_dialog_test.cpp search_page_test.cpp
+  LINK kelvo_shell kelvo_simulator)

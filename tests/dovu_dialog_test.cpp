@@ -1,0 +1,114 @@
+#include <QTreeWidget>
+
+#include "bus/frmDovu.h"
+#include "tests/fakes/simulated_terminal.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::milliseconds;
+
+class DovuDialogTest : public WindowTest {
+ protected:
+  void Begin() {
+    Sql("insert into DOVU (Adresse, Bezeichnung, Checksum, aktiv) values "
+        "(3, 'Tor', 1, 1), (7, 'Pult', 1, 0), (9, 'alt', 0, 1)");
+    port.characterTime = testing_world::nanoseconds(520'833);
+    for (const int address : {3, 7, 9}) {
+      line.bus.Add({.address = address}, fonts)->PowerOn(loop.Now());
+    }
+    Start();
+    Show(Tab::Terminals);
+    Click("cmdDovuSenden");
+    Forget();
+  }
+  QTreeWidget& Entries() { return Find<QTreeWidget>("ctlDovuAktivliste"); }
+  std::string Entry(int index) {
+    const QTreeWidgetItem& item = *Entries().topLevelItem(index);
+    return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(0).toStdString() + "|" +
+           item.text(3).toStdString();
+  }
+  QColor Colour(int index) { return Entries().topLevelItem(index)->foreground(0).color(); }
+  /// Something the operator does while the transfer runs.
+  template <typename Action>
+  void During(milliseconds delay, Action action) {
+    loop.After(delay, action);
+  }
+
+  DeviceFonts fonts;
+  testing_world::SimulatedLine line{loop, port};
+};
+
+TEST_F(DovuDialogTest, ListsTheStoredTerminalsAndTicksTheActiveOnes) {
+  Begin();
+  EXPECT_EQ(Entry(0) + Entry(1) + Entry(2), "*Tor|Pult|*alt|");
+  EXPECT_FALSE(Find("lblMomentbitte").isVisible());
+  Click("cmdDovuAlleAktiv");
+  EXPECT_EQ(Entry(1), "*Pult|");
+  Click("cmdDovuKeinsAktiv");
+  EXPECT_EQ(Entry(0) + Entry(1) + Entry(2), "Tor|Pult|alt|");
+  Click("cmdAbbruch");
+  EXPECT_FALSE(Find("frmDovu").isVisible());
+  Trigger("mnuDovuSenden");
+  EXPECT_EQ(Entry(0), "*Tor|");
+}
+
+TEST_F(DovuDialogTest, SendsAndColoursAndSendsTheFailedOnesAgain) {
+  Begin();
+  line.bus.At(0).SetFault(sim::Fault::Silent);
+  During(milliseconds(20), [this] {
+    EXPECT_TRUE(Find("lblMomentbitte").isVisible());
+    EXPECT_FALSE(Find("cmdSenden").isEnabled());
+  });
+  Click("cmdSenden");
+  EXPECT_EQ(Entry(0), "*Tor|keine Antwort");
+  EXPECT_EQ(Colour(0), QColor(255, 0, 0));
+  EXPECT_EQ(Entry(1), "Pult|");
+  EXPECT_EQ(Entry(2), "alt|gesendet, keine Prüfung möglich");
+  EXPECT_EQ(Text("lblErgebnis"), "0 gut, 0 falsch, 1 ohne Antwort, 1 Terminal ohne Prüfung.");
+  EXPECT_FALSE(Find("lblMomentbitte").isVisible());
+  line.bus.At(0).SetFault(sim::Fault::None);
+  Forget();
+  Click("cmdSenden");
+  EXPECT_EQ(Entry(0).substr(0, 8), "Tor|gut,");
+  EXPECT_EQ(Colour(0), QColor(0, 128, 0));
+  EXPECT_EQ(Written(), "→!A3;→C!→GC→!C0;→C?→!A254;");
+  EXPECT_TRUE(person.messages.empty());
+}
+
+TEST_F(DovuDialogTest, IsStoppedByItsButtonAndByItsFrame) {
+  Begin();
+  Click("cmdDovuAlleAktiv");
+  Entries().topLevelItem(2)->setCheckState(0, Qt::Unchecked);
+  During(milliseconds(10), [this] { Click("cmdAbbruch"); });
+  Click("cmdSenden");
+  EXPECT_EQ(Entry(1), "*Pult|wartet");
+  EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
+  EXPECT_TRUE(Find("frmDovu").isVisible());
+  During(milliseconds(10), [this] { Find("frmDovu").close(); });
+  Click("cmdSenden");
+  EXPECT_FALSE(Find("frmDovu").isVisible());
+  EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
+}
+
+TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
+  Begin();
+  During(milliseconds(30), [this] { port.Lose(); });
+  Click("cmdDovuAlleAktiv");
+  Click("cmdSenden");
+  EXPECT_EQ(Entry(0), "*Tor|keine Antwort");
+  EXPECT_NE(Text("lblErgebnis").find("ging verloren"), std::string::npos);
+  Forget();
+  Click("cmdSenden");
+  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
+  EXPECT_FALSE(Find("frmDovu").isVisible());
+  Choose("cboCom_13", "Com 6");
+  Trigger("mnuDovuSenden");
+  During(milliseconds(30), [this] { window->close(); });
+  Click("cmdSenden");
+  EXPECT_FALSE(Find("frmDovu").isVisible());
+}
+
+}  // namespace
+}  // namespace kelvo
