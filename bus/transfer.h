@@ -38,7 +38,7 @@ struct TransferEntry {
   TransferState state = TransferState::None;
   int percent = 0;             ///< sent, while Sending
   std::uint16_t expected = 0;  ///< its checksum when it has received the drawing
-  std::string answer;          ///< to "C?", where that was wrong; a wire text
+  std::string answer{};        ///< to "C?", where that was wrong; a wire text
 
   bool Failed() const {
     return state == TransferState::WrongSum || state == TransferState::NoAnswer;

@@ -39,6 +39,7 @@ unsigned char Resampled(unsigned char byte, int senderBaud, int receiverBaud) {
 Terminal* Bus::Add(TerminalSetup setup, const DeviceFonts& fonts) {
   if (terminals_.size() >= kMost) return nullptr;
   terminals_.push_back(std::make_unique<Terminal>(std::move(setup), fonts));
+  drivers_.emplace_back();
   return terminals_.back().get();
 }
 
@@ -66,17 +67,29 @@ std::optional<Time> Bus::OutputReady() const {
 
 std::optional<Bus::Character> Bus::Take(Time now) {
   std::optional<Character> character;
-  int drivers = 0;
-  for (const auto& terminal : terminals_) {
-    const std::optional<Time> ready = terminal->OutputReady();
-    if (!ready || *ready > now) continue;
-    const unsigned char byte = terminal->TakeOutput();
-    if (!character) {
-      character = {byte, terminal->Interface1().baud, terminal->Interface1().stopBits};
-    } else {
-      character->byte = Collide(character->byte, byte, drivers);
+  int before = 0;
+  for (std::size_t i = 0; i < terminals_.size(); ++i) {
+    Terminal& terminal = *terminals_[i];
+    Driver& driver = drivers_[i];
+    const std::optional<Time> ready = terminal.OutputReady();
+    if (!ready || *ready > now) {
+      driver.on = false;
+      continue;
     }
-    ++drivers;
+    // No two Terminals are equally quick: where several answer, each begins a character later
+    // than the one before it, and so the end of the last one's answer stands alone.
+    if (!driver.on) driver = {true, before};
+    const int position = before++;
+    if (driver.slotsToWait > 0) {
+      --driver.slotsToWait;
+      continue;
+    }
+    const unsigned char byte = terminal.TakeOutput();
+    if (!character) {
+      character = {byte, terminal.Interface1().baud, terminal.Interface1().stopBits};
+    } else {
+      character->byte = Collide(character->byte, byte, position);
+    }
   }
   return character;
 }

@@ -41,7 +41,13 @@ class Bus {
   std::optional<Character> Take(Time now);
 
  private:
+  struct Driver {
+    bool on = false;
+    int slotsToWait = 0;
+  };
+
   std::vector<std::unique_ptr<Terminal>> terminals_;
+  std::vector<Driver> drivers_;  // of each Terminal
 };
 
 }  // namespace kelvo::sim

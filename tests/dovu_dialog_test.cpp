@@ -73,7 +73,7 @@ TEST_F(DovuDialogTest, SendsAndColoursAndSendsTheFailedOnesAgain) {
   Click("cmdSenden");
   EXPECT_EQ(Entry(0).substr(0, 8), "Tor|gut,");
   EXPECT_EQ(Colour(0), QColor(0, 128, 0));
-  EXPECT_EQ(Written(), "→!A3;→C!→GC→!C0;→C?→!A254;");
+  EXPECT_EQ(Written(), "←!A3;←C!←GC←!C0;←C?←!A254;");
   EXPECT_TRUE(person.messages.empty());
 }
 
@@ -94,7 +94,7 @@ TEST_F(DovuDialogTest, IsStoppedByItsButtonAndByItsFrame) {
 
 TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   Begin();
-  During(milliseconds(30), [this] { port.Lose(); });
+  During(milliseconds(8), [this] { port.Lose(); });
   Click("cmdDovuAlleAktiv");
   Click("cmdSenden");
   EXPECT_EQ(Entry(0), "*Tor|keine Antwort");
@@ -105,7 +105,7 @@ TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   EXPECT_FALSE(Find("frmDovu").isVisible());
   Choose("cboCom_13", "Com 6");
   Trigger("mnuDovuSenden");
-  During(milliseconds(30), [this] { window->close(); });
+  During(milliseconds(8), [this] { window->close(); });
   Click("cmdSenden");
   EXPECT_FALSE(Find("frmDovu").isVisible());
 }

@@ -153,7 +153,7 @@ TEST_F(SearchPageTest, SearchShowsItsProgressAndCanBeStopped) {
   });
   Search("99");
   EXPECT_EQ(progress.substr(0, 61),
-            "Adresse 3 von 99, 1 gefunden, 0 Fehler/Kollision, noch etwa 4");
+            "Adresse 3 von 99, 1 gefunden, 0 Fehler/Kollision, noch etwa 3");
   EXPECT_EQ(Results().topLevelItemCount(), 4);
   EXPECT_TRUE(Find("cmdDovusuchen").isEnabled());
   EXPECT_TRUE(Find("cmdDovuUebernehmen").isEnabled());

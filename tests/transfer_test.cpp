@@ -67,6 +67,7 @@ TEST_F(TransferTest, AllTickedIsOneBroadcastAndThenOneQuestionEach) {
   Send();
   EXPECT_EQ(Frame(), "~!A255;~C!<payload>~!A254;~!A3;~C?~!A7;~C?~!A200;~C?~!A254;");
   EXPECT_EQ(States(), "gut, P|gut, P|gut, P|");
+  loop.RunFor(milliseconds(20));
   for (std::size_t i = 0; i < 3; ++i) {
     EXPECT_TRUE(At(i).Display().Pixels().At(30, 20));
     EXPECT_FALSE(At(i).Selected());
@@ -94,7 +95,7 @@ TEST_F(TransferTest, BroadcastNeverAsksTerminalsWithoutChecksum) {
 }
 
 TEST_F(TransferTest, FailedOnesStayTickedAndAreTheOnlyOnesToBeSentAgain) {
-  At(0).SetFault(sim::Fault::Drops);
+  At(0).SetFault(sim::Fault::Garbled);
   At(2).SetFault(sim::Fault::Silent);
   Send();
   EXPECT_EQ(entries[0].ticked, true);
@@ -168,7 +169,7 @@ TEST_F(TransferTest, StopsBeforeTheNextTerminalAndStillCloses) {
 
 TEST_F(TransferTest, LostLineEndsItAndNothingCountsAsSent) {
   for (const bool all : {true, false}) {
-    for (const int ms : {1, 10, 40, 55, 70}) {
+    for (const int ms : {1, 5, 10, 15}) {
       port.Open();
       for (TransferEntry& entry : entries) entry.ticked = true;
       entries[0].checksum = false;
@@ -176,7 +177,7 @@ TEST_F(TransferTest, LostLineEndsItAndNothingCountsAsSent) {
       loop.After(milliseconds(ms), [this] { port.Lose(); });
       Send();
       EXPECT_NE(entries[1].state, TransferState::Good) << all << ms;
-      if (ms < 10) EXPECT_TRUE(entries[0].ticked);
+      EXPECT_TRUE(entries[0].ticked || ms > 5) << all << ms;
       loop.RunFor(milliseconds(2000));
     }
   }
