@@ -199,7 +199,7 @@ std::string InterfacePage::ChosenPort() const {
 }
 
 int InterfacePage::BaudRate() const {
-  return services_.com1.IsOpen() ? RoundToEven(Val(openSettings_)) : 0;
+  return services_.com1.IsOpen() ? RoundToEven(Val(openSettings_.text)) : 0;
 }
 
 QString InterfacePage::PortText() const {

@@ -13,12 +13,14 @@ namespace {
 struct Context {
   std::string_view rest;                // the line behind its first word
   std::vector<std::string_view> words;  // of the rest
+  std::optional<std::size_t> chosen;    // Terminal that the line names
   Station& station;
   const ConsoleActions& actions;
 
   std::string_view Word(std::size_t index) const {
     return index < words.size() ? words[index] : std::string_view();
   }
+  Terminal& Of(Bus& bus) const { return bus.At(chosen.value_or(0)); }
 };
 
 const std::string kOk = "ok";
@@ -56,7 +58,7 @@ std::string SetP1(const Context& c) {
   int lines = 0;
   if (!ReadNumber(c.Word(0), 0, 255, lines)) return Result(false);
   c.station.With(
-      [lines](Bus& bus, Line&, Time) { bus.At(0).SetP1(static_cast<unsigned char>(lines)); });
+      [&c, lines](Bus& bus, Line&, Time) { c.Of(bus).SetP1(static_cast<unsigned char>(lines)); });
   return kOk;
 }
 
@@ -69,16 +71,17 @@ std::string PressKey(const Context& c) {
     return Result(false);
   }
   if (!press) return kOk;  // the keypad sends nothing when a key is let go
-  const bool wired = c.station.With(
-      [=](Bus& bus, Line&, Time now) { return bus.At(0).PressKey(row, column, now); });
+  const bool wired = c.station.With([&c, row, column](Bus& bus, Line&, Time now) {
+    return c.Of(bus).PressKey(row, column, now);
+  });
   return wired ? kOk : "error not wired";
 }
 
 std::string Type(const Context& c) {
   const std::optional<std::string> text = Latin1(c.rest);
   if (!text) return "error not Latin-1";
-  c.station.With([&text](Bus& bus, Line&, Time now) {
-    for (const char key : *text) bus.At(0).Type(static_cast<unsigned char>(key), now);
+  c.station.With([&c, &text](Bus& bus, Line&, Time now) {
+    for (const char key : *text) c.Of(bus).Type(static_cast<unsigned char>(key), now);
   });
   return kOk;
 }
@@ -86,29 +89,33 @@ std::string Type(const Context& c) {
 std::string SendFromInterface2(const Context& c) {
   const std::optional<std::string> text = Latin1(c.rest);
   if (!text) return "error not Latin-1";
-  c.station.With([&text](Bus& bus, Line&, Time now) { bus.At(0).ReceiveInterface2(*text, now); });
+  c.station.With(
+      [&c, &text](Bus& bus, Line&, Time now) { c.Of(bus).ReceiveInterface2(*text, now); });
   return kOk;
 }
 
 std::string Power(const Context& c) {
   bool on = false;
   if (!ReadSwitch(c.Word(0), on)) return Result(false);
-  c.station.With([on](Bus& bus, Line&, Time now) { bus.At(0).SetPower(on, now); });
+  c.station.With([&c, on](Bus& bus, Line&, Time now) { c.Of(bus).SetPower(on, now); });
   return kOk;
 }
 
 std::string Reset(const Context& c) {
-  c.station.With([](Bus& bus, Line&, Time now) {
-    bus.At(0).PowerOff();
-    bus.At(0).PowerOn(now);
+  c.station.With([&c](Bus& bus, Line&, Time now) {
+    c.Of(bus).PowerOff();
+    c.Of(bus).PowerOn(now);
   });
   return kOk;
 }
 
 std::string SetFault(const Context& c) {
-  const std::optional<Fault> fault = FaultNamed(c.Word(0));
-  if (!fault) return Result(false);
-  c.station.With([&fault](Bus& bus, Line&, Time) { bus.At(0).SetFault(*fault); });
+  TerminalSetup setup;
+  if (!ReadFault(c.Word(0), setup)) return Result(false);
+  c.station.With([&c, &setup](Bus& bus, Line&, Time) {
+    c.Of(bus).SetFault(setup.fault);
+    c.Of(bus).SetFaultEvery(setup.faultEvery);
+  });
   return kOk;
 }
 
@@ -116,8 +123,8 @@ std::string SetEcho(const Context& c) {
   bool queries = false;
   bool everything = false;
   if (!ReadEcho(c.Word(0), queries, everything)) return Result(false);
-  c.station.With([=](Bus& bus, Line& line, Time) {
-    bus.At(0).SetEchoQueries(queries);
+  c.station.With([&c, queries, everything](Bus& bus, Line& line, Time) {
+    c.Of(bus).SetEchoQueries(queries);
     line.SetEcho(everything);
   });
   return kOk;
@@ -127,14 +134,14 @@ std::string SetVersion(const Context& c) {
   TerminalSetup setup;
   if (!ReadVersion(c.Word(0), setup)) return Result(false);
   c.station.With(
-      [&setup](Bus& bus, Line&, Time) { bus.At(0).SetVersion(setup.version, setup.flash); });
+      [&c, &setup](Bus& bus, Line&, Time) { c.Of(bus).SetVersion(setup.version, setup.flash); });
   return kOk;
 }
 
 std::string SetAddress(const Context& c) {
   int address = 0;
   if (!ReadNumber(c.Word(0), 0, 255, address)) return Result(false);
-  c.station.With([address](Bus& bus, Line&, Time) { bus.At(0).SetAddress(address); });
+  c.station.With([&c, address](Bus& bus, Line&, Time) { c.Of(bus).SetAddress(address); });
   return kOk;
 }
 
@@ -154,12 +161,12 @@ std::string Plug(const Context& c) {
 
 std::string WritePng(const Context& c) {
   if (c.rest.empty()) return Result(false);
-  return c.actions.writePng(std::string(c.rest)) ? kOk : "error cannot write";
+  return c.actions.writePng(std::string(c.rest), c.chosen) ? kOk : "error cannot write";
 }
 
 std::string Status(const Context& c) {
-  return c.station.With([](Bus& bus, Line&, Time) {
-    const Terminal& terminal = bus.At(0);
+  return c.station.With([&c](Bus& bus, Line&, Time) {
+    const Terminal& terminal = c.Of(bus);
     const PixelMap& pixels = terminal.Display().Pixels();
     return std::string("ok power=") + std::string(terminal.Powered() ? "on" : "off") +
            " selected=" + (terminal.Selected() ? "yes" : "no") +
@@ -168,6 +175,11 @@ std::string Status(const Context& c) {
            " display=" + std::to_string(pixels.Width()) + "x" + std::to_string(pixels.Height()) +
            " baud=" + std::to_string(terminal.Interface1().baud);
   });
+}
+
+std::string Count(const Context& c) {
+  const std::size_t count = c.station.With([](Bus& bus, Line&, Time) { return bus.Count(); });
+  return kOk + " " + std::to_string(count);
 }
 
 std::string Quit(const Context& c) {
@@ -185,7 +197,8 @@ constexpr std::pair<std::string_view, std::string (*)(const Context&)> kCommands
     {"version", SetVersion}, {"address", SetAddress},
     {"unplug", Unplug},      {"plug", Plug},
     {"png", WritePng},       {"status", Status},
-    {"help", Help},          {"quit", Quit},
+    {"count", Count},        {"help", Help},
+    {"quit", Quit},
 };
 
 std::string Help(const Context&) {
@@ -194,14 +207,31 @@ std::string Help(const Context&) {
   return names;
 }
 
+// Takes "@n " off the line; nothing when there is no such Terminal.
+std::optional<std::size_t> TakeTerminal(std::string_view& line, Station& station) {
+  const std::size_t blank = std::min(line.find(' '), line.size());
+  const std::size_t count = station.With([](Bus& bus, Line&, Time) { return bus.Count(); });
+  int number = 0;
+  if (!ReadNumber(line.substr(1, blank - 1), 1, static_cast<int>(count), number)) {
+    return std::nullopt;
+  }
+  line.remove_prefix(std::min(blank + 1, line.size()));
+  return static_cast<std::size_t>(number - 1);
+}
+
 }  // namespace
 
 std::string RunConsoleLine(std::string_view line, Station& station, const ConsoleActions& actions) {
   if (line.ends_with('\r')) line.remove_suffix(1);
+  std::optional<std::size_t> chosen;
+  if (line.starts_with('@')) {
+    chosen = TakeTerminal(line, station);
+    if (!chosen) return "error no such terminal";
+  }
   const std::size_t blank = std::min(line.find(' '), line.size());
   const std::string_view rest = line.substr(std::min(blank + 1, line.size()));
   for (const auto& [name, run] : kCommands) {
-    if (name == line.substr(0, blank)) return run({rest, Words(rest), station, actions});
+    if (name == line.substr(0, blank)) return run({rest, Words(rest), chosen, station, actions});
   }
   return "error unknown command";
 }

@@ -3,8 +3,11 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -25,6 +28,25 @@ kelvo::sim::Handle TakeSignals() {
   return kelvo::sim::Handle(signalfd(-1, &set, SFD_CLOEXEC));
 }
 
+// The one Terminal, or those of the bus, each with a file for its EEPROM; otherwise the reason.
+std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
+                                         std::vector<kelvo::sim::TerminalOptions>& terminals) {
+  if (options.busFile.empty()) {
+    terminals = {options.terminal};
+  } else {
+    std::ifstream file(options.busFile, std::ios::binary);
+    if (!file) return "kann nicht gelesen werden";
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    if (auto error = kelvo::sim::ReadBus(text, options.terminal, terminals)) return error;
+  }
+  for (std::size_t i = 0; i < terminals.size(); ++i) {
+    const std::string number = i == 0 ? "" : std::to_string(i + 1);
+    std::string& path = terminals[i].eepromFile;
+    if (path.empty()) path = kelvo::sim::ProgramFolder() + "/simulator" + number + ".eeprom";
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -40,7 +62,11 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (options.port.empty()) options.port = ProgramFolder() + "/simulator.tty";
-  if (options.eepromFile.empty()) options.eepromFile = ProgramFolder() + "/simulator.eeprom";
+  std::vector<TerminalOptions> terminals;
+  if (const auto error = TakeTerminals(options, terminals)) {
+    std::cerr << "kelvo-simulator: " << options.busFile << ": " << *error << '\n';
+    return 2;
+  }
 
   const Handle signalHandle = TakeSignals();
   int nameOnly = 1;  // Qt would take "--display" for its own
@@ -51,7 +77,7 @@ int main(int argc, char** argv) {
     application = std::make_unique<QCoreApplication>(nameOnly, argv);
   }
   try {
-    Program program(options, signalHandle.Get());
+    Program program(options, std::move(terminals), signalHandle.Get());
     program.Start();
     return QCoreApplication::exec();
   } catch (const std::system_error& error) {

@@ -14,6 +14,14 @@ struct OptionRow {
   bool (*apply)(Options&, std::string_view);
 };
 
+// An option of one Terminal, which stands in a bus file as well.
+struct TerminalRow {
+  std::string_view name;  // without "--"
+  std::string_view value;
+  std::string_view help;
+  bool (*apply)(TerminalOptions&, std::string_view);
+};
+
 bool ReadSize(std::string_view text, int& width, int& height) {
   const std::size_t x = text.find('x');
   return x != std::string_view::npos && ReadNumber(text.substr(0, x), 20, 640, width) &&
@@ -32,13 +40,6 @@ bool ReadPath(std::string_view text, std::string& path) {
   return !text.empty();
 }
 
-bool ReadFault(std::string_view text, Options& options) {
-  options.unplugged = text == "unplugged";
-  const std::optional<Fault> fault = FaultNamed(options.unplugged ? "none" : text);
-  if (fault) options.terminal.fault = *fault;
-  return fault.has_value();
-}
-
 bool ReadP1(std::string_view text, unsigned char& lines) {
   int number = 0;
   if (!ReadNumber(text, 0, 255, number)) return false;
@@ -47,30 +48,42 @@ bool ReadP1(std::string_view text, unsigned char& lines) {
 }
 
 using O = Options;
+using T = TerminalOptions;
 using V = std::string_view;
 
+constexpr TerminalRow kTerminalRows[] = {
+    {"version", "TEXT", "Version des Terminals, mit F am Ende: mit Flash (2.10F)",
+     [](T& t, V v) { return ReadVersion(v, t.setup); }},
+    {"flash", "on|off", "Flash vorhanden (on)",
+     [](T& t, V v) { return ReadSwitch(v, t.setup.flash); }},
+    {"checksum", "on|off", "Terminal kann Prüfsummen bilden (on)",
+     [](T& t, V v) { return ReadSwitch(v, t.setup.checksum); }},
+    {"address", "N", "Adresse am Bus, 0 bis 255 (0)",
+     [](T& t, V v) { return ReadNumber(v, 0, 255, t.setup.address); }},
+    {"baud", "N", "Baudrate des Terminals, solange keine gespeichert ist (19200)",
+     [](T& t, V v) { return ReadBaud(v, t.setup.baud); }},
+    {"display", "BxH", "Auflösung, solange keine gespeichert ist (240x128)",
+     [](T& t, V v) { return ReadSize(v, t.setup.width, t.setup.height); }},
+    {"p1", "N", "Eingänge von Port P1, 0 bis 255 (0)", [](T& t, V v) { return ReadP1(v, t.p1); }},
+    {"eeprom", "DATEI", "Datei des EEPROMs (simulator.eeprom neben dem Programm)",
+     [](T& t, V v) { return ReadPath(v, t.eepromFile); }},
+    {"eeprom-size", "N", "Größe des EEPROMs in Byte, 256 bis 65536 (8192)",
+     [](T& t, V v) { return ReadNumber(v, 256, 65536, t.setup.eepromBytes); }},
+    {"fault", "ART", "none, silent, nak, garbled, late, slow, drops, doubles, flips (none)",
+     [](T& t, V v) { return ReadFault(v, t.setup); }},
+};
+
 constexpr OptionRow kRows[] = {
-    {"--version", "TEXT", "Version des Terminals, mit F am Ende: mit Flash (2.10F)",
-     [](O& o, V v) { return ReadVersion(v, o.terminal); }},
-    {"--flash", "on|off", "Flash vorhanden (on)",
-     [](O& o, V v) { return ReadSwitch(v, o.terminal.flash); }},
-    {"--checksum", "on|off", "Terminal kann Prüfsummen bilden (on)",
-     [](O& o, V v) { return ReadSwitch(v, o.terminal.checksum); }},
-    {"--address", "N", "Adresse am Bus, 0 bis 255 (0)",
-     [](O& o, V v) { return ReadNumber(v, 0, 255, o.terminal.address); }},
+    {"--bus", "DATEI", "viele Terminals: je Zeile eines, als address=5 version=1.9 fault=flips:500",
+     [](O& o, V v) { return ReadPath(v, o.busFile); }},
     {"--echo", "off|query|line", "Terminal wiederholt Abfragen; Leitung wiederholt alles (off)",
-     [](O& o, V v) { return ReadEcho(v, o.terminal.echoQueries, o.lineEcho); }},
-    {"--baud", "N", "Baudrate des Terminals, solange keine gespeichert ist (19200)",
-     [](O& o, V v) { return ReadBaud(v, o.terminal.baud); }},
-    {"--display", "BxH", "Auflösung, solange keine gespeichert ist (240x128)",
-     [](O& o, V v) { return ReadSize(v, o.terminal.width, o.terminal.height); }},
-    {"--p1", "N", "Eingänge von Port P1, 0 bis 255 (0)", [](O& o, V v) { return ReadP1(v, o.p1); }},
-    {"--eeprom", "DATEI", "Datei des EEPROMs (simulator.eeprom neben dem Programm)",
-     [](O& o, V v) { return ReadPath(v, o.eepromFile); }},
-    {"--eeprom-size", "N", "Größe des EEPROMs in Byte, 256 bis 65536 (8192)",
-     [](O& o, V v) { return ReadNumber(v, 256, 65536, o.terminal.eepromBytes); }},
-    {"--fault", "ART", "none, silent, nak, garbled, late, drops, unplugged (none)",
-     [](O& o, V v) { return ReadFault(v, o); }},
+     [](O& o, V v) { return ReadEcho(v, o.terminal.setup.echoQueries, o.lineEcho); }},
+    {"--fault", "ART",
+     "none, silent, nak, garbled, late, slow, drops, doubles, flips, unplugged (none)",
+     [](O& o, V v) {
+       o.unplugged = v == "unplugged";
+       return ReadFault(o.unplugged ? "none" : v, o.terminal.setup);
+     }},
     {"--no-pacing", "", "Zeichen brauchen auf der Leitung keine Zeit",
      [](O& o, V) { return !(o.paced = false); }},
     {"--port", "PFAD", "unter diesem Pfad erscheint die Schnittstelle (simulator.tty)",
@@ -87,45 +100,114 @@ constexpr OptionRow kRows[] = {
 };
 
 constexpr std::pair<std::string_view, Fault> kFaults[] = {
-    {"none", Fault::None},       {"silent", Fault::Silent}, {"nak", Fault::Nak},
-    {"garbled", Fault::Garbled}, {"late", Fault::Late},     {"drops", Fault::Drops},
+    {"none", Fault::None},       {"silent", Fault::Silent},   {"nak", Fault::Nak},
+    {"garbled", Fault::Garbled}, {"late", Fault::Late},       {"drops", Fault::Drops},
+    {"slow", Fault::Slow},       {"doubles", Fault::Doubles}, {"flips", Fault::Flips},
 };
+
+template <typename Rows>
+auto* FindRow(const Rows& rows, std::string_view name) {
+  const auto* row = std::find_if(std::begin(rows), std::end(rows),
+                                 [name](const auto& r) { return r.name == name; });
+  return row == std::end(rows) ? nullptr : row;
+}
+
+// The reason when it does not go.
+std::optional<std::string> Apply(const std::string& name, std::string_view value,
+                                 TerminalOptions& options) {
+  const TerminalRow* const row = FindRow(kTerminalRows, name);
+  if (row == nullptr) return "unbekannte Option: " + name;
+  if (row->apply(options, value)) return std::nullopt;
+  return "ungültiger Wert für " + name + ": " + std::string(value);
+}
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(separator), text.size());
+    if (end > 0) parts.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return parts;
+}
+
+std::optional<std::string> ReadBusLine(std::string_view line, TerminalOptions& options) {
+  for (const std::string_view word : Split(line, ' ')) {
+    const std::size_t equals = std::min(word.find('='), word.size());
+    const std::string_view value = word.substr(std::min(equals + 1, word.size()));
+    if (auto error = Apply(std::string(word.substr(0, equals)), value, options)) return error;
+  }
+  return std::nullopt;
+}
+
+std::string HelpLine(const std::string& name, std::string_view value, std::string_view help) {
+  std::string left = "  " + name + " " + std::string(value);
+  left.resize(std::max<std::size_t>(left.size() + 1, 26), ' ');
+  return left + std::string(help) + "\n";
+}
 
 }  // namespace
 
 std::optional<std::string> ReadOptions(std::span<const std::string> arguments, Options& options) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& name = arguments[i];
-    const auto row = std::find_if(std::begin(kRows), std::end(kRows),
-                                  [&name](const OptionRow& r) { return r.name == name; });
-    if (row == std::end(kRows)) return "unbekannte Option: " + name;
+    const OptionRow* const row = FindRow(kRows, name);
+    const TerminalRow* const terminalRow =
+        name.starts_with("--") ? FindRow(kTerminalRows, name.substr(2)) : nullptr;
+    if (row == nullptr && terminalRow == nullptr) return "unbekannte Option: " + name;
+    const std::string_view expected = row != nullptr ? row->value : terminalRow->value;
     std::string_view value;
-    if (!row->value.empty()) {
-      if (++i == arguments.size()) return name + " braucht einen Wert: " + std::string(row->value);
+    if (!expected.empty()) {
+      if (++i == arguments.size()) return name + " braucht einen Wert: " + std::string(expected);
       value = arguments[i];
     }
-    if (!row->apply(options, value)) {
-      return "ungültiger Wert für " + name + ": " + std::string(value);
-    }
+    const bool valid =
+        row != nullptr ? row->apply(options, value) : terminalRow->apply(options.terminal, value);
+    if (!valid) return "ungültiger Wert für " + name + ": " + std::string(value);
   }
+  return std::nullopt;
+}
+
+std::optional<std::string> ReadBus(std::string_view file, const TerminalOptions& common,
+                                   std::vector<TerminalOptions>& terminals) {
+  int number = 0;
+  while (!file.empty()) {
+    const std::size_t end = std::min(file.find('\n'), file.size());
+    std::string_view line = file.substr(0, end);
+    file.remove_prefix(std::min(end + 1, file.size()));
+    ++number;
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.starts_with('#') || line.find_first_not_of(' ') == std::string_view::npos) continue;
+    TerminalOptions terminal = common;
+    auto error = ReadBusLine(line, terminal);
+    if (!error && terminals.size() == Bus::kMost) error = "zu viele Terminals";
+    if (error) return "Zeile " + std::to_string(number) + ": " + *error;
+    terminals.push_back(terminal);
+  }
+  if (terminals.empty()) return "kein Terminal beschrieben";
   return std::nullopt;
 }
 
 std::string OptionHelp() {
   std::string text = "kelvo-simulator: ein simuliertes Terminal an einer Pseudo-Schnittstelle\n\n";
-  for (const OptionRow& row : kRows) {
-    std::string left = "  " + std::string(row.name) + " " + std::string(row.value);
-    left.resize(std::max<std::size_t>(left.size() + 1, 26), ' ');
-    text += left + std::string(row.help) + "\n";
+  for (const TerminalRow& row : kTerminalRows) {
+    const std::string name = "--" + std::string(row.name);
+    if (FindRow(kRows, name) == nullptr) text += HelpLine(name, row.value, row.help);
   }
+  for (const OptionRow& row : kRows) text += HelpLine(std::string(row.name), row.value, row.help);
   return text;
 }
 
-std::optional<Fault> FaultNamed(std::string_view name) {
+bool ReadFault(std::string_view text, TerminalSetup& setup) {
+  const std::size_t colon = std::min(text.find(':'), text.size());
   for (const auto& [word, fault] : kFaults) {
-    if (word == name) return fault;
+    if (word != text.substr(0, colon)) continue;
+    setup.fault = fault;
+    setup.faultEvery = TerminalSetup().faultEvery;
+    return colon == text.size() ||
+           ReadNumber(text.substr(colon + 1), 1, 1'000'000, setup.faultEvery);
   }
-  return std::nullopt;
+  return false;
 }
 
 std::string_view NameOf(Fault fault) {

@@ -4,19 +4,26 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "simulator/terminal.h"
+#include "simulator/bus.h"
 
 namespace kelvo::sim {
 
+/// One Terminal on the line.
+struct TerminalOptions {
+  TerminalSetup setup;
+  unsigned char p1 = 0;
+  std::string eepromFile;  ///< empty: simulator.eeprom in the program's folder, or a numbered one
+};
+
 /// What the command line settles.
 struct Options {
-  TerminalSetup terminal;
+  TerminalOptions terminal;  ///< the only one, or what those of the bus have in common
+  std::string busFile;       ///< empty: one Terminal
   bool lineEcho = false;
   bool paced = true;
   bool unplugged = false;
-  unsigned char p1 = 0;
-  std::string eepromFile;  ///< empty: simulator.eeprom in the program's folder
   std::string port;        ///< empty: simulator.tty in the program's folder
   std::string displayPng;  ///< not empty: no window, but this file
   bool commands = false;   ///< command lines on standard input
@@ -26,13 +33,24 @@ struct Options {
 
 /// Reads the arguments (without the program's name) into `options`; otherwise the reason, German.
 std::optional<std::string> ReadOptions(std::span<const std::string> arguments, Options& options);
+/// Reads the description of a bus, at most Bus::kMost Terminals, into `terminals`; otherwise the
+/// reason, German, with the line's number.
+///
+///   file = { line LF }
+///   line = { name "=" value }     separated by blanks; an option of one Terminal, without "--"
+///        | "#" comment            | nothing
+///
+/// Each line with an option is a Terminal; what it does not say is as in `common`.
+std::optional<std::string> ReadBus(std::string_view file, const TerminalOptions& common,
+                                   std::vector<TerminalOptions>& terminals);
 /// The table of all options as a text, German.
 std::string OptionHelp();
 
 // The words that options and command lines share. Each is false for a word that it does not know.
 
-/// "none", "silent", "nak", "garbled", "late", "drops".
-std::optional<Fault> FaultNamed(std::string_view name);
+/// "none", "silent", "nak", "garbled", "late", "slow", "drops", "doubles", "flips"; the last three
+/// may have the distance of the faults in characters behind them ("flips:500"), which is else 7.
+bool ReadFault(std::string_view text, TerminalSetup& setup);
 std::string_view NameOf(Fault fault);
 /// "2.10" or "2.10F": at most 20 characters without ";", beginning with a digit.
 bool ReadVersion(std::string_view text, TerminalSetup& setup);

@@ -3,7 +3,9 @@
 #include <QImage>
 #include <QSize>
 #include <string>
+#include <vector>
 
+#include "graphics/device_font.h"
 #include "graphics/pixel_map.h"
 
 namespace kelvo::sim {
@@ -15,7 +17,18 @@ QImage LcdImage(const PixelMap& pixels, int scale, bool powered);
 /// Its size in pixels.
 QSize LcdImageSize(const PixelMap& pixels, int scale);
 
+/// One Terminal's place in a picture of many.
+struct WallTile {
+  PixelMap pixels;
+  bool powered = false;
+  std::string caption;  ///< Latin-1
+  bool operator==(const WallTile&) const = default;
+};
+
+/// All displays side by side, each with its caption; a single one is its display alone.
+QImage WallImage(const std::vector<WallTile>& wall, const DeviceFonts& fonts);
 /// Writes that image as PNG in one step; false on an error.
-bool WriteLcdPng(const PixelMap& pixels, bool powered, const std::string& path);
+bool WriteWallPng(const std::vector<WallTile>& wall, const DeviceFonts& fonts,
+                  const std::string& path);
 
 }  // namespace kelvo::sim

@@ -11,7 +11,7 @@
 
 #include "simulator/console.h"
 #include "simulator/files.h"
-#include "simulator/picture.h"
+#include "simulator/wall_window.h"
 #include "simulator/window.h"
 
 namespace kelvo::sim {
@@ -39,14 +39,17 @@ void LoadEepromFile(const std::string& path, Eeprom& eeprom) {
 
 }  // namespace
 
-Program::Program(const Options& options, int signalHandle) : options_(options) {
+Program::Program(const Options& options, std::vector<TerminalOptions> terminals, int signalHandle)
+    : options_(options), terminals_(std::move(terminals)) {
   station_ = std::make_unique<Station>(options_.port, LoadFonts());
   station_->Wire().SetPaced(options_.paced);
   station_->Wire().SetEcho(options_.lineEcho);
-  Terminal& terminal = *station_->Add(options_.terminal);
-  terminal.SetP1(options_.p1);
-  LoadEepromFile(options_.eepromFile, terminal.Memory());
-  savedRevision_ = terminal.Memory().Revision();
+  for (const TerminalOptions& one : terminals_) {
+    Terminal& terminal = *station_->Add(one.setup);
+    terminal.SetP1(one.p1);
+    LoadEepromFile(one.eepromFile, terminal.Memory());
+    savedRevisions_.push_back(terminal.Memory().Revision());
+  }
 
   refresh_.setSingleShot(true);
   save_.setSingleShot(true);
@@ -69,16 +72,29 @@ Program::~Program() {
 void Program::Start() {
   station_->SetActivityHandler(
       [this] { QMetaObject::invokeMethod(this, &Program::OnActivity, Qt::QueuedConnection); });
-  station_->With([](Bus& bus, Line&, Time now) { bus.At(0).PowerOn(now); });
+  station_->With([](Bus& bus, Line&, Time now) {
+    for (std::size_t i = 0; i < bus.Count(); ++i) bus.At(i).PowerOn(now);
+  });
   station_->Start();
-  if (options_.window) {
-    window_ = std::make_unique<SimulatorWindow>(*station_, options_.port);
-    connect(window_.get(), &SimulatorWindow::Operated, this, &Program::OnActivity);
-    window_->show();
-  }
+  if (options_.window) ShowWindow();
   Refresh();
   if (options_.unplugged) station_->Unplug();
   std::cout << options_.port << std::endl;
+}
+
+void Program::ShowWindow() {
+  const auto show = [this](auto window) {
+    using Window = std::remove_pointer_t<decltype(window)>;
+    window_.reset(window);
+    refreshWindow_ = [window] { window->Refresh(); };
+    connect(window, &Window::Operated, this, &Program::OnActivity);
+    window->show();
+  };
+  if (terminals_.size() == 1) {
+    show(new SimulatorWindow(*station_, options_.port, 0));
+  } else {
+    show(new WallWindow(*station_, options_.port));
+  }
 }
 
 void Program::OnActivity() {
@@ -87,42 +103,59 @@ void Program::OnActivity() {
 
 void Program::Refresh() {
   station_->Acknowledge();
-  const std::uint64_t revision =
-      station_->With([](Bus& bus, Line&, Time) { return bus.At(0).Memory().Revision(); });
-  if (revision != savedRevision_ && !save_.isActive()) save_.start(kSavePause);
-  if (!options_.displayPng.empty()) WritePng(options_.displayPng);
-  if (window_) window_->Refresh();
+  const bool changed = station_->With([this](Bus& bus, Line&, Time) {
+    for (std::size_t i = 0; i < bus.Count(); ++i) {
+      if (bus.At(i).Memory().Revision() != savedRevisions_[i]) return true;
+    }
+    return false;
+  });
+  if (changed && !save_.isActive()) save_.start(kSavePause);
+  if (!options_.displayPng.empty()) WriteDisplayFile();
+  if (refreshWindow_) refreshWindow_();
 }
 
 void Program::SaveEeprom() {
-  std::string file;
-  const bool changed = station_->With([&](Bus& bus, Line&, Time) {
-    const Eeprom& memory = bus.At(0).Memory();
-    if (memory.Revision() == savedRevision_) return false;
-    savedRevision_ = memory.Revision();
-    file = memory.Save();
-    return true;
+  std::vector<std::pair<std::string, std::string>> files;
+  station_->With([&](Bus& bus, Line&, Time) {
+    for (std::size_t i = 0; i < bus.Count(); ++i) {
+      const Eeprom& memory = bus.At(i).Memory();
+      if (memory.Revision() == savedRevisions_[i]) continue;
+      savedRevisions_[i] = memory.Revision();
+      files.emplace_back(terminals_[i].eepromFile, memory.Save());
+    }
   });
-  if (changed && !ReplaceFile(options_.eepromFile, file)) {
-    std::cerr << "kelvo-simulator: kann " << options_.eepromFile << " nicht schreiben\n";
+  for (const auto& [path, content] : files) {
+    if (ReplaceFile(path, content)) continue;
+    std::cerr << "kelvo-simulator: kann " << path << " nicht schreiben\n";
   }
 }
 
 // A blinking cursor is shown, so that the picture depends on what was received alone.
-bool Program::WritePng(const std::string& path) {
-  PixelMap picture;
-  const bool powered = station_->With([&picture](Bus& bus, Line&, Time) {
-    picture = bus.At(0).Display().Picture(true);
-    return bus.At(0).Powered();
+std::vector<WallTile> Program::Wall() {
+  return station_->With([](Bus& bus, Line&, Time) {
+    std::vector<WallTile> wall;
+    for (std::size_t i = 0; i < bus.Count(); ++i) {
+      const Terminal& terminal = bus.At(i);
+      wall.push_back({terminal.Display().Picture(true), terminal.Powered(),
+                      "Adresse " + std::to_string(terminal.Setup().address)});
+    }
+    return wall;
   });
-  const bool isDisplayFile = path == options_.displayPng;
-  if (isDisplayFile && writtenPicture_ == picture && writtenPowered_ == powered) return true;
-  const bool written = WriteLcdPng(picture, powered, path);
+}
+
+bool Program::WriteDisplayFile() {
+  const std::vector<WallTile> wall = Wall();
+  if (wall == written_) return true;
+  const bool written = WriteWallPng(wall, station_->Fonts(), options_.displayPng);
+  if (written) written_ = wall;
+  return written;
+}
+
+bool Program::WritePng(const std::string& path, std::optional<std::size_t> terminal) {
+  std::vector<WallTile> wall = Wall();
+  if (terminal) wall = {wall[*terminal]};
+  const bool written = WriteWallPng(wall, station_->Fonts(), path);
   if (!written) std::cerr << "kelvo-simulator: kann " << path << " nicht schreiben\n";
-  if (isDisplayFile && written) {
-    writtenPicture_ = picture;
-    writtenPowered_ = powered;
-  }
   return written;
 }
 
@@ -143,8 +176,11 @@ void Program::ReadCommands() {
 }
 
 void Program::RunLine(const std::string& line) {
-  const ConsoleActions actions{[this](const std::string& path) { return WritePng(path); },
-                               [] { QCoreApplication::quit(); }};
+  const ConsoleActions actions{
+      [this](const std::string& path, std::optional<std::size_t> terminal) {
+        return WritePng(path, terminal);
+      },
+      [] { QCoreApplication::quit(); }};
   std::cout << RunConsoleLine(line, *station_, actions) << std::endl;
   OnActivity();
 }

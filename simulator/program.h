@@ -2,52 +2,57 @@
 
 #include <QObject>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "graphics/pixel_map.h"
 #include "simulator/options.h"
+#include "simulator/picture.h"
 #include "simulator/station.h"
 
 class QSocketNotifier;
+class QWidget;
 
 namespace kelvo::sim {
 
-class SimulatorWindow;
-
-/// The running program: the station, its files, and what the operator sees of it.
+/// The running program: the station, its Terminals' files, and what the operator sees of it.
 class Program : public QObject {
   Q_OBJECT
 
  public:
   /// The options' paths are complete; `signalHandle` becomes readable when the program is to end.
   /// Throws what Station throws.
-  Program(const Options& options, int signalHandle);
+  Program(const Options& options, std::vector<TerminalOptions> terminals, int signalHandle);
   ~Program() override;
 
   /// Switches the Terminal on, says on standard output where the port is, and begins to serve it.
   void Start();
 
  private:
+  void ShowWindow();
   void OnActivity();
   void Refresh();
   void SaveEeprom();
   void ReadCommands();
   void RunLine(const std::string& line);
-  bool WritePng(const std::string& path);
+  bool WritePng(const std::string& path, std::optional<std::size_t> terminal);
+  bool WriteDisplayFile();
+  std::vector<WallTile> Wall();
 
   const Options options_;
+  const std::vector<TerminalOptions> terminals_;
   std::unique_ptr<Station> station_;
-  std::unique_ptr<SimulatorWindow> window_;
+  std::unique_ptr<QWidget> window_;
+  std::function<void()> refreshWindow_;
   std::unique_ptr<QSocketNotifier> signals_;
   std::unique_ptr<QSocketNotifier> input_;
   std::string partialLine_;
   QTimer refresh_;
   QTimer save_;
-  std::uint64_t savedRevision_ = 0;
-  std::optional<PixelMap> writtenPicture_;
-  bool writtenPowered_ = false;
+  std::vector<std::uint64_t> savedRevisions_;  // of each Terminal's EEPROM
+  std::vector<WallTile> written_;
 };
 
 }  // namespace kelvo::sim

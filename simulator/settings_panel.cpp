@@ -58,7 +58,10 @@ void SettingsPanel::FillFaults() {
   add(tr("lehnt ab (NAK)"), Fault::Nak);
   add(tr("antwortet verstümmelt"), Fault::Garbled);
   add(tr("antwortet spät"), Fault::Late);
+  add(tr("antwortet langsam"), Fault::Slow);
   add(tr("verliert Zeichen"), Fault::Drops);
+  add(tr("verdoppelt Zeichen"), Fault::Doubles);
+  add(tr("verfälscht Zeichen"), Fault::Flips);
   fault_->addItem(tr("abgezogen"), kUnplugged);
 }
 

@@ -29,6 +29,7 @@ class Station {
   ~Station();
 
   /// Before Start: sets the line up, adds Terminals.
+  const DeviceFonts& Fonts() const { return fonts_; }
   Line& Wire() { return line_; }
   Terminal* Add(TerminalSetup setup) { return bus_.Add(std::move(setup), fonts_); }
   /// Called in the serving thread after something has happened on the line, and then not again

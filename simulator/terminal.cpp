@@ -10,7 +10,7 @@ namespace {
 
 constexpr Time kBlinkHalf = std::chrono::milliseconds(500);
 constexpr Time kLate = std::chrono::milliseconds(700);
-constexpr int kDropEvery = 7;
+constexpr Time kSlow = std::chrono::milliseconds(300);
 constexpr unsigned char kGarbling = kAck ^ 'A';
 
 constexpr int kAllAddresses = 255;
@@ -66,7 +66,25 @@ bool Terminal::CursorLit(Time now) { return now / kBlinkHalf % 2 == 0; }
 void Terminal::Receive(unsigned char byte, Time now) {
   if (!powered_) return;
   Advance(now);
-  if (setup_.fault == Fault::Drops && ++faultCounter_ % kDropEvery == 0) return;
+  if (!FaultStrikes()) return Accept(byte);
+  if (setup_.fault == Fault::Flips) {
+    // Each bit twice in a row, so that two faults may leave the sum as it was.
+    const int hit = faultCounter_ / setup_.faultEvery - 1;
+    Accept(static_cast<unsigned char>(byte ^ 1 << hit / 2 % 8));
+  } else if (setup_.fault == Fault::Doubles) {
+    Accept(byte);
+    Accept(byte);
+  }
+}
+
+// Whether the character that is just received is one that the fault hits.
+bool Terminal::FaultStrikes() {
+  const Fault fault = setup_.fault;
+  if (fault != Fault::Drops && fault != Fault::Doubles && fault != Fault::Flips) return false;
+  return ++faultCounter_ % std::max(1, setup_.faultEvery) == 0;
+}
+
+void Terminal::Accept(unsigned char byte) {
   if (eraseStep_) {
     // What does not fit is lost, as when a host ignores the handshake.
     if (static_cast<int>(waiting_.size()) < interface1_.buffer) waiting_.push_back(byte);
@@ -112,7 +130,8 @@ void Terminal::Process(unsigned char byte) {
 
 void Terminal::Send(std::string_view bytes) {
   if (setup_.fault == Fault::Silent) return;
-  const Time ready = setup_.fault == Fault::Late ? now_ + kLate : now_;
+  const bool late = setup_.fault == Fault::Late;
+  const Time ready = now_ + (late ? kLate : setup_.fault == Fault::Slow ? kSlow : Time::zero());
   for (const char byte : bytes) {
     const auto sent = static_cast<unsigned char>(byte);
     const bool garbled = setup_.fault == Fault::Garbled;

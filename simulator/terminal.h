@@ -24,7 +24,10 @@ enum class Fault {
   Nak,      ///< refuses every command that is acknowledged
   Garbled,  ///< every character that it sends is wrong; an ACK arrives as "A"
   Late,     ///< answers 700 ms late
-  Drops,    ///< loses every 7th character that it receives
+  Slow,     ///< answers 300 ms late, which is still in time
+  Drops,    ///< loses every n-th character that it receives
+  Doubles,  ///< hears every n-th character twice
+  Flips,    ///< hears every n-th character with a wrong bit
 };
 
 /// What an operator sets on the device itself, not over the line.
@@ -35,6 +38,7 @@ struct TerminalSetup {
   int address = 0;           ///< 0..255
   bool echoQueries = false;  ///< repeats ESC and the query in front of the answer
   Fault fault = Fault::None;
+  int faultEvery = 7;  ///< characters from one fault of reception to the next
   int eepromBytes = 8192;
   int width = 240;   ///< pixels, 20..640, as long as no resolution is stored
   int height = 128;  ///< pixels, 20..480
@@ -98,7 +102,10 @@ class Terminal : private CommandParser::Handler {
   void SetAddress(int address) { setup_.address = address & 0xFF; }
   void SetEchoQueries(bool on) { setup_.echoQueries = on; }
   void SetFault(Fault fault) { setup_.fault = fault; }
+  void SetFaultEvery(int characters) { setup_.faultEvery = characters; }
 
+  /// The sum over what it has received since the last reset of the sum.
+  std::uint16_t ChecksumNow() const { return checksum_; }
   /// Whether it acts on what it receives: its address or 255 is selected.
   bool Selected() const { return selected_; }
   /// The settings in force on the line to the host.
@@ -137,9 +144,10 @@ class Terminal : private CommandParser::Handler {
   void OnText(unsigned char byte) override;
   void OnGraphicText(unsigned char byte) override;
 
+  bool FaultStrikes();
+  void Accept(unsigned char byte);
   void Process(unsigned char byte);
   void ProcessWaiting();
-  void CountChecksum(unsigned char byte);
   void SelectAddress(std::string_view parameters);
   void Execute(const CommandRow& row, const Parameters& parameters);
   void ExecuteSetting(Command command, const Parameters& parameters);

@@ -106,8 +106,9 @@ SettingsPanel::Settings SettingsOf(const Terminal& terminal, bool lineEcho) {
 
 }  // namespace
 
-SimulatorWindow::SimulatorWindow(Station& station, const std::string& portPath)
-    : station_(station) {
+SimulatorWindow::SimulatorWindow(Station& station, const std::string& portPath,
+                                 std::size_t terminal)
+    : station_(station), terminal_(terminal) {
   setObjectName(QStringLiteral("frmSimulator"));
   setWindowTitle(tr("Simuliertes Terminal"));
   auto* row = new QHBoxLayout(this);
@@ -132,8 +133,9 @@ QWidget* SimulatorWindow::CreateLeft(const std::string& portPath) {
   display_->setAccessibleName(tr("Anzeige des Terminals"));
   display_->setToolTip(tr("Anklicken und tippen: die PC-Tastatur am Terminal"));
   connect(display_, &DisplayView::Typed, this, [this](const QByteArray& characters) {
-    station_.With([&characters](Bus& bus, Line&, Time now) {
-      for (const char key : characters) bus.At(0).Type(static_cast<unsigned char>(key), now);
+    station_.With([&](Bus& bus, Line&, Time now) {
+      for (const char key : characters)
+        bus.At(terminal_).Type(static_cast<unsigned char>(key), now);
     });
     Q_EMIT Operated();
   });
@@ -172,8 +174,9 @@ QWidget* SimulatorWindow::CreateRight() {
 
   ports_ = new PortPanel;
   connect(ports_, &PortPanel::P1Changed, this, [this](int lines) {
-    station_.With(
-        [lines](Bus& bus, Line&, Time) { bus.At(0).SetP1(static_cast<unsigned char>(lines)); });
+    station_.With([this, lines](Bus& bus, Line&, Time) {
+      bus.At(terminal_).SetP1(static_cast<unsigned char>(lines));
+    });
     Q_EMIT Operated();
   });
   column->addWidget(ports_);
@@ -222,7 +225,7 @@ SimulatorWindow::Snapshot SimulatorWindow::Take() {
   Snapshot now;
   now.settings.unplugged = !station_.Plugged();
   station_.With([&](Bus& bus, Line& line, Time) {
-    const Terminal& terminal = bus.At(0);
+    const Terminal& terminal = bus.At(terminal_);
     const bool unplugged = now.settings.unplugged;
     now.settings = SettingsOf(terminal, line.Echo());
     now.settings.unplugged = unplugged;
@@ -301,12 +304,13 @@ void SimulatorWindow::hideEvent(QHideEvent* event) {
 // ---- operating ----
 
 void SimulatorWindow::SetPower(bool on) {
-  station_.With([on](Bus& bus, Line&, Time now) { bus.At(0).SetPower(on, now); });
+  station_.With([this, on](Bus& bus, Line&, Time now) { bus.At(terminal_).SetPower(on, now); });
   Q_EMIT Operated();
 }
 
 void SimulatorWindow::PressKey(int row, int column) {
-  station_.With([=](Bus& bus, Line&, Time now) { bus.At(0).PressKey(row, column, now); });
+  station_.With(
+      [=, this](Bus& bus, Line&, Time now) { bus.At(terminal_).PressKey(row, column, now); });
   Q_EMIT Operated();
 }
 
@@ -316,8 +320,8 @@ void SimulatorWindow::Reset() {
 }
 
 void SimulatorWindow::Apply(const SettingsPanel::Settings& settings) {
-  station_.With([&settings](Bus& bus, Line& line, Time) {
-    Terminal& terminal = bus.At(0);
+  station_.With([&](Bus& bus, Line& line, Time) {
+    Terminal& terminal = bus.At(terminal_);
     terminal.SetVersion(settings.version.toStdString(), settings.flash);
     terminal.SetAddress(settings.address);
     terminal.SetEchoQueries(settings.echo == SettingsPanel::Echo::Query);

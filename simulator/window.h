@@ -19,13 +19,13 @@ namespace kelvo::sim {
 class DisplayView;
 class PortPanel;
 
-/// The first Terminal of a station, as one would have it on the desk.
+/// One Terminal of a station, as one would have it on the desk.
 class SimulatorWindow : public QWidget {
   Q_OBJECT
 
  public:
   /// The station must outlive the window.
-  SimulatorWindow(Station& station, const std::string& portPath);
+  SimulatorWindow(Station& station, const std::string& portPath, std::size_t terminal);
   /// Shows the Terminal as it is now.
   void Refresh();
 
@@ -69,6 +69,7 @@ class SimulatorWindow : public QWidget {
   void Apply(const SettingsPanel::Settings& settings);
 
   Station& station_;
+  const std::size_t terminal_;  // its place on the line
   DisplayView* display_;
   PortPanel* ports_;
   KeypadPanel* keypad_;

@@ -1,5 +1,5 @@
 kelvo_test(bus_test
-  SOURCES terminal_search_test.cpp transfer_test.cpp
+  SOURCES terminal_search_test.cpp transfer_faults_test.cpp transfer_test.cpp
   LINK kelvo_bus kelvo_simulator)
 kelvo_test(bus_page_test QT
   SOURCES dovu_dialog_test.cpp search_page_test.cpp

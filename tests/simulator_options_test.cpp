@@ -15,18 +15,52 @@ TEST(SimulatorOptions, AreTakenFromTheTable) {
       "4096",      "--no-pacing", "--display-png", "a.png",     "--commands"};
   Options options;
   EXPECT_EQ(ReadOptions(arguments, options), std::nullopt);
-  EXPECT_EQ(options.terminal.version, "1.5");
-  EXPECT_FALSE(options.terminal.flash);
-  EXPECT_EQ(options.terminal.address, 7);
+  EXPECT_EQ(options.terminal.setup.version, "1.5");
+  EXPECT_FALSE(options.terminal.setup.flash);
+  EXPECT_EQ(options.terminal.setup.address, 7);
   EXPECT_TRUE(options.lineEcho);
-  EXPECT_EQ(options.terminal.baud, 9600);
-  EXPECT_EQ(options.terminal.width, 320);
-  EXPECT_EQ(options.p1, 165);
-  EXPECT_EQ(options.terminal.fault, Fault::Late);
-  EXPECT_EQ(options.terminal.eepromBytes, 4096);
+  EXPECT_EQ(options.terminal.setup.baud, 9600);
+  EXPECT_EQ(options.terminal.setup.width, 320);
+  EXPECT_EQ(options.terminal.p1, 165);
+  EXPECT_EQ(options.terminal.setup.fault, Fault::Late);
+  EXPECT_EQ(options.terminal.setup.eepromBytes, 4096);
   EXPECT_FALSE(options.paced);
   EXPECT_FALSE(options.window);
   EXPECT_TRUE(options.commands);
+}
+
+TEST(SimulatorOptions, DescribeABusLineByLine) {
+  Options options;
+  options.terminal.setup.width = 320;
+  std::vector<TerminalOptions> bus;
+  EXPECT_EQ(ReadBus("# two\naddress=5 version=1.9 fault=flips:500\r\n\n"
+                    "address=5  checksum=off eeprom=a.eeprom",
+                    options.terminal, bus),
+            std::nullopt);
+  ASSERT_EQ(bus.size(), 2U);
+  EXPECT_EQ(bus[0].setup.version, "1.9");
+  EXPECT_EQ(bus[0].setup.fault, Fault::Flips);
+  EXPECT_EQ(bus[0].setup.faultEvery, 500);
+  EXPECT_EQ(bus[1].setup.fault, Fault::None);
+  EXPECT_FALSE(bus[1].setup.checksum);
+  EXPECT_EQ(bus[1].eepromFile, "a.eeprom");
+  EXPECT_EQ(bus[1].setup.width, 320);
+}
+
+TEST(SimulatorOptions, WrongBusLinesAreNumbered) {
+  std::string tooMany;
+  for (int i = 0; i < 257; ++i) tooMany += "address=1\n";
+  const std::pair<std::string, const char*> wrong[] = {
+      {"address=1\naddress=256", "Zeile 2: ungültiger Wert für address: 256"},
+      {"address", "Zeile 1: ungültiger Wert für address: "},
+      {"port=x", "Zeile 1: unbekannte Option: port"},
+      {"fault=flips:0", "Zeile 1: ungültiger Wert für fault: flips:0"},
+      {"# nobody\n", "kein Terminal beschrieben"},
+      {tooMany, "Zeile 257: zu viele Terminals"}};
+  for (const auto& [file, reason] : wrong) {
+    std::vector<TerminalOptions> bus;
+    EXPECT_EQ(ReadBus(file, {}, bus), reason);
+  }
 }
 
 TEST(SimulatorOptions, WrongOnesAreNamed) {

@@ -68,7 +68,7 @@ class SimulatorWindowTest : public ::testing::Test {
   std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
   Station station{port, DeviceFonts()};
   Terminal& terminal = *station.Add({});
-  SimulatorWindow window{station, port};
+  SimulatorWindow window{station, port, 0};
 };
 
 TEST_F(SimulatorWindowTest, SettingsReachTheTerminal) {
@@ -87,7 +87,7 @@ TEST_F(SimulatorWindowTest, SettingsReachTheTerminal) {
   EXPECT_TRUE(station.Wire().Echo());
   EXPECT_FALSE(terminal.Setup().echoQueries);
 
-  Named<QComboBox>("cboFault").setCurrentIndex(6);
+  Named<QComboBox>("cboFault").setCurrentIndex(9);
   EXPECT_FALSE(std::filesystem::exists(port)) << "the adapter is pulled out";
   Named<QComboBox>("cboFault").setCurrentIndex(0);
   EXPECT_TRUE(std::filesystem::exists(port));
