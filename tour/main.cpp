@@ -5,6 +5,8 @@
 #include <cstdio>
 
 #include "link/tabs.h"
+#include "tour/album.h"
+#include "tour/bus_tour.h"
 #include "tour/live_program.h"
 #include "tour/simulator_process.h"
 #include "tour/window_driver.h"
@@ -17,11 +19,8 @@ namespace {
 
 class Tour {
  public:
-  Tour(LiveProgram& program, SimulatorProcess& simulator, QString pictures)
-      : simulator_(simulator),
-        pictures_(std::move(pictures)),
-        window_(program.Start()),
-        driver_(window_) {}
+  Tour(LiveProgram& program, SimulatorProcess& simulator, Album& album)
+      : simulator_(simulator), album_(album), window_(program.Start()), driver_(window_) {}
 
   void Run() {
     Connect();
@@ -38,25 +37,9 @@ class Tour {
   }
 
  private:
-  void Step(const char* text) { std::printf("%2d  %s\n", ++step_, text); }
-
-  void Shoot(QWidget& window, const char* name) {
-    const QString file = QStringLiteral("%1/%2-%3.png")
-                             .arg(pictures_)
-                             .arg(step_, 2, 10, QLatin1Char('0'))
-                             .arg(QString::fromUtf8(name));
-    WindowDriver::Picture(window, file);
-    std::printf("      %s\n", file.toUtf8().constData());
-  }
-
-  void ShootDisplay(const char* name) {
-    const QString file = QStringLiteral("%1/%2-%3.png")
-                             .arg(pictures_)
-                             .arg(step_, 2, 10, QLatin1Char('0'))
-                             .arg(QString::fromUtf8(name));
-    simulator_.Picture(file);
-    std::printf("      %s\n", file.toUtf8().constData());
-  }
+  void Step(const char* text) { album_.Step(text); }
+  void Shoot(QWidget& window, const char* name) { album_.Shoot(window, name); }
+  void ShootDisplay(const char* name) { simulator_.Picture(album_.File(name)); }
 
   void Show(Tab tab) { driver_.ShowTab(static_cast<int>(tab)); }
 
@@ -198,17 +181,28 @@ class Tour {
   }
 
   SimulatorProcess& simulator_;
-  QString pictures_;
+  Album& album_;
   frmhaupt& window_;
   WindowDriver driver_;
-  int step_ = 0;
 };
+
+void OneTerminal(Album& album) {
+  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
+  SimulatorProcess simulator(program.Folder());
+  Tour(program, simulator, album).Run();
+}
+
+void ManyTerminals(Album& album) {
+  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
+  SimulatorProcess simulator(program.Folder(), BusTour::DescribeLine(program.Folder()));
+  BusTour(program, simulator, album).Run();
+}
 
 int RunTour(const QString& pictures) {
   QDir().mkpath(pictures);
-  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
-  SimulatorProcess simulator(program.Folder());
-  Tour(program, simulator, QDir(pictures).absolutePath()).Run();
+  Album album(QDir(pictures).absolutePath());
+  OneTerminal(album);
+  ManyTerminals(album);
   std::printf("Die Bilder liegen in %s\n", QDir(pictures).absolutePath().toUtf8().constData());
   return 0;
 }

@@ -1,0 +1,114 @@
+#include "tour/bus_tour.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QMouseEvent>
+#include <QTreeWidget>
+#include <stdexcept>
+
+#include "graphics/drawing_canvas.h"
+#include "graphics/frmGrafik.h"
+#include "link/tabs.h"
+
+namespace kelvo {
+namespace {
+
+void Expect(bool true_, const char* what) {
+  if (!true_) throw std::runtime_error(std::string("not as expected: ") + what);
+}
+
+QString Verdict(const QTreeWidget& list, int address) {
+  return list.topLevelItem(address)->text(1);
+}
+
+frmGrafik& Editor() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* editor = qobject_cast<frmGrafik*>(window)) return *editor;
+  }
+  throw std::runtime_error("no graphics editor");
+}
+
+void Mouse(DrawingCanvas& canvas, QEvent::Type type, Point at) {
+  const QPointF place = canvas.ToWidget(at);
+  const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+  const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+  QMouseEvent event(type, place, canvas.mapToGlobal(place), button, held, Qt::NoModifier);
+  QApplication::sendEvent(&canvas, &event);
+}
+
+void DrawShape(frmGrafik& editor, const char* tool, Point from, Point to) {
+  auto& canvas = *editor.findChild<DrawingCanvas*>(QStringLiteral("Display"));
+  editor.findChild<QAction*>(QString::fromUtf8(tool))->trigger();
+  Mouse(canvas, QEvent::MouseButtonPress, from);
+  Mouse(canvas, QEvent::MouseMove, to);
+  Mouse(canvas, QEvent::MouseButtonRelease, to);
+}
+
+}  // namespace
+
+// The texts of the search stand at a height of 150 pixels and are 300 wide.
+QStringList BusTour::DescribeLine(const QString& folder) {
+  const QString name = folder + QStringLiteral("/bus.txt");
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("cannot write the bus file");
+  file.write(
+      "address=0\n"
+      "address=2\n"
+      "address=3 version=1.9 checksum=off\n"
+      "address=5\n"
+      "address=5\n");
+  return {QStringLiteral("--display"), QStringLiteral("320x240"), QStringLiteral("--bus"), name};
+}
+
+BusTour::BusTour(LiveProgram& program, SimulatorProcess& simulator, Album& album)
+    : simulator_(simulator), album_(album), window_(program.Start()), driver_(window_) {}
+
+void BusTour::Run() {
+  driver_.Until(QStringLiteral("first paint"), [this] {
+    return driver_.Text(QStringLiteral("lblPort")).startsWith(QStringLiteral("Com 6"));
+  });
+  Search();
+  Draw();
+  Send();
+  window_.close();
+}
+
+void BusTour::Search() {
+  album_.Step("Der Bus wird durchsucht: drei Terminals und eine Kollision.");
+  driver_.ShowTab(static_cast<int>(Tab::Terminals));
+  driver_.Type(QStringLiteral("txtmaxDovu"), QStringLiteral("6"));
+  driver_.Click(QStringLiteral("cmdDovusuchen"));
+  auto& results = driver_.Find<QTreeWidget>(QStringLiteral("ctlDovuSuchListe"));
+  for (const int address : {0, 2, 3}) {
+    Expect(Verdict(results, address) == QStringLiteral("ok"), "three Terminals");
+  }
+  Expect(Verdict(results, 5) == QStringLiteral("Fehler/Kollision"), "one collision");
+  driver_.Click(QStringLiteral("cmdDovuUebernehmen"));
+  album_.Shoot(window_, "bus-suche");
+  simulator_.Picture(album_.File("bus-wand-nach-der-suche"));
+}
+
+void BusTour::Draw() {
+  frmGrafik& editor = Editor();
+  editor.show();
+  DrawShape(editor, "toolRechteck", {10, 10}, {229, 117});
+  DrawShape(editor, "toolEllipse", {30, 30}, {110, 100});
+  DrawShape(editor, "toolLinie", {130, 30}, {210, 100});
+  DrawShape(editor, "toolLinie", {130, 100}, {210, 30});
+  editor.hide();
+}
+
+void BusTour::Send() {
+  album_.Step("Die Zeichnung geht an alle zugleich, und jedes Terminal weist sie nach.");
+  driver_.Click(QStringLiteral("mnuDovuSenden"));
+  auto& dialog = driver_.Find(QStringLiteral("frmDovu"));
+  driver_.Click(QStringLiteral("cmdSenden"));
+  album_.Shoot(dialog, "bus-gesendet");
+  const QString summary = driver_.Text(QStringLiteral("lblErgebnis"));
+  Expect(summary.startsWith(QStringLiteral("2 gut, 0 falsch, 0 ohne Antwort")), "two are good");
+  simulator_.Picture(album_.File("bus-wand"));
+  driver_.Click(QStringLiteral("cmdAbbruch"));
+}
+
+}  // namespace kelvo
