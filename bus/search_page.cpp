@@ -110,6 +110,7 @@ QWidget* SearchPage::MakeStored() {
   ctlDovuListe->setSelectionMode(QAbstractItemView::SingleSelection);
   ctlDovuListe->setTabKeyNavigation(false);
   ctlDovuListe->verticalHeader()->hide();
+  ctlDovuListe->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 8);
   ctlDovuListe->horizontalHeader()->setSectionResizeMode(TerminalListModel::Bezeichnung,
                                                          QHeaderView::Stretch);
   ctlDovuListe->setAccessibleName(tr("gespeicherte Terminals"));

@@ -101,7 +101,10 @@ void BusTour::Draw() {
 
 void BusTour::Send() {
   album_.Step("Die Zeichnung geht an alle zugleich, und jedes Terminal weist sie nach.");
+  bool shown = false;
+  driver_.OnDialog([&shown](QDialog&) { shown = true; });
   driver_.Click(QStringLiteral("mnuDovuSenden"));
+  driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
   auto& dialog = driver_.Find(QStringLiteral("frmDovu"));
   driver_.Click(QStringLiteral("cmdSenden"));
   album_.Shoot(dialog, "bus-gesendet");
