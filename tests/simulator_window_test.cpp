@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <filesystem>
 
+#include "simulator/wall_window.h"
 #include "simulator/window.h"
 
 namespace kelvo::sim {
@@ -146,6 +147,27 @@ TEST_F(SimulatorWindowTest, PowerAndMemoryAreShown) {
   EXPECT_FALSE(Named<QPushButton>("cmdReset").isEnabled());
   Named<QPushButton>("cmdPower").click();
   EXPECT_TRUE(terminal.Powered());
+}
+
+TEST(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
+  const QTemporaryDir folder;
+  const std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
+  Station station(port, {});
+  station.Add({.address = 3});
+  Terminal& second = *station.Add({.checksum = false, .address = 9, .fault = Fault::Slow});
+  WallWindow wall(station, port);
+  const auto caption = [&wall](const char* name) {
+    return wall.findChild<QPushButton*>(QString::fromLatin1(name))->text().toStdString();
+  };
+  EXPECT_EQ(caption("cmdTerminal_0"), "1: Adresse 3, Version 2.10");
+  EXPECT_EQ(caption("cmdTerminal_1"), "2: Adresse 9, Version 2.10, ohne Prüfsumme, slow");
+  wall.findChild<QPushButton*>(QStringLiteral("cmdTerminal_1"))->click();
+  SimulatorWindow& window = wall.Open(1);
+  EXPECT_EQ(window.findChild<QSpinBox*>(QStringLiteral("txtAddress"))->value(), 9);
+  window.findChild<QSpinBox*>(QStringLiteral("txtAddress"))->setValue(10);
+  EXPECT_EQ(second.Setup().address, 10);
+  wall.Refresh();
+  EXPECT_EQ(caption("cmdTerminal_1").substr(0, 13), "2: Adresse 10");
 }
 
 }  // namespace
