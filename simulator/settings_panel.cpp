@@ -7,9 +7,22 @@
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <utility>
 
 namespace kelvo::sim {
 namespace {
+
+constexpr std::pair<Fault, const char*> kFaultNames[] = {
+    {Fault::None, "keine"},
+    {Fault::Silent, "schweigt"},
+    {Fault::Nak, "lehnt ab (NAK)"},
+    {Fault::Garbled, "antwortet verstümmelt"},
+    {Fault::Late, "antwortet spät"},
+    {Fault::Slow, "antwortet langsam"},
+    {Fault::Drops, "verliert Zeichen"},
+    {Fault::Doubles, "verdoppelt Zeichen"},
+    {Fault::Flips, "verfälscht Zeichen"},
+};
 
 constexpr int kUnplugged = -1;  // stands in the list of faults, but is the adapter's
 
@@ -49,19 +62,17 @@ SettingsPanel::SettingsPanel(QWidget* parent)
   connect(fault_, &QComboBox::currentIndexChanged, this, &SettingsPanel::Report);
 }
 
+QString SettingsPanel::FaultName(Fault fault) {
+  for (const auto& [known, name] : kFaultNames) {
+    if (known == fault) return QString::fromUtf8(name);
+  }
+  return {};
+}
+
 void SettingsPanel::FillFaults() {
-  const auto add = [this](const QString& text, Fault fault) {
-    fault_->addItem(text, static_cast<int>(fault));
-  };
-  add(tr("keine"), Fault::None);
-  add(tr("schweigt"), Fault::Silent);
-  add(tr("lehnt ab (NAK)"), Fault::Nak);
-  add(tr("antwortet verstümmelt"), Fault::Garbled);
-  add(tr("antwortet spät"), Fault::Late);
-  add(tr("antwortet langsam"), Fault::Slow);
-  add(tr("verliert Zeichen"), Fault::Drops);
-  add(tr("verdoppelt Zeichen"), Fault::Doubles);
-  add(tr("verfälscht Zeichen"), Fault::Flips);
+  for (const auto& [fault, name] : kFaultNames) {
+    fault_->addItem(QString::fromUtf8(name), static_cast<int>(fault));
+  }
   fault_->addItem(tr("abgezogen"), kUnplugged);
 }
 

@@ -27,6 +27,9 @@ class SettingsPanel : public QGroupBox {
     bool operator==(const Settings&) const = default;
   };
 
+  /// What a fault is called in the list, German.
+  static QString FaultName(Fault fault);
+
   explicit SettingsPanel(QWidget* parent = nullptr);
   void Show(const Settings& settings);
 

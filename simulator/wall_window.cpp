@@ -7,13 +7,10 @@
 #include <cmath>
 
 #include "simulator/display_view.h"
-#include "simulator/options.h"
 #include "simulator/window.h"
 
 namespace kelvo::sim {
 namespace {
-
-constexpr QSize kTile(250, 140);  // at least as large as the usual display at its real size
 
 QString Caption(std::size_t number, const Terminal& terminal) {
   const TerminalSetup& setup = terminal.Setup();
@@ -23,9 +20,7 @@ QString Caption(std::size_t number, const Terminal& terminal) {
                      .arg(QString::fromStdString(setup.version));
   if (!setup.checksum) text += QObject::tr(", ohne Prüfsumme");
   if (setup.fault == Fault::None) return text;
-  const std::string_view fault = NameOf(setup.fault);
-  return text + QStringLiteral(", ") +
-         QString::fromUtf8(fault.data(), static_cast<qsizetype>(fault.size()));
+  return text + QStringLiteral(", ") + SettingsPanel::FaultName(setup.fault);
 }
 
 }  // namespace
@@ -57,7 +52,6 @@ WallWindow::Tile WallWindow::MakeTile(std::size_t terminal, QGridLayout& grid, i
   const int number = static_cast<int>(terminal);
   Tile tile{new DisplayView, new QPushButton};
   tile.display->setObjectName(QStringLiteral("display_%1").arg(number));
-  tile.display->setMinimumSize(kTile);
   tile.caption->setObjectName(QStringLiteral("cmdTerminal_%1").arg(number));
   tile.caption->setToolTip(tr("Zeigt dieses Terminal in einem eigenen Fenster."));
   connect(tile.caption, &QPushButton::clicked, this, [this, terminal] { Open(terminal); });

@@ -160,7 +160,8 @@ TEST(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
     return wall.findChild<QPushButton*>(QString::fromLatin1(name))->text().toStdString();
   };
   EXPECT_EQ(caption("cmdTerminal_0"), "1: Adresse 3, Version 2.10");
-  EXPECT_EQ(caption("cmdTerminal_1"), "2: Adresse 9, Version 2.10, ohne Prüfsumme, slow");
+  EXPECT_EQ(caption("cmdTerminal_1"),
+            "2: Adresse 9, Version 2.10, ohne Prüfsumme, antwortet langsam");
   wall.findChild<QPushButton*>(QStringLiteral("cmdTerminal_1"))->click();
   SimulatorWindow& window = wall.Open(1);
   EXPECT_EQ(window.findChild<QSpinBox*>(QStringLiteral("txtAddress"))->value(), 9);
