@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QTreeWidget>
 #include <stdexcept>
 
@@ -14,8 +15,8 @@
 namespace kelvo {
 namespace {
 
-void Expect(bool true_, const char* what) {
-  if (!true_) throw std::runtime_error(std::string("not as expected: ") + what);
+void Expect(bool met, const char* what) {
+  if (!met) throw std::runtime_error(std::string("not as expected: ") + what);
 }
 
 QString Verdict(const QTreeWidget& list, int address) {
@@ -78,6 +79,7 @@ void BusTour::Search() {
   album_.Step("Der Bus wird durchsucht: drei Terminals und eine Kollision.");
   driver_.ShowTab(static_cast<int>(Tab::Terminals));
   driver_.Type(QStringLiteral("txtmaxDovu"), QStringLiteral("6"));
+  QTimer::singleShot(1500, &window_, [this] { album_.Shoot(window_, "bus-suche-laeuft"); });
   driver_.Click(QStringLiteral("cmdDovusuchen"));
   auto& results = driver_.Find<QTreeWidget>(QStringLiteral("ctlDovuSuchListe"));
   for (const int address : {0, 2, 3}) {
@@ -106,6 +108,7 @@ void BusTour::Send() {
   driver_.Click(QStringLiteral("mnuDovuSenden"));
   driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
   auto& dialog = driver_.Find(QStringLiteral("frmDovu"));
+  QTimer::singleShot(100, &dialog, [&] { album_.Shoot(dialog, "bus-sendet"); });
   driver_.Click(QStringLiteral("cmdSenden"));
   album_.Shoot(dialog, "bus-gesendet");
   const QString summary = driver_.Text(QStringLiteral("lblErgebnis"));
