@@ -17,9 +17,9 @@ using std::chrono::nanoseconds;
 constexpr int charactersPerSecond = 3000;
 // As the exchange writes long texts.
 constexpr std::size_t pieceLength = 5000;
-// A Terminal that has not answered in time may still do so, and then must not be taken for the
-// next one that is asked.
-constexpr milliseconds overdueAnswer{500};
+// A Terminal whose good answer has not come may still give it (another one may have answered in
+// its place), and then must not be taken for the next one that is asked.
+constexpr milliseconds overdueAnswer{1000};
 
 constexpr std::string_view askChecksum = "C?";
 constexpr std::string_view resetChecksum = "C!";
@@ -253,6 +253,7 @@ void Transfer::Run::Check(std::size_t index) {
   Change({index}, TransferState::Checking);
   // On a two-wire bus all this is heard as well; the query drops what is there when it starts.
   exchange_.WaitUntilSentYielding();
+  const nanoseconds asked = loop_.Now();
   exchange_.CommandBuffer = askChecksum;
   exchange_.QueryCommand();
   const bool answered = exchange_.LastStatus == 0;
@@ -262,7 +263,7 @@ void Transfer::Run::Check(std::size_t index) {
   Change({index}, good       ? TransferState::Good
                   : answered ? TransferState::WrongSum
                              : TransferState::NoAnswer);
-  if (!answered) WaitUntil(loop_.Now() + overdueAnswer);
+  if (!good) WaitUntil(asked + overdueAnswer);
 }
 
 void Transfer::Run::Send(std::string command) {

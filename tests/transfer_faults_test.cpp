@@ -30,10 +30,15 @@ std::string RandomDrawing(Dice& dice) {
   static const char* const commands[] = {"GR", "GfR", "GL", "GfE", "GE"};
   std::string drawing;
   for (int i = dice.Number(0, 12); i > 0; --i) {
+    // One throw a statement: the order within an expression is the compiler's own.
     const auto numbers = [&dice] {
-      return std::to_string(dice.Number(0, 39)) + "," + std::to_string(dice.Number(0, 29)) + ";";
+      const int x = dice.Number(0, 39);
+      const int y = dice.Number(0, 29);
+      return std::to_string(x) + "," + std::to_string(y) + ";";
     };
-    drawing += "\x1bGP" + numbers() + "\x1b" + commands[dice.Number(0, 4)] + numbers();
+    drawing += "\x1bGP" + numbers();
+    drawing += std::string("\x1b") + commands[dice.Number(0, 4)];
+    drawing += numbers();
   }
   return drawing;
 }
@@ -56,10 +61,19 @@ sim::TerminalSetup RandomTerminal(Dice& dice, int address) {
 struct Outcome {
   int good = 0;       ///< shown as good
   int equalSums = 0;  ///< of these, with another display but an equal sum
-  int mistaken = 0;   ///< of these, with another display, because another Terminal has answered:
-                      ///< both had misheard who is selected, which no sum can tell
+  int mistaken = 0;   ///< of these, with another display, because another Terminal has answered
+                      ///< that misheard who is selected, which no sum can tell
   int lies = 0;       ///< of these, with another display for any other reason
 };
+
+/// Whether another Terminal than the one that was asked takes itself for selected and has the sum.
+bool AnotherAnswers(BusWorld& world, std::size_t asked, std::size_t count, std::uint16_t sum) {
+  for (std::size_t other = 0; other < count; ++other) {
+    const sim::Terminal& terminal = world.At(other);
+    if (other != asked && terminal.Selected() && terminal.ChecksumNow() == sum) return true;
+  }
+  return false;
+}
 
 /// One line with a few Terminals, some of which misbehave, and one drawing sent to them.
 Outcome SendOnce(Dice& dice) {
@@ -94,8 +108,12 @@ Outcome SendOnce(Dice& dice) {
     ++outcome.good;
     const sim::Terminal& terminal = world.At(index);
     if (terminal.Display().Pixels() == reference.Display().Pixels()) return;
-    const bool equal = terminal.ChecksumNow() == ExpectedChecksum(payload);
-    ++(!terminal.Selected() ? outcome.mistaken : equal ? outcome.equalSums : outcome.lies);
+    const std::uint16_t sum = ExpectedChecksum(payload);
+    if (terminal.Selected() && terminal.ChecksumNow() == sum) {
+      ++outcome.equalSums;
+    } else {
+      ++(AnotherAnswers(world, index, entries.size(), sum) ? outcome.mistaken : outcome.lies);
+    }
   });
   return outcome;
 }
