@@ -113,7 +113,8 @@ PixelMap RenderBitmap(const DrawingObject& picture, int w, int h, std::int64_t b
   for (int y = 0; y < part.height; ++y) {
     const std::vector<Colour>& row = rows.At(part.y + y);
     for (int x = 0; x < part.width; ++x) {
-      if (row[static_cast<std::size_t>(part.x + x)] < threshold) map.Put(x, y, Ink::Set);
+      if (row[static_cast<std::size_t>(part.x) + static_cast<std::size_t>(x)] < threshold)
+        map.Put(x, y, Ink::Set);
     }
   }
   return map;

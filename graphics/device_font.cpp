@@ -38,7 +38,7 @@ bool DeviceFont::Parse(std::string_view bytes) {
   const int height = ByteAt(bytes, 6);
   if (width < 1 || width > MaxCell || height < 1 || height > MaxCell) return false;
   const auto rowBytes = static_cast<std::size_t>((width + 7) / 8);
-  const auto rowCount = static_cast<std::size_t>(GlyphCount * height);
+  const auto rowCount = static_cast<std::size_t>(GlyphCount) * static_cast<std::size_t>(height);
   if (bytes.size() != HeaderSize + rowCount * rowBytes) return false;
 
   width_ = width;

@@ -105,7 +105,7 @@ void GroupSelected(Drawing& drawing) {
     group.members.push_back(std::move(object));
     if (--left > 0) continue;
     group.selected = true;
-    grouped.push_back(std::move(group));
+    grouped.push_back(std::exchange(group, {}));
   }
   drawing = std::move(grouped);
 }

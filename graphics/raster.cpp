@@ -28,8 +28,8 @@ void Column(PixelMap& map, int x, int y0, int y1, Ink ink) {
 // first visible pixel and stepped from there, so a clipped line keeps the whole one's pixels.
 template <typename Plot>
 void StepLine(int a0, int b0, int a1, int b1, int mapLength, Plot plot) {
-  const std::int64_t length = 2 * (a1 - a0);
-  const std::int64_t rise = 2 * (b1 - b0);
+  const std::int64_t length = 2 * (std::int64_t{a1} - a0);
+  const std::int64_t rise = 2 * (std::int64_t{b1} - b0);
   const int first = std::max(a0, 0);
   const int last = std::min(a1, mapLength - 1);
   const std::int64_t start = (first - a0) * rise + length / 2;

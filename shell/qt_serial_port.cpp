@@ -213,6 +213,11 @@ std::string QtSerialPort::Input() {
   const std::size_t length = inputLen_ == 0 ? input_.size() : static_cast<std::size_t>(inputLen_);
   std::string text = input_.substr(0, length);
   input_.erase(0, text.size());
+  // Who reads takes the echo with it; the next text is compared from its own beginning.
+  if (!text.empty()) {
+    written_.clear();
+    beforeWrite_ = 0;
+  }
   return text;
 }
 

@@ -186,8 +186,15 @@ TEST_F(BarePortTest, EchoIsDroppedHoweverLateItComesAndTheAnswerStays) {
       "\x1b"
       "EWC";
   for (std::size_t early = 0; early <= command.size(); ++early) {
-    Arrive("old");
-    EXPECT_EQ(Received(3), "old");
+    port.Write(
+        "\x1b"
+        "E?F");
+    Arrive(
+        "\x1b"
+        "E?F80;");
+    EXPECT_EQ(Received(7),
+              "\x1b"
+              "E?F80;");
     Arrive("key");
     port.Write("\x1b!S1024;");
     port.Write(command);
