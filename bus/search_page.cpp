@@ -54,13 +54,13 @@ QWidget* SearchPage::MakeSearch() {
                                 tr("Beendet die Suche nach der jetzigen Adresse (Esc)."));
   MakeProgress();
   MakeResultList();
-  cmdDovuUebernehmen = MakeButton("cmdDovuUebernehmen", tr("ü&bernehmen"),
+  cmdDovuUebernehmen = MakeButton("cmdDovuUebernehmen", tr("übernehme&n"),
                                   tr("Speichert die angekreuzten Terminals, die noch nicht "
                                      "gespeichert sind."));
   cmdDovuExport = MakeButton("cmdDovuExport", tr("Als Te&xt speichern …"));
 
   auto* top = new QHBoxLayout;
-  top->addWidget(LabelFor(txtmaxDovu, tr("bis &Adresse:")));
+  top->addWidget(LabelFor(txtmaxDovu, tr("bis Adress&e:")));
   top->addWidget(txtmaxDovu);
   top->addWidget(new QLabel(tr("0 … %1").arg(LastBusAddress)));
   top->addWidget(cmdDovusuchen);

@@ -59,6 +59,7 @@ void frmGrafik::MakeCanvas(QSize display) {
   Display->SetDisplaySize(display.width(), display.height());
   Display->SetZoom(FirstZoom);
   scroll_ = new QScrollArea;
+  scroll_->setFocusPolicy(Qt::NoFocus);  // the canvas in it has the keys
   scroll_->setWidget(Display);
   scroll_->setAlignment(Qt::AlignCenter);
   scroll_->setBackgroundRole(QPalette::Mid);

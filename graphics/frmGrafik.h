@@ -60,6 +60,8 @@ class frmGrafik : public QMainWindow {
   /// An empty drawing, which counts as saved.
   void Clear();
   void LoadDrawing();
+  /// Loads a metafile in the drawing's place; one that cannot be read is named and changes nothing.
+  void LoadFile(const std::string& path);
   /// False when the operator cancelled or nothing could be written.
   bool SaveDrawing();
   /// Removes what is selected.
@@ -76,6 +78,8 @@ class frmGrafik : public QMainWindow {
 
  Q_SIGNALS:
   void DrawingChanged();
+  /// The drawing has been loaded from this file, or saved in it.
+  void FileUsed(const QString& path);
 
  protected:
   void showEvent(QShowEvent* event) override;

@@ -51,20 +51,24 @@ void frmGrafik::Clear() {
 void frmGrafik::LoadDrawing() {
   if (!MayDiscard()) return;
   const auto path = person_.OpenFile("Datei laden", WmfFilter);
-  if (!path) return;
-  const auto bytes = ReadFile(*path, WmfLimits().fileBytes);
+  if (path) LoadFile(*path);
+}
+
+void frmGrafik::LoadFile(const std::string& path) {
+  const auto bytes = ReadFile(path, WmfLimits().fileBytes);
   if (!bytes) {
-    person_.Message("Die Datei konnte nicht gelesen werden:\n" + *path, Icon::Exclamation);
+    person_.Message("Die Datei konnte nicht gelesen werden:\n" + path, Icon::Exclamation);
     return;
   }
   const QSize size = DisplaySize();
   WmfDrawing loaded = ReadWmf(*bytes, size.width(), size.height(), fonts_);
   if (!loaded.error.empty()) {
-    person_.Message(loaded.error + "\n" + *path, Icon::Exclamation);
+    person_.Message(loaded.error + "\n" + path, Icon::Exclamation);
     return;
   }
   document_.Replace(loaded.drawing);
   draft_.Remove();
+  Q_EMIT FileUsed(QString::fromStdString(path));
   SetZoom(Display->Zoom(), {});
   ReportLoaded(loaded);
 }
@@ -102,6 +106,7 @@ bool frmGrafik::SaveDrawing() {
   }
   document_.MarkSaved();
   draft_.Remove();
+  Q_EMIT FileUsed(QString::fromStdString(*path));
   return true;
 }
 

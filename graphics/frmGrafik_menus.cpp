@@ -7,9 +7,9 @@
 #include <algorithm>
 
 #include "graphics/frmGrafik.h"
-#include "graphics/tool_icons.h"
 #include "link/guard.h"
 #include "widgets/form.h"
+#include "widgets/symbol.h"
 
 namespace kelvo {
 
@@ -151,23 +151,26 @@ void frmGrafik::MakeTools() {
   desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, person_);
   const struct {
     ToolKind kind;
+    Symbol symbol;
     const char* name;
     const char* text;
     const char* key;
   } rows[] = {
-      {ToolKind::Select, "toolAuswahl", "Auswählen, verschieben, Größe ändern", "F2"},
-      {ToolKind::Line, "toolLinie", "Linie (Umschalt: acht Richtungen)", "F3"},
-      {ToolKind::Rectangle, "toolRechteck", "Rechteck (Umschalt: Quadrat)", "F4"},
-      {ToolKind::Ellipse, "toolEllipse", "Ellipse (Umschalt: Kreis)", "F5"},
-      {ToolKind::Polyline, "toolLinienzug", "Linienzug (Doppelklick oder Eingabetaste beendet)",
-       "F6"},
-      {ToolKind::Text, "toolText", "Text", "F7"},
+      {ToolKind::Select, Symbol::Select, "toolAuswahl", "Auswählen, verschieben, Größe ändern",
+       "F2"},
+      {ToolKind::Line, Symbol::Line, "toolLinie", "Linie (Umschalt: acht Richtungen)", "F3"},
+      {ToolKind::Rectangle, Symbol::Rectangle, "toolRechteck", "Rechteck (Umschalt: Quadrat)",
+       "F4"},
+      {ToolKind::Ellipse, Symbol::Ellipse, "toolEllipse", "Ellipse (Umschalt: Kreis)", "F5"},
+      {ToolKind::Polyline, Symbol::Polyline, "toolLinienzug",
+       "Linienzug (Doppelklick oder Eingabetaste beendet)", "F6"},
+      {ToolKind::Text, Symbol::Letter, "toolText", "Text", "F7"},
   };
   auto* bar = Named(new QToolBar(tr("Werkzeuge")), "barWerkzeuge");
   tools_ = new QActionGroup(this);
   for (const auto& row : rows) {
     QAction* const action =
-        Named(bar->addAction(ToolIcon(row.kind), QString::fromUtf8(row.text)), row.name);
+        Named(bar->addAction(SymbolIcon(row.symbol), QString::fromUtf8(row.text)), row.name);
     action->setCheckable(true);
     action->setShortcut(QKeySequence(QString::fromLatin1(row.key)));
     action->setToolTip(
@@ -183,12 +186,18 @@ void frmGrafik::MakeTools() {
 
 void frmGrafik::MakeToolbar() {
   auto* bar = Named(new QToolBar(tr("Befehle")), "barBefehle");
-  for (const char* name :
-       {"mnuGrafikNeu", "mnuGrafikLaden", "mnuGrafikSpeichern", "mnuGrafikBild", "mnuGrafikSenden",
-        "mnuGrafikRueckgaengig", "mnuGrafikWiederholen", "mnuGrafikGruppieren"}) {
-    bar->addAction(findChild<QAction*>(QString::fromLatin1(name)));
+  const std::pair<const char*, Symbol> commands[] = {
+      {"mnuGrafikNeu", Symbol::New},          {"mnuGrafikLaden", Symbol::Load},
+      {"mnuGrafikSpeichern", Symbol::Save},   {"mnuGrafikBild", Symbol::Picture},
+      {"mnuGrafikSenden", Symbol::Send},      {"mnuGrafikRueckgaengig", Symbol::Undo},
+      {"mnuGrafikWiederholen", Symbol::Redo}, {"mnuGrafikGruppieren", Symbol::Group}};
+  for (const auto& [name, symbol] : commands) {
+    auto* const action = findChild<QAction*>(QString::fromLatin1(name));
+    action->setIcon(SymbolIcon(symbol));
+    bar->addAction(action);
   }
   bar->addSeparator();
+  mnuGrafikRaster->setIcon(SymbolIcon(Symbol::Grid));
   bar->addAction(mnuGrafikRaster);
   txtRaster = Named(new QSpinBox, "txtRaster");
   txtRaster->setRange(2, 64);

@@ -124,7 +124,7 @@ QWidget* AtPage::MakeKeyboard() {
   cmdATTab = Named(new QTabWidget, "cmdATTab");
   cmdATTab->setAccessibleName(tr("Prüfen oder Anlernen"));
   cmdATTab->addTab(MakeTest(), tr("&Prüfen"));
-  cmdATTab->addTab(MakeLearning(), tr("&Anlernen"));
+  cmdATTab->addTab(MakeLearning(), tr("Anl&ernen"));
   cmdATumkodierenStart =
       MakeButton("cmdATumkodierenStart", tr("be&ginnen"),
                  tr("Leert die Liste und füllt sie mit Tasten, die am Terminal gedrückt werden."));

@@ -121,7 +121,7 @@ QWidget* MatrixPage::MakeTerminalTable() {
 
 QWidget* MatrixPage::MakeScanning() {
   auto* group = new QGroupBox(tr("Tastatur am Terminal"));
-  cmdMatrixEnable = MakeButton("cmdMatrixEnable", tr("&aktivieren"),
+  cmdMatrixEnable = MakeButton("cmdMatrixEnable", tr("a&ktivieren"),
                                tr("Das Terminal fragt die angekreuzten Leitungen ab."));
   cmdMatrixDisable = MakeButton("cmdMatrixDisable", tr("deakti&vieren"),
                                 tr("Das Terminal fragt die Tastatur nicht mehr ab."));

@@ -114,7 +114,7 @@ QWidget* InterfacePage::MakeSecond() {
   form->addRow(ButtonRow({cmdSetCom2, cmdDefaultCom2}));
 
   txtSendCom2 = Named(new WireField, "txtSendCom2");
-  cmdSendCom2 = MakeButton("cmdSendCom2", tr("Sen&den"));
+  cmdSendCom2 = MakeButton("cmdSendCom2", tr("Senden"));
   auto* sendRow = new QHBoxLayout;
   sendRow->addWidget(txtSendCom2);
   sendRow->addWidget(cmdSendCom2);
@@ -126,7 +126,7 @@ QWidget* InterfacePage::MakeSecond() {
   txtReceiveCom2->setReadOnly(true);
   txtReceiveCom2->setTabChangesFocus(true);
   txtReceiveCom2->setMinimumHeight(fontMetrics().lineSpacing() * 3);
-  cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Emp&fangenes löschen"));
+  cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Empfangenes l&öschen"));
   form->addRow(LabelFor(txtReceiveCom2, tr("Empfan&gen:")), txtReceiveCom2);
   form->addRow(QString(), ButtonRow({cmdClearReceiveCom2}));
   return group;

@@ -34,7 +34,7 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   row->addWidget(Befehl);
   row->addWidget(cmdBefehlSenden);
   row->addWidget(cmdSenden);
-  form->addRow(LabelFor(Befehl, tr("Be&fehl (ohne ESC):")), row);
+  form->addRow(LabelFor(Befehl, tr("Befehl (ohn&e ESC):")), row);
   form->addRow(LabelFor(lblDebug, tr("Antwort:")), lblDebug);
   OnClick(cmdBefehlSenden, this, person, &RawCommand::cmdBefehlSenden_Click);
   OnClick(cmdSenden, this, person, &RawCommand::cmdSenden_Click);

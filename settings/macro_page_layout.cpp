@@ -47,7 +47,7 @@ QWidget* MacroPage::MakeEditor() {
   txtMakro = Named(new WireEdit, "txtMakro");
   txtMakro->setPlaceholderText(tr("(Makrotext)"));
   txtMakro->setAccessibleName(tr("Makrotext"));
-  cmdInsertESC = MakeButton("cmdInsertESC", tr("ES&C einfügen"),
+  cmdInsertESC = MakeButton("cmdInsertESC", tr("&ESC einfügen"),
                             tr("Fügt an der Schreibmarke das Zeichen ESC ein (Strg+E)."));
   cmdInsertESC->setShortcut(QKeySequence(tr("Ctrl+E")));
   lblMakroLaenge = Named(new QLabel, "lblMakroLaenge");

@@ -96,7 +96,7 @@ QWidget* StatusPage::MakeResolution() {
                  tr("Setzt die Auflösung, speichert die Konfiguration im EEPROM und startet "
                     "das Terminal neu."));
   QFormLayout* form = MakeForm(group);
-  AddRow(form, tr("&Breite X:"), txtDisplayX, tr("20 … 640 Pixel"));
+  AddRow(form, tr("Breite &X:"), txtDisplayX, tr("20 … 640 Pixel"));
   AddRow(form, tr("Höhe &Y:"), txtDisplayY, tr("20 … 480 Pixel"));
   AddRow(form, tr("O&ption:"), txtDisplayOption, tr("je nach Display"));
   form->addRow(ButtonRow({cmdSetRes}));

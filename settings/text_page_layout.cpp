@@ -117,7 +117,7 @@ QWidget* TextPage::MakeCursor() {
 
   auto* column = new QVBoxLayout(group);
   auto* kind = new QHBoxLayout;
-  kind->addWidget(LabelFor(cboCursor, tr("&Art:")));
+  kind->addWidget(LabelFor(cboCursor, tr("A&rt:")));
   kind->addWidget(cboCursor, 1);
   column->addLayout(kind);
   column->addLayout(shapes);
@@ -139,7 +139,7 @@ QWidget* TextPage::MakeTextStyle() {
   auto* group = new QGroupBox(tr("Textmodus"));
   QFormLayout* form = MakeForm(group);
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-  const QString labels[] = {tr("Schrifta&rt:"), tr("Attr&ibut:"), tr("Zeichen&modus:")};
+  const QString labels[] = {tr("Schri&ftart:"), tr("Attr&ibut:"), tr("Zeichen&modus:")};
   for (std::size_t i = 0; i < cboTextStyle.size(); ++i) {
     cboTextStyle[i] = Named(new QComboBox, ArrayName("cboTextStyle", static_cast<int>(i)));
     cboTextStyle[i]->addItems(StyleEntries(static_cast<int>(i)));

@@ -40,6 +40,7 @@ frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
       data_(outside_.programFolder + databaseName),
+      memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       receive_(outside_.com1, exchange_),
       helpFile_(helpName) {
@@ -52,6 +53,7 @@ frmhaupt::frmhaupt(Outside outside)
   MakeFrame();
   MakeMenus();
   MakeToolbar();
+  RestoreWindows();
   ConnectLink();
   macros_->FillNames();
   matrix_->FillNames();
@@ -92,6 +94,10 @@ void frmhaupt::MakeDrawingDesk() {
   connect(desk_.get(), &DrawingDesk::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
   connect(desk_.get(), &DrawingDesk::Sending, this,
           [this](bool on) { ctlSendeanzeige->setText(on ? tr("●") : tr("○")); });
+  connect(&desk_->Editor(), &frmGrafik::FileUsed, this, [this](const QString& path) {
+    memory_.NoteFile(path);
+    ShowRecentFiles();
+  });
   connect(status_, &StatusPage::ResolutionSet, &desk_->Editor(), &frmGrafik::SetDisplaySize);
 }
 
@@ -128,7 +134,7 @@ void frmhaupt::MakeFrame() {
   column->addWidget(MakeAddressStrip());
   cmdTab = Named(new QTabWidget, "cmdTab");
   cmdTab->setUsesScrollButtons(true);
-  MakeTabs(centre);
+  MakeTabs();
   column->addWidget(cmdTab, 1);
   setCentralWidget(centre);
   statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
@@ -144,7 +150,7 @@ void frmhaupt::MakeFrame() {
   state_.SetListener([this] { ShowTerminal(); });
 }
 
-void frmhaupt::MakeTabs(QWidget*) {
+void frmhaupt::MakeTabs() {
   const std::array<std::pair<const char*, QWidget*>, TabCount> pages{
       {{"Zeichnung", desk_->Page()},
        {"Schnittstellen", interfaces_},
@@ -166,7 +172,6 @@ QWidget* frmhaupt::MakeAddressStrip() {
   row->setContentsMargins(0, 0, 0, 0);
   ctlUpDownAdrDovu = Named(new QSpinBox, "ctlUpDownAdrDovu");
   ctlUpDownAdrDovu->setRange(0, 255);
-  ctlUpDownAdrDovu->setSpecialValueText({});
   cmdDovuAktivieren =
       MakeButton("cmdDovuAktivieren", tr("Terminal wählen"),
                  tr("Von nun an hört das Terminal mit dieser Adresse (255: alle)."));
@@ -257,12 +262,21 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   }
   if (!outside_.loop.Closing() && !desk_->Editor().MayEnd()) return event->ignore();
   event->accept();
+  for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
   traffic_->hide();
   dovu_->hide();
   Q_EMIT Unloaded();
+}
+
+std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
+  return {this, &desk_->Editor(), dovu_, traffic_};
+}
+
+void frmhaupt::RestoreWindows() {
+  for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
 }
 
 std::vector<std::string> frmhaupt::DraftNames() const {

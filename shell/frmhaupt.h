@@ -25,6 +25,7 @@
 #include "settings/text_page.h"
 #include "shell/outside.h"
 #include "shell/program_data.h"
+#include "shell/window_memory.h"
 
 class QAction;
 class QLabel;
@@ -66,7 +67,7 @@ class frmhaupt : public QMainWindow {
   void MakeDrawingDesk();
   void MakeBus();
   void MakeFrame();
-  void MakeTabs(QWidget* page);
+  void MakeTabs();
   QWidget* MakeAddressStrip();
   void ReadOptions();
   void ShowFirstTab();
@@ -75,11 +76,18 @@ class frmhaupt : public QMainWindow {
 
   // Menus and toolbar.
   void MakeMenus();
-  void MakeFileMenus();
+  void MakeFileMenu();
+  void MakeEditMenu();
+  void MakeRecentMenu(QMenu* file);
+  void MakePageMenu();
   void MakeViewMenu();
   void MakeOptionMenu();
   void MakeHelpMenu();
   void MakeToolbar();
+  void ShowRecentFiles();
+  void ShowPageActions();
+  void RestoreWindows();
+  std::array<QWidget*, 4> RememberedWindows();
   QAction* AddAction(QMenu* menu, const char* name, const QString& text,
                      const QKeySequence& shortcut, void (frmhaupt::*handler)());
   void AddToolbarAction(QMenu* menu, const char* name, const QString& text,
@@ -106,6 +114,7 @@ class frmhaupt : public QMainWindow {
   void ResetAll();
   void SaveAsMakro(const std::optional<std::string>& text);
   void cmdDovuAktivieren_Click();
+  void mnuDateiZuletzt_Click(int index);
   void mnuDovuSenden_Click();
   void AskForPort();
   void mnuOptionenSofortSenden_Click();
@@ -125,6 +134,7 @@ class frmhaupt : public QMainWindow {
   Outside outside_;
   PortControl portControl_;  // FormLoading is true from here to the first paint
   ProgramData data_;
+  WindowMemory memory_;
   Exchange exchange_;
   ReceiveEvents receive_;
   TerminalState state_;
@@ -154,6 +164,8 @@ class frmhaupt : public QMainWindow {
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;
   QAction* mnuDovuSenden = nullptr;
+  QMenu* mnuDateiZuletzt = nullptr;
+  QMenu* mnuAktionen = nullptr;
   std::map<int, QToolButton*> cmdToolbar;
   std::multimap<int, QAction*> toolbarActions_;
 };

@@ -2,7 +2,7 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QStyle>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -15,6 +15,7 @@
 #include "shell/port_dialog.h"
 #include "shell/traffic_view.h"
 #include "widgets/form.h"
+#include "widgets/symbol.h"
 
 namespace kelvo {
 namespace {
@@ -96,31 +97,98 @@ void frmhaupt::AddToolbarAction(QMenu* menu, const char* name, const QString& te
 }
 
 void frmhaupt::MakeMenus() {
-  MakeFileMenus();
+  MakeFileMenu();
+  MakeEditMenu();
+  MakePageMenu();
   MakeViewMenu();
   MakeOptionMenu();
   MakeHelpMenu();
 }
 
-void frmhaupt::MakeFileMenus() {
+void frmhaupt::MakeFileMenu() {
   QMenu* const file = Named(menuBar()->addMenu(tr("&Datei")), "mnuDatei");
   AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, buttonNew);
   AddToolbarAction(file, "mnuDateiLoad", tr("&Laden …"), QKeySequence::Open, buttonLoad);
+  MakeRecentMenu(file);
   AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, buttonSave);
+  file->addSeparator();
+  AddToolbarAction(file, "mnuDateiSaveAsText", tr("Als &Text speichern …"),
+                   QKeySequence(tr("Ctrl+Shift+T")), buttonSaveAsText);
   AddToolbarAction(file, "mnuDateiSaveAsMakro", tr("Als &Makro speichern …"),
                    QKeySequence(tr("Ctrl+Shift+S")), buttonSaveAsMakro);
+  AddToolbarAction(file, "mnuDateiBildEEProm", tr("Bild ins &EEPROM …"),
+                   QKeySequence(tr("Ctrl+Shift+E")), buttonBitmapToEEprom);
   file->addSeparator();
   QAction* const end = Named(file->addAction(tr("&Beenden")), "mnuDateiEnd");
   end->setShortcut(QKeySequence(tr("Ctrl+Q")));
   connect(end, &QAction::triggered, this, &QWidget::close);
+}
 
+void frmhaupt::MakeEditMenu() {
   QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuBearbeiten");
   AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), buttonSend);
+  mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"),
+                            QKeySequence(tr("Shift+F9")), &frmhaupt::mnuDovuSenden_Click);
+  edit->addSeparator();
   AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
                    QKeySequence(tr("Ctrl+Shift+Del")), buttonDelete);
   edit->addSeparator();
-  mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"), {},
-                            &frmhaupt::mnuDovuSenden_Click);
+  AddToolbarAction(edit, "mnuBearbeitenReset", tr("Alle Terminals &neu starten"), {}, buttonReset);
+}
+
+void frmhaupt::MakeRecentMenu(QMenu* file) {
+  mnuDateiZuletzt = Named(file->addMenu(tr("&Zuletzt verwendet")), "mnuDateiZuletzt");
+  for (int i = 0; i < WindowMemory::Files; ++i) {
+    QAction* const entry =
+        Named(mnuDateiZuletzt->addAction(QString()), ArrayName("mnuDateiZuletzt", i));
+    connect(entry, &QAction::triggered, this, [this, i] {
+      Guarded(outside_.person, "mnuDateiZuletzt", [&] { mnuDateiZuletzt_Click(i); });
+    });
+  }
+  ShowRecentFiles();
+}
+
+void frmhaupt::ShowRecentFiles() {
+  const QStringList paths = memory_.RecentFiles();
+  const QList<QAction*> entries = mnuDateiZuletzt->actions();
+  for (int i = 0; i < entries.size(); ++i) {
+    entries[i]->setVisible(i < paths.size());
+    if (i >= paths.size()) continue;
+    QString name = QFileInfo(paths[i]).fileName();
+    entries[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(name.replace(u'&', tr("&&"))));
+    entries[i]->setToolTip(paths[i]);
+  }
+  mnuDateiZuletzt->setToolTipsVisible(true);
+  mnuDateiZuletzt->setEnabled(!paths.isEmpty());
+}
+
+// The drawing is shown where it is loaded to. A file that is gone leaves the list.
+void frmhaupt::mnuDateiZuletzt_Click(int index) {
+  const QString path = memory_.RecentFiles().value(index);
+  SetTab(Tab::Drawing);
+  if (!desk_->Editor().MayDiscard()) return;
+  if (!QFileInfo::exists(path)) memory_.ForgetFile(path);
+  desk_->Editor().LoadFile(path.toStdString());
+  ShowRecentFiles();
+}
+
+// What the page in front can do, so that everything can be reached through the menus too.
+void frmhaupt::MakePageMenu() {
+  mnuAktionen = Named(menuBar()->addMenu(tr("&Aktionen")), "mnuAktionen");
+  connect(mnuAktionen, &QMenu::aboutToShow, this, &frmhaupt::ShowPageActions);
+  ShowPageActions();
+}
+
+void frmhaupt::ShowPageActions() {
+  mnuAktionen->clear();
+  QWidget* const page = cmdTab->currentWidget();
+  for (QPushButton* const button : page->findChildren<QPushButton*>()) {
+    if (!button->isVisibleTo(page)) continue;
+    QAction* const action = mnuAktionen->addAction(button->text(), button, &QPushButton::click);
+    action->setEnabled(button->isEnabled());
+    action->setToolTip(button->toolTip());
+  }
+  mnuAktionen->setToolTipsVisible(true);
 }
 
 void frmhaupt::MakeViewMenu() {
@@ -159,35 +227,42 @@ void frmhaupt::MakeHelpMenu() {
   AddAction(help, "mnuHilfe_about", tr("Ü&ber …"), {}, &frmhaupt::mnuHilfe_about_Click);
 }
 
+// Grouped by what they are about. The numbers that do nothing are the gaps between the groups.
 void frmhaupt::MakeToolbar() {
-  struct Button {
+  const struct {
     int index;
-    QStyle::StandardPixmap icon;
+    std::optional<Symbol> symbol;
     QString text;
     QString tip;
-  };
-  const Button buttons[] = {
-      {buttonReset, QStyle::SP_BrowserReload, tr("Alle neu starten"),
-       tr("Startet alle Terminals am Bus neu.")},
-      {buttonNew, QStyle::SP_FileIcon, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
-      {buttonLoad, QStyle::SP_DialogOpenButton, tr("Laden"),
-       tr("Lädt eine Zeichnung aus einer Datei (Strg+O).")},
-      {buttonSave, QStyle::SP_DialogSaveButton, tr("Speichern"),
+  } buttons[] = {
+      {buttonNew, Symbol::New, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
+      {buttonLoad, Symbol::Load, tr("Laden"), tr("Lädt eine Zeichnung aus einer Datei (Strg+O).")},
+      {buttonSave, Symbol::Save, tr("Speichern"),
        tr("Speichert unter einer Bezeichnung (Strg+S).")},
-      {buttonSaveAsText, QStyle::SP_FileDialogDetailedView, tr("Als Text"),
-       tr("Speichert die Befehle der Zeichnung als Textdatei.")},
-      {buttonSend, QStyle::SP_ArrowUp, tr("Senden"), tr("Sendet die Zeichnung (F9).")},
-      {buttonBitmapToEEprom, QStyle::SP_DriveHDIcon, tr("Bild ins EEPROM"),
-       tr("Speichert das Bild der Zeichnung unter einer Nummer im EEPROM.")},
-      {buttonSaveAsMakro, QStyle::SP_DialogApplyButton, tr("Als Makro speichern"),
+      {3, {}, {}, {}},
+      {buttonSaveAsText, Symbol::SaveAsText, tr("Als Text"),
+       tr("Speichert die Befehle der Zeichnung als Textdatei (Strg+Umschalt+T).")},
+      {buttonSaveAsMakro, Symbol::SaveAsMakro, tr("Als Makro"),
        tr("Speichert, was die Seite senden würde, als Makro (Strg+Umschalt+S).")},
-      {buttonDelete, QStyle::SP_TrashIcon, tr("Löschen"), tr("Löscht den gezeigten Satz.")}};
+      {buttonBitmapToEEprom, Symbol::BitmapToEEprom, tr("Bild ins EEPROM"),
+       tr("Speichert das Bild der Zeichnung unter einer Nummer im EEPROM (Strg+Umschalt+E).")},
+      {4, {}, {}, {}},
+      {buttonSend, Symbol::Send, tr("Senden"), tr("Sendet die Zeichnung (F9).")},
+      {5, {}, {}, {}},
+      {buttonDelete, Symbol::Delete, tr("Löschen"),
+       tr("Löscht den gezeigten Satz (Strg+Umschalt+Entf).")},
+      {9, {}, {}, {}},
+      {buttonReset, Symbol::Restart, tr("Alle neu starten"),
+       tr("Startet alle Terminals am Bus neu.")}};
   QToolBar* const bar = Named(addToolBar(tr("Werkzeuge")), "cmdToolbar");
   bar->setMovable(false);
-  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  for (const Button& button : buttons) {
+  for (const auto& button : buttons) {
+    if (!button.symbol) {
+      Named(bar->addSeparator(), ArrayName("cmdToolbar", button.index));
+      continue;
+    }
     auto* tool = Named(new QToolButton, ArrayName("cmdToolbar", button.index));
-    tool->setIcon(style()->standardIcon(button.icon));
+    tool->setIcon(SymbolIcon(*button.symbol));
     tool->setText(button.text);
     tool->setToolTip(button.tip);
     tool->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

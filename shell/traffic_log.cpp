@@ -20,15 +20,19 @@ constexpr std::ptrdiff_t dropped = 1000;
 
 }  // namespace
 
-TrafficLog::Change TrafficLog::Add(milliseconds timeOfDay, Direction direction,
-                                   std::string_view characters) {
+TrafficLog::Change TrafficLog::ChangeBy(milliseconds timeOfDay, Direction direction) const {
+  if (Continues(timeOfDay, direction)) return Change::Grown;
+  return entries_.size() < Capacity ? Change::Added : Change::AddedAndDropped;
+}
+
+void TrafficLog::Add(milliseconds timeOfDay, Direction direction, std::string_view characters) {
   const bool continues = Continues(timeOfDay, direction);
   lastTime_ = timeOfDay;
   if (continues) {
     TrafficEntry& entry = entries_.back();
     entry.characters += characters;
     entry.meaning = ReplyMeaning(entry.characters);
-    return Change::Grown;
+    return;
   }
   TrafficEntry entry{timeOfDay, direction, std::string(characters), {}};
   if (direction == Direction::ToTerminal) {
@@ -36,10 +40,8 @@ TrafficLog::Change TrafficLog::Add(milliseconds timeOfDay, Direction direction,
   } else {
     entry.meaning = ReplyMeaning(entry.characters);
   }
+  if (entries_.size() == Capacity) entries_.erase(entries_.begin(), entries_.begin() + dropped);
   entries_.push_back(std::move(entry));
-  if (entries_.size() <= Capacity) return Change::Added;
-  entries_.erase(entries_.begin(), entries_.begin() + dropped);
-  return Change::AddedAndDropped;
 }
 
 bool TrafficLog::Continues(milliseconds timeOfDay, Direction direction) const {

@@ -24,10 +24,11 @@ class TrafficLog {
  public:
   static constexpr std::size_t Capacity = 10000;
 
-  /// Which entry has changed: the last one grew, one was added, or one was added and the oldest
+  /// What adding changes: the last entry grows, one is added, or one is added and the oldest
   /// thousand dropped.
   enum class Change { Grown, Added, AddedAndDropped };
-  Change Add(std::chrono::milliseconds timeOfDay, Direction direction, std::string_view characters);
+  Change ChangeBy(std::chrono::milliseconds timeOfDay, Direction direction) const;
+  void Add(std::chrono::milliseconds timeOfDay, Direction direction, std::string_view characters);
   void Clear();
 
   std::size_t Size() const { return entries_.size(); }

@@ -29,16 +29,19 @@ QString Text(const std::string& text) { return QString::fromStdString(text); }
 void TrafficModel::Add(Direction direction, std::string_view characters) {
   const std::chrono::milliseconds now(QTime::currentTime().msecsSinceStartOfDay());
   const int rows = rowCount();
-  switch (log_.Add(now, direction, characters)) {
+  switch (log_.ChangeBy(now, direction)) {
     case TrafficLog::Change::Grown:
+      log_.Add(now, direction, characters);
       Q_EMIT dataChanged(index(rows - 1, 0), index(rows - 1, ColumnCount - 1));
       break;
     case TrafficLog::Change::Added:
       beginInsertRows({}, rows, rows);
+      log_.Add(now, direction, characters);
       endInsertRows();
       break;
     case TrafficLog::Change::AddedAndDropped:
       beginResetModel();
+      log_.Add(now, direction, characters);
       endResetModel();
       break;
   }

@@ -53,6 +53,18 @@ create table "Anschluss" (
   "Geraet" text
 );
 
+-- What makes work pleasant: the windows' places, and the drawings used last, the newest first.
+create table "Fenster" (
+  "Name" text,
+  "Lage" text       -- the toolkit's own description, base64
+);
+
+create table "Zuletzt" (
+  "Datei" text      -- a path; the records behind those in use are empty
+);
+
+insert into "Zuletzt" values (''), (''), (''), (''), (''), (''), (''), ('');
+
 insert into "Optionen" values (0, 0, 20, 8388608, 1, 2.0, 2.0, 2.0);
 insert into "Default" values (240, 128, 1);
 

@@ -1,10 +1,7 @@
-#include <QGroupBox>
 #include <QImage>
-#include <QMenuBar>
 #include <QRadioButton>
 #include <QStatusBar>
 #include <QToolButton>
-#include <set>
 
 #include "settings/text_mode.h"
 #include "settings/text_preview.h"
@@ -239,56 +236,6 @@ TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
   // An empty text, one of many rows and a zoom that the Terminal did not tell.
   picture("", {0, 0, 0});
   EXPECT_EQ(picture(std::string(3000, '\n') + "x", {}), picture("\n", {}));
-}
-
-// The letters by which Alt reaches something on a page, and the window's own.
-std::multiset<QChar> Mnemonics(const QList<QWidget*>& widgets) {
-  std::multiset<QChar> letters;
-  const auto add = [&letters](QString text) {
-    text.remove(QStringLiteral("&&"));
-    const qsizetype at = text.indexOf(u'&');
-    if (at >= 0) letters.insert(text.at(at + 1).toUpper());
-  };
-  for (QWidget* widget : widgets) {
-    if (auto* const label = qobject_cast<QLabel*>(widget); label && label->buddy()) {
-      add(label->text());
-    }
-    if (auto* const button = qobject_cast<QAbstractButton*>(widget)) add(button->text());
-    if (auto* const group = qobject_cast<QGroupBox*>(widget)) add(group->title());
-    if (auto* const tabs = qobject_cast<QTabWidget*>(widget)) {
-      for (int i = 0; i < tabs->count(); ++i) add(tabs->tabText(i));
-    }
-  }
-  return letters;
-}
-
-TEST_F(TextPageTest, MnemonicsAreUniqueOnEachPage) {
-  Open();
-  const auto& tabs = Find<QTabWidget>("cmdTab");
-  for (const int page : {2, 5, 6}) {
-    std::multiset<QChar> letters = Mnemonics(tabs.widget(page)->findChildren<QWidget*>());
-    for (const QAction* menu : window->menuBar()->actions()) {
-      letters.insert(menu->text().at(menu->text().indexOf(u'&') + 1).toUpper());
-    }
-    letters.insert(u'E');  // the bus address above the pages
-    for (const QChar letter : letters) {
-      EXPECT_EQ(letters.count(letter), 1U) << page << " " << QString(letter).toStdString();
-    }
-  }
-}
-
-TEST_F(TextPageTest, EveryControlHasANameForTheScreenReader) {
-  Open();
-  const auto& tabs = Find<QTabWidget>("cmdTab");
-  for (const int page : {2, 5, 6}) {
-    for (const QWidget* widget : tabs.widget(page)->findChildren<QWidget*>()) {
-      if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->objectName().isEmpty()) continue;
-      if (widget->objectName().startsWith(QStringLiteral("qt_"))) continue;
-      const auto* const button = qobject_cast<const QAbstractButton*>(widget);
-      EXPECT_FALSE(widget->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
-          << widget->objectName().toStdString();
-    }
-  }
 }
 
 }  // namespace

@@ -58,6 +58,7 @@ class WindowTest : public testing::Test {
     person.messages.clear();
     person.questions.clear();
     person.prompts.clear();
+    person.dialogs.clear();
   }
 
   template <typename Control = QWidget>

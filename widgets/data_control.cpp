@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QStyle>
 #include <QToolButton>
 #include <exception>
 
@@ -20,14 +19,12 @@ DataControl::DataControl(const char* name, Recordset& records, QWidget* parent)
   caption_->setAlignment(Qt::AlignCenter);
   caption_->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   caption_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000000")));
-  first_ = AddButton("_First", QStyle::SP_MediaSkipBackward, tr("Erster Satz"),
-                     [](Recordset& r) { r.MoveFirst(); });
-  previous_ = AddButton("_Previous", QStyle::SP_MediaSeekBackward, tr("Voriger Satz"),
+  first_ =
+      AddButton("_First", Symbol::First, tr("Erster Satz"), [](Recordset& r) { r.MoveFirst(); });
+  previous_ = AddButton("_Previous", Symbol::Previous, tr("Voriger Satz"),
                         [](Recordset& r) { r.MovePrevious(); });
-  next_ = AddButton("_Next", QStyle::SP_MediaSeekForward, tr("Nächster Satz"),
-                    [](Recordset& r) { r.MoveNext(); });
-  last_ = AddButton("_Last", QStyle::SP_MediaSkipForward, tr("Letzter Satz"),
-                    [](Recordset& r) { r.MoveLast(); });
+  next_ = AddButton("_Next", Symbol::Next, tr("Nächster Satz"), [](Recordset& r) { r.MoveNext(); });
+  last_ = AddButton("_Last", Symbol::Last, tr("Letzter Satz"), [](Recordset& r) { r.MoveLast(); });
   for (QWidget* part : std::initializer_list<QWidget*>{first_, previous_, caption_, next_, last_}) {
     row->addWidget(part);
   }
@@ -35,10 +32,10 @@ DataControl::DataControl(const char* name, Recordset& records, QWidget* parent)
   setFocusProxy(next_);
 }
 
-QToolButton* DataControl::AddButton(const char* suffix, int icon, const QString& tip,
+QToolButton* DataControl::AddButton(const char* suffix, Symbol symbol, const QString& tip,
                                     void (*go)(Recordset&)) {
   auto* button = Named(new QToolButton, objectName() + QString::fromUtf8(suffix));
-  button->setIcon(style()->standardIcon(static_cast<QStyle::StandardPixmap>(icon)));
+  button->setIcon(SymbolIcon(symbol));
   button->setToolTip(tip);
   button->setAccessibleName(tip);
   button->setFocusPolicy(Qt::StrongFocus);

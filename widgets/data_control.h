@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "widgets/symbol.h"
+
 class QLabel;
 class QToolButton;
 
@@ -28,7 +30,8 @@ class DataControl : public QWidget {
   void Failed(const QString& description);
 
  private:
-  QToolButton* AddButton(const char* suffix, int icon, const QString& tip, void (*go)(Recordset&));
+  QToolButton* AddButton(const char* suffix, Symbol symbol, const QString& tip,
+                         void (*go)(Recordset&));
 
   Recordset& records_;
   QLabel* caption_;

@@ -23,6 +23,7 @@ class FakeOperator : public Operator {
   std::vector<std::string> prompts;               ///< prompt "|" proposed text
   std::deque<bool> answers;                       ///< to questions; No when none is left
   std::deque<std::optional<std::string>> inputs;  ///< cancelled when none is left
+  std::vector<std::string> dialogs;               ///< "open" or "save" "|" title "|" filter
   std::optional<std::string> file;                ///< chosen in every file dialog
   int beeps = 0;
   /// Runs while a message stands on the screen.
@@ -45,10 +46,14 @@ class FakeOperator : public Operator {
     prompts.push_back(prompt + "|" + proposed);
     return Take(inputs).value_or(std::nullopt);
   }
-  std::optional<std::string> OpenFile(const std::string&, const std::string&) override {
+  std::optional<std::string> OpenFile(const std::string& dialogTitle,
+                                      const std::string& filter) override {
+    dialogs.push_back("open|" + dialogTitle + "|" + filter);
     return file;
   }
-  std::optional<std::string> SaveFile(const std::string&, const std::string&) override {
+  std::optional<std::string> SaveFile(const std::string& dialogTitle,
+                                      const std::string& filter) override {
+    dialogs.push_back("save|" + dialogTitle + "|" + filter);
     return file;
   }
   void Beep() override { ++beeps; }

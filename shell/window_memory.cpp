@@ -1,0 +1,82 @@
+#include "shell/window_memory.h"
+
+#include <QByteArray>
+#include <QWidget>
+
+namespace kelvo {
+namespace {
+
+std::unique_ptr<Recordset> OpenIfThere(Database& database, const char* table) {
+  try {
+    return std::make_unique<Recordset>(database, table);
+  } catch (const StoreError&) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+WindowMemory::WindowMemory(Database& database)
+    : Fenster_(OpenIfThere(database, "Fenster")), Zuletzt_(OpenIfThere(database, "Zuletzt")) {}
+
+bool WindowMemory::Restore(QWidget& window) const {
+  if (!Fenster_ || !Fenster_->FindFirst("Name", window.objectName().toStdString())) return false;
+  const std::string place = Fenster_->Text("Lage").value_or("");
+  return window.restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(place)));
+}
+
+void WindowMemory::Remember(const QWidget& window) {
+  const std::string name = window.objectName().toStdString();
+  const std::string place = window.saveGeometry().toBase64().toStdString();
+  if (!Fenster_) return;
+  try {
+    const bool known = Fenster_->FindFirst("Name", name);
+    if (known && Fenster_->Text("Lage") == place) return;
+    known ? Fenster_->Edit() : Fenster_->AddNew();
+    Fenster_->Set("Name", name);
+    Fenster_->Set("Lage", place);
+    Fenster_->Update();
+  } catch (const StoreError&) {
+    // Not worth a message: the window opens at its usual place next time.
+  }
+}
+
+QStringList WindowMemory::RecentFiles() const {
+  QStringList paths;
+  if (!Zuletzt_) return paths;
+  for (const std::string& path : Zuletzt_->Column("Datei")) {
+    if (!path.empty() && paths.size() < Files) paths << QString::fromStdString(path);
+  }
+  return paths;
+}
+
+void WindowMemory::NoteFile(const QString& path) {
+  QStringList paths = RecentFiles();
+  paths.removeAll(path);
+  paths.prepend(path);
+  StoreFiles(paths.mid(0, Files));
+}
+
+void WindowMemory::ForgetFile(const QString& path) {
+  QStringList paths = RecentFiles();
+  if (paths.removeAll(path) > 0) StoreFiles(paths);
+}
+
+// The delivered table holds `Files` records, empty ones behind those in use.
+void WindowMemory::StoreFiles(const QStringList& paths) {
+  if (!Zuletzt_) return;
+  try {
+    for (int i = 0; i < static_cast<int>(Zuletzt_->RecordCount()); ++i) {
+      Zuletzt_->MoveTo(static_cast<std::size_t>(i));
+      const std::string path = i < paths.size() ? paths[i].toStdString() : std::string();
+      if (Zuletzt_->Text("Datei") == path) continue;
+      Zuletzt_->Edit();
+      Zuletzt_->Set("Datei", path);
+      Zuletzt_->Update();
+    }
+  } catch (const StoreError&) {
+    // As above.
+  }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStringList>
+#include <memory>
+
+#include "store/recordset.h"
+
+class QWidget;
+
+namespace kelvo {
+
+/// Where windows were and how big, and which drawings were used last: the tables `Fenster` and
+/// `Zuletzt`. A database without them, or one that cannot be written, remembers nothing; that is
+/// never reported, because nothing of the operator's is lost.
+class WindowMemory {
+ public:
+  static constexpr int Files = 8;
+
+  explicit WindowMemory(Database& database);
+
+  /// Puts a window where one of its objectName was last, on a screen that is still there; false
+  /// when nothing is known.
+  bool Restore(QWidget& window) const;
+  void Remember(const QWidget& window);
+
+  /// The paths of the drawings that were used last, the newest first; at most `Files`.
+  QStringList RecentFiles() const;
+  void NoteFile(const QString& path);
+  void ForgetFile(const QString& path);
+
+ private:
+  void StoreFiles(const QStringList& paths);
+
+  std::unique_ptr<Recordset> Fenster_;
+  std::unique_ptr<Recordset> Zuletzt_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,227 @@
+#include <QAccessible>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolButton>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "graphics/frmGrafik.h"
+#include "graphics/wmf.h"
+#include "tests/drawing_samples.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+std::string Joined(const std::vector<std::string>& texts, const std::string& name) {
+  std::string joined;
+  for (const std::string& text : texts) joined += "[" + name + " " + text + "]";
+  return joined;
+}
+
+// Every button of the toolbar on every page. All questions are answered with No, all boxes are
+// cancelled.
+class ToolbarTest : public WindowTest {
+ protected:
+  ToolbarTest() {
+    Sql("update Optionen set FirstRun = 0");
+    Sql("insert into Makro (typ, lfdnr, Bezeichnung, wert) values ('ATTab', 0, 'Deutsch', "
+        "char(27) || 'EWK1,65,66;')");
+    Sql("insert into Makro (typ, lfdnr, Bezeichnung, wert) values ('MatrixTab', 0, 'Feld', '')");
+    Sql("insert into DOVU values (3, 'Halle', 1, 1)");
+    file = folder.Path("drawing.wmf");
+    const Drawing drawing = {Boxed(Kind::Rectangle, {20, 100}, {5, 90}, false)};
+    std::ofstream(file, std::ios::binary) << WriteWmf(drawing, 240, 128).bytes;
+  }
+  void StartOn(int page) {
+    window.reset();
+    Start();
+    Show(Tab::Drawing);
+    person.file = file;
+    Click("cmdToolbar_7");
+    person.file.reset();
+    Editor().findChild<QAction*>(QStringLiteral("mnuGrafikAlles"))->trigger();
+    Find<QTabWidget>("cmdTab").setCurrentIndex(page);
+    Forget();
+    records_ = Records();
+  }
+  static frmGrafik& Editor() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (auto* editor = qobject_cast<frmGrafik*>(top)) return *editor;
+    }
+    throw std::runtime_error("no editor");
+  }
+  // With the keyboard: the focus on the button, then the space bar.
+  void Press(int button) {
+    auto* tool = window->findChild<QToolButton*>(QStringLiteral("cmdToolbar_%1").arg(button));
+    if (tool == nullptr) return;
+    tool->setFocus();
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent key(type, Qt::Key_Space, Qt::NoModifier);
+      QApplication::sendEvent(tool, &key);
+    }
+  }
+  std::map<std::string, std::size_t> Records() {
+    Database database(folder.Path("kelvo.mdb"));
+    std::map<std::string, std::size_t> counts;
+    for (const char* source : {"Makro", "DOVU"}) {
+      counts[source] = Recordset(database, source).RecordCount();
+    }
+    return counts;
+  }
+  std::string Effect() {
+    std::string effect = port.written.empty() ? "" : "[wire " + Written() + "]";
+    effect += Joined(person.dialogs, "dialog") + Joined(person.questions, "question") +
+              Joined(person.prompts, "prompt");
+    for (const auto& message : person.messages) effect += "[message " + message.text + "]";
+    for (const auto& [table, count] : Records()) {
+      if (count != records_[table]) {
+        effect += "[" + table + (count > records_[table] ? " +" : " -") + "]";
+      }
+    }
+    const std::size_t objects = Editor().CurrentDrawing().size();
+    return effect + (objects == 1 ? "" : "[objects " + std::to_string(objects) + "]");
+  }
+
+  std::string file;
+  std::map<std::string, std::size_t> records_;
+};
+
+// What each button does on each page; where nothing is named it does nothing and is disabled. The
+// buttons 0 and 1 do the same on every page.
+const std::map<std::pair<int, Tab>, std::string> Effects = {
+    {{0, {}}, "[wire ;♥♦←!A255;←R]"},
+    {{1, {}}, "[message Die Zeichnung enthält kein Bild.]"},
+    {{2, Tab::Drawing}, "[dialog save||Text (txt) |*.txt]"},
+    {{6, Tab::Drawing}, "[wire ←GC←!C0;][objects 0]"},
+    {{6, Tab::AtKeyboard}, "[Makro +]"},
+    {{6, Tab::MatrixKeyboard}, "[Makro +]"},
+    {{6, Tab::Macros}, "[Makro +]"},
+    {{7, Tab::Drawing}, "[dialog open|Datei laden|Vistel(WMF) |*.wmf]"},
+    {{8, Tab::Drawing}, "[dialog save|Datei speichern|Vistel(WMF) |*.wmf]"},
+    {{8, Tab::AtKeyboard}, "[prompt Bezeichnung für diese Tastaturtabelle :|Deutsch]"},
+    {{8, Tab::MatrixKeyboard}, "[prompt Bezeichnung für diese Tastaturtabelle :|Feld]"},
+    {{8, Tab::Macros}, "[prompt Bezeichnung für dieses Makro :|Begrüßung]"},
+    {{10, Tab::Drawing}, "[wire ←GC←GP 20, 27;←GR 5, 37;]"},
+    {{11, Tab::Drawing}, "[prompt Bezeichnung für dieses Makro :|(neuer Name)]"},
+    {{11, Tab::Text}, "[prompt Bezeichnung für dieses Makro :|(neuer Name)]"},
+    {{11, Tab::AtKeyboard}, "[prompt Bezeichnung für dieses Makro :|(neuer Name)]"},
+    {{11, Tab::MatrixKeyboard}, "[message Es ist keine Spalte angekreuzt / CreateMatrixMode]"},
+    {{12, Tab::Drawing}, "[objects 0]"},
+    {{12, Tab::AtKeyboard}, "[question Umkodiertabelle 'Deutsch' löschen ?]"},
+    {{12, Tab::MatrixKeyboard}, "[question Umkodiertabelle 'Feld' löschen ?]"},
+    {{12, Tab::Macros}, "[question Makro 'Begrüßung' löschen ?]"},
+    {{12, Tab::Terminals}, "[DOVU -]"},
+};
+
+TEST_F(ToolbarTest, EveryButtonOnEveryPage) {
+  for (int button = 0; button <= 12; ++button) {
+    for (int page = 0; page < TabCount; ++page) {
+      const auto tab = button < 2 ? Tab{} : static_cast<Tab>(page);
+      const auto effect = Effects.find({button, tab});
+      StartOn(page);
+      Press(button);
+      EXPECT_EQ(Effect(), effect == Effects.end() ? "" : effect->second) << button << '/' << page;
+    }
+  }
+}
+
+TEST_F(ToolbarTest, MenuEntriesPressTheirButton) {
+  const std::pair<const char*, int> entries[] = {
+      {"mnuDateiNeu", 6},          {"mnuDateiLoad", 7},       {"mnuDateiSave", 8},
+      {"mnuDateiSaveAsMakro", 11}, {"mnuBearbeitenSend", 10}, {"mnuBearbeitenloeschen", 12}};
+  for (const auto& [entry, button] : entries) {
+    for (int page = 0; page < TabCount; ++page) {
+      const auto effect = Effects.find({button, static_cast<Tab>(page)});
+      StartOn(page);
+      EXPECT_EQ(Find<QAction>(entry).isEnabled(), effect != Effects.end()) << entry << page;
+      Trigger(entry);
+      EXPECT_EQ(Effect(), effect == Effects.end() ? "" : effect->second) << entry << page;
+    }
+  }
+}
+
+// Drawings that were loaded or saved are at hand in the menu, also after a new start.
+TEST_F(ToolbarTest, RecentDrawings) {
+  StartOn(static_cast<int>(Tab::Macros));
+  window.reset();
+  Start();
+  Show(Tab::Macros);
+  EXPECT_EQ(Find<QAction>("mnuDateiZuletzt_0").text(), QStringLiteral("&1 drawing.wmf"));
+  EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_1").isVisible());
+  Trigger("mnuDateiZuletzt_0");
+  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 0);
+  EXPECT_EQ(Editor().CurrentDrawing().size(), 1u);
+  std::filesystem::remove(file);
+  Trigger("mnuDateiZuletzt_0");
+  EXPECT_EQ(person.LastMessage(), "Die Datei konnte nicht gelesen werden:\n" + file);
+  EXPECT_EQ(Editor().CurrentDrawing().size(), 1u);
+  EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_0").isVisible());
+}
+
+class WholeWindowTest : public WindowTest {};
+
+TEST_F(WholeWindowTest, WindowsComeBackWhereTheyWere) {
+  Start();
+  window->setGeometry(60, 50, 901, 702);
+  window->close();
+  window.reset();
+  Start();
+  EXPECT_EQ(window->geometry(), QRect(60, 50, 901, 702));
+}
+
+// A screen reader says what has the focus.
+TEST_F(WholeWindowTest, EveryControlHasAName) {
+  Start();
+  for (QWidget* control : QApplication::allWidgets()) {
+    if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() != nullptr ||
+        control->objectName().startsWith(u"qt_") || control->isWindow() ||
+        control->window()->windowType() == Qt::Popup) {
+      continue;
+    }
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(control);
+    ASSERT_NE(interface, nullptr);
+    EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
+        << control->metaObject()->className() << ' ' << control->objectName().toStdString()
+        << " of " << control->window()->objectName().toStdString();
+  }
+}
+
+// Everything that is reached with Alt and a letter.
+QStringList Captions(const QWidget& part) {
+  QStringList captions;
+  for (const QWidget* widget : part.findChildren<QWidget*>()) {
+    if (const auto* label = qobject_cast<const QLabel*>(widget); label && label->buddy()) {
+      captions << label->text();
+    } else if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+      captions << button->text();
+    } else if (const auto* group = qobject_cast<const QGroupBox*>(widget)) {
+      captions << group->title();
+    } else if (const auto* tabs = qobject_cast<const QTabWidget*>(widget)) {
+      for (int i = 0; i < tabs->count(); ++i) captions << tabs->tabText(i);
+    }
+  }
+  return captions;
+}
+
+TEST_F(WholeWindowTest, MnemonicsAreUniqueOnEachPage) {
+  Start();
+  QStringList everywhere = Captions(Find("ctlRS485"));
+  for (const QAction* menu : window->menuBar()->actions()) everywhere << menu->text();
+  auto& tabs = Find<QTabWidget>("cmdTab");
+  for (int page = 0; page < TabCount; ++page) {
+    std::map<QKeySequence, QString> taken;
+    for (const QString& caption : everywhere + Captions(*tabs.widget(page))) {
+      const QKeySequence key = QKeySequence::mnemonic(caption);
+      if (key.isEmpty()) continue;
+      EXPECT_TRUE(taken.try_emplace(key, caption).second)
+          << "page " << page << ": " << taken[key].toStdString() << ", " << caption.toStdString();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kelvo
