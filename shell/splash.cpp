@@ -8,6 +8,8 @@
 namespace kelvo {
 namespace {
 
+const QString loading = QStringLiteral("Programm wird geladen");
+
 QPixmap Picture() {
   const QFontMetrics metrics(QApplication::font());
   const qreal ratio = qApp->devicePixelRatio();
@@ -26,14 +28,16 @@ QPixmap Picture() {
   painter.drawText(frame.adjusted(0, 0, 0, -metrics.lineSpacing() * 3), Qt::AlignCenter,
                    QApplication::applicationDisplayName());
   painter.setFont(QApplication::font());
-  painter.drawText(frame.adjusted(0, metrics.lineSpacing() * 4, 0, 0), Qt::AlignCenter,
-                   QStringLiteral("Programm wird geladen"));
+  painter.drawText(frame.adjusted(0, metrics.lineSpacing() * 4, 0, 0), Qt::AlignCenter, loading);
   return picture;
 }
 
 }  // namespace
 
-Splash::Splash() : QSplashScreen(Picture()) { setObjectName(QStringLiteral("frmSplash")); }
+Splash::Splash() : QSplashScreen(Picture()) {
+  setObjectName(QStringLiteral("frmSplash"));
+  setWindowTitle(loading);
+}
 
 void Splash::paintEvent(QPaintEvent* event) {
   QSplashScreen::paintEvent(event);
