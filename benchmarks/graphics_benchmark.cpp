@@ -14,21 +14,13 @@
 #include "graphics/painter.h"
 #include "graphics/wmf.h"
 #include "tests/drawing_samples.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int Width = 640;
 constexpr int Height = 480;
-
-const DeviceFonts& Fonts() {
-  static const DeviceFonts fonts = [] {
-    DeviceFonts loaded;
-    loaded.Load(KELVO_FONT_FOLDER);
-    return loaded;
-  }();
-  return fonts;
-}
 
 TerminalTraits Traits() {
   TerminalTraits traits;
@@ -96,7 +88,7 @@ std::string LongMetafile() { return WriteWmf(ObjectsOfAllKinds(20'000), Width, H
 
 void ReadLongMetafile(benchmark::State& state) {
   const std::string bytes = LongMetafile();
-  for (auto _ : state) benchmark::DoNotOptimize(ReadWmf(bytes, Width, Height, Fonts()));
+  for (auto _ : state) benchmark::DoNotOptimize(ReadWmf(bytes, Width, Height, TestFonts()));
 }
 BENCHMARK(ReadLongMetafile)->Unit(benchmark::kMillisecond);
 
@@ -112,7 +104,7 @@ BENCHMARK(Wmf2svgOfLongMetafile)->Unit(benchmark::kMillisecond)->UseRealTime();
 // One object of many is moved, and the window shows it: what a step of a drag costs.
 void RepaintAfterAMove(benchmark::State& state) {
   DrawingDocument document;
-  DrawingCanvas canvas(document, Fonts());
+  DrawingCanvas canvas(document, TestFonts());
   canvas.SetDisplaySize(Width, Height);
   canvas.SetZoom(2);
   canvas.resize(canvas.sizeHint());

@@ -30,7 +30,7 @@ class Level {
   Level(const std::vector<DrawingObject>& objects, int top, CommandHandler& handler)
       : objects_(objects), top_(top), handler_(handler) {}
 
-  void Walk() {
+  bool Walk() {
     const bool fits = std::all_of(objects_.begin(), objects_.end(), [this](const auto& object) {
       Sixteen number;
       Convert(object, number, false);
@@ -38,13 +38,14 @@ class Level {
     });
     if (!fits) {
       handler_.Overflow();
-      return;
+      return false;
     }
     for (const DrawingObject& object : objects_) {
       FollowPenMode(object);
       Sixteen number;
       Convert(object, number, true);
     }
+    return true;
   }
 
  private:
@@ -105,11 +106,11 @@ class Level {
   }
 
   void ConvertEllipse(const DrawingObject& object, Sixteen& number, bool handOver) {
-    const PixelPoint upperRight = ToTerminal(object.corner1, number);
-    const PixelPoint lowerLeft = ToTerminal(object.corner2, number);
-    const int radiusX = HalfTowardMinusInfinity(number(upperRight.x - lowerLeft.x));
-    const int radiusY = HalfTowardMinusInfinity(number(object.corner1.y - object.corner2.y));
-    const PixelPoint centre{number(lowerLeft.x + radiusX), number(upperRight.y + radiusY)};
+    const PixelPoint topLeft = ToTerminal({object.corner2.x, object.corner1.y}, number);
+    const int radiusX = HalfTowardMinusInfinity(number(number(object.corner1.x) - topLeft.x));
+    const int radiusY =
+        HalfTowardMinusInfinity(number(object.corner1.y - number(object.corner2.y)));
+    const PixelPoint centre{number(topLeft.x + radiusX), number(topLeft.y + radiusY)};
     if (handOver) handler_.Ellipse(centre, radiusX, radiusY, object.filled);
   }
 
@@ -143,8 +144,8 @@ class Level {
 
 }  // namespace
 
-void WalkDrawing(const Drawing& drawing, int displayHeight, CommandHandler& handler) {
-  Level(drawing, displayHeight - 1, handler).Walk();
+bool WalkDrawing(const Drawing& drawing, int displayHeight, CommandHandler& handler) {
+  return Level(drawing, displayHeight - 1, handler).Walk();
 }
 
 }  // namespace kelvo

@@ -25,11 +25,12 @@ class CommandHandler {
   virtual void Overflow() = 0;
 };
 
-/// Hands a drawing to `handler`. `displayHeight` is the Terminal's height in pixels.
+/// Hands a drawing to `handler`; false when its outermost level cannot be converted.
+/// `displayHeight` is the Terminal's height in pixels.
 ///
 /// Each level starts with the remembered pen mode 13, and a group's last mode is not carried back
 /// to the level outside: after a group the pen may be left in the group's mode. This is deliberate;
 /// Terminals in the field show their drawings so.
-void WalkDrawing(const Drawing& drawing, int displayHeight, CommandHandler& handler);
+bool WalkDrawing(const Drawing& drawing, int displayHeight, CommandHandler& handler);
 
 }  // namespace kelvo

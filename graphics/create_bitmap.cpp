@@ -87,7 +87,7 @@ int BytesPerRow(int w) { return w < 1 ? 1 : (w - 1) / 8 + 1; }
 Translation CreateBitmap(const DrawingObject& picture, int w, int h, int iCreatemode,
                          TerminalTraits& terminal) {
   if (iCreatemode != CreateForCommand && iCreatemode != CreateForEEProm) {
-    return {{}, {"Fehler bei CreateBitmap / iCreatemode nicht def."}};
+    return {{}, {"Fehler bei CreateBitmap / iCreatemode nicht def."}, true};
   }
   const bool inPixels =
       iCreatemode == CreateForCommand && !(KnownVersion(terminal) < terminal.pixelWidthVersion);
@@ -99,10 +99,10 @@ Translation CreateBitmap(const DrawingObject& picture, int w, int h, int iCreate
     AppendRows(text, picture.picture, w, h, terminal.blackThreshold);
   } catch (const std::bad_alloc&) {
     // No separator before the name: deliberate, unlike everywhere else.
-    return {{}, {"Nicht genügend SpeicherCreateBitmap"}};
+    return {{}, {"Nicht genügend SpeicherCreateBitmap"}, true};
   }
   text += ';';
-  return {std::move(text), {}};
+  return {std::move(text), {}, false};
 }
 
 PixelMap RenderBitmap(const DrawingObject& picture, int w, int h, std::int64_t blackThreshold,

@@ -24,6 +24,8 @@ struct TerminalTraits {
 struct Translation {
   std::string text;
   std::vector<std::string> messages;
+  bool failed =
+      false;  ///< nothing could be translated; an empty drawing's empty text is no failure
 };
 
 constexpr int CreateForCommand = 1;  ///< iCreatemode: behind "GB" and its position

@@ -106,8 +106,10 @@ class CommandWriter : public CommandHandler {
 
 Translation CreatePic(const Drawing& drawing, TerminalTraits& terminal) {
   CommandWriter writer(terminal);
-  WalkDrawing(drawing, terminal.displayHeight, writer);
-  return writer.Take();
+  const bool converted = WalkDrawing(drawing, terminal.displayHeight, writer);
+  Translation translation = writer.Take();
+  translation.failed = !converted;
+  return translation;
 }
 
 }  // namespace kelvo

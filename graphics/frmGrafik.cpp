@@ -127,11 +127,12 @@ TerminalTraits frmGrafik::Terminal() const {
   return traits;
 }
 
-std::string frmGrafik::CreatePic() {
+std::optional<std::string> frmGrafik::TryCreatePic() {
   TerminalTraits traits = Terminal();
-  const Translation translation = kelvo::CreatePic(document_.Current(), traits);
+  Translation translation = kelvo::CreatePic(document_.Current(), traits);
   for (const std::string& message : translation.messages) person_.Message(message);
-  return translation.text;
+  if (translation.failed) return std::nullopt;
+  return std::move(translation.text);
 }
 
 void frmGrafik::SetDisplaySize(int width, int height) {

@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,9 @@ class frmGrafik : public QMainWindow {
   QSize DisplaySize() const { return {Display->DisplayWidth(), Display->DisplayHeight()}; }
   /// The drawing as commands; what goes wrong is shown in message boxes. Asks the Terminal for its
   /// version when that is needed and not known.
-  std::string CreatePic();
+  std::string CreatePic() { return TryCreatePic().value_or(std::string()); }
+  /// The same for callers to whom a failed translation (nothing) is not an empty drawing.
+  std::optional<std::string> TryCreatePic();
   /// The option values with the display's height.
   TerminalTraits Terminal() const;
   /// What the Terminal shows when it is sent, one pixel each.

@@ -32,7 +32,7 @@ void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& 
 
   const Translation bitmap = CreateBitmap(*picture, w, h, CreateForEEProm, terminal);
   for (const std::string& message : bitmap.messages) person.Message(message);
-  if (bitmap.text.empty()) return;
+  if (bitmap.failed) return;
   if (!FitsEEProm(bitmap.text.size(), eeprom.freeBytes())) {
     return person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
   }

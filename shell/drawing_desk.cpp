@@ -71,12 +71,16 @@ void DrawingDesk::NewDrawing() {
   editor_.Clear();
 }
 
-void DrawingDesk::SaveAsMakro() { services_.saveAsMakro(editor_.CreatePic()); }
+// What could not be translated has been reported; it replaces no record and no file.
+void DrawingDesk::SaveAsMakro() {
+  if (const auto commands = editor_.TryCreatePic()) services_.saveAsMakro(*commands);
+}
 
 void DrawingDesk::SaveAsText() {
-  const std::string commands = editor_.CreatePic();
+  const auto commands = editor_.TryCreatePic();
+  if (!commands) return;
   const auto name = services_.outside.person.SaveFile("", textFilter);
-  if (name) SaveasText(commands, *name);
+  if (name) SaveasText(*commands, *name);
 }
 
 void DrawingDesk::SaveBMPinEEProm() {

@@ -51,6 +51,8 @@ class DrawingDesk : public QObject, private GraphicsHost {
   void SaveBMPinEEProm() override;
   /// What is drawn, as commands; nothing when it could not be translated, which has been said.
   std::string CreatePic() { return editor_.CreatePic(); }
+  /// The same; a failed translation is nothing, an empty drawing the empty string.
+  std::optional<std::string> TryCreatePic() { return editor_.TryCreatePic(); }
 
  Q_SIGNALS:
   /// The drawing is on its way (true) or has been handed to the line.

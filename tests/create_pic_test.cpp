@@ -95,13 +95,18 @@ TEST(CreatePic, ALevelThatLeavesSixteenBitsIsEmptyAndSaysSo) {
   for (const DrawingObject& object : far) {
     const Translation result = Translate({line, object, line});
     EXPECT_EQ(result.text, "");
+    EXPECT_TRUE(result.failed);
     EXPECT_EQ(result.messages, std::vector<std::string>{"Überlauf / CreatePic"});
     const Translation inGroup = Translate({line, GroupOf({line, object}), line});
     EXPECT_EQ(Readable(inGroup.text), lineText + lineText);
     EXPECT_EQ(inGroup.messages.size(), 1U);
+    EXPECT_FALSE(inGroup.failed);
   }
+  EXPECT_FALSE(Translate({}).failed);
   EXPECT_EQ(Commands({WithVertices(Kind::Polyline, {{-32768, -32704}, {32767, 32767}})}),
             "^GP-32768, 32767;^GL 32767,-32704;");
+  // The lower edge itself, which would be the 32831st row, is not part of an ellipse's commands.
+  EXPECT_EQ(Commands({Boxed(Kind::Ellipse, {9, -32577}, {0, -32768})}), "^GP 4, 32735;^GE 4, 95;");
 }
 
 TEST(CreatePic, AsksForTheVersionOnceAndOnlyForPictures) {

@@ -87,6 +87,21 @@ TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {
   EXPECT_EQ(WireText(Stored("Makro", "wert", 3)), commands);
 }
 
+TEST_F(DrawingDeskTest, WhatCannotBeTranslatedReplacesNothing) {
+  drawing = {Boxed(Kind::Ellipse, {20000, 0}, {-20000, 0})};
+  Start();
+  Load();
+  person.file = folder.Path("drawing.txt");
+  std::ofstream(*person.file) << "old";
+  for (const char* button : {"cmdToolbar_2", "cmdToolbar_11"}) {
+    Forget();
+    Click(button);
+    EXPECT_EQ(person.LastMessage(), "Überlauf / CreatePic");
+    EXPECT_TRUE(person.prompts.empty());
+  }
+  EXPECT_EQ(ReadFile(*person.file), "old");
+}
+
 TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesWhileThePageIsInFront) {
   Start();
   Trigger("mnuOptionenSofortSenden");

@@ -7,6 +7,7 @@
 #include "simulator/terminal.h"
 #include "tests/drawing_samples.h"
 #include "tests/pixel_picture.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo {
 namespace {
@@ -18,8 +19,7 @@ constexpr std::int64_t Threshold = 0x808080;
 class OnTerminal : public testing::Test {
  protected:
   OnTerminal() {
-    fonts_.Load(KELVO_FONT_FOLDER);
-    terminal_.emplace(sim::TerminalSetup(), fonts_);
+    terminal_.emplace(sim::TerminalSetup(), TestFonts());
     terminal_->PowerOn({});
   }
 
@@ -35,7 +35,6 @@ class OnTerminal : public testing::Test {
     return CreatePic(drawing, traits).text;
   }
 
-  DeviceFonts fonts_;
   std::optional<sim::Terminal> terminal_;
 };
 
@@ -44,7 +43,7 @@ TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
   for (int i = 0; i < 1500; ++i) {
     const Drawing drawing = drawings.Next();
     PixelMap shown(Width, Height);
-    PaintDrawing(shown, drawing, fonts_, Threshold);
+    PaintDrawing(shown, drawing, TestFonts(), Threshold);
     // The pen of a drawing before must not show in this one.
     Send("\x1bGM0;\x1bGC" + Commands(drawing, i % 2 == 0 ? 1.0 : 2.1));
     const PixelMap& pixels = terminal_->Display().Pixels();

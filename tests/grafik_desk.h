@@ -7,6 +7,7 @@
 
 #include "graphics/frmGrafik.h"
 #include "tests/fakes/fake_operator.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo {
 
@@ -59,14 +60,11 @@ class HostModel : public GraphicsHost {
 /// The real window on an offscreen display, and hands on mouse and keys.
 class GrafikDesk {
  public:
-  explicit GrafikDesk(QSize display = {240, 128}) {
-    fonts.Load(KELVO_FONT_FOLDER);
-    Start(display);
-  }
+  explicit GrafikDesk(QSize display = {240, 128}) { Start(display); }
 
   /// Begins anew, as after a start of the program.
   void Start(QSize display = {240, 128}) {
-    window = std::make_unique<frmGrafik>(host, person, fonts, timer, display, DraftPath());
+    window = std::make_unique<frmGrafik>(host, person, TestFonts(), timer, display, DraftPath());
     window->resize(1200, 760);
     window->show();
     Q_UNUSED(QTest::qWaitForWindowExposed(window.get()));
@@ -99,7 +97,6 @@ class GrafikDesk {
   testing_world::FakeOperator person;
   HostModel host;
   HandTimer timer;
-  DeviceFonts fonts;
   std::unique_ptr<frmGrafik> window;
 
  private:

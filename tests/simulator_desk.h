@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "graphics/device_font.h"
 #include "simulator/terminal.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo::sim {
 
@@ -15,15 +15,6 @@ inline const std::string Etx = "\x03";
 inline const std::string Eot = "\x04";
 inline const std::string Ack = "\x06";
 inline const std::string Nak = "\x15";
-
-inline const DeviceFonts& TestFonts() {
-  static const DeviceFonts fonts = [] {
-    DeviceFonts loaded;
-    loaded.Load(KELVO_FONT_FOLDER);
-    return loaded;
-  }();
-  return fonts;
-}
 
 /// One Terminal that is switched on, with a clock that the test moves.
 class Desk {

@@ -9,6 +9,7 @@
 #include "graphics/dib.h"
 #include "graphics/text_prefix.h"
 #include "tests/drawing_samples.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo {
 namespace {
@@ -16,17 +17,8 @@ namespace {
 constexpr int Width = 240;
 constexpr int Height = 128;
 
-const DeviceFonts& Fonts() {
-  static const DeviceFonts fonts = [] {
-    DeviceFonts loaded;
-    loaded.Load(KELVO_FONT_FOLDER);
-    return loaded;
-  }();
-  return fonts;
-}
-
 WmfDrawing Load(std::string_view bytes, const WmfLimits& limits = {}) {
-  return ReadWmf(bytes, Width, Height, Fonts(), limits);
+  return ReadWmf(bytes, Width, Height, TestFonts(), limits);
 }
 
 std::string Saved(const Drawing& drawing) {
@@ -68,7 +60,7 @@ TEST(Wmf, OddObjectsComeBackToo) {
   EXPECT_EQ(Load(Saved(odd)).drawing, odd);
   EXPECT_EQ(Load(Saved({})).drawing, Drawing());
   // On another display the distances from the bottom left stay.
-  EXPECT_EQ(ReadWmf(Saved(odd), 640, 480, Fonts()).drawing, odd);
+  EXPECT_EQ(ReadWmf(Saved(odd), 640, 480, TestFonts()).drawing, odd);
 }
 
 TEST(Wmf, SaysWhatCannotBeWritten) {
