@@ -91,7 +91,8 @@ PortError QtSerialPort::OpenDevice(const std::string& device) {
   port_.clear();
   input_.clear();
   line_ = LineClock();
-  ForgetEcho();
+  ForgetWritten();
+  ExpectEcho({});
   open_ = true;
   watch_.start();
   return PortOk;
@@ -141,12 +142,12 @@ void QtSerialPort::Write(std::string_view text) {
   if (!open_ || text.empty()) return;
   Fetch();
   const bool paused = line_.IdleFor(loop_.Now()) > echoDelay;
+  if (paused) ExpectEcho({});
   if (written_.empty() || paused || written_.size() > echoKept) {
     written_.clear();
     beforeWrite_ = input_.size();
   }
   written_ += text;
-  echoToCome_.clear();
   line_.Written(text.size(), loop_.Now());
   port_.write(text.data(), static_cast<qint64>(text.size()));
   port_.flush();
@@ -176,14 +177,31 @@ void QtSerialPort::DiscardOutput() {
 void QtSerialPort::DiscardInput() {
   if (!open_) return;
   Fetch();
+  input_.erase(0, std::min(beforeWrite_, input_.size()));
+  if (line_.IdleFor(loop_.Now()) > echoDelay) {
+    ExpectEcho({});
+  } else if (echoToCome_.empty()) {
+    ExpectEcho(EchoHeldBack());
+  }
   input_.clear();
-  ForgetEcho();
+  ForgetWritten();
 }
 
-void QtSerialPort::ForgetEcho() {
+void QtSerialPort::ForgetWritten() {
   written_.clear();
-  echoToCome_.clear();
   beforeWrite_ = 0;
+}
+
+void QtSerialPort::ExpectEcho(std::string echo) {
+  echoToCome_ = std::move(echo);
+  echoCome_ = 0;
+}
+
+// An adapter may hold characters back for some milliseconds: the rest of the echo, or all of it, is
+// still to come. An answer never begins like a command.
+std::string QtSerialPort::EchoHeldBack() const {
+  const std::size_t echo = EchoLength(input_);
+  return echo == input_.size() ? written_.substr(echo) : std::string();
 }
 
 // How much of a text is the echo of what was written.
@@ -202,11 +220,8 @@ void QtSerialPort::DiscardEcho() {
   const bool late = line_.IdleFor(loop_.Now()) >= line_.CharacterTime();
   Fetch();
   input_.erase(0, std::min(beforeWrite_, input_.size()));
-  const std::size_t echo = EchoLength(input_);
-  // An adapter may hold characters back for some milliseconds: the rest of the echo, or all of it,
-  // is still to come. An answer never begins like a command.
-  if (echo == input_.size()) echoToCome_ = written_.substr(echo);
-  input_.erase(0, late ? echo : input_.size());
+  ExpectEcho(EchoHeldBack());
+  input_.erase(0, late ? EchoLength(input_) : input_.size());
 }
 
 std::string QtSerialPort::Input() {
@@ -214,10 +229,7 @@ std::string QtSerialPort::Input() {
   std::string text = input_.substr(0, length);
   input_.erase(0, text.size());
   // Who reads takes the echo with it; the next text is compared from its own beginning.
-  if (!text.empty()) {
-    written_.clear();
-    beforeWrite_ = 0;
-  }
+  if (!text.empty()) ForgetWritten();
   return text;
 }
 
@@ -231,16 +243,20 @@ void QtSerialPort::Fetch() {
 
 void QtSerialPort::Received(const std::string& text) {
   if (text.empty()) return;
-  const auto [end, rest] = std::mismatch(
-      text.begin(),
-      text.begin() + static_cast<std::ptrdiff_t>(std::min(text.size(), echoToCome_.size())),
-      echoToCome_.begin());
-  if (end != text.end()) {
-    echoToCome_.clear();
+  const std::string_view rest = std::string_view(echoToCome_).substr(echoCome_);
+  const std::size_t most = std::min(text.size(), rest.size());
+  const auto same = static_cast<std::size_t>(
+      std::mismatch(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(most), rest.begin())
+          .first -
+      text.begin());
+  if (same < most) {  // no echo after all, but a Terminal that itself repeats the command
+    input_.append(echoToCome_, 0, echoCome_).append(text);
+    ExpectEcho({});
   } else {
-    echoToCome_.erase(echoToCome_.begin(), rest);
+    input_.append(text, same);
+    echoCome_ += same;
+    if (echoCome_ == echoToCome_.size()) ExpectEcho({});
   }
-  input_.append(end, text.end());
   if (traffic_) traffic_(Direction::FromTerminal, text);
 }
 

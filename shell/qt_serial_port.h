@@ -55,7 +55,9 @@ class QtSerialPort : public QObject, public SerialPort {
   void Fetch();
   void Received(const std::string& text);
   std::size_t EchoLength(std::string_view text) const;
-  void ForgetEcho();
+  void ExpectEcho(std::string echo);
+  std::string EchoHeldBack() const;
+  void ForgetWritten();
   void RaiseReceiveEvents();
   void Lost();
   std::size_t DriverCount() const;
@@ -72,7 +74,8 @@ class QtSerialPort : public QObject, public SerialPort {
   std::string input_;
   std::string written_;          // without a pause that an echo could not bridge
   std::size_t beforeWrite_ = 0;  // characters of input_ that were there before written_
-  std::string echoToCome_;       // dropped as it arrives
+  std::string echoToCome_;       // dropped as it arrives, unless something else comes after all
+  std::size_t echoCome_ = 0;     // characters of it that have arrived
   int inputLen_ = 1;
   int threshold_ = 0;
   bool raising_ = false;

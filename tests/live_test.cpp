@@ -207,6 +207,30 @@ TEST_F(BarePortTest, EchoIsDroppedHoweverLateItComesAndTheAnswerStays) {
   }
 }
 
+// A query drops what is there before it is written, but not what an adapter still holds back.
+TEST_F(BarePortTest, EchoOfTheTextBeforeAQueryIsNotTakenForItsReply) {
+  const std::string selection = "\x1b!A5;";
+  const std::string query = "\x1b?A";
+  for (std::size_t early = 0; early <= selection.size(); ++early) {
+    port.Write(selection);
+    Arrive(selection.substr(0, early));
+    WaitUntilSent();
+    port.DiscardInput();
+    port.Write(query);
+    Arrive(selection.substr(early) + query + "?A5;");
+    EXPECT_EQ(Received(query.size() + 4), query + "?A5;") << early;
+  }
+  // Without an echo on the line, but with a Terminal that repeats the query.
+  port.Write(selection);
+  WaitUntilSent();
+  port.DiscardInput();
+  port.Write(query);
+  Arrive("\x1b");
+  EXPECT_EQ(port.InBufferCount(), 0U);
+  Arrive("?A?A5;");
+  EXPECT_EQ(Received(query.size() + 4), query + "?A5;");
+}
+
 TEST_F(BarePortTest, AnswerIsKeptWhenTheCallComesLate) {
   port.Write(
       "\x1b"
