@@ -3,22 +3,17 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-#include <QFile>
-#include <QTemporaryDir>
 #include <cmath>
 
+#include "benchmarks/real_line.h"
 #include "bus/terminal_search.h"
 #include "bus/transfer.h"
-#include "shell/qt_event_loop.h"
-#include "shell/qt_serial_port.h"
 #include "tests/fakes/bus_world.h"
 #include "tour/simulator_process.h"
 
 namespace kelvo {
 namespace {
 
-using std::chrono::milliseconds;
 using testing_world::BusWorld;
 
 constexpr double CharacterMs = 10 * 1000.0 / 19200;
@@ -92,55 +87,25 @@ void TransferToTenTerminalsInVirtualTime(benchmark::State& state) {
 }
 BENCHMARK(TransferToTenTerminalsInVirtualTime)->Unit(benchmark::kMillisecond);
 
-// The simulator in a folder of its own.
-class SimulatedBus {
- public:
-  SimulatedBus() {
-    const QString program = QStringLiteral(KELVO_PROGRAM_DIR "/");
-    QFile::copy(program + QStringLiteral("kelvo-simulator"),
-                folder_.filePath(QStringLiteral("kelvo-simulator")));
-    QFile::link(program + QStringLiteral("fonts"), folder_.filePath(QStringLiteral("fonts")));
-    simulator_ = std::make_unique<SimulatorProcess>(
-        folder_.path(), QStringList{QStringLiteral("--fault"), QStringLiteral("silent")});
-  }
-  std::string Port() const {
-    return folder_.filePath(QStringLiteral("simulator.tty")).toStdString();
-  }
-
- private:
-  QTemporaryDir folder_;
-  std::unique_ptr<SimulatorProcess> simulator_;
-};
-
 // The argument is the highest address; 255 takes more than two minutes.
 void SearchOnThePacedLine(benchmark::State& state) {
-  const SimulatedBus bus;
-  QtEventLoop loop;
-  QtTimer tmrTimeout(loop, milliseconds(1000), true);
-  QtTimer tmrRS485(loop, milliseconds(20), true, QtTimer::Ticks::OnDemand);
-  QtSerialPort com1(loop);
-  Exchange exchange(com1, loop, tmrTimeout, tmrRS485);
-  tmrTimeout.SetHandler([&exchange] { exchange.tmrTimeout_Timer(); });
-  tmrRS485.SetHandler([&exchange] { exchange.tmrRS485_Timer(); });
-  com1.SetDevices([&bus](int) { return bus.Port(); });
-  com1.SetPortNumber(1);
+  const SimulatedFolder folder;
+  const SimulatorProcess silent(folder.Path(),
+                                {QStringLiteral("--fault"), QStringLiteral("silent")});
+  Host host(folder.Port(), "19200,N,8,1");
   TerminalState terminal;
-  TerminalSearch search({exchange, terminal, [&com1] {
-                           com1.Close();
-                           if (com1.Open() != PortOk) return false;
-                           com1.SetInputLen(1);
-                           com1.SetUp("19200,N,8,1", Handshaking::XOnXOff);
-                           com1.SetReceiveThreshold(1);
-                           return true;
+  TerminalSearch search({host.exchange, terminal, [&host] {
+                           host.com1.Close();
+                           return host.Open();
                          }});
   const int last = static_cast<int>(state.range(0));
   double measured = 0;
   for (auto _ : state) {
-    const auto start = loop.Now();
+    const auto start = host.loop.Now();
     if (search.Run(last, 2.0, [](const auto&) {}) != TerminalSearch::End::Complete) {
       return state.SkipWithError("the line was lost");
     }
-    measured = Milliseconds(loop.Now() - start);
+    measured = Milliseconds(host.loop.Now() - start);
   }
   Report(state, measured, PrescribedSilence(last));
 }
@@ -153,10 +118,3 @@ BENCHMARK(SearchOnThePacedLine)
 
 }  // namespace
 }  // namespace kelvo
-
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-}

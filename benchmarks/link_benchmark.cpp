@@ -5,17 +5,12 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <QApplication>
-#include <QFile>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <thread>
 
-#include "link/exchange.h"
-#include "shell/qt_event_loop.h"
-#include "shell/qt_serial_port.h"
+#include "benchmarks/real_line.h"
 #include "tour/simulator_process.h"
 
 // How much of the line's time the exchange itself takes. Speeds are told as ratios, because the
@@ -69,30 +64,6 @@ class Responder {
   std::thread thread_;
 };
 
-// The exchange over the real port and event loop, as the program puts it together.
-struct Host {
-  Host(std::string device, const std::string& settings) {
-    com1.SetDevices([device](int) { return device; });
-    com1.SetPortNumber(1);
-    if (com1.Open() != PortOk) throw std::runtime_error("cannot open " + device);
-    com1.SetInputLen(1);
-    com1.SetUp(settings, Handshaking::XOnXOff);
-    com1.SetReceiveThreshold(1);
-    tmrTimeout.SetHandler([this] { exchange.tmrTimeout_Timer(); });
-    tmrRS485.SetHandler([this] { exchange.tmrRS485_Timer(); });
-  }
-  bool Send(std::string_view text) {
-    exchange.CommandBuffer = text;
-    return exchange.SendString(exchange.CommandBuffer, Pending::Keep, Acknowledge::Wait);
-  }
-
-  QtEventLoop loop;
-  QtTimer tmrTimeout{loop, std::chrono::milliseconds(2000), true};
-  QtTimer tmrRS485{loop, std::chrono::milliseconds(20), true, QtTimer::Ticks::OnDemand};
-  QtSerialPort com1{loop};
-  Exchange exchange{com1, loop, tmrTimeout, tmrRS485};
-};
-
 void BareRoundTrip(benchmark::State& state) {
   Responder responder;
   const int handle = open(responder.Path().c_str(), O_RDWR | O_NOCTTY);
@@ -120,27 +91,12 @@ void ExchangeRoundTrip(benchmark::State& state) {
 }
 BENCHMARK(ExchangeRoundTrip)->UseRealTime();
 
-// A program folder with the simulator in it, its EEPROM file and port apart from an operator's own.
-class SimulatedFolder {
- public:
-  SimulatedFolder() {
-    const QString program = QStringLiteral(KELVO_PROGRAM_DIR "/");
-    QFile::copy(program + QStringLiteral("kelvo-simulator"),
-                folder_.filePath(QStringLiteral("kelvo-simulator")));
-    QFile::link(program + QStringLiteral("fonts"), folder_.filePath(QStringLiteral("fonts")));
-  }
-  QString Path() const { return folder_.path(); }
-
- private:
-  QTemporaryDir folder_;
-};
-
 // The share of the line rate that a stream of acknowledged 64-byte commands reaches.
 void ShareOfLineRate(benchmark::State& state) {
   const SimulatedFolder folder;
   const QString baud = QString::number(state.range(0));
   SimulatorProcess simulator(folder.Path(), {QStringLiteral("--baud"), baud});
-  Host host(folder.Path().toStdString() + "/simulator.tty", baud.toStdString() + ",N,8,1");
+  Host host(folder.Port(), baud.toStdString() + ",N,8,1");
   const std::string macro =
       "\x1b"
       "EWM7," +
@@ -201,11 +157,3 @@ BENCHMARK(Waiting)->Arg(10000)->Iterations(1)->UseRealTime()->Unit(benchmark::kM
 
 }  // namespace
 }  // namespace kelvo
-
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <chrono>
+#include <stdexcept>
+#include <string>
+
+#include "link/exchange.h"
+#include "shell/qt_event_loop.h"
+#include "shell/qt_serial_port.h"
+
+namespace kelvo {
+
+/// The exchange over the real port and event loop, as the program puts it together.
+struct Host {
+  Host(std::string device, std::string lineSettings) : settings(std::move(lineSettings)) {
+    com1.SetDevices([device](int) { return device; });
+    com1.SetPortNumber(1);
+    if (!Open()) throw std::runtime_error("cannot open " + device);
+    tmrTimeout.SetHandler([this] { exchange.tmrTimeout_Timer(); });
+    tmrRS485.SetHandler([this] { exchange.tmrRS485_Timer(); });
+  }
+  bool Open() {
+    if (com1.Open() != PortOk) return false;
+    com1.SetInputLen(1);
+    com1.SetUp(settings, Handshaking::XOnXOff);
+    com1.SetReceiveThreshold(1);
+    return true;
+  }
+  bool Send(std::string_view text) {
+    exchange.CommandBuffer = text;
+    return exchange.SendString(exchange.CommandBuffer, Pending::Keep, Acknowledge::Wait);
+  }
+
+  const std::string settings;
+  QtEventLoop loop;
+  QtTimer tmrTimeout{loop, std::chrono::milliseconds(2000), true};
+  QtTimer tmrRS485{loop, std::chrono::milliseconds(20), true, QtTimer::Ticks::OnDemand};
+  QtSerialPort com1{loop};
+  Exchange exchange{com1, loop, tmrTimeout, tmrRS485};
+};
+
+/// A program folder with the simulator in it, its EEPROM file and port apart from an operator's
+/// own.
+class SimulatedFolder {
+ public:
+  SimulatedFolder() {
+    const QString program = QStringLiteral(KELVO_PROGRAM_DIR "/");
+    QFile::copy(program + QStringLiteral("kelvo-simulator"),
+                folder_.filePath(QStringLiteral("kelvo-simulator")));
+    QFile::link(program + QStringLiteral("fonts"), folder_.filePath(QStringLiteral("fonts")));
+  }
+  QString Path() const { return folder_.path(); }
+  std::string Port() const { return Path().toStdString() + "/simulator.tty"; }
+
+ private:
+  QTemporaryDir folder_;
+};
+
+}  // namespace kelvo
