@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 class QGridLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 
 namespace kelvo::sim {
 
@@ -31,6 +33,8 @@ class WallWindow : public QWidget {
   /// The window of one Terminal (from 0).
   SimulatorWindow& Open(std::size_t terminal);
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  Q_SIGNALS:
   /// The operator has changed something at a Terminal.
   void Operated();
@@ -39,15 +43,26 @@ class WallWindow : public QWidget {
   struct Tile {
     DisplayView* display;
     QPushButton* caption;
-    std::uint64_t revision = ~std::uint64_t{0};
+    std::optional<std::uint64_t> revision{};  // of what it shows
     bool powered = false;
   };
+  /// What there is to be shown of a Terminal.
+  struct Seen {
+    TerminalSetup setup;
+    std::uint64_t revision;
+    bool powered;
+  };
 
-  Tile MakeTile(std::size_t terminal, QGridLayout& grid, int columns);
+  Tile MakeTile(std::size_t terminal);
+  void Arrange();
+  void ShowDisplay(std::size_t terminal, const Seen& seen);
 
   Station& station_;
   std::string portPath_;
   std::vector<Tile> tiles_;
+  QScrollArea* area_ = nullptr;
+  QGridLayout* grid_ = nullptr;
+  int columns_ = 0;
   std::map<std::size_t, std::unique_ptr<SimulatorWindow>> windows_;
 };
 
