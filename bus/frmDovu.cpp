@@ -3,9 +3,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QTreeWidget>
 
 #include "bus/terminal_search.h"
+#include "bus/tick_list.h"
 #include "link/val.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -13,11 +13,11 @@
 namespace kelvo {
 namespace {
 
-enum EntryColumn { Name, Address, CanChecksum, State, EntryColumns };
+constexpr int stateColumn = 3;
 
 // Colours 2 and 12 of the 16-colour palette.
-constexpr QRgb green = qRgb(0, 128, 0);
-constexpr QRgb lightRed = qRgb(255, 0, 0);
+constexpr QColor green(0, 128, 0);
+constexpr QColor lightRed(255, 0, 0);
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
@@ -60,16 +60,9 @@ frmDovu::frmDovu(Services services, QWidget* parent)
 }
 
 void frmDovu::MakeList() {
-  ctlDovuAktivliste = Named(new QTreeWidget, "ctlDovuAktivliste");
-  ctlDovuAktivliste->setHeaderLabels(
-      {tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("Zustand")});
-  ctlDovuAktivliste->setRootIsDecorated(false);
-  ctlDovuAktivliste->setUniformRowHeights(true);
+  const QStringList titles{tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("Zustand")};
+  ctlDovuAktivliste = Named(new TickList(titles, {34, 12, 15}), "ctlDovuAktivliste");
   ctlDovuAktivliste->setAccessibleName(tr("Terminals"));
-  const int unit = fontMetrics().averageCharWidth();
-  ctlDovuAktivliste->setColumnWidth(Name, unit * 34);
-  ctlDovuAktivliste->setColumnWidth(Address, unit * 12);
-  ctlDovuAktivliste->setColumnWidth(CanChecksum, unit * 15);
 }
 
 void frmDovu::ConnectButtons() {
@@ -100,11 +93,9 @@ void frmDovu::FillList() {
     entry.checksum = IsYes(checksums[i]);
     entry.ticked = IsYes(active[i]);
     entries_.push_back(entry);
-    auto* item =
-        new QTreeWidgetItem(ctlDovuAktivliste, {Text(names[i]), QString::number(entry.address),
-                                                Text(YesNoText(entry.checksum)), QString()});
-    item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-    ShowEntry(i);
+    ctlDovuAktivliste->Add({Text(names[i]), QString::number(entry.address),
+                            Text(YesNoText(entry.checksum)), QString()},
+                           entry.ticked);
   }
   cmdSenden->setEnabled(!entries_.empty());
   lblErgebnis->setText(entries_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());
@@ -112,33 +103,21 @@ void frmDovu::FillList() {
 
 void frmDovu::ShowEntry(std::size_t index) {
   const TransferEntry& entry = entries_[index];
-  QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(static_cast<int>(index));
-  item.setCheckState(Name, entry.ticked ? Qt::Checked : Qt::Unchecked);
-  item.setText(State, Text(TransferStateText(entry)));
-  for (int column = 0; column < EntryColumns; ++column) {
-    if (entry.state == TransferState::Good) {
-      item.setForeground(column, QColor(green));
-    } else if (entry.Failed()) {
-      item.setForeground(column, QColor(lightRed));
-    } else {
-      item.setData(column, Qt::ForegroundRole, QVariant());
-    }
-  }
-  if (sending_ && entry.state == TransferState::Sending) ctlDovuAktivliste->scrollToItem(&item);
+  const int row = static_cast<int>(index);
+  ctlDovuAktivliste->Tick(row, entry.ticked);
+  ctlDovuAktivliste->topLevelItem(row)->setText(stateColumn, Text(TransferStateText(entry)));
+  ctlDovuAktivliste->Colour(row, entry.state == TransferState::Good ? green
+                                 : entry.Failed()                   ? lightRed
+                                                                    : QColor());
 }
 
 void frmDovu::TakeTicks() {
   for (std::size_t i = 0; i < entries_.size(); ++i) {
-    const QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(static_cast<int>(i));
-    entries_[i].ticked = item.checkState(Name) == Qt::Checked;
+    entries_[i].ticked = ctlDovuAktivliste->Ticked(static_cast<int>(i));
   }
 }
 
-void frmDovu::TickAll(bool ticked) {
-  for (int i = 0; i < ctlDovuAktivliste->topLevelItemCount(); ++i) {
-    ctlDovuAktivliste->topLevelItem(i)->setCheckState(Name, ticked ? Qt::Checked : Qt::Unchecked);
-  }
-}
+void frmDovu::TickAll(bool ticked) { ctlDovuAktivliste->TickAll(ticked); }
 
 void frmDovu::SetSending(bool sending) {
   sending_ = sending;
@@ -146,10 +125,7 @@ void frmDovu::SetSending(bool sending) {
   // The ticks are the transfer's while it runs; the list can still be looked through.
   ctlDovuAktivliste->setSelectionMode(sending ? QAbstractItemView::NoSelection
                                               : QAbstractItemView::SingleSelection);
-  for (int i = 0; i < ctlDovuAktivliste->topLevelItemCount(); ++i) {
-    QTreeWidgetItem& item = *ctlDovuAktivliste->topLevelItem(i);
-    item.setFlags(item.flags().setFlag(Qt::ItemIsUserCheckable, !sending));
-  }
+  ctlDovuAktivliste->SetTickable(!sending);
   for (QPushButton* button : {cmdSenden, cmdDovuAlleAktiv, cmdDovuKeinsAktiv}) {
     button->setEnabled(!sending);
   }
@@ -164,12 +140,14 @@ void frmDovu::cmdSenden_Click() {
     reject();
     return Q_EMIT PortWanted();
   }
-  const std::string drawing = services_.drawing();
   TakeTicks();
   SetSending(true);
-  SendRS485(drawing);
+  // Where it cannot be translated that has been said, and nothing goes out: a transfer of nothing
+  // would clear the displays.
+  const std::optional<std::string> drawing = services_.drawing();
+  if (drawing) SendRS485(*drawing);
   SetSending(false);
-  ShowSummary();
+  if (drawing) ShowSummary();
   if (closing_) reject();
 }
 
@@ -180,7 +158,20 @@ void frmDovu::SendRS485(const std::string& drawing) {
     ShowEntry(i);
   }
   lblErgebnis->clear();
-  transfer_.SendRS485(entries_, drawing, [this](std::size_t index) { ShowEntry(index); });
+  transfer_.SendRS485(entries_, drawing, [this](std::size_t index) {
+    ShowEntry(index);
+    Follow(index);
+  });
+}
+
+// Keeps in sight which Terminal it is the turn of; in a broadcast the first stands for all.
+void frmDovu::Follow(std::size_t index) {
+  const auto sending = [this](std::size_t i) {
+    return entries_[i].state == TransferState::Sending;
+  };
+  if (entries_[index].state != TransferState::Checking && !sending(index)) return;
+  if (index > 0 && sending(index - 1)) return;
+  ctlDovuAktivliste->scrollToItem(ctlDovuAktivliste->topLevelItem(static_cast<int>(index)));
 }
 
 void frmDovu::ShowSummary() {

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,10 +12,10 @@
 
 class QLabel;
 class QPushButton;
-class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace kelvo {
+
+class TickList;
 
 /// Sends the drawing to the stored Terminals that the operator ticks.
 class frmDovu : public QDialog {
@@ -26,8 +27,9 @@ class frmDovu : public QDialog {
     EventLoop& loop;
     Operator& person;
     const Recordset& terminals;  ///< `DOVU`
-    /// The commands of the drawing that the editor holds.
-    std::function<std::string()> drawing;
+    /// The commands of the drawing that the editor holds; nothing when it cannot be translated,
+    /// which has been said.
+    std::function<std::optional<std::string>()> drawing;
   };
   explicit frmDovu(Services services, QWidget* parent = nullptr);
 
@@ -47,6 +49,7 @@ class frmDovu : public QDialog {
   void TakeTicks();
   void TickAll(bool ticked);
   void ShowEntry(std::size_t index);
+  void Follow(std::size_t index);
   void ShowSummary();
   void SendRS485(const std::string& drawing);
 
@@ -61,7 +64,7 @@ class frmDovu : public QDialog {
   bool sending_ = false;
   bool closing_ = false;
 
-  QTreeWidget* ctlDovuAktivliste = nullptr;
+  TickList* ctlDovuAktivliste = nullptr;
   QLabel* lblMomentbitte = nullptr;
   QLabel* lblErgebnis = nullptr;
   QPushButton* cmdSenden = nullptr;

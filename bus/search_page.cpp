@@ -10,11 +10,11 @@
 #include <QSaveFile>
 #include <QShortcut>
 #include <QTableView>
-#include <QTreeWidget>
 #include <algorithm>
 #include <cmath>
 
 #include "bus/terminal_list_model.h"
+#include "bus/tick_list.h"
 #include "link/val.h"
 #include "link/wire_text.h"
 #include "widgets/form.h"
@@ -25,7 +25,7 @@ namespace {
 
 enum ResultColumn { Description, Verdict, Reply, CanChecksum, ResultColumns };
 
-constexpr QRgb conflictColour = qRgb(255, 0, 0);
+constexpr QColor conflictColour(255, 0, 0);
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
@@ -89,17 +89,11 @@ void SearchPage::MakeProgress() {
 }
 
 void SearchPage::MakeResultList() {
-  ctlDovuSuchListe = Named(new QTreeWidget, "ctlDovuSuchListe");
-  ctlDovuSuchListe->setHeaderLabels(
-      {tr("Beschreibung"), tr("Testergebnis"), tr("Rückgabewert"), tr("Checksummenfähig")});
-  ctlDovuSuchListe->setRootIsDecorated(false);
-  ctlDovuSuchListe->setUniformRowHeights(true);
+  const QStringList titles{tr("Beschreibung"), tr("Testergebnis"), tr("Rückgabewert"),
+                           tr("Checksummenfähig")};
+  ctlDovuSuchListe = Named(new TickList(titles, {26, 22, 22}), "ctlDovuSuchListe");
   ctlDovuSuchListe->setAlternatingRowColors(true);
   ctlDovuSuchListe->setAccessibleName(tr("Ergebnis der Suche"));
-  const int unit = fontMetrics().averageCharWidth();
-  ctlDovuSuchListe->setColumnWidth(Description, unit * 26);
-  ctlDovuSuchListe->setColumnWidth(Verdict, unit * 22);
-  ctlDovuSuchListe->setColumnWidth(Reply, unit * 22);
 }
 
 QWidget* SearchPage::MakeStored() {
@@ -116,11 +110,13 @@ QWidget* SearchPage::MakeStored() {
   ctlDovuListe->setAccessibleName(tr("gespeicherte Terminals"));
   cmdDovuSenden = MakeButton("cmdDovuSenden", tr("An aktive Ter&minals senden …"),
                              tr("Sendet die Zeichnung an die gespeicherten Terminals."));
+  cmdDovuNeu = MakeButton("cmdDovuNeu", tr("neues &Terminal …"),
+                          tr("Speichert ein Terminal, ohne danach zu suchen."));
   cmdClearDovuData = MakeButton("cmdClearDovuData", tr("alle &löschen"),
                                 tr("Löscht alle gespeicherten Terminals, nach einer Rückfrage."));
   auto* column = new QVBoxLayout(group);
   column->addWidget(ctlDovuListe, 1);
-  column->addLayout(ButtonRow({cmdDovuSenden, cmdClearDovuData}));
+  column->addLayout(ButtonRow({cmdDovuSenden, cmdDovuNeu, cmdClearDovuData}));
   return group;
 }
 
@@ -130,6 +126,7 @@ void SearchPage::ConnectControls() {
   OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click);
   OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
   OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
+  OnClick(cmdDovuNeu, this, person, &SearchPage::cmdDovuNeu_Click);
   OnClick(cmdClearDovuData, this, person, &SearchPage::cmdClearDovuData_Click);
   OnClick(cmdDovuSenden, this, person, &SearchPage::cmdDovuSenden_Click);
   connect(txtmaxDovu, &QLineEdit::editingFinished, this, &SearchPage::txtmaxDovu_LostFocus);
@@ -174,6 +171,20 @@ void SearchPage::DeleteTerminal() {
   terminals.Delete();
   terminals.MoveNext();
   if (terminals.Eof()) terminals.MoveLast();
+  Refresh();
+}
+
+void SearchPage::cmdDovuNeu_Click() {
+  const auto typed = services_.person.Input("Adresse des neuen Terminals (0 … 255)",
+                                            std::to_string(model_->FreeAddress()));
+  if (!typed) return;
+  const std::optional<int> address = model_->ReadAddress(Text(*typed));
+  if (!address) return;
+  const auto name = services_.person.Input("Bezeichnung des neuen Terminals", ResultName(*address));
+  if (!name) return;
+  // Nobody has asked it for its version. A checksum that it cannot compute shows at the first
+  // transfer, but one that it is never asked for shows never.
+  AddTerminal(*address, *name, true);
   Refresh();
 }
 
@@ -263,18 +274,15 @@ std::string SearchPage::Found() const {
 
 void SearchPage::AddResult(const SearchResult& result) {
   results_.push_back(result);
-  auto* item =
-      new QTreeWidgetItem({Text(ResultName(result.address)), Text(ResultVerdict(result)),
-                           Text(ReadableText(result.reply)), Text(YesNoText(result.checksum))});
-  item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-  item->setCheckState(Description, result.Found() ? Qt::Checked : Qt::Unchecked);
+  const int row =
+      ctlDovuSuchListe->Add({Text(ResultName(result.address)), Text(ResultVerdict(result)),
+                             Text(ReadableText(result.reply)), Text(YesNoText(result.checksum))},
+                            result.Found());
+  if (!result.Found() && !result.Absent()) ctlDovuSuchListe->Colour(row, conflictColour);
+  QTreeWidgetItem* const item = ctlDovuSuchListe->topLevelItem(row);
   for (int column = 0; column < ResultColumns; ++column) {
     item->setToolTip(column, Text(ResultStory(result)));
-    if (!result.Found() && !result.Absent()) {
-      item->setForeground(column, QColor(conflictColour));
-    }
   }
-  ctlDovuSuchListe->addTopLevelItem(item);
   ctlDovuSuchListe->scrollToItem(item);
 }
 
@@ -297,9 +305,8 @@ void SearchPage::ShowEnd(TerminalSearch::End end, int last) {
 void SearchPage::cmdDovuUebernehmen_Click() {
   int added = 0;
   int known = 0;
-  for (int position = 1; position <= ctlDovuSuchListe->topLevelItemCount(); ++position) {
-    const QTreeWidgetItem& entry = *ctlDovuSuchListe->topLevelItem(position - 1);
-    if (entry.checkState(Description) == Qt::Checked) ++(TakeOver(position) ? added : known);
+  for (int position = 1; position <= ctlDovuSuchListe->Rows(); ++position) {
+    if (ctlDovuSuchListe->Ticked(position - 1)) ++(TakeOver(position) ? added : known);
   }
   Refresh();
   lblDovuStand->setText(tr("%1 übernommen, %2 waren schon gespeichert.").arg(added).arg(known));
@@ -307,19 +314,22 @@ void SearchPage::cmdDovuUebernehmen_Click() {
 
 // Stores the result at a position (from 1) of the list; false when its address is stored already.
 bool SearchPage::TakeOver(int position) {
-  Recordset& terminals = services_.terminals;
   const std::int64_t address = position - 1;
-  if (terminals.FindFirst("Adresse", address)) return false;
-  const QTreeWidgetItem& entry = *ctlDovuSuchListe->topLevelItem(position - 1);
-  const bool checksum = entry.text(CanChecksum).toStdString() == YesNoText(true);
+  if (services_.terminals.FindFirst("Adresse", address)) return false;
+  const SearchResult& result = results_[static_cast<std::size_t>(address)];
+  AddTerminal(address, ResultName(result.address), result.checksum);
+  return true;
+}
+
+void SearchPage::AddTerminal(std::int64_t address, const std::string& name, bool checksum) {
+  Recordset& terminals = services_.terminals;
   terminals.AddNew();
   terminals.Set("Adresse", address);
-  terminals.Set("Bezeichnung", entry.text(Description).toStdString());
+  terminals.Set("Bezeichnung", name);
   terminals.Set("aktiv", std::int64_t{1});
   terminals.Set("Checksum", std::int64_t{checksum});
   terminals.Update();
   terminals.MoveLast();
-  return true;
 }
 
 void SearchPage::cmdDovuExport_Click() {

@@ -15,11 +15,11 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QTableView;
-class QTreeWidget;
 
 namespace kelvo {
 
 class TerminalListModel;
+class TickList;
 
 /// The bus page: the search for Terminals, its results, and the stored Terminals.
 class SearchPage : public QWidget {
@@ -70,12 +70,14 @@ class SearchPage : public QWidget {
   void SelectCurrent();
   void RowChosen(int row);
   bool TakeOver(int position);
+  void AddTerminal(std::int64_t address, const std::string& name, bool checksum);
 
   void txtmaxDovu_LostFocus();
   void cmdDovusuchen_Click();
   void cmdDovuAbbrechen_Click();
   void cmdDovuUebernehmen_Click();
   void cmdDovuExport_Click();
+  void cmdDovuNeu_Click();
   void cmdClearDovuData_Click();
   void cmdDovuSenden_Click();
 
@@ -92,11 +94,12 @@ class SearchPage : public QWidget {
   QPushButton* cmdDovuAbbrechen = nullptr;
   QProgressBar* ctlDovuFortschritt = nullptr;
   QLabel* lblDovuStand = nullptr;
-  QTreeWidget* ctlDovuSuchListe = nullptr;
+  TickList* ctlDovuSuchListe = nullptr;
   QPushButton* cmdDovuUebernehmen = nullptr;
   QPushButton* cmdDovuExport = nullptr;
   QTableView* ctlDovuListe = nullptr;
   QPushButton* cmdDovuSenden = nullptr;
+  QPushButton* cmdDovuNeu = nullptr;
   QPushButton* cmdClearDovuData = nullptr;
 };
 

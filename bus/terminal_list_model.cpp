@@ -80,25 +80,40 @@ bool TerminalListModel::setData(const QModelIndex& index, const QVariant& value,
     return Store(row, fields[index.column()], std::int64_t{yes});
   }
   if (role != Qt::EditRole || value == data(index, role)) return false;
-  if (index.column() == Adresse) return SetAddress(row, value.toString());
+  if (index.column() == Adresse) {
+    const std::optional<int> address = ReadAddress(value.toString(), row);
+    return address && Store(row, fields[Adresse], std::int64_t{*address});
+  }
   return Store(row, fields[Bezeichnung], value.toString().toStdString());
 }
 
-bool TerminalListModel::SetAddress(int row, const QString& text) {
+std::optional<int> TerminalListModel::ReadAddress(const QString& text, int ownRow) {
   bool isNumber = false;
   const int address = text.trimmed().toInt(&isNumber);
   if (!isNumber || address < 0 || address > LastBusAddress) {
     Q_EMIT Refused(tr("\"%1\" ist keine Adresse (0 … %2).").arg(text).arg(LastBusAddress));
-    return false;
+    return std::nullopt;
   }
-  const auto other = std::find_if(rows_.begin(), rows_.end(),
-                                  [address](const Row& r) { return r.address == address; });
-  if (other != rows_.end() && other - rows_.begin() != row) {
-    Q_EMIT Refused(
-        tr("Die Adresse %1 hat schon das Terminal \"%2\".").arg(address).arg(other->name));
-    return false;
+  const int other = RowOf(address);
+  if (other >= 0 && other != ownRow) {
+    Q_EMIT Refused(tr("Die Adresse %1 hat schon das Terminal \"%2\".")
+                       .arg(address)
+                       .arg(rows_[static_cast<std::size_t>(other)].name));
+    return std::nullopt;
   }
-  return Store(row, fields[Adresse], std::int64_t{address});
+  return address;
+}
+
+int TerminalListModel::RowOf(int address) const {
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [address](const Row& r) { return r.address == address; });
+  return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
+}
+
+int TerminalListModel::FreeAddress() const {
+  int address = 0;
+  while (address < LastBusAddress && RowOf(address) >= 0) ++address;
+  return address;
 }
 
 bool TerminalListModel::Store(int row, const char* field, const Value& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <optional>
 #include <vector>
 
 #include "store/recordset.h"
@@ -19,6 +20,11 @@ class TerminalListModel : public QAbstractTableModel {
 
   /// Reads all records anew.
   void Reload();
+  /// What was typed as the address of a row, or of a Terminal that is not stored yet (-1); nothing
+  /// when it is none or another row's, which is told by Refused.
+  std::optional<int> ReadAddress(const QString& text, int ownRow = -1);
+  /// The lowest that no stored Terminal has.
+  int FreeAddress() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -40,7 +46,7 @@ class TerminalListModel : public QAbstractTableModel {
   };
 
   void ReadRows();
-  bool SetAddress(int row, const QString& text);
+  int RowOf(int address) const;  // -1: none
   bool Store(int row, const char* field, const Value& value);
 
   Recordset& terminals_;

@@ -117,7 +117,7 @@ void frmhaupt::MakeBus() {
   terminals_ = new SearchPage({exchange_, outside_.loop, outside_.person, state_, data_.Optionen,
                                data_.ctlDovuData, [this] { return interfaces_->ReopenPort(); }});
   dovu_ = new frmDovu({exchange_, outside_.loop, outside_.person, data_.ctlDovuData,
-                       [this] { return desk_->CreatePic(); }},
+                       [this] { return desk_->TryCreatePic(); }},
                       this);
   connect(terminals_, &SearchPage::AddressChosen, this,
           [this](int address) { ctlUpDownAdrDovu->setValue(address); });

@@ -92,6 +92,20 @@ TEST_F(DovuDialogTest, IsStoppedByItsButtonAndByItsFrame) {
   EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
 }
 
+TEST_F(DovuDialogTest, DrawingThatCannotBeTranslatedIsNotSentAsAnEmptyOne) {
+  Sql("insert into DOVU (Adresse, Bezeichnung, Checksum, aktiv) values (3, 'Tor', 1, 1)");
+  Database database(folder.Path("kelvo.mdb"));
+  const Recordset terminals(database, "DOVU");
+  Exchange exchange(port, loop, tmrTimeout, tmrRS485);
+  port.Open();
+  frmDovu dialog({exchange, loop, person, terminals, [] { return std::nullopt; }});
+  dialog.Open();
+  auto& send = *dialog.findChild<QPushButton*>(QStringLiteral("cmdSenden"));
+  send.click();
+  EXPECT_EQ(port.written, "");
+  EXPECT_TRUE(send.isEnabled());
+}
+
 TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   Begin();
   During(milliseconds(8), [this] { port.Lose(); });

@@ -114,6 +114,26 @@ TEST_F(SearchPageTest, StoredTerminalsAreEditedInPlace) {
   EXPECT_EQ(Stored(0), "0|Pult|nein|nein|");
 }
 
+TEST_F(SearchPageTest, TerminalIsAddedByHandUnlessItsAddressIsBadOrTaken) {
+  Sql("insert into DOVU values (0, 'a', 1, 1), (9, 'b', 1, 1)");
+  Begin();
+  person.inputs = {"5", "Pult"};
+  Click("cmdDovuNeu");
+  EXPECT_EQ(person.prompts[0], "Adresse des neuen Terminals (0 … 255)|1");
+  EXPECT_EQ(Stored(1), "5|Pult|ja|ja|");
+  EXPECT_EQ(Find<QTableView>("ctlDovuListe").currentIndex().row(), 1);
+  for (const char* address : {"9", "256", "x"}) {
+    person.messages.clear();
+    person.inputs = {address, "Pult"};
+    Click("cmdDovuNeu");
+    QApplication::processEvents();
+    EXPECT_NE(person.LastMessage().find("Adresse"), std::string::npos) << address;
+  }
+  person.inputs = {"7", std::nullopt};
+  Click("cmdDovuNeu");
+  EXPECT_EQ(List().rowCount(), 3);
+}
+
 TEST_F(SearchPageTest, ToolbarDeletesTheCurrentTerminalWithoutAsking) {
   Sql("insert into DOVU values (3, 'a', 1, 1), (9, 'b', 1, 1), (20, 'c', 1, 1)");
   Begin();

@@ -1,0 +1,60 @@
+#include "bus/tick_list.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int tickColumn = 0;
+
+Qt::CheckState CheckStateOf(bool ticked) { return ticked ? Qt::Checked : Qt::Unchecked; }
+
+bool IsDark(const QColor& ground) { return ground.lightness() < 128; }
+
+}  // namespace
+
+TickList::TickList(const QStringList& titles, std::initializer_list<int> widths) {
+  setHeaderLabels(titles);
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  int column = 0;
+  for (const int width : widths) {
+    setColumnWidth(column++, fontMetrics().averageCharWidth() * width);
+  }
+}
+
+int TickList::Add(const QStringList& texts, bool ticked) {
+  auto* row = new QTreeWidgetItem(texts);
+  row->setFlags(row->flags() | Qt::ItemIsUserCheckable);
+  row->setCheckState(tickColumn, CheckStateOf(ticked));
+  addTopLevelItem(row);
+  return Rows() - 1;
+}
+
+bool TickList::Ticked(int row) const {
+  return topLevelItem(row)->checkState(tickColumn) == Qt::Checked;
+}
+
+void TickList::Tick(int row, bool ticked) {
+  topLevelItem(row)->setCheckState(tickColumn, CheckStateOf(ticked));
+}
+
+void TickList::TickAll(bool ticked) {
+  for (int row = 0; row < Rows(); ++row) Tick(row, ticked);
+}
+
+void TickList::SetTickable(bool tickable) {
+  for (int row = 0; row < Rows(); ++row) {
+    QTreeWidgetItem& item = *topLevelItem(row);
+    item.setFlags(item.flags().setFlag(Qt::ItemIsUserCheckable, tickable));
+  }
+}
+
+void TickList::Colour(int row, const QColor& colour) {
+  QTreeWidgetItem& item = *topLevelItem(row);
+  const bool needsGround = colour.isValid() && IsDark(palette().color(QPalette::Base));
+  for (int column = 0; column < columnCount(); ++column) {
+    item.setData(column, Qt::ForegroundRole, colour.isValid() ? QBrush(colour) : QVariant());
+    item.setData(column, Qt::BackgroundRole, needsGround ? QBrush(Qt::white) : QVariant());
+  }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QTreeWidget>
+
+namespace kelvo {
+
+/// A list of rows with a check box in front and texts in columns.
+class TickList : public QTreeWidget {
+ public:
+  /// `widths` are those of the first columns, in characters.
+  TickList(const QStringList& titles, std::initializer_list<int> widths);
+
+  int Rows() const { return topLevelItemCount(); }
+  /// Adds a row at the end and returns its number (from 0).
+  int Add(const QStringList& texts, bool ticked);
+  bool Ticked(int row) const;
+  void Tick(int row, bool ticked);
+  void TickAll(bool ticked);
+  /// Whether the operator may change the ticks.
+  void SetTickable(bool tickable);
+  /// Writes a row in a colour, on a ground on which it can be read whatever the desktop's theme is;
+  /// without a valid colour in the theme's own.
+  void Colour(int row, const QColor& colour);
+};
+
+}  // namespace kelvo
