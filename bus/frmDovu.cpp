@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
@@ -54,7 +55,7 @@ frmDovu::frmDovu(Services services, QWidget* parent)
   column->addWidget(ctlDovuAktivliste, 1);
   column->addWidget(lblErgebnis);
   column->addLayout(buttons);
-  resize(fontMetrics().averageCharWidth() * 100, fontMetrics().lineSpacing() * 24);
+  resize(fontMetrics().averageCharWidth() * 116, fontMetrics().lineSpacing() * 24);
   ConnectButtons();
   SetSending(false);
 }
@@ -171,13 +172,18 @@ void frmDovu::Follow(std::size_t index) {
   };
   if (entries_[index].state != TransferState::Checking && !sending(index)) return;
   if (index > 0 && sending(index - 1)) return;
-  ctlDovuAktivliste->scrollToItem(ctlDovuAktivliste->topLevelItem(static_cast<int>(index)));
+  ctlDovuAktivliste->ScrollTo(static_cast<int>(index));
 }
 
 void frmDovu::ShowSummary() {
   const QString lost =
       services_.exchange.Alive() ? QString() : tr(" Die Verbindung ging verloren.");
   lblErgebnis->setText(Text(TransferSummary(entries_)) + lost);
+  const auto failed = std::find_if(entries_.begin(), entries_.end(),
+                                   [](const TransferEntry& entry) { return entry.Failed(); });
+  if (failed != entries_.end()) {
+    ctlDovuAktivliste->ScrollTo(static_cast<int>(failed - entries_.begin()));
+  }
 }
 
 void frmDovu::cmdAbbruch_Click() {

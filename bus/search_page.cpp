@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "bus/addresses.h"
 #include "bus/terminal_list_model.h"
 #include "bus/tick_list.h"
 #include "link/val.h"
@@ -26,6 +27,8 @@ namespace {
 enum ResultColumn { Description, Verdict, Reply, CanChecksum, ResultColumns };
 
 constexpr QColor conflictColour(255, 0, 0);
+// Above it are the addresses that transfers need: nobody's, and that of all, who would all answer.
+constexpr int usualLimit = ClosingAddress - 1;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
@@ -45,8 +48,9 @@ SearchPage::SearchPage(Services services, QWidget* parent)
 
 QWidget* SearchPage::MakeSearch() {
   auto* group = new QGroupBox(tr("Suche am Bus"));
-  txtmaxDovu = Named(new QLineEdit(QString::number(LastBusAddress)), "txtmaxDovu");
+  txtmaxDovu = Named(new QLineEdit(QString::number(usualLimit)), "txtmaxDovu");
   txtmaxDovu->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 8);
+  txtmaxDovu->setToolTip(tr("Auf 255 hören alle Terminals, auf 254 soll keines hören."));
   cmdDovusuchen =
       MakeButton("cmdDovusuchen", tr("Anzeigen s&uchen"),
                  tr("Fragt jede Adresse ab 0. Jedes gefundene Terminal zeigt seine Adresse an."));
@@ -239,7 +243,8 @@ void SearchPage::SetSearching(bool searching) {
   cmdDovuAbbrechen->setEnabled(searching);
   if (searching && cmdDovusuchen->hasFocus()) cmdDovuAbbrechen->setFocus();
   const bool toStart = !searching && cmdDovuAbbrechen->hasFocus();
-  for (QPushButton* button : {cmdDovusuchen, cmdDovuUebernehmen, cmdClearDovuData, cmdDovuSenden}) {
+  for (QPushButton* button :
+       {cmdDovusuchen, cmdDovuUebernehmen, cmdDovuNeu, cmdClearDovuData, cmdDovuSenden}) {
     button->setEnabled(!searching);
   }
   cmdDovuExport->setEnabled(!searching && !results_.empty());
@@ -283,7 +288,7 @@ void SearchPage::AddResult(const SearchResult& result) {
   for (int column = 0; column < ResultColumns; ++column) {
     item->setToolTip(column, Text(ResultStory(result)));
   }
-  ctlDovuSuchListe->scrollToItem(item);
+  ctlDovuSuchListe->ScrollTo(row);
 }
 
 void SearchPage::ShowEnd(TerminalSearch::End end, int last) {

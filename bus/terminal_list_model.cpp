@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "bus/addresses.h"
 #include "bus/terminal_search.h"
 
 namespace kelvo {

@@ -112,7 +112,11 @@ std::string ResultVerdict(const SearchResult& result) {
 std::string YesNoText(bool yes) { return yes ? "ja" : "nein"; }
 
 std::string ResultStory(const SearchResult& result) {
-  return HeardStory(result) + "\n" + ReceivedText(result.received);
+  std::string story = HeardStory(result);
+  if (result.address == AllAddresses && !result.Found()) {
+    story += " Auf diese Adresse hören alle Terminals.";
+  }
+  return story + "\n" + ReceivedText(result.received);
 }
 
 std::string SearchReport(const std::vector<SearchResult>& results) {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bus/addresses.h"
 #include "link/exchange.h"
 #include "settings/terminal_state.h"
 
@@ -12,8 +13,6 @@
 // its version, and whoever is there shows its address on its own display.
 
 namespace kelvo {
-
-inline constexpr int LastBusAddress = 255;
 
 /// What was heard under an address.
 enum class Heard {

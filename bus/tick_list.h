@@ -18,6 +18,7 @@ class TickList : public QTreeWidget {
   void TickAll(bool ticked);
   /// Whether the operator may change the ticks.
   void SetTickable(bool tickable);
+  void ScrollTo(int row) { scrollToItem(topLevelItem(row)); }
   /// Writes a row in a colour, on a ground on which it can be read whatever the desktop's theme is;
   /// without a valid colour in the theme's own.
   void Colour(int row, const QColor& colour);

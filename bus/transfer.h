@@ -8,16 +8,13 @@
 #include <string_view>
 #include <vector>
 
+#include "bus/addresses.h"
 #include "link/event_loop.h"
 #include "link/exchange.h"
 
 // A drawing goes to Terminals of one RS-485 line, and each proves by its checksum what it received.
 
 namespace kelvo {
-
-inline constexpr int AllAddresses = 255;
-/// Selected at the end of every transfer, so that nobody listens any more.
-inline constexpr int ClosingAddress = 254;
 
 enum class TransferState {
   None,      ///< not part of the transfer, or not reached
