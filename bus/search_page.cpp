@@ -166,7 +166,13 @@ void SearchPage::SelectCurrent() {
 void SearchPage::RowChosen(int row) {
   if (selecting_ || row < 0) return;
   services_.terminals.MoveTo(static_cast<std::size_t>(row));
-  Q_EMIT AddressChosen(static_cast<int>(services_.terminals.Number("Adresse")));
+  TellAddress();
+}
+
+void SearchPage::TellAddress() {
+  const Recordset& terminals = services_.terminals;
+  if (terminals.Bookmark() == 0) return;
+  Q_EMIT AddressChosen(static_cast<int>(terminals.Number("Adresse")));
 }
 
 void SearchPage::DeleteTerminal() {
@@ -176,6 +182,7 @@ void SearchPage::DeleteTerminal() {
   terminals.MoveNext();
   if (terminals.Eof()) terminals.MoveLast();
   Refresh();
+  TellAddress();
 }
 
 void SearchPage::cmdDovuNeu_Click() {
@@ -190,12 +197,13 @@ void SearchPage::cmdDovuNeu_Click() {
   // transfer, but one that it is never asked for shows never.
   AddTerminal(*address, *name, true);
   Refresh();
+  TellAddress();
 }
 
 void SearchPage::cmdClearDovuData_Click() {
   Recordset& terminals = services_.terminals;
   if (terminals.RecordCount() == 0 ||
-      !services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Question)) {
+      !services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Exclamation)) {
     return;
   }
   for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) terminals.Delete();

@@ -69,6 +69,7 @@ class SearchPage : public QWidget {
   std::string Found() const;
   void SelectCurrent();
   void RowChosen(int row);
+  void TellAddress();
   bool TakeOver(int position);
   void AddTerminal(std::int64_t address, const std::string& name, bool checksum);
 

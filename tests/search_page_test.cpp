@@ -141,6 +141,7 @@ TEST_F(SearchPageTest, ToolbarDeletesTheCurrentTerminalWithoutAsking) {
   EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 9);
   Click("cmdToolbar_12");
   EXPECT_EQ(Stored(0) + Stored(1), "3|a|ja|ja|20|c|ja|ja|");
+  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 20);
   Click("cmdToolbar_12");
   Trigger("mnuBearbeitenloeschen");
   Click("cmdToolbar_12");
