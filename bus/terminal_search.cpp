@@ -62,12 +62,10 @@ std::string HeardStory(const SearchResult& result) {
     return "Das Terminal mit der Adresse " + address + " hat geantwortet, Version " +
            ReadableText(result.versionReply) + ".";
   }
-  const bool silent = result.versionReply == "TimeOut";
-  return "Unter Adresse " + address + " wurde geantwortet, aber " +
-         (silent ? "nicht auf die Frage nach der Version."
-                 : "die Antwort auf die Frage nach der Version ist keine: " +
-                       Quoted(result.versionReply) + ".") +
-         " Vermutlich antworten mehrere Terminals zugleich.";
+  const char* const what =
+      result.versionReceived.empty() ? "kam keine Antwort" : "kam keine Version";
+  return "Unter Adresse " + address + " wurde geantwortet, aber auf die Frage nach der Version " +
+         what + ". Vermutlich antworten mehrere Terminals zugleich.";
 }
 
 }  // namespace
@@ -116,7 +114,9 @@ std::string ResultStory(const SearchResult& result) {
   if (result.address == AllAddresses && !result.Found()) {
     story += " Auf diese Adresse hören alle Terminals.";
   }
-  return story + "\n" + ReceivedText(result.received);
+  story += "\n" + ReceivedText(result.received);
+  if (result.heard != Heard::Itself || result.versionUsable) return story;
+  return story + "\nNach der Version gefragt: " + ReceivedText(result.versionReceived);
 }
 
 std::string SearchReport(const std::vector<SearchResult>& results) {
@@ -166,6 +166,7 @@ void TerminalSearch::AskVersion(SearchResult& result, double checksumFrom) {
   Send(FoundDisplay(result.address), Pending::Discard);
   services_.exchange.WaitUntilSent();
   result.versionReply = Query("?V");
+  result.versionReceived = services_.exchange.LastReceived();
   result.versionUsable = services_.exchange.LastStatus == 0 && IsVersion(result.versionReply);
   if (!result.versionUsable) return;
   NoteVersion(services_.state, result.versionReply);

@@ -27,9 +27,10 @@ enum class Heard {
 struct SearchResult {
   int address = 0;
   Heard heard = Heard::Silence;
-  std::string reply;         ///< to "?A"; "TimeOut" when none was complete
-  std::string received;      ///< all that came after "?A", whatever it was
-  std::string versionReply;  ///< to "?V", empty when that was not asked
+  std::string reply;            ///< to "?A"; "TimeOut" when none was complete
+  std::string received;         ///< all that came after "?A", whatever it was
+  std::string versionReply;     ///< to "?V", empty when that was not asked
+  std::string versionReceived;  ///< all that came after "?V"
   bool versionUsable = false;
   bool checksum = false;  ///< its version computes checksums
 

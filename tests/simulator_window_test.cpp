@@ -12,11 +12,14 @@
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <filesystem>
 
+#include "simulator/display_view.h"
 #include "simulator/wall_window.h"
 #include "simulator/window.h"
 
@@ -169,6 +172,27 @@ TEST(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
   EXPECT_EQ(second.Setup().address, 10);
   wall.Refresh();
   EXPECT_EQ(caption("cmdTerminal_1").substr(0, 13), "2: Adresse 10");
+}
+
+TEST(SimulatorWall, DisplayOutOfSightIsCaughtUpWithWhenItIsScrolledTo) {
+  const QTemporaryDir folder;
+  const std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
+  Station station(port, {});
+  for (std::size_t i = 0; i < Bus::kMost; ++i) station.Add({})->PowerOn(Station::Now());
+  WallWindow wall(station, port);
+  wall.show();
+  QCoreApplication::processEvents();
+  auto& last = *wall.findChild<DisplayView*>(QStringLiteral("display_255"));
+  const QImage before = last.grab().toImage();
+  station.With([](Bus& bus, Line&, Time now) {
+    for (const char c : Esc + "GP10,10;" + Esc + "GfR90,90;") {
+      bus.At(255).Receive(static_cast<unsigned char>(c), now);
+    }
+  });
+  wall.Refresh();
+  auto& bar = *wall.findChild<QScrollArea*>()->verticalScrollBar();
+  bar.setValue(bar.maximum());
+  EXPECT_NE(last.grab().toImage(), before);
 }
 
 }  // namespace

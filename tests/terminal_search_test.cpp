@@ -106,6 +106,9 @@ TEST_F(TerminalSearchTest, CollisionAtAddressZeroIsFoundByTheVersion) {
   Add({.address = 0});
   Search(0);
   EXPECT_EQ(Verdicts(), "Fehler/Kollision|");
+  EXPECT_NE(ResultStory(results[0]).find("Nach der Version gefragt: Empfangen: \""),
+            std::string::npos)
+      << ResultStory(results[0]);
 }
 
 TEST_F(TerminalSearchTest, PresentTerminalsShowTheirAddressAndCollidingOnesTheConflict) {
