@@ -176,9 +176,10 @@ void frmDovu::Follow(std::size_t index) {
 }
 
 void frmDovu::ShowSummary() {
-  const QString lost =
-      services_.exchange.Alive() ? QString() : tr(" Die Verbindung ging verloren.");
-  lblErgebnis->setText(Text(TransferSummary(entries_)) + lost);
+  const QString state = services_.exchange.Alive()
+                            ? tr("Keines ist mehr gewählt; \"Terminal wählen\" wählt wieder eines.")
+                            : tr("Die Verbindung ging verloren.");
+  lblErgebnis->setText(Text(TransferSummary(entries_)) + u' ' + state);
   const auto failed = std::find_if(entries_.begin(), entries_.end(),
                                    [](const TransferEntry& entry) { return entry.Failed(); });
   if (failed != entries_.end()) {

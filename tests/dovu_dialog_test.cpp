@@ -66,7 +66,9 @@ TEST_F(DovuDialogTest, SendsAndColoursAndSendsTheFailedOnesAgain) {
   EXPECT_EQ(Colour(0), QColor(255, 0, 0));
   EXPECT_EQ(Entry(1), "Pult|");
   EXPECT_EQ(Entry(2), "alt|gesendet, keine Prüfung möglich");
-  EXPECT_EQ(Text("lblErgebnis"), "0 gut, 0 falsch, 1 ohne Antwort, 1 Terminal ohne Prüfung.");
+  EXPECT_EQ(Text("lblErgebnis"),
+            "0 gut, 0 falsch, 1 ohne Antwort, 1 Terminal ohne Prüfung. Keines ist mehr gewählt; "
+            "\"Terminal wählen\" wählt wieder eines.");
   EXPECT_FALSE(Find("lblMomentbitte").isVisible());
   line.bus.At(0).SetFault(sim::Fault::None);
   Forget();
