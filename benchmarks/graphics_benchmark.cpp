@@ -109,7 +109,7 @@ void RepaintAfterAMove(benchmark::State& state) {
   canvas.resize(canvas.sizeHint());
   Drawing drawing = ObjectsOfAllKinds(static_cast<int>(state.range(0)));
   drawing[drawing.size() / 2].selected = true;
-  document.Replace(drawing);
+  document.Commit(drawing);
   QImage screen(canvas.size(), QImage::Format_RGB32);
   for (auto _ : state) {
     Drawing moved = document.Current();

@@ -5,6 +5,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "graphics/editing.h"
 #include "graphics/grips.h"
@@ -44,8 +45,11 @@ void DrawingCanvas::SetDisplaySize(int width, int height) {
   Resized();
 }
 
+// The sides are compared as text, like the fields in which they are typed: deliberate. "64" counts
+// as larger than "128", so such a display can be enlarged further.
 int DrawingCanvas::MaxZoom() const {
-  return std::max(1, MaxWidgetSide / std::max({1, width_, height_}));
+  const int larger = std::to_string(width_) > std::to_string(height_) ? width_ : height_;
+  return std::max(1, MaxWidgetSide / std::max(1, larger));
 }
 
 void DrawingCanvas::SetZoom(int zoom) {
@@ -117,6 +121,11 @@ void DrawingCanvas::paintEvent(QPaintEvent* event) {
   if (gridShown_ && gridStep_ * zoom_ >= FinestGrid) PaintGrid(painter, event->rect());
   PaintUnsent(painter);
   PaintSelection(painter);
+  if (hasFocus()) {
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(RectOf({0, 0, width_ - 1, height_ - 1}).adjusted(-2, -2, 1, 1));
+  }
 }
 
 // Only the pixels that lie in the area: a large zoom would otherwise enlarge the whole display.

@@ -26,7 +26,7 @@ class DrawingCanvas : public QWidget {
   /// Screen pixels per Terminal pixel, 1 up to MaxZoom().
   void SetZoom(int zoom);
   int Zoom() const { return zoom_; }
-  /// 32700 divided by the display's longer side.
+  /// 32700 divided by the display's side that is larger as text.
   int MaxZoom() const;
   void SetBlackThreshold(std::int64_t threshold);
   void SetGrid(int step, bool shown);

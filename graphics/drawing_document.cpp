@@ -24,27 +24,17 @@ void DrawingDocument::Commit(Drawing drawing, const std::string& mergeKey) {
   if (history_.Revision() != before) Q_EMIT Edited();
 }
 
-void DrawingDocument::Replace(Drawing drawing) {
-  drawing_ = std::move(drawing);
-  preview_.reset();
-  history_.Clear();
-  savedRevision_ = history_.Revision();
-  Q_EMIT Changed();
-  Q_EMIT Edited();
-}
-
 void DrawingDocument::Undo() {
-  if (!CanUndo()) return;
-  preview_.reset();
-  history_.Undo(drawing_);
-  Q_EMIT Changed();
-  Q_EMIT Edited();
+  if (CanUndo()) Step(&History::Undo);
 }
 
 void DrawingDocument::Redo() {
-  if (!CanRedo()) return;
+  if (CanRedo()) Step(&History::Redo);
+}
+
+void DrawingDocument::Step(void (History::*way)(Drawing&)) {
   preview_.reset();
-  history_.Redo(drawing_);
+  (history_.*way)(drawing_);
   Q_EMIT Changed();
   Q_EMIT Edited();
 }

@@ -23,8 +23,6 @@ class DrawingDocument : public QObject {
   /// Makes a drawing the current one. Steps with the same key that follow each other are undone
   /// together; an empty key never merges.
   void Commit(Drawing drawing, const std::string& mergeKey = {});
-  /// Takes another drawing for the current one, without a way back.
-  void Replace(Drawing drawing);
 
   bool CanUndo() const { return history_.CanUndo(); }
   bool CanRedo() const { return history_.CanRedo(); }
@@ -44,6 +42,8 @@ class DrawingDocument : public QObject {
   void Edited();
 
  private:
+  void Step(void (History::*way)(Drawing&));
+
   Drawing drawing_;
   std::optional<Drawing> preview_;
   History history_;

@@ -49,9 +49,20 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   sendTimer_.SetHandler([this] { SendTick(); });
   OptionsChanged();
   ShowState();
-  // Room for the canvas as it is first shown, and for the panels beside it.
-  const int em = fontMetrics().averageCharWidth();
-  resize(Display->width() + 60 * em, std::max(Display->height() + 30 * em, sizeHint().height()));
+  FitWindow();
+}
+
+// Room for the whole display beside the panels, and a smaller zoom where the screen has none.
+void frmGrafik::FitWindow() {
+  ensurePolished();
+  const int frame = 2 * scroll_->frameWidth();
+  const QSize around = sizeHint() - scroll_->sizeHint() + QSize(frame, frame);
+  const QSize room = screen()->availableSize() - around;
+  while (Display->Zoom() > 1 && Display->size() != Display->size().boundedTo(room)) {
+    Display->SetZoom(Display->Zoom() - 1);
+  }
+  ShowZoom();
+  resize((Display->size() + around).expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
 }
 
 void frmGrafik::MakeCanvas(QSize display) {
@@ -89,9 +100,8 @@ void frmGrafik::MakeStatusBar() {
   ctlZoom = Named(new QSlider(Qt::Horizontal), "ctlZoom");
   ctlZoom->setAccessibleName(tr("Zoom"));
   ctlZoom->setRange(1, Display->MaxZoom());
-  ctlZoom->setValue(Display->Zoom());
   ctlZoom->setFixedWidth(120);
-  lblZoom = Named(new QLabel(QStringLiteral("%1 x").arg(Display->Zoom())), "lblZoom");
+  lblZoom = Named(new QLabel, "lblZoom");
   statusBar()->addWidget(lblKoordinaten);
   statusBar()->addWidget(lblKosten);
   statusBar()->addWidget(lblHinweis);
@@ -225,14 +235,18 @@ void frmGrafik::SetZoom(int zoom, QPointF anchor) {
   const QSize before = Display->size();
   const int old = Display->Zoom();
   Display->SetZoom(zoom);
-  const QSignalBlocker quiet(ctlZoom);
-  ctlZoom->setValue(Display->Zoom());
-  lblZoom->setText(QStringLiteral("%1 x").arg(Display->Zoom()));
+  ShowZoom();
   const QPointF moved = anchor * Display->Zoom() / old - anchor;
   scroll_->horizontalScrollBar()->setValue(scroll_->horizontalScrollBar()->value() +
                                            qRound(moved.x()));
   scroll_->verticalScrollBar()->setValue(scroll_->verticalScrollBar()->value() + qRound(moved.y()));
   if (host_.FensterMitZoomen()) FollowZoom(before);
+}
+
+void frmGrafik::ShowZoom() {
+  const QSignalBlocker quiet(ctlZoom);
+  ctlZoom->setValue(Display->Zoom());
+  lblZoom->setText(QStringLiteral("%1 x").arg(Display->Zoom()));
 }
 
 void frmGrafik::FollowZoom(QSize before) {

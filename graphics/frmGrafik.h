@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "graphics/device_font.h"
@@ -60,7 +61,7 @@ class frmGrafik : public QMainWindow {
   bool MayDiscard();
   /// The same question at the program's end; then nothing is left behind for the next start.
   bool MayEnd();
-  /// An empty drawing, which counts as saved.
+  /// An empty drawing, which counts as saved. Like loading it can be undone.
   void Clear();
   void LoadDrawing();
   /// Loads a metafile in the drawing's place; one that cannot be read is named and changes nothing.
@@ -107,6 +108,7 @@ class frmGrafik : public QMainWindow {
   template <std::size_t count>
   void AddEntries(QMenu* menu, const Entry (&entries)[count]);
   void ConnectPanels();
+  void FitWindow();
 
   // Following the drawing.
   void ShowState();
@@ -123,6 +125,7 @@ class frmGrafik : public QMainWindow {
   void ChooseFilled(bool filled);
   void ChooseText(const TextAttributes& attributes);
   void TakeTool(ToolKind kind);
+  void SelectUnder(Point at);
 
   void mnuGrafikNeu_Click();
   void mnuGrafikLaden_Click();
@@ -146,7 +149,10 @@ class frmGrafik : public QMainWindow {
   void Align(Alignment alignment);
   void Distribute(Axis axis);
 
-  // Pictures, clipboard.
+  // Files, pictures, clipboard.
+  WmfDrawing FromWmf(std::string_view bytes) const;
+  WmfFile ToWmf(const Drawing& drawing) const;
+  void TakeFile(const QString& path, std::optional<Point> at);
   void InsertFile(const QString& path, std::optional<Point> at);
   void InsertImage(const QImage& image, std::optional<Point> at);
   void InsertText(const QString& text);
@@ -155,6 +161,7 @@ class frmGrafik : public QMainWindow {
   void ReportLoaded(const WmfDrawing& loaded);
 
   void SetZoom(int zoom, QPointF anchor);
+  void ShowZoom();
   void FollowZoom(QSize before);
 
   GraphicsHost& host_;

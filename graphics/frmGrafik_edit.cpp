@@ -43,6 +43,16 @@ void frmGrafik::TakeTool(ToolKind kind) {
   Display->setCursor(kind == ToolKind::Select ? Qt::ArrowCursor : Qt::CrossCursor);
 }
 
+// What the context menu is opened on is what it acts on.
+void frmGrafik::SelectUnder(Point at) {
+  const auto hit = ObjectAt(document_.Current(), at, Display->Tolerance());
+  if (!hit || document_.Current()[*hit].selected) return;
+  Edit([&](Drawing& drawing) {
+    SelectAll(drawing, false);
+    drawing[*hit].selected = true;
+  });
+}
+
 void frmGrafik::MoveSelection(int dx, int dy) {
   Edit([=](Drawing& drawing) { MoveSelected(drawing, dx, dy); }, "move");
 }
@@ -79,7 +89,7 @@ void frmGrafik::mnuGrafikKopieren_Click() {
   std::vector<DrawingObject> objects = CopySelected(document_.Current());
   SelectAll(objects, false);
   const QSize size = DisplaySize();
-  const WmfFile file = WriteWmf(objects, size.width(), size.height());
+  const WmfFile file = ToWmf(objects);
   if (!file.error.empty()) {
     person_.Message(file.error, Icon::Exclamation);
     return;
@@ -87,10 +97,11 @@ void frmGrafik::mnuGrafikKopieren_Click() {
   PixelMap map(size.width(), size.height());
   PaintDrawing(map, objects, fonts_, host_.Terminal().blackThreshold);
   const Box box = BoundsOf(objects);
+  const QRect visible =
+      QRect(box.left, size.height() - 1 - box.top, box.Width(), box.Height()) & QRect({}, size);
   auto* copy = new QMimeData;
   copy->setData(drawingMimeType, QByteArray::fromStdString(file.bytes));
-  copy->setImageData(
-      ToImage(map).copy(box.left, size.height() - 1 - box.top, box.Width(), box.Height()));
+  if (!visible.isEmpty()) copy->setImageData(ToImage(map).copy(visible));
   QApplication::clipboard()->setMimeData(copy);
   pasteCount_ = 0;
 }
@@ -103,8 +114,8 @@ void frmGrafik::mnuGrafikEinfuegen_Click() {
     return;
   }
   const std::string bytes = held->data(drawingMimeType).toStdString();
-  const QSize size = DisplaySize();
-  WmfDrawing pasted = ReadWmf(bytes, size.width(), size.height(), fonts_);
+  WmfDrawing pasted = FromWmf(bytes);
+  if (!pasted.error.empty()) return person_.Message(pasted.error, Icon::Exclamation);
   const int shift = ++pasteCount_ * PasteStep;
   Edit([&](Drawing& drawing) { Paste(drawing, std::move(pasted.drawing), shift, -shift); });
 }

@@ -33,7 +33,8 @@ std::string PictureFilter() {
 
 bool frmGrafik::MayDiscard() {
   return !document_.Unsaved() || document_.Current().empty() ||
-         person_.Ask("Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?");
+         person_.Ask("Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?",
+                     Icon::Exclamation);
 }
 
 bool frmGrafik::MayEnd() {
@@ -44,14 +45,22 @@ bool frmGrafik::MayEnd() {
 }
 
 void frmGrafik::Clear() {
-  document_.Replace({});
+  document_.Commit({});
+  document_.MarkSaved();
   draft_.Remove();
+}
+
+WmfDrawing frmGrafik::FromWmf(std::string_view bytes) const {
+  return ReadWmf(bytes, Display->DisplayWidth(), Display->DisplayHeight(), fonts_);
+}
+
+WmfFile frmGrafik::ToWmf(const Drawing& drawing) const {
+  return WriteWmf(drawing, Display->DisplayWidth(), Display->DisplayHeight());
 }
 
 void frmGrafik::LoadDrawing() {
   if (!MayDiscard()) return;
-  const auto path = person_.OpenFile("Datei laden", WmfFilter);
-  if (path) LoadFile(*path);
+  if (const auto path = person_.OpenFile("Datei laden", WmfFilter)) LoadFile(*path);
 }
 
 void frmGrafik::LoadFile(const std::string& path) {
@@ -60,13 +69,13 @@ void frmGrafik::LoadFile(const std::string& path) {
     person_.Message("Die Datei konnte nicht gelesen werden:\n" + path, Icon::Exclamation);
     return;
   }
-  const QSize size = DisplaySize();
-  WmfDrawing loaded = ReadWmf(*bytes, size.width(), size.height(), fonts_);
+  WmfDrawing loaded = FromWmf(*bytes);
   if (!loaded.error.empty()) {
     person_.Message(loaded.error + "\n" + path, Icon::Exclamation);
     return;
   }
-  document_.Replace(loaded.drawing);
+  document_.Commit(loaded.drawing);
+  document_.MarkSaved();
   draft_.Remove();
   Q_EMIT FileUsed(QString::fromStdString(path));
   SetZoom(Display->Zoom(), {});
@@ -94,8 +103,7 @@ void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
 bool frmGrafik::SaveDrawing() {
   const auto path = person_.SaveFile("Datei speichern", WmfFilter);
   if (!path) return false;
-  const QSize size = DisplaySize();
-  const WmfFile file = WriteWmf(document_.Current(), size.width(), size.height());
+  const WmfFile file = ToWmf(document_.Current());
   if (!file.error.empty()) {
     person_.Message(file.error, Icon::Exclamation);
     return false;
@@ -113,8 +121,7 @@ bool frmGrafik::SaveDrawing() {
 void frmGrafik::OfferDraft() {
   const auto bytes = draft_.Read();
   if (!bytes) return;
-  const QSize size = DisplaySize();
-  WmfDrawing draft = ReadWmf(*bytes, size.width(), size.height(), fonts_);
+  WmfDrawing draft = FromWmf(*bytes);
   const bool wanted = draft.error.empty() && !draft.drawing.empty() &&
                       person_.Ask(
                           "Eine nicht gespeicherte Zeichnung ist vom letzten Mal übrig. "
@@ -123,7 +130,7 @@ void frmGrafik::OfferDraft() {
     draft_.Remove();
     return;
   }
-  document_.Replace(std::move(draft.drawing));
+  document_.Commit(std::move(draft.drawing));
   document_.MarkUnsaved();
 }
 
@@ -132,8 +139,7 @@ void frmGrafik::KeepDraft() {
     draft_.Remove();
     return;
   }
-  const QSize size = DisplaySize();
-  const WmfFile file = WriteWmf(document_.Current(), size.width(), size.height());
+  const WmfFile file = ToWmf(document_.Current());
   if (file.error.empty()) draft_.Write(file.bytes);
 }
 
@@ -220,9 +226,18 @@ void frmGrafik::InsertText(const QString& text) {
   document_.Commit(std::move(drawing));
 }
 
+// A file that was dropped or pasted: a drawing is loaded, a picture becomes part of the drawing.
+void frmGrafik::TakeFile(const QString& path, std::optional<Point> at) {
+  if (!path.endsWith(QStringLiteral(".wmf"), Qt::CaseInsensitive)) {
+    InsertFile(path, at);
+  } else if (MayDiscard()) {
+    LoadFile(path.toStdString());
+  }
+}
+
 bool frmGrafik::InsertMime(const QMimeData& mime, std::optional<Point> at) {
   if (mime.hasUrls() && mime.urls().first().isLocalFile()) {
-    InsertFile(mime.urls().first().toLocalFile(), at);
+    TakeFile(mime.urls().first().toLocalFile(), at);
   } else if (mime.hasImage()) {
     InsertImage(qvariant_cast<QImage>(mime.imageData()), at);
   } else if (mime.hasText()) {

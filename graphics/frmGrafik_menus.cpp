@@ -220,6 +220,7 @@ void frmGrafik::MakeContextMenu() {
   Display->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(Display, &QWidget::customContextMenuRequested, this, [this](QPoint at) {
     if (!toolAuswahl->isChecked()) return;
+    SelectUnder(Display->ToDrawing(at));
     QMenu menu;
     for (const char* name : {"mnuGrafikBearbeiten", "mnuGrafikObjekt"}) {
       menu.addActions(findChild<QMenu*>(QString::fromLatin1(name))->actions());

@@ -77,10 +77,4 @@ void History::Redo(Drawing& drawing) {
   Exchange(steps_[done_++], drawing);
 }
 
-void History::Clear() {
-  steps_.clear();
-  done_ = 0;
-  firstRevision_ = ++newestRevision_;
-}
-
 }  // namespace kelvo

@@ -20,7 +20,6 @@ class History {
   bool CanRedo() const { return done_ < steps_.size(); }
   void Undo(Drawing& drawing);
   void Redo(Drawing& drawing);
-  void Clear();
 
   /// A step's number that changes with every change of the drawing and comes back with undo: equal
   /// numbers mean equal drawings.

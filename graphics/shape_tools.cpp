@@ -132,27 +132,40 @@ void TextTool::Release(const ToolEvent& event) {
     return;
   }
   const TextAttributes attributes = surface_.Style().text;
-  const std::optional<std::string> text = surface_.AskText({});
-  if (!text || text->empty()) return;
-  DrawingObject object;
-  object.kind = Kind::Text;
-  object.penMode = attributes.inverse ? PenInverseText : PenDraw;
-  object.text = MakePrefixedText(attributes, *text);
-  SetCorners(object, TextBox(surface_.Fonts(), Snap(event.at), object.text));
-  surface_.Commit(WithObject(std::move(object)));
+  const Point topLeft = Snap(event.at);
+  const auto withText = [&](const std::string& text) {
+    DrawingObject object;
+    object.kind = Kind::Text;
+    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
+    object.text = MakePrefixedText(attributes, text);
+    SetCorners(object, TextBox(surface_.Fonts(), topLeft, object.text));
+    return WithObject(std::move(object));
+  };
+  surface_.Show(withText({}));  // where it will begin
+  const std::optional<std::string> text =
+      surface_.AskText({}, [&](const std::string& typed) { surface_.Show(withText(typed)); });
+  surface_.GiveUp();
+  if (text && !text->empty()) surface_.Commit(withText(*text));
 }
 
 void EditText(ToolSurface& surface, std::size_t index) {
   const std::string old = surface.Current()[index].text;
-  const auto text = surface.AskText(std::string(ShownText(old)));
+  // Nothing where the drawing has become another one while the operator was asked.
+  const auto withText = [&](const std::string& text) -> std::optional<Drawing> {
+    Drawing drawing = surface.Current();
+    if (index >= drawing.size() || drawing[index].text != old) return std::nullopt;
+    DrawingObject& object = drawing[index];
+    const Box box = BoundsOf(object);
+    object.text = MakePrefixedText(AttributesOf(old), text);
+    SetCorners(object, TextBox(surface.Fonts(), {box.left, box.top}, object.text));
+    return drawing;
+  };
+  const auto text = surface.AskText(std::string(ShownText(old)), [&](const std::string& typed) {
+    if (auto drawing = withText(typed)) surface.Show(std::move(*drawing));
+  });
+  surface.GiveUp();
   if (!text || text->empty()) return;
-  Drawing drawing = surface.Current();
-  if (index >= drawing.size() || drawing[index].text != old) return;  // changed while asking
-  DrawingObject& object = drawing[index];
-  const Box box = BoundsOf(object);
-  object.text = MakePrefixedText(AttributesOf(old), *text);
-  SetCorners(object, TextBox(surface.Fonts(), {box.left, box.top}, object.text));
-  surface.Commit(std::move(drawing));
+  if (auto drawing = withText(*text)) surface.Commit(std::move(*drawing));
 }
 
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface) {

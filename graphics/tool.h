@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,8 +40,10 @@ class ToolSurface {
   /// How near a click must come, in drawing pixels.
   virtual int Tolerance() const = 0;
   virtual const DeviceFonts& Fonts() const = 0;
-  /// Asks for a text as it goes on the wire; nothing when the operator cancels.
-  virtual std::optional<std::string> AskText(const std::string& proposed) = 0;
+  /// Asks for a text as it goes on the wire; nothing when the operator cancels. `typed` is told
+  /// the text while it grows.
+  virtual std::optional<std::string> AskText(
+      const std::string& proposed, const std::function<void(const std::string&)>& typed) = 0;
 };
 
 struct ToolEvent {
@@ -78,8 +81,8 @@ class Tool {
 enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Text };
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface);
 
-/// Asks for the text of a text object and puts it into the drawing; an empty answer changes
-/// nothing.
+/// Asks for the text of a text object, shows it while it is typed, and puts it into the drawing; an
+/// empty answer changes nothing.
 void EditText(ToolSurface& surface, std::size_t index);
 
 }  // namespace kelvo

@@ -25,7 +25,8 @@ class ToolDesk : public ToolSurface {
   int GridStep() const override { return gridStep_; }
   int Tolerance() const override { return canvas_.Tolerance(); }
   const DeviceFonts& Fonts() const override { return fonts_; }
-  std::optional<std::string> AskText(const std::string& proposed) override;
+  std::optional<std::string> AskText(const std::string& proposed,
+                                     const std::function<void(const std::string&)>& typed) override;
 
   /// 1: no grid.
   void SetGridStep(int step) { gridStep_ = step; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,9 +22,11 @@ class Operator {
   /// A Yes/No message box; true for Yes. An empty title means the program's name.
   virtual bool Ask(const std::string& text, Icon icon = Icon::Question,
                    const std::string& title = {}) = 0;
+  /// Told the text in an input box each time that it changes.
+  using Typed = std::function<void(const std::string& text)>;
   /// An input box; nothing when it was cancelled.
-  virtual std::optional<std::string> Input(const std::string& prompt,
-                                           const std::string& proposed) = 0;
+  virtual std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
+                                           const Typed& typed = {}) = 0;
   /// A file dialog; nothing when it was cancelled. `filter` is "Label |*.ext".
   virtual std::optional<std::string> OpenFile(const std::string& title,
                                               const std::string& filter) = 0;

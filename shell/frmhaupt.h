@@ -120,6 +120,7 @@ class frmhaupt : public QMainWindow {
   void mnuOptionenSofortSenden_Click();
   void mnuOptionenZoom_Click();
   void mnuOptionenAnschluesse_Click();
+  void mnuAnsichtGrafik_Click();
   void mnuAnsichtDatenverkehr_Click();
   void mnuHilfe_Inhalt_Click();
   void mnuHilfe_index_Click();

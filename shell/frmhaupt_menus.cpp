@@ -200,6 +200,8 @@ void frmhaupt::MakeViewMenu() {
     connect(page, &QAction::triggered, this, [this, tab] { SetTab(static_cast<Tab>(tab)); });
   }
   view->addSeparator();
+  AddAction(view, "mnuAnsichtGrafik", tr("&Grafik-Editor …"), QKeySequence(tr("Ctrl+G")),
+            &frmhaupt::mnuAnsichtGrafik_Click);
   AddAction(view, "mnuAnsichtDatenverkehr", tr("&Datenverkehr"), QKeySequence(tr("Ctrl+D")),
             &frmhaupt::mnuAnsichtDatenverkehr_Click);
 }
@@ -331,6 +333,8 @@ void frmhaupt::mnuOptionenAnschluesse_Click() {
   portDialog_->exec();
   interfaces_->DescribePort();
 }
+
+void frmhaupt::mnuAnsichtGrafik_Click() { desk_->Page()->cmdGrafik_Click(); }
 
 void frmhaupt::mnuAnsichtDatenverkehr_Click() {
   traffic_->show();

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -58,9 +59,15 @@ std::optional<std::string> FileName(const QString& name) {
 
 }  // namespace
 
+// A box comes up over the window that it is about: the editor's over the editor.
+QWidget* QtOperator::Owner() const {
+  auto* const active = qobject_cast<QMainWindow*>(QApplication::activeWindow());
+  return active != nullptr ? active : window_;
+}
+
 void QtOperator::Message(const std::string& text, Icon icon, const std::string& title) {
   if (loop_.Closing()) return;
-  QMessageBox box(window_);
+  QMessageBox box(Owner());
   Fill(box, text, icon, title);
   box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
   box.exec();
@@ -68,7 +75,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
 
 void QtOperator::Notify(const std::string& text, Icon icon) {
   if (loop_.Closing()) return;
-  auto* box = new QMessageBox(window_);
+  auto* box = new QMessageBox(Owner());
   box->setAttribute(Qt::WA_DeleteOnClose);
   Fill(*box, text, icon, {});
   box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
@@ -77,7 +84,7 @@ void QtOperator::Notify(const std::string& text, Icon icon) {
 
 bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& title) {
   if (loop_.Closing()) return false;
-  QMessageBox box(window_);
+  QMessageBox box(Owner());
   Fill(box, text, icon, title);
   QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
   QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
@@ -88,15 +95,19 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   return box.clickedButton() == yes;
 }
 
-std::optional<std::string> QtOperator::Input(const std::string& prompt,
-                                             const std::string& proposed) {
+std::optional<std::string> QtOperator::Input(const std::string& prompt, const std::string& proposed,
+                                             const Typed& typed) {
   if (loop_.Closing()) return std::nullopt;
-  QInputDialog dialog(window_);
+  QInputDialog dialog(Owner());
   dialog.setWindowTitle(QApplication::applicationDisplayName());
   dialog.setLabelText(QString::fromStdString(prompt));
   dialog.setTextValue(QString::fromStdString(proposed));
   dialog.setOkButtonText(QStringLiteral("OK"));
   dialog.setCancelButtonText(QStringLiteral("Abbrechen"));
+  if (typed) {
+    QObject::connect(&dialog, &QInputDialog::textValueChanged,
+                     [&typed](const QString& text) { typed(text.toStdString()); });
+  }
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return dialog.textValue().toStdString();
 }
@@ -104,13 +115,13 @@ std::optional<std::string> QtOperator::Input(const std::string& prompt,
 std::optional<std::string> QtOperator::OpenFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  return FileName(QFileDialog::getOpenFileName(window_, Title(title), {}, DialogFilter(filter)));
+  return FileName(QFileDialog::getOpenFileName(Owner(), Title(title), {}, DialogFilter(filter)));
 }
 
 std::optional<std::string> QtOperator::SaveFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  QFileDialog dialog(window_, Title(title), {}, DialogFilter(filter));
+  QFileDialog dialog(Owner(), Title(title), {}, DialogFilter(filter));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QString::fromStdString(filter).section(u'.', -1));
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;

@@ -12,18 +12,21 @@ class QtOperator : public Operator {
  public:
   explicit QtOperator(const QtEventLoop& loop) : loop_(loop) {}
 
-  /// The window that boxes belong to.
+  /// The window that boxes belong to while the person works in none of the program's.
   void SetWindow(QWidget* window) { window_ = window; }
 
   void Message(const std::string& text, Icon icon, const std::string& title) override;
   void Notify(const std::string& text, Icon icon) override;
   bool Ask(const std::string& text, Icon icon, const std::string& title) override;
-  std::optional<std::string> Input(const std::string& prompt, const std::string& proposed) override;
+  std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
+                                   const Typed& typed) override;
   std::optional<std::string> OpenFile(const std::string& title, const std::string& filter) override;
   std::optional<std::string> SaveFile(const std::string& title, const std::string& filter) override;
   void Beep() override;
 
  private:
+  QWidget* Owner() const;
+
   const QtEventLoop& loop_;
   QWidget* window_ = nullptr;
 };

@@ -207,6 +207,10 @@ TEST_F(Grafik, SavesAndLoadsTheSameDrawing) {
   desk_.Do("mnuGrafikLaden");
   EXPECT_EQ(desk_.person.messages.size(), 1U);
   EXPECT_EQ(desk_.window->CreatePic(), commands);
+  desk_.Do("mnuGrafikRueckgaengig");  // of loading, then of clearing
+  EXPECT_TRUE(desk_.Objects().empty());
+  desk_.Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(desk_.window->CreatePic(), commands);
 }
 
 TEST_F(Grafik, VertexShapesAreAnnouncedAndCanBecomePolylines) {
@@ -228,6 +232,7 @@ TEST_F(Grafik, AsksBeforeAnUnsavedDrawingIsLost) {
   DrawBoxes();
   EXPECT_EQ(desk_.window->windowTitle(), "Grafik *");
   EXPECT_FALSE(desk_.window->MayDiscard());
+  EXPECT_EQ(desk_.person.lastQuestion.icon, Icon::Exclamation);  // Return means No
   desk_.Do("mnuGrafikLaden");
   EXPECT_EQ(desk_.person.questions.size(), 2U);
   EXPECT_EQ(desk_.Objects().size(), 3U);
@@ -327,9 +332,12 @@ TEST_F(Grafik, ZoomsUpToTheLimitAndKeepsThePixelUnderThePointer) {
   desk_.window->SetDisplaySize(640, 480);
   EXPECT_EQ(canvas->Zoom(), 32700 / 640);
   EXPECT_TRUE(desk_.Objects().empty());
+  desk_.window->SetDisplaySize(128, 64);  // compared as text
+  EXPECT_EQ(slider->maximum(), 32700 / 64);
 }
 
 TEST_F(Grafik, TheWindowFollowsTheZoomWhenWanted) {
+  desk_.Find<QSlider>("ctlZoom")->setValue(3);
   desk_.window->resize(700, 560);
   const QSize before = desk_.window->size();
   desk_.host.follow = true;

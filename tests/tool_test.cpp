@@ -26,8 +26,11 @@ class Desk : public ToolSurface {
   int GridStep() const override { return grid; }
   int Tolerance() const override { return 1; }
   const DeviceFonts& Fonts() const override { return fonts; }
-  std::optional<std::string> AskText(const std::string& proposed) override {
+  std::optional<std::string> AskText(
+      const std::string& proposed, const std::function<void(const std::string&)>& typed) override {
     asked = proposed;
+    typed("typed");
+    shownWhileAsked = shown;
     return answer;
   }
 
@@ -55,6 +58,7 @@ class Desk : public ToolSurface {
   int grid = 1;
   DeviceFonts fonts;
   std::string asked;
+  std::optional<Drawing> shownWhileAsked;
   std::optional<std::string> answer;
   std::unique_ptr<Tool> tool;
 };
@@ -174,6 +178,9 @@ TEST(Tools, TextIsAskedForAndChangedByAClick) {
   desk.style.text.inverse = true;
   desk.Take(ToolKind::Text);
   desk.Click({3, 9});  // cancelled
+  ASSERT_TRUE(desk.shownWhileAsked.has_value());
+  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "011010typed");
+  EXPECT_FALSE(desk.shown.has_value());
   EXPECT_TRUE(desk.drawing.empty());
   desk.answer = "Hallo";
   desk.Click({3, 9});
@@ -184,6 +191,7 @@ TEST(Tools, TextIsAskedForAndChangedByAClick) {
   desk.answer = "Du";
   desk.Click({4, 9});
   EXPECT_EQ(desk.asked, "Hallo");
+  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "011010typed");
   EXPECT_EQ(desk.drawing[0].text, "011010Du");
   desk.Take(ToolKind::Select).tool->DoubleClick({{4, 9}, false, false});
   EXPECT_EQ(desk.asked, "Du");

@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QSlider>
 #include <cstdio>
 
 #include "link/tabs.h"
@@ -107,6 +108,8 @@ class Tour {
     auto& editor = driver_.FindWindow(QStringLiteral("frmGrafik"));
     WindowDriver hands(editor);
     auto& canvas = hands.Find(QStringLiteral("Display"));
+    hands.Find<QSlider>(QStringLiteral("ctlZoom")).setValue(3);
+    editor.resize(1120, 640);
     const auto drag = [&](const char* tool, QPoint from, QPoint to) {
       hands.Click(QString::fromUtf8(tool));
       WindowDriver::Drag(canvas, from, to);

@@ -41,10 +41,12 @@ class FakeOperator : public Operator {
     lastQuestion = {text, title, icon};
     return Take(answers).value_or(false);
   }
-  std::optional<std::string> Input(const std::string& prompt,
-                                   const std::string& proposed) override {
+  std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
+                                   const Typed& typed) override {
     prompts.push_back(prompt + "|" + proposed);
-    return Take(inputs).value_or(std::nullopt);
+    const std::optional<std::string> input = Take(inputs).value_or(std::nullopt);
+    if (typed && input) typed(*input);
+    return input;
   }
   std::optional<std::string> OpenFile(const std::string& dialogTitle,
                                       const std::string& filter) override {
