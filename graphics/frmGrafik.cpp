@@ -25,6 +25,19 @@ constexpr int FirstZoom = 3;
 constexpr std::chrono::milliseconds DraftDelay(1000);
 constexpr std::chrono::milliseconds SendInterval(500);
 
+// As large as the panel in it where the screen has room, else it scrolls.
+class PanelArea : public QScrollArea {
+ public:
+  explicit PanelArea(QWidget* panel) {
+    setWidget(panel);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMinimumWidth(panel->sizeHint().width() + verticalScrollBar()->sizeHint().width());
+  }
+  QSize sizeHint() const override { return {minimumWidth(), widget()->sizeHint().height()}; }
+};
+
 }  // namespace
 
 frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fonts,
@@ -87,7 +100,7 @@ void frmGrafik::MakePanels() {
   layout->addStretch();
   auto* dock = Named(new QDockWidget(tr("Eigenschaften")), "dockEigenschaften");
   dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
-  dock->setWidget(panel);
+  dock->setWidget(new PanelArea(panel));
   addDockWidget(Qt::RightDockWidgetArea, dock);
 }
 
@@ -158,6 +171,7 @@ void frmGrafik::SetDisplaySize(int width, int height) {
 void frmGrafik::OptionsChanged() {
   Display->SetBlackThreshold(host_.Terminal().blackThreshold);
   ShowCosts();
+  Q_EMIT DrawingChanged();
 }
 
 void frmGrafik::ShowState() {
@@ -195,9 +209,10 @@ QImage frmGrafik::Pixels() const {
 QString frmGrafik::CostsText() const {
   const DrawingCosts costs =
       CostsOf(document_.Current(), Terminal(), Display->DisplayWidth(), host_.BitsPerSecond());
-  return tr("%1 Zeichen, %2 s · EEPROM: %3 als Makro, %4 als Bitmap")
+  const QString seconds = QLocale(QLocale::German).toString(costs.seconds, 'f', 2);
+  return tr("%1 Zeichen%2 · EEPROM: %3 Byte als Makro, %4 Byte als Bitmap")
       .arg(costs.wireBytes)
-      .arg(QLocale(QLocale::German).toString(costs.seconds, 'f', 2))
+      .arg(host_.BitsPerSecond() > 0 ? tr(", %1 s").arg(seconds) : QString())
       .arg(costs.macroBytes)
       .arg(costs.bitmapBytes);
 }

@@ -81,6 +81,7 @@ class frmGrafik : public QMainWindow {
   void OptionsChanged();
 
  Q_SIGNALS:
+  /// The drawing, or what it looks like and costs on the present Terminal.
   void DrawingChanged();
   /// The drawing has been loaded from this file, or saved in it.
   void FileUsed(const QString& path);

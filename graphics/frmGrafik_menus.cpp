@@ -32,7 +32,7 @@ const frmGrafik::Entry frmGrafik::fileEntries[] = {
     {nullptr, "", "", nullptr, Needs::Nothing},
     {"mnuGrafikBild", "&Bild einfügen …", "Ctrl+I", &frmGrafik::mnuGrafikBild_Click,
      Needs::Nothing},
-    {"mnuGrafikBildEEProm", "Bild ins &EEPROM schreiben …", "",
+    {"mnuGrafikBildEEProm", "Bild ins EE&PROM schreiben …", "",
      &frmGrafik::mnuGrafikBildEEProm_Click, Needs::Nothing},
     {"mnuGrafikSenden", "Zum Terminal s&enden", "F9", &frmGrafik::mnuGrafikSenden_Click,
      Needs::Nothing},
@@ -92,9 +92,9 @@ const frmGrafik::Entry frmGrafik::objectEntries[] = {
     {"mnuGrafikUnten", "&Unten ausrichten", "Ctrl+Shift+U",
      [](frmGrafik& window) { window.Align(Alignment::Bottom); }, Needs::Selection},
     {nullptr, "", "", nullptr, Needs::Nothing},
-    {"mnuGrafikVerteilenX", "Waagerecht verteilen", "Ctrl+Shift+H",
+    {"mnuGrafikVerteilenX", "Waagerecht v&erteilen", "Ctrl+Shift+H",
      [](frmGrafik& window) { window.Distribute(Axis::X); }, Needs::Selection},
-    {"mnuGrafikVerteilenY", "Senkrecht verteilen", "Ctrl+Shift+V",
+    {"mnuGrafikVerteilenY", "Sen&krecht verteilen", "Ctrl+Shift+V",
      [](frmGrafik& window) { window.Distribute(Axis::Y); }, Needs::Selection},
 };
 

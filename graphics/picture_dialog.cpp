@@ -158,6 +158,8 @@ void PictureDialog::ShowPreview() {
   const QImage shown = ToImage(MadeMonochrome(Scaled(), ChosenDithering(), Threshold()));
   lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
+  chkGraustufen->setEnabled(ChosenDithering() ==
+                            Dithering::Threshold);  // the others are grey anyhow
   const bool byNumber = ChosenDithering() == Dithering::Threshold && !chkGraustufen->isChecked();
   lblErklaerung->setText(
       byNumber ? tr("Schwarz wird, was unter der Schwelle liegt. Verglichen wird die Zahl "

@@ -91,7 +91,11 @@ void frmhaupt::MakeDrawingDesk() {
                               return macros_->SaveMakro("Grafik", text, -1, "(neuer Name)");
                             }},
       FensterMitZoomen_);
-  connect(desk_.get(), &DrawingDesk::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
+  connect(desk_.get(), &DrawingDesk::PortWanted, this, [this] {
+    SetTab(Tab::Interfaces);
+    raise();  // the editor may be in front
+    activateWindow();
+  });
   connect(desk_.get(), &DrawingDesk::Sending, this,
           [this](bool on) { ctlSendeanzeige->setText(on ? tr("●") : tr("○")); });
   connect(&desk_->Editor(), &frmGrafik::FileUsed, this, [this](const QString& path) {
@@ -233,6 +237,7 @@ void frmhaupt::paintEvent(QPaintEvent* event) {
 
 void frmhaupt::FirstPaint() {
   if (!portControl_.FormLoading) return;
+  Q_EMIT FirstSeen();
   Guarded(outside_.person, "Form_Paint", [this] {
     macros_->SelectFirst();
     matrix_->SelectFirst();

@@ -51,6 +51,8 @@ class frmhaupt : public QMainWindow {
   ~frmhaupt() override;
 
  Q_SIGNALS:
+  /// The window is seen for the first time; messages may follow.
+  void FirstSeen();
   /// The first paint is done: the port has been opened, or could not be.
   void Loaded();
   /// The window has been closed: every wait is to end, and the program with it.

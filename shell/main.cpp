@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     window = MakeMainWindow(outside);
     if (window == nullptr) return QApplication::exit(1);
     person.SetWindow(window.get());
-    QObject::connect(window.get(), &kelvo::frmhaupt::Loaded, &splash, &QWidget::close);
+    QObject::connect(window.get(), &kelvo::frmhaupt::FirstSeen, &splash, &QWidget::close);
     QObject::connect(window.get(), &kelvo::frmhaupt::Unloaded, &application, [&loop] {
       loop.Close();
       QApplication::exit(0);
