@@ -225,8 +225,10 @@ void DrawingCanvas::wheelEvent(QWheelEvent* event) {
     event->ignore();  // scrolls
     return;
   }
-  const int delta = event->angleDelta().y();
-  if (delta != 0) Q_EMIT ZoomWanted(delta > 0 ? 1 : -1, event->position());
+  wheelTurn_ += event->angleDelta().y();  // touchpads send parts of a step
+  const int steps = wheelTurn_ / QWheelEvent::DefaultDeltasPerStep;
+  wheelTurn_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+  if (steps != 0) Q_EMIT ZoomWanted(steps, event->position());
   event->accept();
 }
 

@@ -74,6 +74,7 @@ class DrawingCanvas : public QWidget {
   int height_ = 0;
   int zoom_ = 1;
   std::int64_t threshold_ = 0;
+  int wheelTurn_ = 0;  // eighths of a degree, less than a step
   int gridStep_ = 1;
   bool gridShown_ = false;
   std::optional<Box> rubberBand_;

@@ -69,7 +69,7 @@ void frmGrafik::LoadFile(const std::string& path) {
     person_.Message("Die Datei konnte nicht gelesen werden:\n" + path, Icon::Exclamation);
     return;
   }
-  WmfDrawing loaded = FromWmf(*bytes);
+  const WmfDrawing loaded = FromWmf(*bytes);
   if (!loaded.error.empty()) {
     person_.Message(loaded.error + "\n" + path, Icon::Exclamation);
     return;
@@ -121,7 +121,7 @@ bool frmGrafik::SaveDrawing() {
 void frmGrafik::OfferDraft() {
   const auto bytes = draft_.Read();
   if (!bytes) return;
-  WmfDrawing draft = FromWmf(*bytes);
+  const WmfDrawing draft = FromWmf(*bytes);
   const bool wanted = draft.error.empty() && !draft.drawing.empty() &&
                       person_.Ask(
                           "Eine nicht gespeicherte Zeichnung ist vom letzten Mal übrig. "
@@ -130,8 +130,9 @@ void frmGrafik::OfferDraft() {
     draft_.Remove();
     return;
   }
-  document_.Commit(std::move(draft.drawing));
+  document_.Commit(draft.drawing);
   document_.MarkUnsaved();
+  ReportLoaded(draft);
 }
 
 void frmGrafik::KeepDraft() {
@@ -238,8 +239,8 @@ void frmGrafik::TakeFile(const QString& path, std::optional<Point> at) {
 bool frmGrafik::InsertMime(const QMimeData& mime, std::optional<Point> at) {
   if (mime.hasUrls() && mime.urls().first().isLocalFile()) {
     TakeFile(mime.urls().first().toLocalFile(), at);
-  } else if (mime.hasImage()) {
-    InsertImage(qvariant_cast<QImage>(mime.imageData()), at);
+  } else if (const auto image = qvariant_cast<QImage>(mime.imageData()); !image.isNull()) {
+    InsertImage(image, at);
   } else if (mime.hasText()) {
     InsertText(mime.text());
   } else {

@@ -1,19 +1,68 @@
 #include "graphics/save_bitmap.h"
 
+#include <charconv>
+#include <cstdint>
+#include <string_view>
 #include <variant>
-
-#include "graphics/bitmap_storage.h"
 
 namespace kelvo {
 
 namespace {
 
+constexpr std::int64_t LargestUnaskedBitmap = 1023;
+constexpr double BytesThatStayFree = 20;  // as with macros
+
+const DrawingObject* FindPicture(const std::vector<DrawingObject>& objects, bool wanted,
+                                 bool groupSelected) {
+  for (const DrawingObject& object : objects) {
+    const bool selected = groupSelected || object.selected;
+    if (object.kind == Kind::Picture && (selected || !wanted)) return &object;
+    if (const auto* found = FindPicture(object.members, wanted, selected)) return found;
+  }
+  return nullptr;
+}
+
+const DrawingObject* PictureToStore(const Drawing& drawing) {
+  const DrawingObject* selected = FindPicture(drawing, true, false);
+  return selected != nullptr ? selected : FindPicture(drawing, false, false);
+}
+
+bool MayBeSoLarge(std::int64_t size, Operator& person) {
+  return size <= LargestUnaskedBitmap ||
+         person.Ask("Bitmap " + std::to_string(size) + " Zeichen lang, trotzdem übertragen ?");
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// The number, or the message that refuses what was typed.
+std::variant<int, std::string> ParseNumber(const std::string& typed) {
+  std::string_view digits = Trimmed(typed);
+  const bool negative = digits.starts_with('-');
+  if (negative || digits.starts_with('+')) digits.remove_prefix(1);
+  const bool isNumber =
+      !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+  if (!isNumber) return std::string("nur Ziffern erlaubt");
+  int number = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (read.ec != std::errc() || number > 255 || (negative && number != 0)) {
+    return std::string("nur Ziffern von 0 bis 255 erlaubt");
+  }
+  return number;
+}
+
 void AskNumberAndSend(const std::string& bitmap, Operator& person, const EEPromAccess& eeprom) {
   const auto typed = person.Input("Nr dieser Bitmap im EEProm :", {});
   if (!typed) return;
-  const auto number = ParseBitmapNumber(*typed);
+  const auto number = ParseNumber(*typed);
   if (const auto* refusal = std::get_if<std::string>(&number)) return person.Message(*refusal);
-  const std::string error = eeprom.send(StoreBitmapCommand(std::get<int>(number), bitmap));
+  const std::string error = eeprom.send(
+      "\x1b"
+      "EWB" +
+      std::to_string(std::get<int>(number)) + "," + bitmap);
   if (error.empty()) return;
   person.Message(error == "EEPROM" ? "Fehler beim EEPROM" : error + " / cmdSaveBMPinEEprom",
                  Icon::Exclamation);
@@ -27,13 +76,12 @@ void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& 
   if (picture == nullptr) return person.Message("Die Zeichnung enthält kein Bild.");
   const int w = picture->corner1.x - picture->corner2.x + 1;
   const int h = picture->corner1.y - picture->corner2.y + 1;
-  const std::int64_t size = EstimatedBitmapSize(w, h);
-  if (size > LargestUnaskedBitmap && !person.Ask(LargeBitmapQuestion(size))) return;
+  if (!MayBeSoLarge(std::int64_t{w} * h / 8, person)) return;
 
   const Translation bitmap = CreateBitmap(*picture, w, h, CreateForEEProm, terminal);
   for (const std::string& message : bitmap.messages) person.Message(message);
   if (bitmap.failed) return;
-  if (!FitsEEProm(bitmap.text.size(), eeprom.freeBytes())) {
+  if (static_cast<double>(bitmap.text.size()) > eeprom.freeBytes() - BytesThatStayFree) {
     return person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
   }
   AskNumberAndSend(bitmap.text, person, eeprom);

@@ -15,7 +15,10 @@ struct EEPromAccess {
   std::function<std::string(const std::string&)> send;
 };
 
-/// Stores the drawing's picture in the EEPROM under a number that the operator is asked for.
+/// Stores a picture of the drawing in the EEPROM under a number that the operator is asked for: the
+/// lowest selected one, or the lowest one when none is selected; members of groups count.
+///
+/// ESC "EWB" number "," bitmap text
 void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& person,
                      const EEPromAccess& eeprom);
 

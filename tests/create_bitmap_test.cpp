@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "graphics/bitmap_storage.h"
 #include "tests/drawing_samples.h"
 #include "tests/pixel_picture.h"
 
@@ -80,46 +79,6 @@ TEST(CreateBitmap, UnknownModesAndOddSizesAreAnswered) {
   EXPECT_EQ(CreateBitmap(Row("#"), 0, 0, CreateForEEProm, traits).text, "1,0,;");
   EXPECT_EQ(CreateBitmap(Row("#"), -3, 1, CreateForEEProm, traits).text, "1,1,00;");
   EXPECT_EQ(CreateBitmap(DrawingObject(), 9, 1, CreateForEEProm, traits).text, "2,1,0000;");
-  const int widths[][2] = {{-5, 1}, {0, 1}, {1, 1}, {8, 1}, {9, 2}, {16, 2}, {17, 3}};
-  for (const auto& [width, bytes] : widths) EXPECT_EQ(BytesPerRow(width), bytes) << width;
-}
-
-TEST(BitmapStorage, AsksBeforeLargeBitmaps) {
-  EXPECT_GT(EstimatedBitmapSize(64, 128), LargestUnaskedBitmap);
-  EXPECT_LE(EstimatedBitmapSize(64, 127), LargestUnaskedBitmap);
-  EXPECT_EQ(EstimatedBitmapSize(3, 5), 1);
-  EXPECT_EQ(LargeBitmapQuestion(1024), "Bitmap 1024 Zeichen lang, trotzdem übertragen ?");
-}
-
-TEST(BitmapStorage, TakesNumbersFrom0To255) {
-  const std::string noNumber = "nur Ziffern erlaubt";
-  const std::string outOfRange = "nur Ziffern von 0 bis 255 erlaubt";
-  for (const auto& [typed, number] : {std::pair("0", 0), {"255", 255}, {" 07 ", 7}, {"-0", 0}}) {
-    EXPECT_EQ(std::get<int>(ParseBitmapNumber(typed)), number) << typed;
-  }
-  for (const char* typed : {"", " ", "x", "1x", "-", "1.5", "1 2", "&H1"}) {
-    EXPECT_EQ(std::get<std::string>(ParseBitmapNumber(typed)), noNumber) << typed;
-  }
-  for (const char* typed : {"256", "-1", "99999999999999999999"}) {
-    EXPECT_EQ(std::get<std::string>(ParseBitmapNumber(typed)), outOfRange) << typed;
-  }
-  EXPECT_EQ(StoreBitmapCommand(7, "1,1,80;"),
-            "\x1b"
-            "EWB7,1,1,80;");
-  EXPECT_TRUE(FitsEEProm(980, 1000));
-  EXPECT_FALSE(FitsEEProm(981, 1000));
-}
-
-TEST(BitmapStorage, PrefersTheSelectedPicture) {
-  const DrawingObject first = Row("#");
-  DrawingObject second = Row("##");
-  EXPECT_EQ(PictureToStore({GroupOf({}), Boxed(Kind::Rectangle, {1, 1}, {0, 0})}), nullptr);
-  EXPECT_EQ(*PictureToStore({GroupOf({first}), second}), first);
-  second.selected = true;
-  EXPECT_EQ(*PictureToStore({first, second}), second);
-  DrawingObject group = GroupOf({Row("###")});
-  group.selected = true;
-  EXPECT_EQ(*PictureToStore({first, group}), Row("###"));
 }
 
 }  // namespace

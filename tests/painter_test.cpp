@@ -26,19 +26,6 @@ TEST(Painter, DrawsAndErasesWithTheOriginAtTheBottom) {
             Painted({}));  // never sent
 }
 
-TEST(Painter, PicturesDrawAndEraseTheirBlackPixels) {
-  const DrawingObject picture = PictureAt({-1, 3}, Picture(3, 1, {Black, White, Black}));
-  EXPECT_EQ(Painted({picture}), ".#......\n........\n........\n........\n");
-  EXPECT_EQ(Painted({block, Erasing(picture)}), "#.######\n########\n########\n########\n");
-}
-
-TEST(Painter, LeavesThePenAsAGroupLeftIt) {
-  const DrawingObject other = WithVertices(Kind::Line, {{3, 3}, {3, 3}});
-  // The group ends erasing, and nothing is sent for the normal object behind it.
-  EXPECT_EQ(Painted({block, GroupOf({Erasing(dot)}), other}),
-            "###.####\n########\n########\n#.######\n");
-}
-
 TEST(Painter, ALevelThatCannotBeSentIsNotDrawn) {
   const DrawingObject far = Boxed(Kind::Rectangle, {40000, 3}, {0, 0}, true);
   EXPECT_EQ(Painted({dot, far}), Painted({}));

@@ -38,6 +38,9 @@ TEST_F(SaveBitmap, SendsTheBitmapUnderItsNumber) {
 }
 
 TEST_F(SaveBitmap, AsksBeforeALargeOne) {
+  Save(64, 127);
+  EXPECT_TRUE(person_.questions.empty());
+  person_.prompts.clear();
   Save(64, 128);
   EXPECT_EQ(person_.questions,
             std::vector<std::string>{"Bitmap 1024 Zeichen lang, trotzdem übertragen ?"});
@@ -48,20 +51,65 @@ TEST_F(SaveBitmap, AsksBeforeALargeOne) {
   EXPECT_EQ(sent_.size(), 1U);
 }
 
+TEST_F(SaveBitmap, TakesNumbersFrom0To255) {
+  const std::string noNumber = "nur Ziffern erlaubt";
+  const std::string outOfRange = "nur Ziffern von 0 bis 255 erlaubt";
+  for (const std::string typed : {"0", "255", " 07 ", "-0"}) {
+    person_.inputs = {typed};
+    Save(8, 1);
+    EXPECT_TRUE(person_.messages.empty()) << typed;
+  }
+  EXPECT_EQ(sent_.size(), 4U);
+  for (const auto& [typed, refusal] : {std::pair("", noNumber),
+                                       {"x", noNumber},
+                                       {"1x", noNumber},
+                                       {"-", noNumber},
+                                       {"1.5", noNumber},
+                                       {"&H1", noNumber},
+                                       {"256", outOfRange},
+                                       {"-1", outOfRange},
+                                       {"99999999999999999999", outOfRange}}) {
+    person_.inputs = {typed};
+    Save(8, 1);
+    EXPECT_EQ(person_.LastMessage(), refusal) << typed;
+  }
+  EXPECT_EQ(sent_.size(), 4U);
+}
+
 TEST_F(SaveBitmap, SaysWhyNothingIsSent) {
-  SaveBMPinEEProm({}, {}, person_, eeprom_);
+  SaveBMPinEEProm({GroupOf({}), Boxed(Kind::Rectangle, {1, 1}, {0, 0})}, {}, person_, eeprom_);
   EXPECT_EQ(person_.LastMessage(), "Die Zeichnung enthält kein Bild.");
-  person_.inputs = {{"x"}, {"256"}, std::nullopt};
-  Save(8, 1);
-  EXPECT_EQ(person_.LastMessage(), "nur Ziffern erlaubt");
-  Save(8, 1);
-  EXPECT_EQ(person_.LastMessage(), "nur Ziffern von 0 bis 255 erlaubt");
   Save(8, 1);  // cancelled: no word
-  EXPECT_EQ(person_.messages.size(), 3U);
-  free_ = 26;  // the text "1,1,00;" has 7 characters
+  EXPECT_EQ(person_.messages.size(), 1U);
+  free_ = 27;  // the text "1,1,00;" has 7 characters
+  person_.inputs = {{"1"}};
+  Save(8, 1);
+  EXPECT_EQ(sent_.size(), 1U);
+  free_ = 26;
   Save(8, 1);
   EXPECT_EQ(person_.LastMessage(), "nicht genügend Platz im EEprom");
-  EXPECT_TRUE(sent_.empty());
+  EXPECT_EQ(sent_.size(), 1U);
+}
+
+TEST_F(SaveBitmap, PrefersTheSelectedPicture) {
+  const auto picture = [](int width) {
+    return PictureAt({0, 0}, Picture(width, 1, std::vector<Colour>(std::size_t(width), White)));
+  };
+  DrawingObject wide = picture(17);
+  DrawingObject group = GroupOf({picture(9)});
+  person_.inputs = {{"1"}, {"1"}, {"1"}};
+  SaveBMPinEEProm({group, wide}, {}, person_, eeprom_);
+  wide.selected = true;
+  SaveBMPinEEProm({group, wide}, {}, person_, eeprom_);
+  wide.selected = false;
+  group.selected = true;
+  SaveBMPinEEProm({wide, group}, {}, person_, eeprom_);
+  EXPECT_EQ(sent_, (std::vector<std::string>{"\x1b"
+                                             "EWB1,2,1,0000;",
+                                             "\x1b"
+                                             "EWB1,3,1,000000;",
+                                             "\x1b"
+                                             "EWB1,2,1,0000;"}));
 }
 
 TEST_F(SaveBitmap, ReportsWhatTheTerminalSays) {
