@@ -31,6 +31,7 @@ class PanelArea : public QScrollArea {
   explicit PanelArea(QWidget* panel) {
     setWidget(panel);
     setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus);  // its fields have the keys
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setMinimumWidth(panel->sizeHint().width() + verticalScrollBar()->sizeHint().width());

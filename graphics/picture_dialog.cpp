@@ -30,7 +30,7 @@ PictureDialog::PictureDialog(QImage image, QSize display, Colour threshold, QWid
   setObjectName(QStringLiteral("dlgBild"));
   setWindowTitle(tr("Bild einfügen"));
   MakeControls(display);
-  ShowPreview();
+  Rescale();
 }
 
 void PictureDialog::MakeControls(QSize display) {
@@ -121,7 +121,7 @@ void PictureDialog::ChangeWidth(int width) {
     const QSignalBlocker quiet(txtBildHoehe);
     txtBildHoehe->setValue(qRound(static_cast<double>(width) * image_.height() / image_.width()));
   }
-  ShowPreview();
+  Rescale();
 }
 
 void PictureDialog::ChangeHeight(int height) {
@@ -129,6 +129,15 @@ void PictureDialog::ChangeHeight(int height) {
     const QSignalBlocker quiet(txtBildBreite);
     txtBildBreite->setValue(qRound(static_cast<double>(height) * image_.width() / image_.height()));
   }
+  Rescale();
+}
+
+// Apart from the preview, because a photograph takes its time.
+void PictureDialog::Rescale() {
+  const QSize size(txtBildBreite->value(), txtBildHoehe->value());
+  scaled_ = ToPicture(size == image_.size()
+                          ? image_
+                          : image_.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
   ShowPreview();
 }
 
@@ -140,22 +149,17 @@ Dithering PictureDialog::ChosenDithering() const {
   return static_cast<Dithering>(cboRasterung->currentIndex());
 }
 
-Picture PictureDialog::Scaled() const {
-  const QSize size(txtBildBreite->value(), txtBildHoehe->value());
-  const QImage scaled = size == image_.size()
-                            ? image_
-                            : image_.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  const Picture picture = ToPicture(scaled);
-  return chkGraustufen->isChecked() ? MadeGrey(picture) : picture;
+Picture PictureDialog::Shown() const {
+  return chkGraustufen->isChecked() ? MadeGrey(scaled_) : scaled_;
 }
 
 Picture PictureDialog::Result() const {
   const bool asSent = ChosenDithering() == Dithering::Threshold && !thresholdMoved_;
-  return asSent ? Scaled() : MadeMonochrome(Scaled(), ChosenDithering(), Threshold());
+  return asSent ? Shown() : MadeMonochrome(Shown(), ChosenDithering(), Threshold());
 }
 
 void PictureDialog::ShowPreview() {
-  const QImage shown = ToImage(MadeMonochrome(Scaled(), ChosenDithering(), Threshold()));
+  const QImage shown = ToImage(MadeMonochrome(Shown(), ChosenDithering(), Threshold()));
   lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
   chkGraustufen->setEnabled(ChosenDithering() ==

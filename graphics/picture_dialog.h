@@ -36,12 +36,14 @@ class PictureDialog : public QDialog {
   void ConnectControls();
   void ChangeWidth(int width);
   void ChangeHeight(int height);
+  void Rescale();
   void ShowPreview();
   Colour Threshold() const;
   Dithering ChosenDithering() const;
-  Picture Scaled() const;
+  Picture Shown() const;
 
   QImage image_;
+  Picture scaled_;  // to the size that is chosen, in its colours
   Colour optionThreshold_;
   QSpinBox* txtBildBreite = nullptr;
   QSpinBox* txtBildHoehe = nullptr;
