@@ -50,8 +50,6 @@ class DrawingDesk : public QObject, private GraphicsHost {
   void SaveAsText() override;
   void SaveBMPinEEProm() override;
   /// What is drawn, as commands; nothing when it could not be translated, which has been said.
-  std::string CreatePic() { return editor_.CreatePic(); }
-  /// The same; a failed translation is nothing, an empty drawing the empty string.
   std::optional<std::string> TryCreatePic() { return editor_.TryCreatePic(); }
 
  Q_SIGNALS:
