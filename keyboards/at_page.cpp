@@ -1,5 +1,6 @@
 #include "keyboards/at_page.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -42,9 +43,7 @@ void AtPage::DisplayATTab(std::optional<std::string> table) {
 }
 
 void AtPage::ShowRecord() {
-  const Edit* const draft = drafts_->Current();
-  cmdATVerwerfen->setEnabled(draft != nullptr);
-  if (draft != nullptr) return Show(Edit(*draft));
+  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
   Show({tables_->Current() == 0 ? AtPairs() : list_->Pairs(), tables_->NumberField()});
   DisplayATTab();
   drafts_->Begin(OnScreen());
@@ -52,9 +51,13 @@ void AtPage::ShowRecord() {
 
 void AtPage::Edited() {
   ShowOrder();
-  if (showing_) return;
-  drafts_->Note(OnScreen());
-  cmdATVerwerfen->setEnabled(drafts_->Current() != nullptr);
+  if (!showing_) drafts_->Note(OnScreen());
+}
+
+// The current record shows just this, and nothing of it is edited.
+void AtPage::Restart(const Edit& edit) {
+  Show(edit);
+  drafts_->Begin(edit);
 }
 
 // Sending asks nothing, so it must be plain beforehand that the Terminal gets something else.
@@ -74,7 +77,8 @@ void AtPage::Shown() {
   lblATKlartext->clear();
   const std::int64_t current = tables_->Current();
   tables_->Refresh();
-  drafts_->Refreshed();
+  drafts_->ForgetRemoved();
+  drafts_->MarkNames();
   if (tables_->Current() != current) ShowRecord();
 }
 
@@ -88,38 +92,33 @@ void AtPage::cboATTabBez_Click() {
   ShowRecord();
 }
 
-void AtPage::cmdATVerwerfen_Click() {
-  const Edit before = drafts_->Before();
-  Show(before);
-  drafts_->Begin(before);
-  cmdATVerwerfen->setEnabled(false);
+void AtPage::cmdATVerwerfen_Click() { Restart(drafts_->Before()); }
+
+// What is being typed in the list counts, even when a key combination or the toolbar ends it.
+void AtPage::EndEntry() {
+  StopLearning();
+  if (ctlATTabListe->isAncestorOf(QApplication::focusWidget())) ctlATTabListe->setFocus();
 }
 
 void AtPage::NewATTab() {
-  StopLearning();
+  EndEntry();
   drafts_->Drop(0);
   tables_->AddNew();
-  const Edit empty{{}, tables_->NumberField()};
-  Show(empty);
-  drafts_->Begin(empty);
-  cmdATVerwerfen->setEnabled(false);
+  Restart({{}, tables_->NumberField()});
 }
 
 void AtPage::SaveATTab() {
-  StopLearning();
+  EndEntry();
   const Edit edit = OnScreen();
   const std::int64_t edited = tables_->Current();
   const auto command = TableText(edit);
   if (!command || !tables_->Save({0, 0, Val(edit.number), *command})) return;
   drafts_->Drop(edited);
-  const Edit saved{edit.pairs, tables_->NumberField()};
-  Show(saved);
-  drafts_->Begin(saved);
-  cmdATVerwerfen->setEnabled(false);
+  Restart({edit.pairs, tables_->NumberField()});
 }
 
 void AtPage::DeleteATTab() {
-  StopLearning();
+  EndEntry();
   const std::int64_t deleted = tables_->Delete();
   if (deleted == 0) return;
   drafts_->Drop(deleted);
@@ -262,7 +261,10 @@ std::optional<std::string> AtPage::TableText(const Edit& edit) {
   return command;
 }
 
-std::optional<std::string> AtPage::ATTab() { return TableText(OnScreen()); }
+std::optional<std::string> AtPage::ATTab() {
+  EndEntry();
+  return TableText(OnScreen());
+}
 
 void AtPage::cmdSetATTab_Click() {
   const Edit edit = OnScreen();

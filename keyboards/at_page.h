@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "keyboards/at_table.h"
-#include "keyboards/drafts.h"
 #include "keyboards/table_records.h"
 #include "link/event_loop.h"
 #include "link/exchange.h"
 #include "link/operator.h"
 #include "link/serial_port.h"
 #include "settings/terminal_state.h"
+#include "widgets/drafts.h"
 
 class QComboBox;
 class QGroupBox;
@@ -94,10 +94,12 @@ class AtPage : public QWidget {
   void ShowRecord();
   void DisplayATTab(std::optional<std::string> table = {});
   void Edited();
+  void Restart(const Edit& edit);
   void ShowOrder();
   void ShowAwaited(Awaited key);
   void ShowLearning(bool learning);
   void StopLearning();
+  void EndEntry();
   void GetATtab();
   std::optional<int> AwaitKey(QLabel& shown);
   bool LearnGoesOn() const;

@@ -50,7 +50,7 @@ AtPage::AtPage(Services services, QWidget* parent) : QWidget(parent), services_(
   page->addWidget(records);
   page->addLayout(row, 1);
   tables_.emplace(services_.tables, *cboATTabBez, services_.person, "ATTab");
-  drafts_.emplace(*tables_);
+  drafts_.emplace(services_.tables, tables_->Names(), *cmdATVerwerfen);
   ConnectControls();
   ConnectList();
   ShowOrder();
@@ -64,7 +64,6 @@ QWidget* AtPage::MakeRecords() {
   cboATTabBez->setMinimumContentsLength(30);
   cmdATVerwerfen = MakeButton("cmdATVerwerfen", tr("Änderung ver&werfen"),
                               tr("Zeigt wieder, was gespeichert ist."));
-  cmdATVerwerfen->setEnabled(false);
   auto* row = new QHBoxLayout(ctlATSaetze);
   row->addWidget(LabelFor(cboATTabBez, tr("Be&zeichnung:")));
   row->addWidget(cboATTabBez, 1);

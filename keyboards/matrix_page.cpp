@@ -1,5 +1,6 @@
 #include "keyboards/matrix_page.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -82,9 +83,7 @@ void MatrixPage::DisplayTastTab(std::optional<std::string> table) {
 }
 
 void MatrixPage::ShowRecord() {
-  const Edit* const draft = drafts_->Current();
-  cmdTastVerwerfen->setEnabled(draft != nullptr);
-  if (draft != nullptr) return Show(*draft);
+  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
   if (tables_->Current() == 0) Show({});
   showing_ = true;
   txtTastTabNr->SetWire(tables_->NumberField());
@@ -94,9 +93,13 @@ void MatrixPage::ShowRecord() {
 }
 
 void MatrixPage::Edited() {
-  if (showing_) return;
-  drafts_->Note(OnScreen());
-  cmdTastVerwerfen->setEnabled(drafts_->Current() != nullptr);
+  if (!showing_) drafts_->Note(OnScreen());
+}
+
+// The current record shows just this, and nothing of it is edited.
+void MatrixPage::Restart(const Edit& edit) {
+  Show(edit);
+  drafts_->Begin(edit);
 }
 
 void MatrixPage::SelectFirst() {
@@ -107,7 +110,8 @@ void MatrixPage::SelectFirst() {
 void MatrixPage::Shown() {
   const std::int64_t current = tables_->Current();
   tables_->Refresh();
-  drafts_->Refreshed();
+  drafts_->ForgetRemoved();
+  drafts_->MarkNames();
   if (tables_->Current() != current) ShowRecord();
 }
 
@@ -116,12 +120,7 @@ void MatrixPage::cboTastTabBez_Click() {
   ShowRecord();
 }
 
-void MatrixPage::cmdTastVerwerfen_Click() {
-  const Edit before = drafts_->Before();
-  Show(before);
-  drafts_->Begin(before);
-  cmdTastVerwerfen->setEnabled(false);
-}
+void MatrixPage::cmdTastVerwerfen_Click() { Restart(drafts_->Before()); }
 
 void MatrixPage::NewTastTab() {
   drafts_->Drop(0);
@@ -129,12 +128,12 @@ void MatrixPage::NewTastTab() {
   Edit all{{}, tables_->NumberField()};
   all.table.rows.fill(true);
   all.table.columns.fill(true);
-  Show(all);
-  drafts_->Begin(all);
-  cmdTastVerwerfen->setEnabled(false);
+  Restart(all);
 }
 
 void MatrixPage::SaveTastTab() {
+  // By a key combination or the toolbar the box that is being typed in has not been left yet.
+  if (qobject_cast<KeyCell*>(QApplication::focusWidget()) != nullptr) cboTastTabBez->setFocus();
   const Edit edit = OnScreen();
   const std::int64_t edited = tables_->Current();
   const double number = Val(edit.number);
@@ -145,9 +144,7 @@ void MatrixPage::SaveTastTab() {
   drafts_->Drop(edited);
   Edit saved = edit;
   saved.number = tables_->NumberField();
-  Show(saved);
-  drafts_->Begin(saved);
-  cmdTastVerwerfen->setEnabled(false);
+  Restart(saved);
 }
 
 void MatrixPage::DeleteTastTab() {
@@ -158,21 +155,29 @@ void MatrixPage::DeleteTastTab() {
 }
 
 void MatrixPage::ShowCell(int row, int column) {
-  KeyCell* const cell = Cell(KeyIndex(row, column));
   const bool wired = chkTastZeile[static_cast<std::size_t>(row)]->isChecked() &&
                      chkTastSpalte[static_cast<std::size_t>(column)]->isChecked();
-  cell->setVisible(wired);
-  if (!wired) cell->clear();
+  Cell(KeyIndex(row, column))->setVisible(wired);
 }
 
+// Only a line that is taken away empties its boxes: a key that was pressed before its lines were
+// ticked has left its code in a hidden one.
 void MatrixPage::chkTastZeile_Click(int row) {
-  for (int column = 0; column < MatrixLines; ++column) ShowCell(row, column);
+  const bool wired = chkTastZeile[static_cast<std::size_t>(row)]->isChecked();
+  for (int column = 0; column < MatrixLines; ++column) {
+    ShowCell(row, column);
+    if (!wired) Cell(KeyIndex(row, column))->clear();
+  }
   MatrixOutputMask = OutputMask(Ticked(chkTastZeile));
   LinesChanged();
 }
 
 void MatrixPage::chkTastSpalte_Click(int column) {
-  for (int row = 0; row < MatrixLines; ++row) ShowCell(row, column);
+  const bool wired = chkTastSpalte[static_cast<std::size_t>(column)]->isChecked();
+  for (int row = 0; row < MatrixLines; ++row) {
+    ShowCell(row, column);
+    if (!wired) Cell(KeyIndex(row, column))->clear();
+  }
   MatrixInputMask = InputMask(Ticked(chkTastSpalte));
   LinesChanged();
 }

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "keyboards/drafts.h"
 #include "keyboards/matrix_table.h"
 #include "keyboards/table_records.h"
 #include "link/exchange.h"
 #include "link/key_display.h"
 #include "link/operator.h"
 #include "settings/terminal_state.h"
+#include "widgets/drafts.h"
 
 class QCheckBox;
 class QComboBox;
@@ -93,6 +93,7 @@ class MatrixPage : public QWidget, public KeyGrid {
   void LinesChanged();
   void ShowMeaning(int index);
   void Edited();
+  void Restart(const Edit& edit);
   void Refuse(int index, const QString& reason);
   void MoveFocus(int index, int rows);
   std::optional<std::string> ModeCommand(const MatrixTable& table);

@@ -28,7 +28,7 @@ MatrixPage::MatrixPage(Services services, QWidget* parent) : QWidget(parent), se
   page->addLayout(row);
   page->addStretch();
   tables_.emplace(services_.tables, *cboTastTabBez, services_.person, "MatrixTab");
-  drafts_.emplace(*tables_);
+  drafts_.emplace(services_.tables, tables_->Names(), *cmdTastVerwerfen);
   ConnectControls();
 }
 
@@ -39,7 +39,6 @@ QWidget* MatrixPage::MakeRecords() {
   cboTastTabBez->setMinimumContentsLength(30);
   cmdTastVerwerfen = MakeButton("cmdTastVerwerfen", tr("Änderung ver&werfen"),
                                 tr("Zeigt wieder, was gespeichert ist."));
-  cmdTastVerwerfen->setEnabled(false);
   auto* row = new QHBoxLayout(group);
   row->addWidget(LabelFor(cboTastTabBez, tr("Be&zeichnung:")));
   row->addWidget(cboTastTabBez, 1);

@@ -3,12 +3,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "link/operator.h"
 #include "store/recordset.h"
-
-class QComboBox;
+#include "widgets/name_list.h"
 
 namespace kelvo {
 
@@ -30,7 +28,7 @@ class TableRecords {
     std::string wert;   ///< wire text
   };
 
-  void FillNames();
+  void FillNames() { names_.Fill(records_); }
   /// Reads the records anew: another page may have removed or added some. The list keeps its order
   /// when it has not.
   void Refresh();
@@ -52,22 +50,13 @@ class TableRecords {
   double Number(const char* field) const { return records_.Number(field); }
   /// The number in the Terminal, as its field shows it.
   std::string NumberField() const { return records_.Text("nr_im_display").value_or(""); }
-
-  /// Marks the entry of a record whose edit is not saved.
-  void Mark(std::int64_t bookmark, bool unsaved);
-  bool Holds(std::int64_t bookmark) const { return IndexOf(bookmark) >= 0; }
-  /// Name of a record by its bookmark; empty when it is not in the list.
-  std::string NameOf(std::int64_t bookmark) const;
+  NameList& Names() { return names_; }
 
  private:
-  void InsertName(int index, std::int64_t bookmark, const std::string& name);
-  void Rename(int index, const std::string& name);
-  int IndexOf(std::int64_t bookmark) const;
-  bool ListIsCurrent() const;
-  void SelectCurrent();
+  void SelectCurrent() { names_.Select(Current()); }
 
   Recordset& records_;
-  QComboBox& names_;
+  NameList names_;
   Operator& person_;
   std::string typ_;
 };

@@ -19,8 +19,6 @@ namespace {
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
-constexpr char newName[] = "(neuer Name)";
-
 }  // namespace
 
 MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
@@ -33,45 +31,20 @@ MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), serv
   page->addWidget(records);
   page->addWidget(editor, 1);
   page->addLayout(bottom);
+  names_.emplace(*cboMakro);
+  drafts_.emplace(services_.macros, *names_, *cmdMakroVerwerfen);
   ConnectControls();
   services_.macros.SetRepositionHandler([this] { ShowRecord(); });
 }
 
 void MacroPage::FillNames() {
-  cboMakro->clear();
-  int index = 0;
-  for (const std::string& name : services_.macros.Column("Bezeichnung")) {
-    cboMakro->addItem(QString(), Text(name));
-    MarkEntry(index++);
-  }
+  names_->Fill(services_.macros);
+  drafts_->MarkNames();
 }
 
 void MacroPage::SelectFirst() {
-  cboMakro->setCurrentIndex(cboMakro->count() > 0 ? 0 : -1);
   services_.macros.MoveFirst();
-}
-
-// An edit that is not saved is marked; the entry's data keeps the bare name.
-void MacroPage::MarkEntry(int index) {
-  if (index < 0 || index >= cboMakro->count()) return;
-  const auto bookmark = services_.macros.BookmarkAt(static_cast<std::size_t>(index));
-  const bool draft = drafts_.contains(bookmark);
-  cboMakro->setItemText(index, Text((draft ? "* " : "") + EntryName(index)));
-}
-
-std::string MacroPage::EntryName(int index) const {
-  return cboMakro->itemData(index).toString().toStdString();
-}
-
-std::vector<std::string> MacroPage::DraftNames() const {
-  std::vector<std::string> names;
-  for (int index = 0; index < cboMakro->count(); ++index) {
-    const auto bookmark = services_.macros.BookmarkAt(static_cast<std::size_t>(index));
-    if (drafts_.contains(bookmark)) names.push_back(EntryName(index));
-  }
-  // A draft of a kind that the list does not show now counts as well.
-  while (names.size() < drafts_.size()) names.emplace_back("…");
-  return names;
+  names_->Select(services_.macros.Bookmark());
 }
 
 MacroPage::Edit MacroPage::Stored() const {
@@ -86,9 +59,14 @@ MacroPage::Edit MacroPage::Stored() const {
 MacroPage::Edit MacroPage::Shown() const { return {txtMakro->Wire(), txtMakroNr->Wire()}; }
 
 void MacroPage::ShowRecord() {
-  const auto draft = drafts_.find(services_.macros.Bookmark());
-  Show(draft != drafts_.end() ? draft->second : Stored());
-  cmdMakroVerwerfen->setEnabled(draft != drafts_.end());
+  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
+  Restart(Stored());
+}
+
+// The current record shows just this, and nothing of it is edited.
+void MacroPage::Restart(const Edit& edit) {
+  Show(edit);
+  drafts_->Begin(edit);
 }
 
 void MacroPage::Show(const Edit& edit) {
@@ -101,21 +79,7 @@ void MacroPage::Show(const Edit& edit) {
 
 void MacroPage::Edited() {
   ShowLength();
-  const std::int64_t bookmark = services_.macros.Bookmark();
-  if (showing_ || bookmark == 0) return;
-  Edit edit = Shown();
-  if (edit == Stored()) {
-    drafts_.erase(bookmark);
-  } else {
-    drafts_[bookmark] = std::move(edit);
-  }
-  cmdMakroVerwerfen->setEnabled(drafts_.contains(bookmark));
-  MarkEntry(static_cast<int>(services_.macros.Position()));
-}
-
-void MacroPage::GiveUpDraft(std::int64_t bookmark) {
-  drafts_.erase(bookmark);
-  for (int index = 0; index < cboMakro->count(); ++index) MarkEntry(index);
+  if (!showing_) drafts_->Note(Shown());
 }
 
 void MacroPage::ShowLength() {
@@ -134,8 +98,8 @@ void MacroPage::ShowFreeBytes() {
 }
 
 void MacroPage::cboMakro_Click() {
-  const std::string name = EntryName(cboMakro->currentIndex());
-  if (!services_.macros.FindFirst("Bezeichnung", name)) services_.macros.MoveFirst();
+  Recordset& macros = services_.macros;
+  if (!macros.FindFirst("Bezeichnung", names_->ChosenName())) macros.MoveFirst();
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {
@@ -145,20 +109,18 @@ void MacroPage::chkMakroTyp_Click(int index) {
   SelectFirst();
 }
 
-void MacroPage::cmdMakroVerwerfen_Click() {
-  GiveUpDraft(services_.macros.Bookmark());
-  ShowRecord();
-}
+void MacroPage::cmdMakroVerwerfen_Click() { Restart(Stored()); }
 
 void MacroPage::NewMakro() {
   Recordset& macros = services_.macros;
+  drafts_->Drop(0);
   macros.AddNew();
-  macros.Set("Bezeichnung", std::string(newName));
+  macros.Set("Bezeichnung", std::string(NewRecordName));
   macros.Update();
   macros.MoveLast();
-  cboMakro->addItem(QString::fromUtf8(newName), QString::fromUtf8(newName));
-  cboMakro->setCurrentIndex(cboMakro->count() - 1);
-  Show({{}, "-1"});
+  names_->Append(macros.Bookmark(), NewRecordName);
+  names_->Select(macros.Bookmark());
+  Restart({{}, "-1"});
 }
 
 // Asks for a name until it is free or may be overwritten, and moves to its record, which is
@@ -196,20 +158,18 @@ bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, doubl
   macros.Set("nr_im_display", number < 0 ? std::int64_t{-1} : static_cast<std::int64_t>(number));
   macros.Set("wert", ScreenText(wire));
   macros.Update();
-  const int index = static_cast<int>(macros.Position());
-  cboMakro->setItemData(index, Text(name));
-  cboMakro->setCurrentIndex(index);
-  GiveUpDraft(macros.Bookmark());
-  ShowRecord();
+  names_->Rename(macros.Bookmark(), name);
+  names_->Select(macros.Bookmark());
+  Restart(Stored());
   return true;
 }
 
 void MacroPage::SaveShown() {
   const Edit edit = Shown();
   const std::int64_t edited = services_.macros.Bookmark();
-  if (!SaveMakro("Makro", edit.text, Val(edit.number), EntryName(cboMakro->currentIndex()))) return;
+  if (!SaveMakro("Makro", edit.text, Val(edit.number), names_->ChosenName())) return;
   // Saved under whatever name, the edit is no draft any more.
-  GiveUpDraft(edited);
+  drafts_->Drop(edited);
 }
 
 void MacroPage::DeleteMakro() {
@@ -218,13 +178,12 @@ void MacroPage::DeleteMakro() {
   if (bookmark == 0) return;
   const std::string name = macros.Text("Bezeichnung").value_or("");
   if (!services_.person.Ask("Makro '" + name + "' löschen ?", Icon::Question)) return;
-  const int index = static_cast<int>(macros.Position());
   macros.Delete();
   macros.MoveNext();
-  drafts_.erase(bookmark);
-  cboMakro->removeItem(index);
+  drafts_->Drop(bookmark);
+  names_->Remove(bookmark);
   if (macros.Eof() && macros.RecordCount() > 0) macros.MoveLast();
-  cboMakro->setCurrentIndex(macros.Eof() ? -1 : static_cast<int>(macros.Position()));
+  names_->Select(macros.Bookmark());
 }
 
 void MacroPage::cmdInsertESC_Click() {

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 #include <array>
-#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +10,7 @@
 #include "link/operator.h"
 #include "settings/terminal_state.h"
 #include "store/recordset.h"
+#include "widgets/drafts.h"
 
 class QComboBox;
 class QLabel;
@@ -59,7 +60,7 @@ class MacroPage : public QWidget {
   void DeleteMakro();
 
   /// The records whose edits are not saved, by name; empty if there are none.
-  std::vector<std::string> DraftNames() const;
+  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
 
  private:
   struct Edit {
@@ -78,9 +79,7 @@ class MacroPage : public QWidget {
   Edit Shown() const;
   Edit Stored() const;
   void Edited();
-  void MarkEntry(int index);
-  std::string EntryName(int index) const;
-  void GiveUpDraft(std::int64_t bookmark);
+  void Restart(const Edit& edit);
   void ShowLength();
   bool StoreName(const std::string& proposed, std::string& name);
   bool CheckText(const std::string& text);
@@ -97,7 +96,8 @@ class MacroPage : public QWidget {
   void cmdMakroVerwerfen_Click();
 
   Services services_;
-  std::map<std::int64_t, Edit> drafts_;  // by bookmark
+  std::optional<NameList> names_;
+  std::optional<Drafts<Edit>> drafts_;
   bool showing_ = false;
 
   QComboBox* cboMakro;

@@ -31,7 +31,6 @@ QWidget* MacroPage::MakeRecords() {
   cboMakro->setMinimumContentsLength(40);
   cmdMakroVerwerfen = MakeButton("cmdMakroVerwerfen", tr("Änderung ver&werfen"),
                                  tr("Zeigt wieder, was gespeichert ist."));
-  cmdMakroVerwerfen->setEnabled(false);
   auto* name = new QHBoxLayout;
   name->addWidget(LabelFor(cboMakro, tr("Be&zeichnung:")));
   name->addWidget(cboMakro, 1);

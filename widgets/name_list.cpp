@@ -1,0 +1,69 @@
+#include "widgets/name_list.h"
+
+#include <QComboBox>
+
+#include "store/recordset.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int nameRole = Qt::UserRole;
+constexpr int bookmarkRole = Qt::UserRole + 1;
+
+}  // namespace
+
+void NameList::Fill(const Recordset& records) {
+  box_.clear();
+  std::size_t position = 0;
+  for (const std::string& name : records.Column("Bezeichnung")) {
+    Append(records.BookmarkAt(position++), name);
+  }
+}
+
+bool NameList::Shows(const Recordset& records) const {
+  const std::vector<std::string> names = records.Column("Bezeichnung");
+  if (static_cast<int>(names.size()) != box_.count()) return false;
+  for (std::size_t position = 0; position < names.size(); ++position) {
+    const std::int64_t bookmark = records.BookmarkAt(position);
+    if (!Holds(bookmark) || NameOf(bookmark) != names[position]) return false;
+  }
+  return true;
+}
+
+void NameList::Insert(int index, std::int64_t bookmark, const std::string& name) {
+  box_.insertItem(index, QString());
+  box_.setItemData(index, qlonglong{bookmark}, bookmarkRole);
+  Rename(bookmark, name);
+}
+
+void NameList::Append(std::int64_t bookmark, const std::string& name) {
+  Insert(box_.count(), bookmark, name);
+}
+
+void NameList::Rename(std::int64_t bookmark, const std::string& name) {
+  const int index = IndexOf(bookmark);
+  box_.setItemData(index, QString::fromStdString(name), nameRole);
+  box_.setItemText(index, QString::fromStdString(name));
+}
+
+void NameList::Remove(std::int64_t bookmark) { box_.removeItem(IndexOf(bookmark)); }
+
+void NameList::Mark(std::int64_t bookmark, bool unsaved) {
+  const int index = IndexOf(bookmark);
+  const QString name = QString::fromStdString(NameAt(index));
+  box_.setItemText(index, unsaved ? QStringLiteral("* ") + name : name);
+}
+
+void NameList::Select(std::int64_t bookmark) { box_.setCurrentIndex(IndexOf(bookmark)); }
+
+std::string NameList::ChosenName() const { return NameAt(box_.currentIndex()); }
+
+int NameList::IndexOf(std::int64_t bookmark) const {
+  return box_.findData(qlonglong{bookmark}, bookmarkRole);
+}
+
+std::string NameList::NameAt(int index) const {
+  return box_.itemData(index, nameRole).toString().toStdString();
+}
+
+}  // namespace kelvo
