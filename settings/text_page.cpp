@@ -58,11 +58,7 @@ void TextPage::Shown() {
   cmdGetText_Click();
 }
 
-void TextPage::ShowReceived(const std::string& received) {
-  QTextCursor end(txtText->document());
-  end.movePosition(QTextCursor::End);
-  end.insertText(GlyphText(received));
-}
+void TextPage::ShowReceived(const std::string& received) { txtText->AppendWire(received); }
 
 // The cursor.
 
@@ -97,8 +93,10 @@ void TextPage::cboCursor_Click() {
   for (QRadioButton* shape : chkCursor) shape->setVisible(HasShape(kind));
   txtCursorSize->setVisible(IsCross(kind));
   lblCursorSize->setVisible(IsCross(kind));
+  lblCursorSizeEinheit->setVisible(IsCross(kind));
   lblCursorX->setText(IsAtText(kind) ? tr("Spalte") : tr("X-Pos"));
   lblCursorY->setText(IsAtText(kind) ? tr("Zeile") : tr("Y-Pos"));
+  lblCursorEinheit->setText(IsAtText(kind) ? tr("ab 1") : tr("Pixel, ab 0"));
   txtCursorX->setAccessibleName(lblCursorX->text());
   txtCursorY->setAccessibleName(lblCursorY->text());
 }

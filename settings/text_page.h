@@ -81,10 +81,12 @@ class TextPage : public QWidget {
   std::array<QRadioButton*, 2> chkCursor{};
   QLabel* lblCursorSize;
   WireField* txtCursorSize;
+  QLabel* lblCursorSizeEinheit;
   QLabel* lblCursorX;
   QLabel* lblCursorY;
   WireField* txtCursorX;
   WireField* txtCursorY;
+  QLabel* lblCursorEinheit;
   QPushButton* cmdSetCursor;
   QPushButton* cmdSetCursorHome;
   QPushButton* cmdGetCursor;

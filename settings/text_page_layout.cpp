@@ -107,11 +107,13 @@ QWidget* TextPage::MakeCursor() {
   chkCursor[0]->setChecked(true);
   txtCursorSize = NumberField("txtCursorSize", services_.person);
   lblCursorSize = Named(LabelFor(txtCursorSize, tr("Gr&öße")), "lblCursorSize");
-  RetainSize(txtCursorSize);
-  RetainSize(lblCursorSize);
+  lblCursorSizeEinheit = Named(new QLabel(tr("Pixel")), "lblCursorSizeEinheit");
   shapes->addStretch();
-  shapes->addWidget(lblCursorSize);
-  shapes->addWidget(txtCursorSize);
+  for (QWidget* part :
+       std::initializer_list<QWidget*>{lblCursorSize, txtCursorSize, lblCursorSizeEinheit}) {
+    RetainSize(part);
+    shapes->addWidget(part);
+  }
   QLayout* const position = MakePosition();
   cmdGetCursor = MakeButton("cmdGetCursor", tr("Cursor &lesen"));
 
@@ -132,7 +134,8 @@ QLayout* TextPage::MakePosition() {
   txtCursorY = NumberField("txtCursorY", services_.person);
   lblCursorX = Named(LabelFor(txtCursorX, {}), "lblCursorX");
   lblCursorY = Named(LabelFor(txtCursorY, {}), "lblCursorY");
-  return ButtonRow({lblCursorX, txtCursorX, lblCursorY, txtCursorY});
+  lblCursorEinheit = Named(new QLabel, "lblCursorEinheit");
+  return ButtonRow({lblCursorX, txtCursorX, lblCursorY, txtCursorY, lblCursorEinheit});
 }
 
 QWidget* TextPage::MakeTextStyle() {
@@ -157,6 +160,7 @@ QWidget* TextPage::MakeTextStyle() {
 QLayout* TextPage::MakeZoom() {
   auto* row = new QHBoxLayout;
   const QString axes[] = {tr("X"), tr("Y")};
+  const int largest[] = {LargestZoomX, LargestZoomY};
   for (std::size_t i = 0; i < lblTextZoom.size(); ++i) {
     const int index = static_cast<int>(i);
     lblTextZoom[i] = MakeValue("lblTextZoom");
@@ -170,6 +174,7 @@ QLayout* TextPage::MakeZoom() {
     row->addWidget(new QLabel(axes[i]));
     row->addWidget(lblTextZoom[i]);
     row->addWidget(ctlUpDown[i]);
+    row->addWidget(new QLabel(tr("1 … %1").arg(largest[i])));
   }
   row->addStretch();
   return row;

@@ -4,6 +4,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QValidator>
 #include <algorithm>
 #include <memory>
@@ -89,6 +90,19 @@ std::string WireEdit::Wire() const { return WireOfGlyphs(toPlainText()).value_or
 void WireEdit::SetWire(const std::string& wire) { setPlainText(GlyphText(wire)); }
 
 void WireEdit::InsertWire(const std::string& wire) { insertPlainText(GlyphText(wire)); }
+
+void WireEdit::AppendWire(const std::string& wire) {
+  QScrollBar* const bar = verticalScrollBar();
+  const bool atEnd = bar->value() == bar->maximum();
+  QTextCursor end(document());
+  end.movePosition(QTextCursor::End);
+  // Behind the last character the document counts one more, which ends its paragraph.
+  const QChar last = document()->characterAt(document()->characterCount() - 2);
+  const bool endsLine = wire.starts_with('\n') && last == ControlGlyphs['\r'];
+  if (endsLine) end.deletePreviousChar();
+  end.insertText(GlyphText(endsLine ? "\r" + wire : wire));
+  if (atEnd) bar->setValue(bar->maximum());
+}
 
 void WireEdit::keyPressEvent(QKeyEvent* event) {
   const QString text = event->text();

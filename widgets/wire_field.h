@@ -36,6 +36,8 @@ class WireEdit : public QPlainTextEdit {
   void SetWire(const std::string& wire);
   /// Replaces the selection, or inserts at the caret; one undo step.
   void InsertWire(const std::string& wire);
+  /// Adds to the end. Who looks at the end goes on seeing it; CR and LF may come one by one.
+  void AppendWire(const std::string& wire);
 
  Q_SIGNALS:
   void Refused();
