@@ -238,7 +238,7 @@ void AtPage::ShowReceived(const std::string& received) {
   lblATKlartext->setPlainText(GlyphText(klartext_));
   lblATKlartext->moveCursor(QTextCursor::End);
   // Decimal, although the field is called "Hex-Code"; it has always been so.
-  lblAThexcode->setNum(static_cast<unsigned char>(received.at(0)));
+  lblAThexcode->setNum(static_cast<unsigned char>(received.back()));
 }
 
 void AtPage::cmdATKlartextclear_Click() {

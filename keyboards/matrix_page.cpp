@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "keyboards/key_cell.h"
 #include "keyboards/key_codes.h"
@@ -16,6 +17,9 @@
 
 namespace kelvo {
 namespace {
+
+// As many as the label has room for, so that the newest are seen.
+constexpr std::size_t klartextKept = 24;
 
 QString RefusalText(CellRefusal refusal) {
   switch (refusal) {
@@ -233,8 +237,8 @@ void MatrixPage::SetKeyText(int index, const std::string& text) { Cell(index)->S
 void MatrixPage::PaintKey(int index, KeyColour colour) { Cell(index)->Paint(colour); }
 
 void MatrixPage::SetKlartext(const std::string& text) {
-  klartext_ = text;
-  lblTastKlartext->setText(GlyphText(text));
+  klartext_ = text.substr(text.size() - std::min(text.size(), klartextKept));
+  lblTastKlartext->setText(GlyphText(klartext_));
 }
 
 void MatrixPage::Send(std::string command) {

@@ -4,7 +4,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
 
 #include "link/control_characters.h"
@@ -29,8 +28,6 @@ void Send(Exchange& exchange, std::string command, Acknowledge acknowledge) {
 }
 
 std::string Plain(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
-
-constexpr int receivedCharactersKept = 100000;
 
 }  // namespace
 
@@ -122,9 +119,8 @@ QWidget* InterfacePage::MakeSecond() {
   form->addRow(QString(),
                new QLabel(tr("senden auf zweiter Schnittstelle (Trennzeichen nicht vergessen)")));
 
-  txtReceiveCom2 = Named(new QPlainTextEdit, "txtReceiveCom2");
+  txtReceiveCom2 = Named(new WireEdit, "txtReceiveCom2");
   txtReceiveCom2->setReadOnly(true);
-  txtReceiveCom2->setTabChangesFocus(true);
   txtReceiveCom2->setMinimumHeight(fontMetrics().lineSpacing() * 3);
   cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Empfangenes l&öschen"));
   form->addRow(LabelFor(txtReceiveCom2, tr("Empfan&gen:")), txtReceiveCom2);
@@ -208,16 +204,7 @@ QString InterfacePage::PortText() const {
 }
 
 void InterfacePage::ShowReceived(const std::string& received) {
-  txtReceiveCom2->moveCursor(QTextCursor::End);
-  // It comes character by character, so a line end is seen by its LF.
-  if (received != "\r") {
-    txtReceiveCom2->insertPlainText(received == "\n" ? QStringLiteral("\n") : GlyphText(received));
-  }
-  // An unattended line must not fill the memory.
-  const QString text = txtReceiveCom2->toPlainText();
-  if (text.size() > receivedCharactersKept) {
-    txtReceiveCom2->setPlainText(text.right(receivedCharactersKept / 2));
-  }
+  txtReceiveCom2->AppendWire(received);
 }
 
 void InterfacePage::StoreChoice(ComList list) {

@@ -12,12 +12,12 @@
 class QComboBox;
 class QGroupBox;
 class QLabel;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace kelvo {
 
 class DataControl;
+class WireEdit;
 class WireField;
 
 /// The interface page: "Erste Schnittstelle", the link between PC and Terminal, and "Zweite
@@ -104,7 +104,7 @@ class InterfacePage : public QWidget {
   QPushButton* cmdSendCom2 = nullptr;
   QPushButton* cmdClearReceiveCom2 = nullptr;
   WireField* txtSendCom2 = nullptr;
-  QPlainTextEdit* txtReceiveCom2 = nullptr;
+  WireEdit* txtReceiveCom2 = nullptr;
   DataControl* ctlComData = nullptr;
 };
 

@@ -5,7 +5,9 @@ namespace kelvo {
 void ReceiveEvents::com1_OnComm() {
   if (tab_ == Tab::MatrixKeyboard) return ShowKey();
   if (tab_ != Tab::Interfaces && tab_ != Tab::Text && tab_ != Tab::AtKeyboard) return;
-  const std::string received = port_.Input();
+  // All that waits at once: a page that lays out its text for each character falls behind the line.
+  std::string received;
+  for (std::string more; !(more = port_.Input()).empty();) received += more;
   const auto show = shows_.find(tab_);
   if (!received.empty() && show != shows_.end()) show->second(received);
 }

@@ -18,6 +18,9 @@ namespace {
 enum StyleList { FontList, AttributeList, ModeList };
 enum ZoomAxis { ZoomX, ZoomY };
 
+// More than the preview has room for. The text grows by all that the Terminal sends.
+constexpr int previewedCharacters = 2000;
+
 QString Number(double number) { return QString::fromStdString(NumberText(number)); }
 
 std::string Caption(const QLabel* label) { return label->text().toStdString(); }
@@ -145,7 +148,9 @@ TextStyle TextPage::PreviewStyle() const {
   return style;
 }
 
-void TextPage::ShowPreview() { ctlVorschau->Show(txtText->Wire(), PreviewStyle()); }
+void TextPage::ShowPreview() {
+  ctlVorschau->Show(txtText->WireStart(previewedCharacters), PreviewStyle());
+}
 
 // The text.
 

@@ -168,7 +168,10 @@ TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
 
 TEST_F(MatrixPageTest, ShowsPressedKeys) {
   Open();
+  // A key can be pressed to find out which lines it is wired to.
+  port.Arrive("\x91");
   TickAll();
+  EXPECT_EQ(Cell(9).Wire(), "$91");
   TypeCell(5, "k");
   const auto colour = [this](int index) {
     return Cell(index).palette().color(QPalette::Base).name().toStdString();

@@ -15,6 +15,8 @@
 namespace kelvo {
 namespace {
 
+constexpr int charactersKept = 20000;
+
 // The code whose glyph this is, or -1.
 int ControlCode(char16_t glyph) {
   if (glyph == DeleteGlyph) return 0x7F;
@@ -87,6 +89,12 @@ WireEdit::WireEdit(QWidget* parent) : QPlainTextEdit(parent) {
 // Nothing else can get in: every way of entering text is filtered below.
 std::string WireEdit::Wire() const { return WireOfGlyphs(toPlainText()).value_or(std::string()); }
 
+std::string WireEdit::WireStart(int length) const {
+  QTextCursor start(document());
+  start.setPosition(std::min(length, document()->characterCount() - 1), QTextCursor::KeepAnchor);
+  return WireOfGlyphs(start.selectedText()).value_or(std::string());
+}
+
 void WireEdit::SetWire(const std::string& wire) { setPlainText(GlyphText(wire)); }
 
 void WireEdit::InsertWire(const std::string& wire) { insertPlainText(GlyphText(wire)); }
@@ -101,7 +109,15 @@ void WireEdit::AppendWire(const std::string& wire) {
   const bool endsLine = wire.starts_with('\n') && last == ControlGlyphs['\r'];
   if (endsLine) end.deletePreviousChar();
   end.insertText(GlyphText(endsLine ? "\r" + wire : wire));
+  if (document()->characterCount() > charactersKept) DropOlderHalf();
   if (atEnd) bar->setValue(bar->maximum());
+}
+
+void WireEdit::DropOlderHalf() {
+  QTextCursor older(document());
+  older.setPosition(charactersKept / 2, QTextCursor::KeepAnchor);
+  older.removeSelectedText();
+  document()->clearUndoRedoStacks();
 }
 
 void WireEdit::keyPressEvent(QKeyEvent* event) {

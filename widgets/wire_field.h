@@ -33,10 +33,14 @@ class WireEdit : public QPlainTextEdit {
   explicit WireEdit(QWidget* parent = nullptr);
 
   std::string Wire() const;
+  /// The first `length` characters at most; a line end counts as one.
+  std::string WireStart(int length) const;
   void SetWire(const std::string& wire);
   /// Replaces the selection, or inserts at the caret; one undo step.
   void InsertWire(const std::string& wire);
-  /// Adds to the end. Who looks at the end goes on seeing it; CR and LF may come one by one.
+  /// Adds what was received to the end. Who looks at the end goes on seeing it. CR and LF may come
+  /// one by one. An unattended line must not fill the memory: of more than 20000 characters the
+  /// older half goes.
   void AppendWire(const std::string& wire);
 
  Q_SIGNALS:
@@ -47,6 +51,9 @@ class WireEdit : public QPlainTextEdit {
   void inputMethodEvent(QInputMethodEvent* event) override;
   void insertFromMimeData(const QMimeData* source) override;
   QMimeData* createMimeDataFromSelection() const override;
+
+ private:
+  void DropOlderHalf();
 };
 
 /// The font of wire texts.
