@@ -104,6 +104,9 @@ bool Exchange::WaitAnswer(std::string& reply, std::string_view endMark) {
   }
   const Activity activity(*this, {});
   const int inputLen = port_.InputLen();
+  const int threshold = port_.ReceiveThreshold();
+  // No receive event may take the reply away.
+  port_.SetReceiveThreshold(0);
   WaitUntilSent();
   bool timedOut = false;
   if (endMark.empty()) {
@@ -112,6 +115,7 @@ bool Exchange::WaitAnswer(std::string& reply, std::string_view endMark) {
     timedOut = CollectUntil(reply, endMark);
   }
   port_.SetInputLen(inputLen);
+  port_.SetReceiveThreshold(threshold);
   WaitRS485();
   return timedOut;
 }

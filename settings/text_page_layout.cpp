@@ -175,6 +175,7 @@ QLayout* TextPage::MakeZoom() {
     row->addWidget(lblTextZoom[i]);
     row->addWidget(ctlUpDown[i]);
     row->addWidget(new QLabel(tr("1 … %1").arg(largest[i])));
+    row->addSpacing(fontMetrics().averageCharWidth() * 3);
   }
   row->addStretch();
   return row;

@@ -224,6 +224,20 @@ TEST_F(ReceiveTest, OtherPagesLeaveTheCharactersToTheNextExchange) {
   EXPECT_EQ(Query("?A"), "5");
 }
 
+TEST_F(ReceiveTest, APageInFrontTakesNoReplyAway) {
+  std::string shown;
+  receive.Connect(Tab::Text, [&](const std::string& s) { shown += s; });
+  receive.SetTab(Tab::Text);
+  terminal.Answer("\x1b?V", "2.1F;");
+  std::string text = "\x1b?V";
+  exchange.SendString(text, Pending::Keep, Acknowledge::None);
+  exchange.WaitAnswer(text, {});
+  EXPECT_EQ(text, "2.1F;");
+  EXPECT_EQ(shown, "");
+  port.Arrive("k");
+  EXPECT_EQ(shown, "k");
+}
+
 TEST_F(ReceiveTest, PositionCodeMarksItsKeyUntilTheNextTick) {
   receive.SetTab(Tab::MatrixKeyboard);
   port.Arrive("\x8A");  // column 2, row 0
