@@ -27,6 +27,12 @@ void Send(Exchange& exchange, std::string command, Acknowledge acknowledge) {
   exchange.SendCommand(acknowledge);
 }
 
+QString Unit(ComList list) {
+  if (list == ComBaud1 || list == ComBaud2) return InterfacePage::tr("Bit/s");
+  if (list == ComPuffer1 || list == ComPuffer2) return InterfacePage::tr("Zeichen");
+  return {};
+}
+
 std::string Plain(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
 
 }  // namespace
@@ -69,20 +75,25 @@ QWidget* InterfacePage::MakeRecordChoice() {
   return group;
 }
 
+void InterfacePage::AddLists(QFormLayout* form,
+                             std::initializer_list<std::pair<ComList, QString>> lists) {
+  for (const auto& [list, label] : lists) AddRow(form, label, cboCom[list], Unit(list));
+}
+
 QWidget* InterfacePage::MakeFirst() {
   auto* group = Named(new QGroupBox(tr("Erste Schnittstelle")), "ctlComFrame1");
   QFormLayout* form = MakeForm(group);
   lblAnschluss = Named(new QLabel, "lblAnschluss");
   lblAnschluss->setWordWrap(true);
   lblAnschluss->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
-  AddRow(form, tr("Ansch&luss:"), cboCom[ComPortNr]);
+  AddLists(form, {{ComPortNr, tr("Ansch&luss:")}});
   form->addRow(QString(), lblAnschluss);
-  AddRow(form, tr("Baud&rate:"), cboCom[ComBaud1], tr("Bit/s"));
-  AddRow(form, tr("Par&ität:"), cboCom[ComParity1]);
-  AddRow(form, tr("Date&nbits:"), cboCom[ComBits1]);
-  AddRow(form, tr("&Stoppbits:"), cboCom[ComStopBit1]);
-  AddRow(form, tr("Handsha&ke:"), cboCom[ComShake1]);
-  AddRow(form, tr("Pu&ffer:"), cboCom[ComPuffer1], tr("Zeichen"));
+  AddLists(form, {{ComBaud1, tr("Baud&rate:")},
+                  {ComParity1, tr("Par&ität:")},
+                  {ComBits1, tr("Date&nbits:")},
+                  {ComStopBit1, tr("&Stoppbits:")},
+                  {ComShake1, tr("Handsha&ke:")},
+                  {ComPuffer1, tr("Pu&ffer:")}});
   cmdSetCom1 = MakeButton("cmdSetCom1", tr("T&erminal und PC umstellen"),
                           tr("Stellt die Schnittstelle des Terminals um, speichert sie dort und "
                              "öffnet dann den Anschluss des PC mit denselben Werten."));
@@ -96,20 +107,25 @@ QWidget* InterfacePage::MakeSecond() {
   auto* group = Named(new QGroupBox(tr("Zweite Schnittstelle")), "ctlComFrame2");
   QFormLayout* form = MakeForm(group);
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-  AddRow(form, tr("Baudra&te:"), cboCom[ComBaud2], tr("Bit/s"));
-  AddRow(form, tr("Parit&ät:"), cboCom[ComParity2]);
-  AddRow(form, tr("Bits &je Zeichen:"), cboCom[ComBits2]);
-  AddRow(form, tr("Sto&ppbits:"), cboCom[ComStopbit2]);
-  AddRow(form, tr("Handshake &2:"), cboCom[ComShake2]);
-  AddRow(form, tr("P&uffer:"), cboCom[ComPuffer2], tr("Zeichen"));
-  AddRow(form, tr("E&mpfang:"), cboCom[ComRecCom2]);
+  AddLists(form, {{ComBaud2, tr("Baudra&te:")},
+                  {ComParity2, tr("Parit&ät:")},
+                  {ComBits2, tr("Bits &je Zeichen:")},
+                  {ComStopbit2, tr("Sto&ppbits:")},
+                  {ComShake2, tr("Handshake &2:")},
+                  {ComPuffer2, tr("P&uffer:")},
+                  {ComRecCom2, tr("E&mpfang:")}});
   cmdSetCom2 = MakeButton("cmdSetCom2", tr("Terminal umstellen"),
                           tr("Stellt die zweite Schnittstelle des Terminals um und speichert sie "
                              "dort."));
   cmdDefaultCom2 = MakeButton("cmdDefaultCom2", tr("Standard - Werte"),
                               tr("Wählt die üblichen Werte; gesendet wird noch nichts."));
   form->addRow(ButtonRow({cmdSetCom2, cmdDefaultCom2}));
+  AddTraffic(form);
+  return group;
+}
 
+// What goes through the second interface.
+void InterfacePage::AddTraffic(QFormLayout* form) {
   txtSendCom2 = Named(new WireField, "txtSendCom2");
   cmdSendCom2 = MakeButton("cmdSendCom2", tr("Senden"));
   auto* sendRow = new QHBoxLayout;
@@ -125,7 +141,6 @@ QWidget* InterfacePage::MakeSecond() {
   cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Empfangenes l&öschen"));
   form->addRow(LabelFor(txtReceiveCom2, tr("Empfan&gen:")), txtReceiveCom2);
   form->addRow(QString(), ButtonRow({cmdClearReceiveCom2}));
-  return group;
 }
 
 void InterfacePage::ConnectButtons() {

@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <initializer_list>
+#include <utility>
 
 #include "link/exchange.h"
 #include "link/operator.h"
@@ -10,6 +12,7 @@
 #include "store/recordset.h"
 
 class QComboBox;
+class QFormLayout;
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -71,6 +74,8 @@ class InterfacePage : public QWidget {
   QWidget* MakeFirst();
   QWidget* MakeSecond();
   QWidget* MakeRecordChoice();
+  void AddLists(QFormLayout* form, std::initializer_list<std::pair<ComList, QString>> lists);
+  void AddTraffic(QFormLayout* form);
   QComboBox* MakeList(ComList list);
   void ConnectButtons();
   void ShowRecord();
