@@ -61,11 +61,7 @@ TEST_F(AtPageTest, LearnsPairsOfKeys) {
     port.Arrive("a");
   });
   // The same old key overwrites its row; a pair that is not complete is not entered.
-  loop.After(soon * 3, [&] {
-    port.Arrive(
-        "B\x1B"
-        "Ab\xC4");
-  });
+  loop.After(soon * 3, [&] { port.Arrive("B\033Ab\xC4"); });
   loop.After(soon * 4, [&] { Click("cmdATumkodierenEnde"); });
   EXPECT_EQ(Learn(), soon * 4);
   EXPECT_EQ(Pairs(), (AtPairs{{65, 98}, {66, 27}}));
@@ -211,10 +207,7 @@ TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
   List().SetPairs({{67, 99}, {65, 97}});
   EXPECT_TRUE(Find("lblATHinweis").isVisible());
   Click("cmdSetATTab");
-  EXPECT_EQ(Written(), ReadableText("\x1B"
-                                    "E?F\x1B"
-                                    "EWK0,43;\x1B"
-                                    "EAK0;"));
+  EXPECT_EQ(Written(), ReadableText("\033E?F\033EWK0,43;\033EAK0;"));
   Click("cmdATSortieren");
   EXPECT_FALSE(Find("lblATHinweis").isVisible());
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}, {67, 99}}));
@@ -231,9 +224,7 @@ TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
   for (const auto& shown : person.messages) {
     EXPECT_EQ(shown.text, "Die Tabelle ist leer / CreateATTab");
   }
-  EXPECT_EQ(port.written,
-            "\x1B"
-            "E?F");
+  EXPECT_EQ(port.written, "\033E?F");
   EXPECT_TRUE(person.prompts.empty());
 }
 
@@ -271,14 +262,27 @@ TEST_F(AtPageTest, KeepsTablesAndShowsThemAgain) {
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
   EXPECT_EQ(Text("txtATTastNr"), "4");
   const std::string source = "select * from Makro where typ = 'ATTab'";
-  EXPECT_EQ(Stored(source, "wert"),
-            "\x1B"
-            "EWK4,41,61;");
+  EXPECT_EQ(Stored(source, "wert"), "\033EWK4,41,61;");
   EXPECT_EQ(Stored(source, "ausgang") + Stored(source, "eingang"), "00");
   person.answers = {true};
   Trigger("mnuBearbeitenloeschen");
   EXPECT_EQ(person.questions.back(), "Umkodiertabelle 'Übung 'eins'' löschen ?");
   EXPECT_EQ(Entries("cboATTabBez"), std::vector<std::string>{"(neuer Name)"});
+}
+
+TEST_F(AtPageTest, WhatIsBeingTypedIsSaved) {
+  Open();
+  auto& list = Find<QTableView>("ctlATTabListe");
+  list.setFocus();
+  TypeCell(0, AtList::OldKey, "A");
+  list.edit(List().index(0, AtList::NewKey));
+  auto* const editor = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_EQ(QApplication::focusWidget(), editor);
+  editor->setText(QStringLiteral("a"));
+  person.inputs = {"eins"};
+  Trigger("mnuDateiSave");
+  EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
+  EXPECT_EQ(Chosen("cboATTabBez"), "eins");
 }
 
 TEST_F(AtPageTest, DamagedTablesShowWhatCanBeRead) {

@@ -18,6 +18,8 @@ WiredLines Lines(std::initializer_list<std::size_t> wired) {
 
 WiredLines AllLines() { return Lines({0, 1, 2, 3, 4, 5, 6, 7}); }
 
+std::string Ewk(const std::string& rest) { return "\x1B" + ("EWK" + rest); }
+
 std::string Repeated(const std::string& text, int count) {
   std::string all;
   for (int i = 0; i < count; ++i) all += text;
@@ -31,82 +33,58 @@ TEST(MatrixCell, IsCheckedWhenItsBoxIsLeft) {
     CellRefusal refusal;
     const char* shown;
   };
-  for (const Case& c : std::initializer_list<Case>{
-           {"", None, ""},
-           {"A", None, "A"},
-           {"#", None, "#"},
-           {"\xE4", None, "\xE4"},
-           {"#0", None, "#0"},
-           {"#255", None, "#255"},
-           {"#256", DecimalRange, ""},
-           {"#-1", DecimalRange, ""},
-           {"#2.5", None, "#2.5"},
-           {"#x", None, "#x"},
-           {"#12a", None, "#12a"},
-           {"#1234", UnknownForm, ""},
-           {"&f", None, "&0F"},
-           {"&ff", None, "&FF"},
-           {"&0", None, "&00"},
-           {"&0F", NoHexCode, ""},
-           {"&00", NoHexCode, ""},
-           {"&100", NoHexCode, ""},
-           {"&g", NoHexCode, ""},
-           {"& 1", NoHexCode, ""},
-           {"$8A", UnknownForm, ""},
-           {"AB", UnknownForm, ""},
-           {"12345", UnknownForm, ""},
-       }) {
+  for (const Case& c : std::initializer_list<Case>{{"", None, ""},
+                                                   {"A", None, "A"},
+                                                   {"#", None, "#"},
+                                                   {"\xE4", None, "\xE4"},
+                                                   {"#0", None, "#0"},
+                                                   {"#255", None, "#255"},
+                                                   {"#256", DecimalRange, ""},
+                                                   {"#-1", DecimalRange, ""},
+                                                   {"#2.5", None, "#2.5"},
+                                                   {"#x", None, "#x"},
+                                                   {"#12a", None, "#12a"},
+                                                   {"#1234", UnknownForm, ""},
+                                                   {"&f", None, "&0F"},
+                                                   {"&ff", None, "&FF"},
+                                                   {"&0", None, "&00"},
+                                                   {"&0F", NoHexCode, ""},
+                                                   {"&00", NoHexCode, ""},
+                                                   {"&100", NoHexCode, ""},
+                                                   {"&g", NoHexCode, ""},
+                                                   {"& 1", NoHexCode, ""},
+                                                   {"$8A", UnknownForm, ""},
+                                                   {"AB", UnknownForm, ""},
+                                                   {"12345", UnknownForm, ""}}) {
     const CheckedCell checked = CheckCell(c.typed);
     EXPECT_EQ(checked.refusal, c.refusal) << c.typed;
     EXPECT_EQ(checked.text, c.shown) << c.typed;
   }
-}
-
-TEST(MatrixCell, AWidenedHexFormIsRefusedTheSecondTime) {
-  EXPECT_EQ(CheckCell(CheckCell("&a").text).refusal, CellRefusal::NoHexCode);
+  // The widened form is refused the second time.
+  EXPECT_EQ(CheckCell(CheckCell("&a").text).refusal, NoHexCode);
 }
 
 TEST(MatrixCell, SendsItsCode) {
-  for (const auto& [cell, code] :
-       std::initializer_list<std::pair<std::string, std::string>>{{"", "FF"},
-                                                                  {"1", "31"},
-                                                                  {"\xE4", "E4"},
-                                                                  {"#13", "D"},
-                                                                  {"#x", "0"},
-                                                                  {"#2.5", "2"},
-                                                                  {"&0A", "0A"},
-                                                                  {"$9A", "9A"}}) {
-    EXPECT_EQ(CellCode(cell), code) << cell;
-  }
+  const std::pair<std::string, std::string> cases[] = {{"", "FF"},    {"1", "31"},  {"\xE4", "E4"},
+                                                       {"#13", "D"},  {"#x", "0"},  {"#2.5", "2"},
+                                                       {"&0A", "0A"}, {"$9A", "9A"}};
+  for (const auto& [cell, code] : cases) EXPECT_EQ(CellCode(cell), code) << cell;
 }
 
 TEST(MatrixCell, ShowsAStoredCode) {
-  for (const auto& [code, text] :
-       std::initializer_list<std::pair<double, std::string>>{{0, "#0"},
-                                                             {31, "#31"},
-                                                             {32, " "},
-                                                             {65, "A"},
-                                                             {128, "\x80"},
-                                                             {129, "#129"},
-                                                             {200, "#200"},
-                                                             {254, "#254"},
-                                                             {255, ""},
-                                                             {256, ""},
-                                                             {1e300, ""}}) {
-    EXPECT_EQ(CellText(code), text) << code;
-  }
+  const std::pair<double, std::string> cases[] = {
+      {0, "#0"},     {31, "#31"},   {32, " "}, {65, "A"}, {128, "\x80"},
+      {129, "#129"}, {254, "#254"}, {255, ""}, {256, ""}, {1e300, ""}};
+  for (const auto& [code, text] : cases) EXPECT_EQ(CellText(code), text) << code;
 }
 
 TEST(MatrixMasks, CountRowsFromTheTopAndColumnsFromTheBottom) {
   EXPECT_EQ(OutputMask(Lines({0})), 128);
   EXPECT_EQ(OutputMask(Lines({7})), 1);
   EXPECT_EQ(InputMask(Lines({0})), 1);
-  EXPECT_EQ(InputMask(AllLines()), 255);
   EXPECT_EQ(RowsOf(129), Lines({0, 7}));
   EXPECT_EQ(ColumnsOf(6), Lines({1, 2}));
-}
-
-TEST(MatrixMasks, OutOfRangeWireEverythingOrNothing) {
+  // Out of range they wire everything or nothing.
   EXPECT_EQ(RowsOf(300), AllLines());
   EXPECT_EQ(RowsOf(1e300), AllLines());
   EXPECT_EQ(RowsOf(-5), WiredLines{});
@@ -117,26 +95,15 @@ TEST(MatrixTable, CarriesAllColumnsFromTheFirstToTheLastRow) {
   MatrixTable table{Lines({0, 1}), AllLines(), {}};
   table.cells[0] = "1";
   table.cells[8] = "#13";
-  EXPECT_EQ(CreateTastTab(3, table),
-            "\x1B"
-            "EWK3,80,31,D" +
-                Repeated(",FF", 14) + ";");
+  EXPECT_EQ(CreateTastTab(3, table), Ewk("3,80,31,D" + Repeated(",FF", 14) + ";"));
 
   table = {Lines({2, 5}), AllLines(), {}};
-  EXPECT_EQ(CreateTastTab(0, table),
-            "\x1B"
-            "EWK0,90" +
-                Repeated(",FF", 32) + ";");
+  EXPECT_EQ(CreateTastTab(0, table), Ewk("0,90" + Repeated(",FF", 32) + ";"));
 }
 
 TEST(MatrixTable, TheLastRowAloneAndNoRowStartAlike) {
-  EXPECT_EQ(CreateTastTab(1, {Lines({7}), AllLines(), {}}),
-            "\x1B"
-            "EWK1,B8" +
-                Repeated(",FF", 8) + ";");
-  EXPECT_EQ(CreateTastTab(1, {}),
-            "\x1B"
-            "EWK1,B8;");
+  EXPECT_EQ(CreateTastTab(1, {Lines({7}), AllLines(), {}}), Ewk("1,B8" + Repeated(",FF", 8) + ";"));
+  EXPECT_EQ(CreateTastTab(1, {}), Ewk("1,B8;"));
 }
 
 TEST(MatrixMode, CountsUpToTheLastWiredLine) {
@@ -205,58 +172,31 @@ TEST(MatrixTable, ShownAndBuiltAgainGivesTheSameCommand) {
 
 TEST(MatrixTable, DamagedShowsWhatCanBeRead) {
   const auto read = [](std::string_view command) { return ReadTastTab(command, AllLines()); };
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80,41,42")[8],
-            "B");
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80,41,42")[16],
-            "");
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80,ZZ,42;")[0],
-            "#0");
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80,ZZ,42;")[8],
-            "B");
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80,1FF,42;")[0],
-            "");
-  for (const char* nothing : {"", ";", ",", "EWK",
-                              "\x1B"
-                              "EWK1",
-                              "\x1B"
-                              "EWK1,80;",
-                              "\xFF\xFE"}) {
+  EXPECT_EQ(read(Ewk("1,80,41,42"))[8], "B");
+  EXPECT_EQ(read(Ewk("1,80,41,42"))[16], "");
+  EXPECT_EQ(read(Ewk("1,80,ZZ,42;"))[0], "#0");
+  EXPECT_EQ(read(Ewk("1,80,ZZ,42;"))[8], "B");
+  EXPECT_EQ(read(Ewk("1,80,1FF,42;"))[0], "");
+  for (const std::string& nothing : std::initializer_list<std::string>{
+           "", ";", ",", "EWK", Ewk("1"), Ewk("1,80;"), "\xFF\xFE"}) {
     for (const std::string& cell : read(nothing)) EXPECT_EQ(cell, "") << nothing;
   }
   // More codes than keys.
-  EXPECT_EQ(read("\x1B"
-                 "EWK1,80" +
-                 Repeated(",41", 1000) + ";")[63],
-            "A");
+  EXPECT_EQ(read(Ewk("1,80" + Repeated(",41", 1000) + ";"))[63], "A");
 }
 
 TEST(AtTable, CarriesEveryCodeFromTheFirstToTheLast) {
-  EXPECT_EQ(CreateATTab(1, {{65, 97}}),
-            "\x1B"
-            "EWK1,41,61;");
-  EXPECT_EQ(CreateATTab(1, {{65, 97}, {67, 99}}),
-            "\x1B"
-            "EWK1,41,61,42,63;");
-  EXPECT_EQ(CreateATTab(2, {{0, 255}, {2, 13}}),
-            "\x1B"
-            "EWK2,0,FF,1,D;");
+  EXPECT_EQ(CreateATTab(1, {{65, 97}}), Ewk("1,41,61;"));
+  EXPECT_EQ(CreateATTab(1, {{65, 97}, {67, 99}}), Ewk("1,41,61,42,63;"));
+  EXPECT_EQ(CreateATTab(2, {{0, 255}, {2, 13}}), Ewk("2,0,FF,1,D;"));
   EXPECT_THROW(CreateATTab(1, {}), std::runtime_error);
 }
 
 TEST(AtTable, RowsOutOfOrderFollowTheOrderingPassLiterally) {
   // Codes beyond the number of rows are never exchanged.
   EXPECT_EQ(OrderingPass({{67, 1}, {65, 2}}), (AtPairs{{67, 1}, {65, 2}}));
-  EXPECT_EQ(CreateATTab(1, {{67, 99}, {65, 97}}),
-            "\x1B"
-            "EWK1,43;");
-  EXPECT_EQ(CreateATTab(1, {{65, 97}, {70, 1}, {67, 99}}),
-            "\x1B"
-            "EWK1,41,61,42,43;");
+  EXPECT_EQ(CreateATTab(1, {{67, 99}, {65, 97}}), Ewk("1,43;"));
+  EXPECT_EQ(CreateATTab(1, {{65, 97}, {70, 1}, {67, 99}}), Ewk("1,41,61,42,43;"));
   // Smaller ones are taken twice, and others lost.
   EXPECT_EQ(OrderingPass({{9, 1}, {0, 2}, {1, 3}}), (AtPairs{{1, 3}, {1, 3}, {1, 3}}));
 }
@@ -292,32 +232,15 @@ TEST(AtTable, ShownAndBuiltAgainGivesTheSameCommand) {
   }
 }
 
-TEST(AtTable, StoredIdentityGivesNoRows) {
-  EXPECT_EQ(ReadATTab("\x1B"
-                      "EWK1,41,41,42,43;"),
-            AtPairs{});
-}
-
 TEST(AtTable, DamagedShowsWhatCanBeRead) {
-  EXPECT_EQ(ReadATTab("\x1B"
-                      "EWK1,41,61,42"),
-            (AtPairs{{65, 97}}));
-  EXPECT_EQ(ReadATTab("\x1B"
-                      "EWK1,41,,42;"),
-            (AtPairs{{65, 0}}));
-  EXPECT_EQ(ReadATTab("\x1B"
-                      "EWK1,A,D;"),
-            (AtPairs{{10, 13}}));
-  EXPECT_EQ(ReadATTab("\x1B"
-                      "EWK1,FE" +
-                      Repeated(",1", 1000)),
-            (AtPairs{{254, 1}, {255, 1}}));
-  for (const char* nothing : {"", ",", ",,;",
-                              "\x1B"
-                              "EWK1;",
-                              "\x1B"
-                              "EWK1,41;"}) {
-    EXPECT_LE(ReadATTab(nothing).size(), 1U) << nothing;
+  EXPECT_EQ(ReadATTab(Ewk("1,41,41,42,43;")), AtPairs{}) << "keys that keep their codes";
+  EXPECT_EQ(ReadATTab(Ewk("1,41,61,42")), (AtPairs{{65, 97}}));
+  EXPECT_EQ(ReadATTab(Ewk("1,41,,42;")), (AtPairs{{65, 0}}));
+  EXPECT_EQ(ReadATTab(Ewk("1,A,D;")), (AtPairs{{10, 13}}));
+  EXPECT_EQ(ReadATTab(Ewk("1,FE" + Repeated(",1", 1000))), (AtPairs{{254, 1}, {255, 1}}));
+  for (const std::string& nothing :
+       std::initializer_list<std::string>{"", ",", ",,;", Ewk("1;"), Ewk("1,41;")}) {
+    EXPECT_EQ(ReadATTab(nothing), AtPairs{}) << nothing;
   }
 }
 
