@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "help/help_desk.h"
 #include "link/control_characters.h"
 #include "link/guard.h"
 #include "settings/status.h"
@@ -24,7 +25,7 @@ namespace kelvo {
 namespace {
 
 constexpr char databaseName[] = "/kelvo.mdb";
-constexpr char helpName[] = "kelvo.hlp";
+constexpr char helpName[] = "/kelvo.hlp";
 constexpr char fontFolder[] = "/fonts";
 constexpr int hintMilliseconds = 8000;
 
@@ -43,7 +44,8 @@ frmhaupt::frmhaupt(Outside outside)
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       receive_(outside_.com1, exchange_),
-      helpFile_(helpName) {
+      help_(std::make_unique<HelpDesk>(outside_.person, outside_.programFolder,
+                                       [this] { return ShownTab(); })) {
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
   // A font that is missing draws nothing.
@@ -222,7 +224,7 @@ void frmhaupt::ReadOptions() {
 void frmhaupt::ShowFirstTab() {
   if (!data_.Optionen.YesNo("FirstRun")) return SetTab(Tab::Drawing);
   SetTab(Tab::Welcome);
-  helpFile_ = outside_.programFolder + "/" + helpName;
+  help_->SetFile(outside_.programFolder + helpName);
   if (data_.database.ReadOnly()) return;  // said at the first paint, once
   data_.Optionen.Edit();
   data_.Optionen.Set("FirstRun", std::int64_t{0});
@@ -273,6 +275,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   desk_->Editor().hide();
   traffic_->hide();
   dovu_->hide();
+  help_->Close();
   Q_EMIT Unloaded();
 }
 

@@ -37,6 +37,7 @@ class QToolButton;
 namespace kelvo {
 
 class DrawingDesk;
+class HelpDesk;
 class PortDialog;
 class StatusDisplay;
 class TrafficView;
@@ -126,8 +127,8 @@ class frmhaupt : public QMainWindow {
   void mnuAnsichtDatenverkehr_Click();
   void mnuHilfe_Inhalt_Click();
   void mnuHilfe_index_Click();
+  void mnuHilfe_Seite_Click();
   void mnuHilfe_about_Click();
-  void ShowHelp();
   void com1_Lost();
   void ShowPort();
   void ShowTerminal();
@@ -145,7 +146,6 @@ class frmhaupt : public QMainWindow {
 
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
-  std::string helpFile_;
 
   QTabWidget* cmdTab = nullptr;
   QSpinBox* ctlUpDownAdrDovu = nullptr;
@@ -158,6 +158,7 @@ class frmhaupt : public QMainWindow {
   MatrixPage* matrix_ = nullptr;
   MacroPage* macros_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
+  std::unique_ptr<HelpDesk> help_;
   QLabel* ctlSendeanzeige = nullptr;
   SearchPage* terminals_ = nullptr;
   frmDovu* dovu_ = nullptr;

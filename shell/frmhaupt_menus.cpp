@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -8,6 +7,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "help/help_desk.h"
 #include "link/control_characters.h"
 #include "link/guard.h"
 #include "shell/drawing_desk.h"
@@ -222,9 +222,10 @@ void frmhaupt::MakeOptionMenu() {
 
 void frmhaupt::MakeHelpMenu() {
   QMenu* const help = Named(menuBar()->addMenu(tr("&Hilfe")), "mnuHilfe");
-  AddAction(help, "mnuHilfe_Inhalt", tr("&Inhalt"), QKeySequence::HelpContents,
-            &frmhaupt::mnuHilfe_Inhalt_Click);
+  AddAction(help, "mnuHilfe_Inhalt", tr("&Inhalt"), {}, &frmhaupt::mnuHilfe_Inhalt_Click);
   AddAction(help, "mnuHilfe_index", tr("&Suchen …"), {}, &frmhaupt::mnuHilfe_index_Click);
+  AddAction(help, "mnuHilfe_Seite", tr("Hilfe zu dieser &Seite"), QKeySequence::HelpContents,
+            &frmhaupt::mnuHilfe_Seite_Click);
   help->addSeparator();
   AddAction(help, "mnuHilfe_about", tr("Ü&ber …"), {}, &frmhaupt::mnuHilfe_about_Click);
 }
@@ -342,18 +343,11 @@ void frmhaupt::mnuAnsichtDatenverkehr_Click() {
   traffic_->activateWindow();
 }
 
-void frmhaupt::mnuHilfe_Inhalt_Click() { ShowHelp(); }
+void frmhaupt::mnuHilfe_Inhalt_Click() { help_->ShowContents(); }
 
-void frmhaupt::mnuHilfe_index_Click() { ShowHelp(); }
+void frmhaupt::mnuHilfe_index_Click() { help_->ShowIndex(); }
 
-void frmhaupt::ShowHelp() {
-  const QString file = QString::fromStdString(helpFile_);
-  const QString path = QFileInfo(file).isAbsolute()
-                           ? file
-                           : QString::fromStdString(outside_.programFolder) + u'/' + file;
-  const char* problem = QFileInfo::exists(path) ? "\" kann nicht gelesen werden." : "\" fehlt.";
-  outside_.person.Message("Die Hilfedatei \"" + path.toStdString() + problem, Icon::Exclamation);
-}
+void frmhaupt::mnuHilfe_Seite_Click() { help_->ShowPage(); }
 
 void frmhaupt::mnuHilfe_about_Click() {
   QMessageBox box(this);

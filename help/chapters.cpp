@@ -1,0 +1,59 @@
+#include "help/chapters.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace kelvo {
+
+QString ChapterOf(Tab tab) {
+  switch (tab) {
+    case Tab::Drawing:
+      return QStringLiteral("zeichnung.html");
+    case Tab::Interfaces:
+      return QStringLiteral("schnittstellen.html");
+    case Tab::Text:
+      return QStringLiteral("text.html");
+    case Tab::Status:
+      return QStringLiteral("status.html");
+    case Tab::Eeprom:
+      return QStringLiteral("eeprom.html");
+    case Tab::AtKeyboard:
+      return QStringLiteral("at-tastatur.html");
+    case Tab::MatrixKeyboard:
+      return QStringLiteral("matrix-tastatur.html");
+    case Tab::Macros:
+      return QStringLiteral("makros.html");
+    case Tab::Welcome:
+      return QStringLiteral("willkommen.html");
+    case Tab::Terminals:
+      return QStringLiteral("terminals.html");
+  }
+  return {};
+}
+
+QString ChapterOf(const QWidget& window) {
+  static constexpr struct {
+    const char* window;
+    const char* chapter;
+  } rows[] = {
+      {"frmGrafik", "grafik-editor.html"},
+      {"dlgBild", "grafik-editor.html#bild"},
+      {"frmDovu", "senden-an-alle.html"},
+      {"frmAnschluesse", "anschluesse.html"},
+      {"frmDatenverkehr", "datenverkehr.html"},
+      {"frmInfo", "eeprom.html"},
+      {"frmHilfe", "hilfe.html"},
+      {"frmAbout", "index.html"},
+  };
+  const QString name = window.objectName();
+  for (const auto& row : rows) {
+    if (name == QLatin1String(row.window)) return QString::fromLatin1(row.chapter);
+  }
+  if (qobject_cast<const QFileDialog*>(&window) != nullptr) return QStringLiteral("dateien.html");
+  const bool asks = qobject_cast<const QMessageBox*>(&window) != nullptr ||
+                    qobject_cast<const QInputDialog*>(&window) != nullptr;
+  return asks ? QStringLiteral("meldungen.html") : QString();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,47 @@
+#include "help/help_browser.h"
+
+#include <QImage>
+#include <QScrollBar>
+
+#include "help/help_file.h"
+
+namespace kelvo {
+
+HelpBrowser::HelpBrowser(const HelpFile& file, QWidget* parent)
+    : QTextBrowser(parent), file_(file) {
+  setOpenExternalLinks(false);
+  refit_.setSingleShot(true);
+  connect(&refit_, &QTimer::timeout, this, [this] {
+    const int place = verticalScrollBar()->value();
+    reload();
+    verticalScrollBar()->setValue(place);
+  });
+}
+
+QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
+  const QUrl address = source().resolved(name);
+  if (type == QTextDocument::HtmlResource) fittedTo_ = 0;
+  const QByteArray bytes = file_.Data(address);
+  return type == QTextDocument::ImageResource ? Fitted(bytes) : QVariant(bytes);
+}
+
+QVariant HelpBrowser::Fitted(const QByteArray& bytes) {
+  const QImage picture = QImage::fromData(bytes);
+  if (picture.width() <= Room()) return picture;
+  fittedTo_ = Room();
+  return picture.scaledToWidth(Room(), Qt::SmoothTransformation);
+}
+
+// Without the scroll bar, whether it is there yet or not.
+int HelpBrowser::Room() const {
+  const int margins = 2 * static_cast<int>(document()->documentMargin());
+  return std::max(width() - verticalScrollBar()->sizeHint().width() - margins - 2 * frameWidth(),
+                  100);
+}
+
+void HelpBrowser::resizeEvent(QResizeEvent* event) {
+  QTextBrowser::resizeEvent(event);
+  if (fittedTo_ != 0 && fittedTo_ != Room()) refit_.start(0);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QTextBrowser>
+#include <QTimer>
+
+namespace kelvo {
+
+class HelpFile;
+
+/// Shows the manual's pages. A picture that is wider than the view is shown smaller.
+class HelpBrowser : public QTextBrowser {
+  Q_OBJECT
+
+ public:
+  explicit HelpBrowser(const HelpFile& file, QWidget* parent = nullptr);
+
+  QVariant loadResource(int type, const QUrl& name) override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  QVariant Fitted(const QByteArray& bytes);
+  int Room() const;
+
+  const HelpFile& file_;
+  QTimer refit_;
+  int fittedTo_ = 0;  // the width that a picture had to be made smaller for; 0: none had to
+};
+
+}  // namespace kelvo

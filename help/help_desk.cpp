@@ -1,0 +1,93 @@
+#include "help/help_desk.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QWindow>
+
+#include "help/chapters.h"
+
+namespace kelvo {
+namespace {
+
+constexpr char builtInName[] = "kelvo.hlp";
+
+}  // namespace
+
+HelpDesk::HelpDesk(Operator& person, std::string programFolder, std::function<Tab()> shownTab)
+    : person_(person),
+      programFolder_(std::move(programFolder)),
+      shownTab_(std::move(shownTab)),
+      file_(builtInName) {
+  qApp->installEventFilter(this);
+}
+
+frmHilfe* HelpDesk::Window() {
+  if (window_ != nullptr || telling_) return window_.get();
+  const bool absolute = file_.starts_with('/');
+  const std::string path = absolute ? file_ : programFolder_ + "/" + file_;
+  const QString name = QString::fromStdString(path);
+  if (auto file = HelpFile::Open(name)) {
+    window_ = std::make_unique<frmHilfe>(std::move(file));
+    return window_.get();
+  }
+  // F1 in the message itself must not bring another one.
+  telling_ = true;
+  person_.Message("Die Hilfedatei \"" + path +
+                      (QFileInfo::exists(name) ? "\" kann nicht gelesen werden." : "\" fehlt."),
+                  Icon::Exclamation);
+  telling_ = false;
+  return nullptr;
+}
+
+void HelpDesk::ShowContents() {
+  if (frmHilfe* const window = Window()) {
+    window->ShowContents();
+    Present();
+  }
+}
+
+void HelpDesk::ShowIndex() {
+  if (frmHilfe* const window = Window()) {
+    Present();
+    window->ShowIndex();
+  }
+}
+
+void HelpDesk::ShowPage() { ShowChapter(ChapterOf(shownTab_())); }
+
+void HelpDesk::ShowChapter(const QString& chapter) {
+  if (frmHilfe* const window = Window()) {
+    window->ShowChapter(chapter);
+    Present();
+  }
+}
+
+// Beside a modal dialog only its own windows can be used, so the help belongs to the one in front.
+void HelpDesk::Present() {
+  window_->winId();
+  const QWidget* const dialog = QApplication::activeModalWidget();
+  QWindow* const front = dialog != nullptr ? dialog->windowHandle() : nullptr;
+  if (window_->windowHandle()->transientParent() != front) {
+    window_->hide();
+    window_->windowHandle()->setTransientParent(front);
+  }
+  window_->show();
+  window_->raise();
+  window_->activateWindow();
+}
+
+void HelpDesk::Close() {
+  if (window_ != nullptr) window_->close();
+}
+
+bool HelpDesk::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || !object->isWidgetType()) return false;
+  const auto& key = static_cast<const QKeyEvent&>(*event);
+  if (key.key() != Qt::Key_F1 || key.modifiers() != Qt::NoModifier) return false;
+  const QString chapter = ChapterOf(*static_cast<const QWidget*>(object)->window());
+  ShowChapter(chapter.isEmpty() ? ChapterOf(shownTab_()) : chapter);
+  return true;
+}
+
+}  // namespace kelvo

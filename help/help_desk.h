@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "help/frmHilfe.h"
+#include "link/operator.h"
+#include "link/tabs.h"
+
+namespace kelvo {
+
+/// Opens the help window where it is asked for, and wherever the operator presses F1. The window
+/// and the engine behind it come with the first use.
+class HelpDesk : public QObject {
+  Q_OBJECT
+
+ public:
+  HelpDesk(Operator& person, std::string programFolder, std::function<Tab()> shownTab);
+
+  /// Names the help file; before that it is the built-in name, "kelvo.hlp". A name without a path
+  /// is looked for in the program's folder when the window is opened.
+  void SetFile(std::string name) { file_ = std::move(name); }
+
+  // A file that is missing or damaged is said in a message, and no window comes.
+  void ShowContents();
+  void ShowIndex();
+  /// The chapter of the page that the main window shows.
+  void ShowPage();
+  void Close();
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  void ShowChapter(const QString& chapter);
+  frmHilfe* Window();
+  void Present();
+
+  Operator& person_;
+  const std::string programFolder_;
+  const std::function<Tab()> shownTab_;
+  std::string file_;
+  bool telling_ = false;
+  std::unique_ptr<frmHilfe> window_;
+};
+
+}  // namespace kelvo
