@@ -87,8 +87,8 @@ void BusTour::Search() {
   }
   Expect(Verdict(results, 5) == QStringLiteral("Fehler/Kollision"), "one collision");
   driver_.Click(QStringLiteral("cmdDovuUebernehmen"));
-  album_.Shoot(window_, "bus-suche");
-  simulator_.Picture(album_.File("bus-wand-nach-der-suche"));
+  album_.Shoot(window_, "terminals");
+  simulator_.Picture(album_.File("wand"));
 }
 
 void BusTour::Draw() {
@@ -110,7 +110,7 @@ void BusTour::Send() {
   auto& dialog = driver_.Find(QStringLiteral("frmDovu"));
   QTimer::singleShot(100, &dialog, [&] { album_.Shoot(dialog, "bus-sendet"); });
   driver_.Click(QStringLiteral("cmdSenden"));
-  album_.Shoot(dialog, "bus-gesendet");
+  album_.Shoot(dialog, "senden-an-alle");
   const QString summary = driver_.Text(QStringLiteral("lblErgebnis"));
   Expect(summary.startsWith(QStringLiteral("2 gut, 0 falsch, 0 ohne Antwort")), "two are good");
   simulator_.Picture(album_.File("bus-wand"));

@@ -23,6 +23,8 @@ LiveProgram::LiveProgram(const QString& programFolder, const QString& deliveredD
   }
   Copy(programFolder + QStringLiteral("/kelvo-simulator"),
        target + QStringLiteral("kelvo-simulator"));
+  const QString manual = QStringLiteral("/kelvo.hlp");
+  if (QFile::exists(programFolder + manual)) Copy(programFolder + manual, folder_.path() + manual);
   Copy(deliveredDatabase, target + QStringLiteral("kelvo.mdb"));
 }
 
