@@ -25,6 +25,7 @@ frmHilfe::frmHilfe(std::unique_ptr<HelpFile> file, QWidget* parent)
   ctlSeite = Named(new HelpBrowser(*file_), "ctlSeite");
   ctlSeite->setAccessibleName(tr("Kapitel"));
   cmdHilfeTab = Named(new QTabWidget, "cmdHilfeTab");
+  cmdHilfeTab->setAccessibleName(tr("Wege zum Kapitel"));
   cmdHilfeTab->addTab(MakeContents(), tr("&Inhalt"));
   cmdHilfeTab->addTab(MakeIndex(), tr("Stich&wörter"));
   cmdHilfeTab->addTab(MakeSearch(), tr("Te&xtsuche"));
@@ -68,7 +69,7 @@ QWidget* frmHilfe::MakeIndex() {
   ctlStichwoerter = Named(file_->Engine().indexWidget(), "ctlStichwoerter");
   ctlStichwoerter->setAccessibleName(tr("Stichwörter"));
   auto* column = new QVBoxLayout(indexPage_);
-  column->addWidget(LabelFor(txtStichwort, tr("Stich&wort:")));
+  column->addWidget(LabelFor(txtStichwort, tr("Stichw&ort:")));
   column->addWidget(txtStichwort);
   column->addWidget(ctlStichwoerter, 1);
   connect(txtStichwort, &QLineEdit::textChanged, this,

@@ -29,6 +29,7 @@ frmHilfe* HelpDesk::Window() {
   const QString name = QString::fromStdString(path);
   if (auto file = HelpFile::Open(name)) {
     window_ = std::make_unique<frmHilfe>(std::move(file));
+    Q_EMIT WindowMade(*window_);
     return window_.get();
   }
   // F1 in the message itself must not bring another one.

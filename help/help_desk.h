@@ -29,6 +29,12 @@ class HelpDesk : public QObject {
   /// The chapter of the page that the main window shows.
   void ShowPage();
   void Close();
+  /// The help window; nullptr when it has not been asked for yet.
+  const QWidget* Made() const { return window_.get(); }
+
+ Q_SIGNALS:
+  /// The window is there and has not been shown yet.
+  void WindowMade(QWidget& window);
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;

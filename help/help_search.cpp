@@ -43,7 +43,7 @@ HelpSearch::HelpSearch(QHelpSearchEngine& engine, QWidget* parent)
   row->addWidget(txtSuche, 1);
   row->addWidget(cmdSuchen);
   auto* column = new QVBoxLayout(this);
-  column->addWidget(LabelFor(txtSuche, tr("&Wörter im Text:")));
+  column->addWidget(LabelFor(txtSuche, tr("Wörter im &Text:")));
   column->addLayout(row);
   column->addWidget(ctlTreffer, 1);
   column->addWidget(lblTreffer);

@@ -270,6 +270,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   if (!outside_.loop.Closing() && !desk_->Editor().MayEnd()) return event->ignore();
   event->accept();
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
+  if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
@@ -285,6 +286,8 @@ std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
 
 void frmhaupt::RestoreWindows() {
   for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
+  connect(help_.get(), &HelpDesk::WindowMade, this,
+          [this](QWidget& window) { memory_.Restore(window); });
 }
 
 std::vector<std::string> frmhaupt::DraftNames() const {
