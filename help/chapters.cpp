@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 namespace kelvo {
 
@@ -54,6 +55,16 @@ QString ChapterOf(const QWidget& window) {
   const bool asks = qobject_cast<const QMessageBox*>(&window) != nullptr ||
                     qobject_cast<const QInputDialog*>(&window) != nullptr;
   return asks ? QStringLiteral("meldungen.html") : QString();
+}
+
+QString PassageOf(const QWidget& window) {
+  constexpr qsizetype tooShort = 10;
+  QString text;
+  if (const auto* box = qobject_cast<const QMessageBox*>(&window)) text = box->text();
+  if (const auto* input = qobject_cast<const QInputDialog*>(&window)) text = input->labelText();
+  static const QRegularExpression own(QStringLiteral("[\"'/\\d\n]"));
+  const QString passage = text.section(own, 0, 0).trimmed();
+  return passage.size() < tooShort ? QString() : passage;
 }
 
 }  // namespace kelvo

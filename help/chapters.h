@@ -15,4 +15,8 @@ QString ChapterOf(Tab tab);
 /// none, such as the main window.
 QString ChapterOf(const QWidget& window);
 
+/// What a message, question or input box begins with, as the chapter about them has it: up to the
+/// first thing that differs from box to box. Empty for other windows, and where too little is left.
+QString PassageOf(const QWidget& window);
+
 }  // namespace kelvo

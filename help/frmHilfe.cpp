@@ -86,11 +86,7 @@ QWidget* frmHilfe::MakeIndex() {
 
 QWidget* frmHilfe::MakeSearch() {
   search_ = new HelpSearch(*file_->Engine().searchEngine());
-  connect(search_, &HelpSearch::Chosen, this, [this](const QUrl& address, const QString& word) {
-    ctlSeite->setSource(address);
-    ctlSeite->moveCursor(QTextCursor::Start);
-    ctlSeite->find(word);
-  });
+  connect(search_, &HelpSearch::Chosen, this, &frmHilfe::ShowPage);
   return search_;
 }
 
@@ -157,9 +153,16 @@ void frmHilfe::ShowIndex() {
   txtStichwort->selectAll();
 }
 
-void frmHilfe::ShowChapter(const QString& chapter) {
+void frmHilfe::ShowChapter(const QString& chapter, const QString& passage) {
   const QUrl address = file_->Page(chapter);
-  if (!address.isEmpty()) ctlSeite->setSource(address);
+  if (!address.isEmpty()) ShowPage(address, passage);
+}
+
+void frmHilfe::ShowPage(const QUrl& address, const QString& passage) {
+  ctlSeite->setSource(address);
+  if (passage.isEmpty()) return;
+  ctlSeite->moveCursor(QTextCursor::Start);
+  ctlSeite->find(passage);
 }
 
 }  // namespace kelvo

@@ -27,8 +27,9 @@ class frmHilfe : public QMainWindow {
   void ShowContents();
   /// Ready to find something by its keyword.
   void ShowIndex();
-  /// A chapter's file name, perhaps with an anchor; one that is not there changes nothing.
-  void ShowChapter(const QString& chapter);
+  /// A chapter's file name, perhaps with an anchor; one that is not there changes nothing. The
+  /// first place with the passage, if there is one, is marked.
+  void ShowChapter(const QString& chapter, const QString& passage = {});
 
  private:
   QWidget* MakeContents();
@@ -37,6 +38,7 @@ class frmHilfe : public QMainWindow {
   void MakeToolbar();
   QAction* AddCommand(const char* name, const QString& text, const QList<QKeySequence>& keys);
   void MarkInContents(const QUrl& address);
+  void ShowPage(const QUrl& address, const QString& passage);
   void Turn(QWidget* page);
 
   std::unique_ptr<HelpFile> file_;

@@ -57,9 +57,9 @@ void HelpDesk::ShowIndex() {
 
 void HelpDesk::ShowPage() { ShowChapter(ChapterOf(shownTab_())); }
 
-void HelpDesk::ShowChapter(const QString& chapter) {
+void HelpDesk::ShowChapter(const QString& chapter, const QString& passage) {
   if (frmHilfe* const window = Window()) {
-    window->ShowChapter(chapter);
+    window->ShowChapter(chapter, passage);
     Present();
   }
 }
@@ -86,8 +86,9 @@ bool HelpDesk::eventFilter(QObject* object, QEvent* event) {
   if (event->type() != QEvent::KeyPress || !object->isWidgetType()) return false;
   const auto& key = static_cast<const QKeyEvent&>(*event);
   if (key.key() != Qt::Key_F1 || key.modifiers() != Qt::NoModifier) return false;
-  const QString chapter = ChapterOf(*static_cast<const QWidget*>(object)->window());
-  ShowChapter(chapter.isEmpty() ? ChapterOf(shownTab_()) : chapter);
+  const QWidget& front = *static_cast<const QWidget*>(object)->window();
+  const QString chapter = ChapterOf(front);
+  ShowChapter(chapter.isEmpty() ? ChapterOf(shownTab_()) : chapter, PassageOf(front));
   return true;
 }
 

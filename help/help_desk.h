@@ -40,7 +40,7 @@ class HelpDesk : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void ShowChapter(const QString& chapter);
+  void ShowChapter(const QString& chapter, const QString& passage = {});
   frmHilfe* Window();
   void Present();
 

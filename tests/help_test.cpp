@@ -79,9 +79,12 @@ TEST_F(HelpTest, F1LeadsToTheChapterOfThePageOrWindow) {
     EXPECT_EQ(ShownChapter().toStdString(), chapter) << name;
   }
   QMessageBox box;
+  box.setText(QStringLiteral("keine Reaktion / cmdSetMakro"));
   PressF1(box);
   box.hide();
   EXPECT_EQ(ShownChapter(), QStringLiteral("meldungen.html"));
+  EXPECT_EQ(InHelp<QTextBrowser>("ctlSeite").textCursor().selectedText(),
+            QStringLiteral("keine Reaktion"));
   PressF1(Find("cmdTab"));
   EXPECT_EQ(ShownChapter(), QStringLiteral("terminals.html"));
 }
