@@ -76,6 +76,10 @@ QWidget* PictureDialog::MakeBlackGroup() {
   form->addRow(chkGraustufen);
   lblErklaerung = Named(new QLabel, "lblErklaerung");
   lblErklaerung->setWordWrap(true);
+  lblErklaerung->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  // Room for the longest of its texts, so that choosing moves nothing.
+  lblErklaerung->setMinimumSize(fontMetrics().averageCharWidth() * 42,
+                                fontMetrics().lineSpacing() * 7);
   form->addRow(lblErklaerung);
   return group;
 }

@@ -85,7 +85,7 @@ insert into "Anschluss" values
 
 insert into "Makro" ("typ", "lfdnr", "Bezeichnung", "nr_im_display", "wert") values
   ('Makro', 0, 'Begrüßung', 1,
-   char(27) || 'GC' || char(27) || 'GP20,40;' || char(27) || 'GF3;' || char(27) || 'GZ2,2;' ||
+   char(27) || 'GC' || char(27) || 'GP8,40;' || char(27) || 'GF3;' || char(27) || 'GZ2,2;' ||
    char(27) || 'GA0;' || char(27) || 'GTHallo Terminal' || char(4)),
   ('Makro', 1, 'Rahmen', 2,
    char(27) || 'GP0,0;' || char(27) || 'GR239,127;'),

@@ -33,7 +33,7 @@ TEST_F(MacroPageTest, StartShowsEveryRecordAndTheFirstOfThem) {
   StartOnPage();
   EXPECT_EQ(Entries("cboMakro"),
             (std::vector<std::string>{"Begrüßung", "Rahmen", "Display löschen", "Tabelle"}));
-  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC\x1bGP20,40;"));
+  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC\x1bGP8,40;"));
   EXPECT_EQ(Text("txtMakroNr"), "1");
   EXPECT_EQ(Text("txtMakroNrDisplay"), "-1");
   Click("chkMakroTyp_3");
