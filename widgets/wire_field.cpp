@@ -16,6 +16,7 @@ namespace kelvo {
 namespace {
 
 constexpr int charactersKept = 20000;
+constexpr std::size_t carriageReturn = 13;
 
 // The code whose glyph this is, or -1.
 int ControlCode(char16_t glyph) {
@@ -106,7 +107,7 @@ void WireEdit::AppendWire(const std::string& wire) {
   end.movePosition(QTextCursor::End);
   // Behind the last character the document counts one more, which ends its paragraph.
   const QChar last = document()->characterAt(document()->characterCount() - 2);
-  const bool endsLine = wire.starts_with('\n') && last == ControlGlyphs['\r'];
+  const bool endsLine = wire.starts_with('\n') && last == ControlGlyphs[carriageReturn];
   if (endsLine) end.deletePreviousChar();
   end.insertText(GlyphText(endsLine ? "\r" + wire : wire));
   if (document()->characterCount() > charactersKept) DropOlderHalf();
