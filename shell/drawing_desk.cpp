@@ -33,7 +33,7 @@ DrawingDesk::DrawingDesk(Services services, const bool& fensterMitZoomen)
     : services_(std::move(services)),
       fensterMitZoomen_(fensterMitZoomen),
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
-              DisplaySize(services_.defaults), services_.outside.programFolder + draftName),
+              DisplaySize(services_.defaults), services_.outside.dataFolder + draftName),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
 
 TerminalTraits DrawingDesk::Terminal() const {

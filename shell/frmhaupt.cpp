@@ -19,12 +19,12 @@
 #include "shell/status_display.h"
 #include "shell/traffic_view.h"
 #include "shell/welcome_page.h"
+#include "store/data_folder.h"
 #include "widgets/form.h"
 
 namespace kelvo {
 namespace {
 
-constexpr char databaseName[] = "/kelvo.mdb";
 constexpr char helpName[] = "/kelvo.hlp";
 constexpr char fontFolder[] = "/fonts";
 constexpr int hintMilliseconds = 8000;
@@ -40,7 +40,7 @@ std::string JoinNames(const std::vector<std::string>& names) {
 frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
-      data_(outside_.programFolder + databaseName),
+      data_(outside_.dataFolder + "/" + databaseFile),
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       receive_(outside_.com1, exchange_),
@@ -204,8 +204,7 @@ void frmhaupt::ConnectLink() {
   receive_.Connect(*matrix_);
   portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
   if (outside_.setDevices) {
-    outside_.setDevices(
-        [this](int number) { return data_.DeviceOf(number, outside_.programFolder); });
+    outside_.setDevices([this](int number) { return data_.DeviceOf(number, outside_.dataFolder); });
   }
 }
 
@@ -361,7 +360,7 @@ void frmhaupt::ShowTerminal() {
 }
 
 std::string frmhaupt::DescribePort(int number) {
-  const std::string device = data_.DeviceOf(number, outside_.programFolder);
+  const std::string device = data_.DeviceOf(number, outside_.dataFolder);
   if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
   const std::string state = DescribeDevice(device);
   return device + (state.empty() ? "" : ": " + state);
@@ -369,7 +368,7 @@ std::string frmhaupt::DescribePort(int number) {
 
 std::string frmhaupt::DescribeDevice(const std::string& device) {
   const bool connected = outside_.com1.IsOpen() && data_.DeviceOf(interfaces_->OpenPortNumber(),
-                                                                  outside_.programFolder) == device;
+                                                                  outside_.dataFolder) == device;
   if (connected) return "verbunden";
   return outside_.describeDevice ? outside_.describeDevice(device) : std::string();
 }

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <QTranslator>
 #include <memory>
+#include <string>
 
 #include "shell/frmhaupt.h"
 #include "shell/machine_ports.h"
@@ -10,6 +11,7 @@
 #include "shell/qt_operator.h"
 #include "shell/qt_serial_port.h"
 #include "shell/splash.h"
+#include "store/data_folder.h"
 
 namespace {
 
@@ -20,6 +22,7 @@ constexpr std::chrono::milliseconds sendInterval{500};
 // Builds the main window, or says why the database cannot be used.
 std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(const kelvo::Outside& outside) {
   try {
+    kelvo::TakeDeliveredDatabase(outside.programFolder, outside.dataFolder);
     return std::make_unique<kelvo::frmhaupt>(outside);
   } catch (const std::exception& error) {
     outside.person.Message(error.what(), kelvo::Icon::Exclamation);
@@ -48,6 +51,7 @@ int main(int argc, char** argv) {
   kelvo::QtTimer tmrSofort(loop, sendInterval, false);
   kelvo::QtSerialPort com1(loop);
   kelvo::QtOperator person(loop);
+  const std::string programFolder = QApplication::applicationDirPath().toStdString();
   const kelvo::Outside outside{
       com1,
       loop,
@@ -55,7 +59,8 @@ int main(int argc, char** argv) {
       tmrRS485,
       tmrSofort,
       person,
-      QApplication::applicationDirPath().toStdString(),
+      programFolder,
+      kelvo::DataFolder(programFolder),
       kelvo::MachinePorts,
       kelvo::DescribeDevice,
       [&com1](std::function<std::string(int)> deviceOf) { com1.SetDevices(std::move(deviceOf)); }};

@@ -24,7 +24,8 @@ struct Outside {
   Timer& tmrRS485;
   Timer& tmrSofort;  ///< bundles changes of the drawing that are sent at once
   Operator& person;
-  std::string programFolder;  ///< without a slash at its end
+  std::string programFolder;  ///< fonts and help; without a slash at its end
+  std::string dataFolder;     ///< database, draft and the simulator's port; often the same
   /// The ports that the machine has now.
   std::function<std::vector<MachinePort>()> machinePorts;
   /// In German, how a device is: ready, missing, in use, forbidden (naming the group that may).

@@ -27,7 +27,7 @@ PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer descr
   auto* text = new QLabel(
       tr("Welches Gerät steht hinter welchem Anschluss? Die Liste zeigt die Schnittstellen, die "
          "dieser "
-         "Rechner jetzt hat. Ein Name ohne \"/\" am Anfang liegt im Ordner des Programms."));
+         "Rechner jetzt hat. Ein Name ohne \"/\" am Anfang liegt im Ordner der Datenbank."));
   text->setWordWrap(true);
   grid->addWidget(text, 0, 0, 1, 3);
   const int em = fontMetrics().averageCharWidth();
@@ -93,7 +93,7 @@ std::string PortDialog::Device(int row) const {
 }
 
 void PortDialog::Describe(int row) {
-  const std::string device = AbsoluteDevice(Device(row), outside_.programFolder);
+  const std::string device = AbsoluteDevice(Device(row), outside_.dataFolder);
   lblZustand[static_cast<std::size_t>(row)]->setText(Text(describe_(device)));
 }
 

@@ -27,15 +27,15 @@ ProgramData::ProgramData(const std::string& databasePath)
       ctlDovuData(database, "select * from DOVU Order by Adresse"),
       Anschluss(database, "Anschluss") {}
 
-std::string ProgramData::DeviceOf(int number, const std::string& programFolder) {
+std::string ProgramData::DeviceOf(int number, const std::string& dataFolder) {
   Anschluss.Refresh();
   if (!Anschluss.FindFirst("ComNr", std::int64_t{number})) return {};
-  return AbsoluteDevice(Anschluss.Text("Geraet").value_or(""), programFolder);
+  return AbsoluteDevice(Anschluss.Text("Geraet").value_or(""), dataFolder);
 }
 
-std::string AbsoluteDevice(const std::string& device, const std::string& programFolder) {
+std::string AbsoluteDevice(const std::string& device, const std::string& dataFolder) {
   if (device.empty() || device.front() == '/' || IsWindowsName(device)) return device;
-  return programFolder + "/" + device;
+  return dataFolder + "/" + device;
 }
 
 }  // namespace kelvo

@@ -13,8 +13,8 @@ struct ProgramData {
   explicit ProgramData(const std::string& databasePath);
 
   /// The device of "Com `number`" as an absolute path or a system name; empty if there is none. A
-  /// relative path counts from the program's folder.
-  std::string DeviceOf(int number, const std::string& programFolder);
+  /// relative path counts from the data folder.
+  std::string DeviceOf(int number, const std::string& dataFolder);
 
   Database database;
   Recordset Default;
@@ -30,6 +30,6 @@ struct ProgramData {
 };
 
 /// A device name made absolute: "/dev/ttyS0" and "COM3" stay, anything else lies in the folder.
-std::string AbsoluteDevice(const std::string& device, const std::string& programFolder);
+std::string AbsoluteDevice(const std::string& device, const std::string& dataFolder);
 
 }  // namespace kelvo

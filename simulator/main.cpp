@@ -8,13 +8,14 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <system_error>
+#include <stdexcept>
 #include <vector>
 
 #include "simulator/files.h"
 #include "simulator/options.h"
 #include "simulator/program.h"
 #include "simulator/pty.h"
+#include "store/data_folder.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ kelvo::sim::Handle TakeSignals() {
   return kelvo::sim::Handle(signalfd(-1, &set, SFD_CLOEXEC));
 }
 
-// The one Terminal, or those of the bus, each with a file for its EEPROM; otherwise the reason.
+// The one Terminal, or those of the bus; otherwise the reason.
 std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
                                          std::vector<kelvo::sim::TerminalOptions>& terminals) {
   if (options.busFile.empty()) {
@@ -39,12 +40,22 @@ std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     if (auto error = kelvo::sim::ReadBus(text, options.terminal, terminals)) return error;
   }
+  return std::nullopt;
+}
+
+// Where the operator has named no file it lies in the data folder.
+void PlaceFiles(kelvo::sim::Options& options, std::vector<kelvo::sim::TerminalOptions>& terminals) {
+  const std::string folder = kelvo::DataFolder(kelvo::sim::ProgramFolder());
+  const auto place = [&folder](std::string& path, const std::string& name) {
+    if (!path.empty()) return;
+    kelvo::MakeDataFolder(folder);
+    path = folder + '/' + name;
+  };
+  place(options.port, "simulator.tty");
   for (std::size_t i = 0; i < terminals.size(); ++i) {
     const std::string number = i == 0 ? "" : std::to_string(i + 1);
-    std::string& path = terminals[i].eepromFile;
-    if (path.empty()) path = kelvo::sim::ProgramFolder() + "/simulator" + number + ".eeprom";
+    place(terminals[i].eepromFile, "simulator" + number + ".eeprom");
   }
-  return std::nullopt;
 }
 
 }  // namespace
@@ -61,7 +72,6 @@ int main(int argc, char** argv) {
     std::cout << OptionHelp();
     return 0;
   }
-  if (options.port.empty()) options.port = ProgramFolder() + "/simulator.tty";
   std::vector<TerminalOptions> terminals;
   if (const auto error = TakeTerminals(options, terminals)) {
     std::cerr << "kelvo-simulator: " << options.busFile << ": " << *error << '\n';
@@ -77,10 +87,11 @@ int main(int argc, char** argv) {
     application = std::make_unique<QCoreApplication>(nameOnly, argv);
   }
   try {
+    PlaceFiles(options, terminals);
     Program program(options, std::move(terminals), signalHandle.Get());
     program.Start();
     return QCoreApplication::exec();
-  } catch (const std::system_error& error) {
+  } catch (const std::exception& error) {
     std::cerr << "kelvo-simulator: " << error.what() << '\n';
     return 1;
   }

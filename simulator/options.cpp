@@ -65,7 +65,7 @@ constexpr TerminalRow kTerminalRows[] = {
     {"display", "BxH", "Auflösung, solange keine gespeichert ist (240x128)",
      [](T& t, V v) { return ReadSize(v, t.setup.width, t.setup.height); }},
     {"p1", "N", "Eingänge von Port P1, 0 bis 255 (0)", [](T& t, V v) { return ReadP1(v, t.p1); }},
-    {"eeprom", "DATEI", "Datei des EEPROMs (simulator.eeprom neben dem Programm)",
+    {"eeprom", "DATEI", "Datei des EEPROMs (simulator.eeprom im Datenordner)",
      [](T& t, V v) { return ReadPath(v, t.eepromFile); }},
     {"eeprom-size", "N", "Größe des EEPROMs in Byte, 256 bis 65536 (8192)",
      [](T& t, V v) { return ReadNumber(v, 256, 65536, t.setup.eepromBytes); }},
@@ -86,7 +86,8 @@ constexpr OptionRow kRows[] = {
      }},
     {"--no-pacing", "", "Zeichen brauchen auf der Leitung keine Zeit",
      [](O& o, V) { return !(o.paced = false); }},
-    {"--port", "PFAD", "unter diesem Pfad erscheint die Schnittstelle (simulator.tty)",
+    {"--port", "PFAD",
+     "unter diesem Pfad erscheint die Schnittstelle (simulator.tty im Datenordner)",
      [](O& o, V v) { return ReadPath(v, o.port); }},
     {"--display-png", "DATEI", "ohne Fenster: die Anzeige als Bild in diese Datei schreiben",
      [](O& o, V v) {

@@ -14,7 +14,7 @@ namespace kelvo::sim {
 struct TerminalOptions {
   TerminalSetup setup;
   unsigned char p1 = 0;
-  std::string eepromFile;  ///< empty: simulator.eeprom in the program's folder, or a numbered one
+  std::string eepromFile;  ///< empty: simulator.eeprom in the data folder, or a numbered one
 };
 
 /// What the command line settles.
@@ -24,7 +24,7 @@ struct Options {
   bool lineEcho = false;
   bool paced = true;
   bool unplugged = false;
-  std::string port;        ///< empty: simulator.tty in the program's folder
+  std::string port;        ///< empty: simulator.tty in the data folder
   std::string displayPng;  ///< not empty: no window, but this file
   bool commands = false;   ///< command lines on standard input
   bool window = true;

@@ -46,8 +46,8 @@ create table "Schnittstelle" (
   "Baud2" text, "Bits2" text, "Stopbit2" text, "Shake2" text, "Parity2" text, "Puffer2" text
 );
 
--- The device behind each port name: a path, a Windows name, or a path relative to the program's
--- folder.
+-- The device behind each port name: a path, a Windows name, or a path relative to the folder
+-- that the database lies in.
 create table "Anschluss" (
   "ComNr" integer,  -- 1..6
   "Geraet" text

@@ -32,8 +32,17 @@ class WindowTest : public testing::Test {
 
   /// Starts the program and lets it come to its first paint.
   void Start() {
-    window = std::make_unique<frmhaupt>(
-        Outside{port, loop, tmrTimeout, tmrRS485, tmrSofort, person, folder.Path(), {}, {}, {}});
+    window = std::make_unique<frmhaupt>(Outside{port,
+                                                loop,
+                                                tmrTimeout,
+                                                tmrRS485,
+                                                tmrSofort,
+                                                person,
+                                                folder.Path(),
+                                                folder.Path(),
+                                                {},
+                                                {},
+                                                {}});
     bool loaded = false;
     QObject::connect(window.get(), &frmhaupt::Loaded, window.get(), [&] { loaded = true; });
     window->show();

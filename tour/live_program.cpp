@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <stdexcept>
 
+#include "store/data_folder.h"
+
 namespace kelvo {
 namespace {
 
@@ -14,7 +16,8 @@ void Copy(const QString& from, const QString& to) {
 
 }  // namespace
 
-LiveProgram::LiveProgram(const QString& programFolder, const QString& deliveredDatabase) {
+LiveProgram::LiveProgram(const QString& programFolder, const QString& deliveredDatabase)
+    : programFolder_(folder_.path()) {
   const QString target = folder_.path() + u'/';
   QDir().mkpath(target + QStringLiteral("fonts"));
   for (const QFileInfo& font :
@@ -28,11 +31,21 @@ LiveProgram::LiveProgram(const QString& programFolder, const QString& deliveredD
   Copy(deliveredDatabase, target + QStringLiteral("kelvo.mdb"));
 }
 
+LiveProgram::LiveProgram(const QString& installedFolder) : programFolder_(installedFolder) {
+  qputenv("XDG_DATA_HOME", folder_.path().toUtf8());
+  const std::string program = programFolder_.toStdString();
+  if (DataFolder(program) == program) {
+    throw std::runtime_error("not an installed program, its data would lie beside it: " + program);
+  }
+  TakeDeliveredDatabase(program, DataFolder(program));
+}
+
 LiveProgram::~LiveProgram() { loop_.Close(); }
 
 frmhaupt& LiveProgram::Start() {
+  const std::string program = programFolder_.toStdString();
   window_ = std::make_unique<frmhaupt>(Outside{
-      com1_, loop_, tmrTimeout_, tmrRS485_, tmrSofort_, person_, Folder().toStdString(),
+      com1_, loop_, tmrTimeout_, tmrRS485_, tmrSofort_, person_, program, DataFolder(program),
       MachinePorts, DescribeDevice,
       [this](std::function<std::string(int)> deviceOf) { com1_.SetDevices(std::move(deviceOf)); }});
   person_.SetWindow(window_.get());

@@ -11,15 +11,22 @@
 
 namespace kelvo {
 
-/// The program as `main` puts it together, in a copy of the program's folder, so that an
-/// operator's own database stays as it is.
+/// The program as `main` puts it together, with a fresh database in a temporary folder, so that an
+/// operator's own stays as it is.
 class LiveProgram {
  public:
-  /// Copies the folder with a fresh database.
+  /// In a copy of the program's folder.
   LiveProgram(const QString& programFolder, const QString& deliveredDatabase);
+  /// In an installed folder, as for an operator who may not write there and starts it for the
+  /// first time: their data folder is in the temporary one. Says so to the simulator as well, by
+  /// this process's environment.
+  explicit LiveProgram(const QString& installedFolder);
   ~LiveProgram();
 
+  /// The temporary folder.
   QString Folder() const { return folder_.path(); }
+  /// Where the simulator is to be started.
+  const QString& ProgramFolder() const { return programFolder_; }
   /// Builds and shows the main window; the port is opened at its first paint.
   frmhaupt& Start();
   QtSerialPort& Port() { return com1_; }
@@ -27,6 +34,7 @@ class LiveProgram {
 
  private:
   QTemporaryDir folder_;
+  const QString programFolder_;
   QtEventLoop loop_;
   QtTimer tmrTimeout_{loop_, std::chrono::milliseconds(2000), false};
   QtTimer tmrRS485_{loop_, std::chrono::milliseconds(300), true, QtTimer::Ticks::OnDemand};

@@ -3,6 +3,7 @@
 #include <QLibraryInfo>
 #include <QTranslator>
 #include <cstdio>
+#include <memory>
 
 #include "tour/album.h"
 #include "tour/bus_tour.h"
@@ -12,29 +13,36 @@
 #include "tour/terminal_tour.h"
 
 // The tour: the real windows, drawn off-screen, do the main jobs against the real simulator and
-// leave a picture of each step. The manual takes its pictures from here (help/pictures).
+// leave a picture of each step: kelvo-tour [FOLDER OF THE PICTURES [FOLDER OF AN INSTALLED KELVO]].
+// The manual takes its pictures from here (help/pictures).
 
 namespace kelvo {
 namespace {
 
-void OneTerminal(Album& album) {
-  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
-  SimulatorProcess simulator(program.Folder());
+// The program that was installed in `folder`; otherwise the one that was built.
+std::unique_ptr<LiveProgram> MakeProgram(const QString& folder) {
+  if (!folder.isEmpty()) return std::make_unique<LiveProgram>(folder);
+  return std::make_unique<LiveProgram>(QStringLiteral(KELVO_PROGRAM_DIR),
+                                       QStringLiteral(KELVO_DELIVERED_DATABASE));
+}
+
+void OneTerminal(LiveProgram& program, Album& album) {
+  SimulatorProcess simulator(program.ProgramFolder());
   TerminalTour(program, simulator, album).Run();
 }
 
-void ManyTerminals(Album& album) {
-  LiveProgram program(QStringLiteral(KELVO_PROGRAM_DIR), QStringLiteral(KELVO_DELIVERED_DATABASE));
-  SimulatorProcess simulator(program.Folder(), BusTour::DescribeLine(program.Folder()));
+void ManyTerminals(LiveProgram& program, Album& album) {
+  SimulatorProcess simulator(program.ProgramFolder(), BusTour::DescribeLine(program.Folder()));
   BusTour(program, simulator, album).Run();
 }
 
-int RunTour(const QString& pictures) {
+int RunTour(const QString& pictures, const QString& installedFolder) {
   QDir().mkpath(pictures);
   Album album(QDir(pictures).absolutePath());
-  OneTerminal(album);
-  ManyTerminals(album);
-  SimulatorTour(QStringLiteral(KELVO_PROGRAM_DIR), album).Run();
+  OneTerminal(*MakeProgram(installedFolder), album);
+  const std::unique_ptr<LiveProgram> program = MakeProgram(installedFolder);
+  ManyTerminals(*program, album);
+  SimulatorTour(program->ProgramFolder(), album).Run();
   std::printf("Die Bilder liegen in %s\n", QDir(pictures).absolutePath().toUtf8().constData());
   return 0;
 }
@@ -52,9 +60,9 @@ int main(int argc, char** argv) {
                   QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QApplication::installTranslator(&german);
   }
+  const QStringList words = QApplication::arguments();
   try {
-    return kelvo::RunTour(argc > 1 ? QString::fromLocal8Bit(argv[1])
-                                   : QStringLiteral("tour-pictures"));
+    return kelvo::RunTour(words.value(1, QStringLiteral("tour-pictures")), words.value(2));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "Der Rundgang ist gescheitert: %s\n", error.what());
     return 1;

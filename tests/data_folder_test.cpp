@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "store/data_folder.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace kelvo {
+namespace {
+
+namespace fs = std::filesystem;
+using testing_world::ReadFile;
+using testing_world::TemporaryFolder;
+
+TEST(DataFolder, IsTheProgramsOwnWhereThatIsTheOperatorsToWrite) {
+  const std::string user = "/home/eva/.local/share/kelvo";
+  const struct {
+    const char* program;
+    bool writable;
+    bool together;
+  } cases[] = {
+      {"/home/eva/kelvo", true, true},
+      {"/home/eva/kelvo", false, false},
+      {"/media/stick/kelvo", false, false},
+      {"/opt/kelvo", true, true},
+      {"/usr/lib/kelvo", false, false},
+      {"/usr/lib/kelvo", true, false},  // the administrator could write there
+      {"/usr/local/lib/kelvo", true, false},
+      {"/usr/src/kelvo/build/release/program", true, true},
+  };
+  for (const auto& [program, writable, together] : cases) {
+    EXPECT_EQ(DataFolder({program, writable, user}), together ? program : user) << program;
+  }
+}
+
+TEST(DataFolder, CopyOfTheDatabaseIsMadeOnceAndCanBeWritten) {
+  const TemporaryFolder folder;
+  const std::string program = folder.Path("program");
+  const std::string data = folder.Path("home/.local/share/kelvo");
+  const std::string copy = data + "/kelvo.mdb";
+  fs::create_directory(program);
+  std::ofstream(program + "/kelvo.mdb") << "delivered";
+  fs::permissions(program + "/kelvo.mdb", fs::perms::owner_read);
+
+  TakeDeliveredDatabase(program, data);
+  EXPECT_EQ(ReadFile(copy), "delivered");
+  struct stat state {};
+  ASSERT_EQ(stat(copy.c_str(), &state), 0);
+  EXPECT_EQ(state.st_mode & (S_IRUSR | S_IWUSR), mode_t{S_IRUSR | S_IWUSR});
+  EXPECT_EQ(std::distance(fs::directory_iterator(data), fs::directory_iterator()), 1);
+
+  std::ofstream(copy) << "work";
+  TakeDeliveredDatabase(program, data);
+  EXPECT_EQ(ReadFile(copy), "work");
+}
+
+TEST(DataFolder, FailedCopyNamesTheFileAndTheReasonAndLeavesNothing) {
+  const TemporaryFolder folder;
+  const std::string program = folder.Path("program");
+  const auto problem = [&](const std::string& data) -> std::string {
+    try {
+      TakeDeliveredDatabase(program, data);
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+    return {};
+  };
+  fs::create_directory(program);
+  EXPECT_EQ(problem(folder.Path("data")), "Die Datenbank \"" + folder.Path("data/kelvo.mdb") +
+                                              "\" kann nicht aus \"" + program +
+                                              "/kelvo.mdb\" angelegt werden: nicht gefunden.");
+  EXPECT_TRUE(fs::is_empty(folder.Path("data")));
+
+  std::ofstream(folder.Path("file")) << "in the way";
+  EXPECT_EQ(problem(folder.Path("file/kelvo")),
+            "Der Ordner \"" + folder.Path("file/kelvo") +
+                "\" kann nicht angelegt werden: es gibt dort eine Datei dieses Namens.");
+}
+
+}  // namespace
+}  // namespace kelvo
