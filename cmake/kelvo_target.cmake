@@ -25,6 +25,10 @@ function(kelvo_settings name)
   else()
     target_compile_options(${name} PRIVATE -Wshadow)
   endif()
+  # What is delivered reads files and lines that may hold anything.
+  target_compile_options(${name} PRIVATE
+    $<$<CONFIG:Release>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2>)
+  target_link_options(${name} PRIVATE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
   if(KELVO_WERROR)
     target_compile_options(${name} PRIVATE -Werror)
   endif()
