@@ -46,8 +46,8 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
       "</ol>")));
   page->addWidget(help);
   page->addWidget(
-      Paragraph(tr("Alles, was Sie anlegen, liegt in der Datenbank <i>kelvo.mdb</i> im Ordner des "
-                   "Programms.")));
+      Paragraph(tr("Alles, was Sie anlegen, liegt in der Datenbank <i>kelvo.mdb</i>; ihren Ordner "
+                   "nennt <i>Hilfe</i> / <i>Über …</i>.")));
   page->addStretch();
 }
 
