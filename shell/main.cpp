@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QTimer>
 #include <QTranslator>
@@ -37,6 +38,8 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("kelvo"));
   QApplication::setApplicationDisplayName(QStringLiteral("kelvo"));
   QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));
+  QApplication::setDesktopFileName(QStringLiteral("kelvo"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvo.png")));
   QApplication::setQuitOnLastWindowClosed(false);
   QTranslator german;
   if (german.load(QStringLiteral("qtbase_de"),
