@@ -48,7 +48,7 @@ QWidget* MacroPage::MakeEditor() {
   txtMakro->setAccessibleName(tr("Makrotext"));
   cmdInsertESC = MakeButton("cmdInsertESC", tr("&ESC einfügen"),
                             tr("Fügt an der Schreibmarke das Zeichen ESC ein (Strg+E)."));
-  cmdInsertESC->setShortcut(QKeySequence(tr("Ctrl+E")));
+  AddShortcut(cmdInsertESC, QKeySequence(tr("Ctrl+E")));
   lblMakroLaenge = Named(new QLabel, "lblMakroLaenge");
   auto* row = new QHBoxLayout;
   row->addWidget(cmdInsertESC);
@@ -70,7 +70,7 @@ QWidget* MacroPage::MakeWriting() {
   lblMakroFrei = Named(new QLabel, "lblMakroFrei");
   cmdSetMakro = MakeButton("cmdSetMakro", tr("Makro &schreiben"),
                            tr("Schreibt den Text unter dieser Nummer in das EEPROM (F6)."));
-  cmdSetMakro->setShortcut(QKeySequence(Qt::Key_F6));
+  AddShortcut(cmdSetMakro, QKeySequence(Qt::Key_F6));
   cmdSetAutostartMakro =
       MakeButton("cmdSetAutostartMakro", tr("Als A&utostart schreiben"),
                  tr("Schreibt den Text als Makro 0, das das Terminal beim Einschalten ausführt."));
@@ -88,7 +88,7 @@ QWidget* MacroPage::MakeRunning() {
   txtMakroNrDisplay->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
   cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
                             tr("Führt das Makro dieser Nummer im Terminal aus (F5)."));
-  cmdPlayMakro->setShortcut(QKeySequence(Qt::Key_F5));
+  AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F5));
   cmdClearMakro = MakeButton("cmdClearMakro", tr("Makro &löschen"),
                              tr("Löscht das Makro dieser Nummer im EEPROM, ohne nachzufragen."));
   AddRow(form, tr("Nummer im Te&rminal:"), txtMakroNrDisplay, tr("0 … 255"));

@@ -198,6 +198,8 @@ QStringList Captions(const QWidget& part) {
       captions << label->text();
     } else if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
       captions << button->text();
+      EXPECT_EQ(button->shortcut(), QKeySequence::mnemonic(button->text()))
+          << button->text().toStdString();
     } else if (const auto* group = qobject_cast<const QGroupBox*>(widget)) {
       captions << group->title();
     } else if (const auto* tabs = qobject_cast<const QTabWidget*>(widget)) {

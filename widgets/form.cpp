@@ -1,6 +1,7 @@
 #include "widgets/form.h"
 
 #include <QHBoxLayout>
+#include <QShortcut>
 
 namespace kelvo {
 
@@ -27,6 +28,11 @@ QPushButton* MakeButton(const char* name, const QString& caption, const QString&
   auto* button = Named(new QPushButton(caption), name);
   button->setToolTip(tip);
   return button;
+}
+
+void AddShortcut(QPushButton* button, const QKeySequence& keys) {
+  auto* shortcut = new QShortcut(keys, button);
+  QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
 }
 
 QLabel* MakeValue(const char* name) {
