@@ -13,6 +13,10 @@ using std::chrono::nanoseconds;
 
 // How soon a device is noticed to be gone that reports nothing by itself.
 constexpr std::chrono::milliseconds watchInterval{100};
+// A line that nobody has used for a while is looked at less often: an idle program costs nothing,
+// and the driver's own error mostly comes sooner.
+constexpr std::chrono::milliseconds quietWatchInterval{250};
+constexpr std::chrono::seconds quietAfter{5};
 constexpr int highestPort = 16;
 // What an adapter may hold a character back before the PC sees it.
 constexpr std::chrono::milliseconds echoDelay{50};
@@ -34,9 +38,10 @@ QSerialPort::Parity ParityOf(char letter) {
 }  // namespace
 
 QtSerialPort::QtSerialPort(QtEventLoop& loop) : loop_(loop) {
-  watch_.setInterval(watchInterval);
+  WatchEvery(watchInterval);
   connect(&watch_, &QTimer::timeout, this, [this] {
     if (open_ && HungUp(Handle())) Lost();
+    WatchEvery(line_.IdleFor(loop_.Now()) < quietAfter ? watchInterval : quietWatchInterval);
   });
   connect(&port_, &QSerialPort::readyRead, this, [this] {
     const QByteArray text = port_.readAll();
@@ -149,6 +154,7 @@ void QtSerialPort::Write(std::string_view text) {
   }
   written_ += text;
   line_.Written(text.size(), loop_.Now());
+  WatchEvery(watchInterval);
   port_.write(text.data(), static_cast<qint64>(text.size()));
   port_.flush();
   if (traffic_) traffic_(Direction::ToTerminal, text);
@@ -172,6 +178,11 @@ void QtSerialPort::DiscardOutput() {
   if (!open_) return;
   port_.clear(QSerialPort::Output);
   line_.Discarded(loop_.Now());
+}
+
+// Setting an interval starts it anew, which must not happen with each text.
+void QtSerialPort::WatchEvery(std::chrono::milliseconds interval) {
+  if (watch_.intervalAsDuration() != interval) watch_.setInterval(interval);
 }
 
 void QtSerialPort::DiscardInput() {

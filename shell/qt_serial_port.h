@@ -59,6 +59,7 @@ class QtSerialPort : public QObject, public SerialPort {
   std::string EchoHeldBack() const;
   void ForgetWritten();
   void RaiseReceiveEvents();
+  void WatchEvery(std::chrono::milliseconds interval);
   void Lost();
   std::size_t DriverCount() const;
   int Handle() const { return static_cast<int>(port_.handle()); }
