@@ -119,10 +119,7 @@ TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesWhileThePageIsInFront) {
 TEST_F(DrawingDeskTest, ResolutionThatIsSetIsTheEditorsTooAndTheDrawingGoes) {
   Start();
   Load();
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06");
+  terminal.Answer("\033EWC", "\x06");
   Type("txtDisplayX", "320");
   Type("txtDisplayY", "240");
   Click("cmdSetRes");

@@ -17,14 +17,8 @@ TEST_F(ExchangeTest, AnswerToAnAcknowledgedCommandIsClassified) {
   } cases[] = {{"\x06", ""},        {"\x15", "EEPROM"},      {"", "keine Reaktion"},
                {"A", "unknown 65"}, {"\xFF", "unknown 255"}, {"\x06\x06", ""}};
   for (const auto& c : cases) {
-    terminal.Answer(
-        "\x1b"
-        "EDC",
-        c.answer, milliseconds(30));
-    EXPECT_EQ(Send("\x1b"
-                   "EDC"),
-              !c.error.empty())
-        << c.error;
+    terminal.Answer("\033EDC", c.answer, milliseconds(30));
+    EXPECT_EQ(Send("\033EDC"), !c.error.empty()) << c.error;
     EXPECT_EQ(exchange.CommandBuffer, c.error);
     EXPECT_EQ(port.ReceiveThreshold(), 1);
     port.DiscardInput();
@@ -45,24 +39,14 @@ TEST_F(ExchangeTest, AcknowledgeTimeIsTheIntervalFromTheLastBitOn) {
 TEST_F(ExchangeTest, WhatArrivesWhileTheCommandLeavesIsNotTakenForTheAnswer) {
   port.characterTime = milliseconds(1);
   port.ArriveAfter(milliseconds(2), "echo");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06", milliseconds(10));
-  EXPECT_FALSE(
-      Send("\x1b"
-           "EWC"));
+  terminal.Answer("\033EWC", "\x06", milliseconds(10));
+  EXPECT_FALSE(Send("\033EWC"));
 }
 
 TEST_F(ExchangeTest, LongWaitEndsOnTime) {
   port.characterTime = milliseconds(1);
   tmrTimeout.SetInterval(milliseconds(30000));
-  EXPECT_DOUBLE_EQ(Duration([&] {
-                     Send(
-                         "\x1b"
-                         "EE");
-                   }),
-                   3 + 30000);
+  EXPECT_DOUBLE_EQ(Duration([&] { Send("\033EE"); }), 3 + 30000);
 }
 
 TEST_F(ExchangeTest, LongTextGoesInPiecesEachAfterTheOneBeforeHasLeft) {
@@ -99,12 +83,7 @@ TEST_F(ExchangeTest, HeldHandshakeEndsAsNoReactionInsteadOfFreezing) {
   port.held = true;
   port.characterTime = milliseconds(1);
   tmrTimeout.SetInterval(milliseconds(500));
-  EXPECT_LT(Duration([&] {
-              EXPECT_TRUE(
-                  Send("\x1b"
-                       "EWC"));
-            }),
-            10000);
+  EXPECT_LT(Duration([&] { EXPECT_TRUE(Send("\033EWC")); }), 10000);
   EXPECT_EQ(exchange.CommandBuffer, "keine Reaktion");
 }
 
@@ -182,9 +161,7 @@ TEST_F(ExchangeTest, ClosedPortIsNeverWrittenToNorWaitedFor) {
   port.Close();
   EXPECT_DOUBLE_EQ(Duration([&] {
                      EXPECT_FALSE(Send("\x1bR", Acknowledge::None));
-                     EXPECT_TRUE(
-                         Send("\x1b"
-                              "EWC"));
+                     EXPECT_TRUE(Send("\033EWC"));
                      EXPECT_EQ(exchange.CommandBuffer, "keine Reaktion");
                      EXPECT_EQ(Query("?V"), "TimeOut");
                      EXPECT_EQ(exchange.LastStatus, -1);
@@ -198,11 +175,7 @@ TEST_F(ExchangeTest, ClosedPortIsNeverWrittenToNorWaitedFor) {
 TEST_F(ExchangeTest, EveryWaitEndsWhenTheDeviceGoesAwayOrTheProgramCloses) {
   std::string reply;
   const std::function<void()> waits[] = {
-      [&] {
-        Send(
-            "\x1b"
-            "EWC");
-      },
+      [&] { Send("\033EWC"); },
       [&] { Query("?V"); },
       [&] { exchange.WaitAnswer(reply, ""); },
       [&] { exchange.WaitRS485(); },
@@ -221,9 +194,7 @@ TEST_F(ExchangeTest, ExchangeStartedDuringAWaitRunsFirstAndTheOuterOneStillEnds)
   terminal.Answer("\x1b?V", "2.1;", milliseconds(5));
   std::string inner;
   loop.After(milliseconds(10), [&] { inner = Query("?V"); });
-  EXPECT_TRUE(
-      Send("\x1b"
-           "EWC"));
+  EXPECT_TRUE(Send("\033EWC"));
   EXPECT_EQ(inner, "2.1");
   EXPECT_EQ(exchange.CommandBuffer, "keine Reaktion");
 

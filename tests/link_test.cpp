@@ -69,9 +69,7 @@ TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {
   for (const char* text : {"€", "日本", "\xC3", "\xC3(", "\x80", "\xF0\x9F\x98\x80"}) {
     EXPECT_EQ(WireText(text), std::nullopt) << text;
   }
-  EXPECT_EQ(ReadableText("\x1b"
-                         "A\r\x80"),
-            "←A♪<80>");
+  EXPECT_EQ(ReadableText("\033A\r\x80"), "←A♪<80>");
   EXPECT_EQ(HexText("\x1b\x0f"
                     "A"),
             "1B 0F 41");
@@ -94,13 +92,9 @@ TEST(LineClockTest, CountsWhatTheRateHasNotCarriedYet) {
 
 TEST(CommandLanguageTest, NamesTheCommandsOfAText) {
   EXPECT_EQ(CommandMeaning("\x1b?V"), "Version abfragen");
-  EXPECT_EQ(CommandMeaning("\x1b!A5;\x1b"
-                           "C!"),
-            "Adresse wählen; Prüfsumme beginnen");
+  EXPECT_EQ(CommandMeaning("\x1b!A5;\033C!"), "Adresse wählen; Prüfsumme beginnen");
   EXPECT_EQ(CommandMeaning("\x1bGfR 1, 2;\x1bGF3;"), "gefülltes Rechteck; Grafikschrift");
-  EXPECT_EQ(CommandMeaning("\x1b"
-                           "EWM7,\x1bGC\x1bTH\x03"),
-            "Makro schreiben");
+  EXPECT_EQ(CommandMeaning("\033EWM7,\x1bGC\x1bTH\x03"), "Makro schreiben");
   EXPECT_EQ(CommandMeaning("\x1bXY"), "unbekannter Befehl");
   EXPECT_EQ(CommandMeaning("\x1bR\x1bR\x1bR", 2), "Neustart; Neustart; …");
   EXPECT_EQ(CommandMeaning("no command"), "");
@@ -169,9 +163,7 @@ TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
   EXPECT_EQ(SetBuffer1Command(numbers), "\x1b!S4096;");
   EXPECT_EQ(SetCom2Command(numbers), "\x1b!b1200,3,7,2,0;");
   EXPECT_EQ(SetBuffer2Command(numbers), "\x1b!s16384;");
-  EXPECT_EQ(ReceiveModeCommand(numbers),
-            "\x1b"
-            "2I2;");
+  EXPECT_EQ(ReceiveModeCommand(numbers), "\0332I2;");
 }
 
 // The grid of the matrix page, as far as received keys touch it.

@@ -182,19 +182,11 @@ class BarePortTest : public testing::Test {
 };
 
 TEST_F(BarePortTest, EchoIsDroppedHoweverLateItComesAndTheAnswerStays) {
-  const std::string command =
-      "\x1b"
-      "EWC";
+  const std::string command = "\033EWC";
   for (std::size_t early = 0; early <= command.size(); ++early) {
-    port.Write(
-        "\x1b"
-        "E?F");
-    Arrive(
-        "\x1b"
-        "E?F80;");
-    EXPECT_EQ(Received(7),
-              "\x1b"
-              "E?F80;");
+    port.Write("\033E?F");
+    Arrive("\033E?F80;");
+    EXPECT_EQ(Received(7), "\033E?F80;");
     Arrive("key");
     port.Write("\x1b!S1024;");
     port.Write(command);
@@ -232,9 +224,7 @@ TEST_F(BarePortTest, EchoOfTheTextBeforeAQueryIsNotTakenForItsReply) {
 }
 
 TEST_F(BarePortTest, AnswerIsKeptWhenTheCallComesLate) {
-  port.Write(
-      "\x1b"
-      "EWC");
+  port.Write("\033EWC");
   WaitUntilSent();
   Arrive("\x06");
   loop.WaitPaintingOnly(std::chrono::milliseconds(5));

@@ -15,10 +15,7 @@ class MacroPageTest : public WindowTest {
   void StartOnPage() {
     Start();
     Show(Tab::Macros);
-    terminal.Answer(
-        "\x1b"
-        "E?F",
-        "8000;");
+    terminal.Answer("\033E?F", "8000;");
     terminal.Answer("\x03", "\x06");
     Forget();
   }
@@ -50,20 +47,13 @@ TEST_F(MacroPageTest, MacroGoesOutCharacterForCharacter) {
   Type("txtMakroNr", "07");
   Click("cmdSetMakro");
   ASSERT_EQ(port.writes.size(), 2u);
-  EXPECT_EQ(port.writes[0],
-            "\x1b"
-            "E?F");
-  EXPECT_EQ(port.writes[1],
-            "\x1b"
-            "EWM7,GC\x1bTH\x03");
+  EXPECT_EQ(port.writes[0], "\033E?F");
+  EXPECT_EQ(port.writes[1], "\033EWM7,GC\x1bTH\x03");
   Forget();
   const std::string all = "\r\n;\xFC\x04\x7F\t|";
   Type("txtMakro", all);
   Click("cmdSetAutostartMakro");
-  EXPECT_EQ(port.writes.at(1),
-            "\x1b"
-            "EWM0," +
-                all + "\x03");
+  EXPECT_EQ(port.writes.at(1), "\033EWM0," + all + "\x03");
   EXPECT_TRUE(person.messages.empty());
 }
 
@@ -92,10 +82,7 @@ TEST_F(MacroPageTest, NumbersOutsideTheTerminalsRangeAreRefused) {
 
 TEST_F(MacroPageTest, DeletingChecksOneNumberAndSendsTheOther) {
   StartOnPage();
-  terminal.Answer(
-      "\x1b"
-      "EDM9;",
-      "\x06");
+  terminal.Answer("\033EDM9;", "\x06");
   Type("txtMakroNr", "300");
   Type("txtMakroNrDisplay", "9");
   Click("cmdClearMakro");
@@ -124,10 +111,7 @@ TEST_F(MacroPageTest, LengthAndSpaceAreCheckedBeforeWriting) {
   EXPECT_TRUE(person.messages.empty());
   EXPECT_EQ(port.writes.size(), 2u);
 
-  terminal.Answer(
-      "\x1b"
-      "E?F",
-      "1000;");
+  terminal.Answer("\033E?F", "1000;");
   Type("txtMakro", std::string(981, 'a'));
   Forget();
   Click("cmdSetMakro");
@@ -173,9 +157,7 @@ TEST_F(MacroPageTest, EscIsInsertedAtTheCaret) {
   cursor.setPosition(4, QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
   Click("cmdInsertESC");
-  EXPECT_EQ(Editor("txtMakro"),
-            "ab\x1b"
-            "cd");
+  EXPECT_EQ(Editor("txtMakro"), "ab\033cd");
   editor.undo();
   EXPECT_EQ(Editor("txtMakro"), "abXXcd");
 }

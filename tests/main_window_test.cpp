@@ -195,10 +195,7 @@ class InterfacePageTest : public WindowTest {
 
 TEST_F(InterfacePageTest, BothEndsAreSwitchedInStep) {
   StartOnPage();
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06");
+  terminal.Answer("\033EWC", "\x06");
   Choose("cboCom_0", "9600");
   Choose("cboCom_1", "Space");
   Choose("cboCom_4", "RTS / CTS");
@@ -235,10 +232,7 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
   EXPECT_EQ(port.opened, 2);
   ASSERT_EQ(person.messages.size(), 1u);
   EXPECT_EQ(person.LastMessage(), "PC-Schnittstelle erfolgreich umgestellt");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x15");
+  terminal.Answer("\033EWC", "\x15");
   Forget();
   Click("cmdSetCom1");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
@@ -248,23 +242,14 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
 TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
   StartOnPage();
   Choose("cboCom_12", "empf. & Puffer löschen");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06");
+  terminal.Answer("\033EWC", "\x06");
   Click("cmdSetCom2");
   EXPECT_EQ(Written(), "←!b9600,0,8,1,0;←!s16384;←2I2;←EWC");
   EXPECT_TRUE(person.messages.empty());
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "x");
+  terminal.Answer("\033EWC", "x");
   Click("cmdSetCom2");
   EXPECT_EQ(person.LastMessage(), "unerwartetes Zeichen /  SetCom2");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x15");
+  terminal.Answer("\033EWC", "\x15");
   Click("cmdSetCom2");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
 }

@@ -30,8 +30,7 @@ class SaveBitmap : public testing::Test {
 TEST_F(SaveBitmap, SendsTheBitmapUnderItsNumber) {
   person_.inputs = {{"7"}};
   Save(9, 1);
-  EXPECT_EQ(sent_, std::vector<std::string>{"\x1b"
-                                            "EWB7,2,1,0000;"});
+  EXPECT_EQ(sent_, std::vector<std::string>{"\033EWB7,2,1,0000;"});
   EXPECT_EQ(person_.prompts, std::vector<std::string>{"Nr dieser Bitmap im EEProm :|"});
   EXPECT_TRUE(person_.messages.empty());
   EXPECT_TRUE(person_.questions.empty());
@@ -104,12 +103,8 @@ TEST_F(SaveBitmap, PrefersTheSelectedPicture) {
   wide.selected = false;
   group.selected = true;
   SaveBMPinEEProm({wide, group}, {}, person_, eeprom_);
-  EXPECT_EQ(sent_, (std::vector<std::string>{"\x1b"
-                                             "EWB1,2,1,0000;",
-                                             "\x1b"
-                                             "EWB1,3,1,000000;",
-                                             "\x1b"
-                                             "EWB1,2,1,0000;"}));
+  EXPECT_EQ(sent_, (std::vector<std::string>{"\033EWB1,2,1,0000;", "\033EWB1,3,1,000000;",
+                                             "\033EWB1,2,1,0000;"}));
 }
 
 TEST_F(SaveBitmap, ReportsWhatTheTerminalSays) {

@@ -45,10 +45,7 @@ TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
 
 TEST_F(StatusPageTest, PageAsksForTheFlashWhileItIsUnknown) {
   terminal.Answer("\x1b?V", "2.10F;", milliseconds(5));
-  terminal.Answer(
-      "\x1b"
-      "F??",
-      "64,4096;", milliseconds(5));
+  terminal.Answer("\033F??", "64,4096;", milliseconds(5));
   Start();
   Show(Tab::Status);
   EXPECT_EQ(Text("lblSektorAnzahl") + "/" + Text("lblSektorSize"), "64/4096");
@@ -133,10 +130,7 @@ TEST_F(StatusPageTest, ResolutionIsClampedSentStoredAndKept) {
                {"19", "5", "20,20"},
                {"20", "64", "20,64"},
                {"99x", "abc", "99,20"}};
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06");
+  terminal.Answer("\033EWC", "\x06");
   for (const auto& c : cases) {
     Type("txtDisplayX", c.x);
     Leave("txtDisplayX");
@@ -154,10 +148,7 @@ TEST_F(StatusPageTest, ResolutionThatIsNotStoredIsReportedAndTheTerminalRestarte
   Click("cmdSetRes");
   EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetRes");
   EXPECT_TRUE(Written().ends_with("←EWC←R"));
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x15");
+  terminal.Answer("\033EWC", "\x15");
   Click("cmdSetRes");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
 }
@@ -207,14 +198,8 @@ TEST_F(EepromPageTest, EveryFailedWriteIsReportedByTheOneRule) {
     const char* button;
     const char* command;
     const char* suffix;
-  } cases[] = {{"cmdSetConfig",
-                "\x1b"
-                "EWC",
-                " /  cmdSetConfig"},
-               {"cmdClearConfig",
-                "\x1b"
-                "EDC",
-                " / cmdClearConfig"}};
+  } cases[] = {{"cmdSetConfig", "\033EWC", " /  cmdSetConfig"},
+               {"cmdClearConfig", "\033EDC", " / cmdClearConfig"}};
   for (const auto& c : cases) {
     Click(c.button);
     EXPECT_EQ(person.LastMessage(), std::string("keine Reaktion") + c.suffix);
@@ -244,10 +229,7 @@ TEST_F(EepromPageTest, ProgressWindowStandsDuringTheSaveAndIsGoneAfterIt) {
 
 TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
   Start();
-  terminal.Answer(
-      "\x1b"
-      "E?F",
-      "8000;");
+  terminal.Answer("\033E?F", "8000;");
   Click("cmdClearEEprom");
   EXPECT_EQ(person.questions, std::vector<std::string>{"Sind Sie sicher ?"});
   EXPECT_EQ(person.lastQuestion.icon, Icon::Exclamation);
@@ -258,10 +240,7 @@ TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
 TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgress) {
   Start();
   terminal.Answer("\x1b?V", "1.9;");
-  terminal.Answer(
-      "\x1b"
-      "EE",
-      "\x06", milliseconds(29990));
+  terminal.Answer("\033EE", "\x06", milliseconds(29990));
   person.answers = {true, false};
   Click("cmdClearEEprom");
   EXPECT_EQ(Written(), "←?V←EE←E?F");
@@ -298,14 +277,8 @@ TEST_F(EepromPageTest, NewTerminalCountsDown) {
     }
     port.ArriveAfter(milliseconds(470), "\x06");
   };
-  terminal.Answer(
-      "\x1b"
-      "E?F",
-      "8192;");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x06");
+  terminal.Answer("\033E?F", "8192;");
+  terminal.Answer("\033EWC", "\x06");
   for (const char* version : {"2.0;", "2.1F;"}) {
     terminal.Answer("\x1b?V", version);
     Forget();
@@ -325,10 +298,7 @@ TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
   Start();
   terminal.Answer("\x1b?V", "2.1;");
   for (const char* count : {"", "0\r", "xyz\r"}) {
-    terminal.Answer(
-        "\x1b"
-        "Ee",
-        count);
+    terminal.Answer("\033Ee", count);
     person.answers = {true, false};
     Forget();
     Click("cmdClearEEprom");
@@ -339,14 +309,8 @@ TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
 TEST_F(EepromPageTest, FailedSaveAfterTheEraseEndsTheHandler) {
   Start();
   terminal.Answer("\x1b?V", "1.0;");
-  terminal.Answer(
-      "\x1b"
-      "EE",
-      "\x06");
-  terminal.Answer(
-      "\x1b"
-      "EWC",
-      "\x15");
+  terminal.Answer("\033EE", "\x06");
+  terminal.Answer("\033EWC", "\x15");
   person.answers = {true, true};
   Click("cmdClearEEprom");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");

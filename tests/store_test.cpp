@@ -63,10 +63,7 @@ TEST_F(StoreTest, RecordIsFoundByItsExactNameWhateverThatHolds) {
 TEST_F(StoreTest, TextsComeBackByteForByte) {
   Database database(Path());
   Recordset macros(database, "Makro");
-  const std::string text(
-      "\x1b"
-      "EWM\x03\x04\0\r\n\xC3\xBC",
-      10);
+  const std::string text("\033EWM\x03\x04\0\r\n\xC3\xBC", 10);
   Add(macros, "bytes", text);
   Database again(Path());
   Recordset read(again, "Makro");

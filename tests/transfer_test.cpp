@@ -111,8 +111,7 @@ TEST_F(TransferTest, FailedOnesStayTickedAndAreTheOnlyOnesToBeSentAgain) {
 TEST_F(TransferTest, WrongSumNamesBoth) {
   entries[1].ticked = false;
   port.onCharacter = [this](char c) {
-    if (c == '?' && port.written.ends_with("\x1b"
-                                           "C?")) {
+    if (c == '?' && port.written.ends_with("\033C?")) {
       port.ArriveAfter(milliseconds(3), "1a2b;");
     }
   };
