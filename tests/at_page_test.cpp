@@ -1,4 +1,3 @@
-#include <QStatusBar>
 #include <QTableView>
 
 #include "keyboards/at_list.h"
@@ -13,11 +12,6 @@ class AtPageTest : public WindowTest {
  protected:
   static constexpr milliseconds soon{5};
 
-  void Open() {
-    Start();
-    Show(Tab::AtKeyboard);
-    Forget();
-  }
   AtList& List() { return static_cast<AtList&>(*Find<QTableView>("ctlATTabListe").model()); }
   const AtPairs& Pairs() { return List().Pairs(); }
   bool TypeCell(int row, int column, const char* text) {
@@ -26,7 +20,6 @@ class AtPageTest : public WindowTest {
   std::string CellText(int row, int column) {
     return List().index(row, column).data().toString().toStdString();
   }
-  std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
   /// Learn mode until the actions that were scheduled have ended it; how long that took.
   testing_world::nanoseconds Learn() {
     const auto begin = loop.Now();
@@ -47,7 +40,7 @@ class AtPageTest : public WindowTest {
 };
 
 TEST_F(AtPageTest, LearnsPairsOfKeys) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   loop.After(soon, [&] {
     EXPECT_EQ(Find<QTabWidget>("cmdATTab").currentIndex(), 1);
     EXPECT_TRUE(Find("lblATalterCodePfeil").isVisible());
@@ -71,7 +64,7 @@ TEST_F(AtPageTest, LearnsPairsOfKeys) {
 }
 
 TEST_F(AtPageTest, LosesNoKeyThatArrivesAtLineRate) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   // 128 pairs, 10 bits a character at 19200 bit/s, and some of them in one delivery.
   constexpr testing_world::nanoseconds character{520833};
   for (int code = 0; code < 256; ++code) {
@@ -95,7 +88,7 @@ TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
       {"a new table", [&] { Trigger("mnuDateiNeu"); }},
       {"the program ends", [&] { loop.closing = true; }},
       {"the line is lost", [&] { port.Lose(); }}};
-  Open();
+  StartOn(Tab::AtKeyboard);
   for (const auto& [name, end] : ends) {
     SCOPED_TRACE(name);
     Show(Tab::AtKeyboard);
@@ -111,7 +104,7 @@ TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
 }
 
 TEST_F(AtPageTest, LearningIsOverEvenWhileThePageInFrontWaitsForTheTerminal) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   loop.After(soon, [&] { port.Arrive("A"); });
   loop.After(soon * 2, [&] { Show(Tab::Text); });
   // The text page still asks; the operator is back before it is done.
@@ -129,7 +122,7 @@ TEST_F(AtPageTest, LearningIsOverEvenWhileThePageInFrontWaitsForTheTerminal) {
 }
 
 TEST_F(AtPageTest, ReceiveEventsAreOffWhileLearningAndOnAgainOnTheTestPage) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   loop.After(soon, [&] { EXPECT_EQ(port.ReceiveThreshold(), 0); });
   loop.After(soon * 2, [&] { Click("cmdATumkodierenEnde"); });
   Learn();
@@ -142,7 +135,7 @@ TEST_F(AtPageTest, ReceiveEventsAreOffWhileLearningAndOnAgainOnTheTestPage) {
 }
 
 TEST_F(AtPageTest, WithAClosedPortThereIsNothingToLearnFrom) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   port.Close();
   Learn();
   EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
@@ -150,7 +143,7 @@ TEST_F(AtPageTest, WithAClosedPortThereIsNothingToLearnFrom) {
 }
 
 TEST_F(AtPageTest, ShowsWhatTheKeyboardSends) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   port.Arrive("a\xE4");
   EXPECT_EQ(Find<QPlainTextEdit>("lblATKlartext").toPlainText().toStdString(), "aä");
   EXPECT_EQ(Text("lblAThexcode"), "228");
@@ -163,7 +156,7 @@ TEST_F(AtPageTest, ShowsWhatTheKeyboardSends) {
 }
 
 TEST_F(AtPageTest, APairCanBeTypedByCharacterOrCode) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   EXPECT_TRUE(TypeCell(0, AtList::OldKey, "A"));
   EXPECT_EQ(CellText(0, AtList::OldCode), "65");
   EXPECT_EQ(List().rowCount(), 1);
@@ -182,7 +175,7 @@ TEST_F(AtPageTest, APairCanBeTypedByCharacterOrCode) {
 }
 
 TEST_F(AtPageTest, RefusesWhatIsNoKeyAndASecondRowForAKey) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   List().SetPairs({{65, 97}, {66, 98}});
   for (const auto& [column, text] :
        std::initializer_list<std::pair<int, const char*>>{{AtList::OldCode, "256"},
@@ -200,7 +193,7 @@ TEST_F(AtPageTest, RefusesWhatIsNoKeyAndASecondRowForAKey) {
 }
 
 TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   EXPECT_FALSE(Find("lblATHinweis").isVisible());
   terminal.Answer("E?F", "1000;", soon);
   terminal.Answer("EWK0,43;", "\x06", soon);
@@ -215,7 +208,7 @@ TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
 }
 
 TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   terminal.Answer("E?F", "1000;", soon);
   Click("cmdSetATTab");
   Trigger("mnuDateiSave");
@@ -229,7 +222,7 @@ TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
 }
 
 TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   List().SetPairs({{65, 97}});
   terminal.Answer("E?F", "7;", soon);
   Click("cmdSetATTab");
@@ -248,7 +241,7 @@ TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
 }
 
 TEST_F(AtPageTest, KeepsTablesAndShowsThemAgain) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   Trigger("mnuDateiNeu");
   TypeCell(0, AtList::OldKey, "A");
   TypeCell(0, AtList::NewKey, "a");
@@ -271,7 +264,7 @@ TEST_F(AtPageTest, KeepsTablesAndShowsThemAgain) {
 }
 
 TEST_F(AtPageTest, WhatIsBeingTypedIsSaved) {
-  Open();
+  StartOn(Tab::AtKeyboard);
   auto& list = Find<QTableView>("ctlATTabListe");
   list.setFocus();
   TypeCell(0, AtList::OldKey, "A");
@@ -290,7 +283,7 @@ TEST_F(AtPageTest, DamagedTablesShowWhatCanBeRead) {
   Insert("leer", "NULL, NULL");
   Insert("Unsinn", "'x', ',FF,0,0,0,€'");
   Insert("ohne Ende", "3, char(27) || 'EWK3,41,61,42'");
-  Open();
+  StartOn(Tab::AtKeyboard);
   for (const char* name : {"kurz", "leer", "Unsinn"}) Choose("cboATTabBez", name);
   EXPECT_EQ(Pairs(), (AtPairs{{255, 0}}));
   Choose("cboATTabBez", "ohne Ende");

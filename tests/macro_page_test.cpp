@@ -13,11 +13,9 @@ using testing_world::milliseconds;
 class MacroPageTest : public WindowTest {
  protected:
   void StartOnPage() {
-    Start();
-    Show(Tab::Macros);
     terminal.Answer("\033E?F", "8000;");
     terminal.Answer("\x03", "\x06");
-    Forget();
+    StartOn(Tab::Macros);
   }
   void SaveAs(const std::string& name) {
     person.inputs = {name};
@@ -286,18 +284,6 @@ TEST_F(MacroPageTest, ReadOnlyDatabaseSaysAtEachSaveThatItCannot) {
   SaveAs("Neu");
   EXPECT_NE(person.LastMessage().find("schreibgeschützt"), std::string::npos);
   EXPECT_EQ(Editor("txtMakro"), "Entwurf");
-  EXPECT_EQ(Entries("cboMakro").size(), 3u);
-}
-
-TEST_F(MacroPageTest, ButtonsOfThePageAreOffElsewhere) {
-  StartOnPage();
-  Show(Tab::Status);
-  for (const char* name : {"cmdToolbar_6", "cmdToolbar_8", "cmdToolbar_12"}) {
-    EXPECT_FALSE(Find(name).isEnabled()) << name;
-    EXPECT_EQ(Find(name).objectName().isEmpty(), false);
-  }
-  EXPECT_TRUE(Find("cmdToolbar_0").isEnabled());
-  Trigger("mnuDateiNeu");
   EXPECT_EQ(Entries("cboMakro").size(), 3u);
 }
 

@@ -1,4 +1,3 @@
-#include <QStatusBar>
 
 #include "keyboards/key_cell.h"
 #include "tests/window_fixture.h"
@@ -10,11 +9,6 @@ class MatrixPageTest : public WindowTest {
  protected:
   static constexpr testing_world::milliseconds soon{5};
 
-  void Open() {
-    Start();
-    Show(Tab::MatrixKeyboard);
-    Forget();
-  }
   void AnswerFreeBytes(const std::string& bytes) { terminal.Answer("E?F", bytes + ";", soon); }
   void Tick(const char* array, std::initializer_list<int> lines) {
     for (int line = 0; line < 8; ++line) {
@@ -38,7 +32,6 @@ class MatrixPageTest : public WindowTest {
     Cell(index).SetWire(wire);
     LeaveCell(index);
   }
-  std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
   void Insert(const std::string& name, const std::string& values) {
     Sql("insert into Makro (typ, Bezeichnung, nr_im_display, ausgang, eingang, wert) values "
         "('MatrixTab', '" +
@@ -47,7 +40,7 @@ class MatrixPageTest : public WindowTest {
 };
 
 TEST_F(MatrixPageTest, ShowsTheKeysOfWiredLinesAndEmptiesTheOthers) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   Tick("chkTastZeile", {2, 5});
   Tick("chkTastSpalte", {3});
   for (int index = 0; index < 64; ++index) {
@@ -59,7 +52,7 @@ TEST_F(MatrixPageTest, ShowsTheKeysOfWiredLinesAndEmptiesTheOthers) {
 }
 
 TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   TickAll();
   TypeCell(0, "&f");
   EXPECT_EQ(Cell(0).Wire(), "&0F");
@@ -79,7 +72,7 @@ TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
 }
 
 TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   AnswerFreeBytes("1000");
   terminal.Answer(",FF;", "\x06", soon);
   Tick("chkTastZeile", {0});
@@ -94,7 +87,7 @@ TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
 }
 
 TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   TickAll();
   terminal.Answer(";", "\x06", soon);
   // The reply's two characters fit into 22 - 20 bytes, and do not into 21 - 20.
@@ -109,7 +102,7 @@ TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
 }
 
 TEST_F(MatrixPageTest, FailsWithoutAColumnBeforeAnythingIsWritten) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   Tick("chkTastZeile", {0, 1});
   Click("cmdMatrixEnable");
   EXPECT_EQ(person.LastMessage(), "Es ist keine Spalte angekreuzt / CreateMatrixMode");
@@ -123,7 +116,7 @@ TEST_F(MatrixPageTest, FailsWithoutAColumnBeforeAnythingIsWritten) {
 }
 
 TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   TickAll();
   AnswerFreeBytes("1000");
   Click("cmdSetMatrixTab");
@@ -138,7 +131,7 @@ TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
 }
 
 TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   terminal.Answer("EM?", "3,80,\xE4;", soon);
   Click("cmdMatrixRead");
   EXPECT_EQ(person.LastMessage(), "3,80,ä");
@@ -147,12 +140,13 @@ TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
 }
 
 TEST_F(MatrixPageTest, ShowsPressedKeys) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   // A key can be pressed to find out which lines it is wired to.
   port.Arrive("\x91");
   TickAll();
   EXPECT_EQ(Cell(9).Wire(), "$91");
   TypeCell(5, "k");
+  TypeCell(9, "k");  // of two the first one is marked
   const auto colour = [this](int index) {
     return Cell(index).palette().color(QPalette::Base).name().toStdString();
   };
@@ -162,7 +156,9 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   port.Arrive("k");
   EXPECT_EQ(colour(16), "#ffffff");
   EXPECT_EQ(colour(5), "#0000ff");
-  EXPECT_EQ(Text("lblTastKlartext"), "k");
+  port.Arrive("n");  // no box holds it: the last one stays
+  EXPECT_EQ(colour(5), "#0000ff");
+  EXPECT_EQ(Text("lblTastKlartext"), "kn");
   port.Arrive("\r");
   EXPECT_EQ(Text("lblTastKlartext"), "&13");
   loop.RunFor(std::chrono::seconds(3));
@@ -170,31 +166,10 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   EXPECT_EQ(Text("lblTastKlartext"), "");
 }
 
-TEST_F(MatrixPageTest, KeepsTablesUnderAnyName) {
-  Open();
-  const std::string names[] = {"O'Neill", "100 %", "Tür 'ß'; drop table Makro", "\"_\""};
-  for (const std::string& name : names) {
-    Trigger("mnuDateiNeu");
-    TypeCell(0, name.substr(0, 1));
-    Type("txtTastTabNr", "12");
-    person.inputs = {name};
-    Trigger("mnuDateiSave");
-    EXPECT_EQ(person.prompts.back(), "Bezeichnung für diese Tastaturtabelle :|(neuer Name)");
-  }
-  EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
-  for (const std::string& name : names) {
-    Choose("cboTastTabBez", name.c_str());
-    EXPECT_EQ(Cell(0).Wire(), name.substr(0, 1));
-    EXPECT_EQ(Text("txtTastTabNr"), "12");
-  }
-  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "ausgang"), "255");
-  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "lfdnr", 2), "2");
-}
-
 TEST_F(MatrixPageTest, ANewTableStandsFirstAndOverwritesNoOther) {
   Insert("(neuer Name)", "1, '128', '1', char(27) || 'EWK1,80,41;'");
   Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   Trigger("mnuDateiNeu");
   EXPECT_EQ(Find<QComboBox>("cboTastTabBez").currentIndex(), 0);
   EXPECT_EQ(Cell(0).Wire(), "");
@@ -209,7 +184,7 @@ TEST_F(MatrixPageTest, ANewTableStandsFirstAndOverwritesNoOther) {
 TEST_F(MatrixPageTest, OfTwoWithTheSameNameTheFirstIsMeant) {
   Insert("Zwilling", "1, '128', '1', char(27) || 'EWK1,80,41;'");
   Insert("Zwilling", "2, '128', '1', char(27) || 'EWK2,80,42;'");
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   auto& list = Find<QComboBox>("cboTastTabBez");
   list.setCurrentIndex(1);
   Q_EMIT list.activated(1);
@@ -227,7 +202,7 @@ TEST_F(MatrixPageTest, OfTwoWithTheSameNameTheFirstIsMeant) {
 TEST_F(MatrixPageTest, DeletesOnlyAfterAYesAndKeepsAValidSelection) {
   Insert("eins", "1, '128', '1', char(27) || 'EWK1,80,41;'");
   Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   Choose("cboTastTabBez", "zwei");
   Trigger("mnuBearbeitenloeschen");
   EXPECT_EQ(Entries("cboTastTabBez").size(), 2U);
@@ -249,7 +224,7 @@ TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
   Insert("Unsinn", "'x', 'abc', '-7', 'ü,€,ZZ,,;;,41'");
   Insert("Masken", "1e300, '1e300', '70000', char(27) || 'EWK1,80,41,ZZ'");
   Insert("Bytes", "4, '128', '1', x'1bff002c2c2c'");
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   for (const char* name : {"leer", "kurz", "Unsinn", "Bytes", "leer", "Masken"}) {
     Choose("cboTastTabBez", name);
     EXPECT_TRUE(person.messages.empty()) << name;
@@ -263,7 +238,7 @@ TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
 TEST_F(MatrixPageTest, AnEditStaysWithItsRecordUntilItIsSavedOrGivenUp) {
   Insert("eins", "1, '128', '3', char(27) || 'EWK1,80,41,42;'");
   Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,43;'");
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   TypeCell(0, "#7");
   EXPECT_EQ(Chosen("cboTastTabBez"), "* eins");
   Choose("cboTastTabBez", "zwei");
@@ -280,19 +255,21 @@ TEST_F(MatrixPageTest, AnEditStaysWithItsRecordUntilItIsSavedOrGivenUp) {
 }
 
 TEST_F(MatrixPageTest, TheFirstTableOfAllCanBeSavedWithoutNew) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   Tick("chkTastZeile", {0});
   Tick("chkTastSpalte", {0});
   TypeCell(0, "Z");
   person.inputs = {"erste"};
   Trigger("mnuDateiSave");
   EXPECT_EQ(Entries("cboTastTabBez"), std::vector<std::string>{"erste"});
-  EXPECT_EQ(Stored("select * from Makro where typ = 'MatrixTab'", "wert"),
-            "\033EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
+  const std::string source = "select * from Makro where typ = 'MatrixTab'";
+  EXPECT_EQ(Stored(source, "wert"), "\033EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
+  EXPECT_EQ(Stored(source, "ausgang") + "," + Stored(source, "eingang"), "128,1");
+  EXPECT_EQ(Stored(source, "lfdnr"), "0");
 }
 
 TEST_F(MatrixPageTest, SavesItsModeAsAMacro) {
-  Open();
+  StartOn(Tab::MatrixKeyboard);
   TickAll();
   person.inputs = {"Matrix an"};
   Trigger("mnuDateiSaveAsMakro");

@@ -17,7 +17,7 @@ kelvo_test(simulator_exchange_test
   LINK kelvo_link kelvo_simulator)
 
 # The real program on a real pseudo-terminal.
-kelvo_test(simulator_process_test
+kelvo_test(simulator_process_test QT
   SOURCES simulator_process_test.cpp simulator_options_test.cpp
   LINK kelvo_simulator_station)
 target_compile_definitions(simulator_process_test PRIVATE

@@ -1,7 +1,5 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <QAbstractItemModel>
 #include <QCheckBox>
@@ -22,12 +20,12 @@
 #include "simulator/display_view.h"
 #include "simulator/wall_window.h"
 #include "simulator/window.h"
+#include "tests/fakes/open_port.h"
 
 namespace kelvo::sim {
 namespace {
 
 const std::string Esc = "\x1B";
-constexpr int kPatience = 20'000;  // ms; only a broken program needs it
 
 /// A window on a station whose line nobody serves: the test is the only one who acts.
 class SimulatorWindowTest : public ::testing::Test {
@@ -54,14 +52,7 @@ class SimulatorWindowTest : public ::testing::Test {
   std::string HeardUntil(char last) {
     station.With([](Bus&, Line&, Time) {});
     const Handle host(open(port.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-    std::string heard;
-    pollfd handle{host.Get(), POLLIN, 0};
-    while (!heard.ends_with(last) && poll(&handle, 1, kPatience) > 0) {
-      char byte = 0;
-      if (read(host.Get(), &byte, 1) != 1) break;
-      heard += byte;
-    }
-    return heard;
+    return testing_world::ReadUntil(host.Get(), {&last, 1});
   }
   void Type(int key, const QString& text) {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);

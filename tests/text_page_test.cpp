@@ -1,6 +1,5 @@
 #include <QImage>
 #include <QRadioButton>
-#include <QStatusBar>
 #include <QToolButton>
 
 #include "settings/text_mode.h"
@@ -50,11 +49,6 @@ class TextPageTest : public WindowTest {
  protected:
   static constexpr milliseconds soon{5};
 
-  void Open() {
-    Start();
-    Show(Tab::Text);
-    Forget();
-  }
   void AnswerAll(const std::string& kind, const std::string& shape, const std::string& position) {
     const std::pair<const char*, std::string> answers[] = {
         {"?C", kind},  {"?c", shape}, {"T?P", position}, {"G?P", position},
@@ -66,7 +60,7 @@ class TextPageTest : public WindowTest {
 
 TEST_F(TextPageTest, AsksTheTerminalWhenItIsShown) {
   AnswerAll("5", "0,1", "12,34");
-  Open();
+  StartOn(Tab::Text);
   EXPECT_EQ(Chosen("cboCursor"), "blinkender Textcursor an Grafik-Position");
   EXPECT_TRUE(Find<QRadioButton>("chkCursor_1").isChecked());
   EXPECT_EQ(Text("txtCursorX") + "/" + Text("txtCursorY"), "12/34");
@@ -77,7 +71,7 @@ TEST_F(TextPageTest, AsksTheTerminalWhenItIsShown) {
 }
 
 TEST_F(TextPageTest, AsksForThePositionThatBelongsToTheKind) {
-  Open();
+  StartOn(Tab::Text);
   for (const auto& [kind, query] : std::initializer_list<std::pair<const char*, const char*>>{
            {"0", "G?P"}, {"1", "T?P"}, {"2", "T?P"}, {"3", "G?P"}}) {
     AnswerAll(kind, "0,8", "1,2");
@@ -88,28 +82,8 @@ TEST_F(TextPageTest, AsksForThePositionThatBelongsToTheKind) {
   EXPECT_EQ(Text("txtCursorSize"), "8");
 }
 
-TEST_F(TextPageTest, WithoutATerminalEverythingIsZero) {
-  Open();
-  EXPECT_EQ(Find<QComboBox>("cboCursor").currentIndex(), 0);
-  EXPECT_EQ(Text("txtCursorX"), "0");
-  EXPECT_EQ(Text("lblTextZoom_0"), "0");
-  EXPECT_TRUE(person.messages.empty());
-}
-
-TEST_F(TextPageTest, ShowsTheFieldsThatTheKindHas) {
-  Open();
-  for (int kind = 0; kind < CursorKindCount; ++kind) {
-    ChooseIndex("cboCursor", kind);
-    EXPECT_EQ(Find("chkCursor_0").isVisible(), HasShape(kind)) << kind;
-    EXPECT_EQ(Find("txtCursorSize").isVisible(), IsCross(kind)) << kind;
-    EXPECT_EQ(Find("lblCursorSize").isVisible(), IsCross(kind)) << kind;
-    EXPECT_EQ(Text("lblCursorX"), kind == 1 || kind == 2 ? "Spalte" : "X-Pos") << kind;
-    EXPECT_EQ(Text("lblCursorY"), kind == 1 || kind == 2 ? "Zeile" : "Y-Pos") << kind;
-  }
-}
-
 TEST_F(TextPageTest, SendsWhatThePageShows) {
-  Open();
+  StartOn(Tab::Text);
   ChooseIndex("cboCursor", 1);
   Find<QRadioButton>("chkCursor_1").setChecked(true);
   Type("txtCursorX", "007");
@@ -128,7 +102,7 @@ TEST_F(TextPageTest, SendsWhatThePageShows) {
 }
 
 TEST_F(TextPageTest, FieldsKeepOnlyTheirNumber) {
-  Open();
+  StartOn(Tab::Text);
   for (const char* field : {"txtCursorSize", "txtCursorX", "txtCursorY"}) {
     for (const std::string& text : BadTexts) {
       Type(field, text);
@@ -140,7 +114,7 @@ TEST_F(TextPageTest, FieldsKeepOnlyTheirNumber) {
 }
 
 TEST_F(TextPageTest, ZoomStaysWithinItsLimits) {
-  Open();
+  StartOn(Tab::Text);
   ChooseIndex("cboTextStyle_0", 3);
   for (int step = 0; step < 12; ++step) {
     Click("ctlUpDown_0_Up");
@@ -160,16 +134,12 @@ TEST_F(TextPageTest, ZoomStaysWithinItsLimits) {
 }
 
 TEST_F(TextPageTest, SendsTextAndSingleCommandsAsTheyStand) {
-  Open();
+  StartOn(Tab::Text);
   Find<QPlainTextEdit>("lblSysInfo").setPlainText(QStringLiteral("alt"));
   ChooseIndex("cboTextStyle_0", 4);
-  Type("txtText",
-       "Gr\xFC\xDF"
-       "e\x1BGC");
+  Type("txtText", "\x1BGCGr\xFC\xDF");
   Click("cmdSenden_1");
-  EXPECT_EQ(port.written,
-            "\x1BTF4;\x1BTA0;\x1BTM0;\x1BTZ1,1;Gr\xFC\xDF"
-            "e\x1BGC");
+  EXPECT_EQ(port.written, "\x1BTF4;\x1BTA0;\x1BTM0;\x1BTZ1,1;\x1BGCGr\xFC\xDF");
   EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
   Forget();
   Type("Befehl", "GC");
@@ -185,7 +155,7 @@ TEST_F(TextPageTest, SendsTextAndSingleCommandsAsTheyStand) {
 }
 
 TEST_F(TextPageTest, FixedTextSelectsTerminalOneOrZero) {
-  Open();
+  StartOn(Tab::Text);
   Click("chkFesttextB_0");
   Click("cmdSetFesttext");
   EXPECT_EQ(port.written, "");
@@ -197,7 +167,7 @@ TEST_F(TextPageTest, FixedTextSelectsTerminalOneOrZero) {
 }
 
 TEST_F(TextPageTest, AppendsWhatTheTerminalSends) {
-  Open();
+  StartOn(Tab::Text);
   Type("txtText", "ab");
   // The two halves of a line end may come apart.
   port.Arrive("\xE4\r");
@@ -207,7 +177,7 @@ TEST_F(TextPageTest, AppendsWhatTheTerminalSends) {
 }
 
 TEST_F(TextPageTest, SavesItsModeAsAMacro) {
-  Open();
+  StartOn(Tab::Text);
   person.inputs = {"Schrift"};
   Click("cmdToolbar_11");
   EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Schrift'", "wert"),
@@ -223,17 +193,16 @@ TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
     preview.Show(text, style);
     return preview.grab().toImage();
   };
-  std::vector<QImage> pictures;
-  pictures.push_back(picture("Ab", {}));
-  for (const TextStyle& style :
-       {TextStyle{3}, TextStyle{0, 2}, TextStyle{0, 1, 1, true}, TextStyle{0, 1, 1, false, true},
-        TextStyle{0, 1, 1, false, false, true},
-        TextStyle{0, 1, 1, false, false, false, TextMode::Invert},
-        TextStyle{0, 1, 1, false, false, false, TextMode::Clear},
-        TextStyle{0, 1, 1, false, false, false, TextMode::Set}}) {
-    pictures.push_back(picture("Ab", style));
-  }
-  for (std::size_t i = 0; i < pictures.size(); ++i) {
+  const QImage pictures[] = {
+      picture("Ab", {}),
+      picture("Ab", {.font = 3}),
+      picture("Ab", {.zoomX = 2}),
+      picture("Ab", {.underline = true}),
+      picture("Ab", {.mode = TextMode::Invert}),
+      picture("Ab", {.mode = TextMode::Clear}),
+      picture("Ab", {.mode = TextMode::Set}),
+  };
+  for (std::size_t i = 0; i < std::size(pictures); ++i) {
     for (std::size_t j = 0; j < i; ++j) EXPECT_NE(pictures[i], pictures[j]) << i << " " << j;
   }
   // An empty text, one of many rows and a zoom that the Terminal did not tell.

@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <memory>
 #include <stdexcept>
@@ -32,21 +33,19 @@ class WindowTest : public testing::Test {
 
   /// Starts the program and lets it come to its first paint.
   void Start() {
-    window = std::make_unique<frmhaupt>(Outside{port,
-                                                loop,
-                                                tmrTimeout,
-                                                tmrRS485,
-                                                tmrSofort,
-                                                person,
-                                                folder.Path(),
-                                                folder.Path(),
-                                                {},
-                                                {},
-                                                {}});
+    const std::string& path = folder.Path();
+    window = std::make_unique<frmhaupt>(
+        Outside{port, loop, tmrTimeout, tmrRS485, tmrSofort, person, path, path, {}, {}, {}});
     bool loaded = false;
     QObject::connect(window.get(), &frmhaupt::Loaded, window.get(), [&] { loaded = true; });
     window->show();
     while (!loaded) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    Forget();
+  }
+  /// Starts the program on a page, which has been shown already.
+  void StartOn(Tab tab) {
+    Start();
+    Show(tab);
     Forget();
   }
   /// Changes the database before the start.
@@ -104,6 +103,7 @@ class WindowTest : public testing::Test {
     for (int i = 0; i < box.count(); ++i) entries.push_back(box.itemText(i).toStdString());
     return entries;
   }
+  std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
   /// What was written, readable.
   std::string Written() const { return ReadableText(port.written); }
 

@@ -35,17 +35,4 @@ class SimulatedLine {
   VirtualPort& port_;
 };
 
-/// One Terminal on a line of its own.
-class SimulatedTerminal : public SimulatedLine {
- public:
-  /// `fonts` may be empty where no text is looked at; everything must outlive this.
-  SimulatedTerminal(VirtualLoop& loop, VirtualPort& port, const DeviceFonts& fonts,
-                    const sim::TerminalSetup& setup = {})
-      : SimulatedLine(loop, port) {
-    bus.Add(setup, fonts)->PowerOn(loop.Now());
-  }
-
-  sim::Terminal& Terminal() { return bus.At(0); }
-};
-
 }  // namespace kelvo::testing_world
