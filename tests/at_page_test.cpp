@@ -26,10 +26,6 @@ class AtPageTest : public WindowTest {
     Click("cmdATumkodierenStart");
     return loop.Now() - begin;
   }
-  void Insert(const std::string& name, const std::string& values) {
-    Sql("insert into Makro (typ, Bezeichnung, nr_im_display, wert) values ('ATTab', '" + name +
-        "', " + values + ")");
-  }
   /// Whether the page can be used as before.
   void ExpectUsable() {
     EXPECT_TRUE(Find("cmdATumkodierenStart").isEnabled());
@@ -276,19 +272,6 @@ TEST_F(AtPageTest, WhatIsBeingTypedIsSaved) {
   Trigger("mnuDateiSave");
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
   EXPECT_EQ(Chosen("cboATTabBez"), "eins");
-}
-
-TEST_F(AtPageTest, DamagedTablesShowWhatCanBeRead) {
-  Insert("kurz", "1, 'EWK'");
-  Insert("leer", "NULL, NULL");
-  Insert("Unsinn", "'x', ',FF,0,0,0,€'");
-  Insert("ohne Ende", "3, char(27) || 'EWK3,41,61,42'");
-  StartOn(Tab::AtKeyboard);
-  for (const char* name : {"kurz", "leer", "Unsinn"}) Choose("cboATTabBez", name);
-  EXPECT_EQ(Pairs(), (AtPairs{{255, 0}}));
-  Choose("cboATTabBez", "ohne Ende");
-  EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
-  EXPECT_TRUE(person.messages.empty());
 }
 
 }  // namespace

@@ -30,11 +30,6 @@ class DovuDialogTest : public WindowTest {
            item.text(3).toStdString();
   }
   QColor Colour(int index) { return Entries().topLevelItem(index)->foreground(0).color(); }
-  /// Something the operator does while the transfer runs.
-  template <typename Action>
-  void During(milliseconds delay, Action action) {
-    loop.After(delay, action);
-  }
 
   DeviceFonts fonts;
   testing_world::SimulatedLine line{loop, port};
@@ -57,7 +52,7 @@ TEST_F(DovuDialogTest, ListsTheStoredTerminalsAndTicksTheActiveOnes) {
 TEST_F(DovuDialogTest, SendsAndColoursAndSendsTheFailedOnesAgain) {
   Begin();
   line.bus.At(0).SetFault(sim::Fault::Silent);
-  During(milliseconds(20), [this] {
+  loop.After(milliseconds(20), [this] {
     EXPECT_TRUE(Find("lblMomentbitte").isVisible());
     EXPECT_FALSE(Find("cmdSenden").isEnabled());
   });
@@ -83,12 +78,12 @@ TEST_F(DovuDialogTest, IsStoppedByItsButtonAndByItsFrame) {
   Begin();
   Click("cmdDovuAlleAktiv");
   Entries().topLevelItem(2)->setCheckState(0, Qt::Unchecked);
-  During(milliseconds(10), [this] { Click("cmdAbbruch"); });
+  loop.After(milliseconds(10), [this] { Click("cmdAbbruch"); });
   Click("cmdSenden");
   EXPECT_EQ(Entry(1), "*Pult|wartet");
   EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
   EXPECT_TRUE(Find("frmDovu").isVisible());
-  During(milliseconds(10), [this] { Find("frmDovu").close(); });
+  loop.After(milliseconds(10), [this] { Find("frmDovu").close(); });
   Click("cmdSenden");
   EXPECT_FALSE(Find("frmDovu").isVisible());
   EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
@@ -110,7 +105,7 @@ TEST_F(DovuDialogTest, DrawingThatCannotBeTranslatedIsNotSentAsAnEmptyOne) {
 
 TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   Begin();
-  During(milliseconds(8), [this] { port.Lose(); });
+  loop.After(milliseconds(8), [this] { port.Lose(); });
   Click("cmdDovuAlleAktiv");
   Click("cmdSenden");
   EXPECT_EQ(Entry(0), "*Tor|keine Antwort");
@@ -121,7 +116,7 @@ TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   EXPECT_FALSE(Find("frmDovu").isVisible());
   Choose("cboCom_13", "Com 6");
   Trigger("mnuDovuSenden");
-  During(milliseconds(8), [this] { window->close(); });
+  loop.After(milliseconds(8), [this] { window->close(); });
   Click("cmdSenden");
   EXPECT_FALSE(Find("frmDovu").isVisible());
 }

@@ -37,15 +37,8 @@ TEST_F(DrawingDeskTest, SendClearsTheDisplayAndWritesTheDrawingInOnePiece) {
   Start();
   Load();
   ASSERT_FALSE(commands.empty());
-  for (const char* entry : {"mnuBearbeitenSend", "cmdGrafikSenden"}) {
-    Forget();
-    if (window->findChild<QAction*>(QString::fromUtf8(entry)) != nullptr) {
-      Trigger(entry);
-    } else {
-      Click(entry);
-    }
-    EXPECT_EQ(port.writes, (std::vector<std::string>{"\x1bGC", commands})) << entry;
-  }
+  Click("cmdGrafikSenden");
+  EXPECT_EQ(port.writes, (std::vector<std::string>{"\x1bGC", commands}));
   EXPECT_TRUE(person.messages.empty());
 }
 
@@ -57,16 +50,6 @@ TEST_F(DrawingDeskTest, SendWithoutAPortLeadsToTheInterfacePage) {
   EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
   EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 1);
   EXPECT_EQ(Written(), "");
-}
-
-TEST_F(DrawingDeskTest, NewClearsTheTerminalsDisplayToo) {
-  Start();
-  Load();
-  Trigger("mnuDateiNeu");
-  EXPECT_EQ(Written(), "←GC←!C0;");
-  Forget();
-  Click("cmdToolbar_10");
-  EXPECT_EQ(Written(), "←GC");
 }
 
 TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {

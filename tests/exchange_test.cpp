@@ -43,12 +43,6 @@ TEST_F(ExchangeTest, WhatArrivesWhileTheCommandLeavesIsNotTakenForTheAnswer) {
   EXPECT_FALSE(Send("\033EWC"));
 }
 
-TEST_F(ExchangeTest, LongWaitEndsOnTime) {
-  port.characterTime = milliseconds(1);
-  tmrTimeout.SetInterval(milliseconds(30000));
-  EXPECT_DOUBLE_EQ(Duration([&] { Send("\033EE"); }), 3 + 30000);
-}
-
 TEST_F(ExchangeTest, LongTextGoesInPiecesEachAfterTheOneBeforeHasLeft) {
   port.characterTime = milliseconds(1);
   std::string text(12001, 'a');
@@ -116,12 +110,6 @@ TEST_F(ExchangeTest, QueryTimeDoesNotRunWhileTheQueryIsOnTheLine) {
   port.characterTime = milliseconds(200);
   terminal.Answer("\x1b?V", "2.1;", milliseconds(450));
   EXPECT_EQ(Query("?V"), "2.1");
-}
-
-TEST_F(ExchangeTest, QueryDropsWhatCameBefore) {
-  port.Arrive("7;");
-  terminal.Answer("\x1b?A", "5;", milliseconds(1));
-  EXPECT_EQ(Query("?A"), "5");
 }
 
 TEST_F(ExchangeTest, CollectionByTimeTakesWhatComesIn100Milliseconds) {

@@ -7,27 +7,10 @@
 
 #include "graphics/frmGrafik.h"
 #include "tests/fakes/fake_operator.h"
+#include "tests/fakes/virtual_time.h"
 #include "tests/test_fonts.h"
 
 namespace kelvo {
-
-/// A timer whose ticks the test makes.
-class HandTimer : public Timer {
- public:
-  void SetInterval(std::chrono::milliseconds interval) override { interval_ = interval; }
-  std::chrono::milliseconds Interval() const override { return interval_; }
-  void SetEnabled(bool enabled) override { enabled_ = enabled; }
-  bool Enabled() const override { return enabled_; }
-  void SetHandler(std::function<void()> tick) override { tick_ = std::move(tick); }
-  void Tick() {
-    if (enabled_) tick_();
-  }
-
- private:
-  std::chrono::milliseconds interval_{};
-  bool enabled_ = false;
-  std::function<void()> tick_;
-};
 
 class HostModel : public GraphicsHost {
  public:
@@ -96,7 +79,8 @@ class GrafikDesk {
   QTemporaryDir folder;
   testing_world::FakeOperator person;
   HostModel host;
-  HandTimer timer;
+  testing_world::VirtualLoop loop;
+  testing_world::VirtualTimer timer{loop, testing_world::milliseconds(500), false};
   std::unique_ptr<frmGrafik> window;
 
  private:

@@ -7,9 +7,11 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QTimer>
+#include <QTreeWidget>
 
 #include <cstdlib>
 #include <ctime>
+#include <fstream>
 
 #include "link/tabs.h"
 #include "tour/live_program.h"
@@ -57,16 +59,6 @@ TEST_F(LiveTest, MacroIsStoredInTheTerminalAndChangesItsDisplayWhenItRuns) {
   driver->Click(Q("cmdGetFreeBytes"));  // its answer comes after the macro has run
   EXPECT_TRUE(simulator->Command(Q("status")).contains(Q(" p0=129 ")));
   EXPECT_LT(driver->Text(Q("lblFreeBytes")).toInt(), 8192);
-}
-
-TEST_F(LiveTest, FullEepromRefusesWithNakAndSilenceIsReported) {
-  Start({QStringLiteral("--fault"), QStringLiteral("nak")});
-  Show(Tab::Eeprom);
-  ExpectMessage("Fehler beim EEPROM");
-  driver->Click(Q("cmdSetConfig"));
-  simulator->Command(Q("fault silent"));
-  ExpectMessage("keine Reaktion /  cmdSetConfig");
-  driver->Click(Q("cmdSetConfig"));
 }
 
 TEST_F(LiveTest, EchoOfTheBusIsNotTakenForAnAnswer) {
@@ -134,6 +126,31 @@ TEST_F(LiveTest, DeviceThatGoesAwayEndsAWaitAtOnce) {
   driver->Click(Q("cmdClearEEprom"));
   EXPECT_LT(elapsed.elapsed(), 20000);
   EXPECT_FALSE(program.Port().IsOpen());
+}
+
+TEST_F(LiveTest, TerminalsOfABusAreFoundStoredAndSentADrawing) {
+  const QString bus = program.Folder() + Q("/bus.txt");
+  std::ofstream(bus.toStdString())
+      << "address=0\naddress=1\naddress=1\naddress=3 fault=silent\naddress=4 version=1.0\n";
+  Start({Q("--bus"), bus});
+  Show(Tab::Terminals);
+  driver->Type(Q("txtmaxDovu"), Q("4"));
+  driver->Click(Q("cmdDovusuchen"));
+  auto& found = driver->Find<QTreeWidget>(Q("ctlDovuSuchListe"));
+  std::string verdicts;
+  for (int i = 0; i < found.topLevelItemCount(); ++i) {
+    verdicts += found.topLevelItem(i)->text(1).toStdString() + "|";
+  }
+  EXPECT_EQ(verdicts, "ok|Fehler/Kollision|nicht vorhanden|nicht vorhanden|ok|");
+  driver->Click(Q("cmdDovuUebernehmen"));
+  bool shown = false;
+  driver->OnDialog([&shown](QDialog&) { shown = true; });
+  driver->Click(Q("cmdDovuSenden"));
+  driver->Until(Q("dialog"), [&shown] { return shown; });
+  driver->Click(Q("cmdSenden"));
+  EXPECT_TRUE(driver->Text(Q("lblErgebnis"))
+                  .startsWith(Q("1 gut, 0 falsch, 0 ohne Antwort, 1 Terminal ohne Prüfung.")));
+  EXPECT_EQ(simulator->Command(Q("@5 status")).left(21), Q("ok power=on selected="));
 }
 
 TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {

@@ -14,17 +14,7 @@ std::string Painted(const Drawing& drawing) {
   return AsText(display);
 }
 
-const DrawingObject block = Boxed(Kind::Rectangle, {7, 3}, {0, 0}, true);
 const DrawingObject dot = WithVertices(Kind::Line, {{1, 0}, {1, 0}});
-
-TEST(Painter, DrawsAndErasesWithTheOriginAtTheBottom) {
-  EXPECT_EQ(Painted({dot}), "........\n........\n........\n.#......\n");
-  EXPECT_EQ(Painted({block, Erasing(dot)}), "########\n########\n########\n#.######\n");
-  EXPECT_EQ(Painted({Boxed(Kind::Ellipse, {2, 2}, {0, 0})}),
-            "........\n.#......\n#.#.....\n.#......\n");
-  EXPECT_EQ(Painted({WithVertices(Kind::Vertices, {{0, 0}, {7, 0}, {0, 3}})}),
-            Painted({}));  // never sent
-}
 
 TEST(Painter, ALevelThatCannotBeSentIsNotDrawn) {
   const DrawingObject far = Boxed(Kind::Rectangle, {40000, 3}, {0, 0}, true);

@@ -24,8 +24,6 @@ struct Golden {
   const char* picture;
 };
 
-class RasterPicture : public testing::TestWithParam<Golden> {};
-
 const Golden goldens[] = {
     {"FlatLine", 7, 3, [](PixelMap& m, Ink i) { DrawLine(m, 0, 0, 6, 2, i); },
      "##.....\n..###..\n.....##\n"},
@@ -62,21 +60,20 @@ const Golden goldens[] = {
      "...#...\n..#.#..\n.#...#.\n#######\n"},
 };
 
-INSTANTIATE_TEST_SUITE_P(All, RasterPicture, testing::ValuesIn(goldens),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST(Raster, FiguresAreDrawnErasedAndInvertedAlike) {
+  for (const Golden& golden : goldens) {
+    SCOPED_TRACE(golden.name);
+    PixelMap map(golden.width, golden.height);
+    golden.draw(map, Ink::Set);
+    EXPECT_EQ(AsText(map), golden.picture);
 
-TEST_P(RasterPicture, IsDrawnErasedAndInvertedAlike) {
-  const Golden& golden = GetParam();
-  PixelMap map(golden.width, golden.height);
-  golden.draw(map, Ink::Set);
-  EXPECT_EQ(AsText(map), golden.picture);
+    PixelMap inverted(golden.width, golden.height);
+    golden.draw(inverted, Ink::Invert);
+    EXPECT_EQ(inverted, map);  // no pixel is touched twice
 
-  PixelMap inverted(golden.width, golden.height);
-  golden.draw(inverted, Ink::Invert);
-  EXPECT_EQ(inverted, map);  // no pixel is touched twice
-
-  golden.draw(map, Ink::Clear);
-  EXPECT_EQ(SetPixels(map), 0);
+    golden.draw(map, Ink::Clear);
+    EXPECT_EQ(SetPixels(map), 0);
+  }
 }
 
 TEST(Raster, EvenOddFillLeavesAnInnerPolygonOpen) {

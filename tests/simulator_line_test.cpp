@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "simulator/line.h"
 #include "tests/simulator_desk.h"
 
@@ -32,6 +34,9 @@ class Wire {
     return heard;
   }
 
+  /// Nanoseconds.
+  double Since(Time start) const { return static_cast<double>((now - start).count()); }
+
   Time now = 5s;
   Bus bus;
   Line line{bus};
@@ -39,9 +44,7 @@ class Wire {
 
 // Nanoseconds of so many characters of ten bits; the clock's own rounding is below one of them
 // each.
-constexpr std::int64_t Characters(std::int64_t count, int baud = 19200) {
-  return count * 10'000'000'000 / baud;
-}
+constexpr double Characters(int count, int baud = 19200) { return count * 1e10 / baud; }
 
 TEST(SimulatorLine, AnswersAfterTheLastCharacterAndTakesTimeItself) {
   for (const int baud : {1200, 9600, 14400, 19200}) {
@@ -51,9 +54,7 @@ TEST(SimulatorLine, AnswersAfterTheLastCharacterAndTakesTimeItself) {
     wire.Write(Esc + "?A");
     for (int i = 4; i <= 7; ++i) {
       EXPECT_EQ(wire.Next().size(), 1u);
-      EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
-                  static_cast<double>(Characters(i, baud)), 10.0)
-          << baud;
+      EXPECT_NEAR(wire.Since(start), Characters(i, baud), 10.0) << baud;
     }
     EXPECT_EQ(wire.Next(), "");
   }
@@ -66,12 +67,11 @@ TEST(SimulatorLine, NoErrorAddsUp) {
   // A caller who comes late each time shifts nothing.
   while (const auto next = wire.line.NextEvent()) wire.line.Advance(*next + 150us);
   EXPECT_EQ(wire.bus.At(0).LogCount(), 10'000u);
-  wire.now = start + Time(Characters(10'000)) - 50us;
+  wire.now = start + Time(std::llround(Characters(10'000))) - 50us;
   wire.Write(Esc + "?A");
   while (wire.Next() != ";") {
   }
-  EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
-              static_cast<double>(Characters(10'007)), 20'000.0);
+  EXPECT_NEAR(wire.Since(start), Characters(10'007), 20'000.0);
 }
 
 TEST(SimulatorLine, StartsAnewWhenItWasIdle) {
@@ -81,8 +81,7 @@ TEST(SimulatorLine, StartsAnewWhenItWasIdle) {
   const Time start = wire.now;
   wire.Write(Esc + "?A");
   EXPECT_EQ(wire.Next(), "?");
-  EXPECT_NEAR(static_cast<double>((wire.now - start).count()), static_cast<double>(Characters(4)),
-              10.0);
+  EXPECT_NEAR(wire.Since(start), Characters(4), 10.0);
 }
 
 TEST(SimulatorLine, TwoStopBitsTakeLonger) {
@@ -91,7 +90,7 @@ TEST(SimulatorLine, TwoStopBitsTakeLonger) {
   const Time start = wire.now;
   wire.Write(Esc + "?A");
   wire.Next();
-  EXPECT_NEAR(static_cast<double>((wire.now - start).count()), (3 * 11 + 10) * 1e9 / 19200, 10.0);
+  EXPECT_NEAR(wire.Since(start), (3 * 11 + 10) * 1e9 / 19200, 10.0);
 }
 
 TEST(SimulatorLine, EchoIsThereHalfACharacterEarly) {
@@ -100,8 +99,7 @@ TEST(SimulatorLine, EchoIsThereHalfACharacterEarly) {
   const Time start = wire.now;
   wire.Write(Esc + "?A");
   EXPECT_EQ(wire.Next(), Esc);
-  EXPECT_NEAR(static_cast<double>((wire.now - start).count()),
-              static_cast<double>(Characters(1)) / 2, 10.0);
+  EXPECT_NEAR(wire.Since(start), Characters(1) / 2, 10.0);
   EXPECT_EQ(wire.Exchange(""), "?A?A0;");
 }
 
@@ -132,7 +130,7 @@ TEST(SimulatorLine, AnotherRateGivesGarbage) {
 TEST(SimulatorLine, TheHostCanGiveUpWhatHasNotLeft) {
   Wire wire;
   wire.Write("abcdef");
-  wire.now += Time(Characters(2)) + 10us;
+  wire.now += Time(std::llround(Characters(2))) + 10us;
   wire.line.Advance(wire.now);
   wire.line.DiscardFromHost(wire.now);
   EXPECT_EQ(wire.Exchange(Esc + "T?P"), "4,1;") << "two have arrived, one was on its way";

@@ -14,23 +14,6 @@ class SmallDesk : public Desk {
   int Set() const { return SetPixels(Display().Pixels()); }
 };
 
-TEST(SimulatorScreen, DrawsAsTheSharedRasterDoes) {
-  SmallDesk desk;
-  desk.Send(Esc + "GP 1, 2;" + Esc + "GL 8, 5;" + Esc + "GL12,0;" + Esc + "GM1;" + Esc + "GP5,0;" +
-            Esc + "GfR6,9;" + Esc + "GM0;" + Esc + "GR3,3;" + Esc + "GP10,10;" + Esc + "GE4,3;" +
-            Esc + "GfE2,1;");
-  PixelMap expected(20, 20);
-  DrawLine(expected, 1, 2, 8, 5, Ink::Set);
-  DrawLine(expected, 8, 5, 12, 0, Ink::Set);
-  DrawRectangle(expected, 5, 0, 6, 9, true, Ink::Clear);
-  DrawRectangle(expected, 5, 0, 3, 3, false, Ink::Set);
-  DrawEllipse(expected, 10, 10, 4, 3, false, Ink::Set);
-  DrawEllipse(expected, 10, 10, 2, 1, true, Ink::Set);
-  EXPECT_EQ(AsText(desk.Display().Pixels()), AsText(expected));
-  desk.Command("GC");
-  EXPECT_EQ(desk.Set(), 0);
-}
-
 TEST(SimulatorScreen, DrawsBitmapsInBothForms) {
   SmallDesk desk(20, 20);
   desk.Command("GB1,1,1,2,81FF;");
@@ -64,20 +47,18 @@ TEST(SimulatorScreen, PutsTextIntoCellsOfItsFont) {
   DrawText(expected, TestFonts(), 8, 16, "X", {});
   desk.Send(Esc + "TP2,3;X");
   EXPECT_EQ(desk.Display().Pixels(), expected);
-  const std::pair<std::string, const char*> steps[] = {
-      {"", "3,3;"},
-      {"\r", "1,3;"},
-      {"\n", "1,1;"},
-      {"ab", "3,1;"},
-      {"\b", "2,1;"},
-      {"\b\b\b", "1,1;"},
-      {"abcd", "1,2;"},
-      {"abcdabcd", "1,1;"},
-      {"\x01\x07", "1,1;"},
-      {Esc + "TP99,99;", "4,3;"},
-      {Esc + "TP-5,0;", "1,1;"},
-      {Esc + "TP3,3;" + Esc + "TZ2,2;x", "1,1;"},
-  };
+  const std::pair<std::string, const char*> steps[] = {{"", "3,3;"},
+                                                       {"\r", "1,3;"},
+                                                       {"\n", "1,1;"},
+                                                       {"ab", "3,1;"},
+                                                       {"\b", "2,1;"},
+                                                       {"\b\b\b", "1,1;"},
+                                                       {"abcd", "1,2;"},
+                                                       {"abcdabcd", "1,1;"},
+                                                       {"\x01\x07", "1,1;"},
+                                                       {Esc + "TP99,99;", "4,3;"},
+                                                       {Esc + "TP-5,0;", "1,1;"},
+                                                       {Esc + "TP3,3;" + Esc + "TZ2,2;x", "1,1;"}};
   for (const auto& [text, position] : steps) {
     desk.Send(text);
     EXPECT_EQ(desk.Command("T?P"), position) << text;

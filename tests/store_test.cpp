@@ -29,22 +29,6 @@ class StoreTest : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(StoreTest, DeliveredDatabaseHoldsWhatAStartNeeds) {
-  Database database(Path());
-  Recordset options(database, "Optionen");
-  EXPECT_EQ(options.RecordCount(), 1u);
-  EXPECT_TRUE(options.YesNo("FirstRun"));
-  EXPECT_GT(options.Number("EEPromelegantlöschenabVer"), 0);
-  Recordset settings(database, "Default");
-  EXPECT_EQ(settings.Number("displayx"), 240);
-  Recordset ports(database, "Schnittstelle");
-  EXPECT_EQ(ports.Number("satznr"), settings.Number("schnittstelle"));
-  EXPECT_EQ(ports.Text("ComNr"), "Com 6");
-  Recordset devices(database, "Anschluss");
-  ASSERT_TRUE(devices.FindFirst("ComNr", std::int64_t{6}));
-  EXPECT_EQ(devices.Text("Geraet"), "simulator.tty");
-}
-
 TEST_F(StoreTest, RecordIsFoundByItsExactNameWhateverThatHolds) {
   Database database(Path());
   Recordset macros(database, "select * from Makro where typ = 'Makro'");
