@@ -54,36 +54,22 @@ TEST(DeviceFont, ReadsItsFormatAndRefusesEverythingElse) {
 }
 
 TEST(DeviceFont, TextTakesAttributesZoomAndMode) {
-  TextStyle style;
-  style.mode = TextMode::Set;
-  EXPECT_EQ(Drawn(style), "#.##.#\n.#..#.\n......\n......\n");
-  EXPECT_EQ(Drawn(style, 2), "..#.##\n...#..\n......\n......\n");
-  EXPECT_EQ(Drawn(style, -4), ".#....\n#.....\n......\n......\n");
-
-  TextStyle attribute = style;
-  attribute.underline = true;
-  EXPECT_EQ(Drawn(attribute), "#.##.#\n######\n......\n......\n");
-  attribute = style;
-  attribute.bold = true;
-  EXPECT_EQ(Drawn(attribute), "######\n.##.##\n......\n......\n");
-  attribute = style;
-  attribute.inverse = true;
-  EXPECT_EQ(Drawn(attribute), ".#..#.\n#.##.#\n......\n......\n");
-
-  TextStyle zoomed = style;
-  zoomed.zoomX = 2;
-  zoomed.zoomY = 2;
-  EXPECT_EQ(Drawn(zoomed), "##..##\n##..##\n..##..\n..##..\n");
-  zoomed.zoomX = zoomed.zoomY = 0;  // counts as 1
-  EXPECT_EQ(Drawn(zoomed), Drawn(style));
+  constexpr TextMode set = TextMode::Set;
+  EXPECT_EQ(Drawn({.mode = set}), "#.##.#\n.#..#.\n......\n......\n");
+  EXPECT_EQ(Drawn({.mode = set}, 2), "..#.##\n...#..\n......\n......\n");
+  EXPECT_EQ(Drawn({.mode = set}, -4), ".#....\n#.....\n......\n......\n");
+  EXPECT_EQ(Drawn({.underline = true, .mode = set}), "#.##.#\n######\n......\n......\n");
+  EXPECT_EQ(Drawn({.bold = true, .mode = set}), "######\n.##.##\n......\n......\n");
+  EXPECT_EQ(Drawn({.inverse = true, .mode = set}), ".#..#.\n#.##.#\n......\n......\n");
+  EXPECT_EQ(Drawn({.zoomX = 2, .zoomY = 2, .mode = set}), "##..##\n##..##\n..##..\n..##..\n");
+  EXPECT_EQ(Drawn({.zoomX = 0, .zoomY = 0, .mode = set}), Drawn({.mode = set})) << "counts as 1";
 
   const PixelMap black = AllSet(6, 2);
   for (const auto& [mode, picture] : {std::pair(TextMode::Replace, "#.##.#\n.#..#.\n"),
                                       std::pair(TextMode::Set, "######\n######\n"),
                                       std::pair(TextMode::Clear, ".#..#.\n#.##.#\n"),
                                       std::pair(TextMode::Invert, ".#..#.\n#.##.#\n")}) {
-    style.mode = mode;
-    EXPECT_EQ(Drawn(style, 0, black), picture);
+    EXPECT_EQ(Drawn({.mode = mode}, 0, black), picture);
   }
 }
 

@@ -11,15 +11,13 @@ using testing_world::milliseconds;
 class ExchangeTest : public testing::Test, protected ExchangeWorld {};
 
 TEST_F(ExchangeTest, AnswerToAnAcknowledgedCommandIsClassified) {
-  const struct {
-    std::string answer;
-    std::string error;
-  } cases[] = {{"\x06", ""},        {"\x15", "EEPROM"},      {"", "keine Reaktion"},
-               {"A", "unknown 65"}, {"\xFF", "unknown 255"}, {"\x06\x06", ""}};
-  for (const auto& c : cases) {
-    terminal.Answer("\033EDC", c.answer, milliseconds(30));
-    EXPECT_EQ(Send("\033EDC"), !c.error.empty()) << c.error;
-    EXPECT_EQ(exchange.CommandBuffer, c.error);
+  const std::pair<std::string, std::string> cases[] = {
+      {"\x06", ""},        {"\x15", "EEPROM"},      {"", "keine Reaktion"},
+      {"A", "unknown 65"}, {"\xFF", "unknown 255"}, {"\x06\x06", ""}};
+  for (const auto& [answer, error] : cases) {
+    terminal.Answer("\033EDC", answer, milliseconds(30));
+    EXPECT_EQ(Send("\033EDC"), !error.empty()) << error;
+    EXPECT_EQ(exchange.CommandBuffer, error);
     EXPECT_EQ(port.ReceiveThreshold(), 1);
     port.DiscardInput();
   }
@@ -82,14 +80,11 @@ TEST_F(ExchangeTest, HeldHandshakeEndsAsNoReactionInsteadOfFreezing) {
 }
 
 TEST_F(ExchangeTest, QueryReplyLosesEchoAndEndMark) {
-  const struct {
-    std::string answer;
-    std::string reply;
-  } cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"\x1b?A5;", "5"}, {"5;", "5"}, {"?A5;", "?A5"}, {";", ""}, {"x\x1b?A5;", "x\x1b?A5"}};
-  for (const auto& c : cases) {
-    terminal.Answer("\x1b?A", c.answer, milliseconds(3));
-    EXPECT_EQ(Query("?A"), c.reply);
+  for (const auto& [answer, reply] : cases) {
+    terminal.Answer("\x1b?A", answer, milliseconds(3));
+    EXPECT_EQ(Query("?A"), reply);
     EXPECT_EQ(exchange.LastStatus, 0);
   }
   EXPECT_EQ(port.writes.front(), "\x1b?A");

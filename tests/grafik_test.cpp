@@ -364,8 +364,11 @@ TEST_F(Grafik, ThePageShowsTheDrawingAndLeadsOn) {
   const QImage before = page.grab().toImage();
   DrawBoxes();
   EXPECT_NE(page.grab().toImage(), before);
+  const QString costs = QStringLiteral("%1 Zeichen").arg(window->CreatePic().size() + 3);
+  EXPECT_TRUE(Find<QLabel>("lblKosten")->text().startsWith(costs));
   EXPECT_EQ(page.findChild<QLabel*>(QStringLiteral("lblZeichnungKosten"))->text(),
             Find<QLabel>("lblKosten")->text());
+  EXPECT_EQ(host.queries, 0);
   window->close();
   for (const char* name : {"cmdGrafik", "cmdGrafikSenden", "cmdGrafikMakro", "cmdGrafikText"}) {
     page.findChild<QPushButton*>(QString::fromLatin1(name))->click();
@@ -373,14 +376,6 @@ TEST_F(Grafik, ThePageShowsTheDrawingAndLeadsOn) {
   EXPECT_TRUE(window->isVisible());
   EXPECT_EQ(Objects().size(), 3U);
   EXPECT_EQ(host.sends + host.makros + host.texts, 3);
-}
-
-TEST_F(Grafik, ShowsItsCostsWithoutAskingTheTerminal) {
-  DrawBoxes();
-  const std::size_t bytes = window->CreatePic().size();
-  EXPECT_TRUE(
-      Find<QLabel>("lblKosten")->text().startsWith(QStringLiteral("%1 Zeichen").arg(bytes + 3)));
-  EXPECT_EQ(host.queries, 0);
 }
 
 }  // namespace

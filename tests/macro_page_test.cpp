@@ -98,27 +98,24 @@ TEST_F(MacroPageTest, DeletingChecksOneNumberAndSendsTheOther) {
 }
 
 TEST_F(MacroPageTest, LengthAndSpaceAreCheckedBeforeWriting) {
+  const struct {
+    std::size_t length;
+    const char* free;
+    const char* message;
+    std::size_t writes;
+  } cases[] = {{1024, "8000;", "Makro zu lang (max. 1024 Zeichen)", 0},
+               {1023, "8000;", "", 2},
+               {981, "1000;", "nicht genügend Platz im EEprom", 1},
+               {980, "1000;", "", 2}};
   StartOnPage();
-  Type("txtMakro", std::string(1024, 'a'));
-  Click("cmdSetMakro");
-  EXPECT_EQ(person.LastMessage(), "Makro zu lang (max. 1024 Zeichen)");
-  EXPECT_EQ(Written(), "");
-  Type("txtMakro", std::string(1023, 'a'));
-  Forget();
-  Click("cmdSetMakro");
-  EXPECT_TRUE(person.messages.empty());
-  EXPECT_EQ(port.writes.size(), 2u);
-
-  terminal.Answer("\033E?F", "1000;");
-  Type("txtMakro", std::string(981, 'a'));
-  Forget();
-  Click("cmdSetMakro");
-  EXPECT_EQ(person.LastMessage(), "nicht genügend Platz im EEprom");
-  EXPECT_EQ(Written(), "←E?F");
-  Type("txtMakro", std::string(980, 'a'));
-  Forget();
-  Click("cmdSetMakro");
-  EXPECT_TRUE(person.messages.empty());
+  for (const auto& c : cases) {
+    terminal.Answer("\033E?F", c.free);
+    Type("txtMakro", std::string(c.length, 'a'));
+    Forget();
+    Click("cmdSetMakro");
+    EXPECT_EQ(person.LastMessage(), c.message) << c.length;
+    EXPECT_EQ(port.writes.size(), c.writes) << c.length;
+  }
 }
 
 TEST_F(MacroPageTest, TextWithItsOwnEndMarkIsRefusedNamingThePosition) {

@@ -234,26 +234,33 @@ TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
   EXPECT_EQ(Text("lblFreeBytes"), "8000");
 }
 
-TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgress) {
+TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgressAndAFailureEndsTheHandler) {
   Start();
   terminal.Answer("\x1b?V", "1.9;");
-  terminal.Answer("\033EE", "\x06", milliseconds(29990));
-  person.answers = {true, false};
-  Click("cmdClearEEprom");
-  EXPECT_EQ(Written(), "←?V←EE←E?F");
-  EXPECT_TRUE(person.messages.empty());
+  const struct {
+    const char* erased;
+    const char* saved;
+    std::deque<bool> answers;
+    const char* written;
+    const char* message;
+  } cases[] = {
+      {"", "", {true}, "←?V←EE", "keine Reaktion / cmdClearEEprom"},
+      {"\x06", "", {true, false}, "←?V←EE←E?F", ""},
+      {"\x06", "\x15", {true, true}, "←?V←EE←EWC", "Fehler beim EEPROM"},
+  };
+  for (const auto& c : cases) {
+    terminal.Answer("\033EE", c.erased, milliseconds(29990));
+    terminal.Answer("\033EWC", c.saved);
+    Forget();
+    person.answers = c.answers;
+    Click("cmdClearEEprom");
+    EXPECT_EQ(Written(), c.written);
+    EXPECT_EQ(person.LastMessage(), c.message);
+    EXPECT_EQ(person.questions.size(), c.answers.size());
+    EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
+    EXPECT_TRUE(Info().isHidden());
+  }
   EXPECT_EQ(person.questions.back(), "aktuelle Konfiguration gleich speichern ?");
-}
-
-TEST_F(EepromPageTest, EraseThatFailsEndsWithoutFurtherQuestions) {
-  Start();
-  terminal.Answer("\x1b?V", "1.9;");
-  person.answers = {true};
-  Click("cmdClearEEprom");
-  EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdClearEEprom");
-  EXPECT_EQ(person.questions.size(), 1u);
-  EXPECT_EQ(Written(), "←?V←EE");
-  EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
 }
 
 TEST_F(EepromPageTest, NewTerminalCountsDown) {
@@ -301,18 +308,6 @@ TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
     Click("cmdClearEEprom");
     EXPECT_EQ(person.LastMessage(), "kein ACK nach löschen / cmdClearEEprom") << count;
   }
-}
-
-TEST_F(EepromPageTest, FailedSaveAfterTheEraseEndsTheHandler) {
-  Start();
-  terminal.Answer("\x1b?V", "1.0;");
-  terminal.Answer("\033EE", "\x06");
-  terminal.Answer("\033EWC", "\x15");
-  person.answers = {true, true};
-  Click("cmdClearEEprom");
-  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
-  EXPECT_EQ(Written(), "←?V←EE←EWC");
-  EXPECT_TRUE(Info().isHidden());
 }
 
 TEST_F(EepromPageTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {

@@ -30,17 +30,6 @@ TEST_F(ExchangeWithTerminal, Understand) {
   EXPECT_EQ(Acknowledged(Esc + "EWM8," + std::string(2048, 'x') + Etx), "EEPROM");
 }
 
-TEST_F(ExchangeWithTerminal, TheUtilityHearsTheEraseCountDown) {
-  Send(Esc + "Ee", Acknowledge::None);
-  std::string reply;
-  for (int blocks = 2048 / 256; blocks >= 0; --blocks) {
-    EXPECT_FALSE(exchange.WaitAnswer(reply, "\r"));
-    EXPECT_EQ(reply, std::to_string(blocks));
-  }
-  exchange.WaitAnswer(reply, "");
-  EXPECT_EQ(reply, "\x06");
-}
-
 TEST_F(ExchangeWithTerminal, MisbehaviourIsReported) {
   struct Case {
     Fault fault;

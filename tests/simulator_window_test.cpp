@@ -143,10 +143,14 @@ TEST_F(SimulatorWindowTest, PowerAndMemoryAreShown) {
   EXPECT_TRUE(terminal.Powered());
 }
 
-TEST(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
-  const QTemporaryDir folder;
-  const std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
-  Station station(port, {});
+class SimulatorWall : public ::testing::Test {
+ protected:
+  QTemporaryDir folder;
+  std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
+  Station station{port, DeviceFonts()};
+};
+
+TEST_F(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
   station.Add({.address = 3});
   Terminal& second = *station.Add({.checksum = false, .address = 9, .fault = Fault::Slow});
   WallWindow wall(station, port);
@@ -165,10 +169,7 @@ TEST(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
   EXPECT_EQ(caption("cmdTerminal_1").substr(0, 13), "2: Adresse 10");
 }
 
-TEST(SimulatorWall, DisplayOutOfSightIsCaughtUpWithWhenItIsScrolledTo) {
-  const QTemporaryDir folder;
-  const std::string port = folder.filePath(QStringLiteral("tty")).toStdString();
-  Station station(port, {});
+TEST_F(SimulatorWall, DisplayOutOfSightIsCaughtUpWithWhenItIsScrolledTo) {
   for (std::size_t i = 0; i < Bus::kMost; ++i) station.Add({})->PowerOn(Station::Now());
   WallWindow wall(station, port);
   wall.show();
