@@ -120,9 +120,7 @@ TEST_F(MacroPageTest, LengthAndSpaceAreCheckedBeforeWriting) {
 
 TEST_F(MacroPageTest, TextWithItsOwnEndMarkIsRefusedNamingThePosition) {
   StartOnPage();
-  Type("txtMakro",
-       "abc\x03"
-       "def");
+  Type("txtMakro", "abc\x03xyz");
   Click("cmdSetMakro");
   EXPECT_NE(person.LastMessage().find("Position 4"), std::string::npos);
   EXPECT_EQ(Written(), "");

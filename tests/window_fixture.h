@@ -16,6 +16,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "graphics/frmGrafik.h"
 #include "link/tabs.h"
 #include "link/wire_text.h"
 #include "shell/frmhaupt.h"
@@ -102,6 +103,13 @@ class WindowTest : public testing::Test {
     auto& box = Find<QComboBox>(list);
     for (int i = 0; i < box.count(); ++i) entries.push_back(box.itemText(i).toStdString());
     return entries;
+  }
+  /// The drawing's own window.
+  static frmGrafik& Grafik() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (auto* editor = qobject_cast<frmGrafik*>(top)) return *editor;
+    }
+    throw std::runtime_error("no editor");
   }
   std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
   /// What was written, readable.

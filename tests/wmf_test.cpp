@@ -166,18 +166,14 @@ TEST(Wmf, ForeignTextTakesTheNearestFont) {
   U_FONT* font = U_FONT_set(-16, 0, 0, 0, 700, 0, 0, 0, 0, 0, 0, 0, 0, face);
   file.Window(0, 0, 240, 128).Add(U_WMRCREATEFONTINDIRECT_set(font)).Add(U_WMRSELECTOBJECT_set(0));
   std::free(font);
-  char text[] =
-      "\x93Gr\xfc\xdf"
-      "e\x94";
+  char text[] = "\x93Gru\xdf \xfc\x94";
   file.Add(U_WMRTEXTOUT_set({5, 7}, text));
   file.Add(U_WMRSETTEXTALIGN_set(U_TA_RIGHT | U_TA_BOTTOM));
   file.Add(U_WMREXTTEXTOUT_set({100, 100}, 2, U_ETO_OPAQUE, "ab", nullptr, {0, 0, 9, 9}));
   const Drawing drawing = Load(file.Bytes()).drawing;
   ASSERT_EQ(drawing.size(), 2U);
-  EXPECT_EQ(drawing[0].text,
-            "811000\"Gr\xfc\xdf"
-            "e\"");
-  EXPECT_EQ(BoundsOf(drawing[0]), (Box{5, 120 - 15, 5 + 8 * 7 - 1, 120}));
+  EXPECT_EQ(drawing[0].text, "811000\"Gru\xdf \xfc\"");
+  EXPECT_EQ(BoundsOf(drawing[0]), (Box{5, 120 - 15, 5 + 8 * 8 - 1, 120}));
   EXPECT_EQ(drawing[1].text, "811000ab");
   EXPECT_EQ(BoundsOf(drawing[1]), (Box{84, 28, 99, 43}));
 }
