@@ -114,6 +114,12 @@ TEST(PortControlTest, FailedOpeningIsToldApartAndGivesUpThePort) {
   }
 }
 
+TEST(PortControlTest, NothingIsOpenedWhileTheMainWindowLoads) {
+  PortWorld world;
+  EXPECT_EQ(world.control.OpenCom(1), 0);
+  EXPECT_EQ(world.port.opened, 0);
+}
+
 TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
   ComNumbers numbers{9600, 1, 8, 1, 1, 4096, 1200, 3, 7, 2, 0, 16384, 2, 1};
   EXPECT_EQ(SetCom1Command(numbers), "\x1b!B9600,1,8,1,1;");
