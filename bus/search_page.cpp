@@ -8,7 +8,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSaveFile>
-#include <QShortcut>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
@@ -135,9 +134,7 @@ void SearchPage::ConnectControls() {
   OnClick(cmdDovuSenden, this, person, &SearchPage::cmdDovuSenden_Click);
   connect(txtmaxDovu, &QLineEdit::editingFinished, this, &SearchPage::txtmaxDovu_LostFocus);
   connect(txtmaxDovu, &QLineEdit::returnPressed, cmdDovusuchen, &QPushButton::click);
-  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-  escape->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(escape, &QShortcut::activated, this, &SearchPage::cmdDovuAbbrechen_Click);
+  AddShortcut(cmdDovuAbbrechen, QKeySequence(Qt::Key_Escape));
   // Later, because a message would take the focus away from the cell that is being left.
   connect(
       model_, &TerminalListModel::Refused, this,

@@ -187,8 +187,7 @@ void AtPage::ConnectControls() {
   OnClick(cmdATKlartextclear, this, person, &AtPage::cmdATKlartextclear_Click);
   OnClick(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click);
   OnClick(cmdATumkodierenEnde, this, person, &AtPage::cmdATumkodierenEnde_Click);
-  connect(new QShortcut(Qt::Key_Escape, cmdATumkodierenEnde), &QShortcut::activated,
-          cmdATumkodierenEnde, &QPushButton::click);
+  AddShortcut(cmdATumkodierenEnde, QKeySequence(Qt::Key_Escape));
   connect(cmdATTab, &QTabWidget::currentChanged, this, &AtPage::cmdATTab_Click);
   connect(cboATTabBez, &QComboBox::activated, this,
           [this] { Guarded(services_.person, "cboATTabBez", [this] { cboATTabBez_Click(); }); });
