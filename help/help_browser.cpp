@@ -6,10 +6,16 @@
 #include "help/help_file.h"
 
 namespace kelvo {
+namespace {
+
+constexpr int margin = 12;  // around a page, pixels
+
+}  // namespace
 
 HelpBrowser::HelpBrowser(const HelpFile& file, QWidget* parent)
     : QTextBrowser(parent), file_(file) {
   setOpenExternalLinks(false);
+  document()->setDocumentMargin(margin);
   refit_.setSingleShot(true);
   connect(&refit_, &QTimer::timeout, this, [this] {
     const int place = verticalScrollBar()->value();
@@ -34,9 +40,8 @@ QVariant HelpBrowser::Fitted(const QByteArray& bytes) {
 
 // Without the scroll bar, whether it is there yet or not.
 int HelpBrowser::Room() const {
-  const int margins = 2 * static_cast<int>(document()->documentMargin());
-  return std::max(width() - verticalScrollBar()->sizeHint().width() - margins - 2 * frameWidth(),
-                  100);
+  const int edges = 2 * (margin + frameWidth());
+  return std::max(width() - verticalScrollBar()->sizeHint().width() - edges, 100);
 }
 
 void HelpBrowser::resizeEvent(QResizeEvent* event) {
