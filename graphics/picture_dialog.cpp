@@ -166,9 +166,10 @@ void PictureDialog::ShowPreview() {
   const QImage shown = ToImage(MadeMonochrome(Shown(), ChosenDithering(), Threshold()));
   lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
-  chkGraustufen->setEnabled(ChosenDithering() ==
-                            Dithering::Threshold);  // the others are grey anyhow
-  const bool byNumber = ChosenDithering() == Dithering::Threshold && !chkGraustufen->isChecked();
+  // The other ways are grey anyhow.
+  const bool byThreshold = ChosenDithering() == Dithering::Threshold;
+  chkGraustufen->setEnabled(byThreshold);
+  const bool byNumber = byThreshold && !chkGraustufen->isChecked();
   lblErklaerung->setText(
       byNumber ? tr("Schwarz wird, was unter der Schwelle liegt. Verglichen wird die Zahl "
                     "Rot + 256 x Grün + 65536 x Blau: bei farbigen Bildern entscheidet also fast "

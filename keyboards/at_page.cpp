@@ -132,11 +132,7 @@ void AtPage::cmdATSortieren_Click() { list_->SetPairs(SortedPairs(list_->Pairs()
 // The learn mode.
 
 void AtPage::cmdATumkodierenStart_Click() {
-  if (!services_.com1.IsOpen()) {
-    services_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
-                             Icon::Exclamation);
-    return Q_EMIT PortWanted();
-  }
+  if (!services_.com1.IsOpen()) return Q_EMIT PortWanted();
   cmdATTab->setCurrentIndex(LearnPage);
   LearnStopFlag = false;
   ShowLearning(true);

@@ -69,7 +69,7 @@ class AtPage : public QWidget {
  Q_SIGNALS:
   /// A line for the status bar.
   void Hint(const QString& text);
-  /// The port is closed, and the operator has been told to open one.
+  /// The port is closed: the operator is to be told, and to open one.
   void PortWanted();
 
  private:

@@ -12,7 +12,6 @@
 namespace kelvo {
 namespace {
 
-constexpr char noPort[] = "stellen Sie zuerst eine Schnittstelle ein            ";
 constexpr char textFilter[] = "Text (txt) |*.txt";
 constexpr char draftName[] = "/kelvo.entwurf";
 
@@ -52,10 +51,7 @@ TerminalTraits DrawingDesk::Terminal() const {
 
 void DrawingDesk::Send() {
   SerialPort& com1 = services_.outside.com1;
-  if (!com1.IsOpen()) {
-    services_.outside.person.Message(noPort, Icon::Exclamation);
-    return Q_EMIT PortWanted();
-  }
+  if (!com1.IsOpen()) return Q_EMIT PortWanted();
   Q_EMIT Sending(true);
   services_.outside.loop.ProcessPending();
   if (com1.IsOpen()) com1.Write(Plain("GC"));

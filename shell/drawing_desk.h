@@ -42,7 +42,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
   DrawingPage* Page() { return page_; }
 
   /// The drawing send: writes to the open port directly, without acknowledge and in one piece, or
-  /// says that there is none.
+  /// asks for one.
   void Send() override;
   /// Clears the Terminal's display and, unless the operator keeps an unsaved one, the drawing.
   void NewDrawing() override;
@@ -55,7 +55,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
  Q_SIGNALS:
   /// The drawing is on its way (true) or has been handed to the line.
   void Sending(bool on);
-  /// A port is wanted: the interface page is to be shown.
+  /// The port is closed: the operator is to be told, and to open one.
   void PortWanted();
 
  private:

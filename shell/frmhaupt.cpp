@@ -21,6 +21,7 @@
 #include "shell/welcome_page.h"
 #include "store/data_folder.h"
 #include "widgets/form.h"
+#include "widgets/name_list.h"
 
 namespace kelvo {
 namespace {
@@ -90,14 +91,10 @@ void frmhaupt::MakeDrawingDesk() {
       DrawingDesk::Services{outside_, exchange_, state_, fonts_, data_.Optionen, data_.Default,
                             [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
-                              return macros_->SaveMakro("Grafik", text, -1, "(neuer Name)");
+                              return macros_->SaveMakro("Grafik", text, -1, NewRecordName);
                             }},
       FensterMitZoomen_);
-  connect(desk_.get(), &DrawingDesk::PortWanted, this, [this] {
-    SetTab(Tab::Interfaces);
-    raise();  // the editor may be in front
-    activateWindow();
-  });
+  connect(desk_.get(), &DrawingDesk::PortWanted, this, &frmhaupt::AskForPort);
   connect(desk_.get(), &DrawingDesk::Sending, this,
           [this](bool on) { ctlSendeanzeige->setText(on ? tr("●") : tr("○")); });
   connect(&desk_->Editor(), &frmGrafik::FileUsed, this, [this](const QString& path) {
@@ -116,7 +113,7 @@ void frmhaupt::MakeKeyboardPages() {
   };
   connect(at_, &AtPage::Hint, this, showHint);
   connect(matrix_, &MatrixPage::Hint, this, showHint);
-  connect(at_, &AtPage::PortWanted, this, [this] { SetTab(Tab::Interfaces); });
+  connect(at_, &AtPage::PortWanted, this, &frmhaupt::AskForPort);
 }
 
 void frmhaupt::MakeBus() {
@@ -335,6 +332,8 @@ void frmhaupt::AskForPort() {
   outside_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
                           Icon::Exclamation);
   SetTab(Tab::Interfaces);
+  raise();  // the editor may be in front
+  activateWindow();
 }
 
 // The device went away. Waits have ended with the port; the handlers that waited report their own

@@ -15,6 +15,7 @@
 #include "shell/port_dialog.h"
 #include "shell/traffic_view.h"
 #include "widgets/form.h"
+#include "widgets/name_list.h"
 #include "widgets/symbol.h"
 
 namespace kelvo {
@@ -30,8 +31,6 @@ constexpr int buttonSave = 8;
 constexpr int buttonSend = 10;
 constexpr int buttonSaveAsMakro = 11;
 constexpr int buttonDelete = 12;
-
-constexpr char newName[] = "(neuer Name)";
 
 }  // namespace
 
@@ -145,6 +144,7 @@ void frmhaupt::MakeRecentMenu(QMenu* file) {
       Guarded(outside_.person, "mnuDateiZuletzt", [&] { mnuDateiZuletzt_Click(i); });
     });
   }
+  mnuDateiZuletzt->setToolTipsVisible(true);
   ShowRecentFiles();
 }
 
@@ -158,7 +158,6 @@ void frmhaupt::ShowRecentFiles() {
     entries[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(name.replace(u'&', tr("&&"))));
     entries[i]->setToolTip(paths[i]);
   }
-  mnuDateiZuletzt->setToolTipsVisible(true);
   mnuDateiZuletzt->setEnabled(!paths.isEmpty());
 }
 
@@ -175,8 +174,8 @@ void frmhaupt::mnuDateiZuletzt_Click(int index) {
 // What the page in front can do, so that everything can be reached through the menus too.
 void frmhaupt::MakePageMenu() {
   mnuAktionen = Named(menuBar()->addMenu(tr("&Aktionen")), "mnuAktionen");
+  mnuAktionen->setToolTipsVisible(true);
   connect(mnuAktionen, &QMenu::aboutToShow, this, &frmhaupt::ShowPageActions);
-  ShowPageActions();
 }
 
 void frmhaupt::ShowPageActions() {
@@ -188,7 +187,6 @@ void frmhaupt::ShowPageActions() {
     action->setEnabled(button->isEnabled());
     action->setToolTip(button->toolTip());
   }
-  mnuAktionen->setToolTipsVisible(true);
 }
 
 void frmhaupt::MakeViewMenu() {
@@ -298,7 +296,7 @@ void frmhaupt::cmdToolbar_Click(int index) {
 
 // A text that could not be built has been reported already.
 void frmhaupt::SaveAsMakro(const std::optional<std::string>& text) {
-  if (text) macros_->SaveMakro("Makro", *text, -1, newName);
+  if (text) macros_->SaveMakro("Makro", *text, -1, NewRecordName);
 }
 
 // Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts

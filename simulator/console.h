@@ -25,8 +25,11 @@ struct ConsoleActions {
 ///   type TEXT             types on the PC keyboard; UTF-8, as far as it is Latin-1
 ///   com2 TEXT             the device on the second interface sends
 ///   power on|off, reset   switches
-///   fault ART             none, silent, nak, garbled, late, slow, drops[:n], doubles[:n],
-///   flips[:n] echo off|query|line version TEXT, address N unplug, plug          the host's adapter
+///   fault ART             none, silent, nak, garbled, late, slow, drops, doubles or flips; the
+///                         last three with ":n" behind them or without
+///   echo off|query|line
+///   version TEXT, address N
+///   unplug, plug          the host's adapter
 ///   png FILE              writes the display as a picture; without "@n" all of them
 ///   status                one line: power, selected address, P0, P1, free EEPROM bytes, display
 ///   count                 how many Terminals there are
