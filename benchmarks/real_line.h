@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "adapters/qt_event_loop.h"
+#include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
-#include "shell/qt_event_loop.h"
-#include "shell/qt_serial_port.h"
 
 namespace kelvo {
 
@@ -18,8 +18,6 @@ struct Host {
     com1.SetDevices([device](int) { return device; });
     com1.SetPortNumber(1);
     if (!Open()) throw std::runtime_error("cannot open " + device);
-    tmrTimeout.SetHandler([this] { exchange.tmrTimeout_Timer(); });
-    tmrRS485.SetHandler([this] { exchange.tmrRS485_Timer(); });
   }
   bool Open() {
     if (com1.Open() != PortOk) return false;

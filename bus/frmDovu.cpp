@@ -5,9 +5,9 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "base/val.h"
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
-#include "link/val.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/operator.h"
 #include "bus/transfer.h"
-#include "link/operator.h"
 #include "store/recordset.h"
 
 class QLabel;

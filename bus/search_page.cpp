@@ -12,11 +12,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "bus/addresses.h"
 #include "bus/terminal_list_model.h"
 #include "bus/tick_list.h"
-#include "link/val.h"
-#include "link/wire_text.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 

@@ -5,9 +5,9 @@
 #include <functional>
 #include <vector>
 
+#include "base/event_loop.h"
+#include "base/operator.h"
 #include "bus/terminal_search.h"
-#include "link/event_loop.h"
-#include "link/operator.h"
 #include "store/recordset.h"
 
 class QLabel;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "link/control_characters.h"
-#include "link/val.h"
-#include "link/wire_text.h"
 #include "settings/status.h"
 
 namespace kelvo {

@@ -7,7 +7,7 @@
 
 #include "bus/addresses.h"
 #include "link/exchange.h"
-#include "settings/terminal_state.h"
+#include "terminal/terminal_state.h"
 
 // The search for Terminals on an RS-485 line: every address from 0 on is asked for its address and
 // its version, and whoever is there shows its address on its own display.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/wire_text.h"
 #include "link/control_characters.h"
-#include "link/wire_text.h"
 #include "settings/status.h"
 
 namespace kelvo {

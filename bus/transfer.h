@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/event_loop.h"
 #include "bus/addresses.h"
-#include "link/event_loop.h"
 #include "link/exchange.h"
 
 // A drawing goes to Terminals of one RS-485 line, and each proves by its checksum what it received.

@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "link/guard.h"
+#include "base/guard.h"
 #include "widgets/form.h"
 
 namespace kelvo {

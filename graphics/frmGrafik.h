@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/event_loop.h"
+#include "base/operator.h"
 #include "graphics/device_font.h"
 #include "graphics/draft.h"
 #include "graphics/drawing_canvas.h"
@@ -19,8 +21,6 @@
 #include "graphics/style_panel.h"
 #include "graphics/tool_desk.h"
 #include "graphics/wmf.h"
-#include "link/event_loop.h"
-#include "link/operator.h"
 
 class QActionGroup;
 class QLabel;

@@ -7,11 +7,11 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "base/guard.h"
 #include "graphics/frmGrafik.h"
 #include "graphics/picture_dialog.h"
 #include "graphics/pixel_image.h"
 #include "graphics/wmf.h"
-#include "link/guard.h"
 
 namespace kelvo {
 

@@ -6,8 +6,8 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "base/guard.h"
 #include "graphics/frmGrafik.h"
-#include "link/guard.h"
 #include "widgets/form.h"
 #include "widgets/symbol.h"
 

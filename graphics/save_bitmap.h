@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
+#include "base/operator.h"
 #include "graphics/create_bitmap.h"
-#include "link/operator.h"
 
 namespace kelvo {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/operator.h"
 #include "graphics/drawing_canvas.h"
 #include "graphics/drawing_document.h"
 #include "graphics/style_panel.h"
 #include "graphics/tool.h"
-#include "link/operator.h"
 
 namespace kelvo {
 

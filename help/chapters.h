@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "link/tabs.h"
+#include "shell/tabs.h"
 
 class QWidget;
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
+#include "base/operator.h"
 #include "help/frmHilfe.h"
-#include "link/operator.h"
-#include "link/tabs.h"
+#include "shell/tabs.h"
 
 namespace kelvo {
 

@@ -9,12 +9,12 @@
 #include <QTabWidget>
 #include <QTableView>
 
+#include "base/guard.h"
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "keyboards/at_list.h"
 #include "keyboards/key_codes.h"
-#include "link/guard.h"
-#include "link/val.h"
-#include "link/wire_text.h"
-#include "settings/eeprom.h"
+#include "terminal/eeprom.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -228,13 +228,13 @@ void AtPage::cmdATTab_Click(int page) {
 
 // The test field.
 
-void AtPage::ShowReceived(const std::string& received) {
-  klartext_ += received;
+void AtPage::Received(const std::string& characters) {
+  klartext_ += characters;
   if (klartext_.size() > klartextKept) klartext_.erase(0, klartext_.size() - klartextKept);
   lblATKlartext->setPlainText(GlyphText(klartext_));
   lblATKlartext->moveCursor(QTextCursor::End);
   // Decimal, although the field is called "Hex-Code"; it has always been so.
-  lblAThexcode->setNum(static_cast<unsigned char>(received.back()));
+  lblAThexcode->setNum(static_cast<unsigned char>(characters.back()));
 }
 
 void AtPage::cmdATKlartextclear_Click() {

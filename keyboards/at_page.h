@@ -5,13 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "base/event_loop.h"
+#include "base/operator.h"
+#include "base/serial_port.h"
 #include "keyboards/at_table.h"
 #include "keyboards/table_records.h"
-#include "link/event_loop.h"
 #include "link/exchange.h"
-#include "link/operator.h"
-#include "link/serial_port.h"
-#include "settings/terminal_state.h"
+#include "link/receive_events.h"
+#include "terminal/terminal_state.h"
 #include "widgets/drafts.h"
 
 class QComboBox;
@@ -33,7 +34,7 @@ class WireField;
 /// In learn mode the keys themselves fill the list. It is a nested wait inside its button's
 /// handler, and ends with "fertig", with another page, another or a new table, the program or the
 /// line.
-class AtPage : public QWidget {
+class AtPage : public QWidget, public Receiver {
   Q_OBJECT
 
  public:
@@ -55,7 +56,7 @@ class AtPage : public QWidget {
   /// Another page is shown.
   void Left();
   /// What the Terminal sent unasked; at least one character.
-  void ShowReceived(const std::string& received);
+  void Received(const std::string& characters) override;
 
   void NewATTab();
   void SaveATTab();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/key_display.h"
+#include "keyboards/key_display.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {

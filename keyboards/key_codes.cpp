@@ -3,8 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
 
 namespace kelvo {
 

@@ -7,13 +7,13 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "base/guard.h"
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "keyboards/key_cell.h"
 #include "keyboards/key_codes.h"
 #include "link/control_characters.h"
-#include "link/guard.h"
-#include "link/val.h"
-#include "link/wire_text.h"
-#include "settings/eeprom.h"
+#include "terminal/eeprom.h"
 
 namespace kelvo {
 namespace {
@@ -228,6 +228,12 @@ void MatrixPage::MoveFocus(int index, int rows) {
     cell->setFocus(Qt::TabFocusReason);
     return;
   }
+}
+
+void MatrixPage::Received(const std::string& characters) {
+  // The highlight lasts one interval from the last key on.
+  services_.exchange.RestartTimeout();
+  for (const char key : characters) keys_.Show({&key, 1});
 }
 
 std::string MatrixPage::KeyText(int index) const { return Cell(index)->Wire(); }

@@ -6,12 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "base/operator.h"
+#include "keyboards/key_display.h"
 #include "keyboards/matrix_table.h"
 #include "keyboards/table_records.h"
 #include "link/exchange.h"
-#include "link/key_display.h"
-#include "link/operator.h"
-#include "settings/terminal_state.h"
+#include "link/receive_events.h"
+#include "terminal/terminal_state.h"
 #include "widgets/drafts.h"
 
 class QCheckBox;
@@ -30,7 +31,7 @@ class WireField;
 ///
 /// The grid is laid out as the keypad is wired: a column of boxes for each input line, a row for
 /// each output line, and a gap where a line is not wired.
-class MatrixPage : public QWidget, public KeyGrid {
+class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   Q_OBJECT
 
  public:
@@ -58,12 +59,8 @@ class MatrixPage : public QWidget, public KeyGrid {
   /// The tables whose edits are not saved, by name.
   std::vector<std::string> DraftNames() const { return drafts_->Names(); }
 
-  // KeyGrid
-  std::string KeyText(int index) const override;
-  void SetKeyText(int index, const std::string& text) override;
-  void PaintKey(int index, KeyColour colour) override;
-  std::string Klartext() const override { return klartext_; }
-  void SetKlartext(const std::string& text) override;
+  void Received(const std::string& characters) override;
+  void Tick() override { keys_.Release(); }
 
  Q_SIGNALS:
   /// A line for the status bar.
@@ -83,6 +80,13 @@ class MatrixPage : public QWidget, public KeyGrid {
   QWidget* MakeTerminalTable();
   QWidget* MakeScanning();
   void ConnectControls();
+
+  // KeyGrid
+  std::string KeyText(int index) const override;
+  void SetKeyText(int index, const std::string& text) override;
+  void PaintKey(int index, KeyColour colour) override;
+  std::string Klartext() const override { return klartext_; }
+  void SetKlartext(const std::string& text) override;
 
   KeyCell* Cell(int index) const { return txtTastMatrix[static_cast<std::size_t>(index)]; }
   Edit OnScreen() const;
@@ -115,6 +119,7 @@ class MatrixPage : public QWidget, public KeyGrid {
   std::optional<Drafts<Edit>> drafts_;
   bool showing_ = false;
   std::string klartext_;
+  KeyDisplay keys_{*this};
   // Of the wired lines; they follow the check boxes.
   std::int16_t MatrixOutputMask = 0;
   std::int16_t MatrixInputMask = 0;

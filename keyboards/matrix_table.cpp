@@ -3,9 +3,9 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "base/val.h"
 #include "keyboards/key_codes.h"
 #include "link/control_characters.h"
-#include "link/val.h"
 
 namespace kelvo {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-#include "link/val.h"
-#include "link/wire_text.h"
+#include "base/val.h"
+#include "base/wire_text.h"
 
 namespace kelvo {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "link/operator.h"
+#include "base/operator.h"
 #include "store/recordset.h"
 #include "widgets/name_list.h"
 

@@ -53,7 +53,15 @@ class Exchange::Activity {
 };
 
 Exchange::Exchange(SerialPort& port, EventLoop& loop, Timer& tmrTimeout, Timer& tmrRS485)
-    : port_(port), loop_(loop), tmrTimeout_(tmrTimeout), tmrRS485_(tmrRS485) {}
+    : port_(port), loop_(loop), tmrTimeout_(tmrTimeout), tmrRS485_(tmrRS485) {
+  tmrTimeout_.SetHandler([this] { tmrTimeout_Timer(); });
+  tmrRS485_.SetHandler([this] { tmrRS485_Timer(); });
+}
+
+void Exchange::tmrTimeout_Timer() {
+  timeOutFlag_ = true;
+  if (tick_) tick_();
+}
 
 bool Exchange::SendString(std::string& text, Pending pending, Acknowledge acknowledge) {
   RestartTimer();

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "link/event_loop.h"
-#include "link/serial_port.h"
+#include "base/event_loop.h"
+#include "base/serial_port.h"
 
 namespace kelvo {
 
@@ -76,9 +76,8 @@ class Exchange {
   /// Starts the interval anew and forgets a tick that has come.
   void RestartTimeout();
 
-  // The ticks; connected to the timers by the main window's load.
-  void tmrTimeout_Timer() { timeOutFlag_ = true; }
-  void tmrRS485_Timer() { rs485Tick_ = true; }
+  /// Told of each tick of tmrTimeout, which ends more than the exchange's waits.
+  void SetTickListener(std::function<void()> listener) { tick_ = std::move(listener); }
 
   /// Told what is going on: the text when one is handed to the line, an empty text when the
   /// outermost exchange is over.
@@ -95,6 +94,9 @@ class Exchange {
 
  private:
   class Activity;
+
+  void tmrTimeout_Timer();
+  void tmrRS485_Timer() { rs485Tick_ = true; }
 
   void UntilSent(const std::function<void()>& wait);
   void RestartTimer();
@@ -115,6 +117,7 @@ class Exchange {
   std::string received_;
   int depth_ = 0;
   std::function<void(std::string_view)> activity_;
+  std::function<void()> tick_;
 };
 
 }  // namespace kelvo

@@ -2,26 +2,18 @@
 
 namespace kelvo {
 
+ReceiveEvents::ReceiveEvents(SerialPort& port, Exchange& exchange) : port_(port) {
+  exchange.SetTickListener([this] {
+    if (front_ != nullptr) front_->Tick();
+  });
+}
+
 void ReceiveEvents::com1_OnComm() {
-  if (tab_ == Tab::MatrixKeyboard) return ShowKey();
-  if (tab_ != Tab::Interfaces && tab_ != Tab::Text && tab_ != Tab::AtKeyboard) return;
+  if (front_ == nullptr) return;
   // All that waits at once: a page that lays out its text for each character falls behind the line.
   std::string received;
   for (std::string more; !(more = port_.Input()).empty();) received += more;
-  const auto show = shows_.find(tab_);
-  if (!received.empty() && show != shows_.end()) show->second(received);
-}
-
-void ReceiveEvents::ShowKey() {
-  const std::string received = port_.Input();
-  // The highlight lasts one interval from the last key on.
-  exchange_.RestartTimeout();
-  keys_.Show(received);
-}
-
-void ReceiveEvents::tmrTimeout_Timer() {
-  exchange_.tmrTimeout_Timer();
-  if (tab_ == Tab::MatrixKeyboard) keys_.Release();
+  if (!received.empty()) front_->Received(received);
 }
 
 }  // namespace kelvo

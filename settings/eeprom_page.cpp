@@ -5,10 +5,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
-#include "settings/eeprom.h"
 #include "settings/status.h"
+#include "terminal/eeprom.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 

@@ -2,11 +2,11 @@
 
 #include <QWidget>
 
+#include "base/operator.h"
 #include "link/exchange.h"
-#include "link/operator.h"
 #include "settings/info_window.h"
-#include "settings/terminal_state.h"
 #include "store/recordset.h"
+#include "terminal/terminal_state.h"
 
 class QLabel;
 class QPushButton;

@@ -6,11 +6,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "link/control_characters.h"
-#include "link/val.h"
-#include "link/wire_text.h"
-#include "settings/eeprom.h"
 #include "settings/macros.h"
+#include "terminal/eeprom.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "base/operator.h"
 #include "link/exchange.h"
-#include "link/operator.h"
-#include "settings/terminal_state.h"
 #include "store/recordset.h"
+#include "terminal/terminal_state.h"
 #include "widgets/drafts.h"
 
 class QComboBox;

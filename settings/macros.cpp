@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
 
 namespace kelvo {
 namespace {

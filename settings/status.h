@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "link/exchange.h"
-#include "settings/terminal_state.h"
+#include "terminal/terminal_state.h"
 
 // Status queries and basic settings: the command texts, and how replies are read.
 

@@ -7,10 +7,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
-#include "settings/eeprom.h"
 #include "settings/status.h"
+#include "terminal/eeprom.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"

@@ -3,10 +3,10 @@
 #include <QWidget>
 #include <array>
 
+#include "base/operator.h"
 #include "link/exchange.h"
-#include "link/operator.h"
-#include "settings/terminal_state.h"
 #include "store/recordset.h"
+#include "terminal/terminal_state.h"
 
 class QCheckBox;
 class QGroupBox;

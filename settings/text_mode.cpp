@@ -1,7 +1,7 @@
 #include "settings/text_mode.h"
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
 
 namespace kelvo {
 namespace {

@@ -6,8 +6,8 @@
 #include <QRadioButton>
 #include <algorithm>
 
+#include "base/val.h"
 #include "link/control_characters.h"
-#include "link/val.h"
 #include "settings/text_preview.h"
 #include "widgets/up_down.h"
 #include "widgets/wire_field.h"
@@ -61,7 +61,7 @@ void TextPage::Shown() {
   cmdGetText_Click();
 }
 
-void TextPage::ShowReceived(const std::string& received) { txtText->AppendWire(received); }
+void TextPage::Received(const std::string& characters) { txtText->AppendWire(characters); }
 
 // The cursor.
 

@@ -4,10 +4,11 @@
 #include <array>
 #include <string>
 
+#include "base/operator.h"
 #include "graphics/device_font.h"
 #include "graphics/raster.h"
 #include "link/exchange.h"
-#include "link/operator.h"
+#include "link/receive_events.h"
 #include "settings/text_mode.h"
 
 class QComboBox;
@@ -25,7 +26,7 @@ class WireField;
 
 /// The text page: the Terminal's cursor and text mode, free text for its display, and single
 /// commands.
-class TextPage : public QWidget {
+class TextPage : public QWidget, public Receiver {
   Q_OBJECT
 
  public:
@@ -39,7 +40,7 @@ class TextPage : public QWidget {
   /// The page is shown: cursor and text mode are read from the Terminal.
   void Shown();
   /// What the Terminal sent unasked.
-  void ShowReceived(const std::string& received);
+  void Received(const std::string& characters) override;
   /// The command text of the text mode that the page shows.
   std::string TextModeCommand() const;
 

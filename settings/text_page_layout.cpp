@@ -6,8 +6,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "link/raw_command.h"
-#include "link/val.h"
+#include "base/val.h"
+#include "interfaces/raw_command.h"
 #include "settings/text_page.h"
 #include "settings/text_preview.h"
 #include "widgets/form.h"

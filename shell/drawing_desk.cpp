@@ -2,12 +2,12 @@
 
 #include <stdexcept>
 
+#include "base/val.h"
 #include "graphics/draft.h"
 #include "graphics/save_bitmap.h"
 #include "link/control_characters.h"
-#include "link/val.h"
-#include "settings/eeprom.h"
 #include "settings/status.h"
+#include "terminal/eeprom.h"
 
 namespace kelvo {
 namespace {

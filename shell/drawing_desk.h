@@ -10,9 +10,9 @@
 #include "graphics/frmGrafik.h"
 #include "graphics/graphics_host.h"
 #include "link/exchange.h"
-#include "settings/terminal_state.h"
 #include "shell/outside.h"
 #include "store/recordset.h"
+#include "terminal/terminal_state.h"
 
 namespace kelvo {
 

@@ -10,9 +10,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "base/guard.h"
 #include "help/help_desk.h"
 #include "link/control_characters.h"
-#include "link/guard.h"
 #include "settings/status.h"
 #include "shell/drawing_desk.h"
 #include "shell/port_dialog.h"
@@ -189,16 +189,9 @@ QWidget* frmhaupt::MakeAddressStrip() {
 }
 
 void frmhaupt::ConnectLink() {
-  outside_.tmrTimeout.SetHandler([this] { receive_.tmrTimeout_Timer(); });
-  outside_.tmrRS485.SetHandler([this] { exchange_.tmrRS485_Timer(); });
   outside_.com1.SetReceiveHandler(
       [this] { Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); }); });
   outside_.com1.SetLostHandler([this] { com1_Lost(); });
-  receive_.Connect(Tab::Interfaces,
-                   [this](const std::string& text) { interfaces_->ShowReceived(text); });
-  receive_.Connect(Tab::Text, [this](const std::string& text) { text_->ShowReceived(text); });
-  receive_.Connect(Tab::AtKeyboard, [this](const std::string& text) { at_->ShowReceived(text); });
-  receive_.Connect(*matrix_);
   portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
   if (outside_.setDevices) {
     outside_.setDevices([this](int number) { return data_.DeviceOf(number, outside_.dataFolder); });
@@ -304,7 +297,7 @@ Tab frmhaupt::ShownTab() const { return static_cast<Tab>(cmdTab->currentIndex())
 
 void frmhaupt::cmdTab_Click() {
   const Tab tab = ShownTab();
-  receive_.SetTab(tab);
+  receive_.SetFront(dynamic_cast<Receiver*>(cmdTab->currentWidget()));
   EnableToolbar();
   desk_->Editor().SetAutomaticSend(tab == Tab::Drawing && SofortSenden_);
   Guarded(outside_.person, "cmdTab", [this, tab] {

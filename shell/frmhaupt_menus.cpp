@@ -7,9 +7,9 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "base/guard.h"
 #include "help/help_desk.h"
 #include "link/control_characters.h"
-#include "link/guard.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"

@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "adapters/machine_ports.h"
+#include "adapters/qt_event_loop.h"
+#include "adapters/qt_serial_port.h"
 #include "shell/frmhaupt.h"
-#include "shell/machine_ports.h"
-#include "shell/qt_event_loop.h"
 #include "shell/qt_operator.h"
-#include "shell/qt_serial_port.h"
 #include "shell/splash.h"
 #include "store/data_folder.h"
 

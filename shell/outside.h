@@ -4,17 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "link/event_loop.h"
-#include "link/operator.h"
-#include "link/serial_port.h"
+#include "base/event_loop.h"
+#include "base/machine_port.h"
+#include "base/operator.h"
+#include "base/serial_port.h"
 
 namespace kelvo {
-
-/// A serial port that the machine has now.
-struct MachinePort {
-  std::string device;
-  std::string description;  ///< for the operator, UTF-8
-};
 
 /// All that the program meets of the world outside; everything here outlives the windows.
 struct Outside {

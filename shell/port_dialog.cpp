@@ -7,7 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "link/guard.h"
+#include "base/guard.h"
 #include "shell/program_data.h"
 #include "widgets/form.h"
 

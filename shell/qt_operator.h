@@ -2,8 +2,8 @@
 
 #include <QWidget>
 
-#include "link/operator.h"
-#include "shell/qt_event_loop.h"
+#include "adapters/qt_event_loop.h"
+#include "base/operator.h"
 
 namespace kelvo {
 

@@ -4,8 +4,8 @@
 #include <QProgressBar>
 #include <algorithm>
 
+#include "base/wire_text.h"
 #include "link/command_language.h"
-#include "link/wire_text.h"
 #include "widgets/form.h"
 
 namespace kelvo {

@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "link/exchange.h"
-#include "settings/terminal_state.h"
+#include "terminal/terminal_state.h"
 
 class QLabel;
 class QProgressBar;

@@ -3,9 +3,9 @@
 #include <array>
 #include <cstdio>
 
+#include "base/wire_text.h"
 #include "link/command_language.h"
 #include "link/control_characters.h"
-#include "link/wire_text.h"
 
 namespace kelvo {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "link/serial_port.h"
+#include "base/serial_port.h"
 
 namespace kelvo {
 

@@ -14,7 +14,7 @@
 #include <QTableView>
 #include <QTime>
 
-#include "link/wire_text.h"
+#include "base/wire_text.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"

@@ -4,8 +4,8 @@
 #include <QSortFilterProxyModel>
 #include <QWidget>
 
-#include "link/operator.h"
-#include "link/serial_port.h"
+#include "base/operator.h"
+#include "base/serial_port.h"
 #include "shell/traffic_log.h"
 
 class QComboBox;

@@ -67,7 +67,7 @@ TEST_F(ExchangeTest, PlainSendWaitsForEarlierTextUnlessItIsDiscarded) {
 TEST_F(ExchangeTest, LeftOverTickSkipsTheWaitForEarlierText) {
   port.characterTime = milliseconds(100);
   Send(std::string(50, 'a'), Acknowledge::None);
-  exchange.tmrTimeout_Timer();
+  loop.RunFor(tmrTimeout.Interval());
   EXPECT_DOUBLE_EQ(Duration([&] { Send("b", Acknowledge::None); }), 0);
 }
 

@@ -13,9 +13,9 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include "base/wire_text.h"
 #include "graphics/drawing_page.h"
 #include "graphics/picture_dialog.h"
-#include "link/wire_text.h"
 #include "tests/drawing_samples.h"
 #include "tests/grafik_desk.h"
 

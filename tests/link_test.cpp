@@ -2,12 +2,12 @@
 
 #include <cmath>
 
+#include "base/val.h"
+#include "base/wire_text.h"
+#include "interfaces/port_control.h"
 #include "link/command_language.h"
 #include "link/line_clock.h"
-#include "link/port_control.h"
 #include "link/receive_events.h"
-#include "link/val.h"
-#include "link/wire_text.h"
 #include "tests/fakes/exchange_world.h"
 #include "tests/fakes/fake_operator.h"
 
@@ -129,50 +129,51 @@ TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
   EXPECT_EQ(ReceiveModeCommand(numbers), "\0332I2;");
 }
 
+struct Notes : Receiver {
+  void Received(const std::string& characters) override { text += characters; }
+  void Tick() override { ++ticks; }
+  std::string text;
+  int ticks = 0;
+};
+
 class ReceiveTest : public testing::Test, protected ExchangeWorld {
  protected:
   ReceiveTest() {
     port.SetReceiveThreshold(1);
     port.SetReceiveHandler([this] { receive.com1_OnComm(); });
-    tmrTimeout.SetHandler([this] { receive.tmrTimeout_Timer(); });
   }
   ReceiveEvents receive{port, exchange};
+  Notes first, second;
 };
 
-TEST_F(ReceiveTest, CharactersGoToThePageInFront) {
-  std::string interfaces, text, at;
-  receive.Connect(Tab::Interfaces, [&](const std::string& s) { interfaces += s; });
-  receive.Connect(Tab::Text, [&](const std::string& s) { text += s; });
-  receive.Connect(Tab::AtKeyboard, [&](const std::string& s) { at += s; });
-  receive.SetTab(Tab::Interfaces);
+TEST_F(ReceiveTest, CharactersAndTicksGoToTheReceiverInFront) {
+  receive.SetFront(&first);
   port.Arrive("ab");
-  receive.SetTab(Tab::Text);
+  receive.SetFront(&second);
   port.Arrive("c");
-  receive.SetTab(Tab::AtKeyboard);
-  port.Arrive("d");
-  EXPECT_EQ(interfaces + "|" + text + "|" + at, "ab|c|d");
+  loop.RunFor(tmrTimeout.Interval());
+  EXPECT_EQ(first.text + "|" + second.text, "ab|c");
+  EXPECT_EQ(first.ticks, 0);
+  EXPECT_EQ(second.ticks, 1);
 }
 
-TEST_F(ReceiveTest, OtherPagesLeaveTheCharactersToTheNextExchange) {
-  receive.SetTab(Tab::Macros);
+TEST_F(ReceiveTest, WithoutAReceiverTheCharactersAreLeftToTheNextExchange) {
   port.Arrive("7;");
   EXPECT_EQ(port.InBufferCount(), 2u);
   terminal.Answer("\x1b?A", "5;");
   EXPECT_EQ(Query("?A"), "5");
 }
 
-TEST_F(ReceiveTest, APageInFrontTakesNoReplyAway) {
-  std::string shown;
-  receive.Connect(Tab::Text, [&](const std::string& s) { shown += s; });
-  receive.SetTab(Tab::Text);
+TEST_F(ReceiveTest, TheReceiverInFrontTakesNoReplyAway) {
+  receive.SetFront(&first);
   terminal.Answer("\x1b?V", "2.1F;");
   std::string text = "\x1b?V";
   exchange.SendString(text, Pending::Keep, Acknowledge::None);
   exchange.WaitAnswer(text, {});
   EXPECT_EQ(text, "2.1F;");
-  EXPECT_EQ(shown, "");
+  EXPECT_EQ(first.text, "");
   port.Arrive("k");
-  EXPECT_EQ(shown, "k");
+  EXPECT_EQ(first.text, "k");
 }
 
 }  // namespace

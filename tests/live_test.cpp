@@ -13,7 +13,7 @@
 #include <ctime>
 #include <fstream>
 
-#include "link/tabs.h"
+#include "shell/tabs.h"
 #include "tour/live_program.h"
 #include "tour/simulator_process.h"
 #include "tour/window_driver.h"

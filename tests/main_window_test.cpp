@@ -3,7 +3,7 @@
 #include <QSpinBox>
 #include <filesystem>
 
-#include "link/port_control.h"
+#include "interfaces/port_control.h"
 #include "shell/traffic_log.h"
 #include "tests/window_fixture.h"
 #include "widgets/data_control.h"

@@ -16,10 +16,10 @@
 #include <memory>
 #include <stdexcept>
 
+#include "base/wire_text.h"
 #include "graphics/frmGrafik.h"
-#include "link/tabs.h"
-#include "link/wire_text.h"
 #include "shell/frmhaupt.h"
+#include "shell/tabs.h"
 #include "tests/fakes/fake_operator.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/fakes/virtual_port.h"

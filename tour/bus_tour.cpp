@@ -10,7 +10,7 @@
 
 #include "graphics/drawing_canvas.h"
 #include "graphics/frmGrafik.h"
-#include "link/tabs.h"
+#include "shell/tabs.h"
 
 namespace kelvo {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/tabs.h"
+#include "shell/tabs.h"
 #include "tour/album.h"
 #include "tour/live_program.h"
 #include "tour/simulator_process.h"

@@ -3,7 +3,7 @@
 #include <QAbstractButton>
 #include <QObject>
 
-#include "link/guard.h"
+#include "base/guard.h"
 
 namespace kelvo {
 

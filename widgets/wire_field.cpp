@@ -10,7 +10,7 @@
 #include <memory>
 #include <optional>
 
-#include "link/wire_text.h"
+#include "base/wire_text.h"
 
 namespace kelvo {
 namespace {

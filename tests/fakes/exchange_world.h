@@ -6,13 +6,9 @@
 
 namespace kelvo::testing_world {
 
-/// An exchange over an open port in virtual time, its timers connected as at start-up.
+/// An exchange over an open port in virtual time.
 struct ExchangeWorld {
-  ExchangeWorld() {
-    port.Open();
-    tmrTimeout.SetHandler([this] { exchange.tmrTimeout_Timer(); });
-    tmrRS485.SetHandler([this] { exchange.tmrRS485_Timer(); });
-  }
+  ExchangeWorld() { port.Open(); }
 
   VirtualLoop loop;
   VirtualPort port{loop};

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "link/operator.h"
+#include "base/operator.h"
 
 namespace kelvo::testing_world {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "link/serial_port.h"
+#include "base/serial_port.h"
 #include "tests/fakes/virtual_time.h"
 
 namespace kelvo::testing_world {

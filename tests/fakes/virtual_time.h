@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "link/event_loop.h"
+#include "base/event_loop.h"
 
 namespace kelvo::testing_world {
 

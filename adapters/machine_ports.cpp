@@ -1,9 +1,9 @@
-#include "shell/machine_ports.h"
+#include "adapters/machine_ports.h"
 
 #include <QSerialPortInfo>
 #include <algorithm>
 
-#include "shell/port_device.h"
+#include "adapters/port_device.h"
 
 namespace kelvo {
 namespace {

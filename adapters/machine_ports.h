@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/outside.h"
+#include "base/machine_port.h"
 
 namespace kelvo {
 

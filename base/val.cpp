@@ -1,4 +1,4 @@
-#include "link/val.h"
+#include "base/val.h"
 
 #include <array>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "link/port_control.h"
+#include "interfaces/port_control.h"
 
 #include <initializer_list>
 

@@ -1,12 +1,12 @@
-#include "link/raw_command.h"
+#include "interfaces/raw_command.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
+#include "base/wire_text.h"
 #include "link/control_characters.h"
-#include "link/wire_text.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"

@@ -1,4 +1,4 @@
-#include "link/interface_page.h"
+#include "interfaces/interface_page.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -6,10 +6,10 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "base/guard.h"
+#include "base/val.h"
+#include "base/wire_text.h"
 #include "link/control_characters.h"
-#include "link/guard.h"
-#include "link/val.h"
-#include "link/wire_text.h"
 #include "widgets/data_control.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -218,8 +218,8 @@ QString InterfacePage::PortText() const {
   return Text(ChosenPort() + ": " + openSettings_.text);
 }
 
-void InterfacePage::ShowReceived(const std::string& received) {
-  txtReceiveCom2->AppendWire(received);
+void InterfacePage::Received(const std::string& characters) {
+  txtReceiveCom2->AppendWire(characters);
 }
 
 void InterfacePage::StoreChoice(ComList list) {

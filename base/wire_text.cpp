@@ -1,4 +1,4 @@
-#include "link/wire_text.h"
+#include "base/wire_text.h"
 
 namespace kelvo {
 namespace {

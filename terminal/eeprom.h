@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "base/operator.h"
 #include "link/exchange.h"
-#include "link/operator.h"
-#include "settings/terminal_state.h"
+#include "terminal/terminal_state.h"
 
 namespace kelvo {
 

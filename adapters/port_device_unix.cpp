@@ -15,7 +15,7 @@
 #include <memory>
 #include <sstream>
 
-#include "shell/port_device.h"
+#include "adapters/port_device.h"
 
 namespace kelvo {
 namespace {

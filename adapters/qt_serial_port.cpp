@@ -1,10 +1,10 @@
-#include "shell/qt_serial_port.h"
+#include "adapters/qt_serial_port.h"
 
 #include <QStringList>
 #include <algorithm>
 #include <utility>
 
-#include "shell/port_device.h"
+#include "adapters/port_device.h"
 
 namespace kelvo {
 namespace {

@@ -5,9 +5,9 @@
 #include <QTimer>
 #include <string>
 
+#include "adapters/qt_event_loop.h"
+#include "base/serial_port.h"
 #include "link/line_clock.h"
-#include "link/serial_port.h"
-#include "shell/qt_event_loop.h"
 
 namespace kelvo {
 

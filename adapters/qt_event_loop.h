@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include "link/event_loop.h"
+#include "base/event_loop.h"
 
 namespace kelvo {
 

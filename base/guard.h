@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "link/operator.h"
+#include "base/operator.h"
 
 namespace kelvo {
 

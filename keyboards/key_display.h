@@ -26,8 +26,7 @@ class KeyGrid {
 /// Shows on the key grid which key of the Terminal's keypad was pressed.
 class KeyDisplay {
  public:
-  /// Without a grid nothing is shown.
-  void Connect(KeyGrid* grid) { grid_ = grid; }
+  explicit KeyDisplay(KeyGrid& grid) : grid_(grid) {}
 
   /// Index (0..63) of the box that is highlighted at present.
   int KeyHighlightIndex = 0;
@@ -42,7 +41,7 @@ class KeyDisplay {
   void ShowPosition(unsigned char code);
   void ShowCharacter(std::string_view received);
 
-  KeyGrid* grid_ = nullptr;
+  KeyGrid& grid_;
 };
 
 }  // namespace kelvo

@@ -2,8 +2,8 @@
 
 #include <QGroupBox>
 
+#include "base/operator.h"
 #include "link/exchange.h"
-#include "link/operator.h"
 
 class QLabel;
 class QPushButton;

@@ -6,9 +6,10 @@
 #include <initializer_list>
 #include <utility>
 
+#include "base/operator.h"
+#include "interfaces/port_control.h"
 #include "link/exchange.h"
-#include "link/operator.h"
-#include "link/port_control.h"
+#include "link/receive_events.h"
 #include "store/recordset.h"
 
 class QComboBox;
@@ -26,7 +27,7 @@ class WireField;
 /// The interface page: "Erste Schnittstelle", the link between PC and Terminal, and "Zweite
 /// Schnittstelle", through which the Terminal talks to a further device. The lists show the current
 /// record of `Schnittstelle`; a choice is stored in it at once and sent only by the buttons.
-class InterfacePage : public QWidget {
+class InterfacePage : public QWidget, public Receiver {
   Q_OBJECT
 
  public:
@@ -64,7 +65,7 @@ class InterfacePage : public QWidget {
   /// A choice as text ("19200 8N1"), for the status bar.
   QString PortText() const;
   /// Appends what the Terminal's second interface received.
-  void ShowReceived(const std::string& received);
+  void Received(const std::string& characters) override;
 
  Q_SIGNALS:
   /// The PC port has been opened, closed or set up anew.

@@ -1,4 +1,4 @@
-#include "link/key_display.h"
+#include "keyboards/key_display.h"
 
 #include <array>
 #include <cstdio>
@@ -17,8 +17,8 @@ std::string PositionText(unsigned char code) {
 }  // namespace
 
 void KeyDisplay::Show(std::string_view received) {
-  if (grid_ == nullptr || received.empty()) return;
-  grid_->PaintKey(KeyHighlightIndex, KeyColour::White);
+  if (received.empty()) return;
+  grid_.PaintKey(KeyHighlightIndex, KeyColour::White);
   const auto code = static_cast<unsigned char>(received.front());
   if (code > 127) {
     ShowPosition(code);
@@ -28,29 +28,28 @@ void KeyDisplay::Show(std::string_view received) {
 }
 
 void KeyDisplay::Release() {
-  if (grid_ == nullptr) return;
-  grid_->PaintKey(KeyHighlightIndex, KeyColour::White);
-  grid_->SetKlartext({});
+  grid_.PaintKey(KeyHighlightIndex, KeyColour::White);
+  grid_.SetKlartext({});
 }
 
 void KeyDisplay::ShowPosition(unsigned char code) {
   const int column = code & 7;
   const int row = (code & 112) / 16;
   KeyHighlightIndex = column * 8 + row;
-  grid_->PaintKey(KeyHighlightIndex, KeyColour::LightBlue);
-  grid_->SetKeyText(KeyHighlightIndex, PositionText(code));
+  grid_.PaintKey(KeyHighlightIndex, KeyColour::LightBlue);
+  grid_.SetKeyText(KeyHighlightIndex, PositionText(code));
 }
 
 void KeyDisplay::ShowCharacter(std::string_view received) {
   for (int index = 0; index < keyCount; ++index) {
-    if (grid_->KeyText(index) != received) continue;
+    if (grid_.KeyText(index) != received) continue;
     KeyHighlightIndex = index;
     break;
   }
-  grid_->PaintKey(KeyHighlightIndex, KeyColour::LightBlue);
+  grid_.PaintKey(KeyHighlightIndex, KeyColour::LightBlue);
   const auto code = static_cast<unsigned char>(received.front());
-  grid_->SetKlartext(code >= 32 ? grid_->Klartext() + std::string(received)
-                                : "&" + std::to_string(code));
+  grid_.SetKlartext(code >= 32 ? grid_.Klartext() + std::string(received)
+                               : "&" + std::to_string(code));
 }
 
 }  // namespace kelvo

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "link/operator.h"
-#include "link/serial_port.h"
+#include "base/operator.h"
+#include "base/serial_port.h"
 
 namespace kelvo {
 

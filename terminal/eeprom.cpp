@@ -1,8 +1,8 @@
-#include "settings/eeprom.h"
+#include "terminal/eeprom.h"
 
 #include <algorithm>
 
-#include "link/val.h"
+#include "base/val.h"
 
 namespace kelvo {
 

@@ -1,4 +1,4 @@
-#include "shell/qt_event_loop.h"
+#include "adapters/qt_event_loop.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "base/serial_port.h"
+#include "link/echo_filter.h"
+
+namespace kelvo {
+
+/// The receiving half of a serial port, the same for every device: the input buffer behind the echo
+/// filter, the receive events and the traffic listener.
+class BufferedPort : public SerialPort {
+ public:
+  std::size_t InBufferCount() const override { return input_.size(); }
+  void DiscardInput() override;
+  std::string Input() override;
+  int InputLen() const override { return inputLen_; }
+  void SetInputLen(int length) override { inputLen_ = length; }
+
+  void SetReceiveThreshold(int characters) override { threshold_ = characters; }
+  int ReceiveThreshold() const override { return threshold_; }
+  void SetReceiveHandler(std::function<void()> handler) override { receive_ = std::move(handler); }
+  void SetTrafficListener(TrafficListener listener) override { traffic_ = std::move(listener); }
+
+ protected:
+  using Time = EchoFilter::Time;
+
+  /// A text is on its way and leaves the line at `lastBit`. What waits in the input is old then:
+  /// it is shown by a page that shows what arrives unasked, and dropped.
+  void Written(std::string_view text, Time now, Time lastBit);
+  /// Characters have come from the line; tells nobody yet.
+  void Received(std::string_view characters, Time now);
+  /// Tells of what waits, character by character, as long as somebody takes it.
+  void RaiseReceiveEvents();
+  /// To be called now and then, so that what only looked like the beginning of an echo is shown.
+  void ExpireEcho(Time now);
+  /// The port was opened or closed: nothing waits, nothing is expected.
+  void ClearInput();
+
+ private:
+  std::string input_;
+  EchoFilter echo_;
+  int inputLen_ = 1;
+  int threshold_ = 0;
+  bool raising_ = false;
+  std::function<void()> receive_;
+  TrafficListener traffic_;
+};
+
+}  // namespace kelvo
