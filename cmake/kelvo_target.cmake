@@ -5,16 +5,33 @@
 function(kelvo_library name)
   cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
-  kelvo_settings(${name})
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
   if(ARG_QT)
+    kelvo_settings(${name} QT)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)
+  else()
+    kelvo_settings(${name})
   endif()
 endfunction()
 
-# What every target of the project is compiled with.
+# kelvo_settings(NAME [QT] [TEST]): what every target of the project is compiled with, and the
+# precompiled headers of its kind.
 function(kelvo_settings name)
+  cmake_parse_arguments(ARG "QT;TEST" "" "" ${ARGN})
+  kelvo_compiled(${name})
+  set(headers kelvo)
+  if(ARG_QT)
+    string(APPEND headers _qt)
+  endif()
+  if(ARG_TEST)
+    string(APPEND headers _test)
+  endif()
+  target_precompile_headers(${name} REUSE_FROM ${headers}_headers)
+endfunction()
+
+# The same for a target that has headers of its own to precompile.
+function(kelvo_compiled name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_compile_options(${name} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
@@ -22,6 +39,8 @@ function(kelvo_settings name)
     # GCC 12 takes '"text" + std::string' for overlapping memory when it optimizes, and a scoped
     # enumerator for a declaration that hides others.
     target_compile_options(${name} PRIVATE -Wno-restrict -Wshadow=local)
+    # It would search its memory for garbage again and again, with the toolkit's headers in it.
+    target_compile_options(${name} PRIVATE --param=ggc-min-heapsize=1000000)
   else()
     target_compile_options(${name} PRIVATE -Wshadow)
   endif()

@@ -1,3 +1,12 @@
+kelvo_precompiled(kelvo_test_headers HEADERS ${kelvo_standard_headers} <gtest/gtest.h>
+  LINK GTest::gtest)
+kelvo_precompiled(kelvo_qt_test_headers
+  HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers} <gtest/gtest.h>
+  LINK GTest::gtest Qt6::Widgets)
+add_library(kelvo_qt_test_main OBJECT ${PROJECT_SOURCE_DIR}/tests/qt_main.cpp)
+kelvo_settings(kelvo_qt_test_main QT TEST)
+target_link_libraries(kelvo_qt_test_main PUBLIC GTest::gtest Qt6::Widgets)
+
 # kelvo_test(NAME SOURCES... [QT] [LINK libs...])
 #
 # One test program. It links the room under test alone; with QT it is given the
@@ -5,13 +14,12 @@
 function(kelvo_test name)
   cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
-  kelvo_settings(${name})
   target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest)
   if(ARG_QT)
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
-    target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/qt_main.cpp)
-    target_link_libraries(${name} PRIVATE Qt6::Widgets)
+    kelvo_settings(${name} QT TEST)
+    target_link_libraries(${name} PRIVATE kelvo_qt_test_main)
   else()
+    kelvo_settings(${name} TEST)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
   add_test(NAME ${name} COMMAND ${name})
