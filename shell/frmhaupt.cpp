@@ -65,6 +65,11 @@ frmhaupt::frmhaupt(Outside outside)
   outside_.tmrTimeout.SetEnabled(true);
   status_->ShowStoredResolution();
   ShowFirstTab();
+  if (FirstRun()) {
+    // Later starts leave the built-in name, deliberately.
+    help_->SetFile(outside_.programFolder + helpName);
+    NoteFirstRunIsOver();
+  }
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
   EnableToolbar();
   cmdTab->setFocus();
@@ -209,11 +214,11 @@ void frmhaupt::ReadOptions() {
   outside_.tmrRS485.SetInterval(std::chrono::milliseconds(static_cast<long>(pause)));
 }
 
-// Only the first run names the help file; later starts leave the built-in name, deliberately.
-void frmhaupt::ShowFirstTab() {
-  if (!data_.Optionen.YesNo("FirstRun")) return SetTab(Tab::Drawing);
-  SetTab(Tab::Welcome);
-  help_->SetFile(outside_.programFolder + helpName);
+bool frmhaupt::FirstRun() const { return data_.Optionen.YesNo("FirstRun"); }
+
+void frmhaupt::ShowFirstTab() { SetTab(FirstRun() ? Tab::Welcome : Tab::Drawing); }
+
+void frmhaupt::NoteFirstRunIsOver() {
   if (data_.database.ReadOnly()) return;  // said at the first paint, once
   data_.Optionen.Edit();
   data_.Optionen.Set("FirstRun", std::int64_t{0});

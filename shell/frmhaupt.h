@@ -73,7 +73,9 @@ class frmhaupt : public QMainWindow {
   void MakeTabs();
   QWidget* MakeAddressStrip();
   void ReadOptions();
+  bool FirstRun() const;
   void ShowFirstTab();
+  void NoteFirstRunIsOver();
   void FirstPaint();
   void ConnectLink();
 
