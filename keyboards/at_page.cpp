@@ -30,34 +30,24 @@ constexpr std::size_t klartextKept = 2000;
 AtPage::Edit AtPage::OnScreen() const { return {list_->Pairs(), txtATTastNr->Wire()}; }
 
 void AtPage::Show(const Edit& edit) {
-  showing_ = true;
   txtATTastNr->SetWire(edit.number);
   list_->SetPairs(edit.pairs);
-  showing_ = false;
 }
 
 // A record that was never saved has no table: the list stays as it is then.
 void AtPage::DisplayATTab(std::optional<std::string> table) {
   if (!table) table = tables_->Wert();
-  if (table) Show({ReadATTab(*table), txtATTastNr->Wire()});
+  if (table) list_->SetPairs(ReadAtTable(*table));
 }
 
-void AtPage::ShowRecord() {
-  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
-  Show({tables_->Current() == 0 ? AtPairs() : list_->Pairs(), tables_->NumberField()});
+void AtPage::ShowStored() {
+  txtATTastNr->SetWire(tables_->NumberField());
   DisplayATTab();
-  drafts_->Begin(OnScreen());
 }
 
 void AtPage::Edited() {
   ShowOrder();
-  if (!showing_) drafts_->Note(OnScreen());
-}
-
-// The current record shows just this, and nothing of it is edited.
-void AtPage::Restart(const Edit& edit) {
-  Show(edit);
-  drafts_->Begin(edit);
+  tables_->Edited();
 }
 
 // Sending asks nothing, so it must be plain beforehand that the Terminal gets something else.
@@ -67,19 +57,10 @@ void AtPage::ShowOrder() {
   cmdATSortieren->setEnabled(!asShown);
 }
 
-void AtPage::SelectFirst() {
-  tables_->SelectFirst();
-  ShowRecord();
-}
-
 void AtPage::Shown() {
   klartext_.clear();
   lblATKlartext->clear();
-  const std::int64_t current = tables_->Current();
   tables_->Refresh();
-  drafts_->ForgetRemoved();
-  drafts_->MarkNames();
-  if (tables_->Current() != current) ShowRecord();
 }
 
 void AtPage::Left() {
@@ -87,42 +68,31 @@ void AtPage::Left() {
   cmdATTab->setCurrentIndex(TestPage);
 }
 
-void AtPage::cboATTabBez_Click() {
-  tables_->SelectChosen();
-  ShowRecord();
-}
-
-void AtPage::cmdATVerwerfen_Click() { Restart(drafts_->Before()); }
-
-// What is being typed in the list counts, even when a key combination or the toolbar ends it.
-void AtPage::EndEntry() {
+void AtPage::EndLearningAndTyping() {
   StopLearning();
   if (ctlATTabListe->isAncestorOf(QApplication::focusWidget())) ctlATTabListe->setFocus();
 }
 
 void AtPage::NewATTab() {
-  EndEntry();
-  drafts_->Drop(0);
-  tables_->AddNew();
-  Restart({{}, tables_->NumberField()});
+  EndLearningAndTyping();
+  tables_->New({});
 }
 
 void AtPage::SaveATTab() {
-  EndEntry();
+  EndLearningAndTyping();
   const Edit edit = OnScreen();
-  const std::int64_t edited = tables_->Current();
   const auto command = TableText(edit);
-  if (!command || !tables_->Save({0, 0, Val(edit.number), *command})) return;
-  drafts_->Drop(edited);
-  Restart({edit.pairs, tables_->NumberField()});
+  if (!command) return;
+  tables_->SaveShown({{"ausgang", "0"},
+                      {"eingang", "0"},
+                      {"nr_im_display", RoundToEven(Val(edit.number))},
+                      {"wert", ScreenText(*command)}},
+                     edit);
 }
 
-void AtPage::DeleteATTab() {
-  EndEntry();
-  const std::int64_t deleted = tables_->Delete();
-  if (deleted == 0) return;
-  drafts_->Drop(deleted);
-  ShowRecord();
+void AtPage::DeleteTable() {
+  EndLearningAndTyping();
+  tables_->Delete();
 }
 
 void AtPage::cmdATPaarEntfernen_Click() { list_->Remove(ctlATTabListe->currentIndex().row()); }
@@ -255,11 +225,6 @@ std::optional<std::string> AtPage::TableText(const Edit& edit) {
   Guarded(services_.person, "CreateATTab",
           [&] { command = CreateATTab(Val(edit.number), edit.pairs); });
   return command;
-}
-
-std::optional<std::string> AtPage::ATTab() {
-  EndEntry();
-  return TableText(OnScreen());
 }
 
 void AtPage::cmdSetATTab_Click() {

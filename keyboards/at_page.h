@@ -9,11 +9,10 @@
 #include "base/operator.h"
 #include "base/serial_port.h"
 #include "keyboards/at_table.h"
-#include "keyboards/table_records.h"
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
-#include "widgets/drafts.h"
+#include "widgets/record_editor.h"
 
 class QComboBox;
 class QGroupBox;
@@ -48,9 +47,8 @@ class AtPage : public QWidget, public Receiver {
   };
   explicit AtPage(Services services, QWidget* parent = nullptr);
 
-  void FillNames() { tables_->FillNames(); }
-  /// Selects the first entry.
-  void SelectFirst();
+  /// The stored records and the edits that are not saved.
+  RecordEditorBase& Records() { return *tables_; }
   /// The page is shown.
   void Shown();
   /// Another page is shown.
@@ -60,12 +58,12 @@ class AtPage : public QWidget, public Receiver {
 
   void NewATTab();
   void SaveATTab();
-  void DeleteATTab();
+  void DeleteTable();
   /// The command of the shown table. Nothing when it cannot be built, which has been reported then.
-  std::optional<std::string> ATTab();
-
-  /// The tables whose edits are not saved, by name.
-  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
+  std::optional<std::string> ShownTable() { return TableText(OnScreen()); }
+  /// What is being typed in the list counts, even when a key combination or the toolbar ends it.
+  /// The learn mode is over.
+  void EndLearningAndTyping();
 
  Q_SIGNALS:
   /// A line for the status bar.
@@ -92,23 +90,20 @@ class AtPage : public QWidget, public Receiver {
 
   Edit OnScreen() const;
   void Show(const Edit& edit);
-  void ShowRecord();
+  void ShowStored();
   void DisplayATTab(std::optional<std::string> table = {});
   void Edited();
-  void Restart(const Edit& edit);
   void ShowOrder();
   void ShowAwaited(Awaited key);
   void ShowLearning(bool learning);
   void StopLearning();
-  void EndEntry();
   void GetATtab();
   std::optional<int> AwaitKey(QLabel& shown);
   bool LearnGoesOn() const;
   std::optional<std::string> TableText(const Edit& edit);
   void Send(std::string command);
 
-  void cboATTabBez_Click();
-  void cmdATVerwerfen_Click();
+  void cboATTabBez_Click() { tables_->SelectChosen(); }
   void cmdATPaarEntfernen_Click();
   void cmdATSortieren_Click();
   void cmdATumkodierenStart_Click();
@@ -120,9 +115,7 @@ class AtPage : public QWidget, public Receiver {
   void cmdATRead_Click();
 
   Services services_;
-  std::optional<TableRecords> tables_;
-  std::optional<Drafts<Edit>> drafts_;
-  bool showing_ = false;
+  std::optional<RecordEditor<Edit>> tables_;
   /// True ends the learn mode.
   bool LearnStopFlag = true;
   std::string klartext_;
@@ -131,7 +124,6 @@ class AtPage : public QWidget, public Receiver {
   QGroupBox* ctlATSaetze;
   QGroupBox* ctlATTerminal;
   QComboBox* cboATTabBez;
-  QPushButton* cmdATVerwerfen;
   QTableView* ctlATTabListe;
   QPushButton* cmdATPaarEntfernen;
   QPushButton* cmdATSortieren;

@@ -49,8 +49,6 @@ AtPage::AtPage(Services services, QWidget* parent) : QWidget(parent), services_(
   auto* page = new QVBoxLayout(this);
   page->addWidget(records);
   page->addLayout(row, 1);
-  tables_.emplace(services_.tables, *cboATTabBez, services_.person, "ATTab");
-  drafts_.emplace(services_.tables, tables_->Names(), *cmdATVerwerfen);
   ConnectControls();
   ConnectList();
   ShowOrder();
@@ -59,15 +57,19 @@ AtPage::AtPage(Services services, QWidget* parent) : QWidget(parent), services_(
 
 QWidget* AtPage::MakeRecords() {
   ctlATSaetze = Named(new QGroupBox(tr("Gespeicherte Tabellen")), "ctlATSaetze");
-  cboATTabBez = Named(new QComboBox, "cboATTabBez");
-  cboATTabBez->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  cboATTabBez->setMinimumContentsLength(30);
-  cmdATVerwerfen = MakeButton("cmdATVerwerfen", tr("Änderung ver&werfen"),
-                              tr("Zeigt wieder, was gespeichert ist."));
-  auto* row = new QHBoxLayout(ctlATSaetze);
-  row->addWidget(LabelFor(cboATTabBez, tr("Be&zeichnung:")));
-  row->addWidget(cboATTabBez, 1);
-  row->addWidget(cmdATVerwerfen);
+  const RecordRow row("cboATTabBez", "cmdATVerwerfen", 30);
+  cboATTabBez = row.names;
+  // Both keyboards share the wording, deliberately.
+  tables_.emplace(
+      RecordEditorBase::Services{services_.tables, row, services_.person},
+      RecordKind{"ATTab",
+                 "Bezeichnung für diese Tastaturtabelle :",
+                 {},
+                 "Umkodiertabelle",
+                 NewEntry::First},
+      RecordEditor<Edit>::Screen{[this] { ShowStored(); }, [this](const Edit& edit) { Show(edit); },
+                                 [this] { return OnScreen(); }});
+  ctlATSaetze->setLayout(row.layout);
   return ctlATSaetze;
 }
 
@@ -178,7 +180,6 @@ QWidget* AtPage::MakeLearning() {
 
 void AtPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdATVerwerfen, this, person, &AtPage::cmdATVerwerfen_Click);
   OnClick(cmdATPaarEntfernen, this, person, &AtPage::cmdATPaarEntfernen_Click);
   OnClick(cmdATSortieren, this, person, &AtPage::cmdATSortieren_Click);
   OnClick(cmdSetATTab, this, person, &AtPage::cmdSetATTab_Click);

@@ -63,7 +63,7 @@ std::string CreateATTab(double number, const AtPairs& pairs) {
   return command.append(EndMark);
 }
 
-AtPairs ReadATTab(std::string_view command) {
+AtPairs ReadAtTable(std::string_view command) {
   const auto fields = TableFields(command);
   AtPairs pairs;
   if (fields.size() < 2) return pairs;

@@ -37,6 +37,6 @@ std::string CreateATTab(double number, const AtPairs& pairs);
 
 /// The pairs of a stored command. Keys that keep their code give none; a text that is no code
 /// counts as 0; what goes beyond code 255 is dropped.
-AtPairs ReadATTab(std::string_view command);
+AtPairs ReadAtTable(std::string_view command);
 
 }  // namespace kelvo

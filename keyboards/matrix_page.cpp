@@ -63,7 +63,6 @@ MatrixPage::Edit MatrixPage::OnScreen() const {
 }
 
 void MatrixPage::Show(const Edit& edit) {
-  showing_ = true;
   txtTastTabNr->SetWire(edit.number);
   for (std::size_t line = 0; line < MatrixLines; ++line) {
     chkTastZeile[line]->setChecked(edit.table.rows[line]);
@@ -72,7 +71,6 @@ void MatrixPage::Show(const Edit& edit) {
   for (std::size_t key = 0; key < MatrixKeys; ++key) {
     txtTastMatrix[key]->SetWire(edit.table.cells[key]);
   }
-  showing_ = false;
 }
 
 // A record that was never saved has no table: the grid stays as it is then.
@@ -80,82 +78,34 @@ void MatrixPage::DisplayTastTab(std::optional<std::string> table) {
   if (!table) table = tables_->Wert();
   if (!table) return;
   Edit edit = OnScreen();
-  edit.table.rows = RowsOf(tables_->Number("ausgang"));
-  edit.table.columns = ColumnsOf(tables_->Number("eingang"));
-  edit.table.cells = ReadTastTab(*table, edit.table.rows);
+  edit.table.rows = RowsOf(services_.tables.Number("ausgang"));
+  edit.table.columns = ColumnsOf(services_.tables.Number("eingang"));
+  edit.table.cells = ReadMatrixTable(*table, edit.table.rows);
   Show(edit);
 }
 
-void MatrixPage::ShowRecord() {
-  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
-  if (tables_->Current() == 0) Show({});
-  showing_ = true;
+void MatrixPage::ShowStored() {
   txtTastTabNr->SetWire(tables_->NumberField());
-  showing_ = false;
   DisplayTastTab();
-  drafts_->Begin(OnScreen());
 }
-
-void MatrixPage::Edited() {
-  if (!showing_) drafts_->Note(OnScreen());
-}
-
-// The current record shows just this, and nothing of it is edited.
-void MatrixPage::Restart(const Edit& edit) {
-  Show(edit);
-  drafts_->Begin(edit);
-}
-
-void MatrixPage::SelectFirst() {
-  tables_->SelectFirst();
-  ShowRecord();
-}
-
-void MatrixPage::Shown() {
-  const std::int64_t current = tables_->Current();
-  tables_->Refresh();
-  drafts_->ForgetRemoved();
-  drafts_->MarkNames();
-  if (tables_->Current() != current) ShowRecord();
-}
-
-void MatrixPage::cboTastTabBez_Click() {
-  tables_->SelectChosen();
-  ShowRecord();
-}
-
-void MatrixPage::cmdTastVerwerfen_Click() { Restart(drafts_->Before()); }
 
 void MatrixPage::NewTastTab() {
-  drafts_->Drop(0);
-  tables_->AddNew();
-  Edit all{{}, tables_->NumberField()};
+  Edit all;
   all.table.rows.fill(true);
   all.table.columns.fill(true);
-  Restart(all);
+  tables_->New(all);
 }
 
 void MatrixPage::SaveTastTab() {
   // By a key combination or the toolbar the box that is being typed in has not been left yet.
   if (qobject_cast<KeyCell*>(QApplication::focusWidget()) != nullptr) cboTastTabBez->setFocus();
   const Edit edit = OnScreen();
-  const std::int64_t edited = tables_->Current();
   const double number = Val(edit.number);
-  if (!tables_->Save(
-          {MatrixOutputMask, MatrixInputMask, number, CreateTastTab(number, edit.table)})) {
-    return;
-  }
-  drafts_->Drop(edited);
-  Edit saved = edit;
-  saved.number = tables_->NumberField();
-  Restart(saved);
-}
-
-void MatrixPage::DeleteTastTab() {
-  const std::int64_t deleted = tables_->Delete();
-  if (deleted == 0) return;
-  drafts_->Drop(deleted);
-  ShowRecord();
+  tables_->SaveShown({{"ausgang", std::to_string(MatrixOutputMask)},
+                      {"eingang", std::to_string(MatrixInputMask)},
+                      {"nr_im_display", RoundToEven(number)},
+                      {"wert", ScreenText(CreateTastTab(number, edit.table))}},
+                     edit);
 }
 
 void MatrixPage::ShowCell(int row, int column) {

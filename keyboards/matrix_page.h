@@ -9,11 +9,10 @@
 #include "base/operator.h"
 #include "keyboards/key_display.h"
 #include "keyboards/matrix_table.h"
-#include "keyboards/table_records.h"
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
-#include "widgets/drafts.h"
+#include "widgets/record_editor.h"
 
 class QCheckBox;
 class QComboBox;
@@ -43,21 +42,17 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   };
   explicit MatrixPage(Services services, QWidget* parent = nullptr);
 
-  void FillNames() { tables_->FillNames(); }
-  /// Selects the first entry.
-  void SelectFirst();
+  /// The stored records and the edits that are not saved.
+  RecordEditorBase& Records() { return *tables_; }
   /// The page is shown.
-  void Shown();
+  void Shown() { tables_->Refresh(); }
 
   void NewTastTab();
   void SaveTastTab();
-  void DeleteTastTab();
+  void DeleteTable() { tables_->Delete(); }
   /// The command texts as the page would send them now. Nothing when it cannot be built, which has
   /// been reported then.
   std::optional<std::string> MatrixMode();
-
-  /// The tables whose edits are not saved, by name.
-  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
 
   void Received(const std::string& characters) override;
   void Tick() override { keys_.Release(); }
@@ -91,13 +86,12 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   KeyCell* Cell(int index) const { return txtTastMatrix[static_cast<std::size_t>(index)]; }
   Edit OnScreen() const;
   void Show(const Edit& edit);
-  void ShowRecord();
+  void ShowStored();
   void DisplayTastTab(std::optional<std::string> table = {});
   void ShowCell(int row, int column);
   void LinesChanged();
   void ShowMeaning(int index);
-  void Edited();
-  void Restart(const Edit& edit);
+  void Edited() { tables_->Edited(); }
   void Refuse(int index, const QString& reason);
   void MoveFocus(int index, int rows);
   std::optional<std::string> ModeCommand(const MatrixTable& table);
@@ -106,8 +100,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void chkTastZeile_Click(int row);
   void chkTastSpalte_Click(int column);
   void txtTastMatrix_LostFocus(int index);
-  void cboTastTabBez_Click();
-  void cmdTastVerwerfen_Click();
+  void cboTastTabBez_Click() { tables_->SelectChosen(); }
   void cmdMatrixEnable_Click();
   void cmdMatrixDisable_Click();
   void cmdSetMatrixTab_Click();
@@ -115,9 +108,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void cmdMatrixRead_Click();
 
   Services services_;
-  std::optional<TableRecords> tables_;
-  std::optional<Drafts<Edit>> drafts_;
-  bool showing_ = false;
+  std::optional<RecordEditor<Edit>> tables_;
   std::string klartext_;
   KeyDisplay keys_{*this};
   // Of the wired lines; they follow the check boxes.
@@ -125,7 +116,6 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   std::int16_t MatrixInputMask = 0;
 
   QComboBox* cboTastTabBez;
-  QPushButton* cmdTastVerwerfen;
   std::array<QCheckBox*, MatrixLines> chkTastZeile{};
   std::array<QCheckBox*, MatrixLines> chkTastSpalte{};
   std::array<KeyCell*, MatrixKeys> txtTastMatrix{};

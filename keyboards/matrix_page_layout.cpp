@@ -27,22 +27,24 @@ MatrixPage::MatrixPage(Services services, QWidget* parent) : QWidget(parent), se
   page->addWidget(records);
   page->addLayout(row);
   page->addStretch();
-  tables_.emplace(services_.tables, *cboTastTabBez, services_.person, "MatrixTab");
-  drafts_.emplace(services_.tables, tables_->Names(), *cmdTastVerwerfen);
   ConnectControls();
 }
 
 QWidget* MatrixPage::MakeRecords() {
   auto* group = new QGroupBox(tr("Gespeicherte Tabellen"));
-  cboTastTabBez = Named(new QComboBox, "cboTastTabBez");
-  cboTastTabBez->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  cboTastTabBez->setMinimumContentsLength(30);
-  cmdTastVerwerfen = MakeButton("cmdTastVerwerfen", tr("Änderung ver&werfen"),
-                                tr("Zeigt wieder, was gespeichert ist."));
-  auto* row = new QHBoxLayout(group);
-  row->addWidget(LabelFor(cboTastTabBez, tr("Be&zeichnung:")));
-  row->addWidget(cboTastTabBez, 1);
-  row->addWidget(cmdTastVerwerfen);
+  const RecordRow row("cboTastTabBez", "cmdTastVerwerfen", 30);
+  cboTastTabBez = row.names;
+  // Both keyboards share the wording, deliberately.
+  tables_.emplace(
+      RecordEditorBase::Services{services_.tables, row, services_.person},
+      RecordKind{"MatrixTab",
+                 "Bezeichnung für diese Tastaturtabelle :",
+                 {},
+                 "Umkodiertabelle",
+                 NewEntry::First},
+      RecordEditor<Edit>::Screen{[this] { ShowStored(); }, [this](const Edit& edit) { Show(edit); },
+                                 [this] { return OnScreen(); }});
+  group->setLayout(row.layout);
   return group;
 }
 
@@ -134,7 +136,6 @@ QWidget* MatrixPage::MakeScanning() {
 
 void MatrixPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdTastVerwerfen, this, person, &MatrixPage::cmdTastVerwerfen_Click);
   OnClick(cmdSetMatrixTab, this, person, &MatrixPage::cmdSetMatrixTab_Click);
   OnClick(cmdClearMatrixTast, this, person, &MatrixPage::cmdClearMatrixTast_Click);
   OnClick(cmdMatrixRead, this, person, &MatrixPage::cmdMatrixRead_Click);

@@ -130,7 +130,8 @@ std::string CreateTastTab(double number, const MatrixTable& table) {
   return command.append(EndMark);
 }
 
-std::array<std::string, MatrixKeys> ReadTastTab(std::string_view command, const WiredLines& rows) {
+std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
+                                                    const WiredLines& rows) {
   std::array<std::string, MatrixKeys> cells;
   const auto fields = TableFields(command);
   std::size_t field = 2;

@@ -62,7 +62,8 @@ std::string CreateTastTab(double number, const MatrixTable& table);
 
 /// The cells of a stored command, for the rows from the first to the last wired one. Missing codes
 /// leave their cells empty; a text that is no code counts as 0.
-std::array<std::string, MatrixKeys> ReadTastTab(std::string_view command, const WiredLines& rows);
+std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
+                                                    const WiredLines& rows);
 
 /// Matrix size, configuration and "scanning on" in one text:
 ///   ESC "MS" columns "," rows ";" ESC "MC" "2,10,35," inputs "," outputs ",5;" ESC "ME"

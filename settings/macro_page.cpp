@@ -19,6 +19,11 @@ namespace {
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
+Fields FieldsOf(const std::string& typ, const std::string& wire, double number) {
+  const std::int64_t whole = number < 0 ? -1 : static_cast<std::int64_t>(number);
+  return {{"typ", typ}, {"nr_im_display", whole}, {"wert", ScreenText(wire)}};
+}
+
 }  // namespace
 
 MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
@@ -31,55 +36,20 @@ MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), serv
   page->addWidget(records);
   page->addWidget(editor, 1);
   page->addLayout(bottom);
-  names_.emplace(*cboMakro);
-  drafts_.emplace(services_.macros, *names_, *cmdMakroVerwerfen);
   ConnectControls();
-  services_.macros.SetRepositionHandler([this] { ShowRecord(); });
 }
 
-void MacroPage::FillNames() {
-  names_->Fill(services_.macros);
-  drafts_->MarkNames();
-}
-
-void MacroPage::SelectFirst() {
-  services_.macros.MoveFirst();
-  names_->Select(services_.macros.Bookmark());
-}
-
-MacroPage::Edit MacroPage::Stored() const {
-  const Recordset& macros = services_.macros;
-  // A text with characters that no wire can carry was put in by another program; it is shown as far
-  // as it goes.
-  const std::string text = macros.Text("wert").value_or("");
-  std::string wire = WireText(text).value_or(Text(text).toLatin1().toStdString());
-  return {std::move(wire), macros.Text("nr_im_display").value_or("")};
-}
-
-MacroPage::Edit MacroPage::Shown() const { return {txtMakro->Wire(), txtMakroNr->Wire()}; }
-
-void MacroPage::ShowRecord() {
-  if (const Edit* const draft = drafts_->Resume()) return Show(Edit(*draft));
-  Restart(Stored());
-}
-
-// The current record shows just this, and nothing of it is edited.
-void MacroPage::Restart(const Edit& edit) {
-  Show(edit);
-  drafts_->Begin(edit);
-}
+MacroPage::Edit MacroPage::OnScreen() const { return {txtMakro->Wire(), txtMakroNr->Wire()}; }
 
 void MacroPage::Show(const Edit& edit) {
-  showing_ = true;
   txtMakro->SetWire(edit.text);
   txtMakroNr->SetWire(edit.number);
-  showing_ = false;
   ShowLength();
 }
 
 void MacroPage::Edited() {
   ShowLength();
-  if (!showing_) drafts_->Note(Shown());
+  records_->Edited();
 }
 
 void MacroPage::ShowLength() {
@@ -97,93 +67,19 @@ void MacroPage::ShowFreeBytes() {
                               : tr("noch nicht gelesen"));
 }
 
-void MacroPage::cboMakro_Click() {
-  Recordset& macros = services_.macros;
-  if (!macros.FindFirst("Bezeichnung", names_->ChosenName())) macros.MoveFirst();
-}
-
 void MacroPage::chkMakroTyp_Click(int index) {
   if (!chkMakroTyp[static_cast<std::size_t>(index)]->isChecked()) return;
-  services_.macros.SetSource(MakroSource(index));
-  FillNames();
-  SelectFirst();
-}
-
-void MacroPage::cmdMakroVerwerfen_Click() { Restart(Stored()); }
-
-void MacroPage::NewMakro() {
-  Recordset& macros = services_.macros;
-  drafts_->Drop(0);
-  macros.AddNew();
-  macros.Set("Bezeichnung", std::string(NewRecordName));
-  macros.Update();
-  macros.MoveLast();
-  names_->Append(macros.Bookmark(), NewRecordName);
-  names_->Select(macros.Bookmark());
-  Restart({{}, "-1"});
-}
-
-// Asks for a name until it is free or may be overwritten, and moves to its record, which is
-// appended if need be; false when the operator gives up.
-bool MacroPage::StoreName(const std::string& proposed, std::string& name) {
-  name = proposed;
-  for (;;) {
-    const auto answer = services_.person.Input("Bezeichnung für dieses Makro :", name);
-    if (!answer || answer->empty()) return false;
-    name = *answer;
-    if (!services_.macros.FindFirst("Bezeichnung", name)) {
-      NewMakro();
-      return true;
-    }
-    if (services_.person.Ask("Bezeichnung existiert schon, überschreiben ?", Icon::Question,
-                             "Speichern")) {
-      return true;
-    }
-  }
+  records_->SetSource(MakroSource(index));
 }
 
 bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, double number,
                           const std::string& proposedName) {
-  Recordset& macros = services_.macros;
-  const std::int64_t edited = macros.Bookmark();
-  std::string name;
-  if (!StoreName(proposedName, name)) {
-    macros.MoveToBookmark(edited);
-    return false;
-  }
-  macros.Edit();
-  macros.Set("Bezeichnung", name);
-  macros.Set("typ", typ);
-  macros.Set("lfdnr", static_cast<std::int64_t>(macros.RecordCount()) - 1);
-  macros.Set("nr_im_display", number < 0 ? std::int64_t{-1} : static_cast<std::int64_t>(number));
-  macros.Set("wert", ScreenText(wire));
-  macros.Update();
-  names_->Rename(macros.Bookmark(), name);
-  names_->Select(macros.Bookmark());
-  Restart(Stored());
-  return true;
+  return records_->Save(FieldsOf(typ, wire, number), {wire, {}}, proposedName);
 }
 
 void MacroPage::SaveShown() {
-  const Edit edit = Shown();
-  const std::int64_t edited = services_.macros.Bookmark();
-  if (!SaveMakro("Makro", edit.text, Val(edit.number), names_->ChosenName())) return;
-  // Saved under whatever name, the edit is no draft any more.
-  drafts_->Drop(edited);
-}
-
-void MacroPage::DeleteMakro() {
-  Recordset& macros = services_.macros;
-  const std::int64_t bookmark = macros.Bookmark();
-  if (bookmark == 0) return;
-  const std::string name = macros.Text("Bezeichnung").value_or("");
-  if (!services_.person.Ask("Makro '" + name + "' löschen ?", Icon::Question)) return;
-  macros.Delete();
-  macros.MoveNext();
-  drafts_->Drop(bookmark);
-  names_->Remove(bookmark);
-  if (macros.Eof() && macros.RecordCount() > 0) macros.MoveLast();
-  names_->Select(macros.Bookmark());
+  const Edit edit = OnScreen();
+  records_->SaveShown(FieldsOf("Makro", edit.text, Val(edit.number)), edit);
 }
 
 void MacroPage::cmdInsertESC_Click() {

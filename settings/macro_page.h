@@ -10,7 +10,7 @@
 #include "link/exchange.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
-#include "widgets/drafts.h"
+#include "widgets/record_editor.h"
 
 class QComboBox;
 class QLabel;
@@ -25,9 +25,6 @@ class WireField;
 
 /// The macro page: edits macro texts, keeps them under names in the database, writes them into the
 /// Terminal, runs and deletes them there.
-///
-/// An edited record that is left keeps its edit as a draft, marked "*" in the list, until it is
-/// saved or given up. Drafts live in memory only; closing the program asks.
 class MacroPage : public QWidget {
   Q_OBJECT
 
@@ -40,10 +37,8 @@ class MacroPage : public QWidget {
   };
   explicit MacroPage(Services services, QWidget* parent = nullptr);
 
-  /// Fills `cboMakro` with the names of all records.
-  void FillNames();
-  /// Selects the first entry.
-  void SelectFirst();
+  /// The stored records and the edits that are not saved.
+  RecordEditorBase& Records() { return *records_; }
   /// Shows what is known about the Terminal's memory.
   void ShowFreeBytes();
 
@@ -55,12 +50,9 @@ class MacroPage : public QWidget {
   /// Saves what the editor holds.
   void SaveShown();
   /// Appends an empty record and shows it.
-  void NewMakro();
+  void NewMakro() { records_->New({{}, "-1"}); }
   /// Deletes the shown record after a Yes.
-  void DeleteMakro();
-
-  /// The records whose edits are not saved, by name; empty if there are none.
-  std::vector<std::string> DraftNames() const { return drafts_->Names(); }
+  void DeleteMakro() { records_->Delete(); }
 
  private:
   struct Edit {
@@ -74,31 +66,24 @@ class MacroPage : public QWidget {
   QWidget* MakeWriting();
   QWidget* MakeRunning();
   void ConnectControls();
-  void ShowRecord();
   void Show(const Edit& edit);
-  Edit Shown() const;
-  Edit Stored() const;
+  Edit OnScreen() const;
   void Edited();
-  void Restart(const Edit& edit);
   void ShowLength();
-  bool StoreName(const std::string& proposed, std::string& name);
   bool CheckText(const std::string& text);
   void WriteMakro(int number, const std::string& suffix);
   void InvalidNumber(QLineEdit* field);
 
-  void cboMakro_Click();
+  void cboMakro_Click() { records_->SelectChosen(); }
   void chkMakroTyp_Click(int index);
   void cmdInsertESC_Click();
   void cmdSetMakro_Click();
   void cmdSetAutostartMakro_Click();
   void cmdPlayMakro_Click();
   void cmdClearMakro_Click();
-  void cmdMakroVerwerfen_Click();
 
   Services services_;
-  std::optional<NameList> names_;
-  std::optional<Drafts<Edit>> drafts_;
-  bool showing_ = false;
+  std::optional<RecordEditor<Edit>> records_;
 
   QComboBox* cboMakro;
   std::array<QRadioButton*, 5> chkMakroTyp{};  // 1..4
@@ -112,7 +97,6 @@ class MacroPage : public QWidget {
   QPushButton* cmdSetAutostartMakro;
   QPushButton* cmdPlayMakro;
   QPushButton* cmdClearMakro;
-  QPushButton* cmdMakroVerwerfen;
 };
 
 }  // namespace kelvo

@@ -26,17 +26,21 @@ QWidget* MacroPage::MakeRecords() {
   }
   kinds->addStretch();
 
-  cboMakro = Named(new QComboBox, "cboMakro");
-  cboMakro->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  cboMakro->setMinimumContentsLength(40);
-  cmdMakroVerwerfen = MakeButton("cmdMakroVerwerfen", tr("Änderung ver&werfen"),
-                                 tr("Zeigt wieder, was gespeichert ist."));
-  auto* name = new QHBoxLayout;
-  name->addWidget(LabelFor(cboMakro, tr("Be&zeichnung:")));
-  name->addWidget(cboMakro, 1);
-  name->addWidget(cmdMakroVerwerfen);
+  const RecordRow row("cboMakro", "cmdMakroVerwerfen", 40);
+  cboMakro = row.names;
+  records_.emplace(RecordEditorBase::Services{services_.macros, row, services_.person},
+                   RecordKind{{},
+                              "Bezeichnung für dieses Makro :",
+                              "Bezeichnung existiert schon, überschreiben ?",
+                              "Makro",
+                              NewEntry::Last},
+                   RecordEditor<Edit>::Screen{
+                       [this] {
+                         Show({records_->Wert().value_or(""), records_->NumberField()});
+                       },
+                       [this](const Edit& edit) { Show(edit); }, [this] { return OnScreen(); }});
   column->addLayout(kinds);
-  column->addLayout(name);
+  column->addLayout(row.layout);
   return group;
 }
 
@@ -104,7 +108,6 @@ void MacroPage::ConnectControls() {
   OnClick(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
   OnClick(cmdPlayMakro, this, person, &MacroPage::cmdPlayMakro_Click);
   OnClick(cmdClearMakro, this, person, &MacroPage::cmdClearMakro_Click);
-  OnClick(cmdMakroVerwerfen, this, person, &MacroPage::cmdMakroVerwerfen_Click);
   for (const MakroTyp& typ : MakroTypen) {
     const int index = typ.index;
     connect(chkMakroTyp[static_cast<std::size_t>(index)], &QRadioButton::toggled, this,

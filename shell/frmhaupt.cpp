@@ -58,9 +58,6 @@ frmhaupt::frmhaupt(Outside outside)
   MakeToolbar();
   RestoreWindows();
   ConnectLink();
-  macros_->FillNames();
-  matrix_->FillNames();
-  at_->FillNames();
   ReadOptions();
   outside_.tmrTimeout.SetEnabled(true);
   status_->ShowStoredResolution();
@@ -235,9 +232,7 @@ void frmhaupt::FirstPaint() {
   if (!portControl_.FormLoading) return;
   Q_EMIT FirstSeen();
   Guarded(outside_.person, "Form_Paint", [this] {
-    macros_->SelectFirst();
-    matrix_->SelectFirst();
-    at_->SelectFirst();
+    for (RecordEditorBase* const records : Records()) records->SelectFirst();
     interfaces_->SelectStoredRecord();
     portControl_.FormLoading = false;
     if (!interfaces_->OpenChosenPort()) SetTab(Tab::Interfaces);
@@ -284,9 +279,14 @@ void frmhaupt::RestoreWindows() {
           [this](QWidget& window) { memory_.Restore(window); });
 }
 
+std::array<RecordEditorBase*, 3> frmhaupt::Records() const {
+  return {&macros_->Records(), &matrix_->Records(), &at_->Records()};
+}
+
 std::vector<std::string> frmhaupt::DraftNames() const {
   std::vector<std::string> names;
-  for (const auto& some : {macros_->DraftNames(), matrix_->DraftNames(), at_->DraftNames()}) {
+  for (const RecordEditorBase* const records : Records()) {
+    const std::vector<std::string> some = records->DraftNames();
     names.insert(names.end(), some.begin(), some.end());
   }
   return names;

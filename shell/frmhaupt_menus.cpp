@@ -60,11 +60,14 @@ std::span<const frmhaupt::Command> frmhaupt::Commands() {
       {buttonSaveAsMakro, Tab::Text, "SaveMakro",
        [](frmhaupt& w) { w.SaveAsMakro(w.text_->TextModeCommand()); }},
       {buttonSaveAsMakro, AtKeyboard, "SaveMakro",
-       [](frmhaupt& w) { w.SaveAsMakro(w.at_->ATTab()); }},
+       [](frmhaupt& w) {
+         w.at_->EndLearningAndTyping();
+         w.SaveAsMakro(w.at_->ShownTable());
+       }},
       {buttonSaveAsMakro, MatrixKeyboard, "SaveMakro",
        [](frmhaupt& w) { w.SaveAsMakro(w.matrix_->MatrixMode()); }},
-      {buttonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteATTab(); }},
-      {buttonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTastTab(); }},
+      {buttonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteTable(); }},
+      {buttonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTable(); }},
       {buttonDelete, Macros, "cmdToolbar", [](frmhaupt& w) { w.macros_->DeleteMakro(); }},
       {buttonDelete, Terminals, "cmdToolbar", [](frmhaupt& w) { w.terminals_->DeleteTerminal(); }},
   };

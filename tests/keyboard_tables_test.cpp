@@ -140,19 +140,19 @@ TEST(MatrixTable, ShownAndBuiltAgainGivesTheSameCommand) {
     const std::string command = CreateTastTab(round, table);
     // The check boxes keep their lines, so what is shown is the same wiring.
     MatrixTable shown{RowsOf(OutputMask(table.rows)), ColumnsOf(InputMask(table.columns)),
-                      ReadTastTab(command, table.rows)};
+                      ReadMatrixTable(command, table.rows)};
     EXPECT_EQ(shown.rows, table.rows);
     EXPECT_EQ(shown.columns, table.columns);
     // Two widened digits are the one form that does not come back letter for letter; its code does.
     // A shown code 128 is the single character of that code, and sends it again.
     EXPECT_EQ(CreateTastTab(round, shown), WithoutLeadingZeros(command));
     // Once shown, a table is stable.
-    EXPECT_EQ(ReadTastTab(CreateTastTab(round, shown), shown.rows), shown.cells);
+    EXPECT_EQ(ReadMatrixTable(CreateTastTab(round, shown), shown.rows), shown.cells);
   }
 }
 
 TEST(MatrixTable, DamagedShowsWhatCanBeRead) {
-  const auto read = [](std::string_view command) { return ReadTastTab(command, AllLines()); };
+  const auto read = [](std::string_view command) { return ReadMatrixTable(command, AllLines()); };
   EXPECT_EQ(read(Ewk("1,80,41,42"))[8], "B");
   EXPECT_EQ(read(Ewk("1,80,41,42"))[16], "");
   EXPECT_EQ(read(Ewk("1,80,ZZ,42;"))[0], "#0");
@@ -209,19 +209,19 @@ TEST(AtTable, ShownAndBuiltAgainGivesTheSameCommand) {
     std::erase_if(pairs, [](const AtPair& pair) { return pair.oldCode == pair.newCode; });
     if (pairs.empty()) continue;
     pairs = SortedPairs(pairs);
-    EXPECT_EQ(ReadATTab(CreateATTab(round, pairs)), pairs);
+    EXPECT_EQ(ReadAtTable(CreateATTab(round, pairs)), pairs);
   }
 }
 
 TEST(AtTable, DamagedShowsWhatCanBeRead) {
-  EXPECT_EQ(ReadATTab(Ewk("1,41,41,42,43;")), AtPairs{}) << "keys that keep their codes";
-  EXPECT_EQ(ReadATTab(Ewk("1,41,61,42")), (AtPairs{{65, 97}}));
-  EXPECT_EQ(ReadATTab(Ewk("1,41,,42;")), (AtPairs{{65, 0}}));
-  EXPECT_EQ(ReadATTab(Ewk("1,A,D;")), (AtPairs{{10, 13}}));
-  EXPECT_EQ(ReadATTab(Ewk("1,FE" + Repeated(",1", 1000))), (AtPairs{{254, 1}, {255, 1}}));
+  EXPECT_EQ(ReadAtTable(Ewk("1,41,41,42,43;")), AtPairs{}) << "keys that keep their codes";
+  EXPECT_EQ(ReadAtTable(Ewk("1,41,61,42")), (AtPairs{{65, 97}}));
+  EXPECT_EQ(ReadAtTable(Ewk("1,41,,42;")), (AtPairs{{65, 0}}));
+  EXPECT_EQ(ReadAtTable(Ewk("1,A,D;")), (AtPairs{{10, 13}}));
+  EXPECT_EQ(ReadAtTable(Ewk("1,FE" + Repeated(",1", 1000))), (AtPairs{{254, 1}, {255, 1}}));
   for (const std::string& nothing :
        std::initializer_list<std::string>{"", ",", ",,;", Ewk("1;"), Ewk("1,41;")}) {
-    EXPECT_EQ(ReadATTab(nothing), AtPairs{}) << nothing;
+    EXPECT_EQ(ReadAtTable(nothing), AtPairs{}) << nothing;
   }
 }
 

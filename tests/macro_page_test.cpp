@@ -1,6 +1,5 @@
 #include <QClipboard>
 #include <QKeyEvent>
-#include <filesystem>
 
 #include "settings/macros.h"
 #include "tests/window_fixture.h"
@@ -8,18 +7,12 @@
 namespace kelvo {
 namespace {
 
-using testing_world::milliseconds;
-
 class MacroPageTest : public WindowTest {
  protected:
   void StartOnPage() {
     terminal.Answer("\033E?F", "8000;");
     terminal.Answer("\x03", "\x06");
     StartOn(Tab::Macros);
-  }
-  void SaveAs(const std::string& name) {
-    person.inputs = {name};
-    Trigger("mnuDateiSave");
   }
 };
 
@@ -177,109 +170,34 @@ TEST_F(MacroPageTest, OnlyCharactersOfTheLineGetIntoTheFields) {
   EXPECT_EQ(person.beeps, 2);
 }
 
-TEST_F(MacroPageTest, SavingAsksForANameAndBeforeOverwriting) {
-  StartOnPage();
-  Type("txtMakro", "neu");
-  Type("txtMakroNr", "-5");
-  person.inputs = {"Rahmen", "O'Brien"};
-  person.answers = {false};
-  Trigger("mnuDateiSave");
-  EXPECT_EQ(person.prompts, (std::vector<std::string>{"Bezeichnung für dieses Makro :|Begrüßung",
-                                                      "Bezeichnung für dieses Makro :|Rahmen"}));
-  EXPECT_EQ(person.questions,
-            std::vector<std::string>{"Bezeichnung existiert schon, überschreiben ?"});
-  EXPECT_EQ(person.lastQuestion.title, "Speichern");
-  EXPECT_EQ(Chosen("cboMakro"), "O'Brien");
-  EXPECT_EQ(Stored("Makro", "wert", 3), "neu");
-  EXPECT_EQ(Stored("Makro", "typ", 3) + Stored("Makro", "lfdnr", 3), "Makro3");
-  EXPECT_EQ(Stored("Makro", "nr_im_display", 3), "-1");
-  EXPECT_TRUE(Stored("Makro", "wert", 0).starts_with("\x1bGC"));
-
-  Type("txtMakro", "anders");
-  person.inputs = {"Rahmen"};
-  person.answers = {true};
-  Trigger("mnuDateiSave");
-  EXPECT_EQ(Stored("Makro", "wert", 1), "anders");
-  EXPECT_EQ(Entries("cboMakro").size(), 4u);
-}
-
-TEST_F(MacroPageTest, GivingUpTheNameSavesNothing) {
-  StartOnPage();
-  Type("txtMakro", "neu");
-  for (const std::optional<std::string>& answer :
-       {std::optional<std::string>(), std::optional<std::string>("")}) {
-    person.inputs = {answer};
-    Trigger("mnuDateiSave");
-  }
-  EXPECT_EQ(Entries("cboMakro").size(), 3u);
-  EXPECT_EQ(Editor("txtMakro"), "neu");
-}
-
-TEST_F(MacroPageTest, NewRecordIsAppendedAndShown) {
+TEST_F(MacroPageTest, KeepsMacrosUnderTheirNames) {
   StartOnPage();
   Trigger("mnuDateiNeu");
-  EXPECT_EQ(Chosen("cboMakro"), "(neuer Name)");
   EXPECT_EQ(Editor("txtMakro") + "|" + Text("txtMakroNr"), "|-1");
-  EXPECT_EQ(Stored("Makro", "Bezeichnung", 3), "(neuer Name)");
+  Type("txtMakroNr", "-5");
+  person.inputs = {"Rahmen", "O'Brien"};
+  Trigger("mnuDateiSave");
+  EXPECT_EQ(person.prompts.at(0), "Bezeichnung für dieses Makro :|(neuer Name)");
+  EXPECT_EQ(person.lastQuestion.title, "Speichern");
+  EXPECT_EQ(Chosen("cboMakro"), "O'Brien");
+  EXPECT_EQ(Stored("Makro", "typ", 4) + Stored("Makro", "nr_im_display", 4), "Makro-1");
+  EXPECT_EQ(Text("txtMakroNr"), "-1");
+  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(person.questions,
+            (std::vector<std::string>{"Bezeichnung existiert schon, überschreiben ?",
+                                      "Makro 'O'Brien' löschen ?"}));
 }
 
-TEST_F(MacroPageTest, LeftEditIsADraftUntilItIsSavedOrGivenUp) {
+TEST_F(MacroPageTest, ClosingAsksWhenThereAreDrafts) {
   StartOnPage();
   Type("txtMakro", "Entwurf");
-  EXPECT_EQ(Entries("cboMakro")[0], "* Begrüßung");
-  Choose("cboMakro", "Rahmen");
-  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGP0,0;"));
-  Choose("cboMakro", "* Begrüßung");
-  EXPECT_EQ(Editor("txtMakro"), "Entwurf");
-  EXPECT_EQ(Stored("Makro", "wert", 0).substr(0, 3), "\x1bGC");
-
   window->close();
   EXPECT_TRUE(window->isVisible());
-  ASSERT_EQ(person.questions.size(), 1u);
-  EXPECT_NE(person.questions[0].find("\"Begrüßung\""), std::string::npos);
-
+  EXPECT_NE(person.questions.at(0).find("\"Begrüßung\""), std::string::npos);
   Click("cmdMakroVerwerfen");
   EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC"));
-  EXPECT_EQ(Entries("cboMakro")[0], "Begrüßung");
   window->close();
   EXPECT_FALSE(window->isVisible());
-  EXPECT_EQ(person.questions.size(), 1u);
-}
-
-TEST_F(MacroPageTest, DraftSavedUnderAnotherNameIsNoDraftAnyMore) {
-  StartOnPage();
-  Type("txtMakro", "Entwurf");
-  SaveAs("Anderer");
-  EXPECT_EQ(Entries("cboMakro"),
-            (std::vector<std::string>{"Begrüßung", "Rahmen", "Display löschen", "Anderer"}));
-  Choose("cboMakro", "Begrüßung");
-  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC"));
-}
-
-TEST_F(MacroPageTest, DeletingAsksAndKeepsTheSelectionValid) {
-  StartOnPage();
-  Choose("cboMakro", "Display löschen");
-  Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(person.questions, std::vector<std::string>{"Makro 'Display löschen' löschen ?"});
-  EXPECT_EQ(Entries("cboMakro").size(), 3u);
-  for (const char* shown : {"Rahmen", "Begrüßung", ""}) {
-    person.answers = {true};
-    Trigger("mnuBearbeitenloeschen");
-    EXPECT_EQ(Chosen("cboMakro"), shown);
-  }
-  EXPECT_EQ(Editor("txtMakro"), "");
-  Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(person.questions.size(), 4u);
-}
-
-TEST_F(MacroPageTest, ReadOnlyDatabaseSaysAtEachSaveThatItCannot) {
-  std::filesystem::permissions(folder.Path("kelvo.mdb"), std::filesystem::perms::owner_read);
-  StartOnPage();
-  Type("txtMakro", "Entwurf");
-  SaveAs("Neu");
-  EXPECT_NE(person.LastMessage().find("schreibgeschützt"), std::string::npos);
-  EXPECT_EQ(Editor("txtMakro"), "Entwurf");
-  EXPECT_EQ(Entries("cboMakro").size(), 3u);
 }
 
 }  // namespace

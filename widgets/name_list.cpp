@@ -16,7 +16,7 @@ void NameList::Fill(const Recordset& records) {
   box_.clear();
   std::size_t position = 0;
   for (const std::string& name : records.Column("Bezeichnung")) {
-    Append(records.BookmarkAt(position++), name);
+    Add(NewEntry::Last, records.BookmarkAt(position++), name);
   }
 }
 
@@ -30,14 +30,11 @@ bool NameList::Shows(const Recordset& records) const {
   return true;
 }
 
-void NameList::Insert(int index, std::int64_t bookmark, const std::string& name) {
+void NameList::Add(NewEntry where, std::int64_t bookmark, const std::string& name) {
+  const int index = where == NewEntry::First ? 0 : box_.count();
   box_.insertItem(index, QString());
   box_.setItemData(index, qlonglong{bookmark}, bookmarkRole);
   Rename(bookmark, name);
-}
-
-void NameList::Append(std::int64_t bookmark, const std::string& name) {
-  Insert(box_.count(), bookmark, name);
 }
 
 void NameList::Rename(std::int64_t bookmark, const std::string& name) {

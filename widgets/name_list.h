@@ -12,6 +12,9 @@ class Recordset;
 /// What a record is called until the operator has named it.
 inline constexpr char NewRecordName[] = "(neuer Name)";
 
+/// Where the list shows a new record.
+enum class NewEntry { First, Last };
+
 /// The names of a record set's records in a combo box. An entry is known by the bookmark of its
 /// record, because names need not be unique; one whose record has an unsaved edit is marked "*".
 class NameList {
@@ -22,8 +25,7 @@ class NameList {
   void Fill(const Recordset& records);
   /// Whether the entries are those of the records, in whatever order.
   bool Shows(const Recordset& records) const;
-  void Insert(int index, std::int64_t bookmark, const std::string& name);
-  void Append(std::int64_t bookmark, const std::string& name);
+  void Add(NewEntry where, std::int64_t bookmark, const std::string& name);
   /// These do nothing for a record that is not in the list.
   void Rename(std::int64_t bookmark, const std::string& name);
   void Remove(std::int64_t bookmark);

@@ -1,0 +1,200 @@
+#include "widgets/record_editor.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "tests/fakes/fake_operator.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace kelvo {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+struct Edit {
+  std::string text;
+  std::string number;
+  bool operator==(const Edit&) const = default;
+};
+const RecordKind uniqueNames{{}, "Name ?", "Ersetzen ?", "Text", NewEntry::Last};
+const RecordKind freeNames{"Art", "Name ?", {}, "Tabelle", NewEntry::First};
+
+/// A page of one field over a real database.
+class RecordEditorTest : public testing::Test {
+ protected:
+  RecordEditorTest() {
+    folder.AddDatabase();
+    database.emplace(folder.Path("kelvo.mdb"));
+    Sql("delete from Makro");
+    page.setLayout(row.layout);
+  }
+  void Sql(const std::string& statement) { Statement(*database, statement).Step(); }
+  /// Records of these names, with the texts 1, 2 ...
+  void Start(const RecordKind& kind, const Strings& stored) {
+    for (const std::string& name : stored) {
+      Sql("insert into Makro (typ, Bezeichnung, wert) select 'Art', '" + name +
+          "', count(*) + 1 from Makro");
+    }
+    records.emplace(*database, "select * from Makro where typ = 'Art'");
+    editor.emplace(RecordEditorBase::Services{*records, row, person}, kind,
+                   RecordEditor<Edit>::Screen{[this] { Type(editor->Wert().value_or("")); },
+                                              [this](const Edit& edit) { Type(edit.text); },
+                                              [this] { return Shown(); }});
+    QObject::connect(&text, &QLineEdit::textChanged, &text, [this] { editor->Edited(); });
+    editor->SelectFirst();
+  }
+  void Type(const std::string& typed) { text.setText(QString::fromStdString(typed)); }
+  Edit Shown() const { return {text.text().toStdString(), {}}; }
+  /// The list with ">" before the selected entry, the text, and "!" while it can be discarded.
+  std::string Seen() const {
+    std::string seen;
+    for (int entry = 0; entry < row.names->count(); ++entry) {
+      seen += entry == row.names->currentIndex() ? ">" : " ";
+      seen += row.names->itemText(entry).toStdString();
+    }
+    return seen + ": " + Shown().text + (row.discard->isEnabled() ? "!" : "");
+  }
+  /// Name and field of every record.
+  std::string InDatabase(const std::string& field = "wert") {
+    Statement all(*database, "select group_concat(Bezeichnung || '=' || ifnull(" + field +
+                                 ", 'NULL'), ' ') from Makro");
+    all.Step();
+    return std::get<std::string>(all.Column(0));
+  }
+  void Choose(int entry) {
+    row.names->setCurrentIndex(entry);
+    editor->SelectChosen();
+  }
+  /// The operator answers with these names, and to questions as told.
+  void Save(std::deque<std::optional<std::string>> inputs, bool answer = false) {
+    person.inputs = std::move(inputs);
+    person.answers = {answer};
+    editor->SaveShown({{"wert", Shown().text}}, Shown());
+  }
+  void Delete(bool answer) {
+    person.answers = {answer};
+    editor->Delete();
+  }
+
+  testing_world::TemporaryFolder folder;
+  testing_world::FakeOperator person;
+  std::optional<Database> database;
+  std::optional<Recordset> records;
+  QWidget page;
+  RecordRow row{"cboNamen", "cmdVerwerfen", 10};
+  std::optional<RecordEditor<Edit>> editor;
+  QLineEdit text;
+};
+
+TEST_F(RecordEditorTest, AnEditStaysWithItsRecordUntilItIsGivenUp) {
+  Start(uniqueNames, {"eins", "zwei"});
+  Type("A");
+  EXPECT_EQ(Seen(), ">* eins zwei: A!");
+  Choose(1);
+  EXPECT_EQ(Seen(), " * eins>zwei: 2");
+  editor->SetSource("select * from Makro where typ = 'Grafik'");
+  EXPECT_EQ(Seen(), ": ");
+  EXPECT_EQ(editor->DraftNames(), Strings{"eins"});
+  editor->SetSource("Makro");
+  EXPECT_EQ(Seen(), ">* eins zwei: A!");
+  row.discard->click();
+  EXPECT_EQ(Seen(), ">eins zwei: 1");
+  // What is typed back is no edit either.
+  Type("A");
+  Type("1");
+  EXPECT_EQ(Seen(), ">eins zwei: 1");
+  EXPECT_EQ(editor->DraftNames(), Strings{});
+  EXPECT_EQ(InDatabase(), "eins=1 zwei=2");
+}
+
+TEST_F(RecordEditorTest, WhereANameStandsForItsRecordOverwritingIsAsked) {
+  Start(uniqueNames, {"eins", "zwei"});
+  Type("A");
+  Save({""});
+  Save({"zwei", std::nullopt});
+  EXPECT_EQ(Seen(), ">* eins zwei: A!");
+  EXPECT_EQ(InDatabase(), "eins=1 zwei=2");
+  Save({"zwei", "O'Brien"});
+  EXPECT_EQ(person.prompts.back(), "Name ?|zwei");
+  EXPECT_EQ(person.questions, (Strings{"Ersetzen ?", "Ersetzen ?"}));
+  EXPECT_EQ(Seen(), " eins zwei>O'Brien: A");
+  Type("B");
+  Save({"zwei"}, true);
+  EXPECT_EQ(Seen(), " eins>zwei O'Brien: B");
+  EXPECT_EQ(InDatabase("lfdnr || wert"), "eins=NULL zwei=2B O'Brien=2A");
+  // What another page saves leaves the draft alone.
+  Type("C");
+  person.inputs = {"vier"};
+  EXPECT_TRUE(editor->Save({}, {"D", {}}, "Vorschlag"));
+  EXPECT_EQ(Seen(), " eins * zwei O'Brien>vier: D");
+}
+
+TEST_F(RecordEditorTest, WhereNamesAreFreeSavingRenamesAndTheFirstOfANameIsMeant) {
+  Start(freeNames, {});
+  Type("A");
+  EXPECT_EQ(Seen(), ": A!");
+  EXPECT_EQ(editor->DraftNames(), Strings{"(neuer Name)"});
+  Save({"eins"});
+  EXPECT_EQ(Seen(), ">eins: A");
+  EXPECT_EQ(editor->DraftNames(), Strings{});
+  editor->New({"B", {}});
+  EXPECT_EQ(Seen(), ">(neuer Name) eins: B");
+  EXPECT_EQ(InDatabase("typ"), "eins=Art (neuer Name)=Art");
+  Save({"eins"});
+  EXPECT_EQ(Seen(), ">eins eins: B");
+  EXPECT_EQ(InDatabase("lfdnr || wert"), "eins=0A eins=1B");
+  Choose(0);
+  EXPECT_EQ(Seen(), " eins>eins: A");
+  Delete(true);
+  EXPECT_EQ(Seen(), ">eins: B");
+}
+
+TEST_F(RecordEditorTest, DeletesOnlyAfterAYesAndGoesToTheNext) {
+  Start(uniqueNames, {"a", "b", "c"});
+  Choose(1);
+  Type("A");
+  Delete(false);
+  EXPECT_EQ(person.questions.back(), "Text 'b' löschen ?");
+  EXPECT_EQ(Seen(), " a>* b c: A!");
+  for (const char* left : {" a>c: 3", ">a: 1", ": ", ": "}) {
+    Delete(true);
+    EXPECT_EQ(Seen(), left);
+  }
+  EXPECT_EQ(editor->DraftNames(), Strings{});
+  EXPECT_EQ(person.questions.size(), 4U);
+}
+
+TEST_F(RecordEditorTest, FollowsWhatAnotherPageDidToTheTable) {
+  Start(freeNames, {"a", "b", "c"});
+  editor->New({});
+  Choose(2);
+  Type("A");
+  Choose(1);
+  Type("B");
+  editor->Refresh();
+  EXPECT_EQ(Seen(), " (neuer Name)>* a * b c: B!") << "nothing happened: the order stays";
+  Sql("delete from Makro where Bezeichnung = 'a'");
+  Sql("update Makro set Bezeichnung = 'd' where Bezeichnung = 'c'");
+  editor->Refresh();
+  EXPECT_EQ(Seen(), ">* b d (neuer Name): A!");
+  EXPECT_EQ(editor->DraftNames(), Strings{"b"});
+}
+
+TEST_F(RecordEditorTest, WhatCannotBeStoredLeavesRecordAndScreenAgreed) {
+  Start(uniqueNames, {"eins", "zwei"});
+  Type("A");
+  Sql("pragma query_only = on");
+  EXPECT_THROW(editor->New({}), StoreError);
+  EXPECT_THROW(Save({"drei"}), StoreError);
+  EXPECT_EQ(Seen(), ">* eins zwei: A!");
+  EXPECT_THROW(Save({"zwei"}, true), StoreError);
+  EXPECT_THROW(Delete(true), StoreError);
+  EXPECT_EQ(Seen(), " * eins>zwei: 2");
+}
+
+}  // namespace
+}  // namespace kelvo
