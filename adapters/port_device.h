@@ -1,14 +1,15 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
-// What Qt's serial port does not tell about a device. One file per operating system implements it.
+// What can be told of a device without opening it. One file per operating system implements it.
 
 namespace kelvo {
 
 enum class DeviceState { Ready, Missing, NoPermission };
 
+/// The path of a device that may be named as the system lists it ("ttyS0").
+std::string DevicePath(const std::string& name);
 /// Whether a device can be opened at all, by its path.
 DeviceState StateOfDevice(const std::string& path);
 /// The group whose members may use the device; empty when no group may, or it has no name.
@@ -17,14 +18,5 @@ std::string GroupOfDevice(const std::string& path);
 bool IsDeviceInUse(const std::string& path);
 /// A pseudo-terminal has no request-to-send line, no parity and no 7 bits.
 bool IsPseudoTerminal(const std::string& path);
-
-/// Takes the device for this program alone; false when another program has it.
-bool LockDevice(int handle);
-/// True when the other end is gone (adapter unplugged, pseudo-terminal closed).
-bool HungUp(int handle);
-/// Characters that the driver holds and has not sent.
-std::size_t DriverQueue(int handle);
-/// What has arrived; never waits. Sets `gone` when the device is.
-std::string ReadAvailable(int handle, bool& gone);
 
 }  // namespace kelvo

@@ -1,12 +1,8 @@
 #include <grp.h>
-#include <poll.h>
-#include <sys/file.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -57,6 +53,10 @@ bool IsOpenSomewhere(const std::string& path) {
 
 }  // namespace
 
+std::string DevicePath(const std::string& name) {
+  return name.starts_with('/') ? name : "/dev/" + name;
+}
+
 DeviceState StateOfDevice(const std::string& path) {
   struct stat device {};
   if (stat(path.c_str(), &device) != 0) {
@@ -84,34 +84,6 @@ bool IsDeviceInUse(const std::string& path) {
 bool IsPseudoTerminal(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), std::free);
   return real != nullptr && std::string(real.get()).starts_with("/dev/pts/");
-}
-
-// The exclusive mode of a terminal does not stop the administrator; a file lock does.
-bool LockDevice(int handle) { return flock(handle, LOCK_EX | LOCK_NB) == 0; }
-
-bool HungUp(int handle) {
-  pollfd entry{handle, 0, 0};
-  return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-}
-
-std::size_t DriverQueue(int handle) {
-  int queued = 0;
-  return ioctl(handle, TIOCOUTQ, &queued) == 0 && queued > 0 ? static_cast<std::size_t>(queued) : 0;
-}
-
-std::string ReadAvailable(int handle, bool& gone) {
-  std::string text;
-  std::array<char, 4096> buffer{};
-  for (;;) {
-    const ssize_t count = read(handle, buffer.data(), buffer.size());
-    if (count > 0) {
-      text.append(buffer.data(), static_cast<std::size_t>(count));
-      if (static_cast<std::size_t>(count) == buffer.size()) continue;
-      return text;
-    }
-    gone = count == 0 ? HungUp(handle) : errno != EAGAIN && errno != EINTR;
-    return text;
-  }
 }
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -11,10 +12,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
-// Repainting may take a while; so close to the end of a wait nothing is begun that could make it
-// late, because the Terminal's answer comes one character later.
-constexpr milliseconds quietEnd{30};
-constexpr milliseconds paintEvery{20};
+constexpr milliseconds kPaintEvery{20};
 
 }  // namespace
 
@@ -35,15 +33,21 @@ void QtEventLoop::WaitForEvent(nanoseconds longest) {
 void QtEventLoop::ProcessPending() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
 
 void QtEventLoop::WaitPaintingOnly(nanoseconds time) {
-  const nanoseconds end = Now() + time;
-  if (time > quietEnd) {
-    held_ = true;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    held_ = false;
-    Q_EMIT Released();
-    time = std::min<nanoseconds>(end - Now(), paintEvery);
-  }
-  if (time > nanoseconds(0)) std::this_thread::sleep_for(time);
+  const nanoseconds begin = Now();
+  // Many short waits repaint like one long one.
+  if (begin - painted_ >= kPaintEvery) Paint();
+  const nanoseconds left = std::min<nanoseconds>(begin + time - Now(), kPaintEvery);
+  if (left <= nanoseconds(0)) return;
+  if (sleeper_) return sleeper_(left);
+  std::this_thread::sleep_for(left);
+}
+
+void QtEventLoop::Paint() {
+  const bool outer = std::exchange(held_, true);
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  held_ = outer;
+  painted_ = Now();
+  if (!held_) Q_EMIT Released();
 }
 
 nanoseconds QtEventLoop::Now() const { return std::chrono::steady_clock::now().time_since_epoch(); }
@@ -62,11 +66,10 @@ void QtTimer::SetInterval(milliseconds interval) {
 }
 
 void QtTimer::SetEnabled(bool enabled) {
-  const bool starts = enabled && !enabled_;
-  enabled_ = enabled;
-  if (!enabled) return timer_.stop();
+  const bool before = std::exchange(enabled_, enabled);
+  if (!enabled) return;
   if (ticks_ == Ticks::OnDemand) return Arm();
-  if (starts) StartInterval();
+  if (!before) StartInterval();
 }
 
 void QtTimer::StartInterval() {
@@ -74,14 +77,19 @@ void QtTimer::StartInterval() {
   if (enabled_ && ticks_ == Ticks::Each) Arm();
 }
 
-// Starts the timer for the next tick that is still to come.
+// Starts the timer for the next tick that is still to come. Each exchange begins an interval anew;
+// a timer that wakes up before the new end is left as it is and goes on then, which is cheaper.
 void QtTimer::Arm() {
   const nanoseconds now = loop_.Now();
   if (due_ <= now) due_ += interval_ * ((now - due_) / interval_ + 1);
-  timer_.start(std::chrono::ceil<milliseconds>(due_ - now));
+  if (timer_.isActive() && wakes_ <= due_) return;
+  const auto wait = std::chrono::ceil<milliseconds>(due_ - now);
+  wakes_ = now + wait;
+  timer_.start(wait);
 }
 
 void QtTimer::Expired() {
+  if (!enabled_) return;
   if (loop_.Now() < due_) return Arm();
   if (ticks_ == Ticks::Each) Arm();
   if (tick_ && !loop_.Held()) tick_();

@@ -23,16 +23,24 @@ class QtEventLoop : public QObject, public EventLoop {
 
   /// Ends every wait, now and from now on.
   void Close() { closing_ = true; }
-  /// True inside WaitPaintingOnly: ticks are dropped and receive events held back.
+  /// True while WaitPaintingOnly repaints: ticks are dropped and receive events held back.
   bool Held() const { return held_; }
+  /// Sleeps for the given time, but may wake up early to serve a device.
+  using Sleeper = std::function<void(std::chrono::nanoseconds)>;
+  /// How WaitPaintingOnly sleeps; without one it serves nobody.
+  void SetSleeper(Sleeper sleeper) { sleeper_ = std::move(sleeper); }
 
  Q_SIGNALS:
-  /// Receive events that were held back may be raised now (queued).
+  /// Receive events that were held back may be raised from now on.
   void Released();
 
  private:
+  void Paint();
+
   bool closing_ = false;
   bool held_ = false;
+  std::chrono::nanoseconds painted_{0};
+  Sleeper sleeper_;
 };
 
 /// A periodic timer with millisecond precision: a tick is never early.
@@ -40,10 +48,6 @@ class QtTimer : public QObject, public Timer {
   Q_OBJECT
 
  public:
-  /// Each: every tick is delivered. OnDemand: the timer runs freely, but only a tick that somebody
-  /// asked for with SetEnabled(true) is delivered, so that an idle program sleeps.
-  enum class Ticks { Each, OnDemand };
-
   QtTimer(QtEventLoop& loop, std::chrono::milliseconds interval, bool enabled,
           Ticks ticks = Ticks::Each);
 
@@ -65,6 +69,7 @@ class QtTimer : public QObject, public Timer {
   bool enabled_;
   Ticks ticks_;
   std::chrono::nanoseconds due_{0};
+  std::chrono::nanoseconds wakes_{0};  // when timer_ expires, if it runs
   std::function<void()> tick_;
 };
 

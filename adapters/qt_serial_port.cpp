@@ -2,6 +2,8 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include "adapters/port_device.h"
@@ -9,288 +11,230 @@
 namespace kelvo {
 namespace {
 
+using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
-// How soon a device is noticed to be gone that reports nothing by itself.
-constexpr std::chrono::milliseconds watchInterval{100};
-// A line that nobody has used for a while is looked at less often: an idle program costs nothing,
-// and the driver's own error mostly comes sooner.
-constexpr std::chrono::milliseconds quietWatchInterval{250};
-constexpr std::chrono::seconds quietAfter{5};
-constexpr int highestPort = 16;
-// What an adapter may hold a character back before the PC sees it.
-constexpr std::chrono::milliseconds echoDelay{50};
-constexpr std::size_t echoKept = 10000;
+// How often is looked after what the device does not tell of by itself.
+constexpr milliseconds kWatchInterval{100};
+// A line that should be free for so long, and on which nothing moves, is held.
+constexpr milliseconds kHeldAfter{250};
+constexpr milliseconds kHeldPause{20};
+constexpr int kHighestPort = 16;
 
-QSerialPort::Parity ParityOf(char letter) {
-  switch (letter) {
-    case 'S':
-      return QSerialPort::SpaceParity;
-    case 'O':
-      return QSerialPort::OddParity;
-    case 'E':
-      return QSerialPort::EvenParity;
-    default:
-      return QSerialPort::NoParity;
-  }
+std::string Description(int error) { return std::system_category().message(error); }
+
+// A pseudo-terminal has 8 bits and no parity, whatever is asked for.
+LineSettings Settings(const std::string& text, Handshaking handshaking, bool pseudoTerminal) {
+  const QStringList parts = QString::fromStdString(text).split(u',');
+  LineSettings line;
+  line.baud = parts.value(0).toInt();
+  line.stopBits = parts.value(3).toInt() == 2 ? 2 : 1;
+  line.handshaking = handshaking;
+  if (pseudoTerminal) return line;
+  line.bits = parts.value(2).toInt() == 7 ? 7 : 8;
+  const QString parity = parts.value(1);
+  if (!parity.isEmpty()) line.parity = parity.front().toLatin1();
+  return line;
 }
 
 }  // namespace
 
 QtSerialPort::QtSerialPort(QtEventLoop& loop) : loop_(loop) {
-  WatchEvery(watchInterval);
-  connect(&watch_, &QTimer::timeout, this, [this] {
-    if (open_ && HungUp(Handle())) Lost();
-    WatchEvery(line_.IdleFor(loop_.Now()) < quietAfter ? watchInterval : quietWatchInterval);
+  raise_.setSingleShot(true);
+  watch_.setInterval(kWatchInterval);
+  connect(&readable_, &QSocketNotifier::activated, this, [this] {
+    Receive();
+    Raise();
   });
-  connect(&port_, &QSerialPort::readyRead, this, [this] {
-    const QByteArray text = port_.readAll();
-    Received(text.toStdString());
-    RaiseReceiveEvents();
-  });
-  connect(&port_, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
-    const bool gone = error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
-                      error == QSerialPort::WriteError || error == QSerialPort::DeviceNotFoundError;
-    if (open_ && gone) Lost();
-  });
-  connect(&loop_, &QtEventLoop::Released, this, &QtSerialPort::RaiseReceiveEvents,
-          Qt::QueuedConnection);
+  connect(&writable_, &QSocketNotifier::activated, this, &QtSerialPort::GoOnSending);
+  connect(&raise_, &QTimer::timeout, this, &QtSerialPort::Raise);
+  connect(&watch_, &QTimer::timeout, this, &QtSerialPort::Watch);
+  connect(&loop_, &QtEventLoop::Released, this, &QtSerialPort::RaiseSoon);
+  loop_.SetSleeper([this](nanoseconds longest) { Sleep(longest); });
+}
+
+QtSerialPort::~QtSerialPort() {
+  loop_.SetSleeper({});
+  QtSerialPort::Close();
 }
 
 PortError QtSerialPort::SetPortNumber(std::int16_t number) {
-  if (number < 0 || number > highestPort) return PortNumberInvalid;
+  if (number < 0 || number > kHighestPort) return PortNumberInvalid;
   number_ = number;
   return PortOk;
 }
 
 PortError QtSerialPort::Open() {
-  if (open_) return PortAlreadyOpen;
-  if (port_.isOpen()) port_.close();
+  if (IsOpen()) return PortAlreadyOpen;
   const std::string device = deviceOf_ ? deviceOf_(number_) : std::string();
   if (device.empty()) return PortNotAvailable;
-  if (device.front() == '/') {
-    const DeviceState state = StateOfDevice(device);
-    if (state == DeviceState::Missing) return PortNotAvailable;
-    if (state == DeviceState::NoPermission) return PortNoPermission;
-  }
-  const PortError error = OpenDevice(device);
-  if (error != PortOk && port_.isOpen()) port_.close();
+  const std::string path = DevicePath(device);
+  const DeviceState state = StateOfDevice(path);
+  if (state == DeviceState::Missing) return PortNotAvailable;
+  if (state == DeviceState::NoPermission) return PortNoPermission;
+  const PortError error = OpenDevice(path);
+  if (error != PortOk) CloseDevice();
   return error;
 }
 
-PortError QtSerialPort::OpenDevice(const std::string& device) {
-  port_.setPortName(QString::fromStdString(device));
-  if (!port_.open(QIODevice::ReadWrite)) {
-    switch (port_.error()) {
-      case QSerialPort::DeviceNotFoundError:
-        return PortNotAvailable;
-      case QSerialPort::PermissionError:  // permission has been tested: another program holds it
-        return PortInUse;
-      default:
-        return PortDeviceError;
-    }
-  }
-  if (!LockDevice(Handle())) return PortInUse;
-  pseudoTerminal_ = IsPseudoTerminal(device);
-  // Characters from before survive a reopening.
-  port_.clear();
-  input_.clear();
+PortError QtSerialPort::OpenDevice(const std::string& path) {
+  pseudoTerminal_ = IsPseudoTerminal(path);
+  if (!pseudoTerminal_ && !lock_.Take(path)) return PortInUse;
+  const PortError error = device_.Open(path);
+  if (error != PortOk) return error;
   line_ = LineClock();
-  ForgetWritten();
-  ExpectEcho({});
-  open_ = true;
-  watch_.start();
+  told_ = false;
+  for (QSocketNotifier* notifier : {&readable_, &writable_}) notifier->setSocket(device_.Get());
+  readable_.setEnabled(true);
   return PortOk;
 }
 
 void QtSerialPort::Close() {
+  // The system would wait for a held line, up to half a minute.
+  if (Held()) device_.DiscardOutput();
+  CloseDevice();
+}
+
+void QtSerialPort::CloseDevice() {
+  readable_.setEnabled(false);
+  writable_.setEnabled(false);
   watch_.stop();
-  open_ = false;
-  input_.clear();
-  if (port_.isOpen()) port_.close();
+  device_.Close();
+  lock_.Release();
+  backlog_.clear();
+  refusal_.clear();
+  ClearInput();
 }
 
 std::string QtSerialPort::SetUp(const std::string& settings, Handshaking handshaking) {
-  if (!open_) return "Die Schnittstelle ist nicht geöffnet.";
-  if (!ApplySettings(settings, handshaking)) {
-    return "Einstellung " + settings + ": " + port_.errorString().toStdString();
-  }
+  if (!IsOpen()) return "Die Schnittstelle ist nicht geöffnet.";
+  const LineSettings line = Settings(settings, handshaking, pseudoTerminal_);
+  int error = device_.SetUp(line);
+  if (error != 0) return "Einstellung " + settings + ": " + Description(error);
+  line_.SetRate(line.baud, line.BitsOfCharacter());
   // With RTS/CTS the driver moves the line by itself.
-  const bool ownLine = !pseudoTerminal_ && handshaking != Handshaking::RtsCts;
-  if (ownLine && !port_.setRequestToSend(true)) return port_.errorString().toStdString();
-  return {};
+  if (handshaking != Handshaking::RtsCts) error = device_.RequestToSend();
+  return error == 0 ? std::string() : Description(error);
 }
 
-bool QtSerialPort::ApplySettings(const std::string& settings, Handshaking handshaking) {
-  const QStringList parts = QString::fromStdString(settings).split(u',');
-  const int baud = parts.value(0).toInt();
-  const int bits = parts.value(2).toInt();
-  const int stopBits = parts.value(3).toInt();
-  const char parity = parts.value(1).isEmpty() ? 'N' : parts.value(1).front().toLatin1();
-  if (baud <= 0 || !port_.setBaudRate(baud)) return false;
-  if (!ApplyFrame(parity, bits, stopBits)) return false;
-  const bool bare = pseudoTerminal_;  // 8 bits, no parity, whatever is asked for
-  line_.SetRate(baud, 1 + (bare ? 8 : bits) + (bare || parity == 'N' ? 0 : 1) + stopBits);
-  return port_.setFlowControl(handshaking == Handshaking::RtsCts && !pseudoTerminal_
-                                  ? QSerialPort::HardwareControl
-                                  : QSerialPort::SoftwareControl);
-}
-
-bool QtSerialPort::ApplyFrame(char parity, int bits, int stopBits) {
-  if (!port_.setStopBits(stopBits == 2 ? QSerialPort::TwoStop : QSerialPort::OneStop)) return false;
-  if (pseudoTerminal_) return true;
-  return port_.setDataBits(bits == 7 ? QSerialPort::Data7 : QSerialPort::Data8) &&
-         port_.setParity(ParityOf(parity));
+QtSerialPort::Time QtSerialPort::TimeOf(std::size_t characters) const {
+  return line_.CharacterTime() * static_cast<Time::rep>(characters);
 }
 
 void QtSerialPort::Write(std::string_view text) {
-  if (!open_ || text.empty()) return;
-  Fetch();
-  const bool paused = line_.IdleFor(loop_.Now()) > echoDelay;
-  if (paused) ExpectEcho({});
-  if (written_.empty() || paused || written_.size() > echoKept) {
-    written_.clear();
-    beforeWrite_ = input_.size();
-  }
-  written_ += text;
-  line_.Written(text.size(), loop_.Now());
-  WatchEvery(watchInterval);
-  port_.write(text.data(), static_cast<qint64>(text.size()));
-  port_.flush();
-  if (traffic_) traffic_(Direction::ToTerminal, text);
+  if (!IsOpen() || text.empty()) return;
+  Receive();
+  const Time now = loop_.Now();
+  Written(text, now, now + line_.Left(now) + TimeOf(backlog_.size() + text.size()));
+  if (!IsOpen()) return;  // it was lost, or closed by who was told of what had come
+  backlog_ += text;
+  Send();
 }
 
-std::size_t QtSerialPort::DriverCount() const {
-  return static_cast<std::size_t>(port_.bytesToWrite()) + DriverQueue(Handle());
+// Hands over what the device takes. The rest goes on when it takes more.
+void QtSerialPort::Send() {
+  int error = 0;
+  const Time now = loop_.Now();  // the first character leaves while the system still writes
+  const std::size_t taken = device_.Write(backlog_, error);
+  line_.Written(taken, now);
+  backlog_.erase(0, taken);
+  stuck_ = {backlog_.size() + taken, now};
+  writable_.setEnabled(!backlog_.empty());
+  if (error != 0) Refused(error, writable_);
+}
+
+void QtSerialPort::GoOnSending() {
+  if (backlog_.empty()) return writable_.setEnabled(false);
+  Send();
+  const Time now = loop_.Now();
+  Delayed(now + line_.Left(now) + TimeOf(backlog_.size()));
 }
 
 std::size_t QtSerialPort::OutBufferCount() const {
-  return open_ ? std::max(line_.CharactersLeft(loop_.Now()), DriverCount()) : 0;
+  if (!IsOpen()) return 0;
+  return backlog_.size() + std::max(line_.CharactersLeft(loop_.Now()), device_.Queued());
 }
 
 nanoseconds QtSerialPort::OutBufferTime() const {
   const nanoseconds left = line_.Left(loop_.Now());
+  if (left > nanoseconds(0)) return left + TimeOf(backlog_.size());
   // Beyond the line's own time only the driver knows; ask it again soon.
-  return left > nanoseconds(0) ? left : std::chrono::milliseconds(1);
+  return Held() ? kHeldPause : milliseconds(1);
+}
+
+bool QtSerialPort::Held() const {
+  const std::size_t waiting = IsOpen() ? Waiting() : 0;
+  const Time now = loop_.Now();
+  if (waiting != stuck_.waiting) stuck_ = {waiting, now};
+  return waiting > 0 && std::min(now - stuck_.since, line_.IdleFor(now)) > kHeldAfter;
 }
 
 void QtSerialPort::DiscardOutput() {
-  if (!open_) return;
-  port_.clear(QSerialPort::Output);
+  if (!IsOpen()) return;
+  device_.DiscardOutput();
+  backlog_.clear();
+  writable_.setEnabled(false);
   line_.Discarded(loop_.Now());
 }
 
-// Setting an interval starts it anew, which must not happen with each text.
-void QtSerialPort::WatchEvery(std::chrono::milliseconds interval) {
-  if (watch_.intervalAsDuration() != interval) watch_.setInterval(interval);
+// Takes what has come; tells nobody yet.
+void QtSerialPort::Receive() {
+  if (!IsOpen()) return;
+  int error = 0;
+  const std::string text = device_.Read(error);
+  const Time now = loop_.Now();
+  // What the line should have carried by now, but has not, comes back later too.
+  const bool due = EchoExpected() && line_.IdleFor(now) > Time(0);
+  const std::size_t late = due ? Waiting() : 0;
+  if (late > 0) Delayed(now + TimeOf(late));
+  Received(text, now);
+  if (error != 0) Refused(error, readable_);
+  if (EchoBegun() && !watch_.isActive()) watch_.start();
 }
 
-void QtSerialPort::DiscardInput() {
-  if (!open_) return;
-  Fetch();
-  input_.erase(0, std::min(beforeWrite_, input_.size()));
-  if (line_.IdleFor(loop_.Now()) > echoDelay) {
-    ExpectEcho({});
-  } else if (echoToCome_.empty()) {
-    ExpectEcho(EchoHeldBack());
-  }
-  input_.clear();
-  ForgetWritten();
+void QtSerialPort::Sleep(nanoseconds longest) {
+  if (!IsOpen()) return std::this_thread::sleep_for(longest);
+  if (!device_.Wait({readable_.isEnabled(), writable_.isEnabled()}, longest)) return;
+  Receive();
+  GoOnSending();
+  RaiseSoon();
 }
 
-void QtSerialPort::ForgetWritten() {
-  written_.clear();
-  beforeWrite_ = 0;
+// Not inside a wait that only paints; what comes then is raised after it.
+void QtSerialPort::Raise() {
+  if (!loop_.Held()) RaiseReceiveEvents();
 }
 
-void QtSerialPort::ExpectEcho(std::string echo) {
-  echoToCome_ = std::move(echo);
-  echoCome_ = 0;
+void QtSerialPort::RaiseSoon() {
+  if (InBufferCount() > 0 && ReceiveThreshold() == 1) raise_.start(0);
 }
 
-// An adapter may hold characters back for some milliseconds: the rest of the echo, or all of it, is
-// still to come. An answer never begins like a command.
-std::string QtSerialPort::EchoHeldBack() const {
-  const std::size_t echo = EchoLength(input_);
-  return echo == input_.size() ? written_.substr(echo) : std::string();
+// Runs while something has begun like an echo, and while the device refuses something, which is
+// tried again then.
+void QtSerialPort::Watch() {
+  const std::string refusal = std::exchange(refusal_, {});
+  readable_.setEnabled(true);
+  Receive();
+  GoOnSending();
+  if (!IsOpen()) return;
+  ExpireEcho(loop_.Now());
+  if (refusal_.empty() && !EchoBegun()) watch_.stop();
+  Raise();
+  if (!refusal.empty() && error_ && !std::exchange(told_, true)) error_(refusal);
 }
 
-// How much of a text is the echo of what was written.
-std::size_t QtSerialPort::EchoLength(std::string_view text) const {
-  const std::size_t most = std::min(text.size(), written_.size());
-  return static_cast<std::size_t>(std::mismatch(text.begin(),
-                                                text.begin() + static_cast<std::ptrdiff_t>(most),
-                                                written_.begin())
-                                      .first -
-                                  text.begin());
-}
-
-void QtSerialPort::DiscardEcho() {
-  if (!open_) return;
-  // An answer arrives one character's time after the last bit at the earliest.
-  const bool late = line_.IdleFor(loop_.Now()) >= line_.CharacterTime();
-  Fetch();
-  input_.erase(0, std::min(beforeWrite_, input_.size()));
-  ExpectEcho(EchoHeldBack());
-  input_.erase(0, late ? EchoLength(input_) : input_.size());
-}
-
-std::string QtSerialPort::Input() {
-  const std::size_t length = inputLen_ == 0 ? input_.size() : static_cast<std::size_t>(inputLen_);
-  std::string text = input_.substr(0, length);
-  input_.erase(0, text.size());
-  // Who reads takes the echo with it; the next text is compared from its own beginning.
-  if (!text.empty()) ForgetWritten();
-  return text;
-}
-
-// Takes over what has arrived without going through the event loop.
-void QtSerialPort::Fetch() {
-  bool gone = false;
-  Received(port_.readAll().toStdString());
-  Received(ReadAvailable(Handle(), gone));
-  if (gone) Lost();
-}
-
-void QtSerialPort::Received(const std::string& text) {
-  if (text.empty()) return;
-  const std::string_view rest = std::string_view(echoToCome_).substr(echoCome_);
-  const std::size_t most = std::min(text.size(), rest.size());
-  const auto same = static_cast<std::size_t>(
-      std::mismatch(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(most), rest.begin())
-          .first -
-      text.begin());
-  if (same < most) {  // no echo after all, but a Terminal that itself repeats the command
-    input_.append(echoToCome_, 0, echoCome_).append(text);
-    ExpectEcho({});
-  } else {
-    input_.append(text, same);
-    echoCome_ += same;
-    if (echoCome_ == echoToCome_.size()) ExpectEcho({});
-  }
-  if (traffic_) traffic_(Direction::FromTerminal, text);
-}
-
-void QtSerialPort::RaiseReceiveEvents() {
-  if (raising_ || loop_.Held()) return;
-  raising_ = true;
-  while (open_ && threshold_ == 1 && receive_ && !input_.empty()) {
-    const std::size_t before = input_.size();
-    receive_();
-    if (input_.size() >= before) break;  // nobody wants it; it stays for the next exchange to drop
-  }
-  raising_ = false;
+void QtSerialPort::Refused(int error, QSocketNotifier& what) {
+  if (device_.HungUp()) return Lost();
+  what.setEnabled(false);  // it would report without end
+  refusal_ = Description(error);
+  if (!watch_.isActive()) watch_.start();
 }
 
 void QtSerialPort::Lost() {
-  if (!std::exchange(open_, false)) return;
-  watch_.stop();
-  input_.clear();
-  // Not inside the device's own signal.
+  CloseDevice();
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (!open_ && port_.isOpen()) port_.close();
         if (lost_) lost_();
       },
       Qt::QueuedConnection);

@@ -1,24 +1,27 @@
 #pragma once
 
 #include <QObject>
-#include <QSerialPort>
+#include <QSocketNotifier>
 #include <QTimer>
+#include <functional>
 #include <string>
 
+#include "adapters/device_lock.h"
+#include "adapters/port_handle.h"
 #include "adapters/qt_event_loop.h"
-#include "base/serial_port.h"
+#include "link/buffered_port.h"
 #include "link/line_clock.h"
 
 namespace kelvo {
 
-/// The PC's serial port through Qt. It is closed at the first sign that the device is gone: left
-/// open it would report errors without end, or none at all, at full processor load.
-class QtSerialPort : public QObject, public SerialPort {
+/// The PC's serial port in the Qt event loop. It is given up when its device says that it is gone,
+/// and for nothing else: what the device does not take waits, and what it refuses is told.
+class QtSerialPort : public QObject, public BufferedPort {
   Q_OBJECT
 
  public:
   explicit QtSerialPort(QtEventLoop& loop);
-  ~QtSerialPort() override { QtSerialPort::Close(); }
+  ~QtSerialPort() override;
 
   /// The device behind "Com 1" .. "Com 6": an absolute path or a system name; empty for none.
   using DeviceOf = std::function<std::string(int number)>;
@@ -27,62 +30,55 @@ class QtSerialPort : public QObject, public SerialPort {
   PortError SetPortNumber(std::int16_t number) override;
   PortError Open() override;
   void Close() override;
-  bool IsOpen() const override { return open_; }
+  bool IsOpen() const override { return device_.IsOpen(); }
   std::string SetUp(const std::string& settings, Handshaking handshaking) override;
 
   void Write(std::string_view text) override;
   std::size_t OutBufferCount() const override;
   void DiscardOutput() override;
   std::chrono::nanoseconds OutBufferTime() const override;
+  bool Held() const override;
 
-  std::size_t InBufferCount() const override { return input_.size(); }
-  void DiscardInput() override;
-  void DiscardEcho() override;
-  std::string Input() override;
-  int InputLen() const override { return inputLen_; }
-  void SetInputLen(int length) override { inputLen_ = length; }
-
-  void SetReceiveThreshold(int characters) override { threshold_ = characters; }
-  int ReceiveThreshold() const override { return threshold_; }
-  void SetReceiveHandler(std::function<void()> handler) override { receive_ = std::move(handler); }
   void SetLostHandler(std::function<void()> handler) override { lost_ = std::move(handler); }
-  void SetTrafficListener(TrafficListener listener) override { traffic_ = std::move(listener); }
+  void SetErrorHandler(std::function<void(const std::string&)> handler) override {
+    error_ = std::move(handler);
+  }
 
  private:
-  PortError OpenDevice(const std::string& device);
-  bool ApplySettings(const std::string& settings, Handshaking handshaking);
-  bool ApplyFrame(char parity, int bits, int stopBits);
-  void Fetch();
-  void Received(const std::string& text);
-  std::size_t EchoLength(std::string_view text) const;
-  void ExpectEcho(std::string echo);
-  std::string EchoHeldBack() const;
-  void ForgetWritten();
-  void RaiseReceiveEvents();
-  void WatchEvery(std::chrono::milliseconds interval);
+  PortError OpenDevice(const std::string& path);
+  void CloseDevice();
+  void Receive();
+  void Send();
+  void GoOnSending();
+  void Sleep(std::chrono::nanoseconds longest);
+  void Raise();
+  void RaiseSoon();
+  void Watch();
   void Lost();
-  std::size_t DriverCount() const;
-  int Handle() const { return static_cast<int>(port_.handle()); }
+  void Refused(int error, QSocketNotifier& what);
+  std::size_t Waiting() const { return backlog_.size() + device_.Queued(); }
+  Time TimeOf(std::size_t characters) const;
 
   QtEventLoop& loop_;
-  QSerialPort port_;
+  DeviceLock lock_;
+  PortHandle device_;
+  QSocketNotifier readable_{QSocketNotifier::Read};
+  QSocketNotifier writable_{QSocketNotifier::Write};
+  QTimer raise_;
   QTimer watch_;
-  LineClock line_;
+  LineClock line_;       // of what the device has taken
+  std::string backlog_;  // what it has not
   DeviceOf deviceOf_;
   int number_ = 0;
-  bool open_ = false;
   bool pseudoTerminal_ = false;
-  std::string input_;
-  std::string written_;          // without a pause that an echo could not bridge
-  std::size_t beforeWrite_ = 0;  // characters of input_ that were there before written_
-  std::string echoToCome_;       // dropped as it arrives, unless something else comes after all
-  std::size_t echoCome_ = 0;     // characters of it that have arrived
-  int inputLen_ = 1;
-  int threshold_ = 0;
-  bool raising_ = false;
-  std::function<void()> receive_;
+  std::string refusal_;  // not told yet
+  bool told_ = false;
+  struct {
+    std::size_t waiting = 0;
+    Time since{0};
+  } mutable stuck_;  // how much waits, and since when it is as much
   std::function<void()> lost_;
-  TrafficListener traffic_;
+  std::function<void(const std::string&)> error_;
 };
 
 }  // namespace kelvo

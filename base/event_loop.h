@@ -29,6 +29,10 @@ class EventLoop {
 /// earlier than the interval.
 class Timer {
  public:
+  /// Each: every tick is delivered. OnDemand: the timer runs freely, but only a tick that somebody
+  /// asked for with SetEnabled(true) is delivered, so that an idle program sleeps.
+  enum class Ticks { Each, OnDemand };
+
   virtual ~Timer() = default;
 
   virtual void SetInterval(std::chrono::milliseconds interval) = 0;

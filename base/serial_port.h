@@ -47,21 +47,21 @@ class SerialPort {
   virtual std::string SetUp(const std::string& settings, Handshaking handshaking) = 0;
 
   // Writing.
+  /// What waits in the input is old then: it is raised as a receive event where somebody listens,
+  /// and dropped. An exact copy of `text` that comes back is echo and never gets into the input.
   virtual void Write(std::string_view text) = 0;
   virtual std::size_t OutBufferCount() const = 0;
   virtual void DiscardOutput() = 0;
   /// How long it takes until the last character has left the line, as far as that can be known;
   /// never 0 while OutBufferCount() is not.
   virtual std::chrono::nanoseconds OutBufferTime() const = 0;
+  /// The device takes nothing although characters wait: its handshake holds the line.
+  virtual bool Held() const = 0;
 
   // Reading.
   virtual std::size_t InBufferCount() const = 0;
   /// Drops everything that waits.
   virtual void DiscardInput() = 0;
-  /// Drops what has arrived up to the moment the last written character left the line: old
-  /// characters and the bus echo. What can only be an answer to it stays, even when the call comes
-  /// late because the machine is busy.
-  virtual void DiscardEcho() = 0;
   /// At most InputLen() characters, all waiting ones when that is 0.
   virtual std::string Input() = 0;
   virtual int InputLen() const = 0;
@@ -75,6 +75,9 @@ class SerialPort {
   virtual void SetReceiveHandler(std::function<void()> handler) = 0;
   /// Called once, from the event loop, after the device went away. The port is closed then.
   virtual void SetLostHandler(std::function<void()> handler) = 0;
+  /// Called, from the event loop, when the device refuses work for another reason than being gone;
+  /// told the system's description (UTF-8). The port stays open.
+  virtual void SetErrorHandler(std::function<void(const std::string&)> handler) = 0;
   /// Told of everything that crosses the line; an empty listener costs nothing.
   virtual void SetTrafficListener(TrafficListener listener) = 0;
 };

@@ -129,7 +129,7 @@ void Waiting(benchmark::State& state) {
   Responder responder;
   Host host(responder.Path(), "19200,N,8,1");
   const std::chrono::milliseconds interval(state.range(0));
-  host.exchange.SetReplyTimeout(interval);
+  host.exchange.SetInterval(interval);
   double latest = 0;
   double earliest = 1e9;
   const std::clock_t processor = std::clock();

@@ -9,12 +9,15 @@
 #include "adapters/qt_event_loop.h"
 #include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
+#include "link/link_world.h"
 
 namespace kelvo {
 
 /// The exchange over the real port and event loop, as the program puts it together.
-struct Host {
+struct Host : LinkWorld<QtEventLoop, QtTimer, QtSerialPort> {
   Host(std::string device, std::string lineSettings) : settings(std::move(lineSettings)) {
+    tmrTimeout.SetEnabled(true);
+    tmrRS485.SetInterval(std::chrono::milliseconds(20));
     com1.SetDevices([device](int) { return device; });
     com1.SetPortNumber(1);
     if (!Open()) throw std::runtime_error("cannot open " + device);
@@ -27,15 +30,10 @@ struct Host {
     return true;
   }
   bool Send(std::string_view text) {
-    exchange.CommandBuffer = text;
-    return exchange.SendString(exchange.CommandBuffer, Pending::Keep, Acknowledge::Wait);
+    return exchange.SendString(text, Pending::Keep, Acknowledge::Wait).Failed();
   }
 
   const std::string settings;
-  QtEventLoop loop;
-  QtTimer tmrTimeout{loop, std::chrono::milliseconds(2000), true};
-  QtTimer tmrRS485{loop, std::chrono::milliseconds(20), true, QtTimer::Ticks::OnDemand};
-  QtSerialPort com1{loop};
   Exchange exchange{com1, loop, tmrTimeout, tmrRS485};
 };
 

@@ -17,7 +17,8 @@ namespace kelvo {
 
 class TickList;
 
-/// Sends the drawing to the stored Terminals that the operator ticks.
+/// Sends the drawing to the stored Terminals that the operator ticks. "DOVU" is what the database
+/// calls a Terminal of the bus: its list is the table `DOVU`, and names with "Dovu" are about it.
 class frmDovu : public QDialog {
   Q_OBJECT
 

@@ -4,24 +4,24 @@
 
 #include "base/val.h"
 #include "base/wire_text.h"
-#include "link/control_characters.h"
-#include "settings/status.h"
+#include "link/commands.h"
+#include "link/intervals.h"
+#include "terminal/version.h"
 
 namespace kelvo {
 namespace {
 
-using std::chrono::milliseconds;
-
 // In force for the search as written; a query brings its own 500 ms all the same.
-constexpr milliseconds searchTimeout{100};
-constexpr milliseconds usualTimeout{1000};
-constexpr std::size_t longestVersion = 20;
-constexpr std::string_view digits = "0123456789";
+constexpr std::chrono::milliseconds kSearchInterval{100};
+constexpr std::size_t kLongestVersion = 20;
+constexpr std::string_view kDigits = "0123456789";
 
-std::string Commands(std::initializer_list<std::string_view> commands) {
-  std::string text;
-  for (const std::string_view command : commands) text.append(CmdPrefix).append(command);
-  return text;
+// GC, position, font, zoom, attribute, a text, another position, another text that stays open.
+std::string TwoTexts(std::string_view x1, std::string_view text1, std::string_view x2,
+                     const std::string& text2) {
+  return Sequence({ClearDisplay(), SetGraphicPosition(x1, "150"), SetGraphicFont(8),
+                   SetGraphicZoom(3, 3), SetGraphicAttribute(0)}) +
+         OpenGraphicText(text1) + SetGraphicPosition(x2, "90").Text() + OpenGraphicText(text2);
 }
 
 std::string_view NumberPart(std::string_view reply) {
@@ -29,7 +29,7 @@ std::string_view NumberPart(std::string_view reply) {
 }
 
 bool BeginsWithDigit(std::string_view text) {
-  return !text.empty() && digits.find(text.front()) != std::string_view::npos;
+  return !text.empty() && kDigits.find(text.front()) != std::string_view::npos;
 }
 
 std::string Quoted(const std::string& wire) { return "\"" + ReadableText(wire) + "\""; }
@@ -71,33 +71,30 @@ std::string HeardStory(const SearchResult& result) {
 }  // namespace
 
 std::string FoundDisplay(int address) {
-  return Commands({"GC", "GP50,150;", "GF8;", "GZ3,3;", "GA0;", "GT Adresse : ", "GP130,90;",
-                   "GT" + std::to_string(address)});
+  return TwoTexts("50", " Adresse : ", "130", std::to_string(address));
 }
 
 std::string ConflictDisplay(int address) {
-  return Commands({"GC", "GP10,150;", "GF8;", "GZ3,3;", "GA0;", "GTKonflikt ! ", "GP20,90;",
-                   "GTAdresse : " + std::to_string(address)});
+  return TwoTexts("10", "Konflikt ! ", "20", "Adresse : " + std::to_string(address));
 }
 
-Heard ReadAddressReply(int address, bool timedOut, std::string_view reply,
-                       std::string_view received) {
-  if (timedOut && reply != "TimeOut") return Heard::Garbled;
-  if (timedOut) return received.empty() ? Heard::Silence : Heard::Unfinished;
-  const std::string_view number = NumberPart(reply);
+Heard ReadAddressReply(int address, const Reply& reply) {
+  if (reply.kind == ReplyKind::Unfinished) return Heard::Unfinished;
+  if (reply.Failed()) return Heard::Silence;
+  const std::string_view number = NumberPart(reply.text);
   // A text without a number has the value 0 and so counts as address 0; there the version decides.
   if (Val(number) == address) return Heard::Itself;
   return BeginsWithDigit(number) ? Heard::OtherAddress : Heard::Garbled;
 }
 
 bool IsVersion(std::string_view reply) {
-  if (!BeginsWithDigit(reply) || reply.size() > longestVersion) return false;
-  std::string_view rest = reply.substr(std::min(reply.find_first_not_of(digits), reply.size()));
+  if (!BeginsWithDigit(reply) || reply.size() > kLongestVersion) return false;
+  std::string_view rest = reply.substr(std::min(reply.find_first_not_of(kDigits), reply.size()));
   if (rest.starts_with('.')) {
     rest.remove_prefix(1);
-    rest = rest.substr(std::min(rest.find_first_not_of(digits), rest.size()));
+    rest = rest.substr(std::min(rest.find_first_not_of(kDigits), rest.size()));
   }
-  return rest.find_first_of(digits) == std::string_view::npos;
+  return rest.find_first_of(kDigits) == std::string_view::npos;
 }
 
 std::string ResultName(int address) { return "(Anzeige Nr." + std::to_string(address) + ")"; }
@@ -133,7 +130,7 @@ std::string SearchReport(const std::vector<SearchResult>& results) {
 TerminalSearch::End TerminalSearch::Run(int last, double checksumFrom, const Listener& listener) {
   Exchange& exchange = services_.exchange;
   stopping_ = false;
-  exchange.SetReplyTimeout(searchTimeout);
+  exchange.SetInterval(kSearchInterval);
   bool connected = services_.reopenPort();
   for (int address = 0; connected && address <= last && !stopping_; ++address) {
     const SearchResult result = Ask(address, checksumFrom);
@@ -142,7 +139,7 @@ TerminalSearch::End TerminalSearch::Run(int last, double checksumFrom, const Lis
     if (!result.Found() && !result.Absent()) connected = ShowConflict(address);
     listener(result);
   }
-  exchange.SetReplyTimeout(usualTimeout);
+  exchange.SetInterval(kUsualInterval);
   if (!connected) return End::LineLost;
   return stopping_ ? End::Stopped : End::Complete;
 }
@@ -151,45 +148,33 @@ SearchResult TerminalSearch::Ask(int address, double checksumFrom) {
   Exchange& exchange = services_.exchange;
   SearchResult result;
   result.address = address;
-  Send(SetAddressCommand(std::to_string(address)), Pending::Discard);
-  // On a two-wire bus the selection is heard as well; the query drops what is there when it starts.
+  exchange.SendString(SelectAddress(address).Text(), Pending::Discard);
   exchange.WaitUntilSent();
-  result.reply = Query("?A");
-  const bool timedOut = exchange.LastStatus != 0;
-  result.received = exchange.LastReceived();
-  result.heard = ReadAddressReply(address, timedOut, result.reply, result.received);
-  if (result.heard == Heard::Itself) AskVersion(result, checksumFrom);
+  const Reply reply = exchange.SendQuery(AskAddress());
+  result.reply = reply.text;
+  result.received = reply.received;
+  result.heard = ReadAddressReply(address, reply);
+  if (result.heard == Heard::Itself) AskVersionOf(result, checksumFrom);
   return result;
 }
 
-void TerminalSearch::AskVersion(SearchResult& result, double checksumFrom) {
-  Send(FoundDisplay(result.address), Pending::Discard);
-  services_.exchange.WaitUntilSent();
-  result.versionReply = Query("?V");
-  result.versionReceived = services_.exchange.LastReceived();
-  result.versionUsable = services_.exchange.LastStatus == 0 && IsVersion(result.versionReply);
+void TerminalSearch::AskVersionOf(SearchResult& result, double checksumFrom) {
+  Exchange& exchange = services_.exchange;
+  exchange.SendString(FoundDisplay(result.address), Pending::Discard);
+  exchange.WaitUntilSent();
+  const Reply reply = exchange.SendQuery(AskVersion());
+  result.versionReply = reply.text;
+  result.versionReceived = reply.received;
+  result.versionUsable = !reply.Failed() && IsVersion(reply.text);
   if (!result.versionUsable) return;
-  NoteVersion(services_.state, result.versionReply);
-  result.checksum = ReadVersion(result.versionReply).number >= checksumFrom;
+  NoteVersion(services_.state, reply);
+  result.checksum = ReadVersion(reply.text).number >= checksumFrom;
 }
 
 bool TerminalSearch::ShowConflict(int address) {
-  Send(ConflictDisplay(address), Pending::Keep);
+  services_.exchange.SendString(ConflictDisplay(address));
   services_.exchange.WaitUntilSent();
   return services_.exchange.Alive() && services_.reopenPort();
-}
-
-void TerminalSearch::Send(std::string command, Pending pending) {
-  Exchange& exchange = services_.exchange;
-  exchange.CommandBuffer = std::move(command);
-  exchange.LastStatus =
-      exchange.SendString(exchange.CommandBuffer, pending, Acknowledge::None) ? -1 : 0;
-}
-
-std::string TerminalSearch::Query(const char* query) {
-  services_.exchange.CommandBuffer = query;
-  services_.exchange.QueryCommand();
-  return services_.exchange.CommandBuffer;
 }
 
 }  // namespace kelvo

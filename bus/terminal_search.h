@@ -43,10 +43,9 @@ std::string FoundDisplay(int address);
 /// Drawn by all that listen to one address: "Konflikt !", "Adresse : n".
 std::string ConflictDisplay(int address);
 
-/// What the reply to "?A" tells; `timedOut` is the exchange's verdict and `received` all that came.
-/// The number counts from the reply's third character on, because a Terminal repeats the letters.
-Heard ReadAddressReply(int address, bool timedOut, std::string_view reply,
-                       std::string_view received);
+/// What the reply to "?A" tells. The number counts from the reply's third character on, because a
+/// Terminal repeats the letters.
+Heard ReadAddressReply(int address, const Reply& reply);
 /// Whether a text can be a version: it begins with a digit, holds one decimal number and is at most
 /// 20 characters long. When two Terminals answer at once, this is what tells.
 bool IsVersion(std::string_view reply);
@@ -84,10 +83,8 @@ class TerminalSearch {
 
  private:
   SearchResult Ask(int address, double checksumFrom);
-  void AskVersion(SearchResult& result, double checksumFrom);
+  void AskVersionOf(SearchResult& result, double checksumFrom);
   bool ShowConflict(int address);
-  void Send(std::string command, Pending pending);
-  std::string Query(const char* query);
 
   Services services_;
   bool stopping_ = false;

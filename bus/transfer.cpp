@@ -4,8 +4,7 @@
 #include <cstdio>
 
 #include "base/wire_text.h"
-#include "link/control_characters.h"
-#include "settings/status.h"
+#include "link/commands.h"
 
 namespace kelvo {
 namespace {
@@ -15,18 +14,9 @@ using std::chrono::nanoseconds;
 
 // The rate at which a Terminal is taken to be through with what it has received.
 constexpr int charactersPerSecond = 3000;
-// As the exchange writes long texts.
-constexpr std::size_t pieceLength = 5000;
 // A Terminal whose good answer has not come may still give it (another one may have answered in
 // its place), and then must not be taken for the next one that is asked.
 constexpr milliseconds overdueAnswer{1000};
-
-constexpr std::string_view askChecksum = "C?";
-constexpr std::string_view resetChecksum = "C!";
-
-std::string Command(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
-
-std::string Select(int address) { return SetAddressCommand(std::to_string(address)); }
 
 std::string Count(long number, const char* one, const char* many) {
   return std::to_string(number) + " " + (number == 1 ? one : many);
@@ -35,12 +25,12 @@ std::string Count(long number, const char* one, const char* many) {
 }  // namespace
 
 std::string TransferPayload(std::string_view drawing) {
-  return Command("GC") + Command("!C0;").append(drawing);
+  return Sequence({ClearDisplay(), CursorOffForDrawing()}).append(drawing);
 }
 
 std::uint16_t ExpectedChecksum(std::string_view payload) {
   std::string received(payload);
-  received += Command(askChecksum);
+  received += AskChecksum().Text();
   return static_cast<std::uint16_t>(StringSum(received));
 }
 
@@ -103,9 +93,9 @@ class Transfer::Run {
  public:
   Run(Transfer& transfer, std::vector<TransferEntry>& entries, std::string payload,
       const Listener& listener)
-      : exchange_(transfer.exchange_),
+      : transfer_(transfer),
+        exchange_(transfer.exchange_),
         loop_(transfer.loop_),
-        stopping_(transfer.stopping_),
         entries_(entries),
         payload_(std::move(payload)),
         expected_(ExpectedChecksum(payload_)),
@@ -113,10 +103,10 @@ class Transfer::Run {
 
   void ToAll();
   void OneByOne();
-  void Close() { Send(Select(ClosingAddress)); }
+  void Close() { Send(SelectAddress(ClosingAddress).Text()); }
 
  private:
-  bool GoesOn() const { return !stopping_ && exchange_.Alive(); }
+  bool GoesOn() const { return !transfer_.stopping_ && exchange_.Alive(); }
   std::vector<std::size_t> Ticked() const;
   void Begin();
   void Change(const std::vector<std::size_t>& which, TransferState state, int percent = 0);
@@ -125,11 +115,11 @@ class Transfer::Run {
   void WaitForTerminals();
   void WaitUntil(nanoseconds end);
   void Check(std::size_t index);
-  void Send(std::string command);
+  void Send(std::string_view text);
 
+  const Transfer& transfer_;
   Exchange& exchange_;
   EventLoop& loop_;
-  const bool& stopping_;
   std::vector<TransferEntry>& entries_;
   const std::string payload_;
   const std::uint16_t expected_;
@@ -180,7 +170,7 @@ void Transfer::Run::OneByOne() {
 
 void Transfer::Run::ToOne(std::size_t index) {
   TransferEntry& entry = entries_[index];
-  Send(Select(entry.address) + Command(resetChecksum));
+  Send(Sequence({SelectAddress(entry.address), ResetChecksum()}));
   SendPayload({index});
   if (entry.checksum) {
     WaitForTerminals();
@@ -196,9 +186,9 @@ void Transfer::Run::ToOne(std::size_t index) {
 void Transfer::Run::ToAll() {
   const std::vector<std::size_t> ticked = Ticked();
   Change(ticked, TransferState::Waiting);
-  Send(Select(AllAddresses) + Command(resetChecksum));
+  Send(Sequence({SelectAddress(AllAddresses), ResetChecksum()}));
   SendPayload(ticked);
-  Send(Select(ClosingAddress));
+  Send(SelectAddress(ClosingAddress).Text());
   writtenAt_ = loop_.Now();
   WaitForTerminals();
   if (!exchange_.Alive()) return Change(ticked, TransferState::NoAnswer);
@@ -214,7 +204,7 @@ void Transfer::Run::ToAll() {
   Change(asked, TransferState::Waiting);
   for (const std::size_t index : asked) {
     if (!GoesOn()) return;
-    Send(Select(entries_[index].address));
+    Send(SelectAddress(entries_[index].address).Text());
     Check(index);
   }
 }
@@ -227,7 +217,7 @@ void Transfer::Run::SendPayload(const std::vector<std::size_t>& receivers) {
     Change(receivers, TransferState::Sending, static_cast<int>(100 * gone / payload_.size()));
   };
   while (written < payload_.size() && exchange_.Alive()) {
-    const std::string piece = payload_.substr(written, pieceLength);
+    const std::string piece = payload_.substr(written, kPieceLength);
     exchange_.WaitUntilSentYielding(showProgress);
     Send(piece);
     written += piece.size();
@@ -251,13 +241,11 @@ void Transfer::Run::Check(std::size_t index) {
   TransferEntry& entry = entries_[index];
   entry.expected = expected_;
   Change({index}, TransferState::Checking);
-  // On a two-wire bus all this is heard as well; the query drops what is there when it starts.
   exchange_.WaitUntilSentYielding();
   const nanoseconds asked = loop_.Now();
-  exchange_.CommandBuffer = askChecksum;
-  exchange_.QueryCommand();
-  const bool answered = exchange_.LastStatus == 0;
-  entry.answer = answered ? exchange_.CommandBuffer : std::string();
+  const Reply reply = exchange_.SendQuery(AskChecksum());
+  const bool answered = !reply.Failed();
+  entry.answer = answered ? reply.text : std::string();
   const bool good = answered && ReadChecksum(entry.answer) == expected_;
   if (good) entry.ticked = false;
   Change({index}, good       ? TransferState::Good
@@ -266,10 +254,9 @@ void Transfer::Run::Check(std::size_t index) {
   if (!good) WaitUntil(asked + overdueAnswer);
 }
 
-void Transfer::Run::Send(std::string command) {
+void Transfer::Run::Send(std::string_view text) {
   exchange_.WaitUntilSentYielding();
-  exchange_.CommandBuffer = std::move(command);
-  exchange_.SendCommand(Acknowledge::None);
+  exchange_.SendString(text);
 }
 
 }  // namespace kelvo

@@ -1,13 +1,13 @@
 #include "graphics/costs.h"
 
 #include <algorithm>
-#include <string_view>
+
+#include "link/commands.h"
 
 namespace kelvo {
 
 namespace {
 
-constexpr std::string_view ClearCommand = "\x1bGC";
 constexpr double BitsPerCharacter = 10;
 
 std::size_t BitmapBytes(const Drawing& drawing, int displayWidth, int displayHeight) {
@@ -26,7 +26,7 @@ DrawingCosts CostsOf(const Drawing& drawing, TerminalTraits terminal, int displa
   terminal.queryVersion = nullptr;
   DrawingCosts costs;
   costs.macroBytes = CreatePic(drawing, terminal).text.size();
-  costs.wireBytes = costs.macroBytes + ClearCommand.size();
+  costs.wireBytes = costs.macroBytes + ClearDisplay().Text().size();
   if (bitsPerSecond > 0) {
     costs.seconds = static_cast<double>(costs.wireBytes) * BitsPerCharacter / bitsPerSecond;
   }

@@ -7,13 +7,12 @@
 
 #include "graphics/command_walk.h"
 #include "graphics/text_prefix.h"
+#include "link/commands.h"
+#include "link/control_characters.h"
 
 namespace kelvo {
 
 namespace {
-
-constexpr char Escape = '\x1b';
-constexpr char EndOfText = '\x04';
 
 // Writes each command as
 //
@@ -27,25 +26,29 @@ class CommandWriter : public CommandHandler {
 
   Translation Take() { return std::move(result_); }
 
-  void PenMode(Ink ink) override { Begin(ink == Ink::Set ? "GM0;" : "GM1;"); }
+  void PenMode(Ink ink) override {
+    Begin(ink == Ink::Set ? CommandName::PenDraws : CommandName::PenErases);
+    result_.text += EndMark;
+  }
 
   void Lines(const std::vector<PixelPoint>& points) override {
-    SPair("GP", points.front().x, points.front().y);
-    for (std::size_t i = 1; i < points.size(); ++i) SPair("GL", points[i].x, points[i].y);
+    SPair(CommandName::SetGraphicPosition, points.front().x, points.front().y);
+    for (std::size_t i = 1; i < points.size(); ++i)
+      SPair(CommandName::Line, points[i].x, points[i].y);
   }
 
   void Rectangle(PixelPoint from, PixelPoint to, bool filled) override {
-    SPair("GP", from.x, from.y);
-    SPair(filled ? "GfR" : "GR", to.x, to.y);
+    SPair(CommandName::SetGraphicPosition, from.x, from.y);
+    SPair(filled ? CommandName::FilledRectangle : CommandName::Rectangle, to.x, to.y);
   }
 
   void Ellipse(PixelPoint centre, int radiusX, int radiusY, bool filled) override {
-    SPair("GP", centre.x, centre.y);
-    SPair(filled ? "GfE" : "GE", radiusX, radiusY);
+    SPair(CommandName::SetGraphicPosition, centre.x, centre.y);
+    SPair(filled ? CommandName::FilledEllipse : CommandName::Ellipse, radiusX, radiusY);
   }
 
   void Bitmap(PixelPoint topLeft, const DrawingObject& object, int w, int h) override {
-    Begin("GB");
+    Begin(CommandName::Bitmap);
     P(topLeft.x, ',');
     P(topLeft.y, ',');
     Translation bitmap = CreateBitmap(object, w, h, CreateForCommand, terminal_);
@@ -55,24 +58,21 @@ class CommandWriter : public CommandHandler {
 
   void Text(PixelPoint topLeft, const std::string& text) override {
     const TextAttributes attributes = AttributesOf(text);
-    PPair("GP", topLeft.x, topLeft.y);
-    Begin("GF");
+    PPair(CommandName::SetGraphicPosition, topLeft.x, topLeft.y);
+    Begin(CommandName::SetGraphicFont);
     P(attributes.font, ';');
-    PPair("GZ", attributes.zoomX, attributes.zoomY);
-    Begin("GA");
+    PPair(CommandName::SetGraphicZoom, attributes.zoomX, attributes.zoomY);
+    Begin(CommandName::SetGraphicAttribute);
     P(AttributeValue(attributes), ';');
-    Begin("GT");
+    Begin(CommandName::GraphicText);
     result_.text += ShownText(text);
-    result_.text += EndOfText;
+    result_.text += Eot;
   }
 
   void Overflow() override { result_.messages.emplace_back("Überlauf / CreatePic"); }
 
  private:
-  void Begin(std::string_view letters) {
-    result_.text += Escape;
-    result_.text += letters;
-  }
+  void Begin(CommandName name) { BeginCommand(result_.text, name); }
 
   void P(int number, char end) {
     std::array<char, 12> digits{};
@@ -86,14 +86,14 @@ class CommandWriter : public CommandHandler {
     P(number, end);
   }
 
-  void SPair(std::string_view letters, int a, int b) {
-    Begin(letters);
+  void SPair(CommandName name, int a, int b) {
+    Begin(name);
     S(a, ',');
     S(b, ';');
   }
 
-  void PPair(std::string_view letters, int a, int b) {
-    Begin(letters);
+  void PPair(CommandName name, int a, int b) {
+    Begin(name);
     P(a, ',');
     P(b, ';');
   }

@@ -10,7 +10,6 @@ namespace kelvo {
 namespace {
 
 constexpr std::int64_t LargestUnaskedBitmap = 1023;
-constexpr double BytesThatStayFree = 20;  // as with macros
 
 const DrawingObject* FindPicture(const std::vector<DrawingObject>& objects, bool wanted,
                                  bool groupSelected) {
@@ -59,13 +58,7 @@ void AskNumberAndSend(const std::string& bitmap, Operator& person, const EEPromA
   if (!typed) return;
   const auto number = ParseNumber(*typed);
   if (const auto* refusal = std::get_if<std::string>(&number)) return person.Message(*refusal);
-  const std::string error = eeprom.send(
-      "\x1b"
-      "EWB" +
-      std::to_string(std::get<int>(number)) + "," + bitmap);
-  if (error.empty()) return;
-  person.Message(error == "EEPROM" ? "Fehler beim EEPROM" : error + " / cmdSaveBMPinEEprom",
-                 Icon::Exclamation);
+  eeprom.write(WriteBitmap(std::get<int>(number), bitmap), " / cmdSaveBMPinEEprom");
 }
 
 }  // namespace
@@ -81,9 +74,7 @@ void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& 
   const Translation bitmap = CreateBitmap(*picture, w, h, CreateForEEProm, terminal);
   for (const std::string& message : bitmap.messages) person.Message(message);
   if (bitmap.failed) return;
-  if (static_cast<double>(bitmap.text.size()) > eeprom.freeBytes() - BytesThatStayFree) {
-    return person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
-  }
+  if (!eeprom.hasRoom(bitmap.text.size())) return;
   AskNumberAndSend(bitmap.text, person, eeprom);
 }
 

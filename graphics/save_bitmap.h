@@ -1,18 +1,21 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
 #include "base/operator.h"
 #include "graphics/create_bitmap.h"
+#include "link/commands.h"
 
 namespace kelvo {
 
 /// The Terminal's EEPROM, as storing a picture needs it.
 struct EEPromAccess {
-  std::function<double()> freeBytes;
-  /// Sends an acknowledged command; the error text of the exchange, empty when it succeeded.
-  std::function<std::string(const std::string&)> send;
+  /// Asks whether so many bytes fit; what does not has been reported.
+  std::function<bool(std::size_t bytes)> hasRoom;
+  /// Sends an acknowledged command; reports a failure, with the suffix of the one who writes.
+  std::function<void(const Command& command, const std::string& suffix)> write;
 };
 
 /// Stores a picture of the drawing in the EEPROM under a number that the operator is asked for: the

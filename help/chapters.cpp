@@ -7,32 +7,6 @@
 
 namespace kelvo {
 
-QString ChapterOf(Tab tab) {
-  switch (tab) {
-    case Tab::Drawing:
-      return QStringLiteral("zeichnung.html");
-    case Tab::Interfaces:
-      return QStringLiteral("schnittstellen.html");
-    case Tab::Text:
-      return QStringLiteral("text.html");
-    case Tab::Status:
-      return QStringLiteral("status.html");
-    case Tab::Eeprom:
-      return QStringLiteral("eeprom.html");
-    case Tab::AtKeyboard:
-      return QStringLiteral("at-tastatur.html");
-    case Tab::MatrixKeyboard:
-      return QStringLiteral("matrix-tastatur.html");
-    case Tab::Macros:
-      return QStringLiteral("makros.html");
-    case Tab::Welcome:
-      return QStringLiteral("willkommen.html");
-    case Tab::Terminals:
-      return QStringLiteral("terminals.html");
-  }
-  return {};
-}
-
 QString ChapterOf(const QWidget& window) {
   static constexpr struct {
     const char* window;

@@ -14,10 +14,11 @@ constexpr char builtInName[] = "kelvo.hlp";
 
 }  // namespace
 
-HelpDesk::HelpDesk(Operator& person, std::string programFolder, std::function<Tab()> shownTab)
+HelpDesk::HelpDesk(Operator& person, std::string programFolder,
+                   std::function<QString()> shownChapter)
     : person_(person),
       programFolder_(std::move(programFolder)),
-      shownTab_(std::move(shownTab)),
+      shownChapter_(std::move(shownChapter)),
       file_(builtInName) {
   qApp->installEventFilter(this);
 }
@@ -55,7 +56,7 @@ void HelpDesk::ShowIndex() {
   }
 }
 
-void HelpDesk::ShowPage() { ShowChapter(ChapterOf(shownTab_())); }
+void HelpDesk::ShowPage() { ShowChapter(shownChapter_()); }
 
 void HelpDesk::ShowChapter(const QString& chapter, const QString& passage) {
   if (frmHilfe* const window = Window()) {
@@ -88,7 +89,7 @@ bool HelpDesk::eventFilter(QObject* object, QEvent* event) {
   if (key.key() != Qt::Key_F1 || key.modifiers() != Qt::NoModifier) return false;
   const QWidget& front = *static_cast<const QWidget*>(object)->window();
   const QString chapter = ChapterOf(front);
-  ShowChapter(chapter.isEmpty() ? ChapterOf(shownTab_()) : chapter, PassageOf(front));
+  ShowChapter(chapter.isEmpty() ? shownChapter_() : chapter, PassageOf(front));
   return true;
 }
 

@@ -7,7 +7,6 @@
 
 #include "base/operator.h"
 #include "help/frmHilfe.h"
-#include "shell/tabs.h"
 
 namespace kelvo {
 
@@ -17,7 +16,7 @@ class HelpDesk : public QObject {
   Q_OBJECT
 
  public:
-  HelpDesk(Operator& person, std::string programFolder, std::function<Tab()> shownTab);
+  HelpDesk(Operator& person, std::string programFolder, std::function<QString()> shownChapter);
 
   /// Names the help file; before that it is the built-in name, "kelvo.hlp". A name without a path
   /// is looked for in the program's folder when the window is opened.
@@ -46,7 +45,7 @@ class HelpDesk : public QObject {
 
   Operator& person_;
   const std::string programFolder_;
-  const std::function<Tab()> shownTab_;
+  const std::function<QString()> shownChapter_;
   std::string file_;
   bool telling_ = false;
   std::unique_ptr<frmHilfe> window_;

@@ -9,7 +9,6 @@
 #include "base/guard.h"
 #include "base/val.h"
 #include "base/wire_text.h"
-#include "link/control_characters.h"
 #include "widgets/data_control.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -22,18 +21,11 @@ QString Text(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-void Send(Exchange& exchange, std::string command, Acknowledge acknowledge) {
-  exchange.CommandBuffer = std::move(command);
-  exchange.SendCommand(acknowledge);
-}
-
 QString Unit(ComList list) {
   if (list == ComBaud1 || list == ComBaud2) return InterfacePage::tr("Bit/s");
   if (list == ComPuffer1 || list == ComPuffer2) return InterfacePage::tr("Zeichen");
   return {};
 }
-
-std::string Plain(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
 
 }  // namespace
 
@@ -279,7 +271,6 @@ bool InterfacePage::ReopenPort() {
 
 bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
   const std::int16_t error = services_.portControl.OpenCom(static_cast<std::int16_t>(position + 1));
-  services_.exchange.LastStatus = error;
   if (error == PortOk) {
     openPosition_ = position;
     openSettings_ = settings;
@@ -298,7 +289,7 @@ void InterfacePage::cmdSetCom1_Click() {
   if (!AllChosen(ComBaud1, ComPuffer1)) return;
   const PortSettings settings = Settings();
   if (!TerminalSwitched(Numbers())) return;
-  Send(services_.exchange, Plain("R"), Acknowledge::None);
+  services_.exchange.SendString(Restart());
   services_.exchange.WaitUntilSent();
   if (services_.com1.IsOpen()) services_.com1.Close();
   if (OpenPort(position, settings)) {
@@ -309,17 +300,16 @@ void InterfacePage::cmdSetCom1_Click() {
 // Sends the new settings and has the Terminal store them; false when the operator gives up.
 bool InterfacePage::TerminalSwitched(const ComNumbers& numbers) {
   Exchange& exchange = services_.exchange;
-  Send(exchange, SetCom1Command(numbers), Acknowledge::None);
-  Send(exchange, SetBuffer1Command(numbers), Acknowledge::None);
-  Send(exchange, Plain("EWC"), Acknowledge::Wait);
-  if (exchange.LastStatus == 0) {
+  exchange.SendString(SetInterface1(InterfaceNumbersFrom(numbers, ComBaud1)));
+  exchange.SendString(SetBuffer1(numbers[ComPuffer1]));
+  const Reply reply = exchange.SendString(WriteConfig());
+  if (!reply.Failed()) {
     services_.person.Message("Terminalschnittstelle erfolgreich umgestellt");
     return true;
   }
-  const std::string error = exchange.CommandBuffer;
-  if (error == "EEPROM") services_.person.Message("Fehler beim EEPROM");
+  if (reply.kind == ReplyKind::Refused) services_.person.Message("Fehler beim EEPROM");
   // No error text is spelled "Timeout", so the first question is always the one; deliberately so.
-  return services_.person.Ask(error != "Timeout"
+  return services_.person.Ask(reply.text != "Timeout"
                                   ? "keine Verbindung, PC-Schnittstelle trotzdem ändern ?"
                                   : "TimeOut beim Übertragen, PC-Schnittstelle trotzdem ändern ?");
 }
@@ -328,13 +318,13 @@ void InterfacePage::cmdSetCom2_Click() {
   if (!AllChosen(ComBaud2, ComRecCom2)) return;
   const ComNumbers numbers = Numbers();
   Exchange& exchange = services_.exchange;
-  Send(exchange, SetCom2Command(numbers), Acknowledge::None);
-  Send(exchange, SetBuffer2Command(numbers), Acknowledge::None);
-  Send(exchange, ReceiveModeCommand(numbers), Acknowledge::None);
-  Send(exchange, Plain("EWC"), Acknowledge::Wait);
-  if (exchange.LastStatus == 0) return;
-  services_.person.Message(exchange.CommandBuffer == "EEPROM" ? "Fehler beim EEPROM"
-                                                              : "unerwartetes Zeichen /  SetCom2");
+  exchange.SendString(SetInterface2(InterfaceNumbersFrom(numbers, ComBaud2)));
+  exchange.SendString(SetBuffer2(numbers[ComPuffer2]));
+  exchange.SendString(SetReceiveMode2(numbers[ComRecCom2]));
+  const Reply reply = exchange.SendString(WriteConfig());
+  if (!reply.Failed()) return;
+  services_.person.Message(reply.kind == ReplyKind::Refused ? "Fehler beim EEPROM"
+                                                            : "unerwartetes Zeichen /  SetCom2");
 }
 
 void InterfacePage::ApplyDefaults(ComDefaults defaults) {
@@ -349,7 +339,7 @@ void InterfacePage::cmdDefaultCom1_Click() { ApplyDefaults(DefaultsCom1()); }
 void InterfacePage::cmdDefaultCom2_Click() { ApplyDefaults(DefaultsCom2()); }
 
 void InterfacePage::cmdSendCom2_Click() {
-  Send(services_.exchange, Plain("2O") + txtSendCom2->Wire(), Acknowledge::None);
+  services_.exchange.SendString(SendToInterface2(txtSendCom2->Wire()));
 }
 
 void InterfacePage::cmdClearReceiveCom2_Click() { txtReceiveCom2->clear(); }

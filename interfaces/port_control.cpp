@@ -1,9 +1,5 @@
 #include "interfaces/port_control.h"
 
-#include <initializer_list>
-
-#include "link/control_characters.h"
-
 namespace kelvo {
 namespace {
 
@@ -39,18 +35,6 @@ constexpr std::pair<ComList, std::string_view> defaults2[] = {
     {ComBaud2, "9600"},        {ComParity2, "None"}, {ComBits2, "8"},    {ComStopbit2, "1"},
     {ComShake2, "XOn / XOff"}, {ComPuffer2, "16 k"}, {ComRecCom2, "aus"}};
 
-std::string Command(std::string_view letters, const ComNumbers& numbers,
-                    std::initializer_list<ComList> which) {
-  std::string command(CmdPrefix);
-  command += letters;
-  const char* separator = "";
-  for (const ComList list : which) {
-    command += separator + std::to_string(numbers[list]);
-    separator = ",";
-  }
-  return command += EndMark;
-}
-
 }  // namespace
 
 std::span<const ListEntry> ComEntries(ComList list) { return lists[list].entries; }
@@ -68,20 +52,9 @@ int ComPosition(ComList list, std::string_view text) {
 ComDefaults DefaultsCom1() { return defaults1; }
 ComDefaults DefaultsCom2() { return defaults2; }
 
-std::string SetCom1Command(const ComNumbers& numbers) {
-  return Command("!B", numbers, {ComBaud1, ComParity1, ComBits1, ComStopBit1, ComShake1});
-}
-std::string SetBuffer1Command(const ComNumbers& numbers) {
-  return Command("!S", numbers, {ComPuffer1});
-}
-std::string SetCom2Command(const ComNumbers& numbers) {
-  return Command("!b", numbers, {ComBaud2, ComParity2, ComBits2, ComStopbit2, ComShake2});
-}
-std::string SetBuffer2Command(const ComNumbers& numbers) {
-  return Command("!s", numbers, {ComPuffer2});
-}
-std::string ReceiveModeCommand(const ComNumbers& numbers) {
-  return Command("2I", numbers, {ComRecCom2});
+InterfaceNumbers InterfaceNumbersFrom(const ComNumbers& numbers, ComList first) {
+  return {numbers[first], numbers[first + 1u], numbers[first + 2u], numbers[first + 3u],
+          numbers[first + 4u]};
 }
 
 PortSettings MakePortSettings(std::string_view baud, std::string_view parity, std::string_view bits,

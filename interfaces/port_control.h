@@ -9,6 +9,7 @@
 
 #include "base/operator.h"
 #include "base/serial_port.h"
+#include "link/commands.h"
 
 namespace kelvo {
 
@@ -54,13 +55,8 @@ ComDefaults DefaultsCom2();
 /// The numbers chosen in the lists, -1 where nothing is chosen.
 using ComNumbers = std::array<int, ComListCount>;
 
-/// ESC "!B" rate "," parity "," bits "," stop bits "," handshake ";" and ESC "!S" buffer ";".
-std::string SetCom1Command(const ComNumbers& numbers);
-std::string SetBuffer1Command(const ComNumbers& numbers);
-/// The same for the second interface, "!b" and "!s", and its receive mode, "2I".
-std::string SetCom2Command(const ComNumbers& numbers);
-std::string SetBuffer2Command(const ComNumbers& numbers);
-std::string ReceiveModeCommand(const ComNumbers& numbers);
+/// Rate to handshake of an interface, from the list of its rate on.
+InterfaceNumbers InterfaceNumbersFrom(const ComNumbers& numbers, ComList first);
 
 /// What the PC port is set up with.
 struct PortSettings {

@@ -44,15 +44,10 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
 
 void RawCommand::cmdBefehlSenden_Click() {
   lblDebug->clear();
-  exchange_.CommandBuffer = std::string(CmdPrefix) + Befehl->Wire();
-  exchange_.SendCommand(Acknowledge::None);
-  exchange_.LastStatus = exchange_.WaitAnswer(exchange_.CommandBuffer, {}) ? -1 : 0;
-  lblDebug->setText(GlyphText(exchange_.CommandBuffer));
+  exchange_.SendString(std::string(CmdPrefix) + Befehl->Wire());
+  lblDebug->setText(GlyphText(exchange_.WaitAnswer({}).text));
 }
 
-void RawCommand::cmdSenden_Click() {
-  exchange_.CommandBuffer = Befehl->Wire();
-  exchange_.SendCommand(Acknowledge::None);
-}
+void RawCommand::cmdSenden_Click() { exchange_.SendString(Befehl->Wire()); }
 
 }  // namespace kelvo

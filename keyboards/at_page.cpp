@@ -81,12 +81,12 @@ void AtPage::NewATTab() {
 void AtPage::SaveATTab() {
   EndLearningAndTyping();
   const Edit edit = OnScreen();
-  const auto command = TableText(edit);
+  const auto command = TableCommand(edit);
   if (!command) return;
   tables_->SaveShown({{"ausgang", "0"},
                       {"eingang", "0"},
                       {"nr_im_display", RoundToEven(Val(edit.number))},
-                      {"wert", ScreenText(*command)}},
+                      {"wert", ScreenText(command->Text())}},
                      edit);
 }
 
@@ -215,13 +215,13 @@ void AtPage::cmdATKlartextclear_Click() {
 
 // The Terminal's table.
 
-void AtPage::Send(std::string command) {
-  services_.exchange.CommandBuffer = std::move(command);
-  services_.exchange.SendCommand(Acknowledge::None);
+std::optional<std::string> AtPage::ShownTable() {
+  const auto command = TableCommand(OnScreen());
+  return command ? std::optional(command->Text()) : std::nullopt;
 }
 
-std::optional<std::string> AtPage::TableText(const Edit& edit) {
-  std::optional<std::string> command;
+std::optional<Command> AtPage::TableCommand(const Edit& edit) {
+  std::optional<Command> command;
   Guarded(services_.person, "CreateATTab",
           [&] { command = CreateATTab(Val(edit.number), edit.pairs); });
   return command;
@@ -229,30 +229,21 @@ std::optional<std::string> AtPage::TableText(const Edit& edit) {
 
 void AtPage::cmdSetATTab_Click() {
   const Edit edit = OnScreen();
-  const double free = GetEEpromBytes(services_.exchange, services_.state);
-  // Deliberately the length of the reply that CommandBuffer holds now, not that of the table.
-  if (static_cast<double>(services_.exchange.CommandBuffer.size()) > free - EepromReserve) {
-    return services_.person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
-  }
-  const auto command = TableText(edit);
+  if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
+  const auto command = TableCommand(edit);
   if (!command) return;
   if (SendToEEprom(services_.exchange, services_.person, *command, " / cmdSetATTab")) {
-    Send(TableCommand("EAK", edit.number));
+    services_.exchange.SendString(ActivateAtTable(TableNumber(edit.number)));
   }
 }
 
 void AtPage::cmdClearATTast_Click() {
-  SendToEEprom(services_.exchange, services_.person, TableCommand("EDK", txtATTastNr->Wire()),
-               " / cmdClearATTast");
+  SendToEEprom(services_.exchange, services_.person,
+               DeleteKeyTable(TableNumber(txtATTastNr->Wire())), " / cmdClearATTast");
 }
 
 void AtPage::cmdATRead_Click() {
-  std::string& buffer = services_.exchange.CommandBuffer;
-  buffer = "EA?";
-  services_.exchange.QueryCommand();
-  const std::string reply = buffer;
-  services_.person.Message(ScreenText(reply));
-  buffer = "Kopf," + reply;
+  services_.person.Message(ScreenText(services_.exchange.SendQuery(AskAtTable()).text));
 }
 
 }  // namespace kelvo

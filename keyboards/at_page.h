@@ -60,7 +60,7 @@ class AtPage : public QWidget, public Receiver {
   void SaveATTab();
   void DeleteTable();
   /// The command of the shown table. Nothing when it cannot be built, which has been reported then.
-  std::optional<std::string> ShownTable() { return TableText(OnScreen()); }
+  std::optional<std::string> ShownTable();
   /// What is being typed in the list counts, even when a key combination or the toolbar ends it.
   /// The learn mode is over.
   void EndLearningAndTyping();
@@ -100,8 +100,7 @@ class AtPage : public QWidget, public Receiver {
   void GetATtab();
   std::optional<int> AwaitKey(QLabel& shown);
   bool LearnGoesOn() const;
-  std::optional<std::string> TableText(const Edit& edit);
-  void Send(std::string command);
+  std::optional<Command> TableCommand(const Edit& edit);
 
   void cboATTabBez_Click() { tables_->SelectChosen(); }
   void cmdATPaarEntfernen_Click();

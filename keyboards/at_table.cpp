@@ -5,7 +5,6 @@
 
 #include "base/val.h"
 #include "keyboards/key_codes.h"
-#include "link/control_characters.h"
 
 namespace kelvo {
 namespace {
@@ -48,19 +47,19 @@ AtPairs SortedPairs(AtPairs pairs) {
 }
 
 bool SentAsShown(const AtPairs& pairs) {
-  return pairs.empty() || CreateATTab(0, pairs) == CreateATTab(0, SortedPairs(pairs));
+  return pairs.empty() || CreateATTab(0, pairs).Text() == CreateATTab(0, SortedPairs(pairs)).Text();
 }
 
-std::string CreateATTab(double number, const AtPairs& pairs) {
+Command CreateATTab(double number, const AtPairs& pairs) {
   if (pairs.empty()) throw std::runtime_error("Die Tabelle ist leer");
   const AtPairs sorted = OrderingPass(pairs);
-  std::string command = TableHead(number, sorted.front().oldCode);
+  std::string codes;
   std::size_t next = 0;
   for (int code = sorted.front().oldCode; code <= sorted.back().oldCode; ++code) {
     const bool recoded = next < sorted.size() && sorted[next].oldCode == code;
-    command += "," + HexCode(recoded ? sorted[next++].newCode : code);
+    codes += "," + HexCode(recoded ? sorted[next++].newCode : code);
   }
-  return command.append(EndMark);
+  return WriteKeyTable(NumberText(number), HexCode(sorted.front().oldCode), codes);
 }
 
 AtPairs ReadAtTable(std::string_view command) {

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "link/commands.h"
+
 // A table that gives keys of the PC keyboard at the Terminal another code.
 
 namespace kelvo {
@@ -33,7 +35,7 @@ bool SentAsShown(const AtPairs& pairs);
 /// ESC "EWK" number "," first old code ("," code)* ";" with one code for each old code from the
 /// first to the last of the ordering pass, the unchanged ones too. Throws std::runtime_error
 /// (German) for an empty table.
-std::string CreateATTab(double number, const AtPairs& pairs);
+Command CreateATTab(double number, const AtPairs& pairs);
 
 /// The pairs of a stored command. Keys that keep their code give none; a text that is no code
 /// counts as 0; what goes beyond code 255 is dropped.

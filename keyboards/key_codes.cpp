@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "base/val.h"
-#include "link/control_characters.h"
 
 namespace kelvo {
 
@@ -20,10 +19,6 @@ std::string HexCode(std::int32_t number) {
   return hex;
 }
 
-std::string TableHead(double number, std::int32_t start) {
-  return std::string(CmdPrefix) + "EWK" + NumberText(number) + "," + HexCode(start);
-}
-
 std::vector<std::string_view> TableFields(std::string_view table) {
   table = table.substr(0, table.find(';'));
   std::vector<std::string_view> fields;
@@ -37,8 +32,6 @@ std::vector<std::string_view> TableFields(std::string_view table) {
 
 double HexField(std::string_view text) { return Val(std::string("&H").append(text)); }
 
-std::string TableCommand(std::string_view letters, std::string_view numberField) {
-  return std::string(CmdPrefix).append(letters) + NumberText(Val(numberField)).append(EndMark);
-}
+std::string TableNumber(std::string_view numberField) { return NumberText(Val(numberField)); }
 
 }  // namespace kelvo

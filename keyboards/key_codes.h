@@ -17,9 +17,6 @@ namespace kelvo {
 /// A whole number in upper-case hexadecimal; negative ones as their 32-bit complement.
 std::string HexCode(std::int32_t number);
 
-/// ESC "EWK" number "," start; codes and the closing ";" follow.
-std::string TableHead(double number, std::int32_t start);
-
 /// The texts between the commas of a stored table, up to its ";": [0] is command and number, [1]
 /// the start, the codes follow. A damaged table gives fewer, or texts that are no codes.
 std::vector<std::string_view> TableFields(std::string_view table);
@@ -27,7 +24,7 @@ std::vector<std::string_view> TableFields(std::string_view table);
 /// The value of a hexadecimal text; 0 where it does not begin with such a digit.
 double HexField(std::string_view text);
 
-/// ESC letters number ";", where the number is the numeric value of a field's text.
-std::string TableCommand(std::string_view letters, std::string_view numberField);
+/// The numeric value of a number field, as it goes into a command.
+std::string TableNumber(std::string_view numberField);
 
 }  // namespace kelvo

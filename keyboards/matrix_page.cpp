@@ -104,7 +104,7 @@ void MatrixPage::SaveTastTab() {
   tables_->SaveShown({{"ausgang", std::to_string(MatrixOutputMask)},
                       {"eingang", std::to_string(MatrixInputMask)},
                       {"nr_im_display", RoundToEven(number)},
-                      {"wert", ScreenText(CreateTastTab(number, edit.table))}},
+                      {"wert", ScreenText(CreateTastTab(number, edit.table).Text())}},
                      edit);
 }
 
@@ -197,11 +197,6 @@ void MatrixPage::SetKlartext(const std::string& text) {
   lblTastKlartext->setText(GlyphText(klartext_));
 }
 
-void MatrixPage::Send(std::string command) {
-  services_.exchange.CommandBuffer = std::move(command);
-  services_.exchange.SendCommand(Acknowledge::None);
-}
-
 std::optional<std::string> MatrixPage::ModeCommand(const MatrixTable& table) {
   std::optional<std::string> command;
   Guarded(services_.person, "CreateMatrixMode",
@@ -212,44 +207,30 @@ std::optional<std::string> MatrixPage::ModeCommand(const MatrixTable& table) {
 std::optional<std::string> MatrixPage::MatrixMode() { return ModeCommand(OnScreen().table); }
 
 void MatrixPage::cmdMatrixEnable_Click() {
-  if (const auto command = MatrixMode()) Send(*command);
+  if (const auto command = MatrixMode()) services_.exchange.SendString(*command);
 }
 
-void MatrixPage::cmdMatrixDisable_Click() { Send(std::string(CmdPrefix) + "MD"); }
+void MatrixPage::cmdMatrixDisable_Click() { services_.exchange.SendString(StopMatrix()); }
 
 void MatrixPage::cmdSetMatrixTab_Click() {
   const Edit edit = OnScreen();
-  const double free = GetEEpromBytes(services_.exchange, services_.state);
-  // Deliberately the length of the reply that CommandBuffer holds now, not that of the table.
-  if (static_cast<double>(services_.exchange.CommandBuffer.size()) > free - EepromReserve) {
-    return services_.person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
-  }
+  if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto mode = ModeCommand(edit.table);
   if (!mode) return;
-  Send(*mode);
-  if (!SendToEEprom(services_.exchange, services_.person,
-                    CreateTastTab(Val(edit.number), edit.table), " / cmdSetMatrixTab")) {
-    return;
-  }
-  Send(TableCommand("EMK", edit.number));
-  if (services_.exchange.LastStatus != 0) {
-    services_.person.Message(services_.exchange.CommandBuffer + " / cmdSetMatrixTab",
-                             Icon::Exclamation);
+  services_.exchange.SendString(*mode);
+  if (SendToEEprom(services_.exchange, services_.person,
+                   CreateTastTab(Val(edit.number), edit.table), " / cmdSetMatrixTab")) {
+    services_.exchange.SendString(ActivateMatrixTable(TableNumber(edit.number)));
   }
 }
 
 void MatrixPage::cmdClearMatrixTast_Click() {
-  SendToEEprom(services_.exchange, services_.person, TableCommand("EDK", txtTastTabNr->Wire()),
-               " / cmdClearMatrixTast");
+  SendToEEprom(services_.exchange, services_.person,
+               DeleteKeyTable(TableNumber(txtTastTabNr->Wire())), " / cmdClearMatrixTast");
 }
 
 void MatrixPage::cmdMatrixRead_Click() {
-  std::string& buffer = services_.exchange.CommandBuffer;
-  buffer = "EM?";
-  services_.exchange.QueryCommand();
-  const std::string reply = buffer;
-  services_.person.Message(ScreenText(reply));
-  buffer = "Kopf," + reply;
+  services_.person.Message(ScreenText(services_.exchange.SendQuery(AskMatrixTable()).text));
 }
 
 }  // namespace kelvo

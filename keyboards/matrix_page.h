@@ -95,7 +95,6 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void Refuse(int index, const QString& reason);
   void MoveFocus(int index, int rows);
   std::optional<std::string> ModeCommand(const MatrixTable& table);
-  void Send(std::string command);
 
   void chkTastZeile_Click(int row);
   void chkTastSpalte_Click(int column);

@@ -5,7 +5,6 @@
 
 #include "base/val.h"
 #include "keyboards/key_codes.h"
-#include "link/control_characters.h"
 
 namespace kelvo {
 namespace {
@@ -117,17 +116,17 @@ CheckedCell CheckCell(std::string_view text) {
   return {CellRefusal::UnknownForm, {}};
 }
 
-std::string CreateTastTab(double number, const MatrixTable& table) {
+Command CreateTastTab(double number, const MatrixTable& table) {
   const int first = FirstRow(table.rows);
   const int last = LastRow(table.rows);
-  std::string command = TableHead(number, first * MatrixLines + startOfKeys);
+  std::string codes;
   for (int row = first; row <= last; ++row) {
     for (int column = 0; column < MatrixLines; ++column) {
       const auto key = static_cast<std::size_t>(KeyIndex(row, column));
-      command += "," + CellCode(table.cells[key]);
+      codes += "," + CellCode(table.cells[key]);
     }
   }
-  return command.append(EndMark);
+  return WriteKeyTable(NumberText(number), HexCode(first * MatrixLines + startOfKeys), codes);
 }
 
 std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
@@ -150,10 +149,9 @@ std::string CreateMatrixMode(const WiredLines& rows, const WiredLines& columns) 
   // This scan has no other end than a wired column.
   while (lastColumn >= 0 && !Wired(columns, lastColumn)) --lastColumn;
   if (lastColumn < 0) throw std::runtime_error("Es ist keine Spalte angekreuzt");
-  const std::string esc(CmdPrefix);
-  return esc + "MS" + std::to_string(lastColumn + 1) + "," + std::to_string(LastRow(rows) + 1) +
-         ";" + esc + "MC2,10,35," + std::to_string(255 - InputMask(columns)) + "," +
-         std::to_string(255 - OutputMask(rows)) + ",5;" + esc + "ME";
+  return Sequence({SetMatrixSize(lastColumn + 1, LastRow(rows) + 1),
+                   SetMatrixConfig(255 - InputMask(columns), 255 - OutputMask(rows)),
+                   StartMatrix()});
 }
 
 }  // namespace kelvo

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "link/commands.h"
+
 // A keypad wired as a matrix: up to 8 rows on the output lines of port P0 and 8 columns on the
 // input lines of port P1, and what each of its 64 keys sends.
 
@@ -58,7 +60,7 @@ CheckedCell CheckCell(std::string_view text);
 
 /// ESC "EWK" number "," start ("," code)* ";" for all eight columns of every row from the first to
 /// the last wired one. Without any row: start "B8" and no codes.
-std::string CreateTastTab(double number, const MatrixTable& table);
+Command CreateTastTab(double number, const MatrixTable& table);
 
 /// The cells of a stored command, for the rows from the first to the last wired one. Missing codes
 /// leave their cells empty; a text that is no code counts as 0.

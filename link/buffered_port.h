@@ -30,12 +30,16 @@ class BufferedPort : public SerialPort {
   /// A text is on its way and leaves the line at `lastBit`. What waits in the input is old then:
   /// it is shown by a page that shows what arrives unasked, and dropped.
   void Written(std::string_view text, Time now, Time lastBit);
+  /// What was written leaves the line later than was reckoned then.
+  void Delayed(Time lastBit) { echo_.Delayed(lastBit); }
   /// Characters have come from the line; tells nobody yet.
   void Received(std::string_view characters, Time now);
   /// Tells of what waits, character by character, as long as somebody takes it.
   void RaiseReceiveEvents();
   /// To be called now and then, so that what only looked like the beginning of an echo is shown.
   void ExpireEcho(Time now);
+  bool EchoExpected() const { return echo_.Expected(); }
+  bool EchoBegun() const { return echo_.Begun(); }
   /// The port was opened or closed: nothing waits, nothing is expected.
   void ClearInput();
 

@@ -1,13 +1,19 @@
 #include "link/echo_filter.h"
 
+#include <algorithm>
+
 namespace kelvo {
 
 void EchoFilter::Written(std::string_view text, Time now, Time lastBit) {
-  while (!texts_.empty() && now > texts_.front().lastBit + HeldBack) {
+  while (!texts_.empty() && now > texts_.front().lastBit + kHeldBack) {
     texts_.pop_front();
     matched_ = 0;
   }
   if (!text.empty()) texts_.push_back({std::string(text), lastBit});
+}
+
+void EchoFilter::Delayed(Time lastBit) {
+  for (Text& text : texts_) text.lastBit = std::max(text.lastBit, lastBit);
 }
 
 std::string EchoFilter::Arrived(std::string_view characters) {
@@ -44,7 +50,7 @@ bool EchoFilter::SkipTo(char character) {
 }
 
 std::string EchoFilter::Expire(Time now) {
-  if (texts_.empty() || now <= texts_.back().lastBit + HeldBack) return {};
+  if (texts_.empty() || now <= texts_.back().lastBit + kHeldBack) return {};
   std::string begun = texts_.front().characters.substr(0, matched_);
   Reset();
   return begun;

@@ -24,18 +24,24 @@ class EchoFilter {
 
   /// What an adapter or a bridge may hold characters back at most while nobody waits for an answer.
   /// Later an ESC that arrives is a key that was pressed, not the beginning of an echo.
-  static constexpr std::chrono::milliseconds HeldBack{200};
+  static constexpr std::chrono::milliseconds kHeldBack{200};
 
   /// A text is handed to the line, which its last bit will have left at `lastBit`. An echo that is
   /// still to come from the texts before it is expected in front of its own.
   void Written(std::string_view text, Time now, Time lastBit);
+  /// What was written leaves the line at `lastBit` only: a handshake has held it.
+  void Delayed(Time lastBit);
   /// What of `characters`, which have just arrived, is no echo.
   std::string Arrived(std::string_view characters);
-  /// No echo is expected any more when the line has been free for longer than HeldBack. Returns
+  /// No echo is expected any more when the line has been free for longer than kHeldBack. Returns
   /// what had begun like an echo and was none.
   std::string Expire(Time now);
   /// Nothing has been written.
   void Reset();
+  /// Something may still come back.
+  bool Expected() const { return !texts_.empty(); }
+  /// Something has come that may be the beginning of an echo.
+  bool Begun() const { return matched_ > 0; }
 
  private:
   struct Text {

@@ -3,29 +3,17 @@
 #include <algorithm>
 
 #include "link/control_characters.h"
+#include "link/intervals.h"
 
 namespace kelvo {
 namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t pieceLength = 5000;
-constexpr milliseconds queryTimeout{500};
-constexpr milliseconds collectionTime{100};
-// A line that carries nothing at all for so long is held by its handshake; waiting on would freeze
-// the window.
-constexpr std::chrono::seconds stalledAfter{5};
-constexpr milliseconds progressPause{50};
-
-std::int16_t Status(bool failed) { return failed ? -1 : 0; }
-
-// What a one-character answer to an acknowledged command means; empty for success.
-std::string AnswerError(std::string_view answer) {
-  if (answer.empty()) return "keine Reaktion";
-  if (answer == std::string_view(&Ack, 1)) return {};
-  if (answer == std::string_view(&Nak, 1)) return "EEPROM";
-  return "unknown " + std::to_string(static_cast<unsigned char>(answer.front()));
-}
+// A line that carries nothing at all for so long is held by its handshake; waiting on would keep
+// the operator from everything else.
+constexpr std::chrono::seconds kStalledAfter{5};
+constexpr milliseconds kProgressPause{50};
 
 }  // namespace
 
@@ -63,126 +51,125 @@ void Exchange::tmrTimeout_Timer() {
   if (tick_) tick_();
 }
 
-bool Exchange::SendString(std::string& text, Pending pending, Acknowledge acknowledge) {
-  RestartTimer();
-  if (!Alive()) {
-    if (acknowledge == Acknowledge::None) return false;
-    text = AnswerError({});
-    return true;
-  }
-  const Activity activity(*this, text);
-  if (pending == Pending::Discard) {
-    port_.DiscardOutput();
-  } else if (!timeOutFlag_) {
-    // A tick left over from earlier makes the text follow the one before without a pause.
-    WaitUntilSent();
-  }
-  WriteInPieces(text);
-  return acknowledge == Acknowledge::Wait && WaitAcknowledge(text);
+Reply Exchange::SendString(const Command& command, Within within) {
+  return SendString(command.Text(), Pending::Keep,
+                    command.IsAcknowledged() ? Acknowledge::Wait : Acknowledge::None, within);
 }
 
-void Exchange::WriteInPieces(std::string& text) {
-  while (text.size() > pieceLength && Alive()) {
-    port_.Write(std::string_view(text).substr(0, pieceLength));
-    text.erase(0, pieceLength);
+Reply Exchange::SendString(std::string_view text, Pending pending, Acknowledge acknowledge,
+                           Within within) {
+  if (within) tmrTimeout_.SetInterval(*within);
+  RestartTimer();
+  const bool wait = acknowledge == Acknowledge::Wait;
+  Reply reply = wait ? AcknowledgeReply({}, false) : Reply{ReplyKind::PortClosed, {}};
+  if (Alive()) {
+    const Activity activity(*this, text);
+    if (pending == Pending::Discard) {
+      port_.DiscardOutput();
+    } else if (!timeOutFlag_) {
+      // A tick left over from earlier makes the text follow the one before without a pause.
+      WaitUntilSent();
+    }
+    // An answer may be there as soon as the text is written; no receive event may take it away.
+    if (wait) port_.SetReceiveThreshold(0);
+    WriteInPieces(text);
+    reply = wait ? WaitAcknowledge() : Reply{ReplyKind::Sent, {}};
+  }
+  Leave(within);
+  return reply;
+}
+
+void Exchange::WriteInPieces(std::string_view text) {
+  while (text.size() > kPieceLength && Alive()) {
+    port_.Write(text.substr(0, kPieceLength));
+    text.remove_prefix(kPieceLength);
     unsent_ = text.size();
     WaitUntilSent();
   }
   unsent_ = 0;
-  port_.Write(text);
+  if (Alive()) port_.Write(text);
 }
 
-bool Exchange::WaitAcknowledge(std::string& text) {
-  // The Terminal answers a command that has arrived, so its time starts when the line is free; what
-  // came before that can only be the bus echo of the command.
-  WaitUntilSent();
-  port_.DiscardEcho();
-  port_.SetReceiveThreshold(0);
+Reply Exchange::WaitAcknowledge() {
+  UntilSent([this] { PaintWhileSending(); }, true);
   RestartTimeout();
   while (port_.InBufferCount() == 0 && !timeOutFlag_ && Alive()) WaitForEvent();
-  text = AnswerError(port_.Input());
+  Reply reply = AcknowledgeReply(port_.Input(), Alive());
   port_.SetReceiveThreshold(1);
-  return !text.empty();
+  return reply;
 }
 
-bool Exchange::WaitAnswer(std::string& reply, std::string_view endMark) {
-  if (!Alive()) {
-    reply = endMark.empty() ? "" : "TimeOut";
-    return !endMark.empty();
-  }
+Reply Exchange::WaitAnswer(std::string_view endMark) {
+  const bool byTime = endMark.empty();
+  if (!Alive()) return byTime ? Reply{ReplyKind::PortClosed, {}} : TimeOutReply({}, false);
   const Activity activity(*this, {});
   const int inputLen = port_.InputLen();
   const int threshold = port_.ReceiveThreshold();
   // No receive event may take the reply away.
   port_.SetReceiveThreshold(0);
   WaitUntilSent();
-  bool timedOut = false;
-  if (endMark.empty()) {
-    reply = CollectForTime();
-  } else {
-    timedOut = CollectUntil(reply, endMark);
-  }
+  port_.SetInputLen(1);
+  Reply reply = byTime ? CollectForTime() : CollectUntil(endMark);
   port_.SetInputLen(inputLen);
   port_.SetReceiveThreshold(threshold);
   WaitRS485();
-  return timedOut;
+  return reply;
 }
 
-std::string Exchange::CollectForTime() {
-  std::string reply;
+Reply Exchange::CollectForTime() {
+  std::string received;
   tmrTimeout_.SetEnabled(false);
   const milliseconds interval = tmrTimeout_.Interval();
-  tmrTimeout_.SetInterval(collectionTime);
-  port_.SetInputLen(1);
+  tmrTimeout_.SetInterval(kCollectionInterval);
   RestartTimeout();
   do {
     const std::string character = port_.Input();
-    reply += character;
+    received += character;
     Idle(character.empty());
   } while (!timeOutFlag_ && Alive());
   tmrTimeout_.SetEnabled(false);
   tmrTimeout_.SetInterval(interval);
-  return reply;
+  const ReplyKind nothing = Alive() ? ReplyKind::Silent : ReplyKind::PortClosed;
+  return {received.empty() ? nothing : ReplyKind::Answered, received, received};
 }
 
-bool Exchange::CollectUntil(std::string& reply, std::string_view endMark) {
-  // Collected aside: a handler that runs during the wait may use the caller's variable.
-  std::string collected;
+Reply Exchange::CollectUntil(std::string_view endMark) {
+  std::string received;
   bool complete = false;
-  port_.SetInputLen(1);
   RestartTimeout();
-  while (!timeOutFlag_ && Alive()) {
+  while (!timeOutFlag_ && !complete && Alive()) {
     const std::string character = port_.Input();
+    received += character;
     complete = character == endMark;
-    if (complete) break;
-    collected += character;
-    Idle(character.empty());
+    if (!complete) Idle(character.empty());
   }
   tmrTimeout_.SetEnabled(false);
-  received_ = complete ? collected + std::string(endMark) : collected;
-  reply = complete ? collected : "TimeOut";
-  return !complete;
+  return complete ? CompleteReply(std::move(received), endMark)
+                  : TimeOutReply(std::move(received), Alive());
 }
 
-std::string Exchange::SendQuery(std::string& text) {
-  if (!Alive()) {
-    text.insert(0, CmdPrefix);
-    LastStatus = Status(true);
-    return "TimeOut";
+Reply Exchange::SendQuery(const Command& query, Within within) {
+  Reply reply = TimeOutReply({}, false);
+  if (within) tmrTimeout_.SetInterval(*within);
+  if (Alive()) {
+    const Activity activity(*this, {});
+    port_.SetReceiveThreshold(0);
+    port_.DiscardInput();
+    SendString(query.Text());
+    tmrTimeout_.SetInterval(kQueryInterval);
+    reply = WaitAnswer(EndMark);
+    if (!reply.Failed() && reply.text.starts_with(query.Text())) {
+      reply.text.erase(0, query.Text().size());
+    }
+    port_.SetReceiveThreshold(1);
   }
-  const Activity activity(*this, {});
-  port_.SetReceiveThreshold(0);
-  text.insert(0, CmdPrefix);
-  const std::string query = text;
-  std::string reply = query;
-  port_.DiscardInput();
-  LastStatus = Status(SendString(reply, Pending::Keep, Acknowledge::None));
-  tmrTimeout_.SetInterval(queryTimeout);
-  const bool timedOut = WaitAnswer(reply, EndMark);
-  LastStatus = Status(timedOut);
-  if (!timedOut && reply.starts_with(query)) reply.erase(0, query.size());
-  port_.SetReceiveThreshold(1);
+  Leave(within);
   return reply;
+}
+
+// Whoever has brought a time of their own leaves the usual one.
+void Exchange::Leave(Within within) {
+  if (within) tmrTimeout_.SetInterval(kUsualInterval);
 }
 
 void Exchange::WaitRS485() {
@@ -190,12 +177,6 @@ void Exchange::WaitRS485() {
   tmrRS485_.SetEnabled(true);
   while (!rs485Tick_ && Alive()) loop_.WaitForEvent();
 }
-
-void Exchange::SendCommand(Acknowledge acknowledge) {
-  LastStatus = Status(SendString(CommandBuffer, Pending::Keep, acknowledge));
-}
-
-void Exchange::QueryCommand() { CommandBuffer = SendQuery(CommandBuffer); }
 
 void Exchange::RestartTimer() {
   tmrTimeout_.SetEnabled(false);
@@ -208,20 +189,23 @@ void Exchange::RestartTimeout() {
 }
 
 void Exchange::WaitUntilSent() {
-  UntilSent([this] { loop_.WaitPaintingOnly(port_.OutBufferTime()); });
+  UntilSent([this] { PaintWhileSending(); });
 }
+
+void Exchange::PaintWhileSending() { loop_.WaitPaintingOnly(port_.OutBufferTime()); }
 
 void Exchange::WaitUntilSentYielding(const std::function<void(std::size_t left)>& left) {
   UntilSent([this, &left] {
     if (left) left(CharactersToSend());
-    loop_.WaitForEvent(std::min<std::chrono::nanoseconds>(port_.OutBufferTime(), progressPause));
+    loop_.WaitForEvent(std::min<std::chrono::nanoseconds>(port_.OutBufferTime(), kProgressPause));
   });
 }
 
-void Exchange::UntilSent(const std::function<void()>& wait) {
+void Exchange::UntilSent(const std::function<void()>& wait, bool untilAnswered) {
   std::size_t left = port_.OutBufferCount();
   auto moved = loop_.Now();
-  while (left > 0 && Alive() && loop_.Now() - moved < stalledAfter) {
+  while (left > 0 && Alive() && loop_.Now() - moved < kStalledAfter) {
+    if (untilAnswered && port_.InBufferCount() > 0) return;
     wait();
     const std::size_t now = port_.OutBufferCount();
     if (now != left) moved = loop_.Now();

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/event_loop.h"
 #include "base/serial_port.h"
+#include "link/commands.h"
+#include "link/reply.h"
 
 namespace kelvo {
 
@@ -15,6 +19,12 @@ namespace kelvo {
 enum class Pending { Keep, Discard };
 /// Whether the Terminal answers the command with ACK or NAK.
 enum class Acknowledge { None, Wait };
+/// The time of an operation that takes longer than usual. It is set in front of the call, and
+/// kUsualInterval is left behind it.
+using Within = std::optional<std::chrono::milliseconds>;
+
+/// Long texts go out in pieces of at most so many characters.
+inline constexpr std::size_t kPieceLength = 5000;
 
 /// The sum of the character codes, wrapped into the signed 16-bit range; the Terminal computes its
 /// transfer checksum the same way.
@@ -27,33 +37,30 @@ std::int16_t StringSum(std::string_view text);
 /// no guard against that: the newest exchange runs first, the outer one goes on afterwards and may
 /// find its answer gone. A wait ends at once when the port is closed or the program is closing.
 ///
-/// With a closed port nothing is written and nothing is waited for: an acknowledged command fails
-/// with "keine Reaktion", a query with "TimeOut", a collection by time is empty.
+/// All waits share one interval, that of tmrTimeout: an acknowledged command waits as long as it
+/// says, a query sets 500 ms and leaves them, an operation with a time of its own leaves 1000 ms.
+///
+/// With a closed port nothing is written and nothing is waited for.
 class Exchange {
  public:
+  /// Takes the ticks of both timers.
   Exchange(SerialPort& port, EventLoop& loop, Timer& tmrTimeout, Timer& tmrRS485);
 
-  /// The command being sent; afterwards the error text (SendString) or the reply (SendQuery).
-  std::string CommandBuffer;
-  /// 0 = the last exchange succeeded, -1 = it failed; after OpenCom the port layer's error number.
-  std::int16_t LastStatus = 0;
+  /// Writes the command and waits for its acknowledge if it has one.
+  Reply SendString(const Command& command, Within within = {});
+  /// Writes `text` as it stands, in pieces, each after the one before has left the line. With
+  /// Acknowledge::Wait it then waits for one character: an answer counts as soon as it is there,
+  /// and its time begins when the last bit has left.
+  Reply SendString(std::string_view text, Pending pending = Pending::Keep,
+                   Acknowledge acknowledge = Acknowledge::None, Within within = {});
 
-  /// Writes `text` as it stands, in pieces of at most 5000 characters, each after the one before
-  /// has left the line. With Acknowledge::Wait it then waits, for the interval of tmrTimeout from
-  /// the moment the last bit has left, and `text` becomes "" or the error text: "EEPROM" (NAK),
-  /// "keine Reaktion" (nothing came), "unknown " and the decimal code of another answer.
-  /// Returns true on an error.
-  bool SendString(std::string& text, Pending pending, Acknowledge acknowledge);
+  /// Collects what arrives. Up to `endMark` (one character) within the interval of tmrTimeout; with
+  /// an empty end mark whatever comes within 100 ms, which is never a time-out. Ends with
+  /// WaitRS485() in every case.
+  Reply WaitAnswer(std::string_view endMark);
 
-  /// Collects what arrives. Up to `endMark` (one character, dropped) within the interval of
-  /// tmrTimeout: true and "TimeOut" when it does not come. With an empty end mark whatever comes
-  /// within 100 ms: always false. Ends with WaitRS485() in every case.
-  bool WaitAnswer(std::string& reply, std::string_view endMark);
-
-  /// Sends the bare query `text` ("?A") and returns its reply without echo and end mark, or
-  /// "TimeOut" after 500 ms. Sets LastStatus; leaves tmrTimeout at 500 ms, also where the caller
-  /// had set another interval.
-  std::string SendQuery(std::string& text);
+  /// Sends a query and collects its reply; a copy of the query in front of it is removed.
+  Reply SendQuery(const Command& query, Within within = {});
 
   /// Until the last bit of what was written has left the line; before the port is closed, so that
   /// the Terminal gets it. Takes no input and no tick, but windows repaint.
@@ -66,16 +73,10 @@ class Exchange {
   /// of tmrRS485, which runs freely.
   void WaitRS485();
 
-  /// Sends what CommandBuffer holds; LastStatus takes the result.
-  void SendCommand(Acknowledge acknowledge);
-  /// Sends CommandBuffer as a query and puts the reply into it.
-  void QueryCommand();
-
-  /// The interval of tmrTimeout, the one setting that all waits share.
-  void SetReplyTimeout(std::chrono::milliseconds interval) { tmrTimeout_.SetInterval(interval); }
+  /// The interval that all waits share.
+  void SetInterval(std::chrono::milliseconds interval) { tmrTimeout_.SetInterval(interval); }
   /// Starts the interval anew and forgets a tick that has come.
   void RestartTimeout();
-
   /// Told of each tick of tmrTimeout, which ends more than the exchange's waits.
   void SetTickListener(std::function<void()> listener) { tick_ = std::move(listener); }
 
@@ -86,9 +87,8 @@ class Exchange {
   }
   /// Characters of the present text that have not left the line yet.
   std::size_t CharactersToSend() const { return unsent_ + port_.OutBufferCount(); }
-  /// What the last collection up to an end mark has received, complete or not, with echo and end
-  /// mark.
-  const std::string& LastReceived() const { return received_; }
+  /// Characters wait to be sent, but the other end lets nothing pass.
+  bool LineHeld() const { return port_.Held(); }
   /// The port is open and the program goes on; otherwise every exchange ends at once.
   bool Alive() const { return port_.IsOpen() && !loop_.Closing(); }
 
@@ -97,15 +97,16 @@ class Exchange {
 
   void tmrTimeout_Timer();
   void tmrRS485_Timer() { rs485Tick_ = true; }
-
-  void UntilSent(const std::function<void()>& wait);
+  void UntilSent(const std::function<void()>& wait, bool untilAnswered = false);
+  void PaintWhileSending();
   void RestartTimer();
-  void WriteInPieces(std::string& text);
-  bool WaitAcknowledge(std::string& text);
-  std::string CollectForTime();
-  bool CollectUntil(std::string& reply, std::string_view endMark);
+  void WriteInPieces(std::string_view text);
+  Reply WaitAcknowledge();
+  Reply CollectForTime();
+  Reply CollectUntil(std::string_view endMark);
   void WaitForEvent();
   void Idle(bool nothingCame);
+  void Leave(Within within);
 
   SerialPort& port_;
   EventLoop& loop_;
@@ -114,7 +115,6 @@ class Exchange {
   bool timeOutFlag_ = false;
   bool rs485Tick_ = false;
   std::size_t unsent_ = 0;
-  std::string received_;
   int depth_ = 0;
   std::function<void(std::string_view)> activity_;
   std::function<void()> tick_;

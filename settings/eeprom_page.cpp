@@ -4,16 +4,20 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "base/val.h"
 #include "link/control_characters.h"
-#include "settings/status.h"
 #include "terminal/eeprom.h"
+#include "terminal/version.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 
 namespace kelvo {
 namespace {
+
+// What an erase may take.
+constexpr std::chrono::milliseconds kEraseInterval{30000};
 
 QGroupBox* Group(const QString& title, const QString& explanation, QWidget* button) {
   auto* group = new QGroupBox(title);
@@ -66,19 +70,22 @@ void EepromPage::MakeLayout() {
 }
 
 void EepromPage::cmdSetConfig_Click() {
+  // Two blanks after the slash; kept as it stands.
+  StoreConfig(" /  cmdSetConfig");
+}
+
+// The information window is closed before a failure is reported.
+bool EepromPage::StoreConfig(const std::string& suffix) {
   const InfoWindowUse info(*frmInfo, tr("Konfiguration speichern"),
                            tr("Das Terminal speichert seine Konfiguration …"));
-  services_.exchange.CommandBuffer = std::string(CmdPrefix) + "EWC";
-  services_.exchange.SendCommand(Acknowledge::Wait);
+  const Reply reply = services_.exchange.SendString(WriteConfig());
   frmInfo->End();
-  if (services_.exchange.LastStatus == 0) return;
-  // Two blanks after the slash; kept as it stands.
-  ReportEEpromError(services_.person, services_.exchange.CommandBuffer, " /  cmdSetConfig");
+  if (reply.Failed()) ReportEEpromError(services_.person, reply, suffix);
+  return !reply.Failed();
 }
 
 void EepromPage::cmdClearConfig_Click() {
-  SendToEEprom(services_.exchange, services_.person, std::string(CmdPrefix) + "EDC",
-               " / cmdClearConfig");
+  SendToEEprom(services_.exchange, services_.person, DeleteConfig(), " / cmdClearConfig");
 }
 
 void EepromPage::cmdClearEEprom_Click() {
@@ -88,9 +95,7 @@ void EepromPage::cmdClearEEprom_Click() {
 
 // Everything from the version query to the saved configuration; false when a failure has ended it.
 bool EepromPage::EraseAll() {
-  services_.exchange.CommandBuffer = "?V";
-  services_.exchange.QueryCommand();
-  NoteVersion(services_.state, services_.exchange.CommandBuffer);
+  QueryVersion(services_.exchange, services_.state);
   const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"));
   const double firstWithProgress = services_.options.Number("EEPromelegantlöschenabVer");
   if (firstWithProgress > services_.state.TerminalVersion) {
@@ -98,57 +103,38 @@ bool EepromPage::EraseAll() {
   } else {
     EraseWithProgress();
   }
-  return OfferToStore();
+  return !services_.person.Ask("aktuelle Konfiguration gleich speichern ?", Icon::Question) ||
+         StoreConfig(" / cmdClearEEprom");
 }
 
 bool EepromPage::ErasePlain() {
-  Exchange& exchange = services_.exchange;
-  exchange.SetReplyTimeout(std::chrono::milliseconds(30000));
-  exchange.CommandBuffer = std::string(CmdPrefix) + "EE";
-  exchange.SendCommand(Acknowledge::Wait);
-  exchange.SetReplyTimeout(std::chrono::milliseconds(1000));
+  const Reply reply = services_.exchange.SendString(EraseEEprom(), kEraseInterval);
   frmInfo->End();
-  if (exchange.LastStatus == 0) return true;
-  ReportEEpromError(services_.person, exchange.CommandBuffer, " / cmdClearEEprom");
-  return false;
+  if (reply.Failed()) ReportEEpromError(services_.person, reply, " / cmdClearEEprom");
+  return !reply.Failed();
 }
 
 // The Terminal counts down the blocks still to erase, then acknowledges.
 void EepromPage::EraseWithProgress() {
   Exchange& exchange = services_.exchange;
   const std::string_view countEnd(&CarriageReturn, 1);
-  exchange.CommandBuffer = std::string(CmdPrefix) + "Ee";
-  exchange.SendCommand(Acknowledge::None);
-  std::string count;
-  exchange.WaitAnswer(count, countEnd);
-  const int blocks = EraseBlocks(count);
+  exchange.SendString(EraseEEpromCounting());
+  double count = exchange.WaitAnswer(countEnd).Number();
+  const int blocks = std::max(RoundToEven(count), 1);
   frmInfo->ShowProgress(blocks);
-  while (Val(count) > 0) {
-    exchange.WaitAnswer(count, countEnd);
-    frmInfo->SetProgress(RoundToEven(blocks - Val(count)));
+  while (count > 0) {
+    count = exchange.WaitAnswer(countEnd).Number();
+    frmInfo->SetProgress(RoundToEven(blocks - count));
   }
-  exchange.WaitAnswer(exchange.CommandBuffer, {});
+  const Reply end = exchange.WaitAnswer({});
   frmInfo->HideProgress();
   frmInfo->End();
-  if (exchange.CommandBuffer.find(Ack) != std::string::npos) return;
+  if (end.text.find(Ack) != std::string::npos) return;
   services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
 }
 
-bool EepromPage::OfferToStore() {
-  if (!services_.person.Ask("aktuelle Konfiguration gleich speichern ?", Icon::Question)) {
-    return true;
-  }
-  frmInfo->Begin(tr("Konfiguration speichern"), tr("Das Terminal speichert seine Konfiguration …"));
-  services_.exchange.CommandBuffer = std::string(CmdPrefix) + "EWC";
-  services_.exchange.SendCommand(Acknowledge::Wait);
-  frmInfo->End();
-  if (services_.exchange.LastStatus == 0) return true;
-  ReportEEpromError(services_.person, services_.exchange.CommandBuffer, " / cmdClearEEprom");
-  return false;
-}
-
 void EepromPage::ShowFreeBytes() {
-  const double bytes = GetEEpromBytes(services_.exchange, services_.state);
+  const double bytes = GetEEpromBytes(services_.exchange, services_.state).Number();
   lblFreeBytes->setText(QString::fromStdString(NumberText(bytes)));
   lblFreeBytes->repaint();
 }

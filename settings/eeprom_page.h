@@ -32,7 +32,7 @@ class EepromPage : public QWidget {
   bool ErasePlain();
   void EraseWithProgress();
   bool EraseAll();
-  bool OfferToStore();
+  bool StoreConfig(const std::string& suffix);
   void ShowFreeBytes();
 
   void cmdSetConfig_Click();

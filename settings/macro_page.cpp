@@ -84,7 +84,7 @@ void MacroPage::SaveShown() {
 
 void MacroPage::cmdInsertESC_Click() {
   txtMakro->setFocus();
-  txtMakro->InsertWire(std::string(CmdPrefix));
+  txtMakro->InsertWire({Esc});
 }
 
 void MacroPage::InvalidNumber(QLineEdit* field) {
@@ -120,18 +120,14 @@ bool MacroPage::CheckText(const std::string& text) {
 void MacroPage::WriteMakro(int number, const std::string& suffix) {
   const std::string text = txtMakro->Wire();
   if (!CheckText(text)) return;
-  const int free = RoundToEven(GetEEpromBytes(services_.exchange, services_.state));
-  if (static_cast<int>(text.size()) > free - EepromReserve) {
-    return services_.person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
-  }
-  SendToEEprom(services_.exchange, services_.person, WriteMakroCommand(number, text), suffix);
+  if (!HasRoom(services_.exchange, services_.state, services_.person, text.size())) return;
+  SendToEEprom(services_.exchange, services_.person, kelvo::WriteMakro(number, text), suffix);
 }
 
 void MacroPage::cmdPlayMakro_Click() {
   const auto number = MakroNumber(txtMakroNrDisplay->Wire());
   if (!number) return InvalidNumber(txtMakroNrDisplay);
-  services_.exchange.CommandBuffer = RunMakroCommand(*number);
-  services_.exchange.SendCommand(Acknowledge::None);
+  services_.exchange.SendString(RunMakro(*number));
 }
 
 void MacroPage::cmdClearMakro_Click() {
@@ -139,7 +135,7 @@ void MacroPage::cmdClearMakro_Click() {
   // to send there would be only macro 0 to delete, and nobody has asked for that.
   const auto number = AnyNumber(txtMakroNrDisplay->Wire());
   if (!MakroNumber(txtMakroNr->Wire()) || !number) return InvalidNumber(txtMakroNrDisplay);
-  SendToEEprom(services_.exchange, services_.person, DeleteMakroCommand(*number),
+  SendToEEprom(services_.exchange, services_.person, kelvo::DeleteMakro(*number),
                " / cmdClearMakro");
 }
 

@@ -39,18 +39,4 @@ std::size_t EtxPosition(std::string_view text) {
   return position == std::string_view::npos ? 0 : position + 1;
 }
 
-std::string WriteMakroCommand(int number, std::string_view text) {
-  std::string command(CmdPrefix);
-  command += "EWM" + std::to_string(number) + ",";
-  return command.append(text) += Etx;
-}
-
-std::string DeleteMakroCommand(std::string_view number) {
-  return std::string(CmdPrefix).append("EDM").append(number).append(EndMark);
-}
-
-std::string RunMakroCommand(int number) {
-  return std::string(CmdPrefix).append("ECM").append(std::to_string(number)).append(EndMark);
-}
-
 }  // namespace kelvo

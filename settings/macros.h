@@ -30,11 +30,4 @@ std::optional<std::string> AnyNumber(std::string_view text);
 /// Position (from 1) of the first ETX, which would end the text on the wire; 0 if there is none.
 std::size_t EtxPosition(std::string_view text);
 
-/// ESC "EWM" n "," text ETX. The text goes out character for character.
-std::string WriteMakroCommand(int number, std::string_view text);
-/// ESC "EDM" n ";"
-std::string DeleteMakroCommand(std::string_view number);
-/// ESC "ECM" n ";"
-std::string RunMakroCommand(int number);
-
 }  // namespace kelvo

@@ -4,34 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "link/exchange.h"
-#include "terminal/terminal_state.h"
-
-// Status queries and basic settings: the command texts, and how replies are read.
+// Status queries and basic settings: how fields and replies are read.
 
 namespace kelvo {
-
-/// What a "?V" reply says.
-struct Version {
-  double number = 0;  ///< the leading decimal number
-  bool hasFlash = false;
-};
-/// `reply` without end mark. It ends in "F" where the Terminal has flash memory.
-Version ReadVersion(std::string_view reply);
-
-/// Notes the reply of a "?V" query; "TimeOut" leaves the flash state unknown.
-void NoteVersion(TerminalState& state, std::string_view reply);
-
-/// Asks "?V" and returns all that comes within 100 ms, the closing ";" included and without the
-/// echo. Notes version and flash state; without an answer both stay as they are.
-std::string AskVersionByTime(Exchange& exchange, TerminalState& state);
-
-/// ESC "!A" text ";"
-std::string SetAddressCommand(std::string_view address);
-/// ESC "!P" text ";"
-std::string SetPortCommand(std::string_view lines);
-/// ESC "!R" x "," y "," option ";", each as typed.
-std::string SetResolutionCommand(std::string_view x, std::string_view y, std::string_view option);
 
 /// A whole number 0..255: a bus address, or the lines of a port.
 bool IsByteNumber(double value);

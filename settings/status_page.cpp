@@ -8,9 +8,10 @@
 #include <QPushButton>
 
 #include "base/val.h"
-#include "link/control_characters.h"
+#include "link/commands.h"
 #include "settings/status.h"
 #include "terminal/eeprom.h"
+#include "terminal/version.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
@@ -163,17 +164,6 @@ void StatusPage::ConnectControls() {
   connect(txtDisplayOption, &WireField::Refused, this, [&person] { person.Beep(); });
 }
 
-std::string StatusPage::Query(const char* query) {
-  services_.exchange.CommandBuffer = query;
-  services_.exchange.QueryCommand();
-  return services_.exchange.CommandBuffer;
-}
-
-void StatusPage::Send(std::string command) {
-  services_.exchange.CommandBuffer = std::move(command);
-  services_.exchange.SendCommand(Acknowledge::None);
-}
-
 void StatusPage::ShowStoredResolution() {
   txtDisplayX->setText(Number(services_.defaults.Number("displayx")));
   txtDisplayY->setText(Number(services_.defaults.Number("displayy")));
@@ -196,25 +186,23 @@ void StatusPage::BlankSysInfo() { lblSysInfo->clear(); }
 
 void StatusPage::cmdGetVersion_Click() {
   lblVersion->clear();
-  const std::string reply = Query("?V");
-  NoteVersion(services_.state, reply);
-  if (reply != "TimeOut") lblVersion->setText(GlyphText(reply));
-  ctlFlashFrame->setVisible(ReadVersion(reply).hasFlash);
+  const Reply version = QueryVersion(services_.exchange, services_.state);
+  if (!version.Failed()) lblVersion->setText(GlyphText(version.text));
+  ctlFlashFrame->setVisible(ReadVersion(version.text).hasFlash);
   lblSysInfo->clear();
-  Send(std::string(CmdPrefix) + "??");
-  services_.exchange.WaitAnswer(services_.exchange.CommandBuffer, {});
-  lblSysInfo->setPlainText(GlyphText(services_.exchange.CommandBuffer));
+  services_.exchange.SendString(AskSystemInfo());
+  lblSysInfo->setPlainText(GlyphText(services_.exchange.WaitAnswer({}).text));
 }
 
 void StatusPage::cmdGetAdresse_Click() {
   // A Terminal may repeat the query's letters in front of the number.
-  const std::string reply = Query("?A");
+  const std::string reply = services_.exchange.SendQuery(AskAddress()).text;
   const std::size_t digit = reply.find_first_of("0123456789");
   txtAdresse->setText(Number(digit == std::string::npos ? 0 : Val(reply.substr(digit))));
 }
 
 void StatusPage::cmdSetAdresse_Click() {
-  Send(SetAddressCommand(txtAdresse->text().toStdString()));
+  services_.exchange.SendString(SelectAddress(txtAdresse->text().toStdString()));
 }
 
 void StatusPage::txtAdresse_Change() {
@@ -225,7 +213,7 @@ void StatusPage::txtAdresse_Change() {
 }
 
 void StatusPage::cmdGetPort_Click() {
-  const double value = Val(Query("?P"));
+  const double value = services_.exchange.SendQuery(AskPort()).Number();
   lblPortP1->setText(Number(value));
   const PortLines lines = ReadPortLines(value);
   for (std::size_t i = 0; i < lines.size(); ++i) chkPortP1[i]->setChecked(lines[i]);
@@ -237,7 +225,9 @@ void StatusPage::chkPortP0_Click() {
   lblPortP0->setText(QString::number(PortNumberOf(lines)));
 }
 
-void StatusPage::cmdSetPort_Click() { Send(SetPortCommand(lblPortP0->text().toStdString())); }
+void StatusPage::cmdSetPort_Click() {
+  services_.exchange.SendString(SetPort(lblPortP0->text().toStdString()));
+}
 
 void StatusPage::txtDisplayX_LostFocus() {
   txtDisplayX->setText(
@@ -255,10 +245,9 @@ void StatusPage::cmdSetRes_Click() {
   txtDisplayY_LostFocus();
   const std::string x = txtDisplayX->text().toStdString();
   const std::string y = txtDisplayY->text().toStdString();
-  Send(SetResolutionCommand(x, y, txtDisplayOption->Wire()));
-  SendToEEprom(services_.exchange, services_.person, std::string(CmdPrefix) + "EWC",
-               " / cmdSetRes");
-  Send(std::string(CmdPrefix) + "R");
+  services_.exchange.SendString(SetResolution(x, y, txtDisplayOption->Wire()));
+  SendToEEprom(services_.exchange, services_.person, WriteConfig(), " / cmdSetRes");
+  services_.exchange.SendString(Restart());
   Q_EMIT ResolutionSet(static_cast<int>(Val(x)), static_cast<int>(Val(y)));
   services_.defaults.Edit();
   services_.defaults.Set("displayx", static_cast<std::int64_t>(Val(x)));
@@ -267,7 +256,7 @@ void StatusPage::cmdSetRes_Click() {
 }
 
 void StatusPage::cmdGetFlashInfo_Click() {
-  const FlashInfo info = ReadFlashInfo(Query("F??"));
+  const FlashInfo info = ReadFlashInfo(services_.exchange.SendQuery(AskFlash()).text);
   lblSektorAnzahl->setText(Number(info.sectors));
   lblSektorSize->setText(Number(info.sectorSize));
 }

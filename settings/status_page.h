@@ -50,8 +50,6 @@ class StatusPage : public QWidget {
   QWidget* MakePorts();
   QWidget* MakeResolution();
   void ConnectControls();
-  std::string Query(const char* query);
-  void Send(std::string command);
   void ShowFlashFrame();
 
   void cmdGetVersion_Click();

@@ -1,16 +1,10 @@
 #include "settings/text_mode.h"
 
 #include "base/val.h"
-#include "link/control_characters.h"
+#include "link/commands.h"
 
 namespace kelvo {
 namespace {
-
-std::string Command(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
-
-std::string Command(std::string_view letters, const std::string& parameters) {
-  return Command(letters).append(parameters).append(EndMark);
-}
 
 // What follows the first comma, looked for from `from` on; the whole text without one.
 std::string_view AfterComma(std::string_view text, std::size_t from = 0) {
@@ -19,23 +13,19 @@ std::string_view AfterComma(std::string_view text, std::size_t from = 0) {
 }
 
 std::string ShapeParameter(const CursorSettings& cursor) {
-  if (HasShape(cursor.kind)) return "," + std::to_string(cursor.shape);
-  if (IsCross(cursor.kind)) return "," + cursor.size;
+  if (HasShape(cursor.kind)) return std::to_string(cursor.shape);
+  if (IsCross(cursor.kind)) return cursor.size;
   return {};
 }
 
 }  // namespace
 
 std::string CreateCursor(const CursorSettings& cursor) {
-  const std::string kind = " " + std::to_string(cursor.kind);
-  std::string command = Command("!c", kind + ShapeParameter(cursor)) + Command("!C", kind);
-  if (cursor.kind == CursorOff) return command;
-  return command + Command(IsAtText(cursor.kind) ? "TP" : "GP", cursor.x + "," + cursor.y);
-}
-
-std::string CursorHomeCommand(int kind) {
-  if (kind == CursorOff) return {};
-  return Command(IsAtText(kind) ? "TH" : "GH");
+  const Command shape = DefineCursor(cursor.kind, ShapeParameter(cursor));
+  const Command kind = SwitchCursor(cursor.kind);
+  if (cursor.kind == CursorOff) return Sequence({shape, kind});
+  const auto position = IsAtText(cursor.kind) ? SetTextPosition : SetGraphicPosition;
+  return Sequence({shape, kind, position(cursor.x, cursor.y)});
 }
 
 std::optional<int> ReadCursorShape(int kind, std::string_view reply) {
@@ -52,8 +42,8 @@ Position ReadPosition(std::string_view reply) {
 }
 
 std::string CreateTextMode(const TextModeSettings& text) {
-  return Command("TF", std::to_string(text.font)) + Command("TA", std::to_string(text.attribute)) +
-         Command("TM", std::to_string(text.mode)) + Command("TZ", text.zoomX + "," + text.zoomY);
+  return Sequence({SetTextFont(text.font), SetTextAttribute(text.attribute), SetTextMode(text.mode),
+                   SetTextZoom(text.zoomX, text.zoomY)});
 }
 
 int ReadDigit(std::string_view reply) { return static_cast<int>(Val(reply.substr(0, 1))); }
@@ -61,7 +51,5 @@ int ReadDigit(std::string_view reply) { return static_cast<int>(Val(reply.substr
 Zoom ReadZoom(std::string_view reply) {
   return {ReadDigit(reply), Val(reply.size() > 2 ? reply.substr(2) : std::string_view())};
 }
-
-std::string FixedTextCommand(int option) { return Command("!A", option == 0 ? "1" : "0"); }
 
 }  // namespace kelvo

@@ -40,11 +40,6 @@ struct CursorSettings {
 /// ESC "!c" " " kind ["," shape or size] ";" ESC "!C" " " kind ";" and, with a cursor, ESC "TP" or
 /// "GP" x "," y ";". The blank before the kind is kept.
 std::string CreateCursor(const CursorSettings& cursor);
-/// ESC "TH" or ESC "GH"; empty without a cursor.
-std::string CursorHomeCommand(int kind);
-/// The query for the position that a kind stands at.
-constexpr std::string_view PositionQuery(int kind) { return IsAtText(kind) ? "T?P" : "G?P"; }
-
 /// The shape (0 or 1) in a "?c" reply, for kinds that have one.
 std::optional<int> ReadCursorShape(int kind, std::string_view reply);
 /// The size in a "?c" reply.
@@ -81,8 +76,5 @@ struct Zoom {
   double y = 0;
 };
 Zoom ReadZoom(std::string_view reply);
-
-/// What `chkFesttextA` selects: the Terminal with address 1 or 0.
-std::string FixedTextCommand(int option);
 
 }  // namespace kelvo

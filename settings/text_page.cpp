@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "base/val.h"
-#include "link/control_characters.h"
+#include "link/commands.h"
 #include "settings/text_preview.h"
 #include "widgets/up_down.h"
 #include "widgets/wire_field.h"
@@ -45,17 +45,6 @@ TextModeSettings TextPage::TextMode() const {
 
 std::string TextPage::TextModeCommand() const { return CreateTextMode(TextMode()); }
 
-std::string TextPage::Query(std::string_view query) {
-  services_.exchange.CommandBuffer = query;
-  services_.exchange.QueryCommand();
-  return services_.exchange.CommandBuffer;
-}
-
-void TextPage::Send(std::string command) {
-  services_.exchange.CommandBuffer = std::move(command);
-  services_.exchange.SendCommand(Acknowledge::None);
-}
-
 void TextPage::Shown() {
   cmdGetCursor_Click();
   cmdGetText_Click();
@@ -65,12 +54,12 @@ void TextPage::Received(const std::string& characters) { txtText->AppendWire(cha
 
 // The cursor.
 
-void TextPage::cmdSetCursor_Click() { Send(CreateCursor(Cursor())); }
+void TextPage::cmdSetCursor_Click() { services_.exchange.SendString(CreateCursor(Cursor())); }
 
 void TextPage::cmdSetCursorHome_Click() {
   const int kind = cboCursor->currentIndex();
   if (kind == CursorOff) return;
-  Send(CursorHomeCommand(kind));
+  services_.exchange.SendString(IsAtText(kind) ? MoveTextHome() : MoveGraphicHome());
   // Text positions count from 1, graphic positions from 0.
   const QString home = IsAtText(kind) ? QStringLiteral("1") : QStringLiteral("0");
   txtCursorX->setText(home);
@@ -78,14 +67,16 @@ void TextPage::cmdSetCursorHome_Click() {
 }
 
 void TextPage::cmdGetCursor_Click() {
-  Choose(cboCursor, RoundToEven(Val(Query("?C"))));
+  Exchange& exchange = services_.exchange;
+  Choose(cboCursor, RoundToEven(exchange.SendQuery(AskCursor()).Number()));
   const int kind = cboCursor->currentIndex();
-  const std::string shape = Query("?c");
+  const std::string shape = exchange.SendQuery(AskCursorShape()).text;
   if (const auto index = ReadCursorShape(kind, shape)) {
     chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
   }
   txtCursorSize->setText(Number(ReadCursorSize(shape)));
-  const Position position = ReadPosition(Query(PositionQuery(kind)));
+  const Command askPosition = IsAtText(kind) ? AskTextPosition() : AskGraphicPosition();
+  const Position position = ReadPosition(exchange.SendQuery(askPosition).text);
   txtCursorX->setText(Number(position.x));
   txtCursorY->setText(Number(position.y));
   cboCursor_Click();
@@ -106,13 +97,14 @@ void TextPage::cboCursor_Click() {
 
 // The text mode.
 
-void TextPage::cmdSetText_Click() { Send(TextModeCommand()); }
+void TextPage::cmdSetText_Click() { services_.exchange.SendString(TextModeCommand()); }
 
 void TextPage::cmdGetText_Click() {
-  Choose(cboTextStyle[FontList], ReadDigit(Query("T?F")));
-  Choose(cboTextStyle[AttributeList], ReadDigit(Query("T?A")));
-  Choose(cboTextStyle[ModeList], ReadDigit(Query("T?M")));
-  const Zoom zoom = ReadZoom(Query("T?Z"));
+  Exchange& exchange = services_.exchange;
+  Choose(cboTextStyle[FontList], ReadDigit(exchange.SendQuery(AskTextFont()).text));
+  Choose(cboTextStyle[AttributeList], ReadDigit(exchange.SendQuery(AskTextAttribute()).text));
+  Choose(cboTextStyle[ModeList], ReadDigit(exchange.SendQuery(AskTextMode()).text));
+  const Zoom zoom = ReadZoom(exchange.SendQuery(AskTextZoom()).text);
   lblTextZoom[ZoomX]->setNum(zoom.x);
   lblTextZoom[ZoomY]->setText(Number(zoom.y));
   ShowPreview();
@@ -155,21 +147,22 @@ void TextPage::ShowPreview() {
 // The text.
 
 void TextPage::cmdTextClear_Click() {
-  Send(std::string(CmdPrefix) + "GC");
+  services_.exchange.SendString(ClearDisplay());
   txtText->clear();
 }
 
 void TextPage::cmdSenden_Click() {
   const std::string text = txtText->Wire();
   cmdSetText_Click();
-  Send(text);
+  services_.exchange.SendString(text);
   Q_EMIT TextSent();
 }
 
 void TextPage::cmdSetFesttext_Click() {
   // `chkFesttextB` chooses nothing yet: no command belongs to it.
-  for (std::size_t option = 0; option < chkFesttextA.size(); ++option) {
-    if (chkFesttextA[option]->isChecked()) Send(FixedTextCommand(static_cast<int>(option)));
+  for (const int option : {0, 1}) {
+    if (!chkFesttextA[static_cast<std::size_t>(option)]->isChecked()) continue;
+    services_.exchange.SendString(SelectAddress(1 - option));
   }
 }
 

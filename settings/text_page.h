@@ -34,6 +34,7 @@ class TextPage : public QWidget, public Receiver {
     Exchange& exchange;
     Operator& person;
     const DeviceFonts& fonts;
+    QWidget* rawCommand;  ///< a single command, shown above the page's own
   };
   explicit TextPage(Services services, QWidget* parent = nullptr);
 
@@ -62,8 +63,6 @@ class TextPage : public QWidget, public Receiver {
   TextModeSettings TextMode() const;
   TextStyle PreviewStyle() const;
   void ShowPreview();
-  std::string Query(std::string_view query);
-  void Send(std::string command);
   void Step(int zoom, int by);
 
   void cmdSetCursor_Click();

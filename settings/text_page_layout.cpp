@@ -7,7 +7,6 @@
 #include <QVBoxLayout>
 
 #include "base/val.h"
-#include "interfaces/raw_command.h"
 #include "settings/text_page.h"
 #include "settings/text_preview.h"
 #include "widgets/form.h"
@@ -76,7 +75,7 @@ WireField* NumberField(const char* name, Operator& person) {
 
 TextPage::TextPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
   auto* page = new QVBoxLayout(this);
-  page->addWidget(new RawCommand(services_.exchange, services_.person));
+  page->addWidget(services_.rawCommand);
   auto* upper = new QHBoxLayout;
   upper->addWidget(MakeCursor(), 1);
   upper->addWidget(MakeTextStyle(), 1);

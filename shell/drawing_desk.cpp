@@ -5,17 +5,15 @@
 #include "base/val.h"
 #include "graphics/draft.h"
 #include "graphics/save_bitmap.h"
-#include "link/control_characters.h"
-#include "settings/status.h"
+#include "link/commands.h"
 #include "terminal/eeprom.h"
+#include "terminal/version.h"
 
 namespace kelvo {
 namespace {
 
 constexpr char textFilter[] = "Text (txt) |*.txt";
 constexpr char draftName[] = "/kelvo.entwurf";
-
-std::string Plain(std::string_view letters) { return std::string(CmdPrefix).append(letters); }
 
 QSize DisplaySize(const Recordset& defaults) {
   return {RoundToEven(defaults.Number("displayx")), RoundToEven(defaults.Number("displayy"))};
@@ -28,11 +26,10 @@ void SaveasText(const std::string& text, const std::string& fileName) {
   throw std::runtime_error("Die Datei \"" + fileName + "\" kann nicht geschrieben werden");
 }
 
-DrawingDesk::DrawingDesk(Services services, const bool& fensterMitZoomen)
+DrawingDesk::DrawingDesk(Services services)
     : services_(std::move(services)),
-      fensterMitZoomen_(fensterMitZoomen),
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
-              DisplaySize(services_.defaults), services_.outside.dataFolder + draftName),
+              DisplaySize(services_.defaults), services_.outside.folders.data + draftName),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
 
 TerminalTraits DrawingDesk::Terminal() const {
@@ -41,9 +38,7 @@ TerminalTraits DrawingDesk::Terminal() const {
   traits.pixelWidthVersion = services_.options.Number("BMPinPixelabVer");
   traits.terminalVersion = services_.state.TerminalVersion;
   traits.queryVersion = [this] {
-    services_.exchange.CommandBuffer = "?V";
-    services_.exchange.QueryCommand();
-    NoteVersion(services_.state, services_.exchange.CommandBuffer);
+    QueryVersion(services_.exchange, services_.state);
     return services_.state.TerminalVersion;
   };
   return traits;
@@ -54,7 +49,7 @@ void DrawingDesk::Send() {
   if (!com1.IsOpen()) return Q_EMIT PortWanted();
   Q_EMIT Sending(true);
   services_.outside.loop.ProcessPending();
-  if (com1.IsOpen()) com1.Write(Plain("GC"));
+  if (com1.IsOpen()) com1.Write(ClearDisplay().Text());
   const std::string commands = editor_.CreatePic();
   if (com1.IsOpen()) com1.Write(commands);
   Q_EMIT Sending(false);
@@ -63,7 +58,7 @@ void DrawingDesk::Send() {
 void DrawingDesk::NewDrawing() {
   if (!editor_.MayDiscard()) return;
   SerialPort& com1 = services_.outside.com1;
-  if (com1.IsOpen()) com1.Write(Plain("GC") + Plain("!C0;"));
+  if (com1.IsOpen()) com1.Write(Sequence({ClearDisplay(), CursorOffForDrawing()}));
   editor_.Clear();
 }
 
@@ -80,13 +75,13 @@ void DrawingDesk::SaveAsText() {
 }
 
 void DrawingDesk::SaveBMPinEEProm() {
-  Exchange& exchange = services_.exchange;
-  const EEPromAccess eeprom{[this] { return GetEEpromBytes(services_.exchange, services_.state); },
-                            [&exchange](const std::string& command) {
-                              exchange.CommandBuffer = command;
-                              exchange.SendCommand(Acknowledge::Wait);
-                              return exchange.CommandBuffer;
-                            }};
+  const EEPromAccess eeprom{
+      [this](std::size_t bytes) {
+        return HasRoom(services_.exchange, services_.state, services_.outside.person, bytes);
+      },
+      [this](const Command& command, const std::string& suffix) {
+        SendToEEprom(services_.exchange, services_.outside.person, command, suffix);
+      }};
   kelvo::SaveBMPinEEProm(editor_.CurrentDrawing(), editor_.Terminal(), services_.outside.person,
                          eeprom);
 }

@@ -35,8 +35,9 @@ class DrawingDesk : public QObject, private GraphicsHost {
     Recordset& defaults;                                       ///< `Default`
     std::function<int()> baudRate;                             ///< of the open port, bit/s
     std::function<bool(const std::string& text)> saveAsMakro;  ///< typ "Grafik"
+    std::function<bool()> fensterMitZoomen;                    ///< the option, as it is now
   };
-  DrawingDesk(Services services, const bool& fensterMitZoomen);
+  explicit DrawingDesk(Services services);
 
   frmGrafik& Editor() { return editor_; }
   DrawingPage* Page() { return page_; }
@@ -62,10 +63,9 @@ class DrawingDesk : public QObject, private GraphicsHost {
   bool CanSend() const override { return services_.outside.com1.IsOpen(); }
   int BitsPerSecond() const override { return services_.baudRate(); }
   TerminalTraits Terminal() const override;
-  bool FensterMitZoomen() const override { return fensterMitZoomen_; }
+  bool FensterMitZoomen() const override { return services_.fensterMitZoomen(); }
 
   Services services_;
-  const bool& fensterMitZoomen_;
   frmGrafik editor_;
   DrawingPage* page_;
 };

@@ -12,8 +12,7 @@
 
 #include "base/guard.h"
 #include "help/help_desk.h"
-#include "link/control_characters.h"
-#include "settings/status.h"
+#include "interfaces/raw_command.h"
 #include "shell/drawing_desk.h"
 #include "shell/port_dialog.h"
 #include "shell/status_display.h"
@@ -41,16 +40,16 @@ std::string JoinNames(const std::vector<std::string>& names) {
 frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
-      data_(outside_.dataFolder + "/" + databaseFile),
+      data_(outside_.folders.data + "/" + databaseFile),
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       receive_(outside_.com1, exchange_),
-      help_(std::make_unique<HelpDesk>(outside_.person, outside_.programFolder,
-                                       [this] { return ShownTab(); })) {
+      help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
+                                       [this] { return ShownChapter(); })) {
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
   // A font that is missing draws nothing.
-  fonts_.Load(outside_.programFolder + fontFolder);
+  fonts_.Load(outside_.folders.program + fontFolder);
   MakePages();
   MakeBus();
   MakeFrame();
@@ -64,7 +63,7 @@ frmhaupt::frmhaupt(Outside outside)
   ShowFirstTab();
   if (FirstRun()) {
     // Later starts leave the built-in name, deliberately.
-    help_->SetFile(outside_.programFolder + helpName);
+    help_->SetFile(outside_.folders.program + helpName);
     NoteFirstRunIsOver();
   }
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
@@ -81,7 +80,8 @@ void frmhaupt::MakePages() {
   status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
   eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen});
   macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData});
-  text_ = new TextPage({exchange_, outside_.person, fonts_});
+  text_ = new TextPage(
+      {exchange_, outside_.person, fonts_, new RawCommand(exchange_, outside_.person)});
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
   connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
   MakeKeyboardPages();
@@ -94,11 +94,13 @@ void frmhaupt::MakeDrawingDesk() {
                             [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
                               return macros_->SaveMakro("Grafik", text, -1, NewRecordName);
-                            }},
-      FensterMitZoomen_);
+                            },
+                            [this] { return FensterMitZoomen_; }});
   connect(desk_.get(), &DrawingDesk::PortWanted, this, &frmhaupt::AskForPort);
-  connect(desk_.get(), &DrawingDesk::Sending, this,
-          [this](bool on) { ctlSendeanzeige->setText(on ? tr("●") : tr("○")); });
+  connect(desk_.get(), &DrawingDesk::Sending, this, [this](bool on) {
+    ctlSendeanzeige->setText(on ? tr("●") : tr("○"));
+    statusDisplay_->WatchLine();
+  });
   connect(&desk_->Editor(), &frmGrafik::FileUsed, this, [this](const QString& path) {
     memory_.NoteFile(path);
     ShowRecentFiles();
@@ -194,9 +196,15 @@ void frmhaupt::ConnectLink() {
   outside_.com1.SetReceiveHandler(
       [this] { Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); }); });
   outside_.com1.SetLostHandler([this] { com1_Lost(); });
+  outside_.com1.SetErrorHandler([this](const std::string& error) {
+    outside_.person.Notify("Der Anschluss " + interfaces_->ChosenPort() + " meldet: " + error +
+                               ". Die Verbindung bleibt offen; es wird weiter versucht.",
+                           Icon::Exclamation);
+  });
   portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
-  if (outside_.setDevices) {
-    outside_.setDevices([this](int number) { return data_.DeviceOf(number, outside_.dataFolder); });
+  if (outside_.machine.setDevices) {
+    outside_.machine.setDevices(
+        [this](int number) { return data_.DeviceOf(number, outside_.folders.data); });
   }
 }
 
@@ -300,6 +308,16 @@ void frmhaupt::SetTab(Tab tab) { cmdTab->setCurrentIndex(static_cast<int>(tab));
 
 Tab frmhaupt::ShownTab() const { return static_cast<Tab>(cmdTab->currentIndex()); }
 
+// In the order of the tabs.
+QString frmhaupt::ShownChapter() const {
+  static constexpr std::array<const char*, TabCount> kChapters{
+      "zeichnung.html",       "schnittstellen.html", "text.html",
+      "status.html",          "eeprom.html",         "at-tastatur.html",
+      "matrix-tastatur.html", "makros.html",         "willkommen.html",
+      "terminals.html"};
+  return QString::fromLatin1(kChapters[static_cast<std::size_t>(ShownTab())]);
+}
+
 void frmhaupt::cmdTab_Click() {
   const Tab tab = ShownTab();
   receive_.SetFront(dynamic_cast<Receiver*>(cmdTab->currentWidget()));
@@ -319,8 +337,7 @@ void frmhaupt::cmdTab_Click() {
 }
 
 void frmhaupt::cmdDovuAktivieren_Click() {
-  exchange_.CommandBuffer = SetAddressCommand(std::to_string(ctlUpDownAdrDovu->value()));
-  exchange_.SendCommand(Acknowledge::None);
+  exchange_.SendString(SelectAddress(ctlUpDownAdrDovu->value()));
 }
 
 void frmhaupt::mnuDovuSenden_Click() { dovu_->Open(); }
@@ -357,7 +374,7 @@ void frmhaupt::ShowTerminal() {
 }
 
 std::string frmhaupt::DescribePort(int number) {
-  const std::string device = data_.DeviceOf(number, outside_.dataFolder);
+  const std::string device = data_.DeviceOf(number, outside_.folders.data);
   if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
   const std::string state = DescribeDevice(device);
   return device + (state.empty() ? "" : ": " + state);
@@ -365,9 +382,9 @@ std::string frmhaupt::DescribePort(int number) {
 
 std::string frmhaupt::DescribeDevice(const std::string& device) {
   const bool connected = outside_.com1.IsOpen() && data_.DeviceOf(interfaces_->OpenPortNumber(),
-                                                                  outside_.dataFolder) == device;
+                                                                  outside_.folders.data) == device;
   if (connected) return "verbunden";
-  return outside_.describeDevice ? outside_.describeDevice(device) : std::string();
+  return outside_.machine.describeDevice ? outside_.machine.describeDevice(device) : std::string();
 }
 
 }  // namespace kelvo

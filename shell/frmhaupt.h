@@ -112,6 +112,7 @@ class frmhaupt : public QMainWindow {
   void Guard(const char* routine, void (frmhaupt::*handler)());
   void SetTab(Tab tab);
   Tab ShownTab() const;
+  QString ShownChapter() const;
   std::array<RecordEditorBase*, 3> Records() const;
   std::vector<std::string> DraftNames() const;
 

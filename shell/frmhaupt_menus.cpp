@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "base/guard.h"
+#include "bus/addresses.h"
 #include "help/help_desk.h"
 #include "link/control_characters.h"
 #include "shell/drawing_desk.h"
@@ -305,12 +306,8 @@ void frmhaupt::SaveAsMakro(const std::optional<std::string>& text) {
 // Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts
 // all Terminals of the bus.
 void frmhaupt::ResetAll() {
-  std::string& command = exchange_.CommandBuffer;
-  command = ";";
-  command += Etx;
-  command += Eot;
-  command.append(CmdPrefix).append("!A255;").append(CmdPrefix).append("R");
-  exchange_.SendCommand(Acknowledge::None);
+  exchange_.SendString(std::string{';', Etx, Eot} +
+                       Sequence({SelectAddress(AllAddresses), kelvo::Restart()}));
   state_.flash = FlashState::Unknown;
   state_.Changed();
 }

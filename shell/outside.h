@@ -2,14 +2,32 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/event_loop.h"
 #include "base/machine_port.h"
 #include "base/operator.h"
 #include "base/serial_port.h"
+#include "link/link_world.h"
 
 namespace kelvo {
+
+/// Where the program's files lie; both without a slash at their end.
+struct Folders {
+  std::string program;  ///< fonts and help
+  std::string data;     ///< database, draft and the simulator's port; often the same
+};
+
+/// What is known of the machine's ports. What is left out is not known.
+struct Machine {
+  /// The ports that the machine has now.
+  std::function<std::vector<MachinePort>()> ports;
+  /// In German, how a device is: ready, missing, in use, forbidden (naming the group that may).
+  std::function<std::string(const std::string& device)> describeDevice;
+  /// Told which device stands behind each port number.
+  std::function<void(std::function<std::string(int)>)> setDevices;
+};
 
 /// All that the program meets of the world outside; everything here outlives the windows.
 struct Outside {
@@ -19,14 +37,22 @@ struct Outside {
   Timer& tmrRS485;
   Timer& tmrSofort;  ///< bundles changes of the drawing that are sent at once
   Operator& person;
-  std::string programFolder;  ///< fonts and help; without a slash at its end
-  std::string dataFolder;     ///< database, draft and the simulator's port; often the same
-  /// The ports that the machine has now.
-  std::function<std::vector<MachinePort>()> machinePorts;
-  /// In German, how a device is: ready, missing, in use, forbidden (naming the group that may).
-  std::function<std::string(const std::string& device)> describeDevice;
-  /// Told which device stands behind each port number.
-  std::function<void(std::function<std::string(int)>)> setDevices;
+  Folders folders;
+  Machine machine;
 };
+
+/// The one way to put it together, over a world of whatever kind.
+template <typename Loop, typename Tick, typename Port>
+Outside OutsideOf(LinkWorld<Loop, Tick, Port>& world, Operator& person, Folders folders,
+                  Machine machine = {}) {
+  return {.com1 = world.com1,
+          .loop = world.loop,
+          .tmrTimeout = world.tmrTimeout,
+          .tmrRS485 = world.tmrRS485,
+          .tmrSofort = world.tmrSofort,
+          .person = person,
+          .folders = std::move(folders),
+          .machine = std::move(machine)};
+}
 
 }  // namespace kelvo

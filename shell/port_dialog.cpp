@@ -75,7 +75,7 @@ void PortDialog::Load() {
 
 void PortDialog::Refresh() {
   const std::vector<MachinePort> ports =
-      outside_.machinePorts ? outside_.machinePorts() : std::vector<MachinePort>();
+      outside_.machine.ports ? outside_.machine.ports() : std::vector<MachinePort>();
   for (int row = 0; row < PortCount; ++row) {
     QComboBox& box = *cboGeraet[static_cast<std::size_t>(row)];
     const QString device = box.currentText();
@@ -93,7 +93,7 @@ std::string PortDialog::Device(int row) const {
 }
 
 void PortDialog::Describe(int row) {
-  const std::string device = AbsoluteDevice(Device(row), outside_.dataFolder);
+  const std::string device = AbsoluteDevice(Device(row), outside_.folders.data);
   lblZustand[static_cast<std::size_t>(row)]->setText(Text(describe_(device)));
 }
 

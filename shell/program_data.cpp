@@ -18,8 +18,6 @@ ProgramData::ProgramData(const std::string& databasePath)
     : database(databasePath),
       Default(database, "Default"),
       Optionen(database, "Optionen"),
-      DOVU(database, "DOVU"),
-      Makro(database, "Makro"),
       ctlMakroData(database, "Makro"),
       ctlTastData(database, "select * from Makro where typ = 'MatrixTab'"),
       ctlATData(database, "select * from Makro where typ = 'ATTab'"),

@@ -19,8 +19,6 @@ struct ProgramData {
   Database database;
   Recordset Default;
   Recordset Optionen;
-  Recordset DOVU;
-  Recordset Makro;
   Recordset ctlMakroData;
   Recordset ctlTastData;
   Recordset ctlATData;

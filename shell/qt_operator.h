@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "adapters/qt_event_loop.h"
+#include "base/event_loop.h"
 #include "base/operator.h"
 
 namespace kelvo {
@@ -10,7 +10,7 @@ namespace kelvo {
 /// Asks the person at the screen with Qt's own boxes. While the program is closing nobody is asked.
 class QtOperator : public Operator {
  public:
-  explicit QtOperator(const QtEventLoop& loop) : loop_(loop) {}
+  explicit QtOperator(const EventLoop& loop) : loop_(loop) {}
 
   /// The window that boxes belong to while the person works in none of the program's.
   void SetWindow(QWidget* window) { window_ = window; }
@@ -27,7 +27,7 @@ class QtOperator : public Operator {
  private:
   QWidget* Owner() const;
 
-  const QtEventLoop& loop_;
+  const EventLoop& loop_;
   QWidget* window_ = nullptr;
 };
 

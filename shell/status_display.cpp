@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/wire_text.h"
-#include "link/command_language.h"
+#include "link/command_table.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -26,12 +26,17 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   lblTerminal = Named(new QLabel, "lblTerminal");
   lblPort = Named(new QLabel, "lblPort");
   lblPort->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Com 6: 19200,N,8,1  ")));
+  lblLeitung = Named(new QLabel, "lblLeitung");
+  lblLeitung->hide();
   addWidget(lblAktivitaet, 1);
+  addPermanentWidget(lblLeitung);
   addPermanentWidget(ctlSendeFortschritt);
   addPermanentWidget(lblTerminal);
   addPermanentWidget(lblPort);
   ShowTerminal({});
   connect(&progress_, &QTimer::timeout, this, &StatusDisplay::ShowProgress);
+  line_.setInterval(refreshMilliseconds);
+  connect(&line_, &QTimer::timeout, this, &StatusDisplay::ShowLine);
   exchange_.SetActivityListener([this](std::string_view command) { ShowActivity(command); });
 }
 
@@ -43,7 +48,21 @@ void StatusDisplay::ShowTerminal(const TerminalState& state) {
                                          : tr("Terminal: Version %1").arg(version));
 }
 
+void StatusDisplay::WatchLine() {
+  if (!line_.isActive()) line_.start();
+  ShowLine();
+}
+
+void StatusDisplay::ShowLine() {
+  const std::size_t left = exchange_.CharactersToSend();
+  lblLeitung->setVisible(exchange_.LineHeld());
+  lblLeitung->setText(
+      tr("Leitung gehalten (Handshake): noch %1 Zeichen nicht abgenommen").arg(left));
+  if (left == 0) line_.stop();
+}
+
 void StatusDisplay::ShowActivity(std::string_view command) {
+  WatchLine();
   if (command.empty()) {
     progress_.stop();
     ctlSendeFortschritt->hide();

@@ -13,7 +13,8 @@ class QProgressBar;
 namespace kelvo {
 
 /// The status bar of the main window: the port and its settings, the Terminal's version, and what
-/// is being exchanged; work longer than a second shows its progress.
+/// is being exchanged; work longer than a second shows its progress, and a line that is held by its
+/// handshake says so.
 class StatusDisplay : public QStatusBar {
   Q_OBJECT
 
@@ -22,8 +23,11 @@ class StatusDisplay : public QStatusBar {
 
   void ShowPort(const QString& text);
   void ShowTerminal(const TerminalState& state);
+  /// Something was handed to the line: says so while the line does not take it.
+  void WatchLine();
 
  private:
+  void ShowLine();
   void ShowActivity(std::string_view command);
   void ShowProgress();
 
@@ -32,7 +36,9 @@ class StatusDisplay : public QStatusBar {
   QProgressBar* ctlSendeFortschritt;
   QLabel* lblTerminal;
   QLabel* lblPort;
+  QLabel* lblLeitung;
   QTimer progress_;
+  QTimer line_;
   QElapsedTimer since_;
   QString activity_;
   int total_ = 0;

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "base/wire_text.h"
-#include "link/command_language.h"
+#include "link/command_table.h"
 #include "link/control_characters.h"
 
 namespace kelvo {
@@ -17,6 +17,10 @@ constexpr milliseconds sameEntry{40};
 constexpr std::size_t longestEntry = 5000;
 // Dropping many at once keeps a full log as cheap as an empty one.
 constexpr std::ptrdiff_t dropped = 1000;
+
+bool IsQuery(const CommandRow* row) {
+  return row != nullptr && (row->answer == Answer::Value || row->answer == Answer::FreeText);
+}
 
 }  // namespace
 
@@ -36,7 +40,8 @@ void TrafficLog::Add(milliseconds timeOfDay, Direction direction, std::string_vi
   }
   TrafficEntry entry{timeOfDay, direction, std::string(characters), {}};
   if (direction == Direction::ToTerminal) {
-    entry.meaning = lastQuery_ = CommandMeaning(characters);
+    entry.meaning = CommandMeaning(characters);
+    asked_ = IsQuery(LastCommand(characters)) ? entry.meaning : std::string();
   } else {
     entry.meaning = ReplyMeaning(entry.characters);
   }
@@ -53,7 +58,7 @@ bool TrafficLog::Continues(milliseconds timeOfDay, Direction direction) const {
 std::string TrafficLog::ReplyMeaning(const std::string& reply) const {
   if (reply == std::string_view(&Ack, 1)) return "angenommen (ACK)";
   if (reply == std::string_view(&Nak, 1)) return "abgelehnt (NAK)";
-  return lastQuery_.ends_with("abfragen") ? "Antwort: " + lastQuery_ : "empfangene Zeichen";
+  return asked_.empty() ? "empfangene Zeichen" : "Antwort: " + asked_;
 }
 
 void TrafficLog::Clear() { entries_.clear(); }

@@ -40,7 +40,7 @@ class TrafficLog {
 
   std::deque<TrafficEntry> entries_;
   std::chrono::milliseconds lastTime_{0};
-  std::string lastQuery_;  // meaning of what was sent last
+  std::string asked_;  // meaning of what was sent last, if that ended with a query
 };
 
 /// An entry as a line of text: time, direction, readable and hexadecimal characters, meaning,

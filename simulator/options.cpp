@@ -35,6 +35,11 @@ bool ReadBaud(std::string_view text, int& baud) {
   return true;
 }
 
+bool Set(bool& option, bool value) {
+  option = value;
+  return true;
+}
+
 bool ReadPath(std::string_view text, std::string& path) {
   path = text;
   return !text.empty();
@@ -85,7 +90,7 @@ constexpr OptionRow kRows[] = {
        return ReadFault(o.unplugged ? "none" : v, o.terminal.setup);
      }},
     {"--no-pacing", "", "Zeichen brauchen auf der Leitung keine Zeit",
-     [](O& o, V) { return !(o.paced = false); }},
+     [](O& o, V) { return Set(o.paced, false); }},
     {"--port", "PFAD",
      "unter diesem Pfad erscheint die Schnittstelle (simulator.tty im Datenordner)",
      [](O& o, V v) { return ReadPath(v, o.port); }},
@@ -94,10 +99,10 @@ constexpr OptionRow kRows[] = {
        o.window = false;
        return ReadPath(v, o.displayPng);
      }},
-    {"--no-window", "", "ohne Fenster", [](O& o, V) { return !(o.window = false); }},
+    {"--no-window", "", "ohne Fenster", [](O& o, V) { return Set(o.window, false); }},
     {"--commands", "", "Befehle zeilenweise von der Standardeingabe (help zeigt sie)",
-     [](O& o, V) { return o.commands = true; }},
-    {"--help", "", "diese Übersicht", [](O& o, V) { return o.help = true; }},
+     [](O& o, V) { return Set(o.commands, true); }},
+    {"--help", "", "diese Übersicht", [](O& o, V) { return Set(o.help, true); }},
 };
 
 constexpr std::pair<std::string_view, Fault> kFaults[] = {

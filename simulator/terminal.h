@@ -110,7 +110,6 @@ class Terminal : private CommandParser::Handler {
   bool Selected() const { return selected_; }
   /// The settings in force on the line to the host.
   const InterfaceSettings& Interface1() const { return interface1_; }
-  const InterfaceSettings& Interface2() const { return interface2_; }
   const Screen& Display() const { return screen_; }
   /// Whether a blinking cursor is in its visible half second.
   static bool CursorLit(Time now);

@@ -83,7 +83,8 @@ std::string Quoted(const std::string& name) {
     if (c == '"') quoted += '"';
     quoted += c;
   }
-  return quoted += '"';
+  quoted += '"';
+  return quoted;
 }
 
 }  // namespace kelvo

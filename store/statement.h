@@ -25,7 +25,6 @@ class Statement {
   bool Step();
   void Reset() { sqlite3_reset(statement_.get()); }
 
-  int ColumnCount() const { return sqlite3_column_count(statement_.get()); }
   Value Column(int index) const;
 
  private:

@@ -1,39 +1,45 @@
 #include "terminal/eeprom.h"
 
-#include <algorithm>
-
-#include "base/val.h"
-
 namespace kelvo {
+namespace {
 
-using std::chrono::milliseconds;
+// The query sets 500 ms itself, and that governs the wait; this one is kept as it is.
+constexpr std::chrono::milliseconds kFreeBytesInterval{10000};
 
-double GetEEpromBytes(Exchange& exchange, TerminalState& state) {
-  // The query sets 500 ms itself, and that governs the wait; these two are kept as they are.
-  exchange.SetReplyTimeout(milliseconds(10000));
-  exchange.CommandBuffer = "E?F";
-  exchange.QueryCommand();
-  exchange.SetReplyTimeout(milliseconds(1000));
-  const double bytes = Val(exchange.CommandBuffer);
-  state.freeBytes = exchange.LastStatus == 0 ? std::optional(bytes) : std::nullopt;
-  state.Changed();
-  return bytes;
-}
-
-void ReportEEpromError(Operator& person, const std::string& errorText, const std::string& suffix) {
-  person.Message(errorText == "EEPROM" ? "Fehler beim EEPROM" : errorText + suffix,
-                 Icon::Exclamation);
-}
-
-bool SendToEEprom(Exchange& exchange, Operator& person, std::string command,
-                  const std::string& suffix) {
-  exchange.CommandBuffer = std::move(command);
-  exchange.SendCommand(Acknowledge::Wait);
-  if (exchange.LastStatus == 0) return true;
-  ReportEEpromError(person, exchange.CommandBuffer, suffix);
+bool Fits(std::size_t bytes, const Reply& free, Operator& person) {
+  if (static_cast<double>(bytes) <= free.Number() - kEepromReserve) return true;
+  person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
   return false;
 }
 
-int EraseBlocks(const std::string& reply) { return std::max(RoundToEven(Val(reply)), 1); }
+}  // namespace
+
+Reply GetEEpromBytes(Exchange& exchange, TerminalState& state) {
+  Reply reply = exchange.SendQuery(AskFreeBytes(), kFreeBytesInterval);
+  state.freeBytes = reply.Failed() ? std::nullopt : std::optional(reply.Number());
+  state.Changed();
+  return reply;
+}
+
+bool HasRoom(Exchange& exchange, TerminalState& state, Operator& person, std::size_t bytes) {
+  return Fits(bytes, GetEEpromBytes(exchange, state), person);
+}
+
+bool HasRoomForTable(Exchange& exchange, TerminalState& state, Operator& person) {
+  const Reply free = GetEEpromBytes(exchange, state);
+  return Fits(free.text.size(), free, person);
+}
+
+void ReportEEpromError(Operator& person, const Reply& reply, const std::string& suffix) {
+  person.Message(reply.kind == ReplyKind::Refused ? "Fehler beim EEPROM" : reply.text + suffix,
+                 Icon::Exclamation);
+}
+
+bool SendToEEprom(Exchange& exchange, Operator& person, const Command& command,
+                  const std::string& suffix, Within within) {
+  const Reply reply = exchange.SendString(command, within);
+  if (reply.Failed()) ReportEEpromError(person, reply, suffix);
+  return !reply.Failed();
+}
 
 }  // namespace kelvo

@@ -1,3 +1,5 @@
+#include <QSpinBox>
+#include <QTableView>
 #include <QTreeWidget>
 
 #include "bus/frmDovu.h"
@@ -119,6 +121,64 @@ TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   loop.After(milliseconds(8), [this] { window->close(); });
   Click("cmdSenden");
   EXPECT_FALSE(Find("frmDovu").isVisible());
+}
+
+class BusWindowTest : public DovuDialogTest {
+ protected:
+  void Search(const char* last) {
+    Type("txtmaxDovu", last);
+    Click("cmdDovusuchen");
+  }
+  int Listed() { return Find<QTableView>("ctlDovuListe").model()->rowCount(); }
+};
+
+TEST_F(BusWindowTest, ToolbarDeletesTheCurrentTerminalWithoutAsking) {
+  Begin();
+  Find<QTableView>("ctlDovuListe")
+      .setCurrentIndex(Find<QTableView>("ctlDovuListe").model()->index(1, 1));
+  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 7);
+  Click("cmdToolbar_12");
+  EXPECT_EQ(Stored("DOVU", "Bezeichnung", 1), "alt");
+  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 9);
+  Click("cmdToolbar_12");
+  Trigger("mnuBearbeitenloeschen");
+  Click("cmdToolbar_12");
+  EXPECT_EQ(Listed(), 0);
+  EXPECT_TRUE(person.questions.empty());
+}
+
+TEST_F(BusWindowTest, WithoutAPortTheOperatorIsSentToTheInterfaces) {
+  Begin();
+  port.Close();
+  Forget();
+  Search("5");
+  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
+  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), static_cast<int>(Tab::Interfaces));
+}
+
+TEST_F(BusWindowTest, PortIsReopenedAsItWas) {
+  Begin();
+  const int opened = port.opened;
+  Find<QComboBox>("cboCom_0").setCurrentIndex(0);
+  Search("0");
+  EXPECT_EQ(port.opened, opened + 1);
+  EXPECT_EQ(port.settings, "19200,N,8,1");
+}
+
+TEST_F(BusWindowTest, LostDeviceAndClosedWindowEndTheSearch) {
+  Begin();
+  loop.After(milliseconds(700), [this] {
+    EXPECT_FALSE(Find<QAction>("mnuDovuSenden").isEnabled());
+    port.Lose();
+  });
+  Search("99");
+  EXPECT_EQ(Find<QTreeWidget>("ctlDovuSuchListe").topLevelItemCount(), 1);
+  EXPECT_NE(Text("lblDovuStand").find("ging verloren"), std::string::npos);
+  EXPECT_EQ(person.notices.size(), 1U);
+  Choose("cboCom_13", "Com 6");
+  loop.After(milliseconds(700), [this] { window->close(); });
+  Search("99");
+  EXPECT_FALSE(port.IsOpen());
 }
 
 }  // namespace

@@ -5,7 +5,8 @@
 #include "base/val.h"
 #include "base/wire_text.h"
 #include "interfaces/port_control.h"
-#include "link/command_language.h"
+#include "link/commands.h"
+#include "link/echo_filter.h"
 #include "link/line_clock.h"
 #include "link/receive_events.h"
 #include "tests/fakes/exchange_world.h"
@@ -81,6 +82,75 @@ TEST(CommandLanguageTest, NamesTheCommandsOfAText) {
   EXPECT_EQ(CommandMeaning("\x1b"), "unbekannter Befehl");
 }
 
+TEST(CommandTest, IsWrittenAsTheTableSays) {
+  const std::pair<std::string, std::string> cases[] = {
+      {WriteMakro(7, "GC\x1bTH").Text(), "\033EWM7,GC\x1bTH\x03"},
+      {DeleteMakro("300").Text(), "\033EDM300;"},
+      {SelectAddress(5).Text(), "\x1b!A5;"},
+      {AskVersion().Text(), "\x1b?V"},
+      {WriteBitmap(7, "2,1,0000;").Text(), "\033EWB7,2,1,0000;"},
+      {WriteKeyTable("3", "80", ",31,D").Text(), "\033EWK3,80,31,D;"},
+      {SetMatrixConfig(254, 0).Text(), "\033MC2,10,35,254,0,5;"},
+      {DefineCursor(0, "").Text() + SwitchCursor(0).Text(), "\x1b!c 0;\033!C 0;"},
+      {DefineCursor(3, "5").Text() + CursorOffForDrawing().Text(), "\x1b!c 3,5;\033!C0;"},
+      {SendToInterface2("x\r").Text(), "\0332Ox\r"},
+      {Sequence({ClearDisplay(), SetGraphicPosition("1", "2")}) + OpenGraphicText("a"),
+       "\033GC\033GP1,2;\033GTa"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
+  EXPECT_TRUE(WriteConfig().IsAcknowledged());
+  EXPECT_FALSE(EraseEEpromCounting().IsAcknowledged());
+  EXPECT_FALSE(RunMakro(1).IsAcknowledged());
+}
+
+TEST(CommandTest, EachIsFoundByItsOwnLetters) {
+  for (const CommandRow& row : CommandTable()) {
+    EXPECT_EQ(FindCommand(std::string(row.letters) + "5;"), &row) << row.letters;
+  }
+}
+
+// What comes through when `arriving` arrives after `written`, in two pieces cut anywhere.
+std::string Heard(const std::vector<std::string>& written, const std::string& arriving) {
+  std::string first;
+  for (std::size_t cut = 0; cut <= arriving.size(); ++cut) {
+    EchoFilter filter;
+    for (const std::string& text : written) filter.Written(text, milliseconds(0), milliseconds(9));
+    std::string heard = filter.Arrived(arriving.substr(0, cut));
+    heard += filter.Arrived(arriving.substr(cut));
+    if (cut == 0) first = heard;
+    EXPECT_EQ(heard, first) << "cut at " << cut;
+  }
+  return first;
+}
+
+TEST(EchoFilterTest, AnExactCopyIsEchoAndAllElseIsTheAnswer) {
+  const std::string select = "\x1b!A5;";
+  const std::string query = "\x1b?A";
+  const std::string write = "\033EWC";
+  EXPECT_EQ(Heard({write}, write), "");
+  EXPECT_EQ(Heard({write}, write + "\x06"), "\x06");
+  EXPECT_EQ(Heard({write}, "\x15"), "\x15");
+  EXPECT_EQ(Heard({write}, write + write), write);
+  EXPECT_EQ(Heard({select, query}, select + query + query + "5;"), query + "5;");
+  EXPECT_EQ(Heard({select, query}, query + "5;"), "5;");
+  EXPECT_EQ(Heard({select, query}, "?A5;"), "?A5;");
+  // A text of which only a part has left before it was discarded.
+  EXPECT_EQ(Heard({select, query}, "\x1b!A" + query + "5;"), "5;");
+  for (std::size_t damaged = 0; damaged < write.size(); ++damaged) {
+    std::string echo = write;
+    echo[damaged] = 'x';
+    EXPECT_EQ(Heard({write}, echo + "\x06"), echo.substr(damaged) + "\x06");
+  }
+}
+
+TEST(EchoFilterTest, EchoThatIsOverdueIsNotExpectedAnyMore) {
+  EchoFilter filter;
+  filter.Written("\033EWC", milliseconds(0), milliseconds(10));
+  EXPECT_EQ(filter.Arrived("\x1b"), "");
+  EXPECT_EQ(filter.Expire(milliseconds(10) + EchoFilter::kHeldBack), "");
+  EXPECT_EQ(filter.Expire(milliseconds(11) + EchoFilter::kHeldBack), "\x1b");
+  EXPECT_EQ(filter.Arrived("\033EWC"), "\033EWC");
+}
+
 struct PortWorld {
   testing_world::VirtualLoop loop;
   testing_world::VirtualPort port{loop};
@@ -122,11 +192,8 @@ TEST(PortControlTest, NothingIsOpenedWhileTheMainWindowLoads) {
 
 TEST(PortControlTest, InterfaceCommandsCarryTheNumbersOfTheLists) {
   ComNumbers numbers{9600, 1, 8, 1, 1, 4096, 1200, 3, 7, 2, 0, 16384, 2, 1};
-  EXPECT_EQ(SetCom1Command(numbers), "\x1b!B9600,1,8,1,1;");
-  EXPECT_EQ(SetBuffer1Command(numbers), "\x1b!S4096;");
-  EXPECT_EQ(SetCom2Command(numbers), "\x1b!b1200,3,7,2,0;");
-  EXPECT_EQ(SetBuffer2Command(numbers), "\x1b!s16384;");
-  EXPECT_EQ(ReceiveModeCommand(numbers), "\0332I2;");
+  EXPECT_EQ(SetInterface1(InterfaceNumbersFrom(numbers, ComBaud1)).Text(), "\x1b!B9600,1,8,1,1;");
+  EXPECT_EQ(SetInterface2(InterfaceNumbersFrom(numbers, ComBaud2)).Text(), "\x1b!b1200,3,7,2,0;");
 }
 
 struct Notes : Receiver {
@@ -167,10 +234,8 @@ TEST_F(ReceiveTest, WithoutAReceiverTheCharactersAreLeftToTheNextExchange) {
 TEST_F(ReceiveTest, TheReceiverInFrontTakesNoReplyAway) {
   receive.SetFront(&first);
   terminal.Answer("\x1b?V", "2.1F;");
-  std::string text = "\x1b?V";
-  exchange.SendString(text, Pending::Keep, Acknowledge::None);
-  exchange.WaitAnswer(text, {});
-  EXPECT_EQ(text, "2.1F;");
+  Send("\x1b?V", Acknowledge::None);
+  EXPECT_EQ(Collect(""), "2.1F;");
   EXPECT_EQ(first.text, "");
   port.Arrive("k");
   EXPECT_EQ(first.text, "k");

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QInputDialog>
@@ -9,7 +7,6 @@
 #include <QTimer>
 #include <QTreeWidget>
 
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 
@@ -73,6 +70,24 @@ TEST_F(LiveTest, EchoOfTheBusIsNotTakenForAnAnswer) {
     EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
     Show(Tab::Status);
   }
+}
+
+// Its acknowledge comes while the line's arithmetic still has half a second to go.
+TEST_F(LiveTest, TerminalThatTakesNoNoticeOfTheRateIsUnderstood) {
+  Start({QStringLiteral("--no-pacing")});
+  Show(Tab::Macros);
+  driver->Type(Q("txtMakro"), QString(1000, u'x'));
+  driver->Type(Q("txtMakroNr"), Q("7"));
+  driver->Click(Q("cmdSetMakro"));
+  Show(Tab::MatrixKeyboard);
+  driver->Click(Q("cmdToolbar_6"));  // all 64 keys
+  driver->Type(Q("txtTastTabNr"), Q("3"));
+  driver->Click(Q("cmdSetMatrixTab"));
+  // No message has asked for an answer, and both are there.
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  EXPECT_LT(driver->Text(Q("lblFreeBytes")).toInt(), 8192 - 1000 - 64);
+  driver->Click(Q("cmdSetConfig"));
 }
 
 TEST_F(LiveTest, BothEndsChangeTheirRateAndStillUnderstandEachOther) {
@@ -166,102 +181,6 @@ TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {
   other.SetDevices([this](int) { return program.Folder().toStdString() + "/kelvo.mdb"; });
   EXPECT_EQ(other.Open(), PortNotAvailable);
   EXPECT_EQ(program.Port().Open(), PortAlreadyOpen);
-}
-
-// A port on a pseudo-terminal whose other end is the test itself.
-class BarePortTest : public testing::Test {
- protected:
-  BarePortTest() : master(posix_openpt(O_RDWR | O_NOCTTY)) {
-    grantpt(master);
-    unlockpt(master);
-    port.SetDevices([device = std::string(ptsname(master))](int) { return device; });
-    port.SetPortNumber(1);
-    EXPECT_EQ(port.Open(), PortOk);
-    EXPECT_EQ(port.SetUp("19200,N,8,1", Handshaking::XOnXOff), "");
-  }
-  ~BarePortTest() override { close(master); }
-  void Arrive(std::string_view text) {
-    ASSERT_EQ(write(master, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-  }
-  void WaitUntilSent() {
-    while (port.OutBufferCount() > 0) loop.WaitPaintingOnly(port.OutBufferTime());
-  }
-  // All that is in the input buffer once `count` characters are.
-  std::string Received(std::size_t count) {
-    while (port.InBufferCount() < count) loop.WaitForEvent();
-    port.SetInputLen(0);
-    return port.Input();
-  }
-
-  int master;
-  QtEventLoop loop;
-  QtSerialPort port{loop};
-};
-
-TEST_F(BarePortTest, EchoIsDroppedHoweverLateItComesAndTheAnswerStays) {
-  const std::string command = "\033EWC";
-  for (std::size_t early = 0; early <= command.size(); ++early) {
-    port.Write("\033E?F");
-    Arrive("\033E?F80;");
-    EXPECT_EQ(Received(7), "\033E?F80;");
-    Arrive("key");
-    port.Write("\x1b!S1024;");
-    port.Write(command);
-    Arrive("\x1b!S1024;" + command.substr(0, early));
-    WaitUntilSent();
-    port.DiscardEcho();
-    Arrive(command.substr(early) + "\x06");
-    EXPECT_EQ(Received(1), "\x06") << early;
-    port.DiscardInput();
-  }
-}
-
-// A query drops what is there before it is written, but not what an adapter still holds back.
-TEST_F(BarePortTest, EchoOfTheTextBeforeAQueryIsNotTakenForItsReply) {
-  const std::string selection = "\x1b!A5;";
-  const std::string query = "\x1b?A";
-  for (std::size_t early = 0; early <= selection.size(); ++early) {
-    port.Write(selection);
-    Arrive(selection.substr(0, early));
-    WaitUntilSent();
-    port.DiscardInput();
-    port.Write(query);
-    Arrive(selection.substr(early) + query + "?A5;");
-    EXPECT_EQ(Received(query.size() + 4), query + "?A5;") << early;
-  }
-  // Without an echo on the line, but with a Terminal that repeats the query.
-  port.Write(selection);
-  WaitUntilSent();
-  port.DiscardInput();
-  port.Write(query);
-  Arrive("\x1b");
-  EXPECT_EQ(port.InBufferCount(), 0U);
-  Arrive("?A?A5;");
-  EXPECT_EQ(Received(query.size() + 4), query + "?A5;");
-}
-
-TEST_F(BarePortTest, AnswerIsKeptWhenTheCallComesLate) {
-  port.Write("\033EWC");
-  WaitUntilSent();
-  Arrive("\x06");
-  loop.WaitPaintingOnly(std::chrono::milliseconds(5));
-  port.DiscardEcho();
-  EXPECT_EQ(Received(1), "\x06");
-}
-
-TEST_F(BarePortTest, EveryRateOfTheListIsAcceptedAndCounted) {
-  for (const char* rate : {"1200", "2400", "4800", "9600", "14400", "19200"}) {
-    for (const char* frame : {",N,8,1", ",S,7,2", ",E,7,1", ",O,8,2"}) {
-      EXPECT_EQ(port.SetUp(std::string(rate) + frame, Handshaking::RtsCts), "") << rate << frame;
-    }
-    EXPECT_EQ(port.SetUp(std::string(rate) + ",N,8,1", Handshaking::XOnXOff), "");
-    port.Write("0123456789");
-    const double seconds = 100.0 / std::atoi(rate);
-    EXPECT_NEAR(std::chrono::duration<double>(port.OutBufferTime()).count(), seconds,
-                seconds * 0.2 + 0.01);
-    port.DiscardOutput();
-  }
-  EXPECT_NE(port.SetUp("fast,N,8,1", Handshaking::XOnXOff), "");
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QSpinBox>
 #include <filesystem>
 
-#include "interfaces/port_control.h"
 #include "shell/traffic_log.h"
 #include "tests/window_fixture.h"
 #include "widgets/data_control.h"
@@ -106,13 +105,20 @@ TEST_F(MainWindowTest, LostDeviceEndsTheWaitIsSaidOnceAndCanBeChosenAgain) {
   EXPECT_NE(Text("lblPort").find("Com 6"), std::string::npos);
 }
 
-TEST_F(MainWindowTest, SingleCommandShowsWhatComesBackWithin100Milliseconds) {
+TEST_F(MainWindowTest, HeldLineAndRefusedWorkAreSaidAndThePortStaysOpen) {
   Start();
-  terminal.Answer("\x1b?X1;", "ab\x06", milliseconds(80));
-  Type("Befehl", "?X1;");
-  Click("cmdBefehlSenden");
-  EXPECT_EQ(Written(), "←?X1;");
-  EXPECT_EQ(Text("lblDebug"), "ab♠");
+  EXPECT_TRUE(Find("lblLeitung").isHidden());
+  port.held = true;
+  Click("cmdDovuAktivieren");
+  EXPECT_FALSE(Find("lblLeitung").isHidden());
+  EXPECT_EQ(Text("lblLeitung"), "Leitung gehalten (Handshake): noch 5 Zeichen nicht abgenommen");
+  port.held = false;
+  Click("cmdDovuAktivieren");
+  EXPECT_TRUE(Find("lblLeitung").isHidden());
+  port.Fail("Input/output error");
+  ASSERT_EQ(person.notices.size(), 1u);
+  EXPECT_NE(person.notices[0].find("Input/output error"), std::string::npos);
+  EXPECT_TRUE(port.IsOpen());
 }
 
 TEST_F(MainWindowTest, BusAddressIsSelected) {
@@ -151,6 +157,53 @@ TEST_F(MainWindowTest, TrafficIsShownOnlyWhileItsWindowIsOpen) {
   EXPECT_NE(person.LastMessage().find("nicht geschrieben"), std::string::npos);
 }
 
+TEST_F(MainWindowTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {
+  Start();
+  QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [&] { loop.closing = true; });
+  terminal.Answer("\x1b?V", "1.9;");
+  person.answers = {true};
+  loop.After(milliseconds(400), [&] { Trigger("mnuDateiEnd"); });
+  const auto start = loop.Now();
+  Click("cmdClearEEprom");
+  EXPECT_LT(loop.Now() - start, milliseconds(600));
+  EXPECT_FALSE(port.IsOpen());
+}
+
+TEST_F(MainWindowTest, RestartOfAllTerminalsMakesTheirFlashUnknown) {
+  terminal.Answer("\x1b?V", "2.10F;", milliseconds(5));
+  StartOn(Tab::Status);
+  EXPECT_NE(Text("lblTerminal").find("2.10F"), std::string::npos);
+  Show(Tab::Macros);
+  Forget();
+  Show(Tab::Status);
+  EXPECT_EQ(Written(), "");
+  Click("cmdToolbar_0");
+  EXPECT_EQ(Written(), ";♥♦←!A255;←R");
+  Show(Tab::Macros);
+  Forget();
+  Show(Tab::Status);
+  EXPECT_EQ(Written(), "←?V←F??");
+}
+
+TEST_F(MainWindowTest, PortStaysTheChosenOneUntilAnotherIsChosen) {
+  StartOn(Tab::Interfaces);
+  Choose("cboCom_13", "(keine)");
+  Show(Tab::Macros);
+  Show(Tab::Interfaces);
+  EXPECT_EQ(Chosen("cboCom_13"), "(keine)");
+}
+
+TEST_F(MainWindowTest, TextModeIsSavedAsAMacroAndASentTextBlanksTheSystemInformation) {
+  StartOn(Tab::Text);
+  person.inputs = {"Schrift"};
+  Click("cmdToolbar_11");
+  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Schrift'", "wert"),
+            "\x1BTF0;\x1BTA0;\x1BTM0;\x1BTZ0,0;");
+  Find<QPlainTextEdit>("lblSysInfo").setPlainText(QStringLiteral("alt"));
+  Click("cmdSenden_1");
+  EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
+}
+
 TEST(TrafficLogTest, CharactersCloseTogetherAreOneEntryAndOldOnesAreDropped) {
   TrafficLog log;
   log.Add(milliseconds(0), Direction::ToTerminal, "\x1b?V");
@@ -165,120 +218,6 @@ TEST(TrafficLogTest, CharactersCloseTogetherAreOneEntryAndOldOnesAreDropped) {
     log.Add(milliseconds(1000), Direction::ToTerminal, "\x1bR");
     ASSERT_LE(log.Size(), TrafficLog::Capacity);
   }
-}
-
-class InterfacePageTest : public WindowTest {};
-
-TEST_F(InterfacePageTest, BothEndsAreSwitchedInStep) {
-  StartOn(Tab::Interfaces);
-  terminal.Answer("\033EWC", "\x06");
-  Choose("cboCom_0", "9600");
-  Choose("cboCom_1", "Space");
-  Choose("cboCom_4", "RTS / CTS");
-  Choose("cboCom_5", "4 k");
-  Click("cmdSetCom1");
-  EXPECT_EQ(Written(), "←!B9600,1,8,1,1;←!S4096;←EWC←R");
-  EXPECT_EQ(person.messages.at(0).text, "Terminalschnittstelle erfolgreich umgestellt");
-  EXPECT_EQ(person.messages.at(1).text, "PC-Schnittstelle erfolgreich umgestellt");
-  EXPECT_EQ(port.settings, "9600,S,8,1");
-  EXPECT_EQ(port.handshaking, Handshaking::RtsCts);
-  EXPECT_EQ(port.opened, 2);
-  EXPECT_EQ(Stored("Schnittstelle", "Baud1"), "9600");
-}
-
-TEST_F(InterfacePageTest, WithoutAPortNothingIsSent) {
-  StartOn(Tab::Interfaces);
-  Choose("cboCom_13", "(keine)");
-  EXPECT_FALSE(port.IsOpen());
-  Click("cmdSetCom1");
-  EXPECT_EQ(person.LastMessage(), "zuerst Anschluß wählen");
-  EXPECT_EQ(Written(), "");
-}
-
-TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
-  StartOn(Tab::Interfaces);
-  Click("cmdSetCom1");
-  EXPECT_EQ(person.questions,
-            std::vector<std::string>{"keine Verbindung, PC-Schnittstelle trotzdem ändern ?"});
-  EXPECT_EQ(port.opened, 1);
-  person.answers = {true};
-  Forget();
-  Click("cmdSetCom1");
-  EXPECT_TRUE(Written().ends_with("←EWC←R"));
-  EXPECT_EQ(port.opened, 2);
-  ASSERT_EQ(person.messages.size(), 1u);
-  EXPECT_EQ(person.LastMessage(), "PC-Schnittstelle erfolgreich umgestellt");
-  terminal.Answer("\033EWC", "\x15");
-  Forget();
-  Click("cmdSetCom1");
-  EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
-  EXPECT_EQ(person.questions.size(), 1u);
-}
-
-TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
-  StartOn(Tab::Interfaces);
-  Choose("cboCom_12", "empf. & Puffer löschen");
-  for (const auto& [answer, message] : {std::pair("\x06", ""),
-                                        {"x", "unerwartetes Zeichen /  SetCom2"},
-                                        {"\x15", "Fehler beim EEPROM"}}) {
-    Forget();
-    terminal.Answer("\033EWC", answer);
-    Click("cmdSetCom2");
-    EXPECT_EQ(Written(), "←!b9600,0,8,1,0;←!s16384;←2I2;←EWC");
-    EXPECT_EQ(person.LastMessage(), message);
-  }
-}
-
-TEST_F(InterfacePageTest, StandardValuesAreChosenAndNothingIsSent) {
-  StartOn(Tab::Interfaces);
-  Choose("cboCom_0", "1200");
-  Choose("cboCom_5", "1 k");
-  Choose("cboCom_6", "19200");
-  Choose("cboCom_12", "empfangen");
-  Click("cmdDefaultCom1");
-  Click("cmdDefaultCom2");
-  EXPECT_EQ(Chosen("cboCom_0") + Chosen("cboCom_5"), "1920016 k");
-  EXPECT_EQ(Chosen("cboCom_6") + Chosen("cboCom_12"), "9600aus");
-  EXPECT_EQ(Written(), "");
-}
-
-TEST_F(InterfacePageTest, RecordMovedToIsRemembered) {
-  StartOn(Tab::Interfaces);
-  Click("ctlComData_Next");
-  EXPECT_EQ(Stored("Default", "schnittstelle"), "2");
-  EXPECT_EQ(Chosen("cboCom_13"), "Com 1");
-  Click("ctlComData_Last");
-  EXPECT_EQ(Stored("Default", "schnittstelle"), "4");
-  EXPECT_FALSE(Find("ctlComData_Next").isEnabled());
-  EXPECT_EQ(Chosen("cboCom_4"), "RTS / CTS");
-}
-
-TEST_F(InterfacePageTest, RecordWithAForeignValueSendsNothing) {
-  Sql("update Schnittstelle set Baud1 = '38400'");
-  StartOn(Tab::Interfaces);
-  Click("cmdSetCom1");
-  EXPECT_EQ(Written(), "");
-  EXPECT_EQ(person.messages.size(), 1u);
-}
-
-TEST_F(InterfacePageTest, TextGoesThroughTheSecondInterfaceAndBack) {
-  StartOn(Tab::Interfaces);
-  Type("txtSendCom2", "Hallo;");
-  Click("cmdSendCom2");
-  EXPECT_EQ(Written(), "←2OHallo;");
-  port.Arrive("Antw\xF6rt\r\n2");
-  EXPECT_EQ(Find<QPlainTextEdit>("txtReceiveCom2").toPlainText(), QStringLiteral("Antwört\n2"));
-  Click("cmdClearReceiveCom2");
-  EXPECT_EQ(Find<QPlainTextEdit>("txtReceiveCom2").toPlainText(), QString());
-}
-
-TEST_F(InterfacePageTest, RefusedSettingIsShownWithTheReason) {
-  StartOn(Tab::Interfaces);
-  port.refusal = "Einstellung nicht möglich";
-  Choose("cboCom_13", "Com 2");
-  EXPECT_EQ(person.LastMessage(), "Einstellung nicht möglich");
-  EXPECT_EQ(port.number, 2);
-  EXPECT_EQ(Stored("Schnittstelle", "ComNr"), "Com 2");
 }
 
 }  // namespace

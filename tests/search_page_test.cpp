@@ -7,21 +7,26 @@
 #include <QTreeWidget>
 
 #include "tests/fakes/simulated_terminal.h"
-#include "tests/window_fixture.h"
+#include "tests/page_fixture.h"
 
 namespace kelvo {
 namespace {
 
 using testing_world::milliseconds;
 
-class SearchPageTest : public WindowTest {
+class SearchPageTest : public PageTest {
  protected:
   void Begin(std::initializer_list<sim::TerminalSetup> setups = {}) {
     for (const sim::TerminalSetup& setup : setups) {
       line.bus.Add(setup, fonts)->PowerOn(loop.Now());
     }
-    Start();
-    Show(Tab::Terminals);
+    port.characterTime = testing_world::nanoseconds(520'833);
+    page = &Put(new SearchPage({exchange, loop, person, state, Records("Optionen"),
+                                Records("select * from DOVU Order by Adresse"), [this] {
+                                  port.Close();
+                                  return port.Open() == PortOk;
+                                }}));
+    page->Refresh();
   }
   void Search(const char* last) {
     Type("txtmaxDovu", last);
@@ -50,6 +55,7 @@ class SearchPageTest : public WindowTest {
 
   DeviceFonts fonts;
   testing_world::SimulatedLine line{loop, port};
+  SearchPage* page = nullptr;
 };
 
 TEST_F(SearchPageTest, EachAddressHasItsRow) {
@@ -88,7 +94,7 @@ TEST_F(SearchPageTest, ResultsAreTakenOverOnceAndStayAsTheyAreStored) {
   Edit(1, 1, QStringLiteral("Halle 3, Tür"));
   Click("cmdDovuUebernehmen");
   EXPECT_EQ(List().rowCount(), 2);
-  EXPECT_EQ(WindowTest::Stored("DOVU", "Bezeichnung", 1), "Halle 3, Tür");
+  EXPECT_EQ(PageTest::Stored("DOVU", "Bezeichnung", 1), "Halle 3, Tür");
   EXPECT_EQ(Text("lblDovuStand"), "0 übernommen, 2 waren schon gespeichert.");
 }
 
@@ -99,18 +105,17 @@ TEST_F(SearchPageTest, StoredTerminalsAreEditedInPlace) {
   EXPECT_TRUE(Edit(1, 2, Qt::Unchecked, Qt::CheckStateRole));
   EXPECT_TRUE(Edit(1, 3, Qt::Unchecked, Qt::CheckStateRole));
   EXPECT_TRUE(Edit(1, 0, QStringLiteral("0")));
-  EXPECT_EQ(WindowTest::Stored("DOVU", "Bezeichnung", 1), "Pult");
-  EXPECT_EQ(WindowTest::Stored("DOVU", "aktiv", 1), "0");
-  EXPECT_EQ(WindowTest::Stored("DOVU", "Checksum", 1), "0");
-  EXPECT_EQ(WindowTest::Stored("DOVU", "Adresse", 1), "0");
+  EXPECT_EQ(PageTest::Stored("DOVU", "Bezeichnung", 1), "Pult");
+  EXPECT_EQ(PageTest::Stored("DOVU", "aktiv", 1), "0");
+  EXPECT_EQ(PageTest::Stored("DOVU", "Checksum", 1), "0");
+  EXPECT_EQ(PageTest::Stored("DOVU", "Adresse", 1), "0");
   for (const char* address : {"256", "-1", "", "x", "3"}) {
     EXPECT_FALSE(Edit(1, 0, QString::fromUtf8(address))) << address;
     EXPECT_NE(person.LastMessage().find("Adresse"), std::string::npos);
     person.messages.clear();
   }
-  EXPECT_EQ(WindowTest::Stored("DOVU", "Adresse", 1), "0");
-  Show(Tab::Status);
-  Show(Tab::Terminals);
+  EXPECT_EQ(PageTest::Stored("DOVU", "Adresse", 1), "0");
+  page->Refresh();
   EXPECT_EQ(Stored(0), "0|Pult|nein|nein|");
 }
 
@@ -134,21 +139,6 @@ TEST_F(SearchPageTest, TerminalIsAddedByHandUnlessItsAddressIsBadOrTaken) {
   EXPECT_EQ(List().rowCount(), 3);
 }
 
-TEST_F(SearchPageTest, ToolbarDeletesTheCurrentTerminalWithoutAsking) {
-  Sql("insert into DOVU values (3, 'a', 1, 1), (9, 'b', 1, 1), (20, 'c', 1, 1)");
-  Begin();
-  Find<QTableView>("ctlDovuListe").setCurrentIndex(List().index(1, 1));
-  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 9);
-  Click("cmdToolbar_12");
-  EXPECT_EQ(Stored(0) + Stored(1), "3|a|ja|ja|20|c|ja|ja|");
-  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 20);
-  Click("cmdToolbar_12");
-  Trigger("mnuBearbeitenloeschen");
-  Click("cmdToolbar_12");
-  EXPECT_EQ(List().rowCount(), 0);
-  EXPECT_TRUE(person.questions.empty());
-}
-
 TEST_F(SearchPageTest, AllAreDeletedAfterAQuestion) {
   Sql("insert into DOVU values (3, 'a', 1, 1), (9, 'b', 1, 1)");
   Begin();
@@ -167,10 +157,10 @@ TEST_F(SearchPageTest, SearchShowsItsProgressAndCanBeStopped) {
     EXPECT_FALSE(Find("cmdDovusuchen").isEnabled());
     EXPECT_FALSE(Find("cmdDovuUebernehmen").isEnabled());
     EXPECT_FALSE(Find("cmdClearDovuData").isEnabled());
-    EXPECT_FALSE(Find<QAction>("mnuDovuSenden").isEnabled());
+    EXPECT_TRUE(page->Searching());
     auto& bar = Find<QProgressBar>("ctlDovuFortschritt");
     progress = bar.format().toStdString();
-    Q_EMIT Find<SearchPage>("").findChild<QShortcut*>()->activated();
+    Q_EMIT page->findChild<QShortcut*>()->activated();
   });
   Search("99");
   EXPECT_EQ(progress.substr(0, 61),
@@ -179,37 +169,6 @@ TEST_F(SearchPageTest, SearchShowsItsProgressAndCanBeStopped) {
   EXPECT_TRUE(Find("cmdDovusuchen").isEnabled());
   EXPECT_TRUE(Find("cmdDovuUebernehmen").isEnabled());
   EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
-}
-
-TEST_F(SearchPageTest, WithoutAPortTheOperatorIsSentToTheInterfaces) {
-  Begin();
-  port.Close();
-  Forget();
-  Search("5");
-  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
-  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), static_cast<int>(Tab::Interfaces));
-}
-
-TEST_F(SearchPageTest, PortIsReopenedAsItWas) {
-  Begin();
-  const int opened = port.opened;
-  Find<QComboBox>("cboCom_0").setCurrentIndex(0);
-  Search("0");
-  EXPECT_EQ(port.opened, opened + 1);
-  EXPECT_EQ(port.settings, "19200,N,8,1");
-}
-
-TEST_F(SearchPageTest, LostDeviceAndClosedWindowEndTheSearch) {
-  Begin();
-  loop.After(milliseconds(700), [this] { port.Lose(); });
-  Search("99");
-  EXPECT_EQ(Results().topLevelItemCount(), 1);
-  EXPECT_NE(Text("lblDovuStand").find("ging verloren"), std::string::npos);
-  EXPECT_EQ(person.notices.size(), 1U);
-  Choose("cboCom_13", "Com 6");
-  loop.After(milliseconds(700), [this] { window->close(); });
-  Search("99");
-  EXPECT_FALSE(port.IsOpen());
 }
 
 TEST_F(SearchPageTest, ResultIsExportedAsText) {

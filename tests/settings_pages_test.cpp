@@ -1,12 +1,18 @@
+#include "link/commands.h"
+#include "settings/eeprom_page.h"
 #include "settings/status.h"
-#include "tests/window_fixture.h"
+#include "settings/status_page.h"
+#include "tests/page_fixture.h"
 
 namespace kelvo {
 namespace {
 
 using testing_world::milliseconds;
 
-class StatusPageTest : public WindowTest {};
+class StatusPageTest : public PageTest {
+ protected:
+  StatusPage& page = Put(new StatusPage({exchange, person, state, Records("Default")}));
+};
 
 TEST_F(StatusPageTest, VersionTellsTheNumberAndTheFlash) {
   const struct {
@@ -14,7 +20,6 @@ TEST_F(StatusPageTest, VersionTellsTheNumberAndTheFlash) {
     const char* shown;
     bool flash;
   } cases[] = {{"2.10F;", "2.10F", true}, {"2.10;", "2.10", false}, {"\x1b?V1.9F;", "1.9F", true}};
-  Start();
   terminal.Answer("\x1b??", "Info\r\nZeile 2", milliseconds(20));
   for (const auto& c : cases) {
     terminal.Answer("\x1b?V", c.reply);
@@ -23,18 +28,15 @@ TEST_F(StatusPageTest, VersionTellsTheNumberAndTheFlash) {
     EXPECT_EQ(Find("ctlFlashFrame").isHidden(), !c.flash) << c.reply;
     EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QStringLiteral("Info\nZeile 2"));
   }
-  EXPECT_NE(Text("lblTerminal").find("1.9F"), std::string::npos);
+  EXPECT_EQ(state.versionText, "1.9F");
 }
 
 TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
-  Start();
-  for (const char* button :
-       {"cmdGetVersion", "cmdGetAdresse", "cmdGetPort", "cmdGetFlashInfo", "cmdGetFreeBytes"}) {
+  for (const char* button : {"cmdGetVersion", "cmdGetAdresse", "cmdGetPort", "cmdGetFlashInfo"}) {
     Click(button);
   }
   EXPECT_EQ(Text("lblVersion"), "");
-  for (const char* field :
-       {"txtAdresse", "lblPortP1", "lblSektorAnzahl", "lblSektorSize", "lblFreeBytes"}) {
+  for (const char* field : {"txtAdresse", "lblPortP1", "lblSektorAnzahl", "lblSektorSize"}) {
     EXPECT_EQ(Text(field), "0") << field;
   }
   EXPECT_TRUE(person.messages.empty());
@@ -43,35 +45,26 @@ TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
 TEST_F(StatusPageTest, PageAsksForTheFlashWhileItIsUnknown) {
   terminal.Answer("\x1b?V", "2.10F;", milliseconds(5));
   terminal.Answer("\033F??", "64,4096;", milliseconds(5));
-  Start();
-  Show(Tab::Status);
+  page.Shown();
   EXPECT_EQ(Text("lblSektorAnzahl") + "/" + Text("lblSektorSize"), "64/4096");
   EXPECT_FALSE(Find("ctlFlashFrame").isHidden());
   Forget();
-  Show(Tab::Macros);
-  Show(Tab::Status);
+  page.Shown();
   EXPECT_EQ(Written(), "");
-  Trigger("mnuAnsichtSeite_3");
-  Click("cmdToolbar_0");  // a restart of all Terminals makes it unknown again
-  EXPECT_EQ(Written(), ";♥♦←!A255;←R");
-  Forget();
-  Show(Tab::Macros);
-  Show(Tab::Status);
+  state.flash = FlashState::Unknown;
+  page.Shown();
   EXPECT_EQ(Written(), "←?V←F??");
 }
 
 TEST_F(StatusPageTest, UnansweredVersionStaysUnknown) {
-  Start();
-  Show(Tab::Status);
-  Show(Tab::Macros);
+  page.Shown();
   Forget();
-  Show(Tab::Status);
+  page.Shown();
   EXPECT_EQ(Written(), "←?V");
   EXPECT_TRUE(Find("ctlFlashFrame").isHidden());
 }
 
 TEST_F(StatusPageTest, AddressIsReadWhateverStandsBeforeIt) {
-  Start();
   for (const char* reply : {"17;", "?A17;", "\x1b?A17;", "\x1b?A?A17;"}) {
     terminal.Answer("\x1b?A", reply);
     Click("cmdGetAdresse");
@@ -80,7 +73,6 @@ TEST_F(StatusPageTest, AddressIsReadWhateverStandsBeforeIt) {
 }
 
 TEST_F(StatusPageTest, AddressFieldKeepsANumberAndTheButtonItsRange) {
-  Start();
   const struct {
     const char* typed;
     const char* shown;
@@ -98,14 +90,13 @@ TEST_F(StatusPageTest, AddressFieldKeepsANumberAndTheButtonItsRange) {
 }
 
 TEST_F(StatusPageTest, PortLinesAreBits) {
-  Start();
   terminal.Answer("\x1b?P", "165;");
   Click("cmdGetPort");
   EXPECT_EQ(Text("lblPortP1"), "165");
   std::string ticked;
   for (int line = 7; line >= 0; --line) {
     const QString name = QStringLiteral("chkPortP1_%1").arg(line);
-    ticked += window->findChild<QCheckBox*>(name)->isChecked() ? '1' : '0';
+    ticked += Root().findChild<QCheckBox*>(name)->isChecked() ? '1' : '0';
   }
   EXPECT_EQ(ticked, "10100101");
   Forget();
@@ -117,7 +108,6 @@ TEST_F(StatusPageTest, PortLinesAreBits) {
 }
 
 TEST_F(StatusPageTest, ResolutionIsClampedSentStoredAndKept) {
-  Start();
   const struct {
     const char* x;
     const char* y;
@@ -141,7 +131,6 @@ TEST_F(StatusPageTest, ResolutionIsClampedSentStoredAndKept) {
 }
 
 TEST_F(StatusPageTest, ResolutionThatIsNotStoredIsReportedAndTheTerminalRestartedAllTheSame) {
-  Start();
   Click("cmdSetRes");
   EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetRes");
   EXPECT_TRUE(Written().ends_with("←EWC←R"));
@@ -151,14 +140,13 @@ TEST_F(StatusPageTest, ResolutionThatIsNotStoredIsReportedAndTheTerminalRestarte
 }
 
 TEST_F(StatusPageTest, FieldsFedWithAnythingNeverSendAWrongCommand) {
-  Start();
   for (const std::string& text : BadTexts) {
     Forget();
     Type("txtAdresse", text);
     Click("cmdSetAdresse");
     if (!port.written.empty()) {
       const std::string number = port.written.substr(3, port.written.size() - 4);
-      EXPECT_EQ(port.written, SetAddressCommand(number));
+      EXPECT_EQ(port.written, SelectAddress(number).Text());
       EXPECT_TRUE(IsByteNumber(std::stod(number))) << text;
     }
     Forget();
@@ -173,7 +161,6 @@ TEST_F(StatusPageTest, FieldsFedWithAnythingNeverSendAWrongCommand) {
 }
 
 TEST_F(StatusPageTest, FlashUpdateSaysThatItIsMissing) {
-  Start();
   Click("cmdFlashUpdate");
   EXPECT_EQ(person.LastMessage(), "noch nicht implementiert");
 }
@@ -184,13 +171,13 @@ TEST(FlashInfoTest, ReplyWithoutCommaGivesBothNumbers) {
   EXPECT_EQ(ReadFlashInfo("64").sectorSize, 64);
 }
 
-class EepromPageTest : public WindowTest {
+class EepromPageTest : public PageTest {
  protected:
+  EepromPageTest() { Put(new EepromPage({exchange, person, state, Records("Optionen")})); }
   QWidget& Info() { return Find("frmInfo"); }
 };
 
 TEST_F(EepromPageTest, EveryFailedWriteIsReportedByTheOneRule) {
-  Start();
   const std::tuple<const char*, const char*, std::string> buttons[] = {
       {"cmdSetConfig", "\033EWC", " /  cmdSetConfig"},
       {"cmdClearConfig", "\033EDC", " / cmdClearConfig"}};
@@ -208,7 +195,6 @@ TEST_F(EepromPageTest, EveryFailedWriteIsReportedByTheOneRule) {
 }
 
 TEST_F(EepromPageTest, ProgressWindowStandsDuringTheSaveAndIsGoneAfterIt) {
-  Start();
   bool during = false;
   loop.After(milliseconds(1), [&] { during = !Info().isHidden(); });
   person.duringMessage = [&] { EXPECT_TRUE(Info().isHidden()); };
@@ -219,7 +205,6 @@ TEST_F(EepromPageTest, ProgressWindowStandsDuringTheSaveAndIsGoneAfterIt) {
 }
 
 TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
-  Start();
   terminal.Answer("\033E?F", "8000;");
   Click("cmdClearEEprom");
   EXPECT_EQ(person.questions, std::vector<std::string>{"Sind Sie sicher ?"});
@@ -229,7 +214,6 @@ TEST_F(EepromPageTest, NoToTheQuestionOnlyReadsTheFreeSpace) {
 }
 
 TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgressAndAFailureEndsTheHandler) {
-  Start();
   terminal.Answer("\x1b?V", "1.9;");
   const struct {
     const char* erased;
@@ -258,9 +242,8 @@ TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgressAndAFailureEndsTheHandl
 }
 
 TEST_F(EepromPageTest, NewTerminalCountsDown) {
-  Start();
   std::vector<int> values;
-  auto* bar = window->findChild<QProgressBar*>(QStringLiteral("ctlFortschritt"));
+  auto* bar = Root().findChild<QProgressBar*>(QStringLiteral("ctlFortschritt"));
   port.onCharacter = [&, scripted = port.onCharacter](char c) {
     scripted(c);
     if (c != 'e') return;
@@ -293,7 +276,6 @@ TEST_F(EepromPageTest, NewTerminalCountsDown) {
 }
 
 TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
-  Start();
   terminal.Answer("\x1b?V", "2.1;");
   for (const char* count : {"", "0\r", "xyz\r"}) {
     terminal.Answer("\033Ee", count);
@@ -302,18 +284,6 @@ TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
     Click("cmdClearEEprom");
     EXPECT_EQ(person.LastMessage(), "kein ACK nach löschen / cmdClearEEprom") << count;
   }
-}
-
-TEST_F(EepromPageTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {
-  Start();
-  QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [&] { loop.closing = true; });
-  terminal.Answer("\x1b?V", "1.9;");
-  person.answers = {true};
-  loop.After(milliseconds(400), [&] { Trigger("mnuDateiEnd"); });
-  const auto start = loop.Now();
-  Click("cmdClearEEprom");
-  EXPECT_LT(loop.Now() - start, milliseconds(600));
-  EXPECT_FALSE(port.IsOpen());
 }
 
 }  // namespace

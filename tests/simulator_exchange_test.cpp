@@ -17,7 +17,7 @@ class ExchangeWithTerminal : public ::testing::Test, protected BusWorld {
   /// The error text, empty on success.
   std::string Acknowledged(const std::string& command) {
     Send(command);
-    return exchange.CommandBuffer;
+    return reply.text;
   }
 };
 

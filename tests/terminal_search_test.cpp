@@ -21,25 +21,23 @@ TEST(SearchTexts, AreDrawnToTheLetter) {
 TEST(SearchTexts, AddressRepliesAreReadFromTheirThirdCharacter) {
   struct Case {
     int address;
-    bool timedOut;
-    const char* reply;
-    const char* received;
+    Reply reply;
     Heard heard;
   };
-  const Case cases[] = {
-      {5, false, "?A5", "?A5;", Heard::Itself},
-      {5, false, "5", "5;", Heard::Garbled},
-      {12, false, "?A1", "?A1;", Heard::OtherAddress},
-      {5, false, "?A5xyz", "?A5xyz;", Heard::Itself},
-      {5, false, "?A-5", "?A-5;", Heard::Garbled},
-      {5, false, "", ";", Heard::Garbled},
-      // Without a number the value is 0; whether that is Terminal 0, its version tells.
-      {0, false, "\x80\x81", "\x80\x81;", Heard::Itself},
-      {5, true, "TimeOut", "", Heard::Silence},
-      {5, true, "TimeOut", "\x80", Heard::Unfinished},
-      {5, true, "?A", "?A", Heard::Garbled}};
+  const auto complete = [](const std::string& text) { return CompleteReply(text + ";", ";"); };
+  const Case cases[] = {{5, complete("?A5"), Heard::Itself},
+                        {5, complete("5"), Heard::Garbled},
+                        {12, complete("?A1"), Heard::OtherAddress},
+                        {5, complete("?A5xyz"), Heard::Itself},
+                        {5, complete("?A-5"), Heard::Garbled},
+                        {5, complete(""), Heard::Garbled},
+                        // Without a number the value is 0; whether that is Terminal 0, its version
+                        // tells.
+                        {0, complete("\x80\x81"), Heard::Itself},
+                        {5, TimeOutReply("", true), Heard::Silence},
+                        {5, TimeOutReply("\x80", true), Heard::Unfinished}};
   for (const Case& c : cases) {
-    EXPECT_EQ(ReadAddressReply(c.address, c.timedOut, c.reply, c.received), c.heard) << c.reply;
+    EXPECT_EQ(ReadAddressReply(c.address, c.reply), c.heard) << c.reply.received;
   }
 }
 
@@ -95,7 +93,6 @@ TEST_F(TerminalSearchTest, TellsPresentAbsentCollidingAndOldTerminalsApart) {
     EXPECT_EQ(Verdicts(), "ok+|ok|nicht vorhanden|Fehler/Kollision|ok+|nicht vorhanden|") << echo;
     EXPECT_EQ(results[0].reply, "?A0");
     EXPECT_EQ(results[2].reply, "TimeOut");
-    EXPECT_EQ(exchange.CommandBuffer, "TimeOut");
     EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
   }
 }
@@ -170,10 +167,7 @@ TEST_F(TerminalSearchTest, EndsWhenTheLineIsLostAndSaysNothingAboutThatAddress) 
 
 TEST_F(TerminalSearchTest, ExchangeOfTheOperatorInItsMiddleSpoilsAtMostOneAddress) {
   Add({.address = 2});
-  loop.After(milliseconds(200), [this] {
-    exchange.CommandBuffer = "?V";
-    exchange.QueryCommand();
-  });
+  loop.After(milliseconds(200), [this] { Query("?V"); });
   EXPECT_EQ(Search(2), TerminalSearch::End::Complete);
   EXPECT_TRUE(Verdicts().ends_with("nicht vorhanden|ok+|")) << Verdicts();
 }

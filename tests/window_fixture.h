@@ -1,42 +1,25 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <QAction>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QStatusBar>
 #include <QTabWidget>
-#include <memory>
-#include <stdexcept>
 
-#include "base/wire_text.h"
 #include "graphics/frmGrafik.h"
 #include "shell/frmhaupt.h"
 #include "shell/tabs.h"
-#include "tests/fakes/fake_operator.h"
-#include "tests/fakes/temporary_folder.h"
-#include "tests/fakes/virtual_port.h"
-#include "widgets/wire_field.h"
+#include "tests/controls_fixture.h"
 
 namespace kelvo {
 
-/// The real main window over a virtual port, in virtual time, with a database of its own.
-class WindowTest : public testing::Test {
+/// The real main window, for what spans pages.
+class WindowTest : public ControlsTest {
  protected:
-  WindowTest() { folder.AddDatabase(); }
+  QWidget& Root() override { return *window; }
 
   /// Starts the program and lets it come to its first paint.
   void Start() {
-    const std::string& path = folder.Path();
-    window = std::make_unique<frmhaupt>(
-        Outside{port, loop, tmrTimeout, tmrRS485, tmrSofort, person, path, path, {}, {}, {}});
+    window = std::make_unique<frmhaupt>(OutsideOf(*this, person, {folder.Path(), folder.Path()}));
     bool loaded = false;
     QObject::connect(window.get(), &frmhaupt::Loaded, window.get(), [&] { loaded = true; });
     window->show();
@@ -49,61 +32,9 @@ class WindowTest : public testing::Test {
     Show(tab);
     Forget();
   }
-  /// Changes the database before the start.
-  void Sql(const std::string& statement) {
-    Database database(folder.Path("kelvo.mdb"));
-    Statement(database, statement).Step();
-  }
-  std::string Stored(const std::string& table, const std::string& field, std::size_t record = 0) {
-    Database database(folder.Path("kelvo.mdb"));
-    Recordset records(database, table);
-    records.MoveTo(record);
-    return records.Text(field).value_or("NULL");
-  }
-  /// What was written and shown until now no longer counts.
-  void Forget() {
-    port.written.clear();
-    port.writes.clear();
-    person.messages.clear();
-    person.questions.clear();
-    person.prompts.clear();
-    person.dialogs.clear();
-  }
 
-  template <typename Control = QWidget>
-  Control& Find(const char* name) {
-    auto* control = window->findChild<Control*>(QString::fromUtf8(name));
-    if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
-    return *control;
-  }
   void Show(Tab tab) { Find<QTabWidget>("cmdTab").setCurrentIndex(static_cast<int>(tab)); }
-  void Click(const char* name) { Find<QAbstractButton>(name).click(); }
   void Trigger(const char* name) { Find<QAction>(name).trigger(); }
-  void Type(const char* name, const std::string& wire) {
-    if (auto* editor = window->findChild<WireEdit*>(QString::fromUtf8(name))) {
-      return editor->SetWire(wire);
-    }
-    Find<QLineEdit>(name).setText(QString::fromLatin1(wire));
-  }
-  void Leave(const char* name) { Q_EMIT Find<QLineEdit>(name).editingFinished(); }
-  std::string Text(const char* name) {
-    return Find(name).property("text").toString().toStdString();
-  }
-  std::string Editor(const char* name) { return Find<WireEdit>(name).Wire(); }
-  std::string Chosen(const char* list) { return Find<QComboBox>(list).currentText().toStdString(); }
-  void Choose(const char* list, const char* text) {
-    auto& box = Find<QComboBox>(list);
-    const int index = box.findText(QString::fromUtf8(text));
-    if (index < 0) throw std::runtime_error(std::string("no entry ") + text);
-    box.setCurrentIndex(index);
-    Q_EMIT box.activated(index);
-  }
-  std::vector<std::string> Entries(const char* list) {
-    std::vector<std::string> entries;
-    auto& box = Find<QComboBox>(list);
-    for (int i = 0; i < box.count(); ++i) entries.push_back(box.itemText(i).toStdString());
-    return entries;
-  }
   /// The drawing's own window.
   static frmGrafik& Grafik() {
     for (QWidget* top : QApplication::topLevelWidgets()) {
@@ -112,23 +43,8 @@ class WindowTest : public testing::Test {
     throw std::runtime_error("no editor");
   }
   std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
-  /// What was written, readable.
-  std::string Written() const { return ReadableText(port.written); }
 
-  testing_world::TemporaryFolder folder;
-  testing_world::VirtualLoop loop;
-  testing_world::VirtualPort port{loop};
-  testing_world::VirtualTimer tmrTimeout{loop, testing_world::milliseconds(2000), false};
-  testing_world::VirtualTimer tmrRS485{loop, testing_world::milliseconds(300), true};
-  testing_world::VirtualTimer tmrSofort{loop, testing_world::milliseconds(500), false};
-  testing_world::FakeOperator person;
-  testing_world::ScriptedTerminal terminal{port};
   std::unique_ptr<frmhaupt> window;
 };
-
-/// Texts that no number field expects.
-inline const std::vector<std::string> BadTexts = {
-    "",    " ",        "abc", "-1",  "-999999999999", "99999999999999999999", "1e5",
-    "1.5", "\xFC\xDF", ";",   "5;R", "\x1b",          std::string(5000, '9'), "&H7"};
 
 }  // namespace kelvo

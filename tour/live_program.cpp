@@ -37,19 +37,13 @@ LiveProgram::LiveProgram(const QString& installedFolder) : programFolder_(instal
   if (DataFolder(program) == program) {
     throw std::runtime_error("not an installed program, its data would lie beside it: " + program);
   }
-  TakeDeliveredDatabase(program, DataFolder(program));
 }
 
-LiveProgram::~LiveProgram() { loop_.Close(); }
+LiveProgram::~LiveProgram() { world_.loop.Close(); }
 
 frmhaupt& LiveProgram::Start() {
   const std::string program = programFolder_.toStdString();
-  window_ = std::make_unique<frmhaupt>(Outside{
-      com1_, loop_, tmrTimeout_, tmrRS485_, tmrSofort_, person_, program, DataFolder(program),
-      MachinePorts, DescribeDevice,
-      [this](std::function<std::string(int)> deviceOf) { com1_.SetDevices(std::move(deviceOf)); }});
-  person_.SetWindow(window_.get());
-  QObject::connect(window_.get(), &frmhaupt::Unloaded, window_.get(), [this] { loop_.Close(); });
+  window_ = world_.MakeMainWindow({.program = program, .data = DataFolder(program)});
   window_->show();
   return *window_;
 }

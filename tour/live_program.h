@@ -3,11 +3,8 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "adapters/machine_ports.h"
-#include "adapters/qt_event_loop.h"
-#include "adapters/qt_serial_port.h"
 #include "shell/frmhaupt.h"
-#include "shell/qt_operator.h"
+#include "shell/live_world.h"
 
 namespace kelvo {
 
@@ -29,18 +26,13 @@ class LiveProgram {
   const QString& ProgramFolder() const { return programFolder_; }
   /// Builds and shows the main window; the port is opened at its first paint.
   frmhaupt& Start();
-  QtSerialPort& Port() { return com1_; }
-  QtEventLoop& Loop() { return loop_; }
+  QtSerialPort& Port() { return world_.com1; }
+  QtEventLoop& Loop() { return world_.loop; }
 
  private:
   QTemporaryDir folder_;
   const QString programFolder_;
-  QtEventLoop loop_;
-  QtTimer tmrTimeout_{loop_, std::chrono::milliseconds(2000), false};
-  QtTimer tmrRS485_{loop_, std::chrono::milliseconds(300), true, QtTimer::Ticks::OnDemand};
-  QtTimer tmrSofort_{loop_, std::chrono::milliseconds(500), false};
-  QtSerialPort com1_{loop_};
-  QtOperator person_{loop_};
+  LiveWorld world_;
   std::unique_ptr<frmhaupt> window_;
 };
 

@@ -1,29 +1,33 @@
 #pragma once
 
 #include "link/exchange.h"
-#include "tests/fakes/virtual_port.h"
-#include "tests/fakes/virtual_time.h"
+#include "tests/fakes/virtual_world.h"
 
 namespace kelvo::testing_world {
 
 /// An exchange over an open port in virtual time.
-struct ExchangeWorld {
-  ExchangeWorld() { port.Open(); }
-
-  VirtualLoop loop;
-  VirtualPort port{loop};
-  VirtualTimer tmrTimeout{loop, milliseconds(2000), true};
-  VirtualTimer tmrRS485{loop, milliseconds(20), true};
-  Exchange exchange{port, loop, tmrTimeout, tmrRS485};
-  ScriptedTerminal terminal{port};
-
-  bool Send(const std::string& text, Acknowledge acknowledge = Acknowledge::Wait) {
-    exchange.CommandBuffer = text;
-    return exchange.SendString(exchange.CommandBuffer, Pending::Keep, acknowledge);
+struct ExchangeWorld : VirtualWorld {
+  ExchangeWorld() {
+    port.Open();
+    tmrTimeout.SetEnabled(true);
+    tmrRS485.SetInterval(milliseconds(20));
   }
-  std::string Query(const std::string& text) {
-    std::string query = text;
-    return exchange.SendQuery(query);
+
+  Exchange exchange{com1, loop, tmrTimeout, tmrRS485};
+  Reply reply;  ///< to the last of these
+  /// Whether it failed.
+  bool Send(const std::string& text, Acknowledge acknowledge = Acknowledge::Wait) {
+    reply = exchange.SendString(text, Pending::Keep, acknowledge);
+    return reply.Failed();
+  }
+  /// The reply to the query with these letters.
+  std::string Query(const std::string& letters) {
+    reply = exchange.SendQuery(Command(FindCommand(letters)->name));
+    return reply.text;
+  }
+  std::string Collect(const std::string& endMark) {
+    reply = exchange.WaitAnswer(endMark);
+    return reply.text;
   }
   /// Milliseconds that `action` takes.
   template <typename Action>

@@ -2,28 +2,34 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "base/serial_port.h"
+#include "link/buffered_port.h"
 #include "tests/fakes/virtual_time.h"
 
 namespace kelvo::testing_world {
 
 /// A serial port with a line that takes its time. What is at the other end is told, character by
 /// character, when one has arrived there, and answers with Arrive().
-class VirtualPort : public SerialPort {
+class VirtualPort : public BufferedPort {
  public:
   explicit VirtualPort(VirtualLoop& loop) : loop_(loop) {
     loop.Add({[this] { return NextDeparture(); }, [this] { Depart(); }, false});
+    loop.onReleased = [this] { RaiseReceiveEvents(); };
   }
 
   /// The other end: called with each character that has left the line.
   std::function<void(char)> onCharacter;
   /// Time of one character on the line; 0 for a line without delay.
   nanoseconds characterTime{0};
+  /// A bridge that takes no notice of the rate: the other end has everything at once.
+  bool unpaced = false;
   /// A handshake that lets nothing pass.
   bool held = false;
+  /// The line brings back each character, so long after it has left.
+  std::optional<nanoseconds> echo;
   /// What Open and SetPortNumber answer, and SetUp's refusal.
   PortError openError = PortOk;
   PortError numberError = PortOk;
@@ -41,9 +47,9 @@ class VirtualPort : public SerialPort {
   /// Characters arrive from the line.
   void Arrive(const std::string& text) {
     if (!open_) return;
-    input_ += text;
-    if (traffic_) traffic_(Direction::FromTerminal, text);
-    Raise();
+    Received(text, loop_.Now());
+    loop_.Wake();
+    if (!loop_.Held()) RaiseReceiveEvents();
   }
   void ArriveAfter(nanoseconds delay, const std::string& text) {
     loop_.After(delay, [this, text] { Arrive(text); });
@@ -52,6 +58,10 @@ class VirtualPort : public SerialPort {
   void Lose() {
     Close();
     if (lost_) lost_();
+  }
+  /// The device refuses work.
+  void Fail(const std::string& description) {
+    if (error_) error_(description);
   }
 
   PortError SetPortNumber(std::int16_t value) override {
@@ -67,7 +77,7 @@ class VirtualPort : public SerialPort {
   }
   void Close() override {
     open_ = false;
-    input_.clear();
+    ClearInput();
     line_.clear();
   }
   bool IsOpen() const override { return open_; }
@@ -80,64 +90,47 @@ class VirtualPort : public SerialPort {
   void Write(std::string_view text) override {
     if (!open_) throw std::logic_error("written to a closed port");
     written += text;
-    if (traffic_) traffic_(Direction::ToTerminal, text);
     writes.emplace_back(text);
     writeTimes.push_back(loop_.Now());
     if (line_.empty()) departure_ = loop_.Now() + characterTime;
     line_ += text;
+    Written(text, loop_.Now(), loop_.Now() + OutBufferTime());
+    if (!unpaced) return;
+    for (const char character : text) Reach(character);
   }
   std::size_t OutBufferCount() const override { return line_.size(); }
   void DiscardOutput() override { line_.clear(); }
   nanoseconds OutBufferTime() const override {
     return std::max(nanoseconds(1), characterTime * static_cast<long>(line_.size()));
   }
+  bool Held() const override { return held && !line_.empty(); }
 
-  std::size_t InBufferCount() const override { return input_.size(); }
-  void DiscardInput() override { input_.clear(); }
-  void DiscardEcho() override { input_.clear(); }
-  std::string Input() override {
-    std::string text =
-        input_.substr(0, inputLen_ == 0 ? std::string::npos : static_cast<std::size_t>(inputLen_));
-    input_.erase(0, text.size());
-    return text;
-  }
-  int InputLen() const override { return inputLen_; }
-  void SetInputLen(int length) override { inputLen_ = length; }
-
-  void SetReceiveThreshold(int characters) override { threshold_ = characters; }
-  int ReceiveThreshold() const override { return threshold_; }
-  void SetReceiveHandler(std::function<void()> handler) override { receive_ = std::move(handler); }
   void SetLostHandler(std::function<void()> handler) override { lost_ = std::move(handler); }
-  void SetTrafficListener(TrafficListener listener) override { traffic_ = std::move(listener); }
+  void SetErrorHandler(std::function<void(const std::string&)> handler) override {
+    error_ = std::move(handler);
+  }
 
  private:
-  void Raise() {
-    while (threshold_ == 1 && receive_ && !input_.empty()) {
-      const std::size_t before = input_.size();
-      receive_();
-      if (input_.size() == before) break;
-    }
-  }
   nanoseconds NextDeparture() const {
     return line_.empty() || held ? VirtualLoop::never : departure_;
   }
   void Depart() {
     const char character = line_.front();
     line_.erase(0, 1);
-    departure_ += characterTime;
+    departure_ = std::max(departure_, loop_.Now()) + characterTime;
+    if (!unpaced) Reach(character);
+  }
+  void Reach(char character) {
+    if (echo) ArriveAfter(*echo, {character});
     if (onCharacter) onCharacter(character);
   }
 
   VirtualLoop& loop_;
   bool open_ = false;
-  std::string input_;
   std::string line_;
   nanoseconds departure_{0};
-  int inputLen_ = 1;
-  int threshold_ = 0;
-  std::function<void()> receive_;
   std::function<void()> lost_;
-  TrafficListener traffic_;
+  std::function<void(const std::string&)> error_;
 };
 
 /// A Terminal of few words: answers fixed texts to fixed commands, when the command is complete.

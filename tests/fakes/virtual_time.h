@@ -55,9 +55,19 @@ class VirtualLoop : public EventLoop {
   }
   void WaitPaintingOnly(nanoseconds time) override {
     const nanoseconds end = now_ + std::max(time, nanoseconds(1));
-    while (NextTime(false) <= end) Advance(end, false);
-    now_ = end;
+    held_ = true;
+    woken_ = false;
+    while (!woken_ && NextTime(false) <= end) Advance(end, false);
+    if (!woken_) now_ = end;
+    held_ = false;
+    if (onReleased) onReleased();
   }
+  /// Inside WaitPaintingOnly: receive events are held back.
+  bool Held() const { return held_; }
+  /// Ends WaitPaintingOnly early.
+  void Wake() { woken_ = true; }
+  /// Called when receive events may be raised again.
+  Action onReleased;
   nanoseconds Now() const override { return now_; }
   bool Closing() const override { return closing; }
 
@@ -88,13 +98,15 @@ class VirtualLoop : public EventLoop {
   }
 
   nanoseconds now_{0};
+  bool held_ = false;
+  bool woken_ = false;
   std::multimap<nanoseconds, Action> actions_;
   std::vector<Source> sources_;
 };
 
 class VirtualTimer : public Timer {
  public:
-  VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled)
+  VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled, Ticks = Ticks::Each)
       : loop_(loop), interval_(interval), enabled_(enabled), due_(loop.Now() + interval) {
     loop.Add({[this] { return enabled_ ? due_ : VirtualLoop::never; }, [this] { Tick(); }, true});
   }

@@ -1,0 +1,201 @@
+#include "link/command_table.h"
+
+#include <limits>
+
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+using enum CommandName;
+
+// Coordinates that lie outside the display are sent as they are; the drawing's arithmetic has 16
+// bits.
+constexpr int kLowest16 = std::numeric_limits<short>::min();
+constexpr int kHighest16 = std::numeric_limits<short>::max();
+
+constexpr std::span<const Parameter> kNothing;
+constexpr Parameter kAddress[] = {{"Adresse", 0, 255}};
+constexpr Parameter kLines[] = {{"Leitungen", 0, 255}};
+constexpr Parameter kResolution[] = {
+    {"Breite", 20, 640}, {"Höhe", 20, 480}, {"Option", 0, 0, Form::Text}};
+constexpr Parameter kInterface[] = {{"Baudrate", 1200, 19200},
+                                    {"Parität", 0, 3},
+                                    {"Datenbits", 7, 8},
+                                    {"Stoppbits", 1, 2},
+                                    {"Handshake", 0, 1}};
+constexpr Parameter kBuffer[] = {{"Zeichen", 1024, 16384}};
+constexpr Parameter kReceiveMode[] = {{"Empfang", 0, 2}};
+constexpr Parameter kText[] = {{"Text", 0, 0, Form::Text}};
+constexpr Parameter kMakro[] = {{"Nummer", 0, 255}, {"Text", 0, 0, Form::Text}};
+constexpr Parameter kNumber[] = {{"Nummer", 0, 255}};
+constexpr Parameter kKeyTable[] = {
+    {"Nummer", 0, 255}, {"erster Code", 0, 255, Form::Hex}, {"Codes", 0, 255, Form::HexList}};
+constexpr Parameter kStoredBitmap[] = {{"Nummer", 0, 255},
+                                       {"Bytes je Zeile", 1, 80},
+                                       {"Höhe", 1, 480},
+                                       {"Punkte", 0, 255, Form::HexBytes}};
+constexpr Parameter kMatrixSize[] = {{"Spalten", 1, 8}, {"Zeilen", 1, 8}};
+constexpr Parameter kMatrixConfig[] = {{"fest", 2, 2},
+                                       {"fest", 10, 10},
+                                       {"fest", 35, 35},
+                                       {"freie Eingänge", 0, 255},
+                                       {"freie Ausgänge", 0, 255},
+                                       {"fest", 5, 5}};
+constexpr Parameter kCursorShape[] = {{"Art", 0, 6}, {"Form oder Größe", 0, 640}};
+constexpr Parameter kCursor[] = {{"Art", 0, 6}};
+constexpr Parameter kCell[] = {{"Spalte", 1, 255}, {"Zeile", 1, 255}};
+constexpr Parameter kFont[] = {{"Schrift", 0, 9}};
+constexpr Parameter kAttribute[] = {{"Attribut", 0, 7}};
+constexpr Parameter kMode[] = {{"Modus", 0, 3}};
+constexpr Parameter kZoom[] = {{"Zoom X", 1, 4}, {"Zoom Y", 1, 8}};
+constexpr Parameter kGraphicZoom[] = {{"Zoom X", 0, 9}, {"Zoom Y", 0, 9}};
+constexpr Parameter kPoint[] = {{"X", kLowest16, kHighest16}, {"Y", kLowest16, kHighest16}};
+constexpr Parameter kRadii[] = {{"Radius X", kLowest16, kHighest16},
+                                {"Radius Y", kLowest16, kHighest16}};
+constexpr Parameter kBitmap[] = {{"X", kLowest16, kHighest16},
+                                 {"Y", kLowest16, kHighest16},
+                                 {"Bytes je Zeile, oder - Breite", kLowest16, kHighest16},
+                                 {"Höhe", 1, kHighest16},
+                                 {"Punkte", 0, 255, Form::HexBytes}};
+
+constexpr auto AtOnce = Ending::AtOnce;
+constexpr auto Semicolon = Ending::Semicolon;
+constexpr auto None = Answer::None;
+constexpr auto Acknowledge = Answer::Acknowledge;
+constexpr auto Value = Answer::Value;
+
+constexpr CommandRow kRows[] = {
+    {AskVersion, "?V", kNothing, AtOnce, Value, "Version abfragen"},
+    {AskSystemInfo, "??", kNothing, AtOnce, Answer::FreeText, "Systeminformation abfragen"},
+    {AskAddress, "?A", kNothing, AtOnce, Value, "Adresse abfragen"},
+    {SelectAddress, "!A", kAddress, Semicolon, None, "Adresse wählen"},
+    {AskPort, "?P", kNothing, AtOnce, Value, "Eingänge P1 abfragen"},
+    {SetPort, "!P", kLines, Semicolon, None, "Ausgänge P0 setzen"},
+    {SetResolution, "!R", kResolution, Semicolon, None, "Auflösung setzen"},
+    {Restart, "R", kNothing, AtOnce, None, "Neustart"},
+    {AskFlash, "F??", kNothing, AtOnce, Value, "Flash-Sektoren abfragen"},
+    {SetInterface1, "!B", kInterface, Semicolon, None, "erste Schnittstelle einstellen"},
+    {SetBuffer1, "!S", kBuffer, Semicolon, None, "Puffer der ersten Schnittstelle"},
+    {SetInterface2, "!b", kInterface, Semicolon, None, "zweite Schnittstelle einstellen"},
+    {SetBuffer2, "!s", kBuffer, Semicolon, None, "Puffer der zweiten Schnittstelle"},
+    {SetReceiveMode2, "2I", kReceiveMode, Semicolon, None, "Empfang der zweiten Schnittstelle"},
+    {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle"},
+    {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freie EEPROM-Bytes abfragen"},
+    {WriteConfig, "EWC", kNothing, AtOnce, Acknowledge, "Konfiguration speichern"},
+    {DeleteConfig, "EDC", kNothing, AtOnce, Acknowledge, "Konfiguration löschen"},
+    {EraseEEprom, "EE", kNothing, AtOnce, Acknowledge, "EEPROM löschen"},
+    {EraseEEpromCounting, "Ee", kNothing, AtOnce, Answer::CountDown,
+     "EEPROM löschen mit Fortschritt"},
+    {WriteMakro, "EWM", kMakro, Ending::Etx, Acknowledge, "Makro schreiben"},
+    {DeleteMakro, "EDM", kNumber, Semicolon, Acknowledge, "Makro löschen"},
+    {RunMakro, "ECM", kNumber, Semicolon, None, "Makro ausführen"},
+    {WriteKeyTable, "EWK", kKeyTable, Semicolon, Acknowledge, "Tastaturtabelle schreiben"},
+    {ActivateMatrixTable, "EMK", kNumber, Semicolon, None, "Matrix-Tabelle aktivieren"},
+    {ActivateAtTable, "EAK", kNumber, Semicolon, None, "AT-Tabelle aktivieren"},
+    {DeleteKeyTable, "EDK", kNumber, Semicolon, Acknowledge, "Tastaturtabelle löschen"},
+    {AskMatrixTable, "EM?", kNothing, AtOnce, Value, "Matrix-Tabelle abfragen"},
+    {AskAtTable, "EA?", kNothing, AtOnce, Value, "AT-Tabelle abfragen"},
+    {WriteBitmap, "EWB", kStoredBitmap, Semicolon, Acknowledge, "Bitmap schreiben"},
+    {SetMatrixSize, "MS", kMatrixSize, Semicolon, None, "Matrix: Größe"},
+    {SetMatrixConfig, "MC", kMatrixConfig, Semicolon, None, "Matrix: Konfiguration"},
+    {StartMatrix, "ME", kNothing, AtOnce, None, "Matrix-Abfrage ein"},
+    {StopMatrix, "MD", kNothing, AtOnce, None, "Matrix-Abfrage aus"},
+    {DefineCursor, "!c", kCursorShape, Semicolon, None, "Cursorform"},
+    {SwitchCursor, "!C", kCursor, Semicolon, None, "Cursor ein/aus"},
+    {AskCursor, "?C", kNothing, AtOnce, Value, "Cursorart abfragen"},
+    {AskCursorShape, "?c", kNothing, AtOnce, Value, "Cursorform abfragen"},
+    {SetTextPosition, "TP", kCell, Semicolon, None, "Textposition"},
+    {MoveTextHome, "TH", kNothing, AtOnce, None, "Textcursor nach Hause"},
+    {SetTextFont, "TF", kFont, Semicolon, None, "Schrift"},
+    {SetTextAttribute, "TA", kAttribute, Semicolon, None, "Textattribut"},
+    {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus"},
+    {SetTextZoom, "TZ", kZoom, Semicolon, None, "Textzoom"},
+    {AskTextPosition, "T?P", kNothing, AtOnce, Value, "Textposition abfragen"},
+    {AskTextFont, "T?F", kNothing, AtOnce, Value, "Schrift abfragen"},
+    {AskTextAttribute, "T?A", kNothing, AtOnce, Value, "Textattribut abfragen"},
+    {AskTextMode, "T?M", kNothing, AtOnce, Value, "Textmodus abfragen"},
+    {AskTextZoom, "T?Z", kNothing, AtOnce, Value, "Textzoom abfragen"},
+    {SetGraphicPosition, "GP", kPoint, Semicolon, None, "Grafikposition"},
+    {MoveGraphicHome, "GH", kNothing, AtOnce, None, "Grafikcursor nach Hause"},
+    {AskGraphicPosition, "G?P", kNothing, AtOnce, Value, "Grafikposition abfragen"},
+    {ClearDisplay, "GC", kNothing, AtOnce, None, "Display löschen"},
+    {PenDraws, "GM0", kNothing, Semicolon, None, "zeichnen"},
+    {PenErases, "GM1", kNothing, Semicolon, None, "radieren"},
+    {Line, "GL", kPoint, Semicolon, None, "Linie"},
+    {Rectangle, "GR", kPoint, Semicolon, None, "Rechteck"},
+    {FilledRectangle, "GfR", kPoint, Semicolon, None, "gefülltes Rechteck"},
+    {Ellipse, "GE", kRadii, Semicolon, None, "Ellipse"},
+    {FilledEllipse, "GfE", kRadii, Semicolon, None, "gefüllte Ellipse"},
+    {Bitmap, "GB", kBitmap, Semicolon, None, "Bitmap"},
+    {SetGraphicFont, "GF", kFont, Semicolon, None, "Grafikschrift"},
+    {SetGraphicZoom, "GZ", kGraphicZoom, Semicolon, None, "Grafikschrift-Zoom"},
+    {SetGraphicAttribute, "GA", kAttribute, Semicolon, None, "Grafikschrift-Attribut"},
+    {GraphicText, "GT", kText, Ending::Eot, None, "Grafiktext"},
+    {ResetChecksum, "C!", kNothing, AtOnce, None, "Prüfsumme beginnen"},
+    {AskChecksum, "C?", kNothing, AtOnce, Value, "Prüfsumme abfragen"},
+};
+
+constexpr bool InOrder() {
+  for (std::size_t i = 0; i < std::size(kRows); ++i) {
+    if (static_cast<std::size_t>(kRows[i].name) != i) return false;
+  }
+  return std::size(kRows) == static_cast<std::size_t>(AskChecksum) + 1;
+}
+static_assert(InOrder(), "a command is found by its name's position");
+
+// A macro text runs to ETX and may hold whole commands; all others end with the next ESC at the
+// latest.
+std::size_t CommandEnd(std::string_view wire, std::size_t from, const CommandRow* row) {
+  const bool toEtx = row != nullptr && row->ending == Ending::Etx;
+  const std::size_t end = wire.find(toEtx ? Etx : Esc, from);
+  return end == std::string_view::npos ? wire.size() : end;
+}
+
+// Calls `visit` with each command of a text, nullptr for one that is not known, until it answers
+// false.
+template <typename Visit>
+void WalkCommands(std::string_view wire, Visit visit) {
+  for (std::size_t at = wire.find(Esc); at != std::string_view::npos; at = wire.find(Esc, at)) {
+    const CommandRow* row = FindCommand(wire.substr(at + 1));
+    if (!visit(row)) return;
+    at = CommandEnd(wire, at + 1, row);
+  }
+}
+
+}  // namespace
+
+std::span<const CommandRow> CommandTable() { return kRows; }
+
+const CommandRow& RowOf(CommandName name) { return kRows[static_cast<std::size_t>(name)]; }
+
+const CommandRow* FindCommand(std::string_view text) {
+  const CommandRow* best = nullptr;
+  for (const CommandRow& row : kRows) {
+    if (!text.starts_with(row.letters)) continue;
+    if (best == nullptr || row.letters.size() > best->letters.size()) best = &row;
+  }
+  return best;
+}
+
+std::string CommandMeaning(std::string_view wire, int limit) {
+  std::string meaning;
+  WalkCommands(wire, [&](const CommandRow* row) {
+    if (!meaning.empty()) meaning += "; ";
+    const bool named = limit-- > 0;
+    meaning += !named ? "…" : row == nullptr ? "unbekannter Befehl" : row->meaning;
+    return named;
+  });
+  return meaning;
+}
+
+const CommandRow* LastCommand(std::string_view wire) {
+  const CommandRow* last = nullptr;
+  WalkCommands(wire, [&last](const CommandRow* row) {
+    last = row;
+    return true;
+  });
+  return last;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,133 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+// The Terminal's command language: the one table that whoever builds, names, reads or explains
+// commands takes their letters from.
+
+namespace kelvo {
+
+enum class CommandName {
+  AskVersion,
+  AskSystemInfo,
+  AskAddress,
+  SelectAddress,
+  AskPort,
+  SetPort,
+  SetResolution,
+  Restart,
+  AskFlash,
+  SetInterface1,
+  SetBuffer1,
+  SetInterface2,
+  SetBuffer2,
+  SetReceiveMode2,
+  SendToInterface2,
+  AskFreeBytes,
+  WriteConfig,
+  DeleteConfig,
+  EraseEEprom,
+  EraseEEpromCounting,
+  WriteMakro,
+  DeleteMakro,
+  RunMakro,
+  WriteKeyTable,
+  ActivateMatrixTable,
+  ActivateAtTable,
+  DeleteKeyTable,
+  AskMatrixTable,
+  AskAtTable,
+  WriteBitmap,
+  SetMatrixSize,
+  SetMatrixConfig,
+  StartMatrix,
+  StopMatrix,
+  DefineCursor,
+  SwitchCursor,
+  AskCursor,
+  AskCursorShape,
+  SetTextPosition,
+  MoveTextHome,
+  SetTextFont,
+  SetTextAttribute,
+  SetTextMode,
+  SetTextZoom,
+  AskTextPosition,
+  AskTextFont,
+  AskTextAttribute,
+  AskTextMode,
+  AskTextZoom,
+  SetGraphicPosition,
+  MoveGraphicHome,
+  AskGraphicPosition,
+  ClearDisplay,
+  PenDraws,
+  PenErases,
+  Line,
+  Rectangle,
+  FilledRectangle,
+  Ellipse,
+  FilledEllipse,
+  Bitmap,
+  SetGraphicFont,
+  SetGraphicZoom,
+  SetGraphicAttribute,
+  GraphicText,
+  ResetChecksum,
+  AskChecksum,
+};
+
+/// How a parameter is written.
+enum class Form {
+  Number,    ///< decimal
+  Hex,       ///< upper-case hexadecimal, without leading zeros
+  HexList,   ///< any number of these, "," between them
+  HexBytes,  ///< two hexadecimal digits a byte, nothing between them
+  Text,      ///< as it stands, to the end of the command
+};
+
+struct Parameter {
+  std::string_view meaning;  ///< German
+  int lowest = 0;            ///< of a number; both included
+  int highest = 0;
+  Form form = Form::Number;
+};
+
+/// What closes a command on the wire.
+enum class Ending { AtOnce, Semicolon, Etx, Eot, Open };
+
+/// What the Terminal does with a command that has arrived.
+enum class Answer {
+  None,
+  Acknowledge,  ///< ACK or NAK
+  Value,        ///< values separated by ",", closed by ";"
+  FreeText,     ///< a text without an end mark
+  CountDown,    ///< numbers, each closed by CR, then ACK
+};
+
+struct CommandRow {
+  CommandName name;
+  std::string_view letters;  ///< what follows ESC
+  std::span<const Parameter> parameters;
+  Ending ending;
+  Answer answer;
+  std::string_view meaning;  ///< German
+};
+
+/// Every command that this program sends or explains, in the order of their names.
+std::span<const CommandRow> CommandTable();
+const CommandRow& RowOf(CommandName name);
+/// The command that a text behind an ESC begins with; nullptr for none. The longest letters that
+/// fit decide, so "GfR" is found before "GF" could be.
+const CommandRow* FindCommand(std::string_view text);
+
+/// What the commands of a text that went to the Terminal mean, in German, separated by "; "; at
+/// most `limit` of them, then "…". Empty when the text holds none. Works on the text as sent: the
+/// content of a stored macro or a graphic text is not taken for commands.
+std::string CommandMeaning(std::string_view wire, int limit = 4);
+/// The last command of a text; nullptr when it holds none that is known.
+const CommandRow* LastCommand(std::string_view wire);
+
+}  // namespace kelvo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+
+// The intervals of the timers and of the waits, each in this one place.
+
+namespace kelvo {
+
+/// tmrTimeout at the start of the program.
+inline constexpr std::chrono::milliseconds kTimeoutAtStart{2000};
+/// tmrRS485 until the option `rs485wait` replaces it.
+inline constexpr std::chrono::milliseconds kPauseAtStart{300};
+/// tmrSofort: how long a drawing rests before it is sent by itself.
+inline constexpr std::chrono::milliseconds kDrawingInterval{500};
+/// A query's, which it leaves behind.
+inline constexpr std::chrono::milliseconds kQueryInterval{500};
+/// A collection by time.
+inline constexpr std::chrono::milliseconds kCollectionInterval{100};
+/// What every operation with a time of its own leaves behind.
+inline constexpr std::chrono::milliseconds kUsualInterval{1000};
+
+}  // namespace kelvo

@@ -1,0 +1,45 @@
+#include "link/reply.h"
+
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+ReplyKind KindOfAnswer(std::string_view answer) {
+  if (answer == std::string_view(&Ack, 1)) return ReplyKind::Answered;
+  if (answer == std::string_view(&Nak, 1)) return ReplyKind::Refused;
+  return ReplyKind::Unexpected;
+}
+
+std::string ErrorText(ReplyKind kind, std::string_view answer) {
+  switch (kind) {
+    case ReplyKind::Answered:
+      return {};
+    case ReplyKind::Refused:
+      return "EEPROM";
+    case ReplyKind::Unexpected:
+      return "unknown " + std::to_string(static_cast<unsigned char>(answer.front()));
+    default:
+      return "keine Reaktion";
+  }
+}
+
+}  // namespace
+
+Reply AcknowledgeReply(std::string_view answer, bool alive) {
+  const ReplyKind nothing = alive ? ReplyKind::Silent : ReplyKind::PortClosed;
+  const ReplyKind kind = answer.empty() ? nothing : KindOfAnswer(answer);
+  return {kind, ErrorText(kind, answer), std::string(answer)};
+}
+
+Reply CompleteReply(std::string received, std::string_view endMark) {
+  std::string values = received.substr(0, received.size() - endMark.size());
+  return {ReplyKind::Answered, std::move(values), std::move(received)};
+}
+
+Reply TimeOutReply(std::string received, bool alive) {
+  const ReplyKind late = received.empty() ? ReplyKind::Silent : ReplyKind::Unfinished;
+  return {alive ? late : ReplyKind::PortClosed, "TimeOut", std::move(received)};
+}
+
+}  // namespace kelvo

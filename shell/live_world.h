@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+
+#include "adapters/qt_event_loop.h"
+#include "adapters/qt_serial_port.h"
+#include "link/link_world.h"
+#include "shell/outside.h"
+#include "shell/qt_operator.h"
+
+namespace kelvo {
+
+class frmhaupt;
+
+/// The real world outside, through the toolkit.
+struct LiveWorld : LinkWorld<QtEventLoop, QtTimer, QtSerialPort> {
+  QtOperator person{loop};
+
+  /// Builds the main window over it; its closing ends every wait. Takes the delivered database at
+  /// the first start. Throws std::exception with a German text when the database cannot be used.
+  std::unique_ptr<frmhaupt> MakeMainWindow(Folders folders);
+};
+
+}  // namespace kelvo
