@@ -10,29 +10,39 @@
 namespace kelvo {
 namespace {
 
-// Most programs write their process's number alone, in one line; QLockFile, which adds lines of its
-// own, would take a lock without them for abandoned, or for held for ever.
-bool AnotherFamilyHolds(const std::string& file) {
+struct Holder {
+  pid_t process = 0;   // 0 for none
+  bool alone = false;  // its number is all that the lock holds
+};
+
+Holder HolderOf(const std::string& file) {
   std::ifstream lock(file);
-  pid_t holder = 0;
+  Holder holder;
   std::string rest;
-  if (!(lock >> holder) || holder <= 0) return false;
+  if (!(lock >> holder.process)) return {};
   std::getline(lock, rest);
-  if (std::getline(lock, rest)) return false;
-  if (kill(holder, 0) == 0 || errno == EPERM) return true;
-  std::error_code ignored;
-  std::filesystem::remove(file, ignored);
-  return false;
+  holder.alone = !std::getline(lock, rest);
+  return holder;
 }
+
+bool Runs(pid_t process) { return process > 0 && (kill(process, 0) == 0 || errno == EPERM); }
 
 }  // namespace
 
 bool DeviceLock::Take(const std::string& device) {
   const std::string file = FileOf(device);
-  if (AnotherFamilyHolds(file)) return false;
+  const Holder holder = HolderOf(file);
+  const bool runs = Runs(holder.process);
+  // Most programs write one line; QLockFile, which adds lines of its own, would take a lock without
+  // them for abandoned, or for held for ever.
+  if (holder.alone && runs) return false;
+  std::error_code ignored;
+  if (holder.alone) std::filesystem::remove(file, ignored);
   lock_ = std::make_unique<QLockFile>(QString::fromStdString(file));
   lock_->setStaleLockTime(0);
-  return lock_->tryLock() || lock_->error() != QLockFile::LockFailedError;
+  if (lock_->tryLock() || lock_->error() != QLockFile::LockFailedError) return true;
+  // An abandoned lock that may not be removed keeps nobody off.
+  return holder.process != 0 && !runs;
 }
 
 // "/dev/ttyUSB0" is locked by "LCK..ttyUSB0", whatever link has led there.

@@ -31,7 +31,7 @@ class PortHandle {
   PortHandle& operator=(const PortHandle&) = delete;
   ~PortHandle() { Close(); }
 
-  /// For this program alone; every character passes unchanged, and none from before waits.
+  /// For this program alone; every character passes unchanged, and none from before arrives.
   PortError Open(const std::string& path);
   void Close();
   bool IsOpen() const { return handle_ >= 0; }

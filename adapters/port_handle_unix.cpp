@@ -50,7 +50,8 @@ PortError PortHandle::Open(const std::string& path) {
     return locked ? PortDeviceError : PortInUse;
   }
   ioctl(handle_, TIOCEXCL);
-  tcflush(handle_, TCIOFLUSH);
+  // What was written before has been sent; a pseudo-terminal's reader may still have it to fetch.
+  tcflush(handle_, TCIFLUSH);
   return PortOk;
 }
 

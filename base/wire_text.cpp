@@ -3,7 +3,7 @@
 namespace kelvo {
 namespace {
 
-constexpr char hexDigits[] = "0123456789ABCDEF";
+constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 void AppendUtf8(std::string& out, unsigned code) {
   if (code < 0x80) {
@@ -19,8 +19,8 @@ void AppendUtf8(std::string& out, unsigned code) {
 }
 
 void AppendHex(std::string& out, unsigned char byte) {
-  out += hexDigits[byte >> 4];
-  out += hexDigits[byte & 15];
+  out += kHexDigits[byte >> 4];
+  out += kHexDigits[byte & 15];
 }
 
 }  // namespace
@@ -55,9 +55,9 @@ std::string ReadableText(std::string_view wire) {
   for (const char c : wire) {
     const auto code = static_cast<unsigned char>(c);
     if (code < 0x20) {
-      AppendUtf8(out, ControlGlyphs[code]);
+      AppendUtf8(out, kControlGlyphs[code]);
     } else if (code == 0x7F) {
-      AppendUtf8(out, DeleteGlyph);
+      AppendUtf8(out, kDeleteGlyph);
     } else if (code > 0x7F && code < 0xA0) {
       out += '<';
       AppendHex(out, code);

@@ -18,11 +18,11 @@ std::optional<std::string> WireText(std::string_view utf8);
 
 /// The visible glyphs of the codes 0..31, those that the PC's text screen has always shown (ESC is
 /// an arrow to the left): every desktop font has them, and none is a character of the wire.
-inline constexpr char16_t ControlGlyphs[32] = {
+inline constexpr char16_t kControlGlyphs[32] = {
     u'∅', u'☺', u'☻', u'♥', u'♦', u'♣', u'♠', u'•', u'◘', u'○', u'◙', u'♂', u'♀', u'♪', u'♫', u'☼',
     u'►', u'◄', u'↕', u'‼', u'⁋', u'‡', u'▬', u'↨', u'↑', u'↓', u'→', u'←', u'∟', u'↔', u'▲', u'▼'};
 /// The visible glyph of code 127.
-inline constexpr char16_t DeleteGlyph = u'⌂';
+inline constexpr char16_t kDeleteGlyph = u'⌂';
 
 /// A wire text for reading: control characters as their glyphs, the codes 128..159 as "<80>".
 /// UTF-8.

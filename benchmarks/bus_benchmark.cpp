@@ -16,9 +16,9 @@ namespace {
 
 using testing_world::BusWorld;
 
-constexpr double CharacterMs = 10 * 1000.0 / 19200;
-constexpr double PauseMs = 20;
-constexpr double QueryMs = 500;
+constexpr double kCharacterMs = 10 * 1000.0 / 19200;
+constexpr double kPauseMs = 20;
+constexpr double kQueryMs = 500;
 
 double Milliseconds(std::chrono::nanoseconds time) {
   return std::chrono::duration<double, std::milli>(time).count();
@@ -30,8 +30,8 @@ double PrescribedSilence(int last) {
   double ms = 0;
   for (int address = 0; address <= last; ++address) {
     const auto characters = 4 + std::to_string(address).size() + 3;
-    ms += static_cast<double>(characters) * CharacterMs + QueryMs;
-    ms = (std::floor(ms / PauseMs) + 1) * PauseMs;
+    ms += static_cast<double>(characters) * kCharacterMs + kQueryMs;
+    ms = (std::floor(ms / kPauseMs) + 1) * kPauseMs;
   }
   return ms;
 }
@@ -51,9 +51,9 @@ void SearchOfTheWholeBusInVirtualTime(benchmark::State& state) {
                              world.port.Close();
                              return world.port.Open() == PortOk;
                            }});
-    measured = world.Duration([&] { search.Run(LastBusAddress, 2.0, [](const auto&) {}); });
+    measured = world.Duration([&] { search.Run(kLastBusAddress, 2.0, [](const auto&) {}); });
   }
-  Report(state, measured, PrescribedSilence(LastBusAddress));
+  Report(state, measured, PrescribedSilence(kLastBusAddress));
 }
 BENCHMARK(SearchOfTheWholeBusInVirtualTime)->Unit(benchmark::kMillisecond);
 
@@ -78,10 +78,10 @@ void TransferToTenTerminalsInVirtualTime(benchmark::State& state) {
         return state.SkipWithError("a transfer failed");
       }
     }
-    const double answers = 10 * 5 * CharacterMs;
+    const double answers = 10 * 5 * kCharacterMs;
     const double waits = 10 * static_cast<double>(TransferPayload(drawing).size()) / 3;
-    prescribed = static_cast<double>(world.port.written.size()) * CharacterMs + answers + waits +
-                 10 * PauseMs / 2;
+    prescribed = static_cast<double>(world.port.written.size()) * kCharacterMs + answers + waits +
+                 10 * kPauseMs / 2;
   }
   Report(state, measured, prescribed);
 }
@@ -111,7 +111,7 @@ void SearchOnThePacedLine(benchmark::State& state) {
 }
 BENCHMARK(SearchOnThePacedLine)
     ->Arg(15)
-    ->Arg(LastBusAddress)
+    ->Arg(kLastBusAddress)
     ->Iterations(1)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);

@@ -18,12 +18,12 @@
 namespace kelvo {
 namespace {
 
-constexpr int Width = 640;
-constexpr int Height = 480;
+constexpr int kWidth = 640;
+constexpr int kHeight = 480;
 
 TerminalTraits Traits() {
   TerminalTraits traits;
-  traits.displayHeight = Height;
+  traits.displayHeight = kHeight;
   traits.blackThreshold = 0x800000;
   traits.pixelWidthVersion = 2;
   traits.terminalVersion = 2.1;
@@ -35,12 +35,12 @@ Drawing ObjectsOfAllKinds(int count) {
   RandomDrawings random(7);
   Drawing drawing;
   for (int i = 0; i < count; ++i) {
-    const Point at{random.Number(0, Width - 30), random.Number(0, Height - 20)};
+    const Point at{random.Number(0, kWidth - 30), random.Number(0, kHeight - 20)};
     const Point end{at.x + random.Number(1, 25), at.y + random.Number(1, 18)};
     if (i % 4 == 0) drawing.push_back(WithVertices(Kind::Line, {at, end}));
     if (i % 4 == 1) drawing.push_back(Boxed(Kind::Rectangle, end, at, i % 8 == 1));
     if (i % 4 == 2) drawing.push_back(Boxed(Kind::Ellipse, end, at));
-    if (i % 4 == 3) drawing.push_back(TextAt(end, "011000abc"));
+    if (i % 4 == 3) drawing.push_back(TextAt(end, {}, "abc"));
   }
   return drawing;
 }
@@ -48,13 +48,13 @@ Drawing ObjectsOfAllKinds(int count) {
 void CreateBitmapOfAWholeDisplay(benchmark::State& state) {
   RandomDrawings random(3);
   std::vector<Colour> pixels;
-  for (int i = 0; i < Width * Height; ++i) {
-    pixels.push_back(static_cast<Colour>(random.Number(0, static_cast<int>(White))));
+  for (int i = 0; i < kWidth * kHeight; ++i) {
+    pixels.push_back(static_cast<Colour>(random.Number(0, static_cast<int>(kWhite))));
   }
-  const DrawingObject object = PictureAt({0, Height - 1}, Picture(Width, Height, pixels));
+  const DrawingObject object = PictureAt({0, kHeight - 1}, Picture(kWidth, kHeight, pixels));
   TerminalTraits traits = Traits();
   for (auto _ : state) {
-    benchmark::DoNotOptimize(CreateBitmap(object, Width, Height, CreateForCommand, traits));
+    benchmark::DoNotOptimize(CreateBitmap(object, kWidth, kHeight, kCreateForCommand, traits));
   }
 }
 BENCHMARK(CreateBitmapOfAWholeDisplay)->Unit(benchmark::kMillisecond);
@@ -62,7 +62,7 @@ BENCHMARK(CreateBitmapOfAWholeDisplay)->Unit(benchmark::kMillisecond);
 void PgmtopbmOfAWholeDisplay(benchmark::State& state) {
   std::ofstream("/tmp/kelvo-benchmark.pgm", std::ios::binary)
       << "P5\n640 480\n255\n"
-      << std::string(Width * Height, '\x55');
+      << std::string(kWidth * kHeight, '\x55');
   const char* command = "pgmtopbm -threshold /tmp/kelvo-benchmark.pgm | xxd -p >/dev/null";
   for (auto _ : state) {
     if (std::system(command) != 0) return state.SkipWithError("no netpbm");
@@ -83,11 +83,11 @@ BENCHMARK(CreatePicOfManyObjects)
     ->Arg(100'000)
     ->Unit(benchmark::kMillisecond);
 
-std::string LongMetafile() { return WriteWmf(ObjectsOfAllKinds(20'000), Width, Height).bytes; }
+std::string LongMetafile() { return WriteWmf(ObjectsOfAllKinds(20'000), kWidth, kHeight).bytes; }
 
 void ReadLongMetafile(benchmark::State& state) {
   const std::string bytes = LongMetafile();
-  for (auto _ : state) benchmark::DoNotOptimize(ReadWmf(bytes, Width, Height, TestFonts()));
+  for (auto _ : state) benchmark::DoNotOptimize(ReadWmf(bytes, kWidth, kHeight, TestFonts()));
 }
 BENCHMARK(ReadLongMetafile)->Unit(benchmark::kMillisecond);
 
@@ -104,7 +104,7 @@ BENCHMARK(Wmf2svgOfLongMetafile)->Unit(benchmark::kMillisecond)->UseRealTime();
 void RepaintAfterAMove(benchmark::State& state) {
   DrawingDocument document;
   DrawingCanvas canvas(document, TestFonts());
-  canvas.SetDisplaySize(Width, Height);
+  canvas.SetDisplaySize(kWidth, kHeight);
   canvas.SetZoom(2);
   canvas.resize(canvas.sizeHint());
   Drawing drawing = ObjectsOfAllKinds(static_cast<int>(state.range(0)));

@@ -19,7 +19,7 @@
 namespace kelvo {
 namespace {
 
-constexpr std::string_view command =
+constexpr std::string_view kCommand =
     "\x1b"
     "EWC";
 
@@ -53,7 +53,7 @@ class Responder {
       char buffer[256];
       const ssize_t count = read(master_, buffer, sizeof buffer);
       if (count <= 0) continue;
-      const bool complete = buffer[count - 1] == command.back();
+      const bool complete = buffer[count - 1] == kCommand.back();
       if (complete && write(master_, "\x06", 1) != 1) return;
     }
   }
@@ -69,7 +69,7 @@ void BareRoundTrip(benchmark::State& state) {
   const int handle = open(responder.Path().c_str(), O_RDWR | O_NOCTTY);
   for (auto _ : state) {
     char answer = 0;
-    if (write(handle, command.data(), command.size()) < 0 || read(handle, &answer, 1) != 1) {
+    if (write(handle, kCommand.data(), kCommand.size()) < 0 || read(handle, &answer, 1) != 1) {
       state.SkipWithError("no answer");
       break;
     }
@@ -83,7 +83,7 @@ void ExchangeRoundTrip(benchmark::State& state) {
   Responder responder;
   Host host(responder.Path(), "4000000,N,8,1");
   for (auto _ : state) {
-    if (host.Send(command)) {
+    if (host.Send(kCommand)) {
       state.SkipWithError("no acknowledge");
       break;
     }

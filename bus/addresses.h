@@ -3,10 +3,10 @@
 namespace kelvo {
 
 /// Addresses on the bus are 0 up to this one.
-inline constexpr int LastBusAddress = 255;
+inline constexpr int kLastBusAddress = 255;
 /// Reaches every Terminal, so that all answer at once when they are asked there.
-inline constexpr int AllAddresses = 255;
+inline constexpr int kAllAddresses = 255;
 /// Selected at the end of every transfer, so that nobody listens any more.
-inline constexpr int ClosingAddress = 254;
+inline constexpr int kClosingAddress = 254;
 
 }  // namespace kelvo

@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int stateColumn = 3;
+constexpr int kStateColumn = 3;
 
 // Colours 2 and 12 of the 16-colour palette.
 constexpr QColor green(0, 128, 0);
@@ -106,7 +106,7 @@ void frmDovu::ShowEntry(std::size_t index) {
   const TransferEntry& entry = entries_[index];
   const int row = static_cast<int>(index);
   ctlDovuAktivliste->Tick(row, entry.ticked);
-  ctlDovuAktivliste->topLevelItem(row)->setText(stateColumn, Text(TransferStateText(entry)));
+  ctlDovuAktivliste->topLevelItem(row)->setText(kStateColumn, Text(TransferStateText(entry)));
   ctlDovuAktivliste->Colour(row, entry.state == TransferState::Good ? green
                                  : entry.Failed()                   ? lightRed
                                                                     : QColor());

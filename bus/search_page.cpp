@@ -27,7 +27,7 @@ enum ResultColumn { Description, Verdict, Reply, CanChecksum, ResultColumns };
 
 constexpr QColor conflictColour(255, 0, 0);
 // Above it are the addresses that transfers need: nobody's, and that of all, who would all answer.
-constexpr int usualLimit = ClosingAddress - 1;
+constexpr int kUsualLimit = kClosingAddress - 1;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
@@ -47,7 +47,7 @@ SearchPage::SearchPage(Services services, QWidget* parent)
 
 QWidget* SearchPage::MakeSearch() {
   auto* group = new QGroupBox(tr("Suche am Bus"));
-  txtmaxDovu = Named(new QLineEdit(QString::number(usualLimit)), "txtmaxDovu");
+  txtmaxDovu = Named(new QLineEdit(QString::number(kUsualLimit)), "txtmaxDovu");
   txtmaxDovu->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 8);
   txtmaxDovu->setToolTip(tr("Auf 255 hören alle Terminals, auf 254 soll keines hören."));
   cmdDovusuchen =
@@ -65,7 +65,7 @@ QWidget* SearchPage::MakeSearch() {
   auto* top = new QHBoxLayout;
   top->addWidget(LabelFor(txtmaxDovu, tr("bis Adress&e:")));
   top->addWidget(txtmaxDovu);
-  top->addWidget(new QLabel(tr("0 … %1").arg(LastBusAddress)));
+  top->addWidget(new QLabel(tr("0 … %1").arg(kLastBusAddress)));
   top->addWidget(cmdDovusuchen);
   top->addWidget(cmdDovuAbbrechen);
   top->addWidget(ctlDovuFortschritt, 1);
@@ -213,7 +213,7 @@ void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
 
 void SearchPage::txtmaxDovu_LostFocus() {
   const double typed = std::floor(Val(txtmaxDovu->text().toStdString()));
-  const double address = std::clamp(typed, 0.0, static_cast<double>(LastBusAddress));
+  const double address = std::clamp(typed, 0.0, static_cast<double>(kLastBusAddress));
   txtmaxDovu->setText(Text(NumberText(address)));
 }
 

@@ -8,7 +8,7 @@
 namespace kelvo {
 namespace {
 
-constexpr const char* fields[] = {"Adresse", "Bezeichnung", "aktiv", "Checksum"};
+constexpr const char* kFields[] = {"Adresse", "Bezeichnung", "aktiv", "Checksum"};
 
 bool IsYesNo(int column) {
   return column == TerminalListModel::Aktiv || column == TerminalListModel::Checksum;
@@ -53,7 +53,7 @@ int TerminalListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TerminalListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return QString::fromUtf8(fields[section]);
+  return QString::fromUtf8(kFields[section]);
 }
 
 QVariant TerminalListModel::data(const QModelIndex& index, int role) const {
@@ -78,21 +78,21 @@ bool TerminalListModel::setData(const QModelIndex& index, const QVariant& value,
   if (IsYesNo(index.column())) {
     if (role != Qt::CheckStateRole) return false;
     const bool yes = value.toInt() == Qt::Checked;
-    return Store(row, fields[index.column()], std::int64_t{yes});
+    return Store(row, kFields[index.column()], std::int64_t{yes});
   }
   if (role != Qt::EditRole || value == data(index, role)) return false;
   if (index.column() == Adresse) {
     const std::optional<int> address = ReadAddress(value.toString(), row);
-    return address && Store(row, fields[Adresse], std::int64_t{*address});
+    return address && Store(row, kFields[Adresse], std::int64_t{*address});
   }
-  return Store(row, fields[Bezeichnung], value.toString().toStdString());
+  return Store(row, kFields[Bezeichnung], value.toString().toStdString());
 }
 
 std::optional<int> TerminalListModel::ReadAddress(const QString& text, int ownRow) {
   bool isNumber = false;
   const int address = text.trimmed().toInt(&isNumber);
-  if (!isNumber || address < 0 || address > LastBusAddress) {
-    Q_EMIT Refused(tr("\"%1\" ist keine Adresse (0 … %2).").arg(text).arg(LastBusAddress));
+  if (!isNumber || address < 0 || address > kLastBusAddress) {
+    Q_EMIT Refused(tr("\"%1\" ist keine Adresse (0 … %2).").arg(text).arg(kLastBusAddress));
     return std::nullopt;
   }
   const int other = RowOf(address);
@@ -113,7 +113,7 @@ int TerminalListModel::RowOf(int address) const {
 
 int TerminalListModel::FreeAddress() const {
   int address = 0;
-  while (address < LastBusAddress && RowOf(address) >= 0) ++address;
+  while (address < kLastBusAddress && RowOf(address) >= 0) ++address;
   return address;
 }
 

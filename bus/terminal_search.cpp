@@ -108,7 +108,7 @@ std::string YesNoText(bool yes) { return yes ? "ja" : "nein"; }
 
 std::string ResultStory(const SearchResult& result) {
   std::string story = HeardStory(result);
-  if (result.address == AllAddresses && !result.Found()) {
+  if (result.address == kAllAddresses && !result.Found()) {
     story += " Auf diese Adresse hören alle Terminals.";
   }
   story += "\n" + ReceivedText(result.received);

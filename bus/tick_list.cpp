@@ -3,7 +3,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int tickColumn = 0;
+constexpr int kTickColumn = 0;
 
 Qt::CheckState CheckStateOf(bool ticked) { return ticked ? Qt::Checked : Qt::Unchecked; }
 
@@ -24,17 +24,17 @@ TickList::TickList(const QStringList& titles, std::initializer_list<int> widths)
 int TickList::Add(const QStringList& texts, bool ticked) {
   auto* row = new QTreeWidgetItem(texts);
   row->setFlags(row->flags() | Qt::ItemIsUserCheckable);
-  row->setCheckState(tickColumn, CheckStateOf(ticked));
+  row->setCheckState(kTickColumn, CheckStateOf(ticked));
   addTopLevelItem(row);
   return Rows() - 1;
 }
 
 bool TickList::Ticked(int row) const {
-  return topLevelItem(row)->checkState(tickColumn) == Qt::Checked;
+  return topLevelItem(row)->checkState(kTickColumn) == Qt::Checked;
 }
 
 void TickList::Tick(int row, bool ticked) {
-  topLevelItem(row)->setCheckState(tickColumn, CheckStateOf(ticked));
+  topLevelItem(row)->setCheckState(kTickColumn, CheckStateOf(ticked));
 }
 
 void TickList::TickAll(bool ticked) {

@@ -13,10 +13,10 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
 // The rate at which a Terminal is taken to be through with what it has received.
-constexpr int charactersPerSecond = 3000;
+constexpr int kCharactersPerSecond = 3000;
 // A Terminal whose good answer has not come may still give it (another one may have answered in
 // its place), and then must not be taken for the next one that is asked.
-constexpr milliseconds overdueAnswer{1000};
+constexpr milliseconds kOverdueAnswer{1000};
 
 std::string Count(long number, const char* one, const char* many) {
   return std::to_string(number) + " " + (number == 1 ? one : many);
@@ -103,7 +103,7 @@ class Transfer::Run {
 
   void ToAll();
   void OneByOne();
-  void Close() { Send(SelectAddress(ClosingAddress).Text()); }
+  void Close() { Send(SelectAddress(kClosingAddress).Text()); }
 
  private:
   bool GoesOn() const { return !transfer_.stopping_ && exchange_.Alive(); }
@@ -186,9 +186,9 @@ void Transfer::Run::ToOne(std::size_t index) {
 void Transfer::Run::ToAll() {
   const std::vector<std::size_t> ticked = Ticked();
   Change(ticked, TransferState::Waiting);
-  Send(Sequence({SelectAddress(AllAddresses), ResetChecksum()}));
+  Send(Sequence({SelectAddress(kAllAddresses), ResetChecksum()}));
   SendPayload(ticked);
-  Send(SelectAddress(ClosingAddress).Text());
+  Send(SelectAddress(kClosingAddress).Text());
   writtenAt_ = loop_.Now();
   WaitForTerminals();
   if (!exchange_.Alive()) return Change(ticked, TransferState::NoAnswer);
@@ -230,7 +230,7 @@ void Transfer::Run::SendPayload(const std::vector<std::size_t>& receivers) {
 void Transfer::Run::WaitForTerminals() {
   const auto characters = static_cast<nanoseconds::rep>(payload_.size());
   const nanoseconds second = std::chrono::seconds(1);
-  WaitUntil(writtenAt_ + second * characters / charactersPerSecond);
+  WaitUntil(writtenAt_ + second * characters / kCharactersPerSecond);
 }
 
 void Transfer::Run::WaitUntil(nanoseconds end) {
@@ -251,7 +251,7 @@ void Transfer::Run::Check(std::size_t index) {
   Change({index}, good       ? TransferState::Good
                   : answered ? TransferState::WrongSum
                              : TransferState::NoAnswer);
-  if (!good) WaitUntil(asked + overdueAnswer);
+  if (!good) WaitUntil(asked + kOverdueAnswer);
 }
 
 void Transfer::Run::Send(std::string_view text) {

@@ -1,12 +1,12 @@
 # The headers that most sources share, parsed once for all targets of a kind. Each source still
 # includes what it uses: .ci/run builds the delivered ones without these.
 # What few include costs the others more than it saves: the compiler makes the template instances
-# that a header asks for in each source anew.
+# that a header asks for in each source anew. Without <QApplication>: with it, qApp is one everywhere.
 set(kelvo_standard_headers
   <algorithm> <array> <chrono> <deque> <functional> <map> <memory> <optional> <span> <stdexcept>
   <string> <string_view> <utility> <variant> <vector>)
 set(kelvo_toolkit_headers
-  <QAction> <QApplication> <QCheckBox> <QComboBox> <QDialog> <QFormLayout> <QGridLayout> <QGroupBox>
+  <QAction> <QCheckBox> <QComboBox> <QDialog> <QFormLayout> <QGridLayout> <QGroupBox>
   <QHBoxLayout> <QImage> <QKeyEvent> <QLabel> <QLineEdit> <QMainWindow> <QMessageBox> <QPainter>
   <QPlainTextEdit> <QProgressBar> <QPushButton> <QRadioButton> <QScrollArea> <QSpinBox>
   <QStatusBar> <QTabWidget> <QTableView> <QTimer> <QToolButton> <QVBoxLayout> <QWidget>)

@@ -1,7 +1,8 @@
 kelvo_precompiled(kelvo_test_headers HEADERS ${kelvo_standard_headers} <gtest/gtest.h>
   LINK GTest::gtest)
 kelvo_precompiled(kelvo_qt_test_headers
-  HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers} <gtest/gtest.h> <filesystem> <fstream>
+  HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers} <QApplication> <filesystem> <fstream>
+    <gtest/gtest.h>
   LINK GTest::gtest Qt6::Widgets)
 add_library(kelvo_qt_test_main OBJECT ${PROJECT_SOURCE_DIR}/tests/qt_main.cpp)
 kelvo_settings(kelvo_qt_test_main QT TEST)

@@ -52,8 +52,8 @@ class Level {
   void FollowPenMode(const DrawingObject& object) {
     if (object.kind == Kind::Group || object.penMode == penMode_) return;
     penMode_ = object.penMode;
-    if (penMode_ == PenDraw) handler_.PenMode(Ink::Set);
-    if (penMode_ == PenErase) handler_.PenMode(Ink::Clear);
+    if (penMode_ == PenMode::Draw) handler_.PenMode(Ink::Set);
+    if (penMode_ == PenMode::Erase) handler_.PenMode(Ink::Clear);
   }
 
   void Convert(const DrawingObject& object, Sixteen& number, bool handOver) {
@@ -122,9 +122,9 @@ class Level {
   }
 
   void ConvertText(const DrawingObject& object, Sixteen& number, bool handOver) {
-    if (object.text.empty()) return;
+    if (!object.style) return;
     const PixelPoint topLeft = ToTerminal({object.corner2.x, object.corner1.y}, number);
-    if (handOver) handler_.Text(topLeft, object.text);
+    if (handOver) handler_.Text(topLeft, *object.style, object.text);
   }
 
   // Read like all others, although a vertex shape is deliberately never sent.
@@ -138,7 +138,7 @@ class Level {
   const std::vector<DrawingObject>& objects_;
   int top_;
   CommandHandler& handler_;
-  int penMode_ = PenDraw;
+  PenMode penMode_ = PenMode::Draw;
   std::vector<PixelPoint> points_;
 };
 

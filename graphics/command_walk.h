@@ -18,8 +18,7 @@ class CommandHandler {
   virtual void Ellipse(PixelPoint centre, int radiusX, int radiusY, bool filled) = 0;
   /// `object` is a picture, shown w by h pixels large.
   virtual void Bitmap(PixelPoint topLeft, const DrawingObject& object, int w, int h) = 0;
-  /// `text` has its prefix.
-  virtual void Text(PixelPoint topLeft, const std::string& text) = 0;
+  virtual void Text(PixelPoint topLeft, const TextAttributes& style, const std::string& text) = 0;
   /// A level (the whole drawing, or a group's members) cannot be converted because a number leaves
   /// the 16-bit range; nothing of it is handed over.
   virtual void Overflow() = 0;

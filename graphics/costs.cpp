@@ -8,7 +8,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr double BitsPerCharacter = 10;
+constexpr double kBitsPerCharacter = 10;
 
 std::size_t BitmapBytes(const Drawing& drawing, int displayWidth, int displayHeight) {
   if (drawing.empty()) return 0;
@@ -28,7 +28,7 @@ DrawingCosts CostsOf(const Drawing& drawing, TerminalTraits terminal, int displa
   costs.macroBytes = CreatePic(drawing, terminal).text.size();
   costs.wireBytes = costs.macroBytes + ClearDisplay().Text().size();
   if (bitsPerSecond > 0) {
-    costs.seconds = static_cast<double>(costs.wireBytes) * BitsPerCharacter / bitsPerSecond;
+    costs.seconds = static_cast<double>(costs.wireBytes) * kBitsPerCharacter / bitsPerSecond;
   }
   costs.bitmapBytes = BitmapBytes(drawing, displayWidth, terminal.displayHeight);
   return costs;

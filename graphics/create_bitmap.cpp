@@ -14,7 +14,7 @@ namespace {
 class StretchedRows {
  public:
   StretchedRows(const Picture& picture, int w, int h, int areaWidth)
-      : picture_(picture), height_(h), row_(static_cast<std::size_t>(areaWidth), White) {
+      : picture_(picture), height_(h), row_(static_cast<std::size_t>(areaWidth), kWhite) {
     if (picture.Width() == 0) return;
     columns_.reserve(static_cast<std::size_t>(std::max(w, 0)));
     for (int x = 0; x < w; ++x) columns_.push_back(SourceIndex(x, w, picture.Width()));
@@ -47,7 +47,7 @@ class StretchedRows {
 // Compared as colours, so that the comparison stays in 32 bits: above all colours everything is
 // black, below all colours nothing.
 Colour AsColour(std::int64_t threshold) {
-  return static_cast<Colour>(std::clamp<std::int64_t>(threshold, 0, std::int64_t{White} + 1));
+  return static_cast<Colour>(std::clamp<std::int64_t>(threshold, 0, std::int64_t{kWhite} + 1));
 }
 
 unsigned PackByte(const Colour* pixels, Colour threshold) {
@@ -57,11 +57,11 @@ unsigned PackByte(const Colour* pixels, Colour threshold) {
 }
 
 void AppendRow(std::string& text, const std::vector<Colour>& row, Colour threshold) {
-  constexpr std::string_view Digits = "0123456789ABCDEF";
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
   for (std::size_t x = 0; x < row.size(); x += 8) {
     const unsigned byte = PackByte(row.data() + x, threshold);
-    text += Digits[byte >> 4];
-    text += Digits[byte & 15U];
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15U];
   }
 }
 
@@ -86,11 +86,11 @@ int BytesPerRow(int w) { return w < 1 ? 1 : (w - 1) / 8 + 1; }
 
 Translation CreateBitmap(const DrawingObject& picture, int w, int h, int iCreatemode,
                          TerminalTraits& terminal) {
-  if (iCreatemode != CreateForCommand && iCreatemode != CreateForEEProm) {
+  if (iCreatemode != kCreateForCommand && iCreatemode != kCreateForEEProm) {
     return {{}, {"Fehler bei CreateBitmap / iCreatemode nicht def."}, true};
   }
   const bool inPixels =
-      iCreatemode == CreateForCommand && !(KnownVersion(terminal) < terminal.pixelWidthVersion);
+      iCreatemode == kCreateForCommand && !(KnownVersion(terminal) < terminal.pixelWidthVersion);
   const int bytes = BytesPerRow(w);
   std::string text(inPixels ? "-" : "");
   text.append(std::to_string(inPixels ? w : bytes)).append(",");

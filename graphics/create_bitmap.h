@@ -28,8 +28,8 @@ struct Translation {
       false;  ///< nothing could be translated; an empty drawing's empty text is no failure
 };
 
-constexpr int CreateForCommand = 1;  ///< iCreatemode: behind "GB" and its position
-constexpr int CreateForEEProm = 2;   ///< iCreatemode: behind "EWB" and its number
+constexpr int kCreateForCommand = 1;  ///< iCreatemode: behind "GB" and its position
+constexpr int kCreateForEEProm = 2;   ///< iCreatemode: behind "EWB" and its number
 
 /// Bytes of one row: the smallest k >= 1 with 8 k > w - 1.
 int BytesPerRow(int w);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "graphics/command_walk.h"
-#include "graphics/text_prefix.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
 
@@ -28,7 +27,7 @@ class CommandWriter : public CommandHandler {
 
   void PenMode(Ink ink) override {
     Begin(ink == Ink::Set ? CommandName::PenDraws : CommandName::PenErases);
-    result_.text += EndMark;
+    result_.text += kEndMark;
   }
 
   void Lines(const std::vector<PixelPoint>& points) override {
@@ -51,22 +50,21 @@ class CommandWriter : public CommandHandler {
     Begin(CommandName::Bitmap);
     P(topLeft.x, ',');
     P(topLeft.y, ',');
-    Translation bitmap = CreateBitmap(object, w, h, CreateForCommand, terminal_);
+    Translation bitmap = CreateBitmap(object, w, h, kCreateForCommand, terminal_);
     result_.text += bitmap.text;
     for (std::string& message : bitmap.messages) result_.messages.push_back(std::move(message));
   }
 
-  void Text(PixelPoint topLeft, const std::string& text) override {
-    const TextAttributes attributes = AttributesOf(text);
+  void Text(PixelPoint topLeft, const TextAttributes& style, const std::string& text) override {
     PPair(CommandName::SetGraphicPosition, topLeft.x, topLeft.y);
     Begin(CommandName::SetGraphicFont);
-    P(attributes.font, ';');
-    PPair(CommandName::SetGraphicZoom, attributes.zoomX, attributes.zoomY);
+    P(style.font, ';');
+    PPair(CommandName::SetGraphicZoom, style.zoomX, style.zoomY);
     Begin(CommandName::SetGraphicAttribute);
-    P(AttributeValue(attributes), ';');
+    P((style.underline ? 1 : 0) + (style.bold ? 2 : 0) + (style.inverse ? 4 : 0), ';');
     Begin(CommandName::GraphicText);
-    result_.text += ShownText(text);
-    result_.text += Eot;
+    result_.text += text;
+    result_.text += kEot;
   }
 
   void Overflow() override { result_.messages.emplace_back("Überlauf / CreatePic"); }

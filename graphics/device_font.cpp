@@ -7,11 +7,11 @@ namespace kelvo {
 
 namespace {
 
-constexpr std::string_view Magic = "KFNT";
-constexpr std::size_t HeaderSize = 7;
-constexpr unsigned char Version = 1;
-constexpr int MaxCell = 32;
-constexpr int GlyphCount = 256;
+constexpr std::string_view kMagic = "KFNT";
+constexpr std::size_t kHeaderSize = 7;
+constexpr unsigned char kVersion = 1;
+constexpr int kMaxCell = 32;
+constexpr int kGlyphCount = 256;
 
 unsigned char ByteAt(std::string_view bytes, std::size_t index) {
   return static_cast<unsigned char>(bytes[index]);
@@ -31,21 +31,21 @@ std::uint32_t ReadRow(std::string_view bytes, std::size_t at, int width) {
 
 bool DeviceFont::Parse(std::string_view bytes) {
   *this = DeviceFont();
-  if (bytes.size() < HeaderSize || !bytes.starts_with(Magic) || ByteAt(bytes, 4) != Version) {
+  if (bytes.size() < kHeaderSize || !bytes.starts_with(kMagic) || ByteAt(bytes, 4) != kVersion) {
     return false;
   }
   const int width = ByteAt(bytes, 5);
   const int height = ByteAt(bytes, 6);
-  if (width < 1 || width > MaxCell || height < 1 || height > MaxCell) return false;
+  if (width < 1 || width > kMaxCell || height < 1 || height > kMaxCell) return false;
   const auto rowBytes = static_cast<std::size_t>((width + 7) / 8);
-  const auto rowCount = static_cast<std::size_t>(GlyphCount) * static_cast<std::size_t>(height);
-  if (bytes.size() != HeaderSize + rowCount * rowBytes) return false;
+  const auto rowCount = static_cast<std::size_t>(kGlyphCount) * static_cast<std::size_t>(height);
+  if (bytes.size() != kHeaderSize + rowCount * rowBytes) return false;
 
   width_ = width;
   height_ = height;
   rows_.reserve(rowCount);
   for (std::size_t row = 0; row < rowCount; ++row) {
-    rows_.push_back(ReadRow(bytes, HeaderSize + row * rowBytes, width));
+    rows_.push_back(ReadRow(bytes, kHeaderSize + row * rowBytes, width));
   }
   return true;
 }
@@ -58,7 +58,7 @@ bool DeviceFont::Pixel(unsigned char character, int x, int y) const {
 
 std::vector<int> DeviceFonts::Load(const std::string& folder) {
   std::vector<int> unusable;
-  for (int number = 0; number < Count; ++number) {
+  for (int number = 0; number < kCount; ++number) {
     std::ifstream file(folder + "/Font" + std::to_string(number) + ".Fnt", std::ios::binary);
     const std::string bytes((std::istreambuf_iterator<char>(file)), {});
     if (!fonts_[static_cast<std::size_t>(number)].Parse(bytes)) unusable.push_back(number);
@@ -68,7 +68,7 @@ std::vector<int> DeviceFonts::Load(const std::string& folder) {
 
 const DeviceFont& DeviceFonts::Font(int number) const {
   static const DeviceFont empty;
-  if (number < 0 || number >= Count) return empty;
+  if (number < 0 || number >= kCount) return empty;
   return fonts_[static_cast<std::size_t>(number)];
 }
 

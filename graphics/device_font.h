@@ -39,7 +39,7 @@ class DeviceFont {
 /// 8 x 8 bold, 8 x 10 bold, 8 x 14 bold, 8 x 16 bold, 16 x 32 digits.
 class DeviceFonts {
  public:
-  static constexpr int Count = 10;
+  static constexpr int kCount = 10;
   /// Loads what is there from a folder; returns the numbers of the fonts that are missing or
   /// damaged (those stay empty and draw nothing).
   std::vector<int> Load(const std::string& folder);
@@ -49,7 +49,7 @@ class DeviceFonts {
   static bool IsBold(int number) { return number >= 5 && number <= 8; }
 
  private:
-  std::array<DeviceFont, Count> fonts_;
+  std::array<DeviceFont, kCount> fonts_;
 };
 
 }  // namespace kelvo

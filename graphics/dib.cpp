@@ -8,10 +8,10 @@ namespace kelvo {
 
 namespace {
 
-constexpr std::uint32_t CoreHeaderSize = 12;
-constexpr std::uint32_t InfoHeaderSize = 40;
-constexpr std::uint32_t MaxHeaderSize = 124;
-constexpr std::uint32_t Uncompressed = 0;
+constexpr std::uint32_t kCoreHeaderSize = 12;
+constexpr std::uint32_t kInfoHeaderSize = 40;
+constexpr std::uint32_t kMaxHeaderSize = 124;
+constexpr std::uint32_t kUncompressed = 0;
 
 Colour MakeColour(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
   return red | green << 8 | blue << 16;
@@ -48,7 +48,7 @@ struct Layout {
 bool ReadSizes(const Bytes& dib, std::uint32_t headerSize, Layout& layout) {
   std::int64_t width = 0;
   std::int64_t height = 0;
-  if (headerSize == CoreHeaderSize) {
+  if (headerSize == kCoreHeaderSize) {
     width = dib.Number(4, 2);
     height = dib.Number(6, 2);
     layout.bits = dib.Number(10, 2);
@@ -56,11 +56,11 @@ bool ReadSizes(const Bytes& dib, std::uint32_t headerSize, Layout& layout) {
     width = static_cast<std::int32_t>(dib.Number(4, 4));
     height = static_cast<std::int32_t>(dib.Number(8, 4));
     layout.bits = dib.Number(14, 2);
-    if (dib.Number(16, 4) != Uncompressed) return false;
+    if (dib.Number(16, 4) != kUncompressed) return false;
   }
   layout.topDown = height < 0;
-  constexpr std::int64_t MaxSide = 32767;
-  if (width < 1 || width > MaxSide || height == 0 || std::abs(height) > MaxSide) return false;
+  constexpr std::int64_t kMaxSide = 32767;
+  if (width < 1 || width > kMaxSide || height == 0 || std::abs(height) > kMaxSide) return false;
   layout.width = static_cast<int>(width);
   layout.height = static_cast<int>(std::abs(height));
   return true;
@@ -68,13 +68,13 @@ bool ReadSizes(const Bytes& dib, std::uint32_t headerSize, Layout& layout) {
 
 std::size_t PaletteLength(const Bytes& dib, std::uint32_t headerSize, std::uint32_t bits) {
   const std::size_t whole = bits <= 8 ? std::size_t{1} << bits : 0;
-  if (headerSize == CoreHeaderSize) return whole;
+  if (headerSize == kCoreHeaderSize) return whole;
   const std::size_t used = dib.Number(32, 4);
   return used != 0 && (used < whole || whole == 0) ? used : whole;
 }
 
 bool ReadPalette(const Bytes& dib, std::uint32_t headerSize, Layout& layout) {
-  const std::size_t entryBytes = headerSize == CoreHeaderSize ? 3 : 4;
+  const std::size_t entryBytes = headerSize == kCoreHeaderSize ? 3 : 4;
   const std::size_t length = PaletteLength(dib, headerSize, layout.bits);
   if (length > dib.Size()) return false;
   layout.rows = headerSize + length * entryBytes;
@@ -89,8 +89,8 @@ bool ReadPalette(const Bytes& dib, std::uint32_t headerSize, Layout& layout) {
 
 std::optional<Layout> ReadLayout(const Bytes& dib, std::size_t maxPixels) {
   const std::uint32_t headerSize = dib.Number(0, 4);
-  const bool known =
-      headerSize == CoreHeaderSize || (headerSize >= InfoHeaderSize && headerSize <= MaxHeaderSize);
+  const bool known = headerSize == kCoreHeaderSize ||
+                     (headerSize >= kInfoHeaderSize && headerSize <= kMaxHeaderSize);
   if (!known || dib.Size() < headerSize) return std::nullopt;
   Layout layout;
   if (!ReadSizes(dib, headerSize, layout)) return std::nullopt;
@@ -113,7 +113,7 @@ Colour PixelAt(const Bytes& dib, const Layout& layout, std::size_t row, std::siz
     const std::size_t bit = x * layout.bits;
     const std::uint32_t byte = dib.Number(row + bit / 8, 1);
     const std::uint32_t index = byte >> (8 - layout.bits - bit % 8) & ((1U << layout.bits) - 1);
-    return index < layout.palette.size() ? layout.palette[index] : Black;
+    return index < layout.palette.size() ? layout.palette[index] : kBlack;
   }
   const std::size_t bytes = layout.bits / 8;
   const std::uint32_t value = dib.Number(row + x * bytes, bytes);

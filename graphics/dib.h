@@ -18,7 +18,7 @@ std::optional<Picture> ReadDib(std::string_view bytes, std::size_t maxPixels);
 /// multiple of 4 bytes.
 std::string MakeDibRows(const Picture& picture);
 
-/// A part of a picture, White where it leaves it; sizes must be positive.
+/// A part of a picture, white where it leaves it; sizes must be positive.
 Picture Cropped(const Picture& picture, int left, int top, int width, int height);
 
 }  // namespace kelvo

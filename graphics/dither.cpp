@@ -42,7 +42,7 @@ Picture Diffused(const Picture& picture, int middle) {
     below[i - 1] += 3 * error;
     below[i] += 5 * error;
     below[i + 1] += error;
-    return black ? Black : White;
+    return black ? kBlack : kWhite;
   });
 }
 
@@ -60,7 +60,7 @@ int BayerCell(int x, int y) {
 Picture Ordered(const Picture& picture, int middle) {
   return Converted(picture, [middle](int x, int y, Colour colour) {
     const int limit = BayerCell(x, y) * 4 + 2 + middle - 128;
-    return Brightness(colour) < limit ? Black : White;
+    return Brightness(colour) < limit ? kBlack : kWhite;
   });
 }
 
@@ -76,7 +76,7 @@ Picture MadeMonochrome(const Picture& picture, Dithering dithering, Colour thres
       break;
   }
   return Converted(picture,
-                   [threshold](int, int, Colour c) { return c < threshold ? Black : White; });
+                   [threshold](int, int, Colour c) { return c < threshold ? kBlack : kWhite; });
 }
 
 Picture MadeGrey(const Picture& picture) {

@@ -10,7 +10,7 @@ enum class Dithering {
   Ordered,    ///< a fixed pattern of eight by eight
 };
 
-/// The picture in Black and White alone. `threshold` is a colour value for Threshold; for the other
+/// The picture in black and white alone. `threshold` is a colour value for Threshold; for the other
 /// two its brightness is what becomes half black.
 Picture MadeMonochrome(const Picture& picture, Dithering dithering, Colour threshold);
 /// Each pixel as grey of its brightness, so that the threshold compares brightness.

@@ -57,7 +57,7 @@ Picture::Picture(int width, int height, std::vector<Colour> pixels) {
 }
 
 Colour Picture::At(int x, int y) const {
-  if (x < 0 || y < 0 || x >= width_ || y >= height_) return White;
+  if (x < 0 || y < 0 || x >= width_ || y >= height_) return kWhite;
   return Row(y)[x];
 }
 

@@ -3,8 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "graphics/text_attributes.h"
 
 // A drawing as plain values: what the editor edits, the files hold and the Terminal is sent.
 //
@@ -26,10 +29,13 @@ enum class Kind {
   Text = 11,
 };
 
-/// Raster operation numbers.
-constexpr int PenDraw = 13;        ///< in the pen's colour: sets pixels
-constexpr int PenErase = 14;       ///< merged with the inverted pen: clears pixels
-constexpr int PenInverseText = 4;  ///< remembered, but no command of its own
+/// Raster operation numbers. Drawings may hold others; like InverseText they are remembered, but
+/// have no command of their own.
+enum class PenMode : int {
+  Draw = 13,   ///< in the pen's colour: sets pixels
+  Erase = 14,  ///< merged with the inverted pen: clears pixels
+  InverseText = 4,
+};
 
 struct Point {
   int x = 0;
@@ -50,8 +56,8 @@ struct Box {
 
 /// red + 256 * green + 65536 * blue
 using Colour = std::uint32_t;
-constexpr Colour White = 0xffffff;
-constexpr Colour Black = 0;
+constexpr Colour kWhite = 0xffffff;
+constexpr Colour kBlack = 0;
 
 /// A coloured picture, the top row first. Copies share the pixels.
 class Picture {
@@ -62,7 +68,7 @@ class Picture {
 
   int Width() const { return width_; }
   int Height() const { return height_; }
-  /// y counts from the top; White outside.
+  /// y counts from the top; white outside.
   Colour At(int x, int y) const;
   /// Row y from the top, `Width()` colours; y must lie inside.
   const Colour* Row(int y) const;
@@ -76,16 +82,17 @@ class Picture {
 
 struct DrawingObject {
   Kind kind = Kind::Group;
-  int penMode = PenDraw;
+  PenMode penMode = PenMode::Draw;
   bool filled = false;  ///< rectangles, ellipses, vertex shapes
   bool selected = false;
   /// Rectangle, ellipse, picture, text: the upper right and the lower left corner of the box.
   Point corner1;
   Point corner2;
-  std::vector<Point> vertices;         ///< line (two), polyline, vertex shape
-  std::string text;                    ///< Latin-1, with its prefix (text_prefix.h)
-  Picture picture;                     ///< shown stretched to the box
-  std::vector<DrawingObject> members;  ///< of a group, the lowest first
+  std::vector<Point> vertices;          ///< line (two), polyline, vertex shape
+  std::optional<TextAttributes> style;  ///< of a text; one that was stored without is not sent
+  std::string text;                     ///< Latin-1, as the Terminal shows it
+  Picture picture;                      ///< shown stretched to the box
+  std::vector<DrawingObject> members;   ///< of a group, the lowest first
   bool operator==(const DrawingObject&) const = default;
 };
 

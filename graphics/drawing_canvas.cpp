@@ -16,13 +16,13 @@ namespace kelvo {
 
 namespace {
 
-constexpr int Margin = 6;      // Terminal pixels around the display, to take hold of what leaves it
-constexpr int FinestGrid = 6;  // screen pixels; a finer grid would hide the drawing
-constexpr std::size_t MaxOutlines = 200;  // outlines of more objects would only be a tangle
-constexpr int GripReach = 3;              // screen pixels from a grip's middle to its edge
-constexpr int MaxWidgetSide = 32700;
-const QColor selectionColour(0x1e, 0x6f, 0xd9);
-const QColor unsentColour(0xd0, 0x60, 0x00);
+constexpr int kMargin = 6;  // Terminal pixels around the display, to take hold of what leaves it
+constexpr int kFinestGrid = 6;             // screen pixels; a finer grid would hide the drawing
+constexpr std::size_t kMaxOutlines = 200;  // outlines of more objects would only be a tangle
+constexpr int kGripReach = 3;              // screen pixels from a grip's middle to its edge
+constexpr int kMaxWidgetSide = 32700;
+const QColor kSelectionColour(0x1e, 0x6f, 0xd9);
+const QColor kUnsentColour(0xd0, 0x60, 0x00);
 
 }  // namespace
 
@@ -49,7 +49,7 @@ void DrawingCanvas::SetDisplaySize(int width, int height) {
 // as larger than "128", so such a display can be enlarged further.
 int DrawingCanvas::MaxZoom() const {
   const int larger = std::to_string(width_) > std::to_string(height_) ? width_ : height_;
-  return std::max(1, MaxWidgetSide / std::max(1, larger));
+  return std::max(1, kMaxWidgetSide / std::max(1, larger));
 }
 
 void DrawingCanvas::SetZoom(int zoom) {
@@ -76,22 +76,22 @@ void DrawingCanvas::SetRubberBand(std::optional<Box> box) {
 }
 
 int DrawingCanvas::Tolerance() const {
-  constexpr int ScreenPixels = 5;
-  return (ScreenPixels - 1) / zoom_ + (zoom_ >= ScreenPixels ? 0 : 1);
+  constexpr int kScreenPixels = 5;
+  return (kScreenPixels - 1) / zoom_ + (zoom_ >= kScreenPixels ? 0 : 1);
 }
 
 Point DrawingCanvas::ToDrawing(QPointF position) const {
-  const int x = static_cast<int>(std::floor(position.x() / zoom_)) - Margin;
-  const int y = static_cast<int>(std::floor(position.y() / zoom_)) - Margin;
+  const int x = static_cast<int>(std::floor(position.x() / zoom_)) - kMargin;
+  const int y = static_cast<int>(std::floor(position.y() / zoom_)) - kMargin;
   return {x, height_ - 1 - y};
 }
 
 QPoint DrawingCanvas::ToWidget(Point p) const {
-  return {(p.x + Margin) * zoom_ + zoom_ / 2, (height_ - 1 - p.y + Margin) * zoom_ + zoom_ / 2};
+  return {(p.x + kMargin) * zoom_ + zoom_ / 2, (height_ - 1 - p.y + kMargin) * zoom_ + zoom_ / 2};
 }
 
 QSize DrawingCanvas::sizeHint() const {
-  return {(width_ + 2 * Margin) * zoom_, (height_ + 2 * Margin) * zoom_};
+  return {(width_ + 2 * kMargin) * zoom_, (height_ + 2 * kMargin) * zoom_};
 }
 
 void DrawingCanvas::Resized() {
@@ -102,7 +102,7 @@ void DrawingCanvas::Resized() {
 }
 
 QRect DrawingCanvas::RectOf(const Box& box) const {
-  return {(box.left + Margin) * zoom_, (height_ - 1 - box.top + Margin) * zoom_,
+  return {(box.left + kMargin) * zoom_, (height_ - 1 - box.top + kMargin) * zoom_,
           box.Width() * zoom_, box.Height() * zoom_};
 }
 
@@ -118,7 +118,7 @@ void DrawingCanvas::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), palette().color(QPalette::Mid));
   PaintPixels(painter, event->rect());
-  if (gridShown_ && gridStep_ * zoom_ >= FinestGrid) PaintGrid(painter, event->rect());
+  if (gridShown_ && gridStep_ * zoom_ >= kFinestGrid) PaintGrid(painter, event->rect());
   PaintUnsent(painter);
   PaintSelection(painter);
   if (hasFocus()) {
@@ -145,13 +145,13 @@ void DrawingCanvas::PaintGrid(QPainter& painter, const QRect& area) const {
   const int step = std::max(1, gridStep_);
   const QRect display = RectOf({0, 0, width_ - 1, height_ - 1}).intersected(area);
   for (int x = 0; x <= width_; x += step) {
-    const int at = (x + Margin) * zoom_;
+    const int at = (x + kMargin) * zoom_;
     if (at >= area.left() && at <= area.right()) {
       painter.drawLine(at, display.top(), at, display.bottom());
     }
   }
   for (int y = 0; y <= height_; y += step) {
-    const int at = (height_ - y + Margin) * zoom_;
+    const int at = (height_ - y + kMargin) * zoom_;
     if (at >= area.top() && at <= area.bottom()) {
       painter.drawLine(display.left(), at, display.right(), at);
     }
@@ -160,7 +160,7 @@ void DrawingCanvas::PaintGrid(QPainter& painter, const QRect& area) const {
 
 // Vertex shapes are part of the drawing, but the Terminal never sees them.
 void DrawingCanvas::PaintUnsent(QPainter& painter) const {
-  painter.setPen(QPen(unsentColour, 1, Qt::DashLine));
+  painter.setPen(QPen(kUnsentColour, 1, Qt::DashLine));
   const auto paint = [&](const DrawingObject& object) {
     if (object.kind != Kind::Vertices) return;
     QPolygon polygon;
@@ -171,9 +171,9 @@ void DrawingCanvas::PaintUnsent(QPainter& painter) const {
 }
 
 void DrawingCanvas::PaintSelection(QPainter& painter) const {
-  painter.setPen(QPen(selectionColour, 1, Qt::DashLine));
+  painter.setPen(QPen(kSelectionColour, 1, Qt::DashLine));
   painter.setBrush(Qt::NoBrush);
-  const bool few = SelectedCount(document_.Shown()) <= MaxOutlines;
+  const bool few = SelectedCount(document_.Shown()) <= kMaxOutlines;
   const auto outline = [&](const Box& box) {
     painter.drawRect(RectOf(box).adjusted(-1, -1, 0, 0));
   };
@@ -182,9 +182,9 @@ void DrawingCanvas::PaintSelection(QPainter& painter) const {
   }
   if (!few) outline(SelectionBounds(document_.Shown()));
   if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
-  painter.setPen(selectionColour);
+  painter.setPen(kSelectionColour);
   painter.setBrush(Qt::white);
-  const QPoint reach(GripReach, GripReach);
+  const QPoint reach(kGripReach, kGripReach);
   for (const Grip& grip : GripsOf(document_.Shown())) {
     const QPoint middle = ToWidget(grip.at);
     painter.drawRect(QRect(middle - reach, middle + reach));
@@ -233,8 +233,8 @@ void DrawingCanvas::wheelEvent(QWheelEvent* event) {
 }
 
 void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
-  constexpr int LargeStep = 10;
-  const int step = event->modifiers().testFlag(Qt::ShiftModifier) ? LargeStep : 1;
+  constexpr int kLargeStep = 10;
+  const int step = event->modifiers().testFlag(Qt::ShiftModifier) ? kLargeStep : 1;
   switch (event->key()) {
     case Qt::Key_Left:
       return Q_EMIT MoveWanted(-step, 0);

@@ -12,7 +12,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr int PreviewZoom = 2;
+constexpr int kPreviewZoom = 2;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void DrawingPreview::Show(const QImage& pixels) {
   update();
 }
 
-QSize DrawingPreview::sizeHint() const { return pixels_.size() * PreviewZoom; }
+QSize DrawingPreview::sizeHint() const { return pixels_.size() * kPreviewZoom; }
 
 void DrawingPreview::paintEvent(QPaintEvent*) {
   QPainter painter(this);

@@ -24,17 +24,21 @@ int NearestZoom(int length, int cellLength, int maxZoom) {
   return std::clamp(static_cast<int>(std::lround(zoom)), 1, maxZoom);
 }
 
+// Inverse texts have one of their own.
+PenMode PenModeOf(const TextAttributes& style) {
+  return style.inverse ? PenMode::InverseText : PenMode::Draw;
+}
+
 void FitText(DrawingObject& object, const DeviceFonts& fonts) {
   if (object.kind != Kind::Text) return;
   const Box box = BoundsOf(object);
-  TextAttributes attributes = AttributesOf(object.text);
-  const std::string_view shown = ShownText(object.text);
-  attributes.zoomX = attributes.zoomY = 1;
-  const Box cell = TextBox(fonts, {0, 0}, MakePrefixedText(attributes, shown));
-  attributes.zoomX = NearestZoom(box.Width(), cell.Width(), MaxZoomX);
-  attributes.zoomY = NearestZoom(box.Height(), cell.Height(), MaxZoomY);
-  object.text = MakePrefixedText(attributes, shown);
-  SetCorners(object, TextBox(fonts, {box.left, box.top}, object.text));
+  TextAttributes style = object.style.value_or(TextAttributes());
+  style.zoomX = style.zoomY = 1;
+  SetStyle(object, style, fonts);
+  const Box cell = BoundsOf(object);
+  style.zoomX = NearestZoom(box.Width(), cell.Width(), kMaxZoomX);
+  style.zoomY = NearestZoom(box.Height(), cell.Height(), kMaxZoomY);
+  SetStyle(object, style, fonts);
 }
 
 // What an alignment moves an object by.
@@ -196,7 +200,7 @@ void Paste(Drawing& drawing, std::vector<DrawingObject> objects, int dx, int dy)
   }
 }
 
-void SetPenMode(Drawing& drawing, int penMode) {
+void SetPenMode(Drawing& drawing, PenMode penMode) {
   ForEachSelected(drawing, [penMode](DrawingObject& object) {
     if (object.kind != Kind::Text && object.kind != Kind::Group) object.penMode = penMode;
   });
@@ -208,14 +212,33 @@ void SetFilled(Drawing& drawing, bool filled) {
   });
 }
 
+DrawingObject MakeText(Point topLeft, const TextAttributes& style, std::string text,
+                       const DeviceFonts& fonts) {
+  DrawingObject object;
+  object.kind = Kind::Text;
+  object.penMode = PenModeOf(style);
+  object.corner1 = object.corner2 = topLeft;
+  object.text = std::move(text);
+  SetStyle(object, style, fonts);
+  return object;
+}
+
+void SetStyle(DrawingObject& object, const TextAttributes& style, const DeviceFonts& fonts) {
+  object.style = style;
+  const DeviceFont& font = fonts.Font(style.font);
+  const int cells = std::max(1, static_cast<int>(object.text.size()));
+  const int width = cells * std::max(1, font.Width()) * std::clamp(style.zoomX, 1, kMaxZoomX);
+  const int height = std::max(1, font.Height()) * std::clamp(style.zoomY, 1, kMaxZoomY);
+  const Box box = BoundsOf(object);
+  SetCorners(object, {box.left, box.top - height + 1, box.left + width - 1, box.top});
+}
+
 void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
                        const DeviceFonts& fonts) {
   ForEachSelected(drawing, [&](DrawingObject& object) {
     if (object.kind != Kind::Text) return;
-    const Box box = BoundsOf(object);
-    object.text = MakePrefixedText(attributes, ShownText(object.text));
-    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
-    SetCorners(object, TextBox(fonts, {box.left, box.top}, object.text));
+    object.penMode = PenModeOf(attributes);
+    SetStyle(object, attributes, fonts);
   });
 }
 

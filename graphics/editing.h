@@ -5,7 +5,6 @@
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
-#include "graphics/text_prefix.h"
 
 // What the operator does to a drawing, as changes of its value. "Selected" means the objects of the
 // outermost level; members of groups move with their group.
@@ -47,8 +46,13 @@ std::vector<DrawingObject> CopySelected(const Drawing& drawing);
 void Paste(Drawing& drawing, std::vector<DrawingObject> objects, int dx, int dy);
 
 /// Pen modes of texts follow from their attributes and stay.
-void SetPenMode(Drawing& drawing, int penMode);
+void SetPenMode(Drawing& drawing, PenMode penMode);
 void SetFilled(Drawing& drawing, bool filled);
+DrawingObject MakeText(Point topLeft, const TextAttributes& style, std::string text,
+                       const DeviceFonts& fonts);
+/// Gives a text attributes and the box of its cells, at least one, so that an empty text can still
+/// be seen and taken hold of; its top left corner stays.
+void SetStyle(DrawingObject& text, const TextAttributes& style, const DeviceFonts& fonts);
 /// Gives selected texts other attributes; their top left corners stay.
 void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
                        const DeviceFonts& fonts);

@@ -21,9 +21,9 @@ namespace kelvo {
 
 namespace {
 
-constexpr int FirstZoom = 3;
-constexpr std::chrono::milliseconds DraftDelay(1000);
-constexpr std::chrono::milliseconds SendInterval(500);
+constexpr int kFirstZoom = 3;
+constexpr std::chrono::milliseconds kDraftDelay(1000);
+constexpr std::chrono::milliseconds kSendInterval(500);
 
 // As large as the panel in it where the screen has room, else it scrolls.
 class PanelArea : public QScrollArea {
@@ -57,9 +57,9 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
   connect(&document_, &DrawingDocument::Edited, this, &frmGrafik::Edited);
   Named(&draftTimer_, "tmrEntwurf")->setSingleShot(true);
-  draftTimer_.setInterval(DraftDelay);
+  draftTimer_.setInterval(kDraftDelay);
   connect(&draftTimer_, &QTimer::timeout, this, &frmGrafik::KeepDraft);
-  sendTimer_.SetInterval(SendInterval);
+  sendTimer_.SetInterval(kSendInterval);
   sendTimer_.SetHandler([this] { SendTick(); });
   OptionsChanged();
   ShowState();
@@ -82,7 +82,7 @@ void frmGrafik::FitWindow() {
 void frmGrafik::MakeCanvas(QSize display) {
   Display = new DrawingCanvas(document_, fonts_);
   Display->SetDisplaySize(display.width(), display.height());
-  Display->SetZoom(FirstZoom);
+  Display->SetZoom(kFirstZoom);
   scroll_ = new QScrollArea;
   scroll_->setFocusPolicy(Qt::NoFocus);  // the canvas in it has the keys
   scroll_->setWidget(Display);
@@ -193,7 +193,7 @@ void frmGrafik::ShowSelectedStyle() {
   if (selected == drawing.end() || selected->kind == Kind::Group) return;
   ObjectStyle style = style_->Style();
   if (selected->kind == Kind::Text) {
-    style.text = AttributesOf(selected->text);
+    style.text = selected->style.value_or(TextAttributes());
   } else {
     style.penMode = selected->penMode;
     if (CanBeFilled(selected->kind)) style.filled = selected->filled;

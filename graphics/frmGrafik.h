@@ -93,9 +93,9 @@ class frmGrafik : public QMainWindow {
 
  private:
   struct Entry;
-  static const Entry fileEntries[];
-  static const Entry editEntries[];
-  static const Entry objectEntries[];
+  static const Entry kFileEntries[];
+  static const Entry kEditEntries[];
+  static const Entry kObjectEntries[];
 
   // Building.
   void MakeCanvas(QSize display);
@@ -122,7 +122,7 @@ class frmGrafik : public QMainWindow {
   void Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey = {});
   void MoveSelection(int dx, int dy);
   void TypeBox(const Box& box);
-  void ChoosePenMode(int penMode);
+  void ChoosePenMode(PenMode penMode);
   void ChooseFilled(bool filled);
   void ChooseText(const TextAttributes& attributes);
   void TakeTool(ToolKind kind);

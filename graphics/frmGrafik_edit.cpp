@@ -12,8 +12,8 @@ namespace kelvo {
 
 namespace {
 
-const QString drawingMimeType = QStringLiteral("application/x-kelvo-drawing");
-constexpr int PasteStep = 4;  // pixels, so that a copy does not hide its original
+const QString kDrawingMimeType = QStringLiteral("application/x-kelvo-drawing");
+constexpr int kPasteStep = 4;  // pixels, so that a copy does not hide its original
 
 }  // namespace
 
@@ -61,7 +61,7 @@ void frmGrafik::TypeBox(const Box& box) {
   Edit([&](Drawing& drawing) { StretchSelected(drawing, SelectionBounds(drawing), box, fonts_); });
 }
 
-void frmGrafik::ChoosePenMode(int penMode) {
+void frmGrafik::ChoosePenMode(PenMode penMode) {
   Edit([=](Drawing& drawing) { SetPenMode(drawing, penMode); });
 }
 
@@ -100,7 +100,7 @@ void frmGrafik::mnuGrafikKopieren_Click() {
   const QRect visible =
       QRect(box.left, size.height() - 1 - box.top, box.Width(), box.Height()) & QRect({}, size);
   auto* copy = new QMimeData;
-  copy->setData(drawingMimeType, QByteArray::fromStdString(file.bytes));
+  copy->setData(kDrawingMimeType, QByteArray::fromStdString(file.bytes));
   if (!visible.isEmpty()) copy->setImageData(ToImage(map).copy(visible));
   QApplication::clipboard()->setMimeData(copy);
   pasteCount_ = 0;
@@ -109,19 +109,19 @@ void frmGrafik::mnuGrafikKopieren_Click() {
 void frmGrafik::mnuGrafikEinfuegen_Click() {
   const QMimeData* const held = QApplication::clipboard()->mimeData();
   if (held == nullptr) return;
-  if (!held->hasFormat(drawingMimeType)) {
+  if (!held->hasFormat(kDrawingMimeType)) {
     if (!InsertMime(*held, std::nullopt)) person_.Beep();
     return;
   }
-  const std::string bytes = held->data(drawingMimeType).toStdString();
+  const std::string bytes = held->data(kDrawingMimeType).toStdString();
   WmfDrawing pasted = FromWmf(bytes);
   if (!pasted.error.empty()) return person_.Message(pasted.error, Icon::Exclamation);
-  const int shift = ++pasteCount_ * PasteStep;
+  const int shift = ++pasteCount_ * kPasteStep;
   Edit([&](Drawing& drawing) { Paste(drawing, std::move(pasted.drawing), shift, -shift); });
 }
 
 void frmGrafik::mnuGrafikDuplizieren_Click() {
-  Edit([](Drawing& drawing) { Paste(drawing, CopySelected(drawing), PasteStep, -PasteStep); });
+  Edit([](Drawing& drawing) { Paste(drawing, CopySelected(drawing), kPasteStep, -kPasteStep); });
 }
 
 void frmGrafik::mnuGrafikLoeschen_Click() { DeleteSelection(); }

@@ -17,8 +17,8 @@ namespace kelvo {
 
 namespace {
 
-constexpr const char* WmfFilter = "Vistel(WMF) |*.wmf";
-constexpr int LargestPictureSide = 20000;
+constexpr const char* kWmfFilter = "Vistel(WMF) |*.wmf";
+constexpr int kLargestPictureSide = 20000;
 
 // Every kind that Qt reads here.
 std::string PictureFilter() {
@@ -60,7 +60,7 @@ WmfFile frmGrafik::ToWmf(const Drawing& drawing) const {
 
 void frmGrafik::LoadDrawing() {
   if (!MayDiscard()) return;
-  if (const auto path = person_.OpenFile("Datei laden", WmfFilter)) LoadFile(*path);
+  if (const auto path = person_.OpenFile("Datei laden", kWmfFilter)) LoadFile(*path);
 }
 
 void frmGrafik::LoadFile(const std::string& path) {
@@ -101,7 +101,7 @@ void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
 }
 
 bool frmGrafik::SaveDrawing() {
-  const auto path = person_.SaveFile("Datei speichern", WmfFilter);
+  const auto path = person_.SaveFile("Datei speichern", kWmfFilter);
   if (!path) return false;
   const WmfFile file = ToWmf(document_.Current());
   if (!file.error.empty()) {
@@ -171,7 +171,7 @@ void frmGrafik::InsertFile(const QString& path, std::optional<Point> at) {
   reader.setDecideFormatFromContent(true);
   reader.setAutoTransform(true);
   const QSize size = reader.size();
-  const bool tooLarge = size.width() > LargestPictureSide || size.height() > LargestPictureSide;
+  const bool tooLarge = size.width() > kLargestPictureSide || size.height() > kLargestPictureSide;
   const QImage image = tooLarge ? QImage() : reader.read();
   if (image.isNull()) {
     const QString reason = tooLarge ? tr("Es ist zu groß.") : reader.errorString();
@@ -185,7 +185,7 @@ void frmGrafik::InsertFile(const QString& path, std::optional<Point> at) {
 
 void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
   const auto threshold = static_cast<Colour>(
-      std::clamp<std::int64_t>(host_.Terminal().blackThreshold, 0, std::int64_t{White} + 1));
+      std::clamp<std::int64_t>(host_.Terminal().blackThreshold, 0, std::int64_t{kWhite} + 1));
   PictureDialog dialog(image, DisplaySize(), threshold, this);
   if (dialog.exec() != QDialog::Accepted) return;
   DrawingObject object;
@@ -213,14 +213,8 @@ void frmGrafik::InsertText(const QString& text) {
       return;
     }
     if (wire->empty()) continue;
-    DrawingObject object;
-    object.kind = Kind::Text;
-    const TextAttributes attributes = style_->Style().text;
-    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
-    object.text = MakePrefixedText(attributes, *wire);
-    SetCorners(object, TextBox(fonts_, topLeft, object.text));
-    topLeft.y -= BoundsOf(object).Height();
-    objects.push_back(std::move(object));
+    objects.push_back(MakeText(topLeft, style_->Style().text, *wire, fonts_));
+    topLeft.y -= BoundsOf(objects.back()).Height();
   }
   Drawing drawing = document_.Current();
   Paste(drawing, std::move(objects), 0, 0);

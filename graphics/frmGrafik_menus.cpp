@@ -24,7 +24,7 @@ struct frmGrafik::Entry {
   Needs needs;
 };
 
-const frmGrafik::Entry frmGrafik::fileEntries[] = {
+const frmGrafik::Entry frmGrafik::kFileEntries[] = {
     {"mnuGrafikNeu", "&Neu", "Ctrl+N", &frmGrafik::mnuGrafikNeu_Click, Needs::Nothing},
     {"mnuGrafikLaden", "&Laden …", "Ctrl+O", &frmGrafik::mnuGrafikLaden_Click, Needs::Nothing},
     {"mnuGrafikSpeichern", "&Speichern …", "Ctrl+S", &frmGrafik::mnuGrafikSpeichern_Click,
@@ -41,7 +41,7 @@ const frmGrafik::Entry frmGrafik::fileEntries[] = {
      Needs::Nothing},
 };
 
-const frmGrafik::Entry frmGrafik::editEntries[] = {
+const frmGrafik::Entry frmGrafik::kEditEntries[] = {
     {"mnuGrafikRueckgaengig", "&Rückgängig", "Ctrl+Z", &frmGrafik::mnuGrafikRueckgaengig_Click,
      Needs::Nothing},
     {"mnuGrafikWiederholen", "&Wiederholen", "Ctrl+Y", &frmGrafik::mnuGrafikWiederholen_Click,
@@ -61,7 +61,7 @@ const frmGrafik::Entry frmGrafik::editEntries[] = {
      Needs::Nothing},
 };
 
-const frmGrafik::Entry frmGrafik::objectEntries[] = {
+const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
     {"mnuGrafikGruppieren", "&Gruppieren", "Ctrl+G", &frmGrafik::mnuGrafikGruppieren_Click,
      Needs::Selection},
     {"mnuGrafikAufloesen", "Gruppe &auflösen", "Ctrl+Shift+G", &frmGrafik::mnuGrafikAufloesen_Click,
@@ -114,10 +114,10 @@ void frmGrafik::AddEntries(QMenu* menu, const Entry (&entries)[count]) {
 }
 
 void frmGrafik::MakeMenus() {
-  AddEntries(Named(menuBar()->addMenu(tr("&Datei")), "mnuGrafikDatei"), fileEntries);
+  AddEntries(Named(menuBar()->addMenu(tr("&Datei")), "mnuGrafikDatei"), kFileEntries);
   QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuGrafikBearbeiten");
-  AddEntries(edit, editEntries);
-  AddEntries(Named(menuBar()->addMenu(tr("&Objekt")), "mnuGrafikObjekt"), objectEntries);
+  AddEntries(edit, kEditEntries);
+  AddEntries(Named(menuBar()->addMenu(tr("&Objekt")), "mnuGrafikObjekt"), kObjectEntries);
   MakeViewMenu();
   mnuGrafikRueckgaengig = findChild<QAction*>(QStringLiteral("mnuGrafikRueckgaengig"));
   mnuGrafikWiederholen = findChild<QAction*>(QStringLiteral("mnuGrafikWiederholen"));

@@ -10,14 +10,14 @@ namespace kelvo {
 namespace {
 
 // Half of the range of a command's numbers, so that sums stay inside.
-constexpr int FarthestPixel = 16000;
+constexpr int kFarthestPixel = 16000;
 
 }  // namespace
 
 GeometryPanel::GeometryPanel(QWidget* parent) : QGroupBox(tr("Lage und Größe"), parent) {
   QFormLayout* const form = MakeForm(this);
-  txtPosX = MakeField("txtPosX", -FarthestPixel);
-  txtPosY = MakeField("txtPosY", -FarthestPixel);
+  txtPosX = MakeField("txtPosX", -kFarthestPixel);
+  txtPosY = MakeField("txtPosY", -kFarthestPixel);
   txtBreite = MakeField("txtBreite", 1);
   txtHoehe = MakeField("txtHoehe", 1);
   AddRow(form, tr("&X:"), txtPosX, tr("Punkte"));
@@ -29,7 +29,7 @@ GeometryPanel::GeometryPanel(QWidget* parent) : QGroupBox(tr("Lage und Größe")
 // A number counts when it is complete, not digit by digit.
 QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
   auto* field = Named(new QSpinBox, name);
-  field->setRange(min, FarthestPixel);
+  field->setRange(min, kFarthestPixel);
   field->setKeyboardTracking(false);
   connect(field, &QSpinBox::valueChanged, this, [this] {
     const int left = txtPosX->value();

@@ -11,7 +11,7 @@ namespace {
 bool SameButForSelection(const DrawingObject& a, const DrawingObject& b) {
   return a.kind == b.kind && a.penMode == b.penMode && a.filled == b.filled &&
          a.corner1 == b.corner1 && a.corner2 == b.corner2 && a.vertices == b.vertices &&
-         a.text == b.text && a.picture == b.picture && a.members == b.members;
+         a.style == b.style && a.text == b.text && a.picture == b.picture && a.members == b.members;
 }
 
 auto At(std::vector<DrawingObject>& objects, std::size_t index) {
@@ -46,7 +46,7 @@ void History::Record(const Drawing& before, const Drawing& after, const std::str
                     mergeKey,
                     ++newestRevision_});
   done_ = steps_.size();
-  if (steps_.size() > MaxSteps) DropOldest();
+  if (steps_.size() > kMaxSteps) DropOldest();
 }
 
 void History::DropOldest() {

@@ -36,7 +36,7 @@ class History {
   static void Exchange(Step& step, Drawing& drawing);
   void DropOldest();
 
-  static constexpr std::size_t MaxSteps = 500;
+  static constexpr std::size_t kMaxSteps = 500;
   std::vector<Step> steps_;
   std::size_t done_ = 0;
   std::size_t firstRevision_ = 0;

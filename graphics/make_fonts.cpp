@@ -217,7 +217,7 @@ Font Thinned(const Font& source) {
 
 // The small digits: three columns and five rows of a 4 x 6 cell.
 Font SmallDigits() {
-  constexpr std::array<std::pair<char, std::string_view>, 15> Pictures{{
+  constexpr std::array<std::pair<char, std::string_view>, 15> kPictures{{
       {'0', "### #.# #.# #.# ###"},
       {'1', ".#. ##. .#. .#. ###"},
       {'2', "### ..# ### #.. ###"},
@@ -236,7 +236,7 @@ Font SmallDigits() {
   }};
   Font font{4, 6, {}};
   font.glyphs.fill(Rows(6, 0));
-  for (const auto& [character, picture] : Pictures) {
+  for (const auto& [character, picture] : kPictures) {
     Rows& glyph = font.glyphs[static_cast<unsigned char>(character)];
     for (std::size_t y = 0; y < 5; ++y) {
       for (std::size_t x = 0; x < 3; ++x) {

@@ -5,7 +5,6 @@
 #include "graphics/command_walk.h"
 #include "graphics/create_bitmap.h"
 #include "graphics/raster.h"
-#include "graphics/text_prefix.h"
 
 namespace kelvo {
 
@@ -45,9 +44,8 @@ class Painter : public CommandHandler {
     DrawBitmap(display_, left, top, RenderBitmap(object, w, h, blackThreshold_, part), ink_);
   }
 
-  void Text(PixelPoint topLeft, const std::string& text) override {
-    DrawText(display_, fonts_, topLeft.x, topLeft.y, ShownText(text),
-             StyleOf(AttributesOf(text), ink_));
+  void Text(PixelPoint topLeft, const TextAttributes& style, const std::string& text) override {
+    DrawText(display_, fonts_, topLeft.x, topLeft.y, text, {style, GraphicTextMode(ink_)});
   }
 
   void Overflow() override {}

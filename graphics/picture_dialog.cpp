@@ -19,9 +19,9 @@ namespace kelvo {
 
 namespace {
 
-constexpr Colour GreyStep = 0x010101;  // from one grey to the next
-constexpr int PreviewZoom = 2;
-constexpr int LargestSide = 2000;  // Terminal pixels; a display has 640 at most
+constexpr Colour kGreyStep = 0x010101;  // from one grey to the next
+constexpr int kPreviewZoom = 2;
+constexpr int kLargestSide = 2000;  // Terminal pixels; a display has 640 at most
 
 }  // namespace
 
@@ -68,7 +68,7 @@ QWidget* PictureDialog::MakeBlackGroup() {
   AddRow(form, tr("&Rasterung:"), cboRasterung);
   ctlSchwelle = Named(new QSlider(Qt::Horizontal), "ctlSchwelle");
   ctlSchwelle->setRange(0, 256);
-  ctlSchwelle->setValue(static_cast<int>(optionThreshold_ / GreyStep));
+  ctlSchwelle->setValue(static_cast<int>(optionThreshold_ / kGreyStep));
   AddRow(form, tr("&Schwelle:"), ctlSchwelle);
   lblSchwelle = MakeValue("lblSchwelle");
   AddRow(form, tr("Farbwert:"), lblSchwelle);
@@ -101,7 +101,7 @@ QWidget* PictureDialog::MakePreview(QSize display) {
   scroll->setBackgroundRole(QPalette::Mid);
   scroll->setWidget(lblVorschau);
   scroll->setWidgetResizable(true);
-  scroll->setMinimumSize(PreviewZoom * display.boundedTo({320, 240}) + QSize(20, 20));
+  scroll->setMinimumSize(kPreviewZoom * display.boundedTo({320, 240}) + QSize(20, 20));
   return scroll;
 }
 
@@ -110,7 +110,7 @@ QWidget* PictureDialog::MakeSizeGroup() {
   QFormLayout* const form = MakeForm(group);
   txtBildBreite = Named(new QSpinBox, "txtBildBreite");
   txtBildHoehe = Named(new QSpinBox, "txtBildHoehe");
-  for (QSpinBox* box : {txtBildBreite, txtBildHoehe}) box->setRange(1, LargestSide);
+  for (QSpinBox* box : {txtBildBreite, txtBildHoehe}) box->setRange(1, kLargestSide);
   AddRow(form, tr("&Breite:"), txtBildBreite, tr("Punkte"));
   AddRow(form, tr("&Höhe:"), txtBildHoehe, tr("Punkte"));
   chkSeitenverhaeltnis =
@@ -146,7 +146,7 @@ void PictureDialog::Rescale() {
 }
 
 Colour PictureDialog::Threshold() const {
-  return thresholdMoved_ ? static_cast<Colour>(ctlSchwelle->value()) * GreyStep : optionThreshold_;
+  return thresholdMoved_ ? static_cast<Colour>(ctlSchwelle->value()) * kGreyStep : optionThreshold_;
 }
 
 Dithering PictureDialog::ChosenDithering() const {
@@ -164,7 +164,7 @@ Picture PictureDialog::Result() const {
 
 void PictureDialog::ShowPreview() {
   const QImage shown = ToImage(MadeMonochrome(Shown(), ChosenDithering(), Threshold()));
-  lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * PreviewZoom)));
+  lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * kPreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
   // The other ways are grey anyhow.
   const bool byThreshold = ChosenDithering() == Dithering::Threshold;

@@ -10,7 +10,7 @@ namespace kelvo {
 
 namespace {
 
-int Limited(int coordinate) { return std::clamp(coordinate, -CoordinateLimit, CoordinateLimit); }
+int Limited(int coordinate) { return std::clamp(coordinate, -kCoordinateLimit, kCoordinateLimit); }
 
 std::int64_t FloorDivide(std::int64_t dividend, std::int64_t divisor) {
   const std::int64_t quotient = dividend / divisor;
@@ -210,8 +210,8 @@ int DrawText(PixelMap& map, const DeviceFonts& fonts, int x, int y, std::string_
   const DeviceFont& font = fonts.Font(style.font);
   if (font.Empty()) return x;
   TextStyle inRange = style;
-  inRange.zoomX = std::clamp(style.zoomX, 1, MaxZoomX);
-  inRange.zoomY = std::clamp(style.zoomY, 1, MaxZoomY);
+  inRange.zoomX = std::clamp(style.zoomX, 1, kMaxZoomX);
+  inRange.zoomY = std::clamp(style.zoomY, 1, kMaxZoomY);
   const int advance = font.Width() * inRange.zoomX;
   int left = Limited(x);
   for (const char character : text) {

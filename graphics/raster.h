@@ -5,18 +5,19 @@
 
 #include "graphics/device_font.h"
 #include "graphics/pixel_map.h"
+#include "graphics/text_attributes.h"
 
 // The Terminal's pixel drawing. One set of routines, so that the canvas of the
 // graphics editor and the simulated Terminal can never show different pixels.
 //
 // Coordinates may be anything: what lies outside the map is clipped before stepping, so the time
-// depends on the map alone. Coordinates and radii beyond +-CoordinateLimit count as that limit.
+// depends on the map alone. Coordinates and radii beyond +-kCoordinateLimit count as that limit.
 // With Ink::Invert every pixel of a figure is inverted exactly once.
 
 namespace kelvo {
 
 /// Far beyond the 16 bits of a command's numbers, and small enough that no sum overflows.
-constexpr int CoordinateLimit = 1 << 24;
+constexpr int kCoordinateLimit = 1 << 24;
 
 struct PixelPoint {
   int x = 0;
@@ -48,19 +49,9 @@ constexpr TextMode GraphicTextMode(Ink ink) {
   return ink == Ink::Clear ? TextMode::Clear : TextMode::Set;
 }
 
-/// Zooms outside their range count as the nearest one inside.
-struct TextStyle {
-  int font = 0;            ///< 0..9, index of the font list
-  int zoomX = 1;           ///< 1..MaxZoomX
-  int zoomY = 1;           ///< 1..MaxZoomY
-  bool underline = false;  ///< attribute value 1
-  bool bold = false;       ///< attribute value 2
-  bool inverse = false;    ///< attribute value 4
+struct TextStyle : TextAttributes {
   TextMode mode = TextMode::Replace;
 };
-
-constexpr int MaxZoomX = 4;
-constexpr int MaxZoomY = 8;
 
 /// Draws Latin-1 text with the top left corner of its first cell at (x, y) and returns the x
 /// coordinate behind the last cell. Without the font nothing is drawn and x is returned.

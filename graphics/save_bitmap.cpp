@@ -9,7 +9,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr std::int64_t LargestUnaskedBitmap = 1023;
+constexpr std::int64_t kLargestUnaskedBitmap = 1023;
 
 const DrawingObject* FindPicture(const std::vector<DrawingObject>& objects, bool wanted,
                                  bool groupSelected) {
@@ -27,7 +27,7 @@ const DrawingObject* PictureToStore(const Drawing& drawing) {
 }
 
 bool MayBeSoLarge(std::int64_t size, Operator& person) {
-  return size <= LargestUnaskedBitmap ||
+  return size <= kLargestUnaskedBitmap ||
          person.Ask("Bitmap " + std::to_string(size) + " Zeichen lang, trotzdem übertragen ?");
 }
 
@@ -71,7 +71,7 @@ void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& 
   const int h = picture->corner1.y - picture->corner2.y + 1;
   if (!MayBeSoLarge(std::int64_t{w} * h / 8, person)) return;
 
-  const Translation bitmap = CreateBitmap(*picture, w, h, CreateForEEProm, terminal);
+  const Translation bitmap = CreateBitmap(*picture, w, h, kCreateForEEProm, terminal);
   for (const std::string& message : bitmap.messages) person.Message(message);
   if (bitmap.failed) return;
   if (!eeprom.hasRoom(bitmap.text.size())) return;

@@ -134,12 +134,7 @@ void TextTool::Release(const ToolEvent& event) {
   const TextAttributes attributes = surface_.Style().text;
   const Point topLeft = Snap(event.at);
   const auto withText = [&](const std::string& text) {
-    DrawingObject object;
-    object.kind = Kind::Text;
-    object.penMode = attributes.inverse ? PenInverseText : PenDraw;
-    object.text = MakePrefixedText(attributes, text);
-    SetCorners(object, TextBox(surface_.Fonts(), topLeft, object.text));
-    return WithObject(std::move(object));
+    return WithObject(MakeText(topLeft, attributes, text, surface_.Fonts()));
   };
   surface_.Show(withText({}));  // where it will begin
   const std::optional<std::string> text =
@@ -149,18 +144,18 @@ void TextTool::Release(const ToolEvent& event) {
 }
 
 void EditText(ToolSurface& surface, std::size_t index) {
-  const std::string old = surface.Current()[index].text;
+  const auto textOf = [](const DrawingObject& o) { return std::pair(o.style, o.text); };
+  const auto old = textOf(surface.Current()[index]);
   // Nothing where the drawing has become another one while the operator was asked.
   const auto withText = [&](const std::string& text) -> std::optional<Drawing> {
     Drawing drawing = surface.Current();
-    if (index >= drawing.size() || drawing[index].text != old) return std::nullopt;
+    if (index >= drawing.size() || textOf(drawing[index]) != old) return std::nullopt;
     DrawingObject& object = drawing[index];
-    const Box box = BoundsOf(object);
-    object.text = MakePrefixedText(AttributesOf(old), text);
-    SetCorners(object, TextBox(surface.Fonts(), {box.left, box.top}, object.text));
+    object.text = text;
+    SetStyle(object, object.style.value_or(TextAttributes()), surface.Fonts());
     return drawing;
   };
-  const auto text = surface.AskText(std::string(ShownText(old)), [&](const std::string& typed) {
+  const auto text = surface.AskText(old.second, [&](const std::string& typed) {
     if (auto drawing = withText(typed)) surface.Show(std::move(*drawing));
   });
   surface.GiveUp();

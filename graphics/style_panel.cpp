@@ -14,9 +14,9 @@ namespace kelvo {
 namespace {
 
 // In the order of the font numbers.
-const char* const fontNames[] = {"8 x 8",         "8 x 10",     "8 x 14",      "8 x 16",
-                                 "4 x 6 Ziffern", "8 x 8 fett", "8 x 10 fett", "8 x 14 fett",
-                                 "8 x 16 fett",   "16 x 32"};
+const char* const kFontNames[] = {"8 x 8",         "8 x 10",     "8 x 14",      "8 x 16",
+                                  "4 x 6 Ziffern", "8 x 8 fett", "8 x 10 fett", "8 x 14 fett",
+                                  "8 x 16 fett",   "16 x 32"};
 
 QSpinBox* MakeZoomBox(const char* name, int max) {
   auto* box = Named(new QSpinBox, name);
@@ -46,7 +46,7 @@ QWidget* StylePanel::MakeDrawingGroup() {
     layout->addWidget(control);
   }
   connect(optLoeschen, &QRadioButton::toggled, this,
-          [this](bool erase) { Q_EMIT PenModeChosen(erase ? PenErase : PenDraw); });
+          [this](bool erase) { Q_EMIT PenModeChosen(erase ? PenMode::Erase : PenMode::Draw); });
   connect(chkGefuellt, &QCheckBox::toggled, this, &StylePanel::FilledChosen);
   return group;
 }
@@ -55,10 +55,10 @@ QWidget* StylePanel::MakeTextGroup() {
   auto* group = new QGroupBox(tr("Text"));
   QFormLayout* const form = MakeForm(group);
   cboTextStyle = Named(new QComboBox, "cboTextStyle");
-  for (const char* name : fontNames) cboTextStyle->addItem(QString::fromUtf8(name));
+  for (const char* name : kFontNames) cboTextStyle->addItem(QString::fromUtf8(name));
   AddRow(form, tr("S&chrift:"), cboTextStyle);
-  txtTextZoomX = MakeZoomBox("txtTextZoomX", MaxZoomX);
-  txtTextZoomY = MakeZoomBox("txtTextZoomY", MaxZoomY);
+  txtTextZoomX = MakeZoomBox("txtTextZoomX", kMaxZoomX);
+  txtTextZoomY = MakeZoomBox("txtTextZoomY", kMaxZoomY);
   AddRow(form, tr("&waagerecht:"), txtTextZoomX, tr("fach"));
   AddRow(form, tr("&senkrecht:"), txtTextZoomY, tr("fach"));
   lblTextZoom = MakeValue("lblTextZoom");
@@ -90,7 +90,7 @@ void StylePanel::TextChanged() {
 
 ObjectStyle StylePanel::Style() const {
   ObjectStyle style;
-  style.penMode = optLoeschen->isChecked() ? PenErase : PenDraw;
+  style.penMode = optLoeschen->isChecked() ? PenMode::Erase : PenMode::Draw;
   style.filled = chkGefuellt->isChecked();
   style.text.font = cboTextStyle->currentIndex();
   style.text.zoomX = txtTextZoomX->value();
@@ -103,7 +103,7 @@ ObjectStyle StylePanel::Style() const {
 
 void StylePanel::ShowStyle(const ObjectStyle& style) {
   const QSignalBlocker quiet(this);
-  (style.penMode == PenErase ? optLoeschen : optZeichnen)->setChecked(true);
+  (style.penMode == PenMode::Erase ? optLoeschen : optZeichnen)->setChecked(true);
   chkGefuellt->setChecked(style.filled);
   cboTextStyle->setCurrentIndex(style.text.font);
   txtTextZoomX->setValue(style.text.zoomX);

@@ -25,7 +25,7 @@ class StylePanel : public QWidget {
   void ShowStyle(const ObjectStyle& style);
 
  Q_SIGNALS:
-  void PenModeChosen(int penMode);
+  void PenModeChosen(PenMode penMode);
   void FilledChosen(bool filled);
   void TextChosen(const TextAttributes& attributes);
 

@@ -7,7 +7,6 @@
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
-#include "graphics/text_prefix.h"
 
 // The editor's drawing tools: small state machines between the mouse and the drawing's value.
 
@@ -15,7 +14,7 @@ namespace kelvo {
 
 /// How new objects are drawn.
 struct ObjectStyle {
-  int penMode = PenDraw;
+  PenMode penMode = PenMode::Draw;
   bool filled = false;
   TextAttributes text;
 };

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graphics/text_prefix.h"
-
 namespace kelvo::wmf {
 
 void Builder::CountObject() {
@@ -25,7 +23,7 @@ void Builder::CountVertices(std::size_t count) {
   }
 }
 
-void Builder::BeginGroup(int penMode) {
+void Builder::BeginGroup(PenMode penMode) {
   if (levels_.size() > limits_.groupDepth) {
     throw BadFile("Die Gruppen der Datei sind zu tief verschachtelt.");
   }
@@ -50,8 +48,8 @@ Drawing Builder::Take() {
 
 namespace {
 
-// Windows' own characters between 128 and 159, as far as Latin-1 has something like them.
-char ToLatin1(char character) {
+// Windows has characters of its own between 128 and 159.
+char Latin1Character(char character) {
   switch (static_cast<unsigned char>(character)) {
     case 0x80:
       return 'E';
@@ -76,13 +74,13 @@ char ToLatin1(char character) {
 
 }  // namespace
 
-std::string NearestText(const DeviceFonts& fonts, const Font& font, double height, double width,
-                        bool inverse, std::string_view text) {
-  constexpr int TallFonts = 4;  // 8 x 8 to 8 x 16; the bold ones stand 5 further on
+TextAttributes NearestStyle(const DeviceFonts& fonts, const Font& font, double height,
+                            double width) {
+  constexpr int kTallFonts = 4;  // 8 x 8 to 8 x 16; the bold ones stand 5 further on
   TextAttributes best;
   double bestMiss = HUGE_VAL;
-  for (int zoom = 1; zoom <= MaxZoomY; ++zoom) {
-    for (int number = 0; number < TallFonts; ++number) {
+  for (int zoom = 1; zoom <= kMaxZoomY; ++zoom) {
+    for (int number = 0; number < kTallFonts; ++number) {
       const double miss = std::abs(fonts.Font(number).Height() * zoom - height);
       if (miss >= bestMiss) continue;
       bestMiss = miss;
@@ -92,13 +90,15 @@ std::string NearestText(const DeviceFonts& fonts, const Font& font, double heigh
   }
   const double wanted = width > 0 ? width : height / 2;
   const double cell = std::max(1, fonts.Font(best.font).Width());
-  best.zoomX = static_cast<int>(std::clamp(std::round(wanted / cell), 1.0, double{MaxZoomX}));
+  best.zoomX = static_cast<int>(std::clamp(std::round(wanted / cell), 1.0, double{kMaxZoomX}));
   if (font.bold) best.font += 5;
   best.underline = font.underline;
-  best.inverse = inverse;
-  std::string latin1(text);
-  std::transform(latin1.begin(), latin1.end(), latin1.begin(), ToLatin1);
-  return MakePrefixedText(best, latin1);
+  return best;
+}
+
+std::string ToLatin1(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), Latin1Character);
+  return text;
 }
 
 }  // namespace kelvo::wmf

@@ -20,7 +20,7 @@ class Builder {
   std::size_t PixelsLeft() const { return limits_.pixels - pixels_; }
   void CountPixels(std::size_t count) { pixels_ += count; }
 
-  void BeginGroup(int penMode);
+  void BeginGroup(PenMode penMode);
   void EndGroup();
   /// The whole drawing; groups must be closed.
   Drawing Take();
@@ -33,12 +33,13 @@ class Builder {
   std::size_t vertices_ = 0;
   std::size_t pixels_ = 0;
   std::vector<std::vector<DrawingObject>> levels_;
-  std::vector<int> groupPenModes_;
+  std::vector<PenMode> groupPenModes_;
 };
 
 /// Text of other programs: the attributes whose cells come nearest to `height` and `width` pixels
-/// (width 0: as wide as the font is).
-std::string NearestText(const DeviceFonts& fonts, const Font& font, double height, double width,
-                        bool inverse, std::string_view text);
+/// (width 0: as wide as the font is), and its characters as far as Latin-1 has something like them.
+TextAttributes NearestStyle(const DeviceFonts& fonts, const Font& font, double height,
+                            double width);
+std::string ToLatin1(std::string text);
 
 }  // namespace kelvo::wmf

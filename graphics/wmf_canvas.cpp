@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <tuple>
 
+#include "graphics/editing.h"
 #include "graphics/text_prefix.h"
 
 namespace kelvo::wmf {
@@ -12,7 +13,7 @@ namespace kelvo::wmf {
 namespace {
 
 // Foreign coordinates stay where commands can still name them, sums included.
-constexpr double FarthestForeign = 16000;
+constexpr double kFarthestForeign = 16000;
 
 // One axis of the window: the first extent gives the unit, later ones stretch it.
 double AlongAxis(int value, int origin, int extent, int firstExtent) {
@@ -35,7 +36,7 @@ Canvas::Exact Canvas::ToDisplay(Point logical) const {
   const double y =
       AlongAxis(logical.y, state_.windowOrigin.y, state_.windowExtent.y, firstExtent_.y);
   const auto place = [&](double value, double origin) {
-    return std::clamp((value - origin) * placement_.scale, -FarthestForeign, FarthestForeign);
+    return std::clamp((value - origin) * placement_.scale, -kFarthestForeign, kFarthestForeign);
   };
   return {place(x, placement_.originX), place(y, placement_.originY)};
 }
@@ -70,9 +71,9 @@ void Canvas::SetBox(DrawingObject& object, Point upperLeft, Point lowerRight) co
   object.corner2 = {low.x, low.y + 1};
 }
 
-int Canvas::PenModeFor(bool dark) const {
+PenMode Canvas::PenModeFor(bool dark) const {
   if (!placement_.foreign) return state_.penMode;
-  return dark && state_.penMode != PenErase ? PenDraw : PenErase;
+  return dark && state_.penMode != PenMode::Erase ? PenMode::Draw : PenMode::Erase;
 }
 
 void Canvas::AddStroke(DrawingObject object) {
@@ -147,7 +148,7 @@ void Canvas::Pixel(Point point, bool dark) {
 bool Canvas::Image(Point upperLeft, Point size, Picture picture) {
   DrawingObject object;
   object.kind = Kind::Picture;
-  object.penMode = placement_.foreign ? PenDraw : state_.penMode;
+  object.penMode = placement_.foreign ? PenMode::Draw : state_.penMode;
   SetBox(object, upperLeft, {upperLeft.x + size.x, upperLeft.y + size.y});
   const Box box = BoundsOf(object);
   const auto area = [](int width, int height) {
@@ -168,29 +169,26 @@ void Canvas::Text(Point reference, std::string_view text) {
                             ? placement_.scale
                             : placement_.scale * std::abs(static_cast<double>(firstExtent_.y) /
                                                           state_.windowExtent.y);
-  constexpr int UnknownHeight = 16;
-  const int height = state_.font.height == 0 ? UnknownHeight : std::abs(state_.font.height);
-  const bool inverse = state_.opaqueGround && state_.darkGround && !state_.darkText;
+  constexpr int kUnknownHeight = 16;
+  const int height = state_.font.height == 0 ? kUnknownHeight : std::abs(state_.font.height);
+  TextAttributes style = NearestStyle(fonts_, state_.font, height * scaleY,
+                                      std::abs(state_.font.width) * placement_.scale);
+  style.inverse = state_.opaqueGround && state_.darkGround && !state_.darkText;
 
-  DrawingObject object;
-  object.kind = Kind::Text;
-  object.text = NearestText(fonts_, state_.font, height * scaleY,
-                            std::abs(state_.font.width) * placement_.scale, inverse, text);
-  object.penMode = inverse ? PenInverseText : PenModeFor(state_.darkText);
-  Point topLeft = ToDrawing(reference);
-  const Box box = TextBox(fonts_, topLeft, object.text);
+  DrawingObject object = MakeText(ToDrawing(reference), style, ToLatin1(std::string(text)), fonts_);
+  if (!style.inverse) object.penMode = PenModeFor(state_.darkText);
+  const Box box = BoundsOf(object);
   const unsigned align = state_.textAlign;
   if ((align & U_TA_CENTER) == U_TA_CENTER) {
-    topLeft.x -= box.Width() / 2;
+    MoveBy(object, -box.Width() / 2, 0);
   } else if ((align & U_TA_RIGHT) != 0) {
-    topLeft.x -= box.Width();
+    MoveBy(object, -box.Width(), 0);
   }
   if ((align & U_TA_BASELINE) == U_TA_BASELINE) {
-    topLeft.y += box.Height() * 4 / 5;
+    MoveBy(object, 0, box.Height() * 4 / 5);
   } else if ((align & U_TA_BOTTOM) != 0) {
-    topLeft.y += box.Height();
+    MoveBy(object, 0, box.Height());
   }
-  SetCorners(object, TextBox(fonts_, topLeft, object.text));
   builder_.Add(std::move(object));
 }
 
@@ -200,7 +198,7 @@ void Canvas::OwnText(Point corner1, Point corner2, std::string_view prefixedText
   object.penMode = state_.penMode;
   object.corner1 = ToDrawing(corner1);
   object.corner2 = ToDrawing(corner2);
-  object.text = prefixedText;
+  TakePrefixedText(object, prefixedText);
   builder_.Add(std::move(object));
 }
 

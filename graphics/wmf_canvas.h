@@ -56,7 +56,7 @@ class Canvas {
   Point ToDrawing(Point logical) const;
   std::vector<Point> ToDrawing(const std::vector<Point>& points) const;
   void SetBox(DrawingObject& object, Point upperLeft, Point lowerRight) const;
-  int PenModeFor(bool dark) const;
+  PenMode PenModeFor(bool dark) const;
   void AddStroke(DrawingObject object);
   void AddShape(DrawingObject object);
 

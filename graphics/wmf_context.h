@@ -70,7 +70,7 @@ struct Context {
   bool darkGround = false;
   bool opaqueGround = true;
   unsigned textAlign = 0;
-  int penMode = PenDraw;
+  PenMode penMode = PenMode::Draw;
   Point current;  ///< logical units
 };
 

@@ -7,14 +7,14 @@
 
 namespace kelvo::wmf {
 
-constexpr std::string_view CommentMark = "KELVO";
-constexpr char DrawingTag = 'M';
-constexpr char GroupTag = 'G';
-constexpr char GroupEndTag = 'E';
-constexpr char TextTag = 'T';
-constexpr char FormatVersion = 1;
+constexpr std::string_view kCommentMark = "KELVO";
+constexpr char kDrawingTag = 'M';
+constexpr char kGroupTag = 'G';
+constexpr char kGroupEndTag = 'E';
+constexpr char kTextTag = 'T';
+constexpr char kFormatVersion = 1;
 
-constexpr unsigned CommentEscape = 15;        ///< MFCOMMENT
-constexpr std::size_t RecordHeaderBytes = 6;  ///< size in words (32 bit) and type
+constexpr unsigned kCommentEscape = 15;        ///< MFCOMMENT
+constexpr std::size_t kRecordHeaderBytes = 6;  ///< size in words (32 bit) and type
 
 }  // namespace kelvo::wmf

@@ -15,7 +15,7 @@ struct Player::Row {
 };
 
 // Types of record by the low byte of their number. What is not listed here is unknown.
-const Player::Row Player::Rows[] = {
+const Player::Row Player::kRows[] = {
     {U_WMR_SETBKCOLOR, &Player::SetBkColor, ""},
     {U_WMR_SETBKMODE, &Player::SetBkMode, ""},
     {U_WMR_SETROP2, &Player::SetRop2, ""},
@@ -87,9 +87,9 @@ const Player::Row Player::Rows[] = {
 };
 
 const Player::Row* Player::FindRow(std::uint8_t type) {
-  const auto found = std::find_if(std::begin(Rows), std::end(Rows),
+  const auto found = std::find_if(std::begin(kRows), std::end(kRows),
                                   [type](const Row& r) { return r.type == type; });
-  return found == std::end(Rows) ? nullptr : found;
+  return found == std::end(kRows) ? nullptr : found;
 }
 
 Player::Player(Placement placement, const DeviceFonts& fonts, const WmfLimits& limits)
@@ -124,7 +124,7 @@ void Player::FinishPath() {
 }
 
 std::string_view Player::BytesAt(std::size_t parameter, std::size_t count) const {
-  const std::size_t at = RecordHeaderBytes + 2 * parameter;
+  const std::size_t at = kRecordHeaderBytes + 2 * parameter;
   if (at > record_.size() || count > record_.size() - at) ThrowDamaged();
   return record_.substr(at, count);
 }
@@ -167,7 +167,7 @@ void Player::SetBkColor() { canvas_.State().darkGround = IsDark(ColourAt(0)); }
 
 void Player::SetBkMode() { canvas_.State().opaqueGround = Unsigned(0) == U_OPAQUE; }
 
-void Player::SetRop2() { canvas_.State().penMode = Number(0); }
+void Player::SetRop2() { canvas_.State().penMode = static_cast<PenMode>(Number(0)); }
 
 void Player::SetTextColor() { canvas_.State().darkText = IsDark(ColourAt(0)); }
 
@@ -206,8 +206,8 @@ void Player::SelectTool() {
 void Player::DeleteTool() { tools_.Delete(static_cast<std::uint16_t>(Unsigned(0))); }
 
 void Player::CreatePen() {
-  constexpr unsigned StyleMask = 15;
-  tools_.Create(Pen{(Unsigned(0) & StyleMask) != U_PS_NULL, IsDark(ColourAt(3))});
+  constexpr unsigned kStyleMask = 15;
+  tools_.Create(Pen{(Unsigned(0) & kStyleMask) != U_PS_NULL, IsDark(ColourAt(3))});
 }
 
 void Player::CreateBrush() { tools_.Create(Brush{Unsigned(0) != U_BS_NULL, IsDark(ColourAt(1))}); }
@@ -215,8 +215,8 @@ void Player::CreateBrush() { tools_.Create(Brush{Unsigned(0) != U_BS_NULL, IsDar
 void Player::CreatePatternBrush() { tools_.Create(Brush{true, true}); }
 
 void Player::CreateFont() {
-  constexpr int BoldFrom = 600;
-  tools_.Create(Font{Number(0), Number(1), Number(4) >= BoldFrom, (Unsigned(5) >> 8) != 0});
+  constexpr int kBoldFrom = 600;
+  tools_.Create(Font{Number(0), Number(1), Number(4) >= kBoldFrom, (Unsigned(5) >> 8) != 0});
 }
 
 void Player::CreateOther() { tools_.Create(OtherTool{}); }
@@ -280,8 +280,8 @@ void Player::DrawTextOut() {
 
 void Player::DrawExtTextOut() {
   if (!Foreign()) return;
-  constexpr unsigned HasRectangle = U_ETO_OPAQUE | U_ETO_CLIPPED;
-  const std::size_t textAt = (Unsigned(3) & HasRectangle) != 0 ? 8 : 4;
+  constexpr unsigned kHasRectangle = U_ETO_OPAQUE | U_ETO_CLIPPED;
+  const std::size_t textAt = (Unsigned(3) & kHasRectangle) != 0 ? 8 : 4;
   canvas_.Text(TurnedPointAt(0), BytesAt(textAt, Unsigned(2)));
 }
 
@@ -306,7 +306,7 @@ void Player::SetDibToDevice() {
 // Where the source leaves the picture, or is all of it, the whole picture is taken.
 void Player::DrawDib(Point destination, Point size, Point source, Point sourceSize,
                      std::size_t dibParameter) {
-  const std::size_t headerBytes = RecordHeaderBytes + 2 * dibParameter;
+  const std::size_t headerBytes = kRecordHeaderBytes + 2 * dibParameter;
   const std::string_view dib =
       headerBytes < record_.size() ? record_.substr(headerBytes) : std::string_view();
   std::optional<Picture> picture = ReadDib(dib, builder_.PixelsLeft());
@@ -327,7 +327,7 @@ void Player::DrawDib(Point destination, Point size, Point source, Point sourceSi
 // ---- This program's comments ----
 
 void Player::ReadEscape() {
-  if (Unsigned(0) == CommentEscape) {
+  if (Unsigned(0) == kCommentEscape) {
     ReadComment(BytesAt(2, Unsigned(1)));
   } else {
     SkipRecord();
@@ -336,18 +336,18 @@ void Player::ReadEscape() {
 
 // Comments of other programs say nothing about the picture.
 void Player::ReadComment(std::string_view comment) {
-  if (!comment.starts_with(CommentMark) || comment.size() <= CommentMark.size()) return;
-  const char tag = comment[CommentMark.size()];
-  const std::string_view payload = comment.substr(CommentMark.size() + 1);
-  if (tag == DrawingTag) {
+  if (!comment.starts_with(kCommentMark) || comment.size() <= kCommentMark.size()) return;
+  const char tag = comment[kCommentMark.size()];
+  const std::string_view payload = comment.substr(kCommentMark.size() + 1);
+  if (tag == kDrawingTag) {
     if (!drawn_) ReadMark(payload);
   } else if (Foreign()) {
     return;
-  } else if (tag == GroupTag) {
+  } else if (tag == kGroupTag) {
     builder_.BeginGroup(canvas_.State().penMode);
-  } else if (tag == GroupEndTag) {
+  } else if (tag == kGroupEndTag) {
     builder_.EndGroup();
-  } else if (tag == TextTag) {
+  } else if (tag == kTextTag) {
     ReadOwnText(payload);
   }
 }
@@ -364,7 +364,7 @@ int CommentNumber(std::string_view payload, std::size_t at) {
 }  // namespace
 
 void Player::ReadMark(std::string_view payload) {
-  if (payload.empty() || payload[0] != FormatVersion) {
+  if (payload.empty() || payload[0] != kFormatVersion) {
     throw BadFile("Die Datei stammt von einer neueren Fassung des Programms.");
   }
   canvas_.Place() = Placement{false, 0, 0, 1, CommentNumber(payload, 1)};

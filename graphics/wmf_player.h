@@ -23,7 +23,7 @@ class Player {
 
  private:
   struct Row;
-  static const Row Rows[];
+  static const Row kRows[];
   static const Row* FindRow(std::uint8_t type);
   using Action = void (Player::*)();
 

@@ -44,10 +44,10 @@ Container OpenContainer(std::string_view bytes) {
 // The library's own walk multiplies in 32 bits, which hostile sizes wrap round.
 std::size_t RecordLength(std::string_view records) {
   std::uint32_t words = 0;
-  if (records.size() < wmf::RecordHeaderBytes) wmf::ThrowDamaged();
+  if (records.size() < wmf::kRecordHeaderBytes) wmf::ThrowDamaged();
   std::memcpy(&words, records.data(), sizeof words);
   const std::size_t length = std::size_t{2} * words;
-  if (length < wmf::RecordHeaderBytes || length > records.size()) wmf::ThrowDamaged();
+  if (length < wmf::kRecordHeaderBytes || length > records.size()) wmf::ThrowDamaged();
   return length;
 }
 

@@ -63,8 +63,8 @@ class WmfWriter {
 
   std::string Header() const {
     U_PAIRF size{static_cast<float>(width_), static_cast<float>(height_)};
-    constexpr unsigned UnitsPerInch = 1;  // so that `size` above is in units
-    char* made = U_WMRHEADER_set(&size, UnitsPerInch);
+    constexpr unsigned kUnitsPerInch = 1;  // so that `size` above is in units
+    char* made = U_WMRHEADER_set(&size, kUnitsPerInch);
     if (made == nullptr) throw CannotWrite("Zu wenig Speicher für die Datei.");
     std::string header(made, U_SIZE_WMRPLACEABLE + U_SIZE_WMRHEADER);
     std::free(made);
@@ -91,16 +91,16 @@ class WmfWriter {
   }
 
   void WriteSetup() {
-    std::string mark(1, wmf::FormatVersion);
+    std::string mark(1, wmf::kFormatVersion);
     AppendNumber(mark, height_);
-    WriteComment(wmf::DrawingTag, mark);
+    WriteComment(wmf::kDrawingTag, mark);
     Append(U_WMRSETMAPMODE_set(U_MM_ANISOTROPIC));
     Append(U_WMRSETWINDOWORG_set({0, 0}));
     Append(U_WMRSETWINDOWEXT_set({Word(width_), Word(height_)}));
     Append(U_WMRSETBKMODE_set(U_TRANSPARENT));
     Append(U_WMRSETPOLYFILLMODE_set(U_ALTERNATE));
     Append(U_WMRSETTEXTALIGN_set(U_TA_LEFT | U_TA_TOP));
-    Append(U_WMRSETROP2_set(PenDraw));
+    WritePenMode(penMode_);
     const U_COLORREF black{0, 0, 0, 0};
     const U_COLORREF white{255, 255, 255, 0};
     Append(U_WMRCREATEPENINDIRECT_set(U_PEN_set(U_PS_SOLID, 1, black)));
@@ -114,23 +114,22 @@ class WmfWriter {
 
   void WriteLevel(const std::vector<DrawingObject>& objects) {
     for (const DrawingObject& object : objects) {
-      WritePenMode(object.penMode);
+      if (object.penMode != penMode_) WritePenMode(object.penMode);
       WriteObject(object);
     }
   }
 
-  void WritePenMode(int penMode) {
-    if (penMode == penMode_) return;
+  void WritePenMode(PenMode penMode) {
     penMode_ = penMode;
-    Append(U_WMRSETROP2_set(static_cast<std::uint16_t>(Word(penMode))));
+    Append(U_WMRSETROP2_set(static_cast<std::uint16_t>(Word(static_cast<int>(penMode)))));
   }
 
   void WriteObject(const DrawingObject& object) {
     switch (object.kind) {
       case Kind::Group:
-        WriteComment(wmf::GroupTag, {});
+        WriteComment(wmf::kGroupTag, {});
         WriteLevel(object.members);
-        WriteComment(wmf::GroupEndTag, {});
+        WriteComment(wmf::kGroupEndTag, {});
         break;
       case Kind::Line:
       case Kind::Polyline:
@@ -170,7 +169,7 @@ class WmfWriter {
 
   // A picture without pixels becomes a white one.
   void WritePicture(const DrawingObject& object) {
-    const Picture& picture = object.picture.Width() > 0 ? object.picture : Picture(1, 1, {White});
+    const Picture& picture = object.picture.Width() > 0 ? object.picture : Picture(1, 1, {kWhite});
     U_BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = picture.Width();
@@ -193,31 +192,31 @@ class WmfWriter {
       AppendNumber(comment, corner.x);
       AppendNumber(comment, height_ - 1 - corner.y);
     }
-    AppendNumber(comment, static_cast<int>(Word(static_cast<std::int64_t>(object.text.size()))));
-    WriteComment(wmf::TextTag, comment + object.text);
-    const std::string_view shown = ShownText(object.text);
-    if (shown.empty()) return;
+    const std::string stored = MakePrefixedText(object);
+    AppendNumber(comment, static_cast<int>(Word(static_cast<std::int64_t>(stored.size()))));
+    WriteComment(wmf::kTextTag, comment + stored);
+    if (!object.style || object.text.empty()) return;
 
-    const TextAttributes attributes = AttributesOf(object.text);
-    const bool blackLetters = attributes.inverse == (object.penMode == PenErase);
-    WriteFont(object, attributes, shown.size());
+    const TextAttributes& style = *object.style;
+    const bool blackLetters = style.inverse == (object.penMode == PenMode::Erase);
+    WriteFont(object, style);
     Append(U_WMRSETTEXTCOLOR_set(ColourOf(blackLetters)));
     Append(U_WMRSETBKCOLOR_set(ColourOf(!blackLetters)));
-    Append(U_WMRSETBKMODE_set(attributes.inverse ? U_OPAQUE : U_TRANSPARENT));
+    Append(U_WMRSETBKMODE_set(style.inverse ? U_OPAQUE : U_TRANSPARENT));
     Append(U_WMREXTTEXTOUT_set(FilePoint({object.corner2.x, object.corner1.y}),
-                               Word(static_cast<std::int64_t>(shown.size())), 0, shown.data(),
-                               nullptr, U_RECT16{}));
+                               Word(static_cast<std::int64_t>(object.text.size())), 0,
+                               object.text.data(), nullptr, U_RECT16{}));
     Append(U_WMRDELETEOBJECT_set(Font));
   }
 
-  void WriteFont(const DrawingObject& object, const TextAttributes& attributes,
-                 std::size_t letters) {
+  void WriteFont(const DrawingObject& object, const TextAttributes& style) {
     const Box box = BoundsOf(object);
+    const auto letters = static_cast<std::int64_t>(object.text.size());
     char face[] = "Courier New";
-    U_FONT* font = U_FONT_set(
-        Word(box.Height()), Word(box.Width() / static_cast<std::int64_t>(letters)), 0, 0,
-        attributes.bold || DeviceFonts::IsBold(attributes.font) ? U_FW_BOLD : U_FW_NORMAL, 0,
-        attributes.underline ? 1 : 0, 0, U_ANSI_CHARSET, 0, 0, 0, U_FIXED_PITCH, face);
+    U_FONT* font =
+        U_FONT_set(Word(box.Height()), Word(box.Width() / letters), 0, 0,
+                   style.bold || DeviceFonts::IsBold(style.font) ? U_FW_BOLD : U_FW_NORMAL, 0,
+                   style.underline ? 1 : 0, 0, U_ANSI_CHARSET, 0, 0, 0, U_FIXED_PITCH, face);
     Append(U_WMRCREATEFONTINDIRECT_set(font));
     std::free(font);
     Append(U_WMRSELECTOBJECT_set(Font));
@@ -228,7 +227,7 @@ class WmfWriter {
   }
 
   void SelectTools(const DrawingObject& object) {
-    const bool erase = object.penMode == PenErase;
+    const bool erase = object.penMode == PenMode::Erase;
     Select(pen_, erase ? WhitePen : BlackPen);
     Select(brush_, !object.filled ? NoBrush : erase ? WhiteBrush : BlackBrush);
   }
@@ -240,10 +239,10 @@ class WmfWriter {
   }
 
   void WriteComment(char tag, const std::string& payload) {
-    std::string data = std::string(wmf::CommentMark) + tag + payload;
+    std::string data = std::string(wmf::kCommentMark) + tag + payload;
     if (data.size() % 2 != 0) data += '\0';  // the library drops the last byte of odd lengths
     const auto length = static_cast<std::uint16_t>(Word(static_cast<std::int64_t>(data.size())));
-    Append(U_WMRESCAPE_set(wmf::CommentEscape, length, data.data()));
+    Append(U_WMRESCAPE_set(wmf::kCommentEscape, length, data.data()));
   }
 
   static void AppendNumber(std::string& bytes, int number) {
@@ -273,7 +272,7 @@ class WmfWriter {
 
   int width_;
   int height_;
-  int penMode_ = PenDraw;
+  PenMode penMode_ = PenMode::Draw;
   Handle pen_ = BlackPen;
   Handle brush_ = NoBrush;
   std::string records_;

@@ -8,14 +8,14 @@
 namespace kelvo {
 namespace {
 
-constexpr int margin = 12;  // around a page, pixels
+constexpr int kMargin = 12;  // around a page, pixels
 
 }  // namespace
 
 HelpBrowser::HelpBrowser(const HelpFile& file, QWidget* parent)
     : QTextBrowser(parent), file_(file) {
   setOpenExternalLinks(false);
-  document()->setDocumentMargin(margin);
+  document()->setDocumentMargin(kMargin);
   refit_.setSingleShot(true);
   connect(&refit_, &QTimer::timeout, this, [this] {
     const int place = verticalScrollBar()->value();
@@ -40,7 +40,7 @@ QVariant HelpBrowser::Fitted(const QByteArray& bytes) {
 
 // Without the scroll bar, whether it is there yet or not.
 int HelpBrowser::Room() const {
-  const int edges = 2 * (margin + frameWidth());
+  const int edges = 2 * (kMargin + frameWidth());
   return std::max(width() - verticalScrollBar()->sizeHint().width() - edges, 100);
 }
 

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-constexpr char builtInName[] = "kelvo.hlp";
+constexpr char kBuiltInName[] = "kelvo.hlp";
 
 }  // namespace
 
@@ -19,7 +19,7 @@ HelpDesk::HelpDesk(Operator& person, std::string programFolder,
     : person_(person),
       programFolder_(std::move(programFolder)),
       shownChapter_(std::move(shownChapter)),
-      file_(builtInName) {
+      file_(kBuiltInName) {
   qApp->installEventFilter(this);
 }
 

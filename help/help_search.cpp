@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int mostResults = 100;
+constexpr int kMostResults = 100;
 
 QStringList Words(const QString& text) { return text.split(u' ', Qt::SkipEmptyParts); }
 
@@ -79,7 +79,7 @@ void HelpSearch::Search() {
 
 void HelpSearch::ShowResults(int count) {
   ctlTreffer->clear();
-  for (const QHelpSearchResult& result : engine_.searchResults(0, std::min(count, mostResults))) {
+  for (const QHelpSearchResult& result : engine_.searchResults(0, std::min(count, kMostResults))) {
     auto* item = new QListWidgetItem(result.title(), ctlTreffer);
     item->setData(Qt::UserRole, result.url());
   }

@@ -186,14 +186,14 @@ void InterfacePage::Refresh() {
 }
 
 void InterfacePage::ShowNoPort() {
-  cboCom[ComPortNr]->setCurrentIndex(NoPortPosition);
+  cboCom[ComPortNr]->setCurrentIndex(kNoPortPosition);
   DescribePort();
   Q_EMIT PortChanged();
 }
 
 void InterfacePage::DescribePort() {
   const int position = cboCom[ComPortNr]->currentIndex();
-  const bool real = position >= 0 && position != NoPortPosition && services_.describePort;
+  const bool real = position >= 0 && position != kNoPortPosition && services_.describePort;
   lblAnschluss->setText(real ? Text(services_.describePort(position + 1)) : QString());
 }
 
@@ -227,7 +227,7 @@ void InterfacePage::cboCom_Click(ComList list) {
   Guarded(services_.person, "cboCom", [&] { StoreChoice(list); });
   if (list != ComPortNr) return;
   DescribePort();
-  if (cboCom[ComPortNr]->currentIndex() == NoPortPosition) {
+  if (cboCom[ComPortNr]->currentIndex() == kNoPortPosition) {
     services_.com1.Close();
     Q_EMIT PortChanged();
   } else {
@@ -283,7 +283,7 @@ bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
 
 void InterfacePage::cmdSetCom1_Click() {
   const int position = cboCom[ComPortNr]->currentIndex();
-  if (position < 0 || position == NoPortPosition) {
+  if (position < 0 || position == kNoPortPosition) {
     return services_.person.Message("zuerst Anschluß wählen");
   }
   if (!AllChosen(ComBaud1, ComPuffer1)) return;

@@ -3,17 +3,17 @@
 namespace kelvo {
 namespace {
 
-constexpr ListEntry bauds[] = {{"1200", 1200}, {"2400", 2400},   {"4800", 4800},
-                               {"9600", 9600}, {"14400", 14400}, {"19200", 19200}};
-constexpr ListEntry parities[] = {{"None", 0}, {"Space", 1}, {"Odd", 2}, {"Even", 3}};
-constexpr ListEntry dataBits[] = {{"7", 7}, {"8", 8}};
-constexpr ListEntry stopBits[] = {{"1", 1}, {"2", 2}};
-constexpr ListEntry handshakes[] = {{"XOn / XOff", 0}, {"RTS / CTS", 1}};
-constexpr ListEntry buffers[] = {
+constexpr ListEntry kBauds[] = {{"1200", 1200}, {"2400", 2400},   {"4800", 4800},
+                                {"9600", 9600}, {"14400", 14400}, {"19200", 19200}};
+constexpr ListEntry kParities[] = {{"None", 0}, {"Space", 1}, {"Odd", 2}, {"Even", 3}};
+constexpr ListEntry kDataBits[] = {{"7", 7}, {"8", 8}};
+constexpr ListEntry kStopBits[] = {{"1", 1}, {"2", 2}};
+constexpr ListEntry kHandshakes[] = {{"XOn / XOff", 0}, {"RTS / CTS", 1}};
+constexpr ListEntry kBuffers[] = {
     {"1 k", 1024}, {"2 k", 2048}, {"4 k", 4096}, {"8 k", 8192}, {"16 k", 16384}};
-constexpr ListEntry receiveModes[] = {{"aus", 0}, {"empfangen", 1}, {"empf. & Puffer löschen", 2}};
-constexpr ListEntry ports[] = {{"Com 1", 1}, {"Com 2", 2}, {"Com 3", 3},  {"Com 4", 4},
-                               {"Com 5", 5}, {"Com 6", 6}, {"(keine)", 7}};
+constexpr ListEntry kReceiveModes[] = {{"aus", 0}, {"empfangen", 1}, {"empf. & Puffer löschen", 2}};
+constexpr ListEntry kPorts[] = {{"Com 1", 1}, {"Com 2", 2}, {"Com 3", 3},  {"Com 4", 4},
+                                {"Com 5", 5}, {"Com 6", 6}, {"(keine)", 7}};
 
 struct ListDescription {
   std::string_view field;
@@ -21,25 +21,25 @@ struct ListDescription {
 };
 
 // The odd spelling of "Stopbit2" is the database's.
-constexpr ListDescription lists[ComListCount] = {
-    {"Baud1", bauds},          {"Parity1", parities},  {"Bits1", dataBits},
-    {"StopBit1", stopBits},    {"Shake1", handshakes}, {"Puffer1", buffers},
-    {"Baud2", bauds},          {"Parity2", parities},  {"Bits2", dataBits},
-    {"Stopbit2", stopBits},    {"Shake2", handshakes}, {"Puffer2", buffers},
-    {"RecCom2", receiveModes}, {"ComNr", ports}};
+constexpr ListDescription kLists[ComListCount] = {
+    {"Baud1", kBauds},          {"Parity1", kParities},  {"Bits1", kDataBits},
+    {"StopBit1", kStopBits},    {"Shake1", kHandshakes}, {"Puffer1", kBuffers},
+    {"Baud2", kBauds},          {"Parity2", kParities},  {"Bits2", kDataBits},
+    {"Stopbit2", kStopBits},    {"Shake2", kHandshakes}, {"Puffer2", kBuffers},
+    {"RecCom2", kReceiveModes}, {"ComNr", kPorts}};
 
-constexpr std::pair<ComList, std::string_view> defaults1[] = {
+constexpr std::pair<ComList, std::string_view> kDefaults1[] = {
     {ComBaud1, "19200"}, {ComParity1, "None"},      {ComBits1, "8"},
     {ComStopBit1, "1"},  {ComShake1, "XOn / XOff"}, {ComPuffer1, "16 k"}};
-constexpr std::pair<ComList, std::string_view> defaults2[] = {
+constexpr std::pair<ComList, std::string_view> kDefaults2[] = {
     {ComBaud2, "9600"},        {ComParity2, "None"}, {ComBits2, "8"},    {ComStopbit2, "1"},
     {ComShake2, "XOn / XOff"}, {ComPuffer2, "16 k"}, {ComRecCom2, "aus"}};
 
 }  // namespace
 
-std::span<const ListEntry> ComEntries(ComList list) { return lists[list].entries; }
+std::span<const ListEntry> ComEntries(ComList list) { return kLists[list].entries; }
 
-std::string_view ComField(ComList list) { return lists[list].field; }
+std::string_view ComField(ComList list) { return kLists[list].field; }
 
 int ComPosition(ComList list, std::string_view text) {
   const auto entries = ComEntries(list);
@@ -49,8 +49,8 @@ int ComPosition(ComList list, std::string_view text) {
   return -1;
 }
 
-ComDefaults DefaultsCom1() { return defaults1; }
-ComDefaults DefaultsCom2() { return defaults2; }
+ComDefaults DefaultsCom1() { return kDefaults1; }
+ComDefaults DefaultsCom2() { return kDefaults2; }
 
 InterfaceNumbers InterfaceNumbersFrom(const ComNumbers& numbers, ComList first) {
   return {numbers[first], numbers[first + 1u], numbers[first + 2u], numbers[first + 3u],

@@ -45,7 +45,7 @@ std::string_view ComField(ComList list);
 /// Position of a text in a list, -1 if it is none of its entries.
 int ComPosition(ComList list, std::string_view text);
 /// Position of "(keine)" in the port list; the port number of an entry is its position + 1.
-inline constexpr int NoPortPosition = 6;
+inline constexpr int kNoPortPosition = 6;
 
 /// List positions of the two "Standard - Werte" buttons. The receive mode belongs to the second.
 using ComDefaults = std::span<const std::pair<ComList, std::string_view>>;

@@ -23,7 +23,7 @@ namespace {
 enum InnerPage { TestPage, LearnPage };
 
 // A test of the keyboard needs no more than this.
-constexpr std::size_t klartextKept = 2000;
+constexpr std::size_t kKlartextKept = 2000;
 
 }  // namespace
 
@@ -200,7 +200,7 @@ void AtPage::cmdATTab_Click(int page) {
 
 void AtPage::Received(const std::string& characters) {
   klartext_ += characters;
-  if (klartext_.size() > klartextKept) klartext_.erase(0, klartext_.size() - klartextKept);
+  if (klartext_.size() > kKlartextKept) klartext_.erase(0, klartext_.size() - kKlartextKept);
   lblATKlartext->setPlainText(GlyphText(klartext_));
   lblATKlartext->moveCursor(QTextCursor::End);
   // Decimal, although the field is called "Hex-Code"; it has always been so.

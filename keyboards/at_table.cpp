@@ -9,7 +9,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int lastCode = 255;
+constexpr int kLastCode = 255;
 
 // Two characters at most are read of each code.
 int CodeOf(std::string_view field) { return RoundToEven(HexField(field.substr(0, 2))); }
@@ -67,7 +67,7 @@ AtPairs ReadAtTable(std::string_view command) {
   AtPairs pairs;
   if (fields.size() < 2) return pairs;
   int code = CodeOf(fields[1]);
-  for (std::size_t field = 2; field < fields.size() && code <= lastCode; ++field, ++code) {
+  for (std::size_t field = 2; field < fields.size() && code <= kLastCode; ++field, ++code) {
     const int newCode = CodeOf(fields[field]);
     if (newCode != code) pairs.push_back({code, newCode});
   }

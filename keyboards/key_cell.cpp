@@ -7,9 +7,9 @@ namespace kelvo {
 namespace {
 
 // Numbers 9 and 15 of the 16-colour palette.
-constexpr QRgb lightBlue = qRgb(0, 0, 255);
-constexpr QRgb white = qRgb(255, 255, 255);
-constexpr QRgb black = qRgb(0, 0, 0);
+constexpr QRgb kLightBlue = qRgb(0, 0, 255);
+constexpr QRgb kWhite = qRgb(255, 255, 255);
+constexpr QRgb kBlack = qRgb(0, 0, 0);
 
 }  // namespace
 
@@ -24,8 +24,8 @@ void KeyCell::Paint(KeyColour colour) {
   colour_ = colour;
   const bool pressed = colour == KeyColour::LightBlue;
   QPalette colours = palette();
-  colours.setColor(QPalette::Base, QColor(pressed ? lightBlue : white));
-  colours.setColor(QPalette::Text, QColor(pressed ? white : black));
+  colours.setColor(QPalette::Base, QColor(pressed ? kLightBlue : kWhite));
+  colours.setColor(QPalette::Text, QColor(pressed ? kWhite : kBlack));
   setPalette(colours);
 }
 

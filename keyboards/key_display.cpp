@@ -6,7 +6,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int keyCount = 64;
+constexpr int kKeyCount = 64;
 
 std::string PositionText(unsigned char code) {
   std::array<char, 8> text{};
@@ -41,7 +41,7 @@ void KeyDisplay::ShowPosition(unsigned char code) {
 }
 
 void KeyDisplay::ShowCharacter(std::string_view received) {
-  for (int index = 0; index < keyCount; ++index) {
+  for (int index = 0; index < kKeyCount; ++index) {
     if (grid_.KeyText(index) != received) continue;
     KeyHighlightIndex = index;
     break;

@@ -19,7 +19,7 @@ namespace kelvo {
 namespace {
 
 // As many as the label has room for, so that the newest are seen.
-constexpr std::size_t klartextKept = 24;
+constexpr std::size_t kKlartextKept = 24;
 
 QString RefusalText(CellRefusal refusal) {
   switch (refusal) {
@@ -36,9 +36,9 @@ QString RefusalText(CellRefusal refusal) {
   return {};
 }
 
-WiredLines Ticked(const std::array<QCheckBox*, MatrixLines>& boxes) {
+WiredLines Ticked(const std::array<QCheckBox*, kMatrixLines>& boxes) {
   WiredLines lines{};
-  for (std::size_t line = 0; line < MatrixLines; ++line) lines[line] = boxes[line]->isChecked();
+  for (std::size_t line = 0; line < kMatrixLines; ++line) lines[line] = boxes[line]->isChecked();
   return lines;
 }
 
@@ -56,7 +56,7 @@ QString FormText(const std::string& cell) {
 
 MatrixPage::Edit MatrixPage::OnScreen() const {
   Edit edit{{Ticked(chkTastZeile), Ticked(chkTastSpalte), {}}, txtTastTabNr->Wire()};
-  for (std::size_t key = 0; key < MatrixKeys; ++key) {
+  for (std::size_t key = 0; key < kMatrixKeys; ++key) {
     edit.table.cells[key] = txtTastMatrix[key]->Wire();
   }
   return edit;
@@ -64,11 +64,11 @@ MatrixPage::Edit MatrixPage::OnScreen() const {
 
 void MatrixPage::Show(const Edit& edit) {
   txtTastTabNr->SetWire(edit.number);
-  for (std::size_t line = 0; line < MatrixLines; ++line) {
+  for (std::size_t line = 0; line < kMatrixLines; ++line) {
     chkTastZeile[line]->setChecked(edit.table.rows[line]);
     chkTastSpalte[line]->setChecked(edit.table.columns[line]);
   }
-  for (std::size_t key = 0; key < MatrixKeys; ++key) {
+  for (std::size_t key = 0; key < kMatrixKeys; ++key) {
     txtTastMatrix[key]->SetWire(edit.table.cells[key]);
   }
 }
@@ -118,7 +118,7 @@ void MatrixPage::ShowCell(int row, int column) {
 // ticked has left its code in a hidden one.
 void MatrixPage::chkTastZeile_Click(int row) {
   const bool wired = chkTastZeile[static_cast<std::size_t>(row)]->isChecked();
-  for (int column = 0; column < MatrixLines; ++column) {
+  for (int column = 0; column < kMatrixLines; ++column) {
     ShowCell(row, column);
     if (!wired) Cell(KeyIndex(row, column))->clear();
   }
@@ -128,7 +128,7 @@ void MatrixPage::chkTastZeile_Click(int row) {
 
 void MatrixPage::chkTastSpalte_Click(int column) {
   const bool wired = chkTastSpalte[static_cast<std::size_t>(column)]->isChecked();
-  for (int row = 0; row < MatrixLines; ++row) {
+  for (int row = 0; row < kMatrixLines; ++row) {
     ShowCell(row, column);
     if (!wired) Cell(KeyIndex(row, column))->clear();
   }
@@ -171,8 +171,8 @@ void MatrixPage::ShowMeaning(int index) {
 
 // To the next box in that direction which is there.
 void MatrixPage::MoveFocus(int index, int rows) {
-  const int column = index / MatrixLines;
-  for (int row = index % MatrixLines + rows; row >= 0 && row < MatrixLines; row += rows) {
+  const int column = index / kMatrixLines;
+  for (int row = index % kMatrixLines + rows; row >= 0 && row < kMatrixLines; row += rows) {
     KeyCell* const cell = Cell(KeyIndex(row, column));
     if (!cell->isVisible()) continue;
     cell->setFocus(Qt::TabFocusReason);
@@ -193,7 +193,7 @@ void MatrixPage::SetKeyText(int index, const std::string& text) { Cell(index)->S
 void MatrixPage::PaintKey(int index, KeyColour colour) { Cell(index)->Paint(colour); }
 
 void MatrixPage::SetKlartext(const std::string& text) {
-  klartext_ = text.substr(text.size() - std::min(text.size(), klartextKept));
+  klartext_ = text.substr(text.size() - std::min(text.size(), kKlartextKept));
   lblTastKlartext->setText(GlyphText(klartext_));
 }
 

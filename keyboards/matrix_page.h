@@ -115,9 +115,9 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   std::int16_t MatrixInputMask = 0;
 
   QComboBox* cboTastTabBez;
-  std::array<QCheckBox*, MatrixLines> chkTastZeile{};
-  std::array<QCheckBox*, MatrixLines> chkTastSpalte{};
-  std::array<KeyCell*, MatrixKeys> txtTastMatrix{};
+  std::array<QCheckBox*, kMatrixLines> chkTastZeile{};
+  std::array<QCheckBox*, kMatrixLines> chkTastSpalte{};
+  std::array<KeyCell*, kMatrixKeys> txtTastMatrix{};
   QLabel* lblTastHinweis;
   QLabel* lblTastKlartext;
   WireField* txtTastTabNr;

@@ -54,7 +54,7 @@ QWidget* MatrixPage::MakeGrid() {
   auto* grid = new QGridLayout;
   grid->setSpacing(fontMetrics().averageCharWidth() / 2);
   MakeColumnHeads(*grid);
-  for (int row = 0; row < MatrixLines; ++row) MakeRow(*grid, row);
+  for (int row = 0; row < kMatrixLines; ++row) MakeRow(*grid, row);
   lblTastHinweis =
       Named(new QLabel(tr("Die Zeilen und Spalten ankreuzen, an denen Tasten liegen.")),
             "lblTastHinweis");
@@ -68,7 +68,7 @@ QWidget* MatrixPage::MakeGrid() {
 }
 
 void MatrixPage::MakeColumnHeads(QGridLayout& grid) {
-  for (int column = 0; column < MatrixLines; ++column) {
+  for (int column = 0; column < kMatrixLines; ++column) {
     auto* box = Named(new QCheckBox(tr("P1.%1").arg(column)), ArrayName("chkTastSpalte", column));
     box->setToolTip(tr("Spalte %1 an Eingang %1 von Port P1").arg(column));
     box->setAccessibleName(tr("Spalte %1").arg(column));
@@ -79,14 +79,14 @@ void MatrixPage::MakeColumnHeads(QGridLayout& grid) {
 }
 
 void MatrixPage::MakeRow(QGridLayout& grid, int row) {
-  const int line = MatrixLines - 1 - row;
+  const int line = kMatrixLines - 1 - row;
   auto* box = Named(new QCheckBox(tr("P0.%1").arg(line)), ArrayName("chkTastZeile", row));
   box->setToolTip(tr("Zeile %1 an Ausgang %2 von Port P0").arg(row).arg(line));
   box->setAccessibleName(tr("Zeile %1").arg(row));
   chkTastZeile[static_cast<std::size_t>(row)] = box;
   grid.addWidget(box, row + 1, 0);
   connect(box, &QCheckBox::toggled, this, [this, row] { chkTastZeile_Click(row); });
-  for (int column = 0; column < MatrixLines; ++column) {
+  for (int column = 0; column < kMatrixLines; ++column) {
     const int index = KeyIndex(row, column);
     auto* cell = Named(new KeyCell, ArrayName("txtTastMatrix", index));
     QSizePolicy policy = cell->sizePolicy();
@@ -144,7 +144,7 @@ void MatrixPage::ConnectControls() {
   connect(cboTastTabBez, &QComboBox::activated, this, [this] {
     Guarded(services_.person, "cboTastTabBez", [this] { cboTastTabBez_Click(); });
   });
-  for (int index = 0; index < MatrixKeys; ++index) {
+  for (int index = 0; index < kMatrixKeys; ++index) {
     KeyCell* const cell = Cell(index);
     connect(cell, &KeyCell::Left, this, [this, index] { txtTastMatrix_LostFocus(index); });
     connect(cell, &KeyCell::RowWanted, this, [this, index](int rows) { MoveFocus(index, rows); });

@@ -9,20 +9,20 @@
 namespace kelvo {
 namespace {
 
-constexpr int startOfKeys = 128;
-constexpr std::size_t longestCell = 4;
+constexpr int kStartOfKeys = 128;
+constexpr std::size_t kLongestCell = 4;
 
 bool Wired(const WiredLines& lines, int line) { return lines[static_cast<std::size_t>(line)]; }
 
 // Neither scan looks at the line it stops at: without any line in their reach they give 7 and 0.
 int FirstRow(const WiredLines& rows) {
   int row = 0;
-  while (row < MatrixLines - 1 && !Wired(rows, row)) ++row;
+  while (row < kMatrixLines - 1 && !Wired(rows, row)) ++row;
   return row;
 }
 
 int LastRow(const WiredLines& rows) {
-  int row = MatrixLines - 1;
+  int row = kMatrixLines - 1;
   while (row > 0 && !Wired(rows, row)) --row;
   return row;
 }
@@ -30,7 +30,7 @@ int LastRow(const WiredLines& rows) {
 template <typename BitOf>
 std::int16_t Mask(const WiredLines& lines, BitOf bitOf) {
   int mask = 0;
-  for (int line = 0; line < MatrixLines; ++line) {
+  for (int line = 0; line < kMatrixLines; ++line) {
     if (Wired(lines, line)) mask |= 1 << bitOf(line);
   }
   return static_cast<std::int16_t>(mask);
@@ -39,7 +39,7 @@ std::int16_t Mask(const WiredLines& lines, BitOf bitOf) {
 template <typename LineOf>
 WiredLines LinesOf(double mask, LineOf lineOf) {
   WiredLines lines{};
-  for (int bit = MatrixLines - 1; bit >= 0; --bit) {
+  for (int bit = kMatrixLines - 1; bit >= 0; --bit) {
     const bool set = mask / (1 << bit) >= 1;
     lines[static_cast<std::size_t>(lineOf(bit))] = set;
     if (set) mask -= 1 << bit;
@@ -48,7 +48,7 @@ WiredLines LinesOf(double mask, LineOf lineOf) {
 }
 
 // Row 0 is wired to the highest line of its port; a column has the number of its line.
-int Reversed(int line) { return MatrixLines - 1 - line; }
+int Reversed(int line) { return kMatrixLines - 1 - line; }
 int Same(int line) { return line; }
 
 // A whole text that reads as one decimal number.
@@ -111,8 +111,8 @@ std::string CellText(double code) {
 
 CheckedCell CheckCell(std::string_view text) {
   if (text.size() <= 1) return {CellRefusal::None, std::string(text)};
-  if (text.size() <= longestCell && text.front() == '#') return CheckDecimal(text);
-  if (text.size() <= longestCell && text.front() == '&') return CheckHex(text);
+  if (text.size() <= kLongestCell && text.front() == '#') return CheckDecimal(text);
+  if (text.size() <= kLongestCell && text.front() == '&') return CheckHex(text);
   return {CellRefusal::UnknownForm, {}};
 }
 
@@ -121,22 +121,22 @@ Command CreateTastTab(double number, const MatrixTable& table) {
   const int last = LastRow(table.rows);
   std::string codes;
   for (int row = first; row <= last; ++row) {
-    for (int column = 0; column < MatrixLines; ++column) {
+    for (int column = 0; column < kMatrixLines; ++column) {
       const auto key = static_cast<std::size_t>(KeyIndex(row, column));
       codes += "," + CellCode(table.cells[key]);
     }
   }
-  return WriteKeyTable(NumberText(number), HexCode(first * MatrixLines + startOfKeys), codes);
+  return WriteKeyTable(NumberText(number), HexCode(first * kMatrixLines + kStartOfKeys), codes);
 }
 
-std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
-                                                    const WiredLines& rows) {
-  std::array<std::string, MatrixKeys> cells;
+std::array<std::string, kMatrixKeys> ReadMatrixTable(std::string_view command,
+                                                     const WiredLines& rows) {
+  std::array<std::string, kMatrixKeys> cells;
   const auto fields = TableFields(command);
   std::size_t field = 2;
   const int last = LastRow(rows);
   for (int row = FirstRow(rows); row <= last; ++row) {
-    for (int column = 0; column < MatrixLines && field < fields.size(); ++column) {
+    for (int column = 0; column < kMatrixLines && field < fields.size(); ++column) {
       const auto key = static_cast<std::size_t>(KeyIndex(row, column));
       cells[key] = CellText(HexField(fields[field++]));
     }
@@ -145,7 +145,7 @@ std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
 }
 
 std::string CreateMatrixMode(const WiredLines& rows, const WiredLines& columns) {
-  int lastColumn = MatrixLines - 1;
+  int lastColumn = kMatrixLines - 1;
   // This scan has no other end than a wired column.
   while (lastColumn >= 0 && !Wired(columns, lastColumn)) --lastColumn;
   if (lastColumn < 0) throw std::runtime_error("Es ist keine Spalte angekreuzt");

@@ -13,14 +13,14 @@
 
 namespace kelvo {
 
-inline constexpr int MatrixLines = 8;
-inline constexpr int MatrixKeys = MatrixLines * MatrixLines;
+inline constexpr int kMatrixLines = 8;
+inline constexpr int kMatrixKeys = kMatrixLines * kMatrixLines;
 
 /// The key at the crossing of a row and a column (0..7 each).
-constexpr int KeyIndex(int row, int column) { return MatrixLines * column + row; }
+constexpr int KeyIndex(int row, int column) { return kMatrixLines * column + row; }
 
 /// The wired lines, by row or column.
-using WiredLines = std::array<bool, MatrixLines>;
+using WiredLines = std::array<bool, kMatrixLines>;
 
 /// The grid of the page. A cell is the wire text of its box:
 ///
@@ -32,7 +32,7 @@ using WiredLines = std::array<bool, MatrixLines>;
 struct MatrixTable {
   WiredLines rows{};
   WiredLines columns{};
-  std::array<std::string, MatrixKeys> cells;
+  std::array<std::string, kMatrixKeys> cells;
   bool operator==(const MatrixTable&) const = default;
 };
 
@@ -64,8 +64,8 @@ Command CreateTastTab(double number, const MatrixTable& table);
 
 /// The cells of a stored command, for the rows from the first to the last wired one. Missing codes
 /// leave their cells empty; a text that is no code counts as 0.
-std::array<std::string, MatrixKeys> ReadMatrixTable(std::string_view command,
-                                                    const WiredLines& rows);
+std::array<std::string, kMatrixKeys> ReadMatrixTable(std::string_view command,
+                                                     const WiredLines& rows);
 
 /// Matrix size, configuration and "scanning on" in one text:
 ///   ESC "MS" columns "," rows ";" ESC "MC" "2,10,35," inputs "," outputs ",5;" ESC "ME"

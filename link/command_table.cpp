@@ -148,7 +148,7 @@ static_assert(InOrder(), "a command is found by its name's position");
 // latest.
 std::size_t CommandEnd(std::string_view wire, std::size_t from, const CommandRow* row) {
   const bool toEtx = row != nullptr && row->ending == Ending::Etx;
-  const std::size_t end = wire.find(toEtx ? Etx : Esc, from);
+  const std::size_t end = wire.find(toEtx ? kEtx : kEsc, from);
   return end == std::string_view::npos ? wire.size() : end;
 }
 
@@ -156,7 +156,7 @@ std::size_t CommandEnd(std::string_view wire, std::size_t from, const CommandRow
 // false.
 template <typename Visit>
 void WalkCommands(std::string_view wire, Visit visit) {
-  for (std::size_t at = wire.find(Esc); at != std::string_view::npos; at = wire.find(Esc, at)) {
+  for (std::size_t at = wire.find(kEsc); at != std::string_view::npos; at = wire.find(kEsc, at)) {
     const CommandRow* row = FindCommand(wire.substr(at + 1));
     if (!visit(row)) return;
     at = CommandEnd(wire, at + 1, row);

@@ -15,11 +15,11 @@ std::string Blank(int number) { return " " + Digits(number); }
 std::string_view End(Ending ending) {
   switch (ending) {
     case Ending::Semicolon:
-      return EndMark;
+      return kEndMark;
     case Ending::Etx:
-      return {&Etx, 1};
+      return {&kEtx, 1};
     case Ending::Eot:
-      return {&Eot, 1};
+      return {&kEot, 1};
     case Ending::AtOnce:
     case Ending::Open:
       break;
@@ -92,7 +92,7 @@ Command DeleteMakro(std::string_view number) { return Command(Name::DeleteMakro,
 Command RunMakro(int number) { return Command(Name::RunMakro, {Digits(number)}); }
 Command WriteBitmap(int number, std::string_view bitmap) {
   // Its own end comes with the bitmap.
-  if (bitmap.ends_with(EndMark)) bitmap.remove_suffix(EndMark.size());
+  if (bitmap.ends_with(kEndMark)) bitmap.remove_suffix(kEndMark.size());
   return Command(Name::WriteBitmap, {Digits(number), bitmap});
 }
 

@@ -7,16 +7,16 @@
 
 namespace kelvo {
 
-inline constexpr char Etx = '\x03';  ///< ends a macro text
-inline constexpr char Eot = '\x04';  ///< ends a graphic text
-inline constexpr char Ack = '\x06';
-inline constexpr char CarriageReturn = '\r';  ///< ends each number of an erase count-down
-inline constexpr char Nak = '\x15';
-inline constexpr char Esc = '\x1b';
+inline constexpr char kEtx = '\x03';  ///< ends a macro text
+inline constexpr char kEot = '\x04';  ///< ends a graphic text
+inline constexpr char kAck = '\x06';
+inline constexpr char kCarriageReturn = '\r';  ///< ends each number of an erase count-down
+inline constexpr char kNak = '\x15';
+inline constexpr char kEsc = '\x1b';
 
 /// In front of every command on the wire.
 inline constexpr std::string_view CmdPrefix = "\x1b";
 /// End of a parameter list and of every query reply.
-inline constexpr std::string_view EndMark = ";";
+inline constexpr std::string_view kEndMark = ";";
 
 }  // namespace kelvo

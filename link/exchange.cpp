@@ -157,7 +157,7 @@ Reply Exchange::SendQuery(const Command& query, Within within) {
     port_.DiscardInput();
     SendString(query.Text());
     tmrTimeout_.SetInterval(kQueryInterval);
-    reply = WaitAnswer(EndMark);
+    reply = WaitAnswer(kEndMark);
     if (!reply.Failed() && reply.text.starts_with(query.Text())) {
       reply.text.erase(0, query.Text().size());
     }

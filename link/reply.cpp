@@ -6,8 +6,8 @@ namespace kelvo {
 namespace {
 
 ReplyKind KindOfAnswer(std::string_view answer) {
-  if (answer == std::string_view(&Ack, 1)) return ReplyKind::Answered;
-  if (answer == std::string_view(&Nak, 1)) return ReplyKind::Refused;
+  if (answer == std::string_view(&kAck, 1)) return ReplyKind::Answered;
+  if (answer == std::string_view(&kNak, 1)) return ReplyKind::Refused;
   return ReplyKind::Unexpected;
 }
 

@@ -117,7 +117,7 @@ bool EepromPage::ErasePlain() {
 // The Terminal counts down the blocks still to erase, then acknowledges.
 void EepromPage::EraseWithProgress() {
   Exchange& exchange = services_.exchange;
-  const std::string_view countEnd(&CarriageReturn, 1);
+  const std::string_view countEnd(&kCarriageReturn, 1);
   exchange.SendString(EraseEEpromCounting());
   double count = exchange.WaitAnswer(countEnd).Number();
   const int blocks = std::max(RoundToEven(count), 1);
@@ -129,7 +129,7 @@ void EepromPage::EraseWithProgress() {
   const Reply end = exchange.WaitAnswer({});
   frmInfo->HideProgress();
   frmInfo->End();
-  if (end.text.find(Ack) != std::string::npos) return;
+  if (end.text.find(kAck) != std::string::npos) return;
   services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
 }
 

@@ -54,10 +54,10 @@ void MacroPage::Edited() {
 
 void MacroPage::ShowLength() {
   const std::size_t length = txtMakro->Wire().size();
-  const bool tooLong = length > LongestMakro;
+  const bool tooLong = length > kLongestMakro;
   lblMakroLaenge->setText(tr("%1 von höchstens %2 Zeichen%3")
                               .arg(length)
-                              .arg(LongestMakro)
+                              .arg(kLongestMakro)
                               .arg(tooLong ? tr(" – zu lang") : QString()));
 }
 
@@ -84,7 +84,7 @@ void MacroPage::SaveShown() {
 
 void MacroPage::cmdInsertESC_Click() {
   txtMakro->setFocus();
-  txtMakro->InsertWire({Esc});
+  txtMakro->InsertWire({kEsc});
 }
 
 void MacroPage::InvalidNumber(QLineEdit* field) {
@@ -104,7 +104,7 @@ void MacroPage::cmdSetAutostartMakro_Click() { WriteMakro(0, " / cmdSetAutoStart
 // What is known to be wrong before the Terminal is asked anything.
 bool MacroPage::CheckText(const std::string& text) {
   // The message names 1024 although 1024 characters are refused; it has always done so.
-  if (text.size() > LongestMakro) {
+  if (text.size() > kLongestMakro) {
     services_.person.Message("Makro zu lang (max. 1024 Zeichen)", Icon::Exclamation);
     return false;
   }

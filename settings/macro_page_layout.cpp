@@ -18,7 +18,7 @@ QWidget* MacroPage::MakeRecords() {
   auto* column = new QVBoxLayout(group);
   auto* kinds = new QHBoxLayout;
   kinds->addWidget(new QLabel(tr("Zeigen:")));
-  for (const MakroTyp& typ : MakroTypen) {
+  for (const MakroTyp& typ : kMakroTypen) {
     auto* button = Named(new QRadioButton(QString::fromUtf8(typ.caption)),
                          ArrayName("chkMakroTyp", typ.index));
     chkMakroTyp[static_cast<std::size_t>(typ.index)] = button;
@@ -108,7 +108,7 @@ void MacroPage::ConnectControls() {
   OnClick(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
   OnClick(cmdPlayMakro, this, person, &MacroPage::cmdPlayMakro_Click);
   OnClick(cmdClearMakro, this, person, &MacroPage::cmdClearMakro_Click);
-  for (const MakroTyp& typ : MakroTypen) {
+  for (const MakroTyp& typ : kMakroTypen) {
     const int index = typ.index;
     connect(chkMakroTyp[static_cast<std::size_t>(index)], &QRadioButton::toggled, this,
             [this, index] {

@@ -17,7 +17,7 @@ bool HasNumber(std::string_view text) {
 }  // namespace
 
 std::string MakroSource(int index) {
-  for (const MakroTyp& typ : MakroTypen) {
+  for (const MakroTyp& typ : kMakroTypen) {
     if (typ.index == index) return std::string("select * from Makro where typ = '") + typ.typ + "'";
   }
   return "Makro";
@@ -35,7 +35,7 @@ std::optional<std::string> AnyNumber(std::string_view text) {
 }
 
 std::size_t EtxPosition(std::string_view text) {
-  const std::size_t position = text.find(Etx);
+  const std::size_t position = text.find(kEtx);
   return position == std::string_view::npos ? 0 : position + 1;
 }
 

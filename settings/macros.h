@@ -12,15 +12,15 @@ struct MakroTyp {
   const char* typ;      ///< field `typ`
   const char* caption;  ///< German, with mnemonic
 };
-inline constexpr MakroTyp MakroTypen[] = {{1, "Makro", "&Makros"},
-                                          {2, "MatrixTab", "Matri&x-Tabellen"},
-                                          {3, "ATTab", "A&T-Tabellen"},
-                                          {4, "Grafik", "&Grafiken"}};
+inline constexpr MakroTyp kMakroTypen[] = {{1, "Makro", "&Makros"},
+                                           {2, "MatrixTab", "Matri&x-Tabellen"},
+                                           {3, "ATTab", "A&T-Tabellen"},
+                                           {4, "Grafik", "&Grafiken"}};
 /// The record source for an option button; any other index gives the whole table.
 std::string MakroSource(int index);
 
 /// Longest macro text, in characters; the refusal names 1024 all the same.
-inline constexpr std::size_t LongestMakro = 1023;
+inline constexpr std::size_t kLongestMakro = 1023;
 
 /// A macro number 0..255 from a field's text, or nothing. A text without any number is none.
 std::optional<int> MakroNumber(std::string_view text);

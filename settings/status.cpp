@@ -36,7 +36,7 @@ int PortNumberOf(const PortLines& lines) {
 
 std::string ClampDisplay(std::string_view text, int largest) {
   const double value = Val(text);
-  if (value < SmallestDisplay) return std::to_string(SmallestDisplay);
+  if (value < kSmallestDisplay) return std::to_string(kSmallestDisplay);
   if (value > largest) return std::to_string(largest);
   return IsWholeNumber(text) ? std::string(text) : NumberText(std::floor(value));
 }

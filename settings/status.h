@@ -17,9 +17,9 @@ PortLines ReadPortLines(double value);
 int PortNumberOf(const PortLines& lines);
 
 /// Limits of the display resolution, in pixels; the limits themselves are accepted.
-inline constexpr int SmallestDisplay = 20;
-inline constexpr int LargestDisplayX = 640;
-inline constexpr int LargestDisplayY = 480;
+inline constexpr int kSmallestDisplay = 20;
+inline constexpr int kLargestDisplayX = 640;
+inline constexpr int kLargestDisplayY = 480;
 /// A resolution field when it is left: within SmallestDisplay..largest, and a plain whole number.
 std::string ClampDisplay(std::string_view text, int largest);
 

@@ -231,12 +231,12 @@ void StatusPage::cmdSetPort_Click() {
 
 void StatusPage::txtDisplayX_LostFocus() {
   txtDisplayX->setText(
-      QString::fromStdString(ClampDisplay(txtDisplayX->text().toStdString(), LargestDisplayX)));
+      QString::fromStdString(ClampDisplay(txtDisplayX->text().toStdString(), kLargestDisplayX)));
 }
 
 void StatusPage::txtDisplayY_LostFocus() {
   txtDisplayY->setText(
-      QString::fromStdString(ClampDisplay(txtDisplayY->text().toStdString(), LargestDisplayY)));
+      QString::fromStdString(ClampDisplay(txtDisplayY->text().toStdString(), kLargestDisplayY)));
 }
 
 void StatusPage::cmdSetRes_Click() {

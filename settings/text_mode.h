@@ -63,8 +63,8 @@ struct TextModeSettings {
 /// ESC "TF" font ";" ESC "TA" attribute ";" ESC "TM" mode ";" ESC "TZ" x "," y ";"
 std::string CreateTextMode(const TextModeSettings& text);
 
-inline constexpr int LargestZoomX = 4;
-inline constexpr int LargestZoomY = 8;
+inline constexpr int kLargestZoomX = 4;
+inline constexpr int kLargestZoomY = 8;
 /// The two fonts that hold digits alone have one size only.
 constexpr bool HasZoom(int font) { return font != 4 && font != 9; }
 

@@ -19,7 +19,7 @@ enum StyleList { FontList, AttributeList, ModeList };
 enum ZoomAxis { ZoomX, ZoomY };
 
 // More than the preview has room for. The text grows by all that the Terminal sends.
-constexpr int previewedCharacters = 2000;
+constexpr int kPreviewedCharacters = 2000;
 
 QString Number(double number) { return QString::fromStdString(NumberText(number)); }
 
@@ -122,7 +122,7 @@ void TextPage::cboTextStyle_Click() {
 void TextPage::Step(int zoom, int by) {
   QLabel* const caption = lblTextZoom[static_cast<std::size_t>(zoom)];
   const int present = RoundToEven(Val(Caption(caption)));
-  const int largest = zoom == ZoomX ? LargestZoomX : LargestZoomY;
+  const int largest = zoom == ZoomX ? kLargestZoomX : kLargestZoomY;
   if (by < 0 ? present > 1 : present < largest) caption->setNum(present + by);
   ShowPreview();
 }
@@ -141,7 +141,7 @@ TextStyle TextPage::PreviewStyle() const {
 }
 
 void TextPage::ShowPreview() {
-  ctlVorschau->Show(txtText->WireStart(previewedCharacters), PreviewStyle());
+  ctlVorschau->Show(txtText->WireStart(kPreviewedCharacters), PreviewStyle());
 }
 
 // The text.

@@ -159,7 +159,7 @@ QWidget* TextPage::MakeTextStyle() {
 QLayout* TextPage::MakeZoom() {
   auto* row = new QHBoxLayout;
   const QString axes[] = {tr("X"), tr("Y")};
-  const int largest[] = {LargestZoomX, LargestZoomY};
+  const int largest[] = {kLargestZoomX, kLargestZoomY};
   for (std::size_t i = 0; i < lblTextZoom.size(); ++i) {
     const int index = static_cast<int>(i);
     lblTextZoom[i] = MakeValue("lblTextZoom");

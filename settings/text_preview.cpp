@@ -8,9 +8,9 @@
 namespace kelvo {
 namespace {
 
-constexpr int largestScale = 3;
-constexpr int margin = 2;  // of the Terminal's pixels
-constexpr char example[] = "Text 123";
+constexpr int kLargestScale = 3;
+constexpr int kMargin = 2;  // of the Terminal's pixels
+constexpr char kExample[] = "Text 123";
 
 // The text up to the next line end, which is taken off `rest` as well; without control characters.
 std::string TakeRow(std::string_view& rest) {
@@ -33,31 +33,31 @@ QImage Image(const PixelMap& map, QRgb set, QRgb unset) {
 }  // namespace
 
 TextPreview::TextPreview(const DeviceFonts& fonts, QWidget* parent)
-    : QWidget(parent), fonts_(fonts), text_(example) {
+    : QWidget(parent), fonts_(fonts), text_(kExample) {
   setMinimumHeight(fontMetrics().lineSpacing() * 4);
   setAccessibleName(tr("Vorschau"));
 }
 
 void TextPreview::Show(const std::string& text, const TextStyle& style) {
-  text_ = text.empty() ? example : text;
+  text_ = text.empty() ? kExample : text;
   style_ = style;
   update();
 }
 
 int TextPreview::RowHeight() const {
-  const int zoom = std::clamp(style_.zoomY, 1, MaxZoomY);
+  const int zoom = std::clamp(style_.zoomY, 1, kMaxZoomY);
   return std::max(fonts_.Font(style_.font).Height() * zoom, 1);
 }
 
 // Screen pixels for one of the Terminal's, so that at least one row of text can be seen.
 int TextPreview::Scale() const {
-  return std::clamp(height() / (RowHeight() + 2 * margin), 1, largestScale);
+  return std::clamp(height() / (RowHeight() + 2 * kMargin), 1, kLargestScale);
 }
 
 void TextPreview::DrawRows(PixelMap& map) const {
   std::string_view rest = text_;
-  for (int y = margin; y < map.Height() && !rest.empty(); y += RowHeight()) {
-    DrawText(map, fonts_, margin, y, TakeRow(rest), style_);
+  for (int y = kMargin; y < map.Height() && !rest.empty(); y += RowHeight()) {
+    DrawText(map, fonts_, kMargin, y, TakeRow(rest), style_);
   }
 }
 

@@ -12,8 +12,8 @@
 namespace kelvo {
 namespace {
 
-constexpr char textFilter[] = "Text (txt) |*.txt";
-constexpr char draftName[] = "/kelvo.entwurf";
+constexpr char kTextFilter[] = "Text (txt) |*.txt";
+constexpr char kDraftName[] = "/kelvo.entwurf";
 
 QSize DisplaySize(const Recordset& defaults) {
   return {RoundToEven(defaults.Number("displayx")), RoundToEven(defaults.Number("displayy"))};
@@ -29,7 +29,7 @@ void SaveasText(const std::string& text, const std::string& fileName) {
 DrawingDesk::DrawingDesk(Services services)
     : services_(std::move(services)),
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
-              DisplaySize(services_.defaults), services_.outside.folders.data + draftName),
+              DisplaySize(services_.defaults), services_.outside.folders.data + kDraftName),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
 
 TerminalTraits DrawingDesk::Terminal() const {
@@ -70,7 +70,7 @@ void DrawingDesk::SaveAsMakro() {
 void DrawingDesk::SaveAsText() {
   const auto commands = editor_.TryCreatePic();
   if (!commands) return;
-  const auto name = services_.outside.person.SaveFile("", textFilter);
+  const auto name = services_.outside.person.SaveFile("", kTextFilter);
   if (name) SaveasText(*commands, *name);
 }
 

@@ -25,9 +25,9 @@
 namespace kelvo {
 namespace {
 
-constexpr char helpName[] = "/kelvo.hlp";
-constexpr char fontFolder[] = "/fonts";
-constexpr int hintMilliseconds = 8000;
+constexpr char kHelpName[] = "/kelvo.hlp";
+constexpr char kFontFolder[] = "/fonts";
+constexpr int kHintMilliseconds = 8000;
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string joined;
@@ -40,7 +40,7 @@ std::string JoinNames(const std::vector<std::string>& names) {
 frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
-      data_(outside_.folders.data + "/" + databaseFile),
+      data_(outside_.folders.data + "/" + kDatabaseFile),
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       receive_(outside_.com1, exchange_),
@@ -49,7 +49,7 @@ frmhaupt::frmhaupt(Outside outside)
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
   // A font that is missing draws nothing.
-  fonts_.Load(outside_.folders.program + fontFolder);
+  fonts_.Load(outside_.folders.program + kFontFolder);
   MakePages();
   MakeBus();
   MakeFrame();
@@ -63,7 +63,7 @@ frmhaupt::frmhaupt(Outside outside)
   ShowFirstTab();
   if (FirstRun()) {
     // Later starts leave the built-in name, deliberately.
-    help_->SetFile(outside_.folders.program + helpName);
+    help_->SetFile(outside_.folders.program + kHelpName);
     NoteFirstRunIsOver();
   }
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
@@ -93,7 +93,7 @@ void frmhaupt::MakeDrawingDesk() {
       DrawingDesk::Services{outside_, exchange_, state_, fonts_, data_.Optionen, data_.Default,
                             [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
-                              return macros_->SaveMakro("Grafik", text, -1, NewRecordName);
+                              return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
                             },
                             [this] { return FensterMitZoomen_; }});
   connect(desk_.get(), &DrawingDesk::PortWanted, this, &frmhaupt::AskForPort);
@@ -113,7 +113,7 @@ void frmhaupt::MakeKeyboardPages() {
       {exchange_, outside_.com1, outside_.loop, outside_.person, state_, data_.ctlATData});
   matrix_ = new MatrixPage({exchange_, outside_.person, state_, data_.ctlTastData});
   const auto showHint = [this](const QString& text) {
-    statusBar()->showMessage(text, hintMilliseconds);
+    statusBar()->showMessage(text, kHintMilliseconds);
   };
   connect(at_, &AtPage::Hint, this, showHint);
   connect(matrix_, &MatrixPage::Hint, this, showHint);
@@ -158,7 +158,7 @@ void frmhaupt::MakeFrame() {
 }
 
 void frmhaupt::MakeTabs() {
-  const std::array<std::pair<const char*, QWidget*>, TabCount> pages{
+  const std::array<std::pair<const char*, QWidget*>, kTabCount> pages{
       {{"Zeichnung", desk_->Page()},
        {"Schnittstellen", interfaces_},
        {"Text", text_},
@@ -310,7 +310,7 @@ Tab frmhaupt::ShownTab() const { return static_cast<Tab>(cmdTab->currentIndex())
 
 // In the order of the tabs.
 QString frmhaupt::ShownChapter() const {
-  static constexpr std::array<const char*, TabCount> kChapters{
+  static constexpr std::array<const char*, kTabCount> kChapters{
       "zeichnung.html",       "schnittstellen.html", "text.html",
       "status.html",          "eeprom.html",         "at-tastatur.html",
       "matrix-tastatur.html", "makros.html",         "willkommen.html",

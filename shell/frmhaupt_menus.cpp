@@ -23,15 +23,15 @@ namespace kelvo {
 namespace {
 
 // The generic commands. The numbers are those of the toolbar's buttons.
-constexpr int buttonReset = 0;
-constexpr int buttonBitmapToEEprom = 1;
-constexpr int buttonSaveAsText = 2;
-constexpr int buttonNew = 6;
-constexpr int buttonLoad = 7;
-constexpr int buttonSave = 8;
-constexpr int buttonSend = 10;
-constexpr int buttonSaveAsMakro = 11;
-constexpr int buttonDelete = 12;
+constexpr int kButtonReset = 0;
+constexpr int kButtonBitmapToEEprom = 1;
+constexpr int kButtonSaveAsText = 2;
+constexpr int kButtonNew = 6;
+constexpr int kButtonLoad = 7;
+constexpr int kButtonSave = 8;
+constexpr int kButtonSend = 10;
+constexpr int kButtonSaveAsMakro = 11;
+constexpr int kButtonDelete = 12;
 
 }  // namespace
 
@@ -39,38 +39,38 @@ constexpr int buttonDelete = 12;
 std::span<const frmhaupt::Command> frmhaupt::Commands() {
   using enum Tab;
   static constexpr Command commands[] = {
-      {buttonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }},
-      {buttonBitmapToEEprom,
+      {kButtonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }},
+      {kButtonBitmapToEEprom,
        {},
        "SaveBMPinEEProm",
        [](frmhaupt& w) { w.desk_->SaveBMPinEEProm(); }},
-      {buttonSaveAsText, Drawing, "SaveasText", [](frmhaupt& w) { w.desk_->SaveAsText(); }},
-      {buttonNew, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->NewDrawing(); }},
-      {buttonLoad, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().LoadDrawing(); }},
-      {buttonSave, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().SaveDrawing(); }},
-      {buttonSend, Drawing, "send", [](frmhaupt& w) { w.desk_->Send(); }},
-      {buttonSaveAsMakro, Drawing, "SaveMakro", [](frmhaupt& w) { w.desk_->SaveAsMakro(); }},
-      {buttonDelete, Drawing, "cmdToolbar",
+      {kButtonSaveAsText, Drawing, "SaveasText", [](frmhaupt& w) { w.desk_->SaveAsText(); }},
+      {kButtonNew, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->NewDrawing(); }},
+      {kButtonLoad, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().LoadDrawing(); }},
+      {kButtonSave, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().SaveDrawing(); }},
+      {kButtonSend, Drawing, "send", [](frmhaupt& w) { w.desk_->Send(); }},
+      {kButtonSaveAsMakro, Drawing, "SaveMakro", [](frmhaupt& w) { w.desk_->SaveAsMakro(); }},
+      {kButtonDelete, Drawing, "cmdToolbar",
        [](frmhaupt& w) { w.desk_->Editor().DeleteSelection(); }},
-      {buttonNew, AtKeyboard, "NewATTab", [](frmhaupt& w) { w.at_->NewATTab(); }},
-      {buttonNew, MatrixKeyboard, "NewTastTab", [](frmhaupt& w) { w.matrix_->NewTastTab(); }},
-      {buttonNew, Macros, "NewMakro", [](frmhaupt& w) { w.macros_->NewMakro(); }},
-      {buttonSave, AtKeyboard, "SaveATTab", [](frmhaupt& w) { w.at_->SaveATTab(); }},
-      {buttonSave, MatrixKeyboard, "SaveTastTab", [](frmhaupt& w) { w.matrix_->SaveTastTab(); }},
-      {buttonSave, Macros, "SaveMakro", [](frmhaupt& w) { w.macros_->SaveShown(); }},
-      {buttonSaveAsMakro, Tab::Text, "SaveMakro",
+      {kButtonNew, AtKeyboard, "NewATTab", [](frmhaupt& w) { w.at_->NewATTab(); }},
+      {kButtonNew, MatrixKeyboard, "NewTastTab", [](frmhaupt& w) { w.matrix_->NewTastTab(); }},
+      {kButtonNew, Macros, "NewMakro", [](frmhaupt& w) { w.macros_->NewMakro(); }},
+      {kButtonSave, AtKeyboard, "SaveATTab", [](frmhaupt& w) { w.at_->SaveATTab(); }},
+      {kButtonSave, MatrixKeyboard, "SaveTastTab", [](frmhaupt& w) { w.matrix_->SaveTastTab(); }},
+      {kButtonSave, Macros, "SaveMakro", [](frmhaupt& w) { w.macros_->SaveShown(); }},
+      {kButtonSaveAsMakro, Tab::Text, "SaveMakro",
        [](frmhaupt& w) { w.SaveAsMakro(w.text_->TextModeCommand()); }},
-      {buttonSaveAsMakro, AtKeyboard, "SaveMakro",
+      {kButtonSaveAsMakro, AtKeyboard, "SaveMakro",
        [](frmhaupt& w) {
          w.at_->EndLearningAndTyping();
          w.SaveAsMakro(w.at_->ShownTable());
        }},
-      {buttonSaveAsMakro, MatrixKeyboard, "SaveMakro",
+      {kButtonSaveAsMakro, MatrixKeyboard, "SaveMakro",
        [](frmhaupt& w) { w.SaveAsMakro(w.matrix_->MatrixMode()); }},
-      {buttonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteTable(); }},
-      {buttonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTable(); }},
-      {buttonDelete, Macros, "cmdToolbar", [](frmhaupt& w) { w.macros_->DeleteMakro(); }},
-      {buttonDelete, Terminals, "cmdToolbar", [](frmhaupt& w) { w.terminals_->DeleteTerminal(); }},
+      {kButtonDelete, AtKeyboard, "cmdToolbar", [](frmhaupt& w) { w.at_->DeleteTable(); }},
+      {kButtonDelete, MatrixKeyboard, "cmdToolbar", [](frmhaupt& w) { w.matrix_->DeleteTable(); }},
+      {kButtonDelete, Macros, "cmdToolbar", [](frmhaupt& w) { w.macros_->DeleteMakro(); }},
+      {kButtonDelete, Terminals, "cmdToolbar", [](frmhaupt& w) { w.terminals_->DeleteTerminal(); }},
   };
   return commands;
 }
@@ -110,17 +110,17 @@ void frmhaupt::MakeMenus() {
 
 void frmhaupt::MakeFileMenu() {
   QMenu* const file = Named(menuBar()->addMenu(tr("&Datei")), "mnuDatei");
-  AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, buttonNew);
-  AddToolbarAction(file, "mnuDateiLoad", tr("&Laden …"), QKeySequence::Open, buttonLoad);
+  AddToolbarAction(file, "mnuDateiNeu", tr("&Neu"), QKeySequence::New, kButtonNew);
+  AddToolbarAction(file, "mnuDateiLoad", tr("&Laden …"), QKeySequence::Open, kButtonLoad);
   MakeRecentMenu(file);
-  AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, buttonSave);
+  AddToolbarAction(file, "mnuDateiSave", tr("&Speichern …"), QKeySequence::Save, kButtonSave);
   file->addSeparator();
   AddToolbarAction(file, "mnuDateiSaveAsText", tr("Als &Text speichern …"),
-                   QKeySequence(tr("Ctrl+Shift+T")), buttonSaveAsText);
+                   QKeySequence(tr("Ctrl+Shift+T")), kButtonSaveAsText);
   AddToolbarAction(file, "mnuDateiSaveAsMakro", tr("Als &Makro speichern …"),
-                   QKeySequence(tr("Ctrl+Shift+S")), buttonSaveAsMakro);
+                   QKeySequence(tr("Ctrl+Shift+S")), kButtonSaveAsMakro);
   AddToolbarAction(file, "mnuDateiBildEEProm", tr("Bild ins &EEPROM …"),
-                   QKeySequence(tr("Ctrl+Shift+E")), buttonBitmapToEEprom);
+                   QKeySequence(tr("Ctrl+Shift+E")), kButtonBitmapToEEprom);
   file->addSeparator();
   QAction* const end = Named(file->addAction(tr("&Beenden")), "mnuDateiEnd");
   end->setShortcut(QKeySequence(tr("Ctrl+Q")));
@@ -129,19 +129,19 @@ void frmhaupt::MakeFileMenu() {
 
 void frmhaupt::MakeEditMenu() {
   QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuBearbeiten");
-  AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), buttonSend);
+  AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), kButtonSend);
   mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"),
                             QKeySequence(tr("Shift+F9")), &frmhaupt::mnuDovuSenden_Click);
   edit->addSeparator();
   AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
-                   QKeySequence(tr("Ctrl+Shift+Del")), buttonDelete);
+                   QKeySequence(tr("Ctrl+Shift+Del")), kButtonDelete);
   edit->addSeparator();
-  AddToolbarAction(edit, "mnuBearbeitenReset", tr("Alle Terminals &neu starten"), {}, buttonReset);
+  AddToolbarAction(edit, "mnuBearbeitenReset", tr("Alle Terminals &neu starten"), {}, kButtonReset);
 }
 
 void frmhaupt::MakeRecentMenu(QMenu* file) {
   mnuDateiZuletzt = Named(file->addMenu(tr("&Zuletzt verwendet")), "mnuDateiZuletzt");
-  for (int i = 0; i < WindowMemory::Files; ++i) {
+  for (int i = 0; i < WindowMemory::kFiles; ++i) {
     QAction* const entry =
         Named(mnuDateiZuletzt->addAction(QString()), ArrayName("mnuDateiZuletzt", i));
     connect(entry, &QAction::triggered, this, [this, i] {
@@ -195,7 +195,7 @@ void frmhaupt::ShowPageActions() {
 
 void frmhaupt::MakeViewMenu() {
   QMenu* const view = Named(menuBar()->addMenu(tr("Ansi&cht")), "mnuAnsicht");
-  for (int tab = 0; tab < TabCount; ++tab) {
+  for (int tab = 0; tab < kTabCount; ++tab) {
     QAction* const page =
         Named(view->addAction(cmdTab->tabText(tab)), ArrayName("mnuAnsichtSeite", tab));
     page->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + (tab + 1) % 10)));
@@ -240,24 +240,24 @@ void frmhaupt::MakeToolbar() {
     QString text;
     QString tip;
   } buttons[] = {
-      {buttonNew, Symbol::New, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
-      {buttonLoad, Symbol::Load, tr("Laden"), tr("Lädt eine Zeichnung aus einer Datei (Strg+O).")},
-      {buttonSave, Symbol::Save, tr("Speichern"),
+      {kButtonNew, Symbol::New, tr("Neu"), tr("Legt einen neuen Satz an (Strg+N).")},
+      {kButtonLoad, Symbol::Load, tr("Laden"), tr("Lädt eine Zeichnung aus einer Datei (Strg+O).")},
+      {kButtonSave, Symbol::Save, tr("Speichern"),
        tr("Speichert unter einer Bezeichnung (Strg+S).")},
       {3, {}, {}, {}},
-      {buttonSaveAsText, Symbol::SaveAsText, tr("Als Text"),
+      {kButtonSaveAsText, Symbol::SaveAsText, tr("Als Text"),
        tr("Speichert die Befehle der Zeichnung als Textdatei (Strg+Umschalt+T).")},
-      {buttonSaveAsMakro, Symbol::SaveAsMakro, tr("Als Makro"),
+      {kButtonSaveAsMakro, Symbol::SaveAsMakro, tr("Als Makro"),
        tr("Speichert, was die Seite senden würde, als Makro (Strg+Umschalt+S).")},
-      {buttonBitmapToEEprom, Symbol::BitmapToEEprom, tr("Bild ins EEPROM"),
+      {kButtonBitmapToEEprom, Symbol::BitmapToEEprom, tr("Bild ins EEPROM"),
        tr("Speichert das Bild der Zeichnung unter einer Nummer im EEPROM (Strg+Umschalt+E).")},
       {4, {}, {}, {}},
-      {buttonSend, Symbol::Send, tr("Senden"), tr("Sendet die Zeichnung (F9).")},
+      {kButtonSend, Symbol::Send, tr("Senden"), tr("Sendet die Zeichnung (F9).")},
       {5, {}, {}, {}},
-      {buttonDelete, Symbol::Delete, tr("Löschen"),
+      {kButtonDelete, Symbol::Delete, tr("Löschen"),
        tr("Löscht den gezeigten Satz (Strg+Umschalt+Entf).")},
       {9, {}, {}, {}},
-      {buttonReset, Symbol::Restart, tr("Alle neu starten"),
+      {kButtonReset, Symbol::Restart, tr("Alle neu starten"),
        tr("Startet alle Terminals am Bus neu.")}};
   QToolBar* const bar = Named(addToolBar(tr("Werkzeuge")), "cmdToolbar");
   bar->setMovable(false);
@@ -300,14 +300,14 @@ void frmhaupt::cmdToolbar_Click(int index) {
 
 // A text that could not be built has been reported already.
 void frmhaupt::SaveAsMakro(const std::optional<std::string>& text) {
-  if (text) macros_->SaveMakro("Makro", *text, -1, NewRecordName);
+  if (text) macros_->SaveMakro("Makro", *text, -1, kNewRecordName);
 }
 
 // Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts
 // all Terminals of the bus.
 void frmhaupt::ResetAll() {
-  exchange_.SendString(std::string{';', Etx, Eot} +
-                       Sequence({SelectAddress(AllAddresses), kelvo::Restart()}));
+  exchange_.SendString(std::string{';', kEtx, kEot} +
+                       Sequence({SelectAddress(kAllAddresses), kelvo::Restart()}));
   state_.flash = FlashState::Unknown;
   state_.Changed();
 }

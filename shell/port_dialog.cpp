@@ -31,7 +31,7 @@ PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer descr
   text->setWordWrap(true);
   grid->addWidget(text, 0, 0, 1, 3);
   const int em = fontMetrics().averageCharWidth();
-  for (int row = 0; row < PortCount; ++row) {
+  for (int row = 0; row < kPortCount; ++row) {
     const auto i = static_cast<std::size_t>(row);
     cboGeraet[i] = Named(new QComboBox, ArrayName("cboGeraet", row));
     cboGeraet[i]->setEditable(true);
@@ -57,7 +57,7 @@ PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer descr
   buttons->addButton(refresh, QDialogButtonBox::ActionRole);
   buttons->addButton(store, QDialogButtonBox::AcceptRole);
   buttons->addButton(cancel, QDialogButtonBox::RejectRole);
-  grid->addWidget(buttons, PortCount + 1, 0, 1, 3);
+  grid->addWidget(buttons, kPortCount + 1, 0, 1, 3);
   connect(refresh, &QPushButton::clicked, this, &PortDialog::Refresh);
   connect(buttons, &QDialogButtonBox::accepted, this, &PortDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &PortDialog::reject);
@@ -65,7 +65,7 @@ PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer descr
 
 void PortDialog::Load() {
   ports_.Refresh();
-  for (int row = 0; row < PortCount; ++row) {
+  for (int row = 0; row < kPortCount; ++row) {
     const bool found = ports_.FindFirst("ComNr", std::int64_t{row + 1});
     cboGeraet[static_cast<std::size_t>(row)]->setEditText(
         found ? Text(ports_.Text("Geraet").value_or("")) : QString());
@@ -76,7 +76,7 @@ void PortDialog::Load() {
 void PortDialog::Refresh() {
   const std::vector<MachinePort> ports =
       outside_.machine.ports ? outside_.machine.ports() : std::vector<MachinePort>();
-  for (int row = 0; row < PortCount; ++row) {
+  for (int row = 0; row < kPortCount; ++row) {
     QComboBox& box = *cboGeraet[static_cast<std::size_t>(row)];
     const QString device = box.currentText();
     box.clear();
@@ -98,7 +98,7 @@ void PortDialog::Describe(int row) {
 }
 
 void PortDialog::Store() {
-  for (int row = 0; row < PortCount; ++row) {
+  for (int row = 0; row < kPortCount; ++row) {
     const bool found = ports_.FindFirst("ComNr", std::int64_t{row + 1});
     if (found && ports_.Text("Geraet") == Device(row)) continue;
     if (found) {

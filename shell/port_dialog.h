@@ -17,7 +17,7 @@ class PortDialog : public QDialog {
   Q_OBJECT
 
  public:
-  static constexpr int PortCount = 6;
+  static constexpr int kPortCount = 6;
 
   /// `describe` tells, in German, how a device is.
   using Describer = std::function<std::string(const std::string& device)>;
@@ -38,8 +38,8 @@ class PortDialog : public QDialog {
   const Outside& outside_;
   Recordset& ports_;
   Describer describe_;
-  std::array<QComboBox*, PortCount> cboGeraet{};
-  std::array<QLabel*, PortCount> lblZustand{};
+  std::array<QComboBox*, kPortCount> cboGeraet{};
+  std::array<QLabel*, kPortCount> lblZustand{};
 };
 
 }  // namespace kelvo

@@ -11,8 +11,8 @@
 namespace kelvo {
 namespace {
 
-constexpr int slowMilliseconds = 1000;
-constexpr int refreshMilliseconds = 500;
+constexpr int kSlowMilliseconds = 1000;
+constexpr int kRefreshMilliseconds = 500;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   addPermanentWidget(lblPort);
   ShowTerminal({});
   connect(&progress_, &QTimer::timeout, this, &StatusDisplay::ShowProgress);
-  line_.setInterval(refreshMilliseconds);
+  line_.setInterval(kRefreshMilliseconds);
   connect(&line_, &QTimer::timeout, this, &StatusDisplay::ShowLine);
   exchange_.SetActivityListener([this](std::string_view command) { ShowActivity(command); });
 }
@@ -73,11 +73,11 @@ void StatusDisplay::ShowActivity(std::string_view command) {
   total_ = static_cast<int>(std::min<std::size_t>(command.size(), 1000000));
   lblAktivitaet->setText(activity_ + QStringLiteral(" …"));
   since_.start();
-  progress_.start(slowMilliseconds);
+  progress_.start(kSlowMilliseconds);
 }
 
 void StatusDisplay::ShowProgress() {
-  progress_.start(refreshMilliseconds);
+  progress_.start(kRefreshMilliseconds);
   const int left = static_cast<int>(exchange_.CharactersToSend());
   ctlSendeFortschritt->setRange(0, total_);
   ctlSendeFortschritt->setValue(std::max(total_ - left, 0));

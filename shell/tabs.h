@@ -15,6 +15,6 @@ enum class Tab {
   Welcome = 8,
   Terminals = 9,
 };
-inline constexpr int TabCount = 10;
+inline constexpr int kTabCount = 10;
 
 }  // namespace kelvo

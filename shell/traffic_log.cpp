@@ -13,10 +13,10 @@ namespace {
 using std::chrono::milliseconds;
 
 // Longer than any gap within one answer at 1200 baud.
-constexpr milliseconds sameEntry{40};
-constexpr std::size_t longestEntry = 5000;
+constexpr milliseconds kSameEntry{40};
+constexpr std::size_t kLongestEntry = 5000;
 // Dropping many at once keeps a full log as cheap as an empty one.
-constexpr std::ptrdiff_t dropped = 1000;
+constexpr std::ptrdiff_t kDropped = 1000;
 
 bool IsQuery(const CommandRow* row) {
   return row != nullptr && (row->answer == Answer::Value || row->answer == Answer::FreeText);
@@ -26,7 +26,7 @@ bool IsQuery(const CommandRow* row) {
 
 TrafficLog::Change TrafficLog::ChangeBy(milliseconds timeOfDay, Direction direction) const {
   if (Continues(timeOfDay, direction)) return Change::Grown;
-  return entries_.size() < Capacity ? Change::Added : Change::AddedAndDropped;
+  return entries_.size() < kCapacity ? Change::Added : Change::AddedAndDropped;
 }
 
 void TrafficLog::Add(milliseconds timeOfDay, Direction direction, std::string_view characters) {
@@ -45,19 +45,19 @@ void TrafficLog::Add(milliseconds timeOfDay, Direction direction, std::string_vi
   } else {
     entry.meaning = ReplyMeaning(entry.characters);
   }
-  if (entries_.size() == Capacity) entries_.erase(entries_.begin(), entries_.begin() + dropped);
+  if (entries_.size() == kCapacity) entries_.erase(entries_.begin(), entries_.begin() + kDropped);
   entries_.push_back(std::move(entry));
 }
 
 bool TrafficLog::Continues(milliseconds timeOfDay, Direction direction) const {
   return direction == Direction::FromTerminal && !entries_.empty() &&
-         entries_.back().direction == direction && timeOfDay - lastTime_ <= sameEntry &&
-         timeOfDay >= lastTime_ && entries_.back().characters.size() < longestEntry;
+         entries_.back().direction == direction && timeOfDay - lastTime_ <= kSameEntry &&
+         timeOfDay >= lastTime_ && entries_.back().characters.size() < kLongestEntry;
 }
 
 std::string TrafficLog::ReplyMeaning(const std::string& reply) const {
-  if (reply == std::string_view(&Ack, 1)) return "angenommen (ACK)";
-  if (reply == std::string_view(&Nak, 1)) return "abgelehnt (NAK)";
+  if (reply == std::string_view(&kAck, 1)) return "angenommen (ACK)";
+  if (reply == std::string_view(&kNak, 1)) return "abgelehnt (NAK)";
   return asked_.empty() ? "empfangene Zeichen" : "Antwort: " + asked_;
 }
 

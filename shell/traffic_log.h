@@ -22,7 +22,7 @@ struct TrafficEntry {
 /// one entry.
 class TrafficLog {
  public:
-  static constexpr std::size_t Capacity = 10000;
+  static constexpr std::size_t kCapacity = 10000;
 
   /// What adding changes: the last entry grows, one is added, or one is added and the oldest
   /// thousand dropped.

@@ -45,7 +45,7 @@ QStringList WindowMemory::RecentFiles() const {
   QStringList paths;
   if (!Zuletzt_) return paths;
   for (const std::string& path : Zuletzt_->Column("Datei")) {
-    if (!path.empty() && paths.size() < Files) paths << QString::fromStdString(path);
+    if (!path.empty() && paths.size() < kFiles) paths << QString::fromStdString(path);
   }
   return paths;
 }
@@ -54,7 +54,7 @@ void WindowMemory::NoteFile(const QString& path) {
   QStringList paths = RecentFiles();
   paths.removeAll(path);
   paths.prepend(path);
-  StoreFiles(paths.mid(0, Files));
+  StoreFiles(paths.mid(0, kFiles));
 }
 
 void WindowMemory::ForgetFile(const QString& path) {
@@ -62,7 +62,7 @@ void WindowMemory::ForgetFile(const QString& path) {
   if (paths.removeAll(path) > 0) StoreFiles(paths);
 }
 
-// The delivered table holds `Files` records, empty ones behind those in use.
+// The delivered table holds `kFiles` records, empty ones behind those in use.
 void WindowMemory::StoreFiles(const QStringList& paths) {
   if (!Zuletzt_) return;
   try {

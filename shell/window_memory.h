@@ -14,7 +14,7 @@ namespace kelvo {
 /// never reported, because nothing of the operator's is lost.
 class WindowMemory {
  public:
-  static constexpr int Files = 8;
+  static constexpr int kFiles = 8;
 
   explicit WindowMemory(Database& database);
 
@@ -23,7 +23,7 @@ class WindowMemory {
   bool Restore(QWidget& window) const;
   void Remember(const QWidget& window);
 
-  /// The paths of the drawings that were used last, the newest first; at most `Files`.
+  /// The paths of the drawings that were used last, the newest first; at most `kFiles`.
   QStringList RecentFiles() const;
   void NoteFile(const QString& path);
   void ForgetFile(const QString& path);

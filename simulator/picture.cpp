@@ -83,7 +83,7 @@ QImage WallImage(const std::vector<WallTile>& wall, const DeviceFonts& fonts) {
     const WallTile& tile = wall[static_cast<std::size_t>(i)];
     const QPoint corner(kGap + i % columns * place.width(), kGap + i / columns * place.height());
     PixelMap caption(place.width() - kGap, kCaptionHeight);
-    DrawText(caption, fonts, 0, 0, tile.caption, {.font = kCaptionFont});
+    DrawText(caption, fonts, 0, 0, tile.caption, {{.font = kCaptionFont}});
     PlaceDots(image, corner, caption);
     PlaceImage(image, corner + QPoint(0, kCaptionHeight), LcdImage(tile.pixels, 1, tile.powered));
   }

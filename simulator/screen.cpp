@@ -24,12 +24,12 @@ int Attribute(const TextStyle& style) {
 }
 
 void SetZoom(TextStyle& style, const Parameters& parameters) {
-  style.zoomX = std::clamp(parameters.Number(0), 1, MaxZoomX);
-  style.zoomY = std::clamp(parameters.Number(1), 1, MaxZoomY);
+  style.zoomX = std::clamp(parameters.Number(0), 1, kMaxZoomX);
+  style.zoomY = std::clamp(parameters.Number(1), 1, kMaxZoomY);
 }
 
 void SetFont(TextStyle& style, int font) {
-  if (font >= 0 && font < DeviceFonts::Count) style.font = font;
+  if (font >= 0 && font < DeviceFonts::kCount) style.font = font;
 }
 
 std::string Pair(int first, int second) {
@@ -222,7 +222,7 @@ std::string Screen::ConfigCommands() const {
 
 // The nominal size, so that the cursor keeps its place when a font is missing.
 Screen::Cell Screen::TextCell() const {
-  static constexpr std::array<Cell, DeviceFonts::Count> kSizes = {
+  static constexpr std::array<Cell, DeviceFonts::kCount> kSizes = {
       {{8, 8}, {8, 10}, {8, 14}, {8, 16}, {4, 6}, {8, 8}, {8, 10}, {8, 14}, {8, 16}, {16, 32}}};
   const Cell& size = kSizes[static_cast<std::size_t>(text_.font)];
   return {size.width * text_.zoomX, size.height * text_.zoomY};

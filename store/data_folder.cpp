@@ -104,8 +104,8 @@ void MakeDataFolder(const std::string& dataFolder) {
 void TakeDeliveredDatabase(const std::string& programFolder, const std::string& dataFolder) {
   if (dataFolder == programFolder) return;
   MakeDataFolder(dataFolder);
-  const std::string from = programFolder + '/' + databaseFile;
-  const std::string to = dataFolder + '/' + databaseFile;
+  const std::string from = programFolder + '/' + kDatabaseFile;
+  const std::string to = dataFolder + '/' + kDatabaseFile;
   std::error_code error;
   if (fs::exists(fs::symlink_status(to, error))) return;
   const std::string fresh = to + '.' + std::to_string(getpid());

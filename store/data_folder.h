@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The database's file name, in the program's folder as in the operator's data folder.
-inline constexpr char databaseFile[] = "kelvo.mdb";
+inline constexpr char kDatabaseFile[] = "kelvo.mdb";
 
 /// What decides where the programs keep what they write.
 struct DataPlace {

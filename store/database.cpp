@@ -13,7 +13,7 @@
 namespace kelvo {
 namespace {
 
-constexpr std::int64_t applicationId = 1263293007;  // "KLVO", see kelvo.sql
+constexpr std::int64_t kApplicationId = 1263293007;  // "KLVO", see kelvo.sql
 
 struct TableDescription {
   const char* name;
@@ -21,7 +21,7 @@ struct TableDescription {
   bool needsRecord;
 };
 
-constexpr TableDescription tables[] = {
+constexpr TableDescription kTables[] = {
     {"Makro", "typ,lfdnr,Bezeichnung,ausgang,eingang,nr_im_display,wert", false},
     {"DOVU", "Adresse,Bezeichnung,Checksum,aktiv", false},
     {"Optionen",
@@ -105,12 +105,12 @@ void Database::OpenFile() {
 void Database::CheckContents() const {
   try {
     Statement id(*this, "pragma application_id");
-    if (!id.Step() || id.Column(0) != Value(applicationId)) {
+    if (!id.Step() || id.Column(0) != Value(kApplicationId)) {
       Refuse("gehört nicht zu diesem Programm.");
     }
     Statement check(*this, "pragma quick_check(1)");
     if (!check.Step() || check.Column(0) != Value(std::string("ok"))) Refuse("ist beschädigt.");
-    for (const TableDescription& table : tables) {
+    for (const TableDescription& table : kTables) {
       const std::string missing = MissingIn(*this, table);
       if (!missing.empty()) Refuse("ist unvollständig: " + missing + ".");
     }

@@ -7,13 +7,13 @@
 namespace kelvo {
 namespace {
 
-constexpr std::string_view selectAll = "select * from ";
+constexpr std::string_view kSelectAll = "select * from ";
 
-bool IsQuery(std::string_view source) { return source.starts_with(selectAll); }
+bool IsQuery(std::string_view source) { return source.starts_with(kSelectAll); }
 
 std::string TableOf(std::string_view source) {
   if (IsQuery(source)) {
-    source.remove_prefix(selectAll.size());
+    source.remove_prefix(kSelectAll.size());
     source = source.substr(0, source.find(' '));
   }
   return Quoted(std::string(source));
@@ -23,7 +23,7 @@ std::string TableOf(std::string_view source) {
 std::string KeyQuery(std::string_view source, const std::string& table) {
   std::string sql = "select rowid from " + table;
   if (!IsQuery(source)) return sql + " order by rowid";
-  source.remove_prefix(selectAll.size());
+  source.remove_prefix(kSelectAll.size());
   const std::size_t rest = source.find(' ');
   return rest == std::string_view::npos ? sql : sql.append(source.substr(rest));
 }

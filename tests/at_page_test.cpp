@@ -10,7 +10,7 @@ using testing_world::milliseconds;
 
 class AtPageTest : public WindowTest {
  protected:
-  static constexpr milliseconds soon{5};
+  static constexpr milliseconds kSoon{5};
 
   AtList& List() { return static_cast<AtList&>(*Find<QTableView>("ctlATTabListe").model()); }
   const AtPairs& Pairs() { return List().Pairs(); }
@@ -37,22 +37,22 @@ class AtPageTest : public WindowTest {
 
 TEST_F(AtPageTest, LearnsPairsOfKeys) {
   StartOn(Tab::AtKeyboard);
-  loop.After(soon, [&] {
+  loop.After(kSoon, [&] {
     EXPECT_EQ(Find<QTabWidget>("cmdATTab").currentIndex(), 1);
     EXPECT_TRUE(Find("lblATalterCodePfeil").isVisible());
     EXPECT_FALSE(Find("cmdSetATTab").isEnabled());
     port.Arrive("A");
   });
-  loop.After(soon * 2, [&] {
+  loop.After(kSoon * 2, [&] {
     EXPECT_EQ(Text("lblATalterCode"), "A / 65");
     EXPECT_TRUE(Find("lblATneuerCodePfeil").isVisible());
     EXPECT_FALSE(Find("lblATalterCodePfeil").isVisible());
     port.Arrive("a");
   });
   // The same old key overwrites its row; a pair that is not complete is not entered.
-  loop.After(soon * 3, [&] { port.Arrive("B\033Ab\xC4"); });
-  loop.After(soon * 4, [&] { Click("cmdATumkodierenEnde"); });
-  EXPECT_EQ(Learn(), soon * 4);
+  loop.After(kSoon * 3, [&] { port.Arrive("B\033Ab\xC4"); });
+  loop.After(kSoon * 4, [&] { Click("cmdATumkodierenEnde"); });
+  EXPECT_EQ(Learn(), kSoon * 4);
   EXPECT_EQ(Pairs(), (AtPairs{{65, 98}, {66, 27}}));
   EXPECT_EQ(CellText(1, 3), "27");
   EXPECT_EQ(List().rowCount(), 3);
@@ -89,9 +89,9 @@ TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
     SCOPED_TRACE(name);
     Show(Tab::AtKeyboard);
     // In the middle of a pair.
-    loop.After(soon, [&] { port.Arrive("A"); });
-    loop.After(soon * 2, end);
-    EXPECT_EQ(Learn(), soon * 2);
+    loop.After(kSoon, [&] { port.Arrive("A"); });
+    loop.After(kSoon * 2, end);
+    EXPECT_EQ(Learn(), kSoon * 2);
     EXPECT_EQ(Pairs(), AtPairs{});
     loop.closing = false;
     ExpectUsable();
@@ -101,14 +101,14 @@ TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
 
 TEST_F(AtPageTest, LearningIsOverEvenWhileThePageInFrontWaitsForTheTerminal) {
   StartOn(Tab::AtKeyboard);
-  loop.After(soon, [&] { port.Arrive("A"); });
-  loop.After(soon * 2, [&] { Show(Tab::Text); });
+  loop.After(kSoon, [&] { port.Arrive("A"); });
+  loop.After(kSoon * 2, [&] { Show(Tab::Text); });
   // The text page still asks; the operator is back before it is done.
   loop.After(milliseconds(100), [&] {
     Show(Tab::AtKeyboard);
     ExpectUsable();
-    loop.After(soon, [&] { port.Arrive("Bb"); });
-    loop.After(soon * 2, [&] { Click("cmdATumkodierenEnde"); });
+    loop.After(kSoon, [&] { port.Arrive("Bb"); });
+    loop.After(kSoon * 2, [&] { Click("cmdATumkodierenEnde"); });
     Learn();
     EXPECT_EQ(Pairs(), (AtPairs{{66, 98}}));
   });
@@ -119,13 +119,13 @@ TEST_F(AtPageTest, LearningIsOverEvenWhileThePageInFrontWaitsForTheTerminal) {
 
 TEST_F(AtPageTest, ReceiveEventsAreOffWhileLearningAndOnAgainOnTheTestPage) {
   StartOn(Tab::AtKeyboard);
-  loop.After(soon, [&] { EXPECT_EQ(port.ReceiveThreshold(), 0); });
-  loop.After(soon * 2, [&] { Click("cmdATumkodierenEnde"); });
+  loop.After(kSoon, [&] { EXPECT_EQ(port.ReceiveThreshold(), 0); });
+  loop.After(kSoon * 2, [&] { Click("cmdATumkodierenEnde"); });
   Learn();
   EXPECT_EQ(port.ReceiveThreshold(), 0);
   Find<QTabWidget>("cmdATTab").setCurrentIndex(0);
   EXPECT_EQ(port.ReceiveThreshold(), 1);
-  loop.After(soon, [&] { Show(Tab::Macros); });
+  loop.After(kSoon, [&] { Show(Tab::Macros); });
   Learn();
   EXPECT_EQ(port.ReceiveThreshold(), 1);
 }
@@ -191,8 +191,8 @@ TEST_F(AtPageTest, RefusesWhatIsNoKeyAndASecondRowForAKey) {
 TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
   StartOn(Tab::AtKeyboard);
   EXPECT_FALSE(Find("lblATHinweis").isVisible());
-  terminal.Answer("E?F", "1000;", soon);
-  terminal.Answer("EWK0,43;", "\x06", soon);
+  terminal.Answer("E?F", "1000;", kSoon);
+  terminal.Answer("EWK0,43;", "\x06", kSoon);
   List().SetPairs({{67, 99}, {65, 97}});
   EXPECT_TRUE(Find("lblATHinweis").isVisible());
   Click("cmdSetATTab");
@@ -205,7 +205,7 @@ TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
 
 TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
   StartOn(Tab::AtKeyboard);
-  terminal.Answer("E?F", "1000;", soon);
+  terminal.Answer("E?F", "1000;", kSoon);
   Click("cmdSetATTab");
   Trigger("mnuDateiSave");
   Trigger("mnuDateiSaveAsMakro");
@@ -220,17 +220,17 @@ TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
 TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
   StartOn(Tab::AtKeyboard);
   List().SetPairs({{65, 97}});
-  terminal.Answer("E?F", "7;", soon);
+  terminal.Answer("E?F", "7;", kSoon);
   Click("cmdSetATTab");
   EXPECT_EQ(person.LastMessage(), "nicht genügend Platz im EEprom");
-  terminal.Answer("E?F", "1000;", soon);
+  terminal.Answer("E?F", "1000;", kSoon);
   Click("cmdSetATTab");
   EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetATTab");
   Type("txtATTastNr", "5");
-  terminal.Answer("EDK5;", "\x15", soon);
+  terminal.Answer("EDK5;", "\x15", kSoon);
   Click("cmdClearATTast");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
-  terminal.Answer("EA?", "5,41,61;", soon);
+  terminal.Answer("EA?", "5,41,61;", kSoon);
   Click("cmdATRead");
   EXPECT_EQ(person.LastMessage(), "5,41,61");
   EXPECT_EQ(port.written.find("EAK"), std::string::npos);

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <thread>
 #include <utility>
@@ -224,7 +226,7 @@ TEST_F(BarePortTest, EveryRateOfTheListIsAcceptedAndCounted) {
     port.DiscardOutput();
   }
   EXPECT_EQ(port.SetUp("fast,N,8,1", Handshaking::XOnXOff),
-            "Einstellung fast,N,8,1: Invalid argument");
+            std::string("Einstellung fast,N,8,1: ") + std::strerror(EINVAL));
 }
 
 TEST_F(BarePortTest, WaitsThatOnlyPaintRepaintHoweverShortTheyAreAndTakeNoTick) {
@@ -240,6 +242,26 @@ TEST_F(BarePortTest, WaitsThatOnlyPaintRepaintHoweverShortTheyAreAndTakeNoTick) 
   }
   EXPECT_EQ(ticks, 0);
   while (ticks == 0) loop.WaitForEvent();
+}
+
+TEST(QtTimerTest, RestartedTimerTicksWhenItsNewIntervalIsOverAndAStoppedOneNever) {
+  QtEventLoop loop;
+  QtTimer timer(loop, milliseconds(20), true);
+  std::chrono::nanoseconds ticked{0};
+  timer.SetHandler([&] { ticked = loop.Now(); });
+  loop.WaitForEvent(milliseconds(5));
+  timer.SetEnabled(false);
+  const auto restarted = loop.Now();
+  timer.SetEnabled(true);
+  while (ticked < restarted) loop.WaitForEvent();
+  EXPECT_GE(ticked - restarted, milliseconds(20));
+  timer.SetEnabled(false);
+  const auto last = ticked;
+  bool over = false;
+  QtTimer later(loop, milliseconds(50), true);
+  later.SetHandler([&over] { over = true; });
+  while (!over) loop.WaitForEvent();
+  EXPECT_EQ(ticked, last);
 }
 
 TEST(DeviceLockTest, LockOfAnyProgramThatRunsIsHonoured) {

@@ -54,22 +54,22 @@ TEST(DeviceFont, ReadsItsFormatAndRefusesEverythingElse) {
 }
 
 TEST(DeviceFont, TextTakesAttributesZoomAndMode) {
-  constexpr TextMode set = TextMode::Set;
-  EXPECT_EQ(Drawn({.mode = set}), "#.##.#\n.#..#.\n......\n......\n");
-  EXPECT_EQ(Drawn({.mode = set}, 2), "..#.##\n...#..\n......\n......\n");
-  EXPECT_EQ(Drawn({.mode = set}, -4), ".#....\n#.....\n......\n......\n");
-  EXPECT_EQ(Drawn({.underline = true, .mode = set}), "#.##.#\n######\n......\n......\n");
-  EXPECT_EQ(Drawn({.bold = true, .mode = set}), "######\n.##.##\n......\n......\n");
-  EXPECT_EQ(Drawn({.inverse = true, .mode = set}), ".#..#.\n#.##.#\n......\n......\n");
-  EXPECT_EQ(Drawn({.zoomX = 2, .zoomY = 2, .mode = set}), "##..##\n##..##\n..##..\n..##..\n");
-  EXPECT_EQ(Drawn({.zoomX = 0, .zoomY = 0, .mode = set}), Drawn({.mode = set})) << "counts as 1";
+  constexpr TextMode kSet = TextMode::Set;
+  EXPECT_EQ(Drawn({{}, kSet}), "#.##.#\n.#..#.\n......\n......\n");
+  EXPECT_EQ(Drawn({{}, kSet}, 2), "..#.##\n...#..\n......\n......\n");
+  EXPECT_EQ(Drawn({{}, kSet}, -4), ".#....\n#.....\n......\n......\n");
+  EXPECT_EQ(Drawn({{.underline = true}, kSet}), "#.##.#\n######\n......\n......\n");
+  EXPECT_EQ(Drawn({{.bold = true}, kSet}), "######\n.##.##\n......\n......\n");
+  EXPECT_EQ(Drawn({{.inverse = true}, kSet}), ".#..#.\n#.##.#\n......\n......\n");
+  EXPECT_EQ(Drawn({{.zoomX = 2, .zoomY = 2}, kSet}), "##..##\n##..##\n..##..\n..##..\n");
+  EXPECT_EQ(Drawn({{.zoomX = 0, .zoomY = 0}, kSet}), Drawn({{}, kSet})) << "counts as 1";
 
   const PixelMap black = AllSet(6, 2);
   for (const auto& [mode, picture] : {std::pair(TextMode::Replace, "#.##.#\n.#..#.\n"),
                                       std::pair(TextMode::Set, "######\n######\n"),
                                       std::pair(TextMode::Clear, ".#..#.\n#.##.#\n"),
                                       std::pair(TextMode::Invert, ".#..#.\n#.##.#\n")}) {
-    EXPECT_EQ(Drawn({.mode = mode}, 0, black), picture);
+    EXPECT_EQ(Drawn({{}, mode}, 0, black), picture);
   }
 }
 
@@ -101,11 +101,11 @@ class BuiltFonts : public testing::Test {
 };
 
 TEST_F(BuiltFonts, HaveTheirCells) {
-  constexpr int Cells[DeviceFonts::Count][2] = {{8, 8}, {8, 10}, {8, 14}, {8, 16}, {4, 6},
-                                                {8, 8}, {8, 10}, {8, 14}, {8, 16}, {16, 32}};
-  for (int i = 0; i < DeviceFonts::Count; ++i) {
-    EXPECT_EQ(fonts_.Font(i).Width(), Cells[i][0]) << i;
-    EXPECT_EQ(fonts_.Font(i).Height(), Cells[i][1]) << i;
+  constexpr int kCells[DeviceFonts::kCount][2] = {{8, 8}, {8, 10}, {8, 14}, {8, 16}, {4, 6},
+                                                  {8, 8}, {8, 10}, {8, 14}, {8, 16}, {16, 32}};
+  for (int i = 0; i < DeviceFonts::kCount; ++i) {
+    EXPECT_EQ(fonts_.Font(i).Width(), kCells[i][0]) << i;
+    EXPECT_EQ(fonts_.Font(i).Height(), kCells[i][1]) << i;
   }
 }
 

@@ -12,9 +12,9 @@
 namespace kelvo {
 namespace {
 
-constexpr int Width = 240;
-constexpr int Height = 128;
-constexpr std::int64_t Threshold = 0x808080;
+constexpr int kWidth = 240;
+constexpr int kHeight = 128;
+constexpr std::int64_t kThreshold = 0x808080;
 
 class OnTerminal : public testing::Test {
  protected:
@@ -28,8 +28,8 @@ class OnTerminal : public testing::Test {
   }
   std::string Commands(const Drawing& drawing, double version) {
     TerminalTraits traits;
-    traits.displayHeight = Height;
-    traits.blackThreshold = Threshold;
+    traits.displayHeight = kHeight;
+    traits.blackThreshold = kThreshold;
     traits.pixelWidthVersion = 2;
     traits.terminalVersion = version;
     return CreatePic(drawing, traits).text;
@@ -42,8 +42,8 @@ TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
   RandomDrawings drawings(11);
   for (int i = 0; i < 1500; ++i) {
     const Drawing drawing = drawings.Next();
-    PixelMap shown(Width, Height);
-    PaintDrawing(shown, drawing, TestFonts(), Threshold);
+    PixelMap shown(kWidth, kHeight);
+    PaintDrawing(shown, drawing, TestFonts(), kThreshold);
     // The pen of a drawing before must not show in this one.
     Send("\x1bGM0;\x1bGC" + Commands(drawing, i % 2 == 0 ? 1.0 : 2.1));
     const PixelMap& pixels = terminal_->Display().Pixels();

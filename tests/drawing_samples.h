@@ -29,9 +29,10 @@ inline DrawingObject GroupOf(std::vector<DrawingObject> members) {
   return object;
 }
 
-inline DrawingObject TextAt(Point topLeft, std::string prefixedText) {
+inline DrawingObject TextAt(Point topLeft, const TextAttributes& style, std::string text) {
   DrawingObject object = Boxed(Kind::Text, {topLeft.x + 39, topLeft.y}, {topLeft.x, topLeft.y - 7});
-  object.text = std::move(prefixedText);
+  object.style = style;
+  object.text = std::move(text);
   return object;
 }
 
@@ -43,7 +44,7 @@ inline DrawingObject PictureAt(Point topLeft, Picture picture) {
 }
 
 inline DrawingObject Erasing(DrawingObject object) {
-  object.penMode = PenErase;
+  object.penMode = PenMode::Erase;
   return object;
 }
 
@@ -64,12 +65,12 @@ class RandomDrawings {
   }
 
   DrawingObject Object(int depth) {
-    constexpr Kind Kinds[] = {Kind::Line,     Kind::Rectangle, Kind::Ellipse, Kind::Vertices,
-                              Kind::Polyline, Kind::Picture,   Kind::Text,    Kind::Group};
-    const Kind kind = Kinds[Number(0, depth > 0 ? 7 : 6)];
+    constexpr Kind kKinds[] = {Kind::Line,     Kind::Rectangle, Kind::Ellipse, Kind::Vertices,
+                               Kind::Polyline, Kind::Picture,   Kind::Text,    Kind::Group};
+    const Kind kind = kKinds[Number(0, depth > 0 ? 7 : 6)];
     if (kind == Kind::Group) return GroupOf(Level(depth - 1, Number(0, 4)));
     DrawingObject object = OfKind(kind);
-    object.penMode = Number(0, 3) == 0 ? PenErase : object.penMode;
+    object.penMode = Number(0, 3) == 0 ? PenMode::Erase : object.penMode;
     return object;
   }
 
@@ -111,7 +112,7 @@ class RandomDrawings {
     const int height = Number(1, 12);
     std::vector<Colour> pixels;
     for (int i = 0; i < width * height; ++i) {
-      pixels.push_back(static_cast<Colour>(Number(0, static_cast<int>(White))));
+      pixels.push_back(static_cast<Colour>(Number(0, static_cast<int>(kWhite))));
     }
     DrawingObject object = PictureAt(AnyPoint(), Picture(width, height, std::move(pixels)));
     if (Number(0, 2) == 0) object.corner1.x += Number(0, 30);  // stretched
@@ -119,12 +120,12 @@ class RandomDrawings {
   }
 
   DrawingObject AnyText() {
-    std::string text =
-        std::to_string(Number(0, 9)) + std::to_string(Number(1, 4)) + std::to_string(Number(1, 8));
-    for (int i = 0; i < 3; ++i) text += Number(0, 1) == 1 ? '1' : '0';
+    const TextAttributes style{Number(0, 9),      Number(1, 4),      Number(1, 8),
+                               Number(0, 1) == 1, Number(0, 1) == 1, Number(0, 1) == 1};
+    std::string text;
     for (int i = Number(0, 12); i > 0; --i) text += static_cast<char>(Number(32, 255));
-    DrawingObject object = TextAt(AnyPoint(), text);
-    if (text[4] == '1') object.penMode = PenInverseText;
+    DrawingObject object = TextAt(AnyPoint(), style, text);
+    if (style.inverse) object.penMode = PenMode::InverseText;
     return object;
   }
 

@@ -84,10 +84,11 @@ TEST(Editing, AlignsAndDistributes) {
 TEST(Editing, StretchingTextTakesTheNearestZoom) {
   const DeviceFonts fonts;  // without fonts every cell is one pixel
   DrawingObject text = Boxed(Kind::Text, {11, 9}, {10, 9});
-  text.text = "011000ab";
+  text.style.emplace();
+  text.text = "ab";
   Drawing drawing = {Chosen(text)};
   StretchSelected(drawing, {10, 9, 11, 9}, {10, 5, 14, 9}, fonts);
-  EXPECT_EQ(drawing[0].text, "035000ab");
+  EXPECT_EQ(drawing[0].style, (TextAttributes{0, 3, 5}));
   EXPECT_EQ(BoundsOf(drawing[0]), (Box{10, 5, 15, 9}));
 }
 
@@ -208,8 +209,8 @@ int BlackPixels(const Picture& picture) {
   for (int y = 0; y < picture.Height(); ++y) {
     for (int x = 0; x < picture.Width(); ++x) {
       const Colour colour = picture.At(x, y);
-      EXPECT_TRUE(colour == Black || colour == White);
-      count += colour == Black ? 1 : 0;
+      EXPECT_TRUE(colour == kBlack || colour == kWhite);
+      count += colour == kBlack ? 1 : 0;
     }
   }
   return count;

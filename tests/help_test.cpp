@@ -60,12 +60,12 @@ class HelpTest : public WindowTest {
 
 TEST_F(HelpTest, F1LeadsToTheChapterOfThePageOrWindow) {
   StartWithManual();
-  const char* const chapters[TabCount] = {
+  const char* const chapters[kTabCount] = {
       "zeichnung.html",       "schnittstellen.html", "text.html",
       "status.html",          "eeprom.html",         "at-tastatur.html",
       "matrix-tastatur.html", "makros.html",         "willkommen.html",
       "terminals.html"};
-  for (int tab = 0; tab < TabCount; ++tab) {
+  for (int tab = 0; tab < kTabCount; ++tab) {
     Show(static_cast<Tab>(tab));
     Trigger("mnuHilfe_Seite");
     EXPECT_EQ(ShownChapter().toStdString(), chapters[tab]);

@@ -107,8 +107,8 @@ MatrixTable RandomTable(std::mt19937& random) {
   MatrixTable table;
   for (bool& row : table.rows) row = below(2) == 0;
   for (bool& column : table.columns) column = below(2) == 0;
-  for (int row = 0; row < MatrixLines; ++row) {
-    for (int column = 0; column < MatrixLines; ++column) {
+  for (int row = 0; row < kMatrixLines; ++row) {
+    for (int column = 0; column < kMatrixLines; ++column) {
       const auto r = static_cast<std::size_t>(row);
       const auto c = static_cast<std::size_t>(column);
       if (!table.rows[r] || !table.columns[c]) continue;

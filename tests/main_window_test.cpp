@@ -214,9 +214,9 @@ TEST(TrafficLogTest, CharactersCloseTogetherAreOneEntryAndOldOnesAreDropped) {
   log.Add(milliseconds(500), Direction::FromTerminal, "k");
   EXPECT_EQ(log.Size(), 3u);
   EXPECT_EQ(ClockText(milliseconds(3723004)), "01:02:03.004");
-  for (std::size_t i = 0; i < 2 * TrafficLog::Capacity; ++i) {
+  for (std::size_t i = 0; i < 2 * TrafficLog::kCapacity; ++i) {
     log.Add(milliseconds(1000), Direction::ToTerminal, "\x1bR");
-    ASSERT_LE(log.Size(), TrafficLog::Capacity);
+    ASSERT_LE(log.Size(), TrafficLog::kCapacity);
   }
 }
 

@@ -7,9 +7,9 @@ namespace {
 
 class MatrixPageTest : public WindowTest {
  protected:
-  static constexpr testing_world::milliseconds soon{5};
+  static constexpr testing_world::milliseconds kSoon{5};
 
-  void AnswerFreeBytes(const std::string& bytes) { terminal.Answer("E?F", bytes + ";", soon); }
+  void AnswerFreeBytes(const std::string& bytes) { terminal.Answer("E?F", bytes + ";", kSoon); }
   void Tick(const char* array, std::initializer_list<int> lines) {
     for (int line = 0; line < 8; ++line) {
       const bool tick = std::find(lines.begin(), lines.end(), line) != lines.end();
@@ -74,7 +74,7 @@ TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
 TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
   StartOn(Tab::MatrixKeyboard);
   AnswerFreeBytes("1000");
-  terminal.Answer(",FF;", "\x06", soon);
+  terminal.Answer(",FF;", "\x06", kSoon);
   Tick("chkTastZeile", {0});
   Tick("chkTastSpalte", {0, 1});
   TypeCell(0, "A");
@@ -89,7 +89,7 @@ TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
 TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
   StartOn(Tab::MatrixKeyboard);
   TickAll();
-  terminal.Answer(";", "\x06", soon);
+  terminal.Answer(";", "\x06", kSoon);
   // The reply's two characters fit into 22 - 20 bytes, and do not into 21 - 20.
   AnswerFreeBytes("22");
   Click("cmdSetMatrixTab");
@@ -122,17 +122,17 @@ TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
   Click("cmdSetMatrixTab");
   EXPECT_EQ(person.LastMessage(), "keine Reaktion / cmdSetMatrixTab");
   EXPECT_EQ(port.written.find("EMK"), std::string::npos);
-  terminal.Answer("EDK0;", "\x15", soon);
+  terminal.Answer("EDK0;", "\x15", kSoon);
   Click("cmdClearMatrixTast");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
-  terminal.Answer("EDK0;", "X", soon);
+  terminal.Answer("EDK0;", "X", kSoon);
   Click("cmdClearMatrixTast");
   EXPECT_EQ(person.LastMessage(), "unknown 88 / cmdClearMatrixTast");
 }
 
 TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
   StartOn(Tab::MatrixKeyboard);
-  terminal.Answer("EM?", "3,80,\xE4;", soon);
+  terminal.Answer("EM?", "3,80,\xE4;", kSoon);
   Click("cmdMatrixRead");
   EXPECT_EQ(person.LastMessage(), "3,80,ä");
   Click("cmdMatrixDisable");

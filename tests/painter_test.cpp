@@ -14,12 +14,12 @@ std::string Painted(const Drawing& drawing) {
   return AsText(display);
 }
 
-const DrawingObject dot = WithVertices(Kind::Line, {{1, 0}, {1, 0}});
+const DrawingObject kDot = WithVertices(Kind::Line, {{1, 0}, {1, 0}});
 
 TEST(Painter, ALevelThatCannotBeSentIsNotDrawn) {
   const DrawingObject far = Boxed(Kind::Rectangle, {40000, 3}, {0, 0}, true);
-  EXPECT_EQ(Painted({dot, far}), Painted({}));
-  EXPECT_EQ(Painted({dot, GroupOf({far})}), Painted({dot}));
+  EXPECT_EQ(Painted({kDot, far}), Painted({}));
+  EXPECT_EQ(Painted({kDot, GroupOf({far})}), Painted({kDot}));
 }
 
 TEST(Drawing, BoundsMoveAndStretch) {

@@ -11,8 +11,8 @@
 namespace kelvo {
 namespace {
 
-constexpr int Far = 32767;
-constexpr int Farthest = std::numeric_limits<int>::max();
+constexpr int kFar = 32767;
+constexpr int kFarthest = std::numeric_limits<int>::max();
 
 using Draw = std::function<void(PixelMap&, Ink)>;
 
@@ -24,19 +24,20 @@ struct Golden {
   const char* picture;
 };
 
-const Golden goldens[] = {
+const Golden kGoldens[] = {
     {"FlatLine", 7, 3, [](PixelMap& m, Ink i) { DrawLine(m, 0, 0, 6, 2, i); },
      "##.....\n..###..\n.....##\n"},
     {"SteepLine", 3, 5, [](PixelMap& m, Ink i) { DrawLine(m, 2, 0, 0, 4, i); },
      "..#\n..#\n.#.\n.#.\n#..\n"},
     {"LineOfOnePixel", 3, 2, [](PixelMap& m, Ink i) { DrawLine(m, 1, 1, 1, 1, i); }, "...\n.#.\n"},
     {"LineFarBeyondTheEdges", 4, 4,
-     [](PixelMap& m, Ink i) { DrawLine(m, -Far, -Far, Far, Far, i); }, "#...\n.#..\n..#.\n...#\n"},
+     [](PixelMap& m, Ink i) { DrawLine(m, -kFar, -kFar, kFar, kFar, i); },
+     "#...\n.#..\n..#.\n...#\n"},
     {"RectangleFromAnyCorners", 5, 4,
      [](PixelMap& m, Ink i) { DrawRectangle(m, 4, 3, 0, 0, false, i); },
      "#####\n#...#\n#...#\n#####\n"},
     {"FilledRectangleClipped", 4, 3,
-     [](PixelMap& m, Ink i) { DrawRectangle(m, 2, -Far, Farthest, 1, true, i); },
+     [](PixelMap& m, Ink i) { DrawRectangle(m, 2, -kFar, kFarthest, 1, true, i); },
      "..##\n..##\n....\n"},
     {"RectangleOfOneRow", 4, 2, [](PixelMap& m, Ink i) { DrawRectangle(m, 1, 1, 3, 1, false, i); },
      "....\n.###\n"},
@@ -61,7 +62,7 @@ const Golden goldens[] = {
 };
 
 TEST(Raster, FiguresAreDrawnErasedAndInvertedAlike) {
-  for (const Golden& golden : goldens) {
+  for (const Golden& golden : kGoldens) {
     SCOPED_TRACE(golden.name);
     PixelMap map(golden.width, golden.height);
     golden.draw(map, Ink::Set);
@@ -125,11 +126,11 @@ TEST(Raster, EllipsesAreClosedAndSymmetric) {
 }
 
 TEST(Raster, FiguresBeyondAllBoundsNeitherOverflowNorDrawOutside) {
-  constexpr int Values[] = {std::numeric_limits<int>::min(), -Far - 1, -1, 0, 3, Far, Farthest};
+  constexpr int kValues[] = {std::numeric_limits<int>::min(), -kFar - 1, -1, 0, 3, kFar, kFarthest};
   PixelMap map(8, 8);
-  for (const int a : Values) {
-    for (const int b : Values) {
-      for (const int c : Values) {
+  for (const int a : kValues) {
+    for (const int b : kValues) {
+      for (const int c : kValues) {
         DrawLine(map, a, b, c, a, Ink::Invert);
         DrawRectangle(map, a, b, c, a, a > b, Ink::Invert);
         DrawEllipse(map, a, b, c, c, a > b, Ink::Invert);
@@ -139,7 +140,7 @@ TEST(Raster, FiguresBeyondAllBoundsNeitherOverflowNorDrawOutside) {
     }
   }
   map.Clear();
-  DrawEllipse(map, 3 - Farthest, 3, Farthest, Farthest, true, Ink::Set);
+  DrawEllipse(map, 3 - kFarthest, 3, kFarthest, kFarthest, true, Ink::Set);
   EXPECT_TRUE(map.At(0, 3));
 }
 

@@ -11,7 +11,7 @@ namespace {
 class SaveBitmap : public testing::Test {
  protected:
   void Save(int width, int height) {
-    const std::vector<Colour> pixels(static_cast<std::size_t>(width * height), White);
+    const std::vector<Colour> pixels(static_cast<std::size_t>(width * height), kWhite);
     const Drawing drawing = {PictureAt({0, 100}, Picture(width, height, pixels))};
     SaveBMPinEEProm(drawing, {}, person_, eeprom_);
   }
@@ -95,7 +95,7 @@ TEST_F(SaveBitmap, SaysWhyNothingIsSent) {
 
 TEST_F(SaveBitmap, PrefersTheSelectedPicture) {
   const auto picture = [](int width) {
-    return PictureAt({0, 0}, Picture(width, 1, std::vector<Colour>(std::size_t(width), White)));
+    return PictureAt({0, 0}, Picture(width, 1, std::vector<Colour>(std::size_t(width), kWhite)));
   };
   DrawingObject wide = picture(17);
   DrawingObject group = GroupOf({picture(9)});

@@ -23,6 +23,7 @@ kelvo_test(simulator_process_test QT
 target_compile_definitions(simulator_process_test PRIVATE
   KELVO_SIMULATOR="$<TARGET_FILE:kelvo-simulator>")
 add_dependencies(simulator_process_test kelvo-simulator)
+set_tests_properties(simulator_process_test PROPERTIES LABELS live)
 
 kelvo_test(simulator_window_test QT
   SOURCES simulator_window_test.cpp

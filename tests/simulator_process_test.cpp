@@ -13,7 +13,7 @@
 namespace kelvo::sim {
 namespace {
 
-using testing_world::Patience;
+using testing_world::kPatience;
 using testing_world::ReadFile;
 using testing_world::ReadUntil;
 
@@ -42,13 +42,13 @@ class Simulator {
   /// The exit status, or -1 when a signal has ended it.
   int End(int signal) {
     kill(static_cast<pid_t>(process_.processId()), signal);
-    process_.waitForFinished(Patience);
+    process_.waitForFinished(kPatience);
     return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
   }
 
  private:
   std::string Line() {
-    while (!process_.canReadLine() && process_.waitForReadyRead(Patience)) {
+    while (!process_.canReadLine() && process_.waitForReadyRead(kPatience)) {
     }
     return process_.readLine().toStdString();
   }
@@ -96,7 +96,7 @@ TEST(SimulatorProcess, IsATerminalOnAPort) {
   // The adapter is pulled out and put back.
   EXPECT_EQ(simulator.Run("unplug"), "ok\n");
   pollfd handle{port.Get(), POLLIN, 0};
-  EXPECT_EQ(poll(&handle, 1, Patience), 1);
+  EXPECT_EQ(poll(&handle, 1, kPatience), 1);
   EXPECT_NE(handle.revents & POLLHUP, 0);
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(simulator.Path("tty"))));
   EXPECT_EQ(simulator.Run("plug"), "ok\n");

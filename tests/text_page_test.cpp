@@ -50,13 +50,13 @@ class TextPageTest : public PageTest {
  protected:
   TextPageTest() { page.resize(1000, 700); }
 
-  static constexpr milliseconds soon{5};
+  static constexpr milliseconds kSoon{5};
 
   void AnswerAll(const std::string& kind, const std::string& shape, const std::string& position) {
     const std::pair<const char*, std::string> answers[] = {
         {"?C", kind},  {"?c", shape}, {"T?P", position}, {"G?P", position},
         {"T?F", "39"}, {"T?A", "5"},  {"T?M", "2"},      {"T?Z", "2,3"}};
-    for (const auto& [query, reply] : answers) terminal.Answer(query, reply + ";", soon);
+    for (const auto& [query, reply] : answers) terminal.Answer(query, reply + ";", kSoon);
   }
   void ChooseIndex(const char* list, int index) { Find<QComboBox>(list).setCurrentIndex(index); }
 
@@ -202,18 +202,18 @@ TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
   };
   const QImage pictures[] = {
       picture("Ab", {}),
-      picture("Ab", {.font = 3}),
-      picture("Ab", {.zoomX = 2}),
-      picture("Ab", {.underline = true}),
-      picture("Ab", {.mode = TextMode::Invert}),
-      picture("Ab", {.mode = TextMode::Clear}),
-      picture("Ab", {.mode = TextMode::Set}),
+      picture("Ab", {{.font = 3}}),
+      picture("Ab", {{.zoomX = 2}}),
+      picture("Ab", {{.underline = true}}),
+      picture("Ab", {{}, TextMode::Invert}),
+      picture("Ab", {{}, TextMode::Clear}),
+      picture("Ab", {{}, TextMode::Set}),
   };
   for (std::size_t i = 0; i < std::size(pictures); ++i) {
     for (std::size_t j = 0; j < i; ++j) EXPECT_NE(pictures[i], pictures[j]) << i << " " << j;
   }
   // An empty text, one of many rows and a zoom that the Terminal did not tell.
-  picture("", {0, 0, 0});
+  picture("", {{0, 0, 0}});
   EXPECT_EQ(picture(std::string(3000, '\n') + "x", {}), picture("\n", {}));
 }
 

@@ -65,7 +65,7 @@ class Desk : public ToolSurface {
 
 TEST(Tools, DraggingDrawsShapesInTheChosenStyle) {
   Desk desk;
-  desk.style.penMode = PenErase;
+  desk.style.penMode = PenMode::Erase;
   desk.style.filled = true;
   desk.grid = 5;
   desk.Take(ToolKind::Rectangle).Drag({11, 9}, {1, 21});
@@ -179,20 +179,21 @@ TEST(Tools, TextIsAskedForAndChangedByAClick) {
   desk.Take(ToolKind::Text);
   desk.Click({3, 9});  // cancelled
   ASSERT_TRUE(desk.shownWhileAsked.has_value());
-  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "011010typed");
+  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "typed");
   EXPECT_FALSE(desk.shown.has_value());
   EXPECT_TRUE(desk.drawing.empty());
   desk.answer = "Hallo";
   desk.Click({3, 9});
   ASSERT_EQ(desk.drawing.size(), 1U);
-  EXPECT_EQ(desk.drawing[0].text, "011010Hallo");
-  EXPECT_EQ(desk.drawing[0].penMode, PenInverseText);
+  EXPECT_EQ(desk.drawing[0].text, "Hallo");
+  EXPECT_EQ(desk.drawing[0].penMode, PenMode::InverseText);
   EXPECT_EQ(BoundsOf(desk.drawing[0]), (Box{3, 9, 7, 9}));  // cells of one pixel without fonts
   desk.answer = "Du";
   desk.Click({4, 9});
   EXPECT_EQ(desk.asked, "Hallo");
-  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "011010typed");
-  EXPECT_EQ(desk.drawing[0].text, "011010Du");
+  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "typed");
+  EXPECT_EQ(desk.drawing[0].text, "Du");
+  EXPECT_EQ(desk.drawing[0].style, desk.style.text);
   desk.Take(ToolKind::Select).tool->DoubleClick({{4, 9}, false, false});
   EXPECT_EQ(desk.asked, "Du");
 }

@@ -12,7 +12,7 @@ using sim::Fault;
 using testing_world::BusWorld;
 using testing_world::milliseconds;
 
-constexpr int Transfers = 10'000;
+constexpr int kTransfers = 10'000;
 
 /// Draws reproducible choices.
 class Dice {
@@ -44,14 +44,14 @@ std::string RandomDrawing(Dice& dice) {
 }
 
 sim::TerminalSetup RandomTerminal(Dice& dice, int address) {
-  static constexpr Fault faults[] = {Fault::Silent, Fault::Garbled, Fault::Late, Fault::Slow,
-                                     Fault::Drops,  Fault::Doubles, Fault::Flips};
+  static constexpr Fault kFaults[] = {Fault::Silent, Fault::Garbled, Fault::Late, Fault::Slow,
+                                      Fault::Drops,  Fault::Doubles, Fault::Flips};
   sim::TerminalSetup setup;
   setup.address = address;
   setup.width = 40;
   setup.height = 30;
   if (dice.OneIn(2)) {
-    setup.fault = faults[dice.Number(0, 6)];
+    setup.fault = kFaults[dice.Number(0, 6)];
     setup.faultEvery = dice.Number(5, 200);
   }
   return setup;
@@ -121,7 +121,7 @@ Outcome SendOnce(Dice& dice) {
 TEST(TransferWithFaults, NoTerminalIsShownAsGoodThatIsNotOtherThanByAnEqualSum) {
   Dice dice;
   Outcome all;
-  for (int i = 0; i < Transfers; ++i) {
+  for (int i = 0; i < kTransfers; ++i) {
     const Outcome outcome = SendOnce(dice);
     EXPECT_EQ(outcome.lies, 0) << "transfer " << i;
     all.good += outcome.good;
@@ -132,8 +132,8 @@ TEST(TransferWithFaults, NoTerminalIsShownAsGoodThatIsNotOtherThanByAnEqualSum) 
   RecordProperty("equal_sums", all.equalSums);
   RecordProperty("mistaken", all.mistaken);
   std::printf("%d transfers: %d Terminals shown as good, %d by an equal sum alone, %d mistaken\n",
-              Transfers, all.good, all.equalSums, all.mistaken);
-  EXPECT_GT(all.good, Transfers / 2);
+              kTransfers, all.good, all.equalSums, all.mistaken);
+  EXPECT_GT(all.good, kTransfers / 2);
   EXPECT_LT(all.equalSums, all.good / 20);
   EXPECT_LE(all.mistaken, 2);
 }

@@ -110,7 +110,7 @@ const std::map<std::pair<int, Tab>, std::string> Effects = {
 
 TEST_F(ToolbarTest, EveryButtonOnEveryPage) {
   for (int button = 0; button <= 12; ++button) {
-    for (int page = 0; page < TabCount; ++page) {
+    for (int page = 0; page < kTabCount; ++page) {
       const auto tab = button < 2 ? Tab{} : static_cast<Tab>(page);
       const auto effect = Effects.find({button, tab});
       StartWithADrawing(page);
@@ -129,7 +129,7 @@ TEST_F(ToolbarTest, MenuEntriesPressTheirButton) {
       {"mnuDateiNeu", 6},          {"mnuDateiLoad", 7},       {"mnuDateiSave", 8},
       {"mnuDateiSaveAsMakro", 11}, {"mnuBearbeitenSend", 10}, {"mnuBearbeitenloeschen", 12}};
   for (const auto& [entry, button] : entries) {
-    for (int page = 0; page < TabCount; ++page) {
+    for (int page = 0; page < kTabCount; ++page) {
       const auto effect = Effects.find({button, static_cast<Tab>(page)});
       StartWithADrawing(page);
       EXPECT_EQ(Find<QAction>(entry).isEnabled(), effect != Effects.end()) << entry << page;
@@ -209,7 +209,7 @@ TEST_F(WholeWindowTest, MnemonicsAreUniqueOnEachPage) {
   QStringList everywhere = Captions(Find("ctlRS485"));
   for (const QAction* menu : window->menuBar()->actions()) everywhere << menu->text();
   auto& tabs = Find<QTabWidget>("cmdTab");
-  for (int page = 0; page < TabCount; ++page) {
+  for (int page = 0; page < kTabCount; ++page) {
     std::map<QKeySequence, QString> taken;
     for (const QString& caption : everywhere + Captions(*tabs.widget(page))) {
       const QKeySequence key = QKeySequence::mnemonic(caption);

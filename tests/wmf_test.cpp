@@ -14,22 +14,22 @@
 namespace kelvo {
 namespace {
 
-constexpr int Width = 240;
-constexpr int Height = 128;
+constexpr int kWidth = 240;
+constexpr int kHeight = 128;
 
 WmfDrawing Load(std::string_view bytes, const WmfLimits& limits = {}) {
-  return ReadWmf(bytes, Width, Height, TestFonts(), limits);
+  return ReadWmf(bytes, kWidth, kHeight, TestFonts(), limits);
 }
 
 std::string Saved(const Drawing& drawing) {
-  const WmfFile file = WriteWmf(drawing, Width, Height);
+  const WmfFile file = WriteWmf(drawing, kWidth, kHeight);
   EXPECT_EQ(file.error, "");
   return file.bytes;
 }
 
 std::string CommandsOf(const Drawing& drawing) {
   TerminalTraits traits;
-  traits.displayHeight = Height;
+  traits.displayHeight = kHeight;
   traits.blackThreshold = 0x808080;
   return CreatePic(drawing, traits).text;
 }
@@ -48,13 +48,13 @@ TEST(Wmf, DrawingsComeBackObjectForObject) {
 
 TEST(Wmf, OddObjectsComeBackToo) {
   DrawingObject group = GroupOf({GroupOf({})});
-  group.penMode = PenErase;
+  group.penMode = PenMode::Erase;
   const Drawing odd = {
       Boxed(Kind::Rectangle, {3, 4}, {30, 40}),  // crossed corners
       WithVertices(Kind::Line, {{7, 7}, {7, 7}}),
       WithVertices(Kind::Polyline, {}),
-      TextAt({-30000, 32000}, ""),
-      TextAt({0, 0}, std::string("111000\0;\xff", 9)),
+      Boxed(Kind::Text, {-29961, 32000}, {-30000, 31993}),
+      TextAt({0, 0}, {1, 1, 1}, std::string("\0;\xff", 3)),
       group,
   };
   EXPECT_EQ(Load(Saved(odd)).drawing, odd);
@@ -63,11 +63,25 @@ TEST(Wmf, OddObjectsComeBackToo) {
   EXPECT_EQ(ReadWmf(Saved(odd), 640, 480, TestFonts()).drawing, odd);
 }
 
+TEST(Wmf, StoredTextsBeginWithTheirAttributes) {
+  const std::tuple<std::string_view, TextAttributes, std::string_view> rows[] = {
+      {"121101Hallo", {1, 2, 1, true, false, true}, "Hallo"},
+      {"x1x010a;b", {0, 1, 0, false, true, false}, "a;b"},
+      {"12", {1, 2, 0}, ""}};
+  for (const auto& [stored, style, shown] : rows) {
+    DrawingObject object;
+    TakePrefixedText(object, stored);
+    EXPECT_EQ(object.style, style);
+    EXPECT_EQ(object.text, shown);
+  }
+  EXPECT_EQ(MakePrefixedText(TextAt({0, 0}, {1, 2, 1, true, false, true}, "Hallo")), "121101Hallo");
+}
+
 TEST(Wmf, SaysWhatCannotBeWritten) {
   for (const Drawing& drawing : {Drawing{WithVertices(Kind::Line, {{0, 0}, {0, -32769}})},
                                  Drawing{Boxed(Kind::Ellipse, {32767, 0}, {0, 0})},
-                                 Drawing{TextAt({0, 0}, std::string(40000, 'x'))}}) {
-    const WmfFile file = WriteWmf(drawing, Width, Height);
+                                 Drawing{TextAt({0, 0}, {}, std::string(40000, 'x'))}}) {
+    const WmfFile file = WriteWmf(drawing, kWidth, kHeight);
     EXPECT_EQ(file.bytes, "");
     EXPECT_NE(file.error, "");
   }
@@ -107,20 +121,20 @@ class Foreign {
   std::uint16_t tools_ = 0;
 };
 
-constexpr U_COLORREF black{0, 0, 0, 0};
-constexpr U_COLORREF white{255, 255, 255, 0};
+constexpr U_COLORREF kDark{0, 0, 0, 0};
+constexpr U_COLORREF kLight{255, 255, 255, 0};
 
 TEST(Wmf, ForeignDrawingsBecomeObjects) {
   Foreign file;
-  file.Window(100, 50, 240, 128).Brush(black, U_BS_NULL).Pen(black);
+  file.Window(100, 50, 240, 128).Brush(kDark, U_BS_NULL).Pen(kDark);
   file.Add(U_WMRMOVETO_set({100, 50})).Add(U_WMRLINETO_set({110, 177}));
   file.Add(U_WMRMOVETO_set({100, 50}))
       .Add(U_WMRLINETO_set({101, 50}))
       .Add(U_WMRLINETO_set({102, 51}));
   file.Add(U_WMRRECTANGLE_set({110, 60, 120, 70}));
-  file.Brush(black).Add(U_WMRELLIPSE_set({110, 60, 120, 70}));
+  file.Brush(kDark).Add(U_WMRELLIPSE_set({110, 60, 120, 70}));
   const U_POINT16 corners[] = {{100, 50}, {110, 50}, {110, 60}};
-  file.Pen(white).Brush(black, U_BS_NULL).Add(U_WMRPOLYGON_set(3, corners));
+  file.Pen(kLight).Brush(kDark, U_BS_NULL).Add(U_WMRPOLYGON_set(3, corners));
   file.Add(U_WMRARC_set({0, 0}, {1, 1}, {0, 0, 9, 9}))
       .Add(U_WMRARC_set({0, 0}, {1, 1}, {0, 0, 9, 9}));
   const WmfDrawing loaded = Load(file.Bytes());
@@ -139,8 +153,8 @@ TEST(Wmf, ForeignDrawingsBecomeObjects) {
 
 TEST(Wmf, ForeignInsidesAndOutlinesOfDifferentColourAreTwoObjects) {
   Foreign file;
-  file.Window(0, 0, 240, 128).Brush(white).Pen(black).Add(U_WMRRECTANGLE_set({0, 0, 10, 10}));
-  file.Pen(black, U_PS_NULL).Add(U_WMRRECTANGLE_set({0, 0, 10, 10}));
+  file.Window(0, 0, 240, 128).Brush(kLight).Pen(kDark).Add(U_WMRRECTANGLE_set({0, 0, 10, 10}));
+  file.Pen(kDark, U_PS_NULL).Add(U_WMRRECTANGLE_set({0, 0, 10, 10}));
   const DrawingObject box = Boxed(Kind::Rectangle, {9, 127}, {0, 118});
   DrawingObject inside = Erasing(box);
   inside.filled = true;
@@ -149,13 +163,13 @@ TEST(Wmf, ForeignInsidesAndOutlinesOfDifferentColourAreTwoObjects) {
 
 TEST(Wmf, ForeignDrawingsLargerThanTheDisplayShrink) {
   Foreign file;
-  file.Window(0, 1000, 2400, -1000).Brush(black, U_BS_NULL);  // y upward, ten times as wide
+  file.Window(0, 1000, 2400, -1000).Brush(kDark, U_BS_NULL);  // y upward, ten times as wide
   file.Add(U_WMRRECTANGLE_set({0, 1000, 2400, 0}));
   EXPECT_EQ(Load(file.Bytes()).drawing, Drawing{Boxed(Kind::Rectangle, {239, 127}, {0, 28})});
 
   Foreign unframed;  // no window: what it draws is the frame
   std::string bytes =
-      unframed.Brush(black, U_BS_NULL).Add(U_WMRRECTANGLE_set({500, 0, 980, 256})).Bytes();
+      unframed.Brush(kDark, U_BS_NULL).Add(U_WMRRECTANGLE_set({500, 0, 980, 256})).Bytes();
   bytes.erase(0, U_SIZE_WMRPLACEABLE);
   EXPECT_EQ(Load(bytes).drawing, Drawing{Boxed(Kind::Rectangle, {239, 127}, {0, 0})});
 }
@@ -172,9 +186,10 @@ TEST(Wmf, ForeignTextTakesTheNearestFont) {
   file.Add(U_WMREXTTEXTOUT_set({100, 100}, 2, U_ETO_OPAQUE, "ab", nullptr, {0, 0, 9, 9}));
   const Drawing drawing = Load(file.Bytes()).drawing;
   ASSERT_EQ(drawing.size(), 2U);
-  EXPECT_EQ(drawing[0].text, "811000\"Gru\xdf \xfc\"");
+  EXPECT_EQ(drawing[0].text, "\"Gru\xdf \xfc\"");
+  EXPECT_EQ(drawing[0].style, (TextAttributes{8, 1, 1}));
   EXPECT_EQ(BoundsOf(drawing[0]), (Box{5, 120 - 15, 5 + 8 * 8 - 1, 120}));
-  EXPECT_EQ(drawing[1].text, "811000ab");
+  EXPECT_EQ(drawing[1].text, "ab");
   EXPECT_EQ(BoundsOf(drawing[1]), (Box{84, 28, 99, 43}));
 }
 
@@ -191,8 +206,8 @@ std::string WithRecord(std::uint16_t type, const std::string& parameters) {
 
 TEST(Wmf, DamagedFilesGiveOneMessageAndNothingElse) {
   const std::string good =
-      Saved({Boxed(Kind::Rectangle, {9, 9}, {0, 0}), TextAt({9, 20}, "011000x"),
-             PictureAt({3, 30}, Picture(2, 2, {Black, White, White, Black}))});
+      Saved({Boxed(Kind::Rectangle, {9, 9}, {0, 0}), TextAt({9, 20}, {}, "x"),
+             PictureAt({3, 30}, Picture(2, 2, {kBlack, kWhite, kWhite, kBlack}))});
   std::vector<std::string> bad = {
       "",
       "GIF89a",
@@ -255,7 +270,7 @@ TEST(Wmf, LimitsEndTheReading) {
   const std::string picture = Saved({PictureAt({0, 0}, Picture(4, 1, {1, 2, 3, 4}))});
   EXPECT_TRUE(Load(picture, limited([](auto& l) { l.pixels = 3; })).drawing.empty());
   // Nor may few pixels be stretched to very many.
-  DrawingObject huge = PictureAt({0, 0}, Picture(1, 1, {Black}));
+  DrawingObject huge = PictureAt({0, 0}, Picture(1, 1, {kBlack}));
   huge.corner2 = {-30000, -30000};
   EXPECT_TRUE(Load(Saved({huge})).drawing.empty());
 }
@@ -275,7 +290,7 @@ std::string Dib(std::int32_t width, std::int32_t height, std::uint16_t bits,
 TEST(Dib, ReadsEveryDepth) {
   const std::string palette2("\0\0\0\0\xff\xff\xff\0", 8);
   const std::string grey(4 * 14, '\0');
-  const Picture expected(2, 1, {White, Black});
+  const Picture expected(2, 1, {kWhite, kBlack});
   const struct {
     std::uint16_t bits;
     std::string rest;

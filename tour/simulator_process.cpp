@@ -6,7 +6,7 @@ namespace kelvo {
 namespace {
 
 // Generous: it bounds a failure, not the work.
-constexpr int limitMilliseconds = 30000;
+constexpr int kLimitMilliseconds = 30000;
 
 }  // namespace
 
@@ -21,12 +21,12 @@ SimulatorProcess::SimulatorProcess(const QString& programFolder, const QStringLi
 SimulatorProcess::~SimulatorProcess() {
   process_.closeWriteChannel();
   process_.terminate();
-  process_.waitForFinished(limitMilliseconds);
+  process_.waitForFinished(kLimitMilliseconds);
 }
 
 QString SimulatorProcess::ReadLine() {
   while (!process_.canReadLine()) {
-    if (!process_.waitForReadyRead(limitMilliseconds)) return {};
+    if (!process_.waitForReadyRead(kLimitMilliseconds)) return {};
   }
   return QString::fromUtf8(process_.readLine()).trimmed();
 }

@@ -9,7 +9,7 @@ namespace kelvo {
 namespace {
 
 // The port that the picture names; where it really lies is of no interest.
-constexpr char shownPort[] = "simulator.tty";
+constexpr char kShownPort[] = "simulator.tty";
 
 void Receive(sim::Terminal& terminal, const std::string& text) {
   for (const char byte : text) {
@@ -41,7 +41,7 @@ void SimulatorTour::OneTerminal() {
           "\x1b"
           "EWM1,Hallo\x03" +
               Frame("Pumpe l\xE4uft") + "\x1bMS4,4;\x1bMC2,10,35,240,15,5;\x1bME\x1b!P9;");
-  sim::SimulatorWindow window(station, shownPort, 0);
+  sim::SimulatorWindow window(station, kShownPort, 0);
   window.Refresh();
   window.show();
   album_.Shoot(window, "simulator");
@@ -57,7 +57,7 @@ void SimulatorTour::Wall() {
     terminal.PowerOn(sim::Station::Now());
     Receive(terminal, Frame("Pumpe " + std::to_string(address + 1)));
   }
-  sim::WallWindow window(station, shownPort);
+  sim::WallWindow window(station, kShownPort);
   window.Refresh();
   window.show();
   album_.Shoot(window, "simulator-wand");

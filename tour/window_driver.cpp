@@ -17,7 +17,7 @@ namespace kelvo {
 namespace {
 
 // Far beyond what any step takes; only a program that hangs gets here.
-constexpr int limitMilliseconds = 60000;
+constexpr int kLimitMilliseconds = 60000;
 
 QString Bare(QString caption) { return caption.remove(u'&'); }
 
@@ -84,9 +84,9 @@ void WindowDriver::Until(const QString& what, const std::function<bool()>& done)
   QElapsedTimer elapsed;
   elapsed.start();
   QTimer alarm;  // the wait below ends also when nothing happens any more
-  alarm.start(limitMilliseconds);
+  alarm.start(kLimitMilliseconds);
   while (!done()) {
-    if (elapsed.elapsed() > limitMilliseconds) {
+    if (elapsed.elapsed() > kLimitMilliseconds) {
       throw std::runtime_error("waited in vain: " + what.toStdString());
     }
     QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);

@@ -7,8 +7,8 @@
 namespace kelvo {
 namespace {
 
-constexpr int nameRole = Qt::UserRole;
-constexpr int bookmarkRole = Qt::UserRole + 1;
+constexpr int kNameRole = Qt::UserRole;
+constexpr int kBookmarkRole = Qt::UserRole + 1;
 
 }  // namespace
 
@@ -33,13 +33,13 @@ bool NameList::Shows(const Recordset& records) const {
 void NameList::Add(NewEntry where, std::int64_t bookmark, const std::string& name) {
   const int index = where == NewEntry::First ? 0 : box_.count();
   box_.insertItem(index, QString());
-  box_.setItemData(index, qlonglong{bookmark}, bookmarkRole);
+  box_.setItemData(index, qlonglong{bookmark}, kBookmarkRole);
   Rename(bookmark, name);
 }
 
 void NameList::Rename(std::int64_t bookmark, const std::string& name) {
   const int index = IndexOf(bookmark);
-  box_.setItemData(index, QString::fromStdString(name), nameRole);
+  box_.setItemData(index, QString::fromStdString(name), kNameRole);
   box_.setItemText(index, QString::fromStdString(name));
 }
 
@@ -56,11 +56,11 @@ void NameList::Select(std::int64_t bookmark) { box_.setCurrentIndex(IndexOf(book
 std::string NameList::ChosenName() const { return NameAt(box_.currentIndex()); }
 
 int NameList::IndexOf(std::int64_t bookmark) const {
-  return box_.findData(qlonglong{bookmark}, bookmarkRole);
+  return box_.findData(qlonglong{bookmark}, kBookmarkRole);
 }
 
 std::string NameList::NameAt(int index) const {
-  return box_.itemData(index, nameRole).toString().toStdString();
+  return box_.itemData(index, kNameRole).toString().toStdString();
 }
 
 }  // namespace kelvo

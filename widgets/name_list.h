@@ -10,7 +10,7 @@ namespace kelvo {
 class Recordset;
 
 /// What a record is called until the operator has named it.
-inline constexpr char NewRecordName[] = "(neuer Name)";
+inline constexpr char kNewRecordName[] = "(neuer Name)";
 
 /// Where the list shows a new record.
 enum class NewEntry { First, Last };

@@ -52,7 +52,7 @@ std::optional<std::string> RecordEditorBase::Wert() const {
 }
 
 std::string RecordEditorBase::CurrentName() const {
-  return HasCurrent() ? names_.NameOf(Current()) : NewRecordName;
+  return HasCurrent() ? names_.NameOf(Current()) : kNewRecordName;
 }
 
 void RecordEditorBase::EnableDiscard(bool on) { discard_.setEnabled(on); }

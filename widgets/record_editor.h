@@ -139,7 +139,7 @@ class RecordEditor final : public RecordEditorBase {
 
   /// Appends a record that is empty in the database and shows `fresh`.
   void New(const Edit& fresh) {
-    Store(Target::New, NewRecordName, {});
+    Store(Target::New, kNewRecordName, {});
     drafts_.erase(0);
     Restart(fresh);
   }

@@ -13,8 +13,8 @@ namespace kelvo {
 namespace {
 
 // The side of the square that the strokes below are drawn in.
-constexpr qreal Side = 24;
-constexpr qreal StrokeWidth = 1.7;
+constexpr qreal kSide = 24;
+constexpr qreal kStrokeWidth = 1.7;
 
 // M x y: the pen goes there. L x y: a line. A x y w h from sweep: an arc of the ellipse in this
 // box, degrees counter-clockwise from three o'clock. E x y w h: a whole ellipse. R x y w h: a
@@ -125,13 +125,13 @@ class SymbolEngine : public QIconEngine {
     const QPalette palette = QGuiApplication::palette();
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
     const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
-    const qreal scale = std::min(rect.width(), rect.height()) / Side;
+    const qreal scale = std::min(rect.width(), rect.height()) / kSide;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(rect.center().x() + 0.5 - scale * Side / 2,
-                       rect.center().y() + 0.5 - scale * Side / 2);
+    painter->translate(rect.center().x() + 0.5 - scale * kSide / 2,
+                       rect.center().y() + 0.5 - scale * kSide / 2);
     painter->scale(scale, scale);
-    painter->strokePath(path_, QPen(palette.color(group, role), StrokeWidth, Qt::SolidLine,
+    painter->strokePath(path_, QPen(palette.color(group, role), kStrokeWidth, Qt::SolidLine,
                                     Qt::RoundCap, Qt::RoundJoin));
     painter->restore();
   }

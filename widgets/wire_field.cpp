@@ -15,14 +15,14 @@
 namespace kelvo {
 namespace {
 
-constexpr int charactersKept = 20000;
-constexpr std::size_t carriageReturn = 13;
+constexpr int kCharactersKept = 20000;
+constexpr std::size_t kCarriageReturn = 13;
 
 // The code whose glyph this is, or -1.
 int ControlCode(char16_t glyph) {
-  if (glyph == DeleteGlyph) return 0x7F;
-  const auto* const found = std::find(std::begin(ControlGlyphs), std::end(ControlGlyphs), glyph);
-  return found == std::end(ControlGlyphs) ? -1 : static_cast<int>(found - ControlGlyphs);
+  if (glyph == kDeleteGlyph) return 0x7F;
+  const auto* const found = std::find(std::begin(kControlGlyphs), std::end(kControlGlyphs), glyph);
+  return found == std::end(kControlGlyphs) ? -1 : static_cast<int>(found - kControlGlyphs);
 }
 
 bool IsWire(const QString& text) {
@@ -57,9 +57,9 @@ QString GlyphText(const std::string& wire) {
       text += u'\n';
       ++i;
     } else if (code < 0x20) {
-      text += QChar(ControlGlyphs[code]);
+      text += QChar(kControlGlyphs[code]);
     } else {
-      text += code == 0x7F ? QChar(DeleteGlyph) : QChar(code);
+      text += code == 0x7F ? QChar(kDeleteGlyph) : QChar(code);
     }
   }
   return text;
@@ -107,16 +107,16 @@ void WireEdit::AppendWire(const std::string& wire) {
   end.movePosition(QTextCursor::End);
   // Behind the last character the document counts one more, which ends its paragraph.
   const QChar last = document()->characterAt(document()->characterCount() - 2);
-  const bool endsLine = wire.starts_with('\n') && last == ControlGlyphs[carriageReturn];
+  const bool endsLine = wire.starts_with('\n') && last == kControlGlyphs[kCarriageReturn];
   if (endsLine) end.deletePreviousChar();
   end.insertText(GlyphText(endsLine ? "\r" + wire : wire));
-  if (document()->characterCount() > charactersKept) DropOlderHalf();
+  if (document()->characterCount() > kCharactersKept) DropOlderHalf();
   if (atEnd) bar->setValue(bar->maximum());
 }
 
 void WireEdit::DropOlderHalf() {
   QTextCursor older(document());
-  older.setPosition(charactersKept / 2, QTextCursor::KeepAnchor);
+  older.setPosition(kCharactersKept / 2, QTextCursor::KeepAnchor);
   older.removeSelectedText();
   document()->clearUndoRedoStacks();
 }

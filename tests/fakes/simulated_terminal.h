@@ -19,7 +19,7 @@ class SimulatedLine {
       Pass();
     };
     loop.Add(
-        {[this] { return line.NextEvent().value_or(VirtualLoop::never); }, [this] { Pass(); }});
+        {[this] { return line.NextEvent().value_or(VirtualLoop::kNever); }, [this] { Pass(); }});
   }
 
   sim::Bus bus;

@@ -112,7 +112,7 @@ class VirtualPort : public BufferedPort {
 
  private:
   nanoseconds NextDeparture() const {
-    return line_.empty() || held ? VirtualLoop::never : departure_;
+    return line_.empty() || held ? VirtualLoop::kNever : departure_;
   }
   void Depart() {
     const char character = line_.front();

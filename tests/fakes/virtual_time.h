@@ -39,8 +39,8 @@ class VirtualLoop : public EventLoop {
   }
 
   void WaitForEvent() override {
-    if (NextTime(true) == never) throw std::logic_error("a wait that nothing can end");
-    Advance(never, true);
+    if (NextTime(true) == kNever) throw std::logic_error("a wait that nothing can end");
+    Advance(kNever, true);
   }
   void WaitForEvent(nanoseconds longest) override {
     const nanoseconds end = now_ + std::max(longest, nanoseconds(1));
@@ -72,11 +72,11 @@ class VirtualLoop : public EventLoop {
   bool Closing() const override { return closing; }
 
   bool closing = false;
-  static constexpr nanoseconds never = nanoseconds::max();
+  static constexpr nanoseconds kNever = nanoseconds::max();
 
  private:
   nanoseconds NextTime(bool ticks) const {
-    nanoseconds next = actions_.empty() ? never : actions_.begin()->first;
+    nanoseconds next = actions_.empty() ? kNever : actions_.begin()->first;
     for (const Source& source : sources_) {
       if (ticks || !source.isTimer) next = std::min(next, source.next());
     }
@@ -85,7 +85,7 @@ class VirtualLoop : public EventLoop {
 
   void Advance(nanoseconds latest, bool ticks) {
     const nanoseconds next = NextTime(ticks);
-    if (next == never || next > latest) return;
+    if (next == kNever || next > latest) return;
     now_ = std::max(now_, next);
     if (!actions_.empty() && actions_.begin()->first <= now_) {
       const Action action = std::move(actions_.begin()->second);
@@ -108,7 +108,7 @@ class VirtualTimer : public Timer {
  public:
   VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled, Ticks = Ticks::Each)
       : loop_(loop), interval_(interval), enabled_(enabled), due_(loop.Now() + interval) {
-    loop.Add({[this] { return enabled_ ? due_ : VirtualLoop::never; }, [this] { Tick(); }, true});
+    loop.Add({[this] { return enabled_ ? due_ : VirtualLoop::kNever; }, [this] { Tick(); }, true});
   }
   void SetInterval(milliseconds interval) override {
     interval_ = interval;

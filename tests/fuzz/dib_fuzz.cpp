@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   terminal.blackThreshold = std::int64_t{data[2]} << 16;
   const int w = data[0];
   const int h = data[1];
-  const Translation bitmap = CreateBitmap(object, w, h, CreateForEEProm, terminal);
+  const Translation bitmap = CreateBitmap(object, w, h, kCreateForEEProm, terminal);
   const std::string header = std::to_string(BytesPerRow(w)) + "," + std::to_string(h) + ",";
   const auto digits = static_cast<std::size_t>(2 * BytesPerRow(w) * h);
   if (bitmap.text.size() != header.size() + digits + 1) std::abort();
