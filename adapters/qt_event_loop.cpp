@@ -13,6 +13,9 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
 constexpr milliseconds kPaintEvery{20};
+// The system may let a sleep last a thousandth longer than asked for; a longer one than this is
+// ended by a short one.
+constexpr milliseconds kOneSleep{1000};
 
 }  // namespace
 
@@ -83,7 +86,8 @@ void QtTimer::Arm() {
   const nanoseconds now = loop_.Now();
   if (due_ <= now) due_ += interval_ * ((now - due_) / interval_ + 1);
   if (timer_.isActive() && wakes_ <= due_) return;
-  const auto wait = std::chrono::ceil<milliseconds>(due_ - now);
+  auto wait = std::chrono::ceil<milliseconds>(due_ - now);
+  if (wait > kOneSleep) wait -= wait / 50;
   wakes_ = now + wait;
   timer_.start(wait);
 }

@@ -1,5 +1,5 @@
 # The headers that most sources share, parsed once for all targets of a kind. Each source still
-# includes what it uses: .ci/run builds the delivered ones without these.
+# includes what it uses: -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds without these.
 # What few include costs the others more than it saves: the compiler makes the template instances
 # that a header asks for in each source anew. Without <QApplication>: with it, qApp is one everywhere.
 set(kelvo_standard_headers
