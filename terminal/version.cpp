@@ -30,7 +30,7 @@ std::string AskVersionByTime(Exchange& exchange, TerminalState& state) {
   exchange.SendString(query);
   Reply reply = exchange.WaitAnswer({});
   if (reply.text.starts_with(query.Text())) reply.text.erase(0, query.Text().size());
-  const std::string answer = reply.text;
+  std::string answer = reply.text;
   reply.text.erase(std::min(reply.text.find(kEndMark), reply.text.size()));
   if (!answer.empty()) NoteVersion(state, reply);
   return answer;
