@@ -6,6 +6,8 @@
 #include <thread>
 #include <utility>
 
+#include "adapters/held_input.h"
+
 namespace kelvo {
 namespace {
 
@@ -47,7 +49,10 @@ void QtEventLoop::WaitPaintingOnly(nanoseconds time) {
 
 void QtEventLoop::Paint() {
   const bool outer = std::exchange(held_, true);
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  {
+    const HeldInput input;
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+  }
   held_ = outer;
   painted_ = Now();
   if (!held_) Q_EMIT Released();
@@ -95,7 +100,9 @@ void QtTimer::Arm() {
 void QtTimer::Expired() {
   if (!enabled_) return;
   if (loop_.Now() < due_) return Arm();
-  if (ticks_ == Ticks::Each) Arm();
+  // A tick that falls into a wait without ticks is dropped; one that was asked for comes later
+  // then.
+  if (ticks_ == Ticks::Each || loop_.Held()) Arm();
   if (tick_ && !loop_.Held()) tick_();
 }
 

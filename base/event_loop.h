@@ -16,8 +16,9 @@ class EventLoop {
   virtual void WaitForEvent(std::chrono::nanoseconds longest) = 0;
   /// Handles what has happened already; never sleeps.
   virtual void ProcessPending() = 0;
-  /// Lets up to `time` pass. Takes no input from the operator and no tick of a `Timer`; windows
-  /// repaint. May return early, but not without any time having passed.
+  /// Lets up to `time` pass. Takes no input from the operator but Escape and the closing of a
+  /// window, and no tick of a `Timer`; windows repaint. May return early, but not without any time
+  /// having passed.
   virtual void WaitPaintingOnly(std::chrono::nanoseconds time) = 0;
   /// Time since an arbitrary origin; it never goes back.
   virtual std::chrono::nanoseconds Now() const = 0;

@@ -12,6 +12,7 @@ namespace kelvo {
 /// exception leaves a handler.
 template <typename Handler>
 void Guarded(Operator& person, const char* routine, Handler&& handler) {
+  const Undertakings::Running running(person.Begun());
   try {
     std::forward<Handler>(handler)();
   } catch (const std::exception& error) {

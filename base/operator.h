@@ -4,9 +4,15 @@
 #include <optional>
 #include <string>
 
+#include "base/deeds.h"
+#include "base/undertakings.h"
+
 namespace kelvo {
 
 enum class Icon { None, Information, Question, Exclamation };
+/// Which answer a hasty Return gives.
+enum class Proposal { ByIcon, No };
+enum class Decision { Save, Discard, Cancel };
 
 /// The person in front of the screen. All texts are UTF-8. While the program is closing nobody is
 /// asked any more: questions are answered with No, inputs and dialogs as cancelled.
@@ -14,25 +20,59 @@ class Operator {
  public:
   virtual ~Operator() = default;
 
-  /// A message box with the OK button alone. An empty title means the program's name.
+  Undertakings& Begun() { return begun_; }
+  Deeds& Done() { return done_; }
+  /// Whether an action that speaks to the Terminal may begin; if not, the operator has been told.
+  bool MayTalk();
+  /// Whether the port is open, and what leads the operator to the place where one is chosen.
+  /// Without these it counts as open.
+  void SetPort(std::function<bool()> isOpen, std::function<void()> wanted) {
+    portOpen_ = std::move(isOpen);
+    portWanted_ = std::move(wanted);
+  }
+
+  /// A message box with the OK button alone. An empty title means the program's name; `hint` stands
+  /// below the text and explains it.
   virtual void Message(const std::string& text, Icon icon = Icon::None,
-                       const std::string& title = {}) = 0;
+                       const std::string& title = {}, const std::string& hint = {}) = 0;
   /// The same without waiting for the OK.
   virtual void Notify(const std::string& text, Icon icon = Icon::None) = 0;
-  /// A Yes/No message box; true for Yes. An empty title means the program's name.
+  /// A Yes/No message box; true for Yes. An empty title means the program's name. Yes is proposed,
+  /// with the exclamation icon No; `hint` as in Message.
   virtual bool Ask(const std::string& text, Icon icon = Icon::Question,
-                   const std::string& title = {}) = 0;
+                   const std::string& title = {}, Proposal proposal = Proposal::ByIcon,
+                   const std::string& hint = {}) = 0;
+  /// What to do about changes that are not saved.
+  virtual Decision AskToSave(const std::string& text) = 0;
   /// Told the text in an input box each time that it changes.
   using Typed = std::function<void(const std::string& text)>;
   /// An input box; nothing when it was cancelled.
   virtual std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
                                            const Typed& typed = {}) = 0;
-  /// A file dialog; nothing when it was cancelled. `filter` is "Label |*.ext".
+  /// A file dialog; nothing when it was cancelled. `filter` is "Label |*.ext"; to
+  /// open a file it may offer several: "Label |*.ext|Label |*.ext".
   virtual std::optional<std::string> OpenFile(const std::string& title,
                                               const std::string& filter) = 0;
   virtual std::optional<std::string> SaveFile(const std::string& title,
                                               const std::string& filter) = 0;
   virtual void Beep() = 0;
+
+ private:
+  Undertakings begun_;
+  Deeds done_;
+  std::function<bool()> portOpen_;
+  std::function<void()> portWanted_;
 };
+
+inline bool Operator::MayTalk() {
+  if (portOpen_ && !portOpen_()) {
+    portWanted_();
+    return false;
+  }
+  const std::string& running = begun_.RunsAlone();
+  if (running.empty()) return true;
+  Notify(running + " Solange wird nichts anderes gesendet.", Icon::Information);
+  return false;
+}
 
 }  // namespace kelvo

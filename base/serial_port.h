@@ -24,7 +24,7 @@ enum PortError : std::int16_t {
 /// XOn/XOff and RTS/CTS carry the numbers that the port control has for them.
 enum class Handshaking { XOnXOff = 1, RtsCts = 2 };
 
-enum class Direction { ToTerminal, FromTerminal };
+enum class Direction : std::uint8_t { ToTerminal, FromTerminal };
 using TrafficListener = std::function<void(Direction direction, std::string_view characters)>;
 
 /// The serial port control. Characters are 8 bit, one std::string element each.

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "benchmarks/real_line.h"
+#include "link/traffic_record.h"
 #include "tour/simulator_process.h"
 
 // How much of the line's time the exchange itself takes. Speeds are told as ratios, because the
@@ -90,6 +91,34 @@ void ExchangeRoundTrip(benchmark::State& state) {
   }
 }
 BENCHMARK(ExchangeRoundTrip)->UseRealTime();
+
+// What recording the traffic adds to an exchange, as a share of that exchange's own time, on a line
+// that is 200 times as fast as a Terminal's.
+void RecordingShare(benchmark::State& state) {
+  using std::chrono::system_clock;
+  Responder responder;
+  Host host(responder.Path(), "4000000,N,8,1");
+  TrafficRecord record;
+  const Reply reply = AcknowledgeReply("\x06", true);
+  const auto now = [] {
+    return std::chrono::time_point_cast<std::chrono::milliseconds>(system_clock::now());
+  };
+  std::chrono::nanoseconds exchanged{0};
+  std::chrono::nanoseconds recorded{0};
+  for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    if (host.Send(kCommand)) state.SkipWithError("no acknowledge");
+    const auto between = std::chrono::steady_clock::now();
+    record.Add(now(), Direction::ToTerminal, kCommand);
+    record.Add(now(), Direction::FromTerminal, reply.received);
+    record.Note(now(), {kCommand, reply, {}});
+    recorded += std::chrono::steady_clock::now() - between;
+    exchanged += between - start;
+  }
+  state.counters["share_%"] =
+      100 * static_cast<double>(recorded.count()) / static_cast<double>(exchanged.count());
+}
+BENCHMARK(RecordingShare)->UseRealTime();
 
 // The share of the line rate that a stream of acknowledged 64-byte commands reaches.
 void ShareOfLineRate(benchmark::State& state) {

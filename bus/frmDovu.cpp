@@ -71,7 +71,7 @@ void frmDovu::ConnectButtons() {
   OnClick(cmdSenden, this, person, &frmDovu::cmdSenden_Click);
   OnClick(cmdDovuAlleAktiv, this, person, &frmDovu::cmdDovuAlleAktiv_Click);
   OnClick(cmdDovuKeinsAktiv, this, person, &frmDovu::cmdDovuKeinsAktiv_Click);
-  OnClick(cmdAbbruch, this, person, &frmDovu::cmdAbbruch_Click);
+  OnClick(cmdAbbruch, this, person, &frmDovu::cmdAbbruch_Click, Speaks::ToStop);
 }
 
 void frmDovu::Open() {
@@ -131,16 +131,16 @@ void frmDovu::SetSending(bool sending) {
     button->setEnabled(!sending);
   }
   cmdAbbruch->setText(sending ? tr("A&bbrechen") : tr("S&chließen"));
-  cmdAbbruch->setToolTip(sending ? tr("Hört vor dem nächsten Terminal auf.") : QString());
+  cmdAbbruch->setToolTip(sending ? tr("Hört nach dem Stück auf, das gerade gesendet wird.")
+                                 : QString());
   cmdAbbruch->setEnabled(true);
 }
 
 void frmDovu::cmdSenden_Click() {
   if (sending_) return;
-  if (!services_.exchange.Alive()) {
-    reject();
-    return Q_EMIT PortWanted();
-  }
+  if (!services_.exchange.Alive()) reject();
+  if (!services_.person.MayTalk()) return;
+  const Undertakings::Alone alone(services_.person.Begun(), "Die Übertragung läuft.");
   TakeTicks();
   SetSending(true);
   // Where it cannot be translated that has been said, and nothing goes out: a transfer of nothing
@@ -191,7 +191,7 @@ void frmDovu::cmdAbbruch_Click() {
   if (!sending_) return reject();
   transfer_.Stop();
   cmdAbbruch->setEnabled(false);
-  lblErgebnis->setText(tr("Die Übertragung hört vor dem nächsten Terminal auf …"));
+  lblErgebnis->setText(tr("Die Übertragung hört nach dem Stück auf, das gerade gesendet wird …"));
 }
 
 // Escape or the window's frame: a transfer under way is stopped first.

@@ -39,8 +39,6 @@ class frmDovu : public QDialog {
   void reject() override;
 
  Q_SIGNALS:
-  /// Nothing can be sent, because no port is open.
-  void PortWanted();
 
  private:
   void MakeList();

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
@@ -17,6 +16,7 @@
 #include "bus/addresses.h"
 #include "bus/terminal_list_model.h"
 #include "bus/tick_list.h"
+#include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 
@@ -52,7 +52,8 @@ QWidget* SearchPage::MakeSearch() {
   txtmaxDovu->setToolTip(tr("Auf 255 hören alle Terminals, auf 254 soll keines hören."));
   cmdDovusuchen =
       MakeButton("cmdDovusuchen", tr("Anzeigen s&uchen"),
-                 tr("Fragt jede Adresse ab 0. Jedes gefundene Terminal zeigt seine Adresse an."));
+                 tr("Fragt jede Adresse ab 0. Jedes gefundene Terminal zeigt seine Adresse an. Auf "
+                    "240 x 128 Punkten sieht man davon nur die Nummer."));
   cmdDovuAbbrechen = MakeButton("cmdDovuAbbrechen", tr("Abb&rechen"),
                                 tr("Beendet die Suche nach der jetzigen Adresse (Esc)."));
   MakeProgress();
@@ -125,8 +126,8 @@ QWidget* SearchPage::MakeStored() {
 
 void SearchPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdDovusuchen, this, person, &SearchPage::cmdDovusuchen_Click);
-  OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click);
+  OnSend(cmdDovusuchen, this, person, &SearchPage::cmdDovusuchen_Click);
+  OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click, Speaks::ToStop);
   OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
   OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
   OnClick(cmdDovuNeu, this, person, &SearchPage::cmdDovuNeu_Click);
@@ -135,6 +136,7 @@ void SearchPage::ConnectControls() {
   connect(txtmaxDovu, &QLineEdit::editingFinished, this, &SearchPage::txtmaxDovu_LostFocus);
   connect(txtmaxDovu, &QLineEdit::returnPressed, cmdDovusuchen, &QPushButton::click);
   AddShortcut(cmdDovuAbbrechen, QKeySequence(Qt::Key_Escape));
+  connect(model_, &TerminalListModel::Refused, this, [] { NoteRefusal(); });
   // Later, because a message would take the focus away from the cell that is being left.
   connect(
       model_, &TerminalListModel::Refused, this,
@@ -151,6 +153,7 @@ void SearchPage::Refresh() {
   model_->Reload();
   SelectCurrent();
   selecting_ = false;
+  txtmaxDovu->selectAll();  // what is typed replaces it
 }
 
 void SearchPage::SelectCurrent() {
@@ -175,11 +178,19 @@ void SearchPage::TellAddress() {
 void SearchPage::DeleteTerminal() {
   Recordset& terminals = services_.terminals;
   if (terminals.Bookmark() == 0) return;
+  const std::string name = terminals.Text("Bezeichnung").value_or("");
+  const std::int64_t bookmark = terminals.Bookmark();
+  const Recordset::Row row = terminals.Current();
   terminals.Delete();
   terminals.MoveNext();
   if (terminals.Eof()) terminals.MoveLast();
   Refresh();
   TellAddress();
+  services_.person.Done().Note("Löschen von \"" + name + "\"", [this, bookmark, row] {
+    services_.terminals.Restore(bookmark, row);
+    Refresh();
+    TellAddress();
+  });
 }
 
 void SearchPage::cmdDovuNeu_Click() {
@@ -203,8 +214,16 @@ void SearchPage::cmdClearDovuData_Click() {
       !services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Exclamation)) {
     return;
   }
-  for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) terminals.Delete();
+  std::vector<std::pair<std::int64_t, Recordset::Row>> deleted;
+  for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) {
+    deleted.emplace_back(terminals.Bookmark(), terminals.Current());
+    terminals.Delete();
+  }
   Refresh();
+  services_.person.Done().Note("Löschen aller Terminals", [this, deleted] {
+    for (const auto& [bookmark, row] : deleted) services_.terminals.Restore(bookmark, row);
+    Refresh();
+  });
 }
 
 void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
@@ -219,10 +238,10 @@ void SearchPage::txtmaxDovu_LostFocus() {
 
 void SearchPage::cmdDovusuchen_Click() {
   txtmaxDovu_LostFocus();  // a key that presses the button leaves the field where it is
-  if (!services_.exchange.Alive()) return Q_EMIT PortWanted();
   const int last = txtmaxDovu->text().toInt();
   ctlDovuSuchListe->clear();
   results_.clear();
+  const Undertakings::Alone alone(services_.person.Begun(), "Die Suche nach Terminals läuft.");
   SetSearching(true);
   ShowProgress(0, last);
   const auto end = search_.Run(last, services_.options.Number("ChecksumabVer"),
@@ -241,13 +260,16 @@ void SearchPage::cmdDovuAbbrechen_Click() {
 }
 
 void SearchPage::SetSearching(bool searching) {
+  // A button that is switched off hands its focus to whatever comes next.
+  const QWidget* const focused = window()->focusWidget();
+  const bool toStop = searching && focused == cmdDovusuchen;
+  const bool toStart = !searching && focused == cmdDovuAbbrechen;
   searching_ = searching;
   searchStart_ = services_.loop.Now();
   if (searching) lblDovuStand->clear();
   ctlDovuFortschritt->setVisible(searching);
   cmdDovuAbbrechen->setEnabled(searching);
-  if (searching && cmdDovusuchen->hasFocus()) cmdDovuAbbrechen->setFocus();
-  const bool toStart = !searching && cmdDovuAbbrechen->hasFocus();
+  if (toStop) cmdDovuAbbrechen->setFocus();
   for (QPushButton* button :
        {cmdDovusuchen, cmdDovuUebernehmen, cmdDovuNeu, cmdClearDovuData, cmdDovuSenden}) {
     button->setEnabled(!searching);
@@ -313,13 +335,26 @@ void SearchPage::ShowEnd(TerminalSearch::End end, int last) {
 // ---- the results ----
 
 void SearchPage::cmdDovuUebernehmen_Click() {
-  int added = 0;
+  std::vector<std::int64_t> added;
   int known = 0;
   for (int position = 1; position <= ctlDovuSuchListe->Rows(); ++position) {
-    if (ctlDovuSuchListe->Ticked(position - 1)) ++(TakeOver(position) ? added : known);
+    if (!ctlDovuSuchListe->Ticked(position - 1)) continue;
+    if (TakeOver(position)) {
+      added.push_back(services_.terminals.Bookmark());
+    } else {
+      ++known;
+    }
   }
   Refresh();
-  lblDovuStand->setText(tr("%1 übernommen, %2 waren schon gespeichert.").arg(added).arg(known));
+  lblDovuStand->setText(
+      tr("%1 übernommen, %2 waren schon gespeichert.").arg(added.size()).arg(known));
+  if (added.empty()) return;
+  services_.person.Done().Note("Übernehmen der Suchergebnisse", [this, added] {
+    for (const std::int64_t bookmark : added) {
+      if (services_.terminals.MoveToBookmark(bookmark)) services_.terminals.Delete();
+    }
+    Refresh();
+  });
 }
 
 // Stores the result at a position (from 1) of the list; false when its address is stored already.
@@ -345,14 +380,9 @@ void SearchPage::AddTerminal(std::int64_t address, const std::string& name, bool
 void SearchPage::cmdDovuExport_Click() {
   const auto name = services_.person.SaveFile("Ergebnis der Suche speichern", "Text (txt) |*.txt");
   if (!name) return;
-  const std::string report = SearchReport(results_);
-  QSaveFile file(Text(*name));
-  const bool written = file.open(QIODevice::WriteOnly) &&
-                       file.write(report.data(), static_cast<qint64>(report.size())) >= 0 &&
-                       file.commit();
-  if (written) return;
-  services_.person.Message("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " +
-                               file.errorString().toStdString(),
+  const auto reason = WriteFile(*name, SearchReport(results_));
+  if (!reason) return;
+  services_.person.Message("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " + *reason,
                            Icon::Exclamation);
 }
 

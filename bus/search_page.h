@@ -49,8 +49,6 @@ class SearchPage : public QWidget {
   void AddressChosen(int address);
   /// The drawing is to be sent to the stored Terminals.
   void SendRequested();
-  /// A search cannot begin, because no port is open.
-  void PortWanted();
   /// A search has begun or ended.
   void SearchingChanged();
 

@@ -124,6 +124,8 @@ bool TerminalListModel::Store(int row, const char* field, const Value& value) {
     terminals_.Set(field, value);
     terminals_.Update();
   } catch (const std::exception& error) {
+    // Not here, where a view still edits the row.
+    QMetaObject::invokeMethod(this, &TerminalListModel::Reload, Qt::QueuedConnection);
     Q_EMIT Refused(QString::fromUtf8(error.what()));
     return false;
   }

@@ -1,6 +1,7 @@
 #include "bus/terminal_search.h"
 
 #include <algorithm>
+#include <regex>
 
 #include "base/val.h"
 #include "base/wire_text.h"
@@ -13,7 +14,7 @@ namespace {
 
 // In force for the search as written; a query brings its own 500 ms all the same.
 constexpr std::chrono::milliseconds kSearchInterval{100};
-constexpr std::size_t kLongestVersion = 20;
+constexpr std::size_t kLongestVersion = 40;
 constexpr std::string_view kDigits = "0123456789";
 
 // GC, position, font, zoom, attribute, a text, another position, another text that stays open.
@@ -68,6 +69,13 @@ std::string HeardStory(const SearchResult& result) {
          what + ". Vermutlich antworten mehrere Terminals zugleich.";
 }
 
+// What the Terminal shows now has its fixed place and size, which not every display has room for.
+std::string DisplayStory(const SearchResult& result) {
+  if (result.Absent()) return {};
+  if (result.Found()) return " Von der Anzeige sieht man auf 240 x 128 Punkten nur die Nummer.";
+  return " Von der Anzeige sieht man auf 240 x 128 Punkten nur den Anfang der Adresse.";
+}
+
 }  // namespace
 
 std::string FoundDisplay(int address) {
@@ -88,13 +96,8 @@ Heard ReadAddressReply(int address, const Reply& reply) {
 }
 
 bool IsVersion(std::string_view reply) {
-  if (!BeginsWithDigit(reply) || reply.size() > kLongestVersion) return false;
-  std::string_view rest = reply.substr(std::min(reply.find_first_not_of(kDigits), reply.size()));
-  if (rest.starts_with('.')) {
-    rest.remove_prefix(1);
-    rest = rest.substr(std::min(rest.find_first_not_of(kDigits), rest.size()));
-  }
-  return rest.find_first_of(kDigits) == std::string_view::npos;
+  static const std::regex version(R"( *[0-9]+(\.[0-9]+){0,2}[A-Za-z]*( [ -~]*)?)");
+  return reply.size() <= kLongestVersion && std::regex_match(reply.begin(), reply.end(), version);
 }
 
 std::string ResultName(int address) { return "(Anzeige Nr." + std::to_string(address) + ")"; }
@@ -111,6 +114,7 @@ std::string ResultStory(const SearchResult& result) {
   if (result.address == kAllAddresses && !result.Found()) {
     story += " Auf diese Adresse hören alle Terminals.";
   }
+  story += DisplayStory(result);
   story += "\n" + ReceivedText(result.received);
   if (result.heard != Heard::Itself || result.versionUsable) return story;
   return story + "\nNach der Version gefragt: " + ReceivedText(result.versionReceived);

@@ -5,6 +5,7 @@
 
 #include "base/wire_text.h"
 #include "link/commands.h"
+#include "link/control_characters.h"
 
 namespace kelvo {
 namespace {
@@ -54,6 +55,10 @@ std::string TransferStateText(const TransferEntry& entry) {
       return "wartet";
     case TransferState::Sending:
       return "sendet, " + std::to_string(entry.percent) + " %";
+    case TransferState::Cut:
+      return "abgebrochen, nur zum Teil gesendet";
+    case TransferState::Unproven:
+      return "gesendet, nicht geprüft";
     case TransferState::Sent:
       return "gesendet, keine Prüfung möglich";
     case TransferState::Checking:
@@ -81,6 +86,12 @@ std::string TransferSummary(const std::vector<TransferEntry>& entries) {
                      std::to_string(count(TransferState::NoAnswer)) + " ohne Antwort";
   if (const auto sent = count(TransferState::Sent)) {
     text += ", " + Count(sent, "Terminal", "Terminals") + " ohne Prüfung";
+  }
+  if (const auto cut = count(TransferState::Cut)) {
+    text += ", " + std::to_string(cut) + " nur zum Teil";
+  }
+  if (const auto unproven = count(TransferState::Unproven)) {
+    text += ", " + std::to_string(unproven) + " nicht geprüft";
   }
   if (const auto waiting = count(TransferState::Waiting)) {
     text += ", " + std::to_string(waiting) + " offen";
@@ -111,7 +122,8 @@ class Transfer::Run {
   void Begin();
   void Change(const std::vector<std::size_t>& which, TransferState state, int percent = 0);
   void ToOne(std::size_t index);
-  void SendPayload(const std::vector<std::size_t>& receivers);
+  bool SendPayload(const std::vector<std::size_t>& receivers);
+  void FinishCommand(std::size_t written);
   void WaitForTerminals();
   void WaitUntil(nanoseconds end);
   void Check(std::size_t index);
@@ -171,23 +183,20 @@ void Transfer::Run::OneByOne() {
 void Transfer::Run::ToOne(std::size_t index) {
   TransferEntry& entry = entries_[index];
   Send(Sequence({SelectAddress(entry.address), ResetChecksum()}));
-  SendPayload({index});
-  if (entry.checksum) {
-    WaitForTerminals();
-    Check(index);
-  } else if (exchange_.Alive()) {
+  if (!SendPayload({index})) return;
+  if (!entry.checksum) {
     entry.ticked = false;
-    Change({index}, TransferState::Sent);
-  } else {
-    Change({index}, TransferState::NoAnswer);
+    return Change({index}, TransferState::Sent);
   }
+  WaitForTerminals();
+  transfer_.stopping_ ? Change({index}, TransferState::Unproven) : Check(index);
 }
 
 void Transfer::Run::ToAll() {
   const std::vector<std::size_t> ticked = Ticked();
   Change(ticked, TransferState::Waiting);
   Send(Sequence({SelectAddress(kAllAddresses), ResetChecksum()}));
-  SendPayload(ticked);
+  if (!SendPayload(ticked)) return;
   Send(SelectAddress(kClosingAddress).Text());
   writtenAt_ = loop_.Now();
   WaitForTerminals();
@@ -201,7 +210,7 @@ void Transfer::Run::ToAll() {
       Change({index}, TransferState::Sent);
     }
   }
-  Change(asked, TransferState::Waiting);
+  Change(asked, TransferState::Unproven);
   for (const std::size_t index : asked) {
     if (!GoesOn()) return;
     Send(SelectAddress(entries_[index].address).Text());
@@ -209,21 +218,37 @@ void Transfer::Run::ToAll() {
   }
 }
 
-// In the pieces of the exchange, so that the event loop is served while each is on the line.
-void Transfer::Run::SendPayload(const std::vector<std::size_t>& receivers) {
+// In the pieces of the exchange, so that the event loop is served while each is on the line. False
+// when it has ended before the end, and with which state.
+bool Transfer::Run::SendPayload(const std::vector<std::size_t>& receivers) {
   std::size_t written = 0;
   const auto showProgress = [&](std::size_t left) {
     const std::size_t gone = written - std::min(written, left);
     Change(receivers, TransferState::Sending, static_cast<int>(100 * gone / payload_.size()));
   };
-  while (written < payload_.size() && exchange_.Alive()) {
+  while (written < payload_.size() && GoesOn()) {
     const std::string piece = payload_.substr(written, kPieceLength);
     exchange_.WaitUntilSentYielding(showProgress);
+    if (!GoesOn()) break;
     Send(piece);
     written += piece.size();
   }
+  const bool complete = written == payload_.size();
+  if (!complete) FinishCommand(written);
   writtenAt_ = loop_.Now();
   exchange_.WaitUntilSentYielding(showProgress);
+  if (!exchange_.Alive()) {
+    Change(receivers, TransferState::NoAnswer);
+  } else if (!complete) {
+    Change(receivers, TransferState::Cut);
+  }
+  return complete && exchange_.Alive();
+}
+
+// A Terminal in the middle of a command would take the closing selection for a part of it.
+void Transfer::Run::FinishCommand(std::size_t written) {
+  const std::size_t next = std::min(payload_.find(kEsc, written), payload_.size());
+  if (next > written) Send(std::string_view(payload_).substr(written, next - written));
 }
 
 // Counts from the moment when the last text was handed to the line.
@@ -234,7 +259,7 @@ void Transfer::Run::WaitForTerminals() {
 }
 
 void Transfer::Run::WaitUntil(nanoseconds end) {
-  while (loop_.Now() < end && exchange_.Alive()) loop_.WaitForEvent(end - loop_.Now());
+  while (loop_.Now() < end && GoesOn()) loop_.WaitForEvent(end - loop_.Now());
 }
 
 void Transfer::Run::Check(std::size_t index) {

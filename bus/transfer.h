@@ -20,6 +20,8 @@ enum class TransferState {
   None,      ///< not part of the transfer, or not reached
   Waiting,   ///< its turn is still to come
   Sending,   ///< the drawing is on the line
+  Cut,       ///< stopped when only a part was sent
+  Unproven,  ///< all was sent, but stopped before the Terminal was asked
   Sent,      ///< it is through; this Terminal cannot be asked
   Checking,  ///< asked for its checksum, or about to be
   Good,      ///< its checksum is the one expected
@@ -68,7 +70,7 @@ class Transfer {
   /// after the other. The listener is told of each entry that has changed.
   void SendRS485(std::vector<TransferEntry>& entries, std::string_view drawing,
                  const Listener& listener);
-  /// Ends it before the next Terminal.
+  /// Ends it after the piece that is on the line and the command that this may have cut.
   void Stop() { stopping_ = true; }
 
  private:

@@ -52,8 +52,7 @@ bool DeviceFont::Parse(std::string_view bytes) {
 
 bool DeviceFont::Pixel(unsigned char character, int x, int y) const {
   if (x < 0 || y < 0 || x >= width_ || y >= height_) return false;
-  const int row = character * height_ + y;
-  return (rows_[static_cast<std::size_t>(row)] >> (width_ - 1 - x) & 1U) != 0;
+  return (Row(character, y) >> (width_ - 1 - x) & 1U) != 0;
 }
 
 std::vector<int> DeviceFonts::Load(const std::string& folder) {

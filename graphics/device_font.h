@@ -28,6 +28,11 @@ class DeviceFont {
   int Height() const { return height_; }  ///< pixels
   /// Whether the pixel of a character's cell is set; false outside the cell.
   bool Pixel(unsigned char character, int x, int y) const;
+  /// The pixels of a cell's row 0 <= y < Height(); bit Width() - 1 is the left one.
+  std::uint32_t Row(unsigned char character, int y) const {
+    return rows_[static_cast<std::size_t>(character) * static_cast<std::size_t>(height_) +
+                 static_cast<std::size_t>(y)];
+  }
 
  private:
   int width_ = 0;

@@ -66,12 +66,12 @@ Picture Ordered(const Picture& picture, int middle) {
 
 }  // namespace
 
-Picture MadeMonochrome(const Picture& picture, Dithering dithering, Colour threshold) {
+Picture MadeMonochrome(const Picture& picture, Dithering dithering, Colour threshold, int middle) {
   switch (dithering) {
     case Dithering::Diffusion:
-      return Diffused(picture, Brightness(threshold));
+      return Diffused(picture, middle);
     case Dithering::Ordered:
-      return Ordered(picture, Brightness(threshold));
+      return Ordered(picture, middle);
     case Dithering::Threshold:
       break;
   }

@@ -12,8 +12,8 @@ class Draft {
   /// An empty path: no draft is kept.
   explicit Draft(std::string path) : path_(std::move(path)) {}
 
-  /// False when the file could not be written; the drawing then has no draft.
-  bool Write(const std::string& bytes) const;
+  /// Why it could not be written; an older draft stays then.
+  std::optional<std::string> Write(const std::string& bytes) const;
   /// Nothing when there is none.
   std::optional<std::string> Read() const;
   void Remove() const;
@@ -21,10 +21,5 @@ class Draft {
  private:
   std::string path_;
 };
-
-/// A whole file, up to `limit` bytes; nothing when it cannot be read or is larger.
-std::optional<std::string> ReadFile(const std::string& path, std::size_t limit);
-/// Replaces the file as a whole; false, and the old one left as it was, when that fails.
-bool WriteFile(const std::string& path, const std::string& bytes);
 
 }  // namespace kelvo

@@ -23,6 +23,7 @@ constexpr int kGripReach = 3;              // screen pixels from a grip's middle
 constexpr int kMaxWidgetSide = 32700;
 const QColor kSelectionColour(0x1e, 0x6f, 0xd9);
 const QColor kUnsentColour(0xd0, 0x60, 0x00);
+const QColor kDimmedColour(0xb8, 0xb8, 0xb8);
 
 }  // namespace
 
@@ -70,14 +71,20 @@ void DrawingCanvas::SetGrid(int step, bool shown) {
   update();
 }
 
+void DrawingCanvas::SetTool(Tool* tool, Qt::CursorShape cursor) {
+  tool_ = tool;
+  toolCursor_ = cursor;
+  setCursor(cursor);
+}
+
 void DrawingCanvas::SetRubberBand(std::optional<Box> box) {
   rubberBand_ = box;
   update();
 }
 
-int DrawingCanvas::Tolerance() const {
-  constexpr int kScreenPixels = 5;
-  return (kScreenPixels - 1) / zoom_ + (zoom_ >= kScreenPixels ? 0 : 1);
+void DrawingCanvas::ShowGrips(bool shown) {
+  gripsShown_ = shown;
+  update();
 }
 
 Point DrawingCanvas::ToDrawing(QPointF position) const {
@@ -108,9 +115,19 @@ QRect DrawingCanvas::RectOf(const Box& box) const {
 
 void DrawingCanvas::RenderPixels() {
   if (!std::exchange(stale_, false)) return;
+  if (document_.InGroup()) whole_ = document_.ShownWhole();
   PixelMap map(width_, height_);
-  PaintDrawing(map, document_.Shown(), fonts_, threshold_);
+  PaintDrawing(map, All(), fonts_, threshold_);
   pixels_ = ToImage(map);
+  if (!document_.InGroup()) return;
+  // Around an open group all is dimmed.
+  PixelMap own(width_, height_);
+  PaintDrawing(own, document_.Shown(), fonts_, threshold_);
+  for (int y = 0; y < height_; ++y) {
+    for (int x = 0; x < width_; ++x) {
+      if (map.At(x, y) && !own.At(x, y)) pixels_.setPixel(x, y, kDimmedColour.rgb());
+    }
+  }
 }
 
 void DrawingCanvas::paintEvent(QPaintEvent* event) {
@@ -167,12 +184,16 @@ void DrawingCanvas::PaintUnsent(QPainter& painter) const {
     for (const Point& p : object.vertices) polygon << ToWidget(p);
     painter.drawPolygon(polygon);
   };
-  for (const DrawingObject& object : document_.Shown()) ForEachMember(object, paint);
+  for (const DrawingObject& object : All()) ForEachMember(object, paint);
 }
 
 void DrawingCanvas::PaintSelection(QPainter& painter) const {
-  painter.setPen(QPen(kSelectionColour, 1, Qt::DashLine));
   painter.setBrush(Qt::NoBrush);
+  if (document_.InGroup()) {
+    painter.setPen(QPen(kSelectionColour, 1, Qt::DotLine));
+    painter.drawRect(RectOf(BoundsOf(document_.Shown())).adjusted(-5, -5, 4, 4));
+  }
+  painter.setPen(QPen(kSelectionColour, 1, Qt::DashLine));
   const bool few = SelectedCount(document_.Shown()) <= kMaxOutlines;
   const auto outline = [&](const Box& box) {
     painter.drawRect(RectOf(box).adjusted(-1, -1, 0, 0));
@@ -182,6 +203,7 @@ void DrawingCanvas::PaintSelection(QPainter& painter) const {
   }
   if (!few) outline(SelectionBounds(document_.Shown()));
   if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
+  if (!gripsShown_) return;
   painter.setPen(kSelectionColour);
   painter.setBrush(Qt::white);
   const QPoint reach(kGripReach, kGripReach);
@@ -196,16 +218,29 @@ ToolEvent DrawingCanvas::EventAt(const QMouseEvent& event) const {
           event.modifiers().testFlag(Qt::ControlModifier)};
 }
 
+// The middle button, or the left one while the blank is held, moves the view.
+bool DrawingCanvas::Pans(const QMouseEvent& event) {
+  const bool begins =
+      event.type() == QEvent::MouseButtonPress &&
+      (event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && spaceHeld_));
+  if (!begins && !panned_) return false;
+  const QPoint at = event.globalPosition().toPoint();
+  if (panned_ && event.type() == QEvent::MouseMove) Q_EMIT PanWanted(at - *panned_);
+  panned_ = event.type() == QEvent::MouseButtonRelease ? std::nullopt : std::optional(at);
+  return true;
+}
+
 void DrawingCanvas::mousePressEvent(QMouseEvent* event) {
-  if (tool_ == nullptr) return;
+  if (tool_ == nullptr || Pans(*event)) return;
   if (event->button() == Qt::LeftButton) tool_->Press(EventAt(*event));
   if (event->button() == Qt::RightButton) tool_->Finish();
 }
 
 void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
   Q_EMIT Pointed(ToDrawing(event->position()));
-  if (tool_ == nullptr) return;
+  if (tool_ == nullptr || Pans(*event)) return;
   if (event->buttons().testFlag(Qt::LeftButton)) {
+    Q_EMIT Dragged(event->position().toPoint());
     tool_->Drag(EventAt(*event));
   } else {
     tool_->Hover(EventAt(*event));
@@ -213,6 +248,7 @@ void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void DrawingCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  if (Pans(*event)) return;
   if (tool_ != nullptr && event->button() == Qt::LeftButton) tool_->Release(EventAt(*event));
 }
 
@@ -221,6 +257,11 @@ void DrawingCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void DrawingCanvas::wheelEvent(QWheelEvent* event) {
+  if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+    const QPoint turn = event->angleDelta();  // some systems turn it sideways themselves
+    Q_EMIT PanWanted({(turn.x() + turn.y()) / 4, 0});
+    return event->accept();
+  }
   if (!event->modifiers().testFlag(Qt::ControlModifier)) {
     event->ignore();  // scrolls
     return;
@@ -230,6 +271,14 @@ void DrawingCanvas::wheelEvent(QWheelEvent* event) {
   wheelTurn_ -= steps * QWheelEvent::DefaultDeltasPerStep;
   if (steps != 0) Q_EMIT ZoomWanted(steps, event->position());
   event->accept();
+}
+
+// F2 is a tool's key, too, but not where something can be opened.
+bool DrawingCanvas::event(QEvent* event) {
+  const bool opens = hasFocus() && event->type() == QEvent::ShortcutOverride &&
+                     static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2;
+  if (opens) event->accept();
+  return opens || QWidget::event(event);
 }
 
 void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
@@ -245,15 +294,40 @@ void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
       return Q_EMIT MoveWanted(0, -step);
     case Qt::Key_Escape:
-      if (tool_ != nullptr) tool_->Escape();
+      if (tool_ != nullptr && !tool_->Escape()) Q_EMIT ToolLeft();
       return;
+    case Qt::Key_Backspace:
+      return Q_EMIT BackWanted();
+    case Qt::Key_Space:
+      spaceHeld_ = true;
+      return setCursor(Qt::OpenHandCursor);
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (tool_ != nullptr) tool_->Finish();
+      if (tool_ != nullptr && !tool_->Open()) tool_->Finish();
+      return;
+    case Qt::Key_F2:
+      if (tool_ != nullptr && !tool_->Open()) Q_EMIT ToolLeft();
       return;
     default:
       QWidget::keyPressEvent(event);
   }
+}
+
+void DrawingCanvas::keyReleaseEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Space || event->isAutoRepeat()) {
+    return QWidget::keyReleaseEvent(event);
+  }
+  spaceHeld_ = false;
+  setCursor(toolCursor_);
+}
+
+// Tab walks the objects; behind the last one it goes on to the next control.
+bool DrawingCanvas::focusNextPrevChild(bool next) {
+  const Drawing& drawing = document_.Current();
+  const bool atEnd = drawing.empty() || (next ? drawing.back().selected : drawing.front().selected);
+  if (atEnd || !hasFocus()) return QWidget::focusNextPrevChild(next);
+  Q_EMIT WalkWanted(next);
+  return true;
 }
 
 }  // namespace kelvo

@@ -30,15 +30,20 @@ class DrawingCanvas : public QWidget {
   int MaxZoom() const;
   void SetBlackThreshold(std::int64_t threshold);
   void SetGrid(int step, bool shown);
-  void SetTool(Tool* tool) { tool_ = tool; }
+  void SetTool(Tool* tool, Qt::CursorShape cursor);
   void SetRubberBand(std::optional<Box> box);
-  /// How near a click must come to an object, in Terminal pixels.
-  int Tolerance() const;
+  /// Grips would hide the letters of a text that is being typed.
+  void ShowGrips(bool shown);
+  /// How near a click must come to what is drawn, in Terminal pixels: at every zoom as near on the
+  /// screen.
+  double Tolerance() const { return kHitReach / zoom_; }
 
   /// The pixel under a position of the widget.
   Point ToDrawing(QPointF position) const;
   /// The middle of a Terminal pixel on the widget.
   QPoint ToWidget(Point p) const;
+  /// What a box of Terminal pixels covers on the widget.
+  QRect RectOf(const Box& box) const;
   QSize sizeHint() const override;
 
  Q_SIGNALS:
@@ -47,8 +52,19 @@ class DrawingCanvas : public QWidget {
   void ZoomWanted(int steps, QPointF position);
   /// An arrow key: the way in Terminal pixels.
   void MoveWanted(int dx, int dy);
+  /// Tab: to the next object, or the one before.
+  void WalkWanted(bool forward);
+  /// Escape, with nothing begun: the tool is put down.
+  void ToolLeft();
+  /// Backspace: the last step of what is begun.
+  void BackWanted();
+  /// The view moves by this way, in screen pixels.
+  void PanWanted(QPoint way);
+  /// The pointer was dragged there, in positions of the widget.
+  void Dragged(QPoint at);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -56,20 +72,26 @@ class DrawingCanvas : public QWidget {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
-  QRect RectOf(const Box& box) const;
+  static constexpr double kHitReach = 5;  // screen pixels
+
+  const Drawing& All() const { return document_.InGroup() ? whole_ : document_.Shown(); }
   void RenderPixels();
   void PaintPixels(QPainter& painter, const QRect& area);
   void PaintGrid(QPainter& painter, const QRect& area) const;
   void PaintUnsent(QPainter& painter) const;
   void PaintSelection(QPainter& painter) const;
   ToolEvent EventAt(const QMouseEvent& event) const;
+  bool Pans(const QMouseEvent& event);
   void Resized();
 
   DrawingDocument& document_;
   const DeviceFonts& fonts_;
   Tool* tool_ = nullptr;
+  Qt::CursorShape toolCursor_ = Qt::ArrowCursor;
   int width_ = 0;
   int height_ = 0;
   int zoom_ = 1;
@@ -77,8 +99,12 @@ class DrawingCanvas : public QWidget {
   int wheelTurn_ = 0;  // eighths of a degree, less than a step
   int gridStep_ = 1;
   bool gridShown_ = false;
+  bool spaceHeld_ = false;        // the left button moves the view
+  std::optional<QPoint> panned_;  // where the pointer was last, on the screen
   std::optional<Box> rubberBand_;
+  Drawing whole_;  // what is shown around an open group, and of it
   QImage pixels_;
+  bool gripsShown_ = true;
   bool stale_ = true;  // pixels_ shows an older drawing
 };
 

@@ -56,7 +56,8 @@ QWidget* DrawingPage::MakeButtons() {
   auto* row = new QWidget;
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](const char* name, const QString& caption, std::function<void()> handler) {
+  const auto add = [&](const char* name, const QString& caption,
+                       const std::function<void()>& handler) {
     QPushButton* const button = MakeButton(name, caption);
     connect(button, &QPushButton::clicked, this,
             [this, name, handler] { Guarded(person_, name, handler); });

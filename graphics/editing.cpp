@@ -70,6 +70,12 @@ std::size_t SelectedCount(const Drawing& drawing) {
   return static_cast<std::size_t>(std::count_if(drawing.begin(), drawing.end(), IsSelected));
 }
 
+std::optional<std::size_t> OnlySelected(const Drawing& drawing) {
+  if (SelectedCount(drawing) != 1) return std::nullopt;
+  const auto selected = std::find_if(drawing.begin(), drawing.end(), IsSelected);
+  return static_cast<std::size_t>(selected - drawing.begin());
+}
+
 void SelectAll(Drawing& drawing, bool selected) {
   for (DrawingObject& object : drawing) object.selected = selected;
 }
@@ -233,10 +239,17 @@ void SetStyle(DrawingObject& object, const TextAttributes& style, const DeviceFo
   SetCorners(object, {box.left, box.top - height + 1, box.left + width - 1, box.top});
 }
 
-void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
-                       const DeviceFonts& fonts) {
+void SetText(DrawingObject& object, std::string text, const DeviceFonts& fonts) {
+  object.text = std::move(text);
+  SetStyle(object, object.style.value_or(TextAttributes()), fonts);
+}
+
+void ChangeTexts(Drawing& drawing, const std::function<void(TextAttributes&)>& change,
+                 const DeviceFonts& fonts) {
   ForEachSelected(drawing, [&](DrawingObject& object) {
     if (object.kind != Kind::Text) return;
+    TextAttributes attributes = object.style.value_or(TextAttributes());
+    change(attributes);
     object.penMode = PenModeOf(attributes);
     SetStyle(object, attributes, fonts);
   });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -13,13 +14,17 @@ namespace kelvo {
 
 bool AnySelected(const Drawing& drawing);
 std::size_t SelectedCount(const Drawing& drawing);
+/// The one object that is selected; nothing where there are none or several.
+std::optional<std::size_t> OnlySelected(const Drawing& drawing);
 void SelectAll(Drawing& drawing, bool selected);
 /// Selects the objects that lie wholly inside `box`, in addition to those selected already.
 void SelectInside(Drawing& drawing, const Box& box);
 Box SelectionBounds(const Drawing& drawing);
 /// The uppermost object whose pixels are within `tolerance` of `p`. The inside of an outline is not
 /// the outline: within a frame a rubber band can begin.
-std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, int tolerance);
+std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, double tolerance);
+/// Whether `p` lies within the outline of a selected object.
+bool InsideSelected(const Drawing& drawing, Point p);
 
 void DeleteSelected(Drawing& drawing);
 /// Puts the selected objects into one group in the place of the uppermost.
@@ -53,9 +58,11 @@ DrawingObject MakeText(Point topLeft, const TextAttributes& style, std::string t
 /// Gives a text attributes and the box of its cells, at least one, so that an empty text can still
 /// be seen and taken hold of; its top left corner stays.
 void SetStyle(DrawingObject& text, const TextAttributes& style, const DeviceFonts& fonts);
-/// Gives selected texts other attributes; their top left corners stay.
-void SetTextAttributes(Drawing& drawing, const TextAttributes& attributes,
-                       const DeviceFonts& fonts);
+/// Gives a text other letters; its attributes and its top left corner stay.
+void SetText(DrawingObject& object, std::string text, const DeviceFonts& fonts);
+/// Changes attributes of the selected texts; their top left corners stay.
+void ChangeTexts(Drawing& drawing, const std::function<void(TextAttributes&)>& change,
+                 const DeviceFonts& fonts);
 
 /// Turns selected vertex shapes, which are never sent, into closed polylines, which are; what was
 /// filled becomes an outline.

@@ -1,6 +1,7 @@
 #include "graphics/frmGrafik.h"
 
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollArea>
@@ -23,6 +24,7 @@ namespace {
 
 constexpr int kFirstZoom = 3;
 constexpr std::chrono::milliseconds kDraftDelay(1000);
+constexpr std::chrono::milliseconds kLineInterval(200);
 constexpr std::chrono::milliseconds kSendInterval(500);
 
 // As large as the panel in it where the screen has room, else it scrolls.
@@ -55,6 +57,10 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   MakeContextMenu();
   ConnectPanels();
   connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
+  // What a tool has begun refers to the drawing as it was.
+  connect(&document_, &DrawingDocument::Replaced, this, [this] {
+    if (tool_ && !desk_->Commits()) tool_->Cancel();
+  });
   connect(&document_, &DrawingDocument::Edited, this, &frmGrafik::Edited);
   Named(&draftTimer_, "tmrEntwurf")->setSingleShot(true);
   draftTimer_.setInterval(kDraftDelay);
@@ -99,6 +105,7 @@ void frmGrafik::MakePanels() {
   layout->addWidget(geometry_);
   layout->addWidget(style_);
   layout->addStretch();
+  typing_ = new TextTyping(document_, *Display, *style_, fonts_);
   auto* dock = Named(new QDockWidget(tr("Eigenschaften")), "dockEigenschaften");
   dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
   dock->setWidget(new PanelArea(panel));
@@ -119,6 +126,10 @@ void frmGrafik::MakeStatusBar() {
   statusBar()->addWidget(lblKoordinaten);
   statusBar()->addWidget(lblKosten);
   statusBar()->addWidget(lblHinweis);
+  lblSenden = Named(new QLabel, "lblSenden");
+  statusBar()->addWidget(lblSenden);
+  lineTimer_.setInterval(kLineInterval);
+  connect(&lineTimer_, &QTimer::timeout, this, &frmGrafik::ShowSending);
   statusBar()->addPermanentWidget(new QLabel(tr("Zoom:")));
   statusBar()->addPermanentWidget(ctlZoom);
   statusBar()->addPermanentWidget(lblZoom);
@@ -134,7 +145,21 @@ void frmGrafik::ConnectPanels() {
   connect(Display, &DrawingCanvas::Pointed, this, [this](Point p) {
     lblKoordinaten->setText(QStringLiteral("X %1  Y %2").arg(p.x).arg(p.y));
   });
+  connect(typing_, &TextTyping::CaretMoved, this,
+          [this](QPoint at) { scroll_->ensureVisible(at.x(), at.y(), 8, 8); });
+  connect(typing_, &TextTyping::inputRejected, this, [this] { person_.Beep(); });
   connect(Display, &DrawingCanvas::MoveWanted, this, &frmGrafik::MoveSelection);
+  connect(Display, &DrawingCanvas::WalkWanted, this, &frmGrafik::WalkObjects);
+  connect(Display, &DrawingCanvas::ToolLeft, this, &frmGrafik::LeaveTool);
+  connect(Display, &DrawingCanvas::BackWanted, this, &frmGrafik::StepBack);
+  connect(Display, &DrawingCanvas::PanWanted, this, [this](QPoint way) {
+    scroll_->horizontalScrollBar()->setValue(scroll_->horizontalScrollBar()->value() - way.x());
+    scroll_->verticalScrollBar()->setValue(scroll_->verticalScrollBar()->value() - way.y());
+  });
+  // The view follows what is dragged over its edge.
+  connect(Display, &DrawingCanvas::Dragged, this,
+          [this](QPoint at) { scroll_->ensureVisible(at.x(), at.y(), 8, 8); });
+  connect(geometry_, &GeometryPanel::Complete, Display, [this] { Display->setFocus(); });
   connect(Display, &DrawingCanvas::ZoomWanted, this,
           [this](int steps, QPointF position) { SetZoom(Display->Zoom() + steps, position); });
 }
@@ -152,15 +177,17 @@ TerminalTraits frmGrafik::Terminal() const {
 }
 
 std::optional<std::string> frmGrafik::TryCreatePic() {
+  typing_->End();
   TerminalTraits traits = Terminal();
-  Translation translation = kelvo::CreatePic(document_.Current(), traits);
+  Translation translation = kelvo::CreatePic(document_.Whole(), traits);
   for (const std::string& message : translation.messages) person_.Message(message);
   if (translation.failed) return std::nullopt;
   return std::move(translation.text);
 }
 
 void frmGrafik::SetDisplaySize(int width, int height) {
-  document_.Commit({});
+  typing_->End();
+  document_.Replace({});
   Display->SetDisplaySize(width, height);
   ctlZoom->setMaximum(Display->MaxZoom());
   SetZoom(Display->Zoom(), {});
@@ -180,49 +207,48 @@ void frmGrafik::ShowState() {
   const bool selected = AnySelected(drawing);
   geometry_->ShowBox(SelectionBounds(drawing), selected);
   for (QAction* action : selectionActions_) action->setEnabled(selected);
-  mnuGrafikRueckgaengig->setEnabled(document_.CanUndo());
-  mnuGrafikWiederholen->setEnabled(document_.CanRedo());
-  setWindowTitle(tr("Grafik") + (document_.Unsaved() ? QStringLiteral(" *") : QString()));
+  mnuGrafikRueckgaengig->setEnabled(document_.CanUndo() || typing_->Active() ||
+                                    (tool_ && tool_->Begun()));
+  mnuGrafikWiederholen->setEnabled(document_.CanRedo() || typing_->Active());
+  const QString name = QFileInfo(QString::fromStdString(path_)).fileName();
+  setWindowTitle((name.isEmpty() ? tr("Grafik") : tr("%1 – Grafik").arg(name)) +
+                 (document_.Unsaved() ? QStringLiteral(" *") : QString()));
   ShowSelectedStyle();
+  ShowHints();
+}
+
+void frmGrafik::ShowHints() {
+  findChild<QAction*>(QStringLiteral("mnuGrafikGruppeVerlassen"))->setEnabled(document_.InGroup());
+  QStringList hints;
+  if (document_.InGroup()) hints << tr("In der Gruppe – Esc verlässt sie");
+  const std::size_t unsent = CountKind(document_.Whole(), Kind::Vertices);
+  if (unsent > 0) hints << tr("Nicht gesendete Vielecke: %1").arg(unsent);
+  lblHinweis->setText(hints.join(QStringLiteral(" · ")));
 }
 
 void frmGrafik::ShowSelectedStyle() {
-  const Drawing& drawing = document_.Current();
-  const auto selected = std::find_if(drawing.begin(), drawing.end(),
-                                     [](const DrawingObject& object) { return object.selected; });
-  if (selected == drawing.end() || selected->kind == Kind::Group) return;
-  ObjectStyle style = style_->Style();
-  if (selected->kind == Kind::Text) {
-    style.text = selected->style.value_or(TextAttributes());
-  } else {
-    style.penMode = selected->penMode;
-    if (CanBeFilled(selected->kind)) style.filled = selected->filled;
-  }
-  style_->ShowStyle(style);
+  style_->ShowStyle(CommonStyleOf(typing_->Active() ? document_.Shown() : document_.Current()));
 }
 
-QImage frmGrafik::Pixels() const {
+QImage frmGrafik::Pixels(const Drawing& drawing) const {
   PixelMap map(Display->DisplayWidth(), Display->DisplayHeight());
-  PaintDrawing(map, document_.Current(), fonts_, host_.Terminal().blackThreshold);
+  PaintDrawing(map, drawing, fonts_, host_.Terminal().blackThreshold);
   return ToImage(map);
 }
 
 QString frmGrafik::CostsText() const {
-  const DrawingCosts costs =
-      CostsOf(document_.Current(), Terminal(), Display->DisplayWidth(), host_.BitsPerSecond());
+  const DrawingCosts costs = CostsOf(document_.Whole(), Terminal(), host_.BitsPerSecond());
   const QString seconds = QLocale(QLocale::German).toString(costs.seconds, 'f', 2);
-  return tr("%1 Zeichen%2 · EEPROM: %3 Byte als Makro, %4 Byte als Bitmap")
+  const QString bitmap = costs.bitmapBytes ? tr("das Bild %1 Byte").arg(*costs.bitmapBytes)
+                                           : tr("kein Bild zu speichern");
+  return tr("%1 Zeichen%2 · EEPROM: %3 Byte als Makro, %4")
       .arg(costs.wireBytes)
       .arg(host_.BitsPerSecond() > 0 ? tr(", %1 s").arg(seconds) : QString())
       .arg(costs.macroBytes)
-      .arg(costs.bitmapBytes);
+      .arg(bitmap);
 }
 
-void frmGrafik::ShowCosts() {
-  lblKosten->setText(CostsText());
-  const std::size_t unsent = CountKind(document_.Current(), Kind::Vertices);
-  lblHinweis->setText(unsent == 0 ? QString() : tr("Nicht gesendete Vielecke: %1").arg(unsent));
-}
+void frmGrafik::ShowCosts() { lblKosten->setText(CostsText()); }
 
 void frmGrafik::Edited() {
   sendPending_ = true;
@@ -236,12 +262,23 @@ void frmGrafik::SetAutomaticSend(bool on) {
   sendTimer_.SetEnabled(on);
 }
 
-// Between two ticks any number of changes goes out as one drawing. Without a port nothing is lost:
-// the drawing stays pending.
+// Between two ticks any number of changes goes out as one drawing, the newest, and not before the
+// line has taken the one before. Without a port nothing is lost: the drawing stays pending.
 void frmGrafik::SendTick() {
-  if (!automaticSend_ || !sendPending_ || !host_.CanSend()) return;
+  if (automaticSend_ && sendPending_ && host_.CanSend()) SendNow();
+}
+
+void frmGrafik::SendNow() {
+  if (!host_.Send()) return;
   sendPending_ = false;
-  host_.Send();
+  lineTimer_.start();
+  ShowSending();
+}
+
+void frmGrafik::ShowSending() {
+  const bool sending = host_.Sending();
+  lblSenden->setText(sending ? tr("wird gesendet …") : QString());
+  if (!sending) lineTimer_.stop();
 }
 
 // ---- Zoom ----

@@ -19,6 +19,7 @@
 #include "graphics/geometry_panel.h"
 #include "graphics/graphics_host.h"
 #include "graphics/style_panel.h"
+#include "graphics/text_typing.h"
 #include "graphics/tool_desk.h"
 #include "graphics/wmf.h"
 
@@ -40,8 +41,9 @@ class frmGrafik : public QMainWindow {
   /// at once; `draftPath` is where an unsaved drawing is kept against a crash (empty: nowhere).
   frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fonts, Timer& sendTimer,
             QSize display, const std::string& draftPath);
+  ~frmGrafik() override { typing_->GiveUp(); }  // while its document is there
 
-  const Drawing& CurrentDrawing() const { return document_.Current(); }
+  const Drawing& CurrentDrawing() const { return document_.Whole(); }
   QSize DisplaySize() const { return {Display->DisplayWidth(), Display->DisplayHeight()}; }
   /// The drawing as commands; what goes wrong is shown in message boxes. Asks the Terminal for its
   /// version when that is needed and not known.
@@ -51,7 +53,7 @@ class frmGrafik : public QMainWindow {
   /// The option values with the display's height.
   TerminalTraits Terminal() const;
   /// What the Terminal shows when it is sent, one pixel each.
-  QImage Pixels() const;
+  QImage Pixels() const { return Pixels(CurrentDrawing()); }
   /// Bytes and seconds on the wire, bytes in the EEPROM, in words.
   QString CostsText() const;
 
@@ -64,7 +66,8 @@ class frmGrafik : public QMainWindow {
   /// An empty drawing, which counts as saved. Like loading it can be undone.
   void Clear();
   void LoadDrawing();
-  /// Loads a metafile in the drawing's place; one that cannot be read is named and changes nothing.
+  /// Loads a metafile, or a text of drawing commands, in the drawing's place; one that cannot be
+  /// read is named and changes nothing.
   void LoadFile(const std::string& path);
   /// False when the operator cancelled or nothing could be written.
   bool SaveDrawing();
@@ -111,12 +114,17 @@ class frmGrafik : public QMainWindow {
   void ConnectPanels();
   void FitWindow();
 
+  QImage Pixels(const Drawing& drawing) const;
+
   // Following the drawing.
   void ShowState();
   void ShowSelectedStyle();
   void ShowCosts();
+  void ShowHints();
   void Edited();
   void SendTick();
+  void SendNow();
+  void ShowSending();
 
   // Changing it.
   void Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey = {});
@@ -124,13 +132,24 @@ class frmGrafik : public QMainWindow {
   void TypeBox(const Box& box);
   void ChoosePenMode(PenMode penMode);
   void ChooseFilled(bool filled);
-  void ChooseText(const TextAttributes& attributes);
+  void ChooseText(const TextChange& change);
   void TakeTool(ToolKind kind);
   void SelectUnder(Point at);
+  void OpenSelected();
+  std::optional<std::string> AskText(const std::string& proposed,
+                                     const std::function<void(const std::string&)>& typed);
 
   void mnuGrafikNeu_Click();
   void mnuGrafikLaden_Click();
+  void mnuGrafikDatenbank_Click();
   void mnuGrafikSpeichern_Click();
+  void mnuGrafikPng_Click();
+  void mnuGrafikZeichnung_Click();
+  void MakePicture();
+  void ShowSelection();
+  void WalkObjects(bool forward);
+  void LeaveTool();
+  void StepBack();
   void mnuGrafikBild_Click();
   void mnuGrafikBildEEProm_Click();
   void mnuGrafikSenden_Click();
@@ -146,6 +165,7 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikGruppieren_Click();
   void mnuGrafikAufloesen_Click();
   void mnuGrafikUmwandeln_Click();
+  void mnuGrafikText_Click();
   void Reorder(Order order);
   void Align(Alignment alignment);
   void Distribute(Axis axis);
@@ -156,10 +176,14 @@ class frmGrafik : public QMainWindow {
   void TakeFile(const QString& path, std::optional<Point> at);
   void InsertFile(const QString& path, std::optional<Point> at);
   void InsertImage(const QImage& image, std::optional<Point> at);
-  void InsertText(const QString& text);
+  void InsertText(const QString& text, std::optional<Point> at);
   bool InsertMime(const QMimeData& data, std::optional<Point> at);
   Point VisibleMiddle() const;
-  void ReportLoaded(const WmfDrawing& loaded);
+  LoadedDrawing FromCommands(std::string_view commands) const;
+  LoadedDrawing ReadDrawing(const std::string& path) const;
+  bool TakeLoaded(const LoadedDrawing& loaded, const std::string& path);
+  void ReportLoaded(const LoadedDrawing& loaded);
+  bool StoreDrawing(const std::string& path);
 
   void SetZoom(int zoom, QPointF anchor);
   void ShowZoom();
@@ -172,17 +196,21 @@ class frmGrafik : public QMainWindow {
   Draft draft_;
   DrawingDocument document_;
   QTimer draftTimer_{this};
+  QTimer lineTimer_{this};  // while something is being sent
   bool automaticSend_ = false;
   bool sendPending_ = false;
   int pasteCount_ = 0;
+  std::string path_;  // of the drawing; empty until it has one
 
   QScrollArea* scroll_ = nullptr;
   DrawingCanvas* Display = nullptr;
+  TextTyping* typing_ = nullptr;
   StylePanel* style_ = nullptr;
   GeometryPanel* geometry_ = nullptr;
   QLabel* lblKoordinaten = nullptr;
   QLabel* lblKosten = nullptr;
   QLabel* lblHinweis = nullptr;
+  QLabel* lblSenden = nullptr;
   QSlider* ctlZoom = nullptr;
   QLabel* lblZoom = nullptr;
   QSpinBox* txtRaster = nullptr;

@@ -1,11 +1,14 @@
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QScrollArea>
 #include <algorithm>
 
 #include "graphics/frmGrafik.h"
 #include "graphics/painter.h"
 #include "graphics/pixel_image.h"
+#include "graphics/transforms.h"
 #include "graphics/wmf.h"
 
 namespace kelvo {
@@ -18,8 +21,10 @@ constexpr int kPasteStep = 4;  // pixels, so that a copy does not hide its origi
 }  // namespace
 
 void frmGrafik::Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey) {
+  typing_->End();
   Drawing drawing = document_.Current();
   change(drawing);
+  if (drawing == document_.Current()) return;
   document_.Commit(std::move(drawing), mergeKey);
 }
 
@@ -37,10 +42,15 @@ void frmGrafik::Distribute(Axis axis) {
 }
 
 void frmGrafik::TakeTool(ToolKind kind) {
-  if (tool_) tool_->Cancel();
+  typing_->End();
+  if (tool_) tool_->Leave();
   tool_ = MakeTool(kind, *desk_);
-  Display->SetTool(tool_.get());
-  Display->setCursor(kind == ToolKind::Select ? Qt::ArrowCursor : Qt::CrossCursor);
+  Display->SetTool(tool_.get(), kind == ToolKind::Select ? Qt::ArrowCursor : Qt::CrossCursor);
+}
+
+void frmGrafik::OpenSelected() {
+  LeaveTool();
+  tool_->Open();
 }
 
 // What the context menu is opened on is what it acts on.
@@ -69,19 +79,63 @@ void frmGrafik::ChooseFilled(bool filled) {
   Edit([=](Drawing& drawing) { SetFilled(drawing, filled); });
 }
 
-void frmGrafik::ChooseText(const TextAttributes& attributes) {
-  Edit([&](Drawing& drawing) { SetTextAttributes(drawing, attributes, fonts_); }, "text");
+void frmGrafik::ChooseText(const TextChange& change) {
+  if (typing_->Active()) return typing_->Change(change);
+  Edit([&](Drawing& drawing) { ChangeTexts(drawing, change, fonts_); }, "text");
 }
 
 void frmGrafik::DeleteSelection() { Edit(DeleteSelected); }
 
-void frmGrafik::mnuGrafikRueckgaengig_Click() { document_.Undo(); }
+// While a polyline grows its last point goes.
+void frmGrafik::mnuGrafikRueckgaengig_Click() {
+  if (!tool_->StepBack()) document_.Undo();
+}
+
+void frmGrafik::StepBack() { tool_->StepBack(); }
+
+void frmGrafik::LeaveTool() {
+  if (!toolAuswahl->isChecked()) toolAuswahl->trigger();
+}
+
+void frmGrafik::MakePicture() {
+  const TerminalTraits terminal = Terminal();
+  Edit([&](Drawing& drawing) {
+    MakePictureOfSelected(drawing, {Display->DisplayWidth(), Display->DisplayHeight(), fonts_,
+                                    terminal.blackThreshold});
+  });
+}
+
+// From object to object, the lowest first.
+void frmGrafik::WalkObjects(bool forward) {
+  const Drawing& drawing = document_.Current();
+  const auto selected = std::find_if(drawing.begin(), drawing.end(),
+                                     [](const DrawingObject& object) { return object.selected; });
+  const auto count = static_cast<std::ptrdiff_t>(drawing.size());
+  const std::ptrdiff_t from =
+      selected == drawing.end() ? (forward ? -1 : count) : selected - drawing.begin();
+  const std::ptrdiff_t to = from + (forward ? 1 : -1);
+  Edit([&](Drawing& changed) {
+    SelectAll(changed, false);
+    if (to >= 0 && to < count) changed[static_cast<std::size_t>(to)].selected = true;
+  });
+}
+
+// As large as the view has room for.
+void frmGrafik::ShowSelection() {
+  if (!AnySelected(document_.Current())) return;
+  const Box box = SelectionBounds(document_.Current());
+  const QSize room = scroll_->viewport()->size();
+  SetZoom(std::min(room.width() / (box.Width() + 2), room.height() / (box.Height() + 2)), {});
+  const QPoint middle = Display->ToWidget({(box.left + box.right) / 2, (box.bottom + box.top) / 2});
+  scroll_->ensureVisible(middle.x(), middle.y(), room.width() / 2, room.height() / 2);
+}
 
 void frmGrafik::mnuGrafikWiederholen_Click() { document_.Redo(); }
 
 void frmGrafik::mnuGrafikAusschneiden_Click() {
   mnuGrafikKopieren_Click();
   DeleteSelection();
+  pasteCount_ = -1;  // pasted at once it lands where it was
 }
 
 // Other programs get the selection as a picture of the Terminal's pixels.

@@ -1,24 +1,46 @@
+#include <QBuffer>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QLabel>
 #include <QMimeData>
 #include <QScrollArea>
+#include <QStatusBar>
 #include <QUrl>
 #include <algorithm>
 
 #include "base/guard.h"
 #include "graphics/frmGrafik.h"
+#include "graphics/pic_reader.h"
 #include "graphics/picture_dialog.h"
 #include "graphics/pixel_image.h"
+#include "graphics/stored_dialog.h"
 #include "graphics/wmf.h"
+#include "widgets/files.h"
 
 namespace kelvo {
 
 namespace {
 
 constexpr const char* kWmfFilter = "Vistel(WMF) |*.wmf";
+constexpr const char* kDrawingFilter = "Vistel(WMF) |*.wmf|Text (txt) |*.txt";
 constexpr int kLargestPictureSide = 20000;
+
+// What is dropped here stays where it came from, whatever the other program proposes.
+void TakeCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
+bool IsTextFile(const std::string& path) {
+  return QString::fromStdString(path).endsWith(QStringLiteral(".txt"), Qt::CaseInsensitive);
+}
+
+bool HoldsCommands(const std::string& path) {
+  const auto bytes = IsTextFile(path) ? ReadFile(path, WmfLimits().fileBytes) : std::nullopt;
+  return bytes && LooksLikePic(*bytes);
+}
 
 // Every kind that Qt reads here.
 std::string PictureFilter() {
@@ -32,9 +54,10 @@ std::string PictureFilter() {
 }  // namespace
 
 bool frmGrafik::MayDiscard() {
-  return !document_.Unsaved() || document_.Current().empty() ||
-         person_.Ask("Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?",
-                     Icon::Exclamation);
+  typing_->End();
+  if (!document_.Unsaved() || document_.Whole().empty()) return true;
+  const Decision decision = person_.AskToSave("Die Zeichnung ist nicht gespeichert.");
+  return decision == Decision::Discard || (decision == Decision::Save && SaveDrawing());
 }
 
 bool frmGrafik::MayEnd() {
@@ -45,7 +68,9 @@ bool frmGrafik::MayEnd() {
 }
 
 void frmGrafik::Clear() {
-  document_.Commit({});
+  typing_->End();
+  document_.Replace({});
+  path_.clear();
   document_.MarkSaved();
   draft_.Remove();
 }
@@ -60,26 +85,66 @@ WmfFile frmGrafik::ToWmf(const Drawing& drawing) const {
 
 void frmGrafik::LoadDrawing() {
   if (!MayDiscard()) return;
-  if (const auto path = person_.OpenFile("Datei laden", kWmfFilter)) LoadFile(*path);
+  if (const auto path = person_.OpenFile("Datei laden", kDrawingFilter)) LoadFile(*path);
+}
+
+// A metafile, or a text of drawing commands.
+LoadedDrawing frmGrafik::ReadDrawing(const std::string& path) const {
+  LoadedDrawing failed;
+  const auto limit = static_cast<qint64>(WmfLimits().fileBytes);
+  if (QFileInfo(QString::fromStdString(path)).size() > limit) {
+    failed.error = "Die Datei ist zu groß.\n" + path;
+    return failed;
+  }
+  const auto bytes = ReadFile(path, WmfLimits().fileBytes);
+  if (!bytes) {
+    failed.error = "Die Datei konnte nicht gelesen werden:\n" + path;
+    return failed;
+  }
+  LoadedDrawing loaded =
+      IsTextFile(path) || LooksLikePic(*bytes) ? FromCommands(*bytes) : FromWmf(*bytes);
+  if (!loaded.error.empty()) loaded.error += "\n" + path;
+  return loaded;
+}
+
+LoadedDrawing frmGrafik::FromCommands(std::string_view commands) const {
+  return ReadPic(commands, Display->DisplayHeight(), fonts_);
 }
 
 void frmGrafik::LoadFile(const std::string& path) {
-  const auto bytes = ReadFile(path, WmfLimits().fileBytes);
-  if (!bytes) {
-    person_.Message("Die Datei konnte nicht gelesen werden:\n" + path, Icon::Exclamation);
-    return;
-  }
-  const WmfDrawing loaded = FromWmf(*bytes);
+  typing_->End();
+  if (!TakeLoaded(ReadDrawing(path), IsTextFile(path) ? std::string() : path)) return;
+  Q_EMIT FileUsed(QString::fromStdString(path));
+}
+
+bool frmGrafik::TakeLoaded(const LoadedDrawing& loaded, const std::string& path) {
   if (!loaded.error.empty()) {
-    person_.Message(loaded.error + "\n" + path, Icon::Exclamation);
-    return;
+    person_.Message(loaded.error, Icon::Exclamation);
+    return false;
   }
-  document_.Commit(loaded.drawing);
+  document_.Replace(loaded.drawing);
+  path_ = path;
   document_.MarkSaved();
   draft_.Remove();
-  Q_EMIT FileUsed(QString::fromStdString(path));
   SetZoom(Display->Zoom(), {});
   ReportLoaded(loaded);
+  return true;
+}
+
+// Macros that draw are listed behind the drawings.
+void frmGrafik::mnuGrafikDatenbank_Click() {
+  if (!MayDiscard()) return;
+  std::vector<StoredDialog::Choice> choices;
+  for (const GraphicsHost::StoredText& stored : host_.StoredTexts()) {
+    LoadedDrawing loaded = FromCommands(stored.commands);
+    if (!stored.isDrawing && (!loaded.error.empty() || loaded.drawing.empty())) continue;
+    const QString name = QString::fromStdString(stored.name);
+    choices.push_back({stored.isDrawing ? name : tr("%1 (Makro)").arg(name), std::move(loaded)});
+  }
+  if (choices.empty()) return person_.Message("In der Datenbank ist keine Zeichnung.");
+  StoredDialog dialog(
+      std::move(choices), [this](const Drawing& drawing) { return Pixels(drawing); }, this);
+  if (dialog.exec() == QDialog::Accepted) TakeLoaded(dialog.Chosen(), {});
 }
 
 void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
@@ -102,19 +167,25 @@ void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
 
 bool frmGrafik::SaveDrawing() {
   const auto path = person_.SaveFile("Datei speichern", kWmfFilter);
-  if (!path) return false;
-  const WmfFile file = ToWmf(document_.Current());
+  return path && StoreDrawing(*path);
+}
+
+bool frmGrafik::StoreDrawing(const std::string& path) {
+  typing_->End();
+  const WmfFile file = ToWmf(document_.Whole());
   if (!file.error.empty()) {
     person_.Message(file.error, Icon::Exclamation);
     return false;
   }
-  if (!WriteFile(*path, file.bytes)) {
-    person_.Message("Die Datei konnte nicht geschrieben werden:\n" + *path, Icon::Exclamation);
+  if (const auto reason = WriteFile(path, file.bytes)) {
+    person_.Message("Die Datei konnte nicht geschrieben werden:\n" + path + "\n" + *reason,
+                    Icon::Exclamation);
     return false;
   }
+  path_ = path;
   document_.MarkSaved();
   draft_.Remove();
-  Q_EMIT FileUsed(QString::fromStdString(*path));
+  Q_EMIT FileUsed(QString::fromStdString(path));
   return true;
 }
 
@@ -130,32 +201,62 @@ void frmGrafik::OfferDraft() {
     draft_.Remove();
     return;
   }
-  document_.Commit(draft.drawing);
+  document_.Replace(draft.drawing);
   document_.MarkUnsaved();
   ReportLoaded(draft);
 }
 
 void frmGrafik::KeepDraft() {
-  if (!document_.Unsaved() || document_.Current().empty()) {
+  if (!document_.Unsaved() || document_.Whole().empty()) {
     draft_.Remove();
     return;
   }
-  const WmfFile file = ToWmf(document_.Current());
-  if (file.error.empty()) draft_.Write(file.bytes);
+  const WmfFile file = ToWmf(document_.Whole());
+  if (!file.error.empty()) return;
+  if (const auto reason = draft_.Write(file.bytes)) {
+    statusBar()->showMessage(
+        tr("Der Entwurf kann nicht gesichert werden: %1").arg(QString::fromStdString(*reason)));
+  }
 }
 
 void frmGrafik::mnuGrafikNeu_Click() { host_.NewDrawing(); }
 
 void frmGrafik::mnuGrafikLaden_Click() { LoadDrawing(); }
 
-void frmGrafik::mnuGrafikSpeichern_Click() { SaveDrawing(); }
+// Under its name, once it has one.
+void frmGrafik::mnuGrafikSpeichern_Click() { path_.empty() ? SaveDrawing() : StoreDrawing(path_); }
+
+void frmGrafik::mnuGrafikPng_Click() {
+  const auto path = person_.SaveFile("Als PNG exportieren", "PNG |*.png");
+  if (!path) return;
+  const auto typed =
+      person_.Input("Vergrößerung (1 … 16 Bildpunkte je Punkt)", std::to_string(Display->Zoom()));
+  if (!typed) return;
+  const int scale = std::clamp(QString::fromStdString(*typed).toInt(), 1, 16);
+  const QImage pixels = Pixels();
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  pixels.scaled(pixels.size() * scale).save(&buffer, "PNG");
+  if (const auto reason = WriteFile(*path, bytes.toStdString())) {
+    person_.Message("Die Datei konnte nicht geschrieben werden:\n" + *path + "\n" + *reason,
+                    Icon::Exclamation);
+  }
+}
+
+// Into the drawing that is there, where it lay in its own.
+void frmGrafik::mnuGrafikZeichnung_Click() {
+  const auto path = person_.OpenFile("Zeichnung einfügen", kDrawingFilter);
+  if (!path) return;
+  const LoadedDrawing loaded = ReadDrawing(*path);
+  if (!loaded.error.empty()) return person_.Message(loaded.error, Icon::Exclamation);
+  Edit([&](Drawing& drawing) { Paste(drawing, loaded.drawing, 0, 0); });
+  ReportLoaded(loaded);
+}
 
 void frmGrafik::mnuGrafikBildEEProm_Click() { host_.SaveBMPinEEProm(); }
 
-void frmGrafik::mnuGrafikSenden_Click() {
-  sendPending_ = false;
-  host_.Send();
-}
+void frmGrafik::mnuGrafikSenden_Click() { SendNow(); }
 
 void frmGrafik::mnuGrafikSchliessen_Click() { close(); }
 
@@ -202,14 +303,16 @@ void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
 }
 
 // One object for each line that holds something, below each other.
-void frmGrafik::InsertText(const QString& text) {
-  Point topLeft = VisibleMiddle();
+void frmGrafik::InsertText(const QString& text, std::optional<Point> at) {
+  Point topLeft = at.value_or(VisibleMiddle());
   std::vector<DrawingObject> objects;
-  for (const QString& line : text.split(u'\n')) {
-    const auto wire = ToWireText(line.trimmed());
+  for (QString line : PlainForms(text).split(u'\n')) {
+    while (!line.isEmpty() && line.back().isSpace()) line.chop(1);
+    const auto wire = ToWireText(line);
     if (!wire) {
       person_.Message("Der Text enthält Zeichen, die das Terminal nicht darstellen kann.",
-                      Icon::Exclamation);
+                      Icon::Exclamation, {},
+                      tr("Das erste davon ist: %1").arg(FirstForeign(line)).toStdString());
       return;
     }
     if (wire->empty()) continue;
@@ -223,7 +326,9 @@ void frmGrafik::InsertText(const QString& text) {
 
 // A file that was dropped or pasted: a drawing is loaded, a picture becomes part of the drawing.
 void frmGrafik::TakeFile(const QString& path, std::optional<Point> at) {
-  if (!path.endsWith(QStringLiteral(".wmf"), Qt::CaseInsensitive)) {
+  const bool isDrawing = path.endsWith(QStringLiteral(".wmf"), Qt::CaseInsensitive) ||
+                         HoldsCommands(path.toStdString());
+  if (!isDrawing) {
     InsertFile(path, at);
   } else if (MayDiscard()) {
     LoadFile(path.toStdString());
@@ -231,12 +336,15 @@ void frmGrafik::TakeFile(const QString& path, std::optional<Point> at) {
 }
 
 bool frmGrafik::InsertMime(const QMimeData& mime, std::optional<Point> at) {
+  typing_->End();
   if (mime.hasUrls() && mime.urls().first().isLocalFile()) {
-    TakeFile(mime.urls().first().toLocalFile(), at);
+    for (const QUrl& file : mime.urls()) {
+      if (file.isLocalFile()) TakeFile(file.toLocalFile(), at);
+    }
   } else if (const auto image = qvariant_cast<QImage>(mime.imageData()); !image.isNull()) {
     InsertImage(image, at);
   } else if (mime.hasText()) {
-    InsertText(mime.text());
+    InsertText(mime.text(), at);
   } else {
     return false;
   }
@@ -251,7 +359,7 @@ Point frmGrafik::VisibleMiddle() const {
 
 void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {
   const QMimeData& mime = *event->mimeData();
-  if (mime.hasUrls() || mime.hasImage() || mime.hasText()) event->acceptProposedAction();
+  if (mime.hasUrls() || mime.hasImage() || mime.hasText()) TakeCopy(*event);
 }
 
 // The picture's dialog waits until the drop is over: the program that it came from stands still
@@ -263,7 +371,7 @@ void frmGrafik::dropEvent(QDropEvent* event) {
   if (mime.hasUrls()) dropped->setUrls(mime.urls());
   if (mime.hasImage()) dropped->setImageData(mime.imageData());
   if (mime.hasText()) dropped->setText(mime.text());
-  event->acceptProposedAction();
+  TakeCopy(*event);
   QTimer::singleShot(0, this, [this, dropped, at] {
     Guarded(person_, "Display_Drop", [&] { InsertMime(*dropped, at); });
   });

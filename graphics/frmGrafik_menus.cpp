@@ -8,6 +8,7 @@
 
 #include "base/guard.h"
 #include "graphics/frmGrafik.h"
+#include "graphics/transforms.h"
 #include "widgets/form.h"
 #include "widgets/symbol.h"
 
@@ -27,9 +28,16 @@ struct frmGrafik::Entry {
 const frmGrafik::Entry frmGrafik::kFileEntries[] = {
     {"mnuGrafikNeu", "&Neu", "Ctrl+N", &frmGrafik::mnuGrafikNeu_Click, Needs::Nothing},
     {"mnuGrafikLaden", "&Laden …", "Ctrl+O", &frmGrafik::mnuGrafikLaden_Click, Needs::Nothing},
-    {"mnuGrafikSpeichern", "&Speichern …", "Ctrl+S", &frmGrafik::mnuGrafikSpeichern_Click,
+    {"mnuGrafikDatenbank", "Aus der &Datenbank öffnen …", "Ctrl+Alt+O",
+     &frmGrafik::mnuGrafikDatenbank_Click, Needs::Nothing},
+    {"mnuGrafikSpeichern", "&Speichern", "Ctrl+S", &frmGrafik::mnuGrafikSpeichern_Click,
      Needs::Nothing},
+    {"mnuGrafikSpeichernUnter", "Speichern &unter …", "",
+     [](frmGrafik& window) { window.SaveDrawing(); }, Needs::Nothing},
+    {"mnuGrafikPng", "Als PN&G exportieren …", "", &frmGrafik::mnuGrafikPng_Click, Needs::Nothing},
     {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikZeichnung", "&Zeichnung einfügen …", "", &frmGrafik::mnuGrafikZeichnung_Click,
+     Needs::Nothing},
     {"mnuGrafikBild", "&Bild einfügen …", "Ctrl+I", &frmGrafik::mnuGrafikBild_Click,
      Needs::Nothing},
     {"mnuGrafikBildEEProm", "Bild ins EE&PROM schreiben …", "",
@@ -66,9 +74,28 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
      Needs::Selection},
     {"mnuGrafikAufloesen", "Gruppe &auflösen", "Ctrl+Shift+G", &frmGrafik::mnuGrafikAufloesen_Click,
      Needs::Selection},
+    {"mnuGrafikGruppeOeffnen", "Gruppe ö&ffnen", "",
+     [](frmGrafik& window) { window.OpenSelected(); }, Needs::Selection},
+    {"mnuGrafikGruppeVerlassen", "Gruppe verlasse&n", "",
+     [](frmGrafik& window) { window.document_.Leave(); }, Needs::Nothing},
     {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikSpiegelnX", "Waagerecht s&piegeln", "Ctrl+H",
+     [](frmGrafik& window) { window.Edit([](Drawing& d) { FlipSelected(d, Axis::X); }); },
+     Needs::Selection},
+    {"mnuGrafikSpiegelnY", "Senkrecht spiege&ln", "Ctrl+J",
+     [](frmGrafik& window) { window.Edit([](Drawing& d) { FlipSelected(d, Axis::Y); }); },
+     Needs::Selection},
+    {"mnuGrafikDrehen", "Um 90° &drehen", "Ctrl+T",
+     [](frmGrafik& window) { window.Edit(TurnSelected); }, Needs::Selection},
+    {"mnuGrafikInvertieren", "Bild in&vertieren", "",
+     [](frmGrafik& window) { window.Edit(InvertSelected); }, Needs::Selection},
+    {nullptr, "", "", nullptr, Needs::Nothing},
+    {"mnuGrafikText", "Te&xt eingeben …", "Ctrl+E", &frmGrafik::mnuGrafikText_Click,
+     Needs::Nothing},
     {"mnuGrafikUmwandeln", "Vielecke in Linien&züge umwandeln", "",
      &frmGrafik::mnuGrafikUmwandeln_Click, Needs::Selection},
+    {"mnuGrafikInBild", "Auswahl in &Bild umwandeln", "Ctrl+B",
+     [](frmGrafik& window) { window.MakePicture(); }, Needs::Selection},
     {nullptr, "", "", nullptr, Needs::Nothing},
     {"mnuGrafikVorn", "Nach &vorn", "Ctrl+Shift+PgUp",
      [](frmGrafik& window) { window.Reorder(Order::ToFront); }, Needs::Selection},
@@ -107,8 +134,11 @@ void frmGrafik::AddEntries(QMenu* menu, const Entry (&entries)[count]) {
     }
     QAction* const action = Named(menu->addAction(QString::fromUtf8(entry.text)), entry.name);
     action->setShortcut(QKeySequence(QString::fromLatin1(entry.keys)));
-    connect(action, &QAction::triggered, this,
-            [this, &entry] { Guarded(person_, entry.name, [&] { entry.handler(*this); }); });
+    connect(action, &QAction::triggered, this, [this, &entry] {
+      if (typing_->TakeCommand(entry.name)) return;
+      typing_->End();
+      Guarded(person_, entry.name, [&] { entry.handler(*this); });
+    });
     if (entry.needs == Needs::Selection) selectionActions_.push_back(action);
   }
 }
@@ -132,6 +162,11 @@ void frmGrafik::MakeViewMenu() {
       SetZoom(Display->Zoom() + steps, Display->visibleRegion().boundingRect().center());
     });
   };
+  const auto addView = [&](const char* name, const QString& text, const char* keys, auto handler) {
+    QAction* const action = Named(view->addAction(text), name);
+    action->setShortcut(QKeySequence(QString::fromLatin1(keys)));
+    connect(action, &QAction::triggered, this, handler);
+  };
   addZoom("mnuGrafikGroesser", tr("&Größer"), "Ctrl++", 1);
   addZoom("mnuGrafikKleiner", tr("&Kleiner"), "Ctrl+-", -1);
   QAction* const fit = Named(view->addAction(tr("&Einpassen")), "mnuGrafikEinpassen");
@@ -141,6 +176,8 @@ void frmGrafik::MakeViewMenu() {
     const QSize one = Display->sizeHint() / Display->Zoom();
     SetZoom(std::min(room.width() / one.width(), room.height() / one.height()), {});
   });
+  addView("mnuGrafikEinsZuEins", tr("&1 : 1"), "Ctrl+1", [this] { SetZoom(1, {}); });
+  addView("mnuGrafikZoomAuswahl", tr("A&uswahl zeigen"), "Ctrl+2", [this] { ShowSelection(); });
   view->addSeparator();
   mnuGrafikRaster = Named(view->addAction(tr("Am &Raster einrasten")), "mnuGrafikRaster");
   mnuGrafikRaster->setCheckable(true);
@@ -148,7 +185,7 @@ void frmGrafik::MakeViewMenu() {
 }
 
 void frmGrafik::MakeTools() {
-  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, person_);
+  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, *typing_);
   const struct {
     ToolKind kind;
     Symbol symbol;
@@ -163,8 +200,11 @@ void frmGrafik::MakeTools() {
        "F4"},
       {ToolKind::Ellipse, Symbol::Ellipse, "toolEllipse", "Ellipse (Umschalt: Kreis)", "F5"},
       {ToolKind::Polyline, Symbol::Polyline, "toolLinienzug",
-       "Linienzug (Doppelklick oder Eingabetaste beendet)", "F6"},
+       "Linienzug (Doppelklick oder Eingabetaste beendet, Strg+Z nimmt einen Punkt zurück)", "F6"},
       {ToolKind::Text, Symbol::Letter, "toolText", "Text", "F7"},
+      {ToolKind::Pencil, Symbol::Pencil, "toolStift", "Stift: einzelne Punkte setzen", "F8"},
+      {ToolKind::Eraser, Symbol::Eraser, "toolRadierer", "Radierer: einzelne Punkte löschen",
+       "F10"},
   };
   auto* bar = Named(new QToolBar(tr("Werkzeuge")), "barWerkzeuge");
   tools_ = new QActionGroup(this);

@@ -1,5 +1,6 @@
 #include "graphics/geometry_panel.h"
 
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QSpinBox>
 
@@ -36,6 +37,8 @@ QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
     const int bottom = txtPosY->value();
     Q_EMIT BoxTyped({left, bottom, left + txtBreite->value() - 1, bottom + txtHoehe->value() - 1});
   });
+  connect(field->findChild<QLineEdit*>(), &QLineEdit::returnPressed, this, &GeometryPanel::Complete,
+          Qt::QueuedConnection);  // behind the number itself
   return field;
 }
 

@@ -20,6 +20,8 @@ class GeometryPanel : public QGroupBox {
   void ShowBox(const Box& box, bool selected);
 
  Q_SIGNALS:
+  /// A number was ended with Return.
+  void Complete();
   void BoxTyped(const Box& box);
 
  private:

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "graphics/create_bitmap.h"
 
 namespace kelvo {
@@ -10,16 +13,19 @@ class GraphicsHost {
   virtual ~GraphicsHost() = default;
 
   /// The main window's drawing send: clears the Terminal's display and writes the drawing's
-  /// commands, or says that no port is open.
-  virtual void Send() = 0;
+  /// commands, or says why it cannot. False when nothing was sent.
+  virtual bool Send() = 0;
   /// The toolbar's "new": clears the Terminal's display and, where the operator agrees, the
   /// drawing.
   virtual void NewDrawing() = 0;
   /// The toolbar's "save as macro" and "save as text" for the drawing.
   virtual void SaveAsMakro() = 0;
   virtual void SaveAsText() = 0;
-  /// Whether a send would reach a port.
+  /// Whether the drawing may be sent by itself: the port is open, the line has taken all that was
+  /// sent before, and the operator is not in the middle of something.
   virtual bool CanSend() const = 0;
+  /// Characters wait to leave the line.
+  virtual bool Sending() const = 0;
   /// Rate of the port to the Terminal, bit/s; 0 while it is not known.
   virtual int BitsPerSecond() const = 0;
   /// The option values and the Terminal's version; `displayHeight` is the editor's own affair.
@@ -28,6 +34,14 @@ class GraphicsHost {
   virtual bool FensterMitZoomen() const = 0;
   /// Stores the selected picture in the Terminal's EEPROM.
   virtual void SaveBMPinEEProm() = 0;
+  /// A drawing's or a macro's commands as they are stored.
+  struct StoredText {
+    std::string name;  ///< UTF-8
+    std::string commands;
+    bool isDrawing = false;  ///< else a macro
+  };
+  /// The stored drawings, then the macros, each in the order of their records.
+  virtual std::vector<StoredText> StoredTexts() const = 0;
 };
 
 }  // namespace kelvo

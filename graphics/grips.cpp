@@ -41,6 +41,14 @@ Point KeepShape(const Box& box, const Grip& grip, Point p) {
   return {fixed.x + grip.edgeX * reach(box.Width()), fixed.y + grip.edgeY * reach(box.Height())};
 }
 
+// Points are at the ends of what may be long; a box has grips on all of its sides.
+bool GripsCover(const Drawing& drawing, double tolerance) {
+  const Box box = SelectionBounds(drawing);
+  const int side = SingleWithPoints(drawing) != nullptr ? std::max(box.Width(), box.Height())
+                                                        : std::min(box.Width(), box.Height());
+  return side <= 4 * tolerance + 2;
+}
+
 }  // namespace
 
 std::vector<Grip> GripsOf(const Drawing& drawing) {
@@ -63,8 +71,11 @@ std::vector<Grip> GripsOf(const Drawing& drawing) {
 }
 
 // Of grips that lie on each other the last one is taken, so that what is small grows.
-std::optional<Grip> GripAt(const Drawing& drawing, Point p, int tolerance) {
+std::optional<Grip> GripAt(const Drawing& drawing, Point p, double tolerance) {
   const std::vector<Grip> grips = GripsOf(drawing);
+  if (grips.empty() || (InsideSelected(drawing, p) && GripsCover(drawing, tolerance))) {
+    return std::nullopt;
+  }
   const auto hit = std::find_if(grips.rbegin(), grips.rend(), [&](const Grip& grip) {
     return std::abs(grip.at.x - p.x) <= tolerance && std::abs(grip.at.y - p.y) <= tolerance;
   });

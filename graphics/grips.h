@@ -21,7 +21,9 @@ struct Grip {
 
 /// None without a selection.
 std::vector<Grip> GripsOf(const Drawing& drawing);
-std::optional<Grip> GripAt(const Drawing& drawing, Point p, int tolerance);
+/// The grip within `tolerance` of `p`. Inside of what is so small that its grips would cover it
+/// there is none: it could not be moved.
+std::optional<Grip> GripAt(const Drawing& drawing, Point p, double tolerance);
 /// The drawing with a grip dragged to `p`; `keepShape` keeps a box's proportions.
 Drawing DragGrip(const Drawing& drawing, const Grip& grip, Point p, bool keepShape,
                  const DeviceFonts& fonts);

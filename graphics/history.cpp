@@ -11,7 +11,9 @@ namespace {
 bool SameButForSelection(const DrawingObject& a, const DrawingObject& b) {
   return a.kind == b.kind && a.penMode == b.penMode && a.filled == b.filled &&
          a.corner1 == b.corner1 && a.corner2 == b.corner2 && a.vertices == b.vertices &&
-         a.style == b.style && a.text == b.text && a.picture == b.picture && a.members == b.members;
+         a.style == b.style && a.text == b.text && a.picture == b.picture &&
+         std::equal(a.members.begin(), a.members.end(), b.members.begin(), b.members.end(),
+                    SameButForSelection);
 }
 
 auto At(std::vector<DrawingObject>& objects, std::size_t index) {

@@ -8,7 +8,7 @@ namespace kelvo {
 
 namespace {
 
-bool Inside(const Box& box, Point p, int margin) {
+bool Inside(const Box& box, Point p, double margin) {
   return p.x >= box.left - margin && p.x <= box.right + margin && p.y >= box.bottom - margin &&
          p.y <= box.top + margin;
 }
@@ -22,7 +22,9 @@ double DistanceToSegment(Point p, Point a, Point b) {
   return std::hypot(p.x - (a.x + along * dx), p.y - (a.y + along * dy));
 }
 
-bool HitsPath(const std::vector<Point>& points, bool closed, Point p, int tolerance) {
+// A pixel of a line lies up to half a pixel beside it.
+bool HitsPath(const std::vector<Point>& points, bool closed, Point p, double tolerance) {
+  tolerance += 0.5;
   if (points.size() == 1) return DistanceToSegment(p, points[0], points[0]) <= tolerance;
   for (std::size_t i = 1; i < points.size(); ++i) {
     if (DistanceToSegment(p, points[i - 1], points[i]) <= tolerance) return true;
@@ -31,7 +33,7 @@ bool HitsPath(const std::vector<Point>& points, bool closed, Point p, int tolera
          DistanceToSegment(p, points.back(), points.front()) <= tolerance;
 }
 
-bool HitsEllipse(const Box& box, bool filled, Point p, int tolerance) {
+bool HitsEllipse(const Box& box, bool filled, Point p, double tolerance) {
   const double rx = std::max((box.Width() - 1) / 2.0, 0.5);
   const double ry = std::max((box.Height() - 1) / 2.0, 0.5);
   const double x = (p.x - (box.left + box.right) / 2.0) / rx;
@@ -40,13 +42,11 @@ bool HitsEllipse(const Box& box, bool filled, Point p, int tolerance) {
   return filled ? miss <= tolerance : std::abs(miss) <= tolerance + 0.5;
 }
 
-bool HitsRectangle(const Box& box, bool filled, Point p, int tolerance) {
-  const Box inner{box.left + tolerance + 1, box.bottom + tolerance + 1, box.right - tolerance - 1,
-                  box.top - tolerance - 1};
-  return Inside(box, p, tolerance) && (filled || !Inside(inner, p, 0));
+bool HitsRectangle(const Box& box, bool filled, Point p, double tolerance) {
+  return Inside(box, p, tolerance) && (filled || !Inside(box, p, -tolerance - 1));
 }
 
-bool Hits(const DrawingObject& object, Point p, int tolerance) {
+bool Hits(const DrawingObject& object, Point p, double tolerance) {
   switch (object.kind) {
     case Kind::Group:
       return std::any_of(object.members.begin(), object.members.end(),
@@ -69,11 +69,17 @@ bool Hits(const DrawingObject& object, Point p, int tolerance) {
 
 }  // namespace
 
-std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, int tolerance) {
+std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, double tolerance) {
   for (std::size_t i = drawing.size(); i > 0; --i) {
     if (Hits(drawing[i - 1], p, tolerance)) return i - 1;
   }
   return std::nullopt;
+}
+
+bool InsideSelected(const Drawing& drawing, Point p) {
+  return std::any_of(drawing.begin(), drawing.end(), [p](const DrawingObject& object) {
+    return object.selected && Inside(BoundsOf(object), p, 0);
+  });
 }
 
 }  // namespace kelvo

@@ -3,11 +3,15 @@
 //   make_fonts CONSOLE-FONT-FOLDER OUTPUT-FOLDER
 //
 // The console has no 8 x 10 font, no light one of 8 x 8 and no 4 x 6 digits; those are made here.
+// Thin strokes are not had from the bold letters of 8 x 8: their serifs would break the stems, and
+// "b" and "h", "B" and "8" look the same on a small display. The light letters come from the
+// console's light font of 6 x 12.
 
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -199,19 +203,52 @@ Font Stretched(const Font& source) {
   return font;
 }
 
-// The console's 8 x 8 letters have stems of two pixels: bold beside the taller fonts' thin ones.
-// The light font keeps the left pixel of every such pair; strokes along a row stay.
-std::uint32_t ThinRow(std::uint32_t row) {
-  const std::uint32_t starts = row & ~(row >> 1);
-  const std::uint32_t pairs = starts & (row << 1) & ~(row << 2);
-  return row & ~(pairs >> 1);
+// In the console's font of 6 x 12 capital letters stand on rows 2 to 9, accents above, tails below.
+constexpr std::size_t kBaseLine = 9;
+
+void TakeOut(Rows& rows, std::size_t y) {
+  rows.erase(rows.begin() + static_cast<Rows::difference_type>(y));
 }
 
-Font Thinned(const Font& source) {
-  Font font = source;
-  for (Rows& glyph : font.glyphs) {
-    std::transform(glyph.begin(), glyph.end(), glyph.begin(), ThinRow);
+// The row above the base line that is most like a neighbour: a piece of stems. Of equals the one in
+// the middle of the small letters, so that all letters keep common lines.
+std::size_t SpareRow(const Rows& rows, std::size_t base) {
+  const auto difference = [&](std::size_t y) {
+    return std::min(std::popcount(rows[y] ^ rows[y - 1]), std::popcount(rows[y] ^ rows[y + 1]));
+  };
+  std::size_t spare = base - 2;
+  for (const std::size_t above : {3U, 1U, 4U, 5U, 6U}) {
+    if (base > above && difference(base - above) < difference(spare)) spare = base - above;
   }
+  return spare;
+}
+
+// A letter of 6 x 12 with fewer rows: blank ones above it go first, or one of an accent's two.
+Rows Squeezed(Rows rows, std::size_t height) {
+  if (height == 8 && (rows[10] == 0 || rows[11] == 0)) TakeOut(rows, rows[11] == 0 ? 11 : 10);
+  std::size_t base = kBaseLine - 1;
+  const bool accent = rows[0] != 0;
+  TakeOut(rows, accent && rows[1] == 0 ? 1 : 0);
+  if (!accent && (rows[0] == 0 || rows[0] == rows[1])) {
+    TakeOut(rows, 0);
+    --base;
+  }
+  for (; rows.size() > height; --base) TakeOut(rows, SpareRow(rows, base));
+  return rows;
+}
+
+Font Light(const Font& source, int height) {
+  Font font{8, height, {}};
+  for (std::size_t code = 0; code < font.glyphs.size(); ++code) {
+    Rows& glyph = font.glyphs[code];
+    glyph = Squeezed(source.glyphs[code], static_cast<std::size_t>(height));
+    for (std::uint32_t& row : glyph) row <<= 1;
+  }
+  // The source's sharp s is closed at its foot; so small it is taken for a B.
+  Rows sharp{0x30, 0x48, 0x48, 0x50, 0x48, 0x44, 0x58};
+  if (height == 10) sharp.insert(sharp.end() - 1, 0x44);
+  sharp.resize(static_cast<std::size_t>(height), 0);
+  font.glyphs[0xDF] = sharp;
   return font;
 }
 
@@ -269,9 +306,10 @@ void MakeFonts(const std::string& consoleFolder, const std::string& outputFolder
     return TakeLatin1(ReadConsoleFont(consoleFolder + "/Lat15-" + name + ".psf.gz"));
   };
   const Font smallBold = console("VGA8");
+  const Font smallLight = console("Terminus12x6");
   const std::array<Font, 10> fonts{
-      Thinned(smallBold),
-      Thinned(Stretched(smallBold)),
+      Light(smallLight, 8),
+      Light(smallLight, 10),
       console("Terminus14"),
       console("Terminus16"),
       SmallDigits(),

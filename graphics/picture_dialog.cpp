@@ -159,11 +159,17 @@ Picture PictureDialog::Shown() const {
 
 Picture PictureDialog::Result() const {
   const bool asSent = ChosenDithering() == Dithering::Threshold && !thresholdMoved_;
-  return asSent ? Shown() : MadeMonochrome(Shown(), ChosenDithering(), Threshold());
+  return asSent ? Shown() : Monochrome();
+}
+
+// The dithers compare brightness; the option's threshold is a colour value.
+Picture PictureDialog::Monochrome() const {
+  const int middle = thresholdMoved_ ? ctlSchwelle->value() : kMiddleBrightness;
+  return MadeMonochrome(Shown(), ChosenDithering(), Threshold(), middle);
 }
 
 void PictureDialog::ShowPreview() {
-  const QImage shown = ToImage(MadeMonochrome(Shown(), ChosenDithering(), Threshold()));
+  const QImage shown = ToImage(Monochrome());
   lblVorschau->setPixmap(QPixmap::fromImage(shown.scaled(shown.size() * kPreviewZoom)));
   lblSchwelle->setText(QString::number(Threshold()));
   // The other ways are grey anyhow.

@@ -39,6 +39,7 @@ class PictureDialog : public QDialog {
   void Rescale();
   void ShowPreview();
   Colour Threshold() const;
+  Picture Monochrome() const;
   Dithering ChosenDithering() const;
   Picture Shown() const;
 

@@ -47,11 +47,29 @@ Picture ToPicture(const QImage& image) {
 }
 
 std::optional<std::string> ToWireText(const QString& text) {
-  const bool fits = std::all_of(text.begin(), text.end(), [](QChar c) {
-    return c.unicode() >= 32 && c.unicode() <= 255 && c.unicode() != 127;
-  });
-  if (!fits) return std::nullopt;
+  if (!FirstForeign(text).isEmpty()) return std::nullopt;
   return text.toLatin1().toStdString();
+}
+
+QString PlainForms(QString text) {
+  static const std::pair<const char16_t*, const char16_t*> forms[] = {
+      {u"\t", u"    "},  {u"\u201E", u"\""}, {u"\u201C", u"\""},  {u"\u201D", u"\""},
+      {u"\u201A", u"'"}, {u"\u2018", u"'"},  {u"\u2019", u"'"},   {u"\u2013", u"-"},
+      {u"\u2014", u"-"}, {u"\u2212", u"-"},  {u"\u2026", u"..."}, {u"\u2009", u" "},
+      {u"\u202F", u" "}, {u"\u00AD", u""},   {u"\u200B", u""},    {u"\uFEFF", u""}};
+  for (const auto& [fine, plain] : forms) {
+    text.replace(QString::fromUtf16(fine), QString::fromUtf16(plain));
+  }
+  return text;
+}
+
+QString FirstForeign(const QString& text) {
+  const auto* const foreign = std::find_if(text.begin(), text.end(), [](QChar c) {
+    return c.unicode() < 32 || c.unicode() > 255 || c.unicode() == 127;
+  });
+  if (foreign == text.end()) return {};
+  const bool pair = foreign->isHighSurrogate() && foreign + 1 != text.end();
+  return QString(foreign, pair ? 2 : 1);
 }
 
 }  // namespace kelvo

@@ -102,24 +102,34 @@ std::optional<Ink> TextInk(TextMode mode, bool on) {
   return std::nullopt;
 }
 
-bool StyledPixel(const DeviceFont& font, unsigned char character, int x, int y,
+// The pixels of one row of a character's cell, bit width-1 on the left.
+std::uint32_t StyledRow(const DeviceFont& font, unsigned char character, int y,
+                        const TextStyle& style) {
+  const std::uint32_t all = (std::uint32_t{2} << (font.Width() - 1)) - 1;
+  std::uint32_t row = font.Row(character, y);
+  if (style.bold && !DeviceFonts::IsBold(style.font)) row |= row >> 1;
+  if (style.underline && y == font.Height() - 1) row = all;
+  return style.inverse ? row ^ all : row;
+}
+
+// One row of a cell; neighbouring pixels that are alike at once.
+void DrawCellRow(PixelMap& map, int left, int y, std::uint32_t row, int width,
                  const TextStyle& style) {
-  bool on = font.Pixel(character, x, y);
-  if (style.bold && !DeviceFonts::IsBold(style.font)) on = on || font.Pixel(character, x - 1, y);
-  if (style.underline && y == font.Height() - 1) on = true;
-  return on != style.inverse;
+  const auto isSet = [&](int x) { return (row >> (width - 1 - x) & 1U) != 0; };
+  for (int x = 0; x < width;) {
+    const int from = x;
+    while (x < width && isSet(x) == isSet(from)) ++x;
+    const auto ink = TextInk(style.mode, isSet(from));
+    if (ink) map.PutRow(left + from * style.zoomX, left + x * style.zoomX - 1, y, *ink);
+  }
 }
 
 void DrawCell(PixelMap& map, const DeviceFont& font, int left, int top, unsigned char character,
               const TextStyle& style) {
-  const int endX = std::min(left + font.Width() * style.zoomX, map.Width());
-  const int endY = std::min(top + font.Height() * style.zoomY, map.Height());
-  for (int y = std::max(top, 0); y < endY; ++y) {
-    for (int x = std::max(left, 0); x < endX; ++x) {
-      const bool on =
-          StyledPixel(font, character, (x - left) / style.zoomX, (y - top) / style.zoomY, style);
-      if (const auto ink = TextInk(style.mode, on)) map.Put(x, y, *ink);
-    }
+  const int end = std::min(top + font.Height() * style.zoomY, map.Height());
+  for (int y = std::max(top, 0); y < end; ++y) {
+    const std::uint32_t row = StyledRow(font, character, (y - top) / style.zoomY, style);
+    DrawCellRow(map, left, y, row, font.Width(), style);
   }
 }
 

@@ -21,11 +21,6 @@ const DrawingObject* FindPicture(const std::vector<DrawingObject>& objects, bool
   return nullptr;
 }
 
-const DrawingObject* PictureToStore(const Drawing& drawing) {
-  const DrawingObject* selected = FindPicture(drawing, true, false);
-  return selected != nullptr ? selected : FindPicture(drawing, false, false);
-}
-
 bool MayBeSoLarge(std::int64_t size, Operator& person) {
   return size <= kLargestUnaskedBitmap ||
          person.Ask("Bitmap " + std::to_string(size) + " Zeichen lang, trotzdem übertragen ?");
@@ -62,6 +57,11 @@ void AskNumberAndSend(const std::string& bitmap, Operator& person, const EEPromA
 }
 
 }  // namespace
+
+const DrawingObject* PictureToStore(const Drawing& drawing) {
+  const DrawingObject* selected = FindPicture(drawing, true, false);
+  return selected != nullptr ? selected : FindPicture(drawing, false, false);
+}
 
 void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& person,
                      const EEPromAccess& eeprom) {

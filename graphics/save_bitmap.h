@@ -18,8 +18,11 @@ struct EEPromAccess {
   std::function<void(const Command& command, const std::string& suffix)> write;
 };
 
-/// Stores a picture of the drawing in the EEPROM under a number that the operator is asked for: the
-/// lowest selected one, or the lowest one when none is selected; members of groups count.
+/// The picture that would be stored: the lowest selected one, or the lowest one when none is
+/// selected; members of groups count. nullptr without any.
+const DrawingObject* PictureToStore(const Drawing& drawing);
+
+/// Stores a picture of the drawing in the EEPROM under a number that the operator is asked for.
 ///
 /// ESC "EWB" number "," bitmap text
 void SaveBMPinEEProm(const Drawing& drawing, TerminalTraits terminal, Operator& person,

@@ -11,12 +11,17 @@ namespace kelvo {
 void SelectTool::Press(const ToolEvent& event) {
   start_ = event.at;
   unselectOnRelease_.reset();
+  unselectAllOnRelease_ = false;
+  while (surface_.InGroup() && IsBeside(event.at)) surface_.LeaveGroup();
   const Drawing& drawing = surface_.Current();
   if (const auto grip = GripAt(drawing, event.at, surface_.Tolerance())) {
     grip_ = *grip;
     state_ = State::Resizing;
   } else if (const auto index = ObjectAt(drawing, event.at, surface_.Tolerance())) {
     PressOnObject(*index, event.control || event.shift);
+    state_ = State::Pressed;
+  } else if (!event.control && !event.shift && InsideSelected(drawing, event.at)) {
+    unselectAllOnRelease_ = true;
     state_ = State::Pressed;
   } else {
     Drawing unselected = drawing;
@@ -50,6 +55,7 @@ void SelectTool::Drag(const ToolEvent& event) {
 
 void SelectTool::Release(const ToolEvent& event) {
   const State state = std::exchange(state_, State::Idle);
+  if (state == State::Idle) return;  // behind a double click, which may have begun something else
   if (state == State::Moving) {
     surface_.Commit(Moved(event));
   } else if (state == State::Resizing && !(event.at == start_)) {
@@ -60,19 +66,48 @@ void SelectTool::Release(const ToolEvent& event) {
     Drawing drawing = surface_.Current();
     SelectInside(drawing, Band(event.at));
     surface_.Select(std::move(drawing));
-  } else if (state == State::Pressed && unselectOnRelease_) {
+  } else if (state == State::Pressed && (unselectOnRelease_ || unselectAllOnRelease_)) {
     Drawing drawing = surface_.Current();
-    drawing[*unselectOnRelease_].selected = false;
+    if (unselectAllOnRelease_) SelectAll(drawing, false);
+    if (unselectOnRelease_) drawing[*unselectOnRelease_].selected = false;
     surface_.Select(std::move(drawing));
   } else {
     surface_.GiveUp();
   }
 }
 
+// Beside an open group a click is meant for what is around it.
+bool SelectTool::IsBeside(Point p) const {
+  const Drawing& members = surface_.Current();
+  const Box box = BoundsOf(members);
+  const bool inside = p.x >= box.left && p.x <= box.right && p.y >= box.bottom && p.y <= box.top;
+  return !inside && !GripAt(members, p, surface_.Tolerance()) &&
+         !ObjectAt(members, p, surface_.Tolerance());
+}
+
 void SelectTool::DoubleClick(const ToolEvent& event) {
   Cancel();
   const auto index = ObjectAt(surface_.Current(), event.at, surface_.Tolerance());
-  if (index && surface_.Current()[*index].kind == Kind::Text) EditText(surface_, *index);
+  if (!index) {
+    surface_.LeaveGroup();
+  } else if (OpenObject(*index, event.at) && surface_.InGroup()) {
+    const auto member = ObjectAt(surface_.Current(), event.at, surface_.Tolerance());
+    if (member && !surface_.Current()[*member].selected) PressOnObject(*member, false);
+  }
+}
+
+bool SelectTool::OpenObject(std::size_t index, Point at) {
+  const Kind kind = surface_.Current()[index].kind;
+  if (kind == Kind::Text) EditText(surface_, index, at);
+  if (kind == Kind::Group) surface_.EnterGroup(index);
+  return kind == Kind::Text || kind == Kind::Group;
+}
+
+bool SelectTool::Open() {
+  const auto index = OnlySelected(surface_.Current());
+  if (Begun() || !index) return false;
+  const Box box = BoundsOf(surface_.Current()[*index]);
+  return OpenObject(*index, {box.right + 1, box.top});
 }
 
 void SelectTool::Cancel() {
@@ -81,13 +116,13 @@ void SelectTool::Cancel() {
   surface_.GiveUp();
 }
 
-void SelectTool::Escape() {
-  const bool begun = state_ != State::Idle;
-  Cancel();
-  if (begun) return;
+bool SelectTool::Escape() {
+  if (Tool::Escape() || surface_.LeaveGroup()) return true;
+  if (!AnySelected(surface_.Current())) return false;
   Drawing drawing = surface_.Current();
   SelectAll(drawing, false);
   surface_.Select(std::move(drawing));
+  return true;
 }
 
 // The selection's lower left corner goes to the grid; Shift keeps the row or the column.

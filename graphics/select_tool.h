@@ -13,18 +13,25 @@ class SelectTool : public Tool {
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
   void DoubleClick(const ToolEvent& event) override;
+  bool Open() override;  ///< a text: it is typed on, behind its last letter; a group: its members
   void Cancel() override;
-  void Escape() override;  ///< with nothing begun: selects nothing any more
+  bool Begun() const override { return state_ != State::Idle; }
+  /// With nothing begun: leaves the open group, then selects nothing any more.
+  bool Escape() override;
 
  private:
   enum class State { Idle, Pressed, Moving, Resizing, RubberBand };
 
+  bool IsBeside(Point p) const;
+  bool OpenObject(std::size_t index, Point at);
   void PressOnObject(std::size_t index, bool add);
   Drawing Moved(const ToolEvent& event) const;
   Box Band(Point to) const;
 
   State state_ = State::Idle;
-  std::optional<std::size_t> unselectOnRelease_;  // a drag of the selection may begin here as well
+  // A click may unselect one object, or all, but a drag of the selection may begin here as well.
+  std::optional<std::size_t> unselectOnRelease_;
+  bool unselectAllOnRelease_ = false;
   Point start_;
   Grip grip_;
 };

@@ -42,6 +42,12 @@ Drawing Tool::WithObject(DrawingObject object) const {
   return drawing;
 }
 
+bool Tool::Escape() {
+  const bool begun = Begun();
+  Cancel();
+  return begun;
+}
+
 void DragTool::Press(const ToolEvent& event) {
   start_ = Snap(event.at);
   state_ = State::Dragging;
@@ -107,6 +113,19 @@ void PolylineTool::Finish() {
   }
 }
 
+bool PolylineTool::StepBack() {
+  if (points_.empty()) return false;
+  points_.pop_back();
+  points_.empty() ? surface_.GiveUp() : surface_.Show(WithObject(ObjectOf(points_)));
+  return true;
+}
+
+bool PolylineTool::Escape() {
+  const bool begun = Begun();
+  Finish();
+  return begun;
+}
+
 void PolylineTool::Cancel() {
   points_.clear();
   surface_.GiveUp();
@@ -125,42 +144,53 @@ DrawingObject PolylineTool::ObjectOf(std::vector<Point> points) const {
   return object;
 }
 
-void TextTool::Release(const ToolEvent& event) {
-  const auto hit = ObjectAt(surface_.Current(), event.at, 0);
-  if (hit && surface_.Current()[*hit].kind == Kind::Text) {
-    EditText(surface_, *hit);
-    return;
-  }
-  const TextAttributes attributes = surface_.Style().text;
-  const Point topLeft = Snap(event.at);
-  const auto withText = [&](const std::string& text) {
-    return WithObject(MakeText(topLeft, attributes, text, surface_.Fonts()));
-  };
-  surface_.Show(withText({}));  // where it will begin
-  const std::optional<std::string> text =
-      surface_.AskText({}, [&](const std::string& typed) { surface_.Show(withText(typed)); });
-  surface_.GiveUp();
-  if (text && !text->empty()) surface_.Commit(withText(*text));
+void FreehandTool::Press(const ToolEvent& event) {
+  points_ = {event.at};
+  surface_.Show(WithObject(Object()));
 }
 
-void EditText(ToolSurface& surface, std::size_t index) {
-  const auto textOf = [](const DrawingObject& o) { return std::pair(o.style, o.text); };
-  const auto old = textOf(surface.Current()[index]);
-  // Nothing where the drawing has become another one while the operator was asked.
-  const auto withText = [&](const std::string& text) -> std::optional<Drawing> {
-    Drawing drawing = surface.Current();
-    if (index >= drawing.size() || textOf(drawing[index]) != old) return std::nullopt;
-    DrawingObject& object = drawing[index];
-    object.text = text;
-    SetStyle(object, object.style.value_or(TextAttributes()), surface.Fonts());
-    return drawing;
-  };
-  const auto text = surface.AskText(old.second, [&](const std::string& typed) {
-    if (auto drawing = withText(typed)) surface.Show(std::move(*drawing));
-  });
-  surface.GiveUp();
-  if (!text || text->empty()) return;
-  if (auto drawing = withText(*text)) surface.Commit(std::move(*drawing));
+void FreehandTool::Drag(const ToolEvent& event) {
+  if (points_.empty() || points_.back() == event.at) return;
+  points_.push_back(event.at);
+  surface_.Show(WithObject(Object()));
+}
+
+void FreehandTool::Release(const ToolEvent& event) {
+  if (points_.empty()) return;
+  Drag(event);
+  Drawing drawing = WithObject(Object());
+  points_.clear();
+  surface_.Commit(std::move(drawing));
+}
+
+void FreehandTool::Cancel() {
+  points_.clear();
+  surface_.GiveUp();
+}
+
+DrawingObject FreehandTool::Object() const {
+  DrawingObject object;
+  object.kind = points_.size() > 1 ? Kind::Polyline : Kind::Line;
+  object.penMode = penMode_;
+  object.vertices = points_;
+  if (points_.size() == 1) object.vertices.push_back(points_.front());
+  return object;
+}
+
+void TextTool::Release(const ToolEvent& event) {
+  const auto hit = ObjectAt(surface_.Current(), event.at, 0);
+  if (hit && surface_.Current()[*hit].kind == Kind::Text) return EditText(surface_, *hit, event.at);
+  const Point topLeft = Snap(event.at);
+  Drawing drawing = WithObject(MakeText(topLeft, surface_.Style().text, {}, surface_.Fonts()));
+  const std::size_t index = drawing.size() - 1;
+  surface_.TypeText(std::move(drawing), index, topLeft);
+}
+
+void EditText(ToolSurface& surface, std::size_t index, Point at) {
+  Drawing drawing = surface.Current();
+  SelectAll(drawing, false);
+  drawing[index].selected = true;
+  surface.TypeText(std::move(drawing), index, at);
 }
 
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface) {
@@ -173,6 +203,10 @@ std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface) {
       return std::make_unique<DragTool>(surface, Kind::Ellipse);
     case ToolKind::Polyline:
       return std::make_unique<PolylineTool>(surface);
+    case ToolKind::Pencil:
+      return std::make_unique<FreehandTool>(surface, PenMode::Draw);
+    case ToolKind::Eraser:
+      return std::make_unique<FreehandTool>(surface, PenMode::Erase);
     case ToolKind::Text:
       return std::make_unique<TextTool>(surface);
     case ToolKind::Select:

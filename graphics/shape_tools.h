@@ -12,6 +12,7 @@ class DragTool : public Tool {
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
   void Cancel() override;
+  bool Begun() const override { return state_ != State::Idle; }
 
  private:
   enum class State { Idle, Dragging };
@@ -32,6 +33,10 @@ class PolylineTool : public Tool {
   void DoubleClick(const ToolEvent& event) override;
   void Finish() override;
   void Cancel() override;
+  bool Begun() const override { return !points_.empty(); }
+  void Leave() override { Finish(); }  ///< what was drawn stays
+  bool StepBack() override;            ///< the last point
+  bool Escape() override;              ///< as Leave
 
  private:
   Point Next(const ToolEvent& event) const;
@@ -40,7 +45,24 @@ class PolylineTool : public Tool {
   std::vector<Point> points_;  // empty: nothing begun
 };
 
-/// Asks for a text where it is clicked; a click on a text changes that one.
+/// Draws or erases the pixels that the pointer goes over, as one object; a click is one pixel.
+class FreehandTool : public Tool {
+ public:
+  FreehandTool(ToolSurface& surface, PenMode penMode) : Tool(surface), penMode_(penMode) {}
+  void Press(const ToolEvent& event) override;
+  void Drag(const ToolEvent& event) override;
+  void Release(const ToolEvent& event) override;
+  void Cancel() override;
+  bool Begun() const override { return !points_.empty(); }
+
+ private:
+  DrawingObject Object() const;
+
+  PenMode penMode_;
+  std::vector<Point> points_;  // empty: nothing begun
+};
+
+/// A text begins where it is clicked; a click on a text changes that one.
 class TextTool : public Tool {
  public:
   using Tool::Tool;

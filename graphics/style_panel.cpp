@@ -7,6 +7,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "graphics/editing.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -18,10 +19,23 @@ const char* const kFontNames[] = {"8 x 8",         "8 x 10",     "8 x 14",      
                                   "4 x 6 Ziffern", "8 x 8 fett", "8 x 10 fett", "8 x 14 fett",
                                   "8 x 16 fett",   "16 x 32"};
 
-QSpinBox* MakeZoomBox(const char* name, int max) {
-  auto* box = Named(new QSpinBox, name);
-  box->setRange(1, max);
-  return box;
+void ShowBox(QCheckBox* box, const CommonStyle::Attribute& attribute) {
+  box->setTristate(attribute.mixed);
+  if (attribute.mixed) return box->setCheckState(Qt::PartiallyChecked);
+  if (attribute.value) box->setChecked(*attribute.value != 0);
+}
+
+// 0 stands for different zooms.
+void ShowNumber(QSpinBox* box, const CommonStyle::Attribute& attribute) {
+  box->setMinimum(attribute.mixed ? 0 : 1);
+  box->setSpecialValueText(attribute.mixed ? QStringLiteral("–") : QString());
+  if (attribute.mixed) box->setValue(0);
+  if (attribute.value) box->setValue(*attribute.value);
+}
+
+template <typename Value>
+void Take(Value& value, const CommonStyle::Attribute& attribute) {
+  if (attribute.value) value = static_cast<Value>(*attribute.value);
 }
 
 }  // namespace
@@ -45,9 +59,14 @@ QWidget* StylePanel::MakeDrawingGroup() {
                            static_cast<QWidget*>(chkGefuellt)}) {
     layout->addWidget(control);
   }
-  connect(optLoeschen, &QRadioButton::toggled, this,
-          [this](bool erase) { Q_EMIT PenModeChosen(erase ? PenMode::Erase : PenMode::Draw); });
-  connect(chkGefuellt, &QCheckBox::toggled, this, &StylePanel::FilledChosen);
+  // Clicks, because what is shown can be chosen for all as well.
+  connect(optZeichnen, &QRadioButton::clicked, this, [this] { ChoosePenMode(PenMode::Draw); });
+  connect(optLoeschen, &QRadioButton::clicked, this, [this] { ChoosePenMode(PenMode::Erase); });
+  connect(chkGefuellt, &QCheckBox::clicked, this, [this](bool filled) {
+    chkGefuellt->setTristate(false);
+    style_.filled = filled;
+    Q_EMIT FilledChosen(filled);
+  });
   return group;
 }
 
@@ -57,61 +76,122 @@ QWidget* StylePanel::MakeTextGroup() {
   cboTextStyle = Named(new QComboBox, "cboTextStyle");
   for (const char* name : kFontNames) cboTextStyle->addItem(QString::fromUtf8(name));
   AddRow(form, tr("S&chrift:"), cboTextStyle);
-  txtTextZoomX = MakeZoomBox("txtTextZoomX", kMaxZoomX);
-  txtTextZoomY = MakeZoomBox("txtTextZoomY", kMaxZoomY);
+  txtTextZoomX = MakeZoomBox("txtTextZoomX", kMaxZoomX, &TextAttributes::zoomX);
+  txtTextZoomY = MakeZoomBox("txtTextZoomY", kMaxZoomY, &TextAttributes::zoomY);
   AddRow(form, tr("&waagerecht:"), txtTextZoomX, tr("fach"));
   AddRow(form, tr("&senkrecht:"), txtTextZoomY, tr("fach"));
   lblTextZoom = MakeValue("lblTextZoom");
   lblTextZoom->setMinimumWidth(0);
   AddRow(form, tr("Zoom:"), lblTextZoom);
-  ctlFontBold = Named(new QCheckBox(tr("fe&tt")), "ctlFontBold");
-  ctlFontInvers = Named(new QCheckBox(tr("in&vers")), "ctlFontInvers");
-  ctlFontUdrline = Named(new QCheckBox(tr("&unterstrichen")), "ctlFontUdrline");
-  for (QCheckBox* box : {ctlFontBold, ctlFontInvers, ctlFontUdrline}) {
-    form->addRow(box);
-    connect(box, &QCheckBox::toggled, this, &StylePanel::TextChanged);
-  }
-  connect(cboTextStyle, &QComboBox::currentIndexChanged, this, &StylePanel::TextChanged);
-  for (QSpinBox* box : {txtTextZoomX, txtTextZoomY}) {
-    connect(box, &QSpinBox::valueChanged, this, &StylePanel::TextChanged);
-  }
+  ctlFontBold = MakeTextBox("ctlFontBold", tr("fe&tt"), &TextAttributes::bold);
+  ctlFontInvers = MakeTextBox("ctlFontInvers", tr("in&vers"), &TextAttributes::inverse);
+  ctlFontUdrline = MakeTextBox("ctlFontUdrline", tr("&unterstrichen"), &TextAttributes::underline);
+  for (QCheckBox* box : {ctlFontBold, ctlFontInvers, ctlFontUdrline}) form->addRow(box);
+  const auto chooseFont = [this](int font) {
+    if (font >= 0) Choose([font](TextAttributes& text) { text.font = font; });
+  };
+  connect(cboTextStyle, &QComboBox::currentIndexChanged, this, chooseFont);
+  connect(cboTextStyle, &QComboBox::activated, this, chooseFont);  // also the one that is shown
   return group;
 }
 
+QCheckBox* StylePanel::MakeTextBox(const char* name, const QString& caption,
+                                   bool TextAttributes::*attribute) {
+  auto* box = Named(new QCheckBox(caption), name);
+  connect(box, &QCheckBox::clicked, this, [this, box, attribute](bool on) {
+    box->setTristate(false);
+    Choose([=](TextAttributes& text) { text.*attribute = on; });
+  });
+  return box;
+}
+
+QSpinBox* StylePanel::MakeZoomBox(const char* name, int max, int TextAttributes::*zoom) {
+  auto* box = Named(new QSpinBox, name);
+  box->setRange(1, max);
+  connect(box, &QSpinBox::valueChanged, this, [this, zoom](int value) {
+    if (value > 0) Choose([=](TextAttributes& text) { text.*zoom = value; });
+  });
+  return box;
+}
+
 void StylePanel::ShowZoom() {
-  lblTextZoom->setText(
-      QStringLiteral("%1 x %2").arg(txtTextZoomX->value()).arg(txtTextZoomY->value()));
+  lblTextZoom->setText(QStringLiteral("%1 x %2").arg(txtTextZoomX->text(), txtTextZoomY->text()));
 }
 
-void StylePanel::TextChanged() {
+void StylePanel::Choose(const TextChange& change) {
+  change(style_.text);
   ShowZoom();
-  Q_EMIT TextChosen(Style().text);
+  Q_EMIT TextChosen(change);
 }
 
-ObjectStyle StylePanel::Style() const {
-  ObjectStyle style;
-  style.penMode = optLoeschen->isChecked() ? PenMode::Erase : PenMode::Draw;
-  style.filled = chkGefuellt->isChecked();
-  style.text.font = cboTextStyle->currentIndex();
-  style.text.zoomX = txtTextZoomX->value();
-  style.text.zoomY = txtTextZoomY->value();
-  style.text.bold = ctlFontBold->isChecked();
-  style.text.inverse = ctlFontInvers->isChecked();
-  style.text.underline = ctlFontUdrline->isChecked();
-  return style;
+void StylePanel::ChoosePenMode(PenMode penMode) {
+  style_.penMode = penMode;
+  Q_EMIT PenModeChosen(penMode);
 }
 
-void StylePanel::ShowStyle(const ObjectStyle& style) {
+void StylePanel::TakeFocusByClick(bool on) {
+  for (QWidget* control :
+       {static_cast<QWidget*>(cboTextStyle), static_cast<QWidget*>(txtTextZoomX),
+        static_cast<QWidget*>(txtTextZoomY), static_cast<QWidget*>(ctlFontBold),
+        static_cast<QWidget*>(ctlFontInvers), static_cast<QWidget*>(ctlFontUdrline)}) {
+    control->setFocusPolicy(on ? Qt::StrongFocus : Qt::TabFocus);
+  }
+}
+
+void StylePanel::FocusText() { cboTextStyle->setFocus(Qt::TabFocusReason); }
+
+void StylePanel::ShowStyle(const CommonStyle& style) {
   const QSignalBlocker quiet(this);
-  (style.penMode == PenMode::Erase ? optLoeschen : optZeichnen)->setChecked(true);
-  chkGefuellt->setChecked(style.filled);
-  cboTextStyle->setCurrentIndex(style.text.font);
-  txtTextZoomX->setValue(style.text.zoomX);
-  txtTextZoomY->setValue(style.text.zoomY);
-  ctlFontBold->setChecked(style.text.bold);
-  ctlFontInvers->setChecked(style.text.inverse);
-  ctlFontUdrline->setChecked(style.text.underline);
+  Take(style_.penMode, style.penMode);
+  Take(style_.filled, style.filled);
+  Take(style_.text.font, style.font);
+  Take(style_.text.zoomX, style.zoomX);
+  Take(style_.text.zoomY, style.zoomY);
+  Take(style_.text.bold, style.bold);
+  Take(style_.text.inverse, style.inverse);
+  Take(style_.text.underline, style.underline);
+  const ObjectStyle kept = style_;
+  for (QRadioButton* option : {optZeichnen, optLoeschen}) option->setAutoExclusive(false);
+  optZeichnen->setChecked(!style.penMode.mixed && style_.penMode != PenMode::Erase);
+  optLoeschen->setChecked(!style.penMode.mixed && style_.penMode == PenMode::Erase);
+  for (QRadioButton* option : {optZeichnen, optLoeschen}) option->setAutoExclusive(true);
+  ShowBox(chkGefuellt, style.filled);
+  cboTextStyle->setCurrentIndex(style.font.mixed ? -1 : style_.text.font);
+  ShowNumber(txtTextZoomX, style.zoomX);
+  ShowNumber(txtTextZoomY, style.zoomY);
+  ShowBox(ctlFontBold, style.bold);
+  ShowBox(ctlFontInvers, style.inverse);
+  ShowBox(ctlFontUdrline, style.underline);
   ShowZoom();
+  style_ = kept;  // showing chooses nothing
+}
+
+void CommonStyle::Attribute::Meet(int other) {
+  mixed = mixed || (value && *value != other);
+  value = mixed ? std::nullopt : std::optional(other);
+}
+
+CommonStyle CommonStyleOf(const Drawing& drawing) {
+  CommonStyle common;
+  const auto meet = [&common](const DrawingObject& object) {
+    if (object.kind == Kind::Group) return;
+    if (object.kind != Kind::Text) {
+      common.penMode.Meet(static_cast<int>(object.penMode));
+      if (CanBeFilled(object.kind)) common.filled.Meet(object.filled);
+      return;
+    }
+    const TextAttributes text = object.style.value_or(TextAttributes());
+    common.font.Meet(text.font);
+    common.zoomX.Meet(text.zoomX);
+    common.zoomY.Meet(text.zoomY);
+    common.bold.Meet(text.bold);
+    common.inverse.Meet(text.inverse);
+    common.underline.Meet(text.underline);
+  };
+  for (const DrawingObject& object : drawing) {
+    if (object.selected) ForEachMember(object, meet);
+  }
+  return common;
 }
 
 }  // namespace kelvo

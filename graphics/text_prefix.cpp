@@ -22,6 +22,15 @@ std::string MakePrefixedText(const DrawingObject& object) {
          object.text;
 }
 
+bool HasPrefix(std::string_view text) {
+  const auto within = [text](std::size_t at, char low, char high) {
+    return text[at] >= low && text[at] <= high;
+  };
+  return text.size() > kPrefixLength && within(0, '0', '9') && within(1, '1', '0' + kMaxZoomX) &&
+         within(2, '1', '0' + kMaxZoomY) && within(3, '0', '1') && within(4, '0', '1') &&
+         within(5, '0', '1');
+}
+
 void TakePrefixedText(DrawingObject& object, std::string_view prefixedText) {
   if (prefixedText.empty()) return;
   const auto at = [&](std::size_t i) { return i < prefixedText.size() ? prefixedText[i] : '0'; };

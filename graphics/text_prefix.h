@@ -15,6 +15,9 @@ namespace kelvo {
 
 /// Numbers outside 0..9 are written as 0; without attributes nothing is written.
 std::string MakePrefixedText(const DrawingObject& object);
+/// Whether a text begins with attributes: the font's digit, zooms in their ranges, three flags; and
+/// something follows.
+bool HasPrefix(std::string_view text);
 /// A missing or foreign character counts as 0 or off; an empty text gives no attributes.
 void TakePrefixedText(DrawingObject& object, std::string_view prefixedText);
 

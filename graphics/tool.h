@@ -1,9 +1,7 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
@@ -33,16 +31,20 @@ class ToolSurface {
   virtual void Commit(Drawing drawing) = 0;
   /// As Commit for a drawing that differs in its selection alone.
   virtual void Select(Drawing drawing) = 0;
+  /// Opens a group, whose members are the current drawing then.
+  virtual void EnterGroup(std::size_t index) = 0;
+  /// Closes the open group, which is selected then; false where none is open.
+  virtual bool LeaveGroup() = 0;
+  virtual bool InGroup() const = 0;
   virtual void ShowRubberBand(std::optional<Box> box) = 0;
   virtual ObjectStyle Style() const = 0;
   virtual int GridStep() const = 0;
-  /// How near a click must come, in drawing pixels.
-  virtual int Tolerance() const = 0;
+  /// How near a click must come to what is drawn, in drawing pixels.
+  virtual double Tolerance() const = 0;
   virtual const DeviceFonts& Fonts() const = 0;
-  /// Asks for a text as it goes on the wire; nothing when the operator cancels. `typed` is told
-  /// the text while it grows.
-  virtual std::optional<std::string> AskText(
-      const std::string& proposed, const std::function<void(const std::string&)>& typed) = 0;
+  /// Lets the operator type the text `index` of a drawing that is to become the current one, the
+  /// caret near `at`. It returns at once; the drawing is committed when the typing ends.
+  virtual void TypeText(Drawing drawing, std::size_t index, Point at) = 0;
 };
 
 struct ToolEvent {
@@ -65,9 +67,19 @@ class Tool {
   virtual void DoubleClick(const ToolEvent&) {}
   /// The right button or the Enter key: what is begun is complete.
   virtual void Finish() {}
-  /// Another tool is taken: what is begun is given up.
+  /// The keys F2 and Enter: what is selected is opened to be changed within. False when it has no
+  /// inside.
+  virtual bool Open() { return false; }
+  /// What is begun is given up.
   virtual void Cancel() = 0;
-  virtual void Escape() { Cancel(); }  ///< the Escape key
+  /// Something is begun and not complete.
+  virtual bool Begun() const { return false; }
+  /// Another tool is taken.
+  virtual void Leave() { Cancel(); }
+  /// Undo, while something is begun: takes back its last step. False when there is none.
+  virtual bool StepBack() { return false; }
+  /// The Escape key: ends what is begun. False when nothing was.
+  virtual bool Escape();
 
  protected:
   Point Snap(Point p) const;
@@ -77,11 +89,10 @@ class Tool {
   ToolSurface& surface_;
 };
 
-enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Text };
+enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Pencil, Eraser, Text };
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface);
 
-/// Asks for the text of a text object, shows it while it is typed, and puts it into the drawing; an
-/// empty answer changes nothing.
-void EditText(ToolSurface& surface, std::size_t index);
+/// Lets the operator change the text of a text object, the caret near `at`.
+void EditText(ToolSurface& surface, std::size_t index, Point at);
 
 }  // namespace kelvo

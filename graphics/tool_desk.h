@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/operator.h"
 #include "graphics/drawing_canvas.h"
 #include "graphics/drawing_document.h"
 #include "graphics/style_panel.h"
+#include "graphics/text_typing.h"
 #include "graphics/tool.h"
 
 namespace kelvo {
@@ -12,22 +12,28 @@ namespace kelvo {
 class ToolDesk : public ToolSurface {
  public:
   ToolDesk(DrawingDocument& document, DrawingCanvas& canvas, StylePanel& style,
-           const DeviceFonts& fonts, Operator& person)
-      : document_(document), canvas_(canvas), style_(style), fonts_(fonts), person_(person) {}
+           const DeviceFonts& fonts, TextTyping& typing)
+      : document_(document), canvas_(canvas), style_(style), fonts_(fonts), typing_(typing) {}
 
   const Drawing& Current() const override { return document_.Current(); }
   void Show(Drawing preview) override { document_.Show(std::move(preview)); }
   void GiveUp() override { document_.GiveUp(); }
-  void Commit(Drawing drawing) override { document_.Commit(std::move(drawing)); }
-  void Select(Drawing drawing) override { document_.Commit(std::move(drawing)); }
+  void Commit(Drawing drawing) override;
+  void Select(Drawing drawing) override { Commit(std::move(drawing)); }
+  void EnterGroup(std::size_t index) override;
+  bool LeaveGroup() override;
+  bool InGroup() const override { return document_.InGroup(); }
   void ShowRubberBand(std::optional<Box> box) override { canvas_.SetRubberBand(box); }
   ObjectStyle Style() const override { return style_.Style(); }
   int GridStep() const override { return gridStep_; }
-  int Tolerance() const override { return canvas_.Tolerance(); }
+  double Tolerance() const override { return canvas_.Tolerance(); }
   const DeviceFonts& Fonts() const override { return fonts_; }
-  std::optional<std::string> AskText(const std::string& proposed,
-                                     const std::function<void(const std::string&)>& typed) override;
+  void TypeText(Drawing drawing, std::size_t index, Point at) override {
+    typing_.Begin(std::move(drawing), index, at);
+  }
 
+  /// A change of the drawing is the tool's own.
+  bool Commits() const { return commits_; }
   /// 1: no grid.
   void SetGridStep(int step) { gridStep_ = step; }
 
@@ -36,8 +42,9 @@ class ToolDesk : public ToolSurface {
   DrawingCanvas& canvas_;
   StylePanel& style_;
   const DeviceFonts& fonts_;
-  Operator& person_;
+  TextTyping& typing_;
   int gridStep_ = 1;
+  bool commits_ = false;
 };
 
 }  // namespace kelvo

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <string_view>
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
+#include "graphics/loaded_drawing.h"
 
 // Drawings as placeable Windows metafiles that other programs open.
 //
@@ -48,12 +48,10 @@ struct WmfLimits {
   std::size_t handles = 4096;
 };
 
-struct WmfDrawing {
-  Drawing drawing;
-  bool foreign = false;                ///< from another program, fitted to the display
-  std::map<std::string, int> skipped;  ///< German name of what was left out, and how often
-  std::string error;                   ///< German, UTF-8; then the drawing is empty
-};
+/// What a picture counts against the limit: its own pixels, or those that it is stretched to.
+std::size_t PicturePixels(const DrawingObject& picture);
+
+using WmfDrawing = LoadedDrawing;
 
 /// Reads a metafile. Drawings of this program come back object for object; those of others become
 /// objects as far as kinds exist, and are made smaller where the display is smaller. Text of others

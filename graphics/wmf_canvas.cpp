@@ -150,15 +150,10 @@ bool Canvas::Image(Point upperLeft, Point size, Picture picture) {
   object.kind = Kind::Picture;
   object.penMode = placement_.foreign ? PenMode::Draw : state_.penMode;
   SetBox(object, upperLeft, {upperLeft.x + size.x, upperLeft.y + size.y});
-  const Box box = BoundsOf(object);
-  const auto area = [](int width, int height) {
-    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  };
-  const std::size_t pixels =
-      std::max(area(box.Width(), box.Height()), area(picture.Width(), picture.Height()));
+  object.picture = std::move(picture);
+  const std::size_t pixels = PicturePixels(object);
   if (pixels > builder_.PixelsLeft()) return false;
   builder_.CountPixels(pixels);
-  object.picture = std::move(picture);
   builder_.Add(std::move(object));
   return true;
 }
@@ -175,7 +170,15 @@ void Canvas::Text(Point reference, std::string_view text) {
                                       std::abs(state_.font.width) * placement_.scale);
   style.inverse = state_.opaqueGround && state_.darkGround && !state_.darkText;
 
-  DrawingObject object = MakeText(ToDrawing(reference), style, ToLatin1(std::string(text)), fonts_);
+  std::string characters = ToLatin1(std::string(text));
+  // Older drawings carry the attributes in front of the text.
+  if (HasPrefix(characters)) {
+    DrawingObject prefixed;
+    TakePrefixedText(prefixed, characters);
+    style = prefixed.style.value_or(style);
+    characters = prefixed.text;
+  }
+  DrawingObject object = MakeText(ToDrawing(reference), style, characters, fonts_);
   if (!style.inverse) object.penMode = PenModeFor(state_.darkText);
   const Box box = BoundsOf(object);
   const unsigned align = state_.textAlign;

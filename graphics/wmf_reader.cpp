@@ -86,7 +86,7 @@ WmfDrawing Read(std::string_view bytes, int displayWidth, int displayHeight,
   Player firstLook({true, 0, 0, 1, displayHeight}, fonts, limits);
   PlayAll(container.records, firstLook);
   Drawing drawing = firstLook.Take();
-  if (!firstLook.Foreign()) return {std::move(drawing), false, {}, {}};
+  if (!firstLook.Foreign()) return {std::move(drawing), false, firstLook.Skipped(), {}};
 
   const Placement placement =
       FitToDisplay(container, firstLook, drawing, displayWidth, displayHeight);
@@ -96,6 +96,15 @@ WmfDrawing Read(std::string_view bytes, int displayWidth, int displayHeight,
 }
 
 }  // namespace
+
+std::size_t PicturePixels(const DrawingObject& picture) {
+  const auto area = [](int width, int height) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  };
+  const Box box = BoundsOf(picture);
+  return std::max(area(box.Width(), box.Height()),
+                  area(picture.picture.Width(), picture.picture.Height()));
+}
 
 WmfDrawing ReadWmf(std::string_view bytes, int displayWidth, int displayHeight,
                    const DeviceFonts& fonts, const WmfLimits& limits) {

@@ -167,8 +167,17 @@ class WmfWriter {
     }
   }
 
+  // What could not be read again is not written.
+  void CountPixels(const DrawingObject& picture) {
+    pixels_ += PicturePixels(picture);
+    if (pixels_ > WmfLimits().pixels) {
+      throw CannotWrite("Die Bilder der Zeichnung sind zusammen größer, als eine Datei fasst.");
+    }
+  }
+
   // A picture without pixels becomes a white one.
   void WritePicture(const DrawingObject& object) {
+    CountPixels(object);
     const Picture& picture = object.picture.Width() > 0 ? object.picture : Picture(1, 1, {kWhite});
     U_BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -228,14 +237,15 @@ class WmfWriter {
 
   void SelectTools(const DrawingObject& object) {
     const bool erase = object.penMode == PenMode::Erase;
-    Select(pen_, erase ? WhitePen : BlackPen);
-    Select(brush_, !object.filled ? NoBrush : erase ? WhiteBrush : BlackBrush);
-  }
-
-  void Select(Handle& selected, Handle wanted) {
-    if (selected == wanted) return;
-    selected = wanted;
-    Append(U_WMRSELECTOBJECT_set(wanted));
+    const Handle pen = erase ? WhitePen : BlackPen;
+    const Handle brush = !object.filled ? NoBrush : erase ? WhiteBrush : BlackBrush;
+    if (pen == pen_ && brush == brush_) return;
+    pen_ = pen;
+    brush_ = brush;
+    // Both, although one may be the same: some programs draw no outline behind another brush until
+    // a pen is selected again.
+    Append(U_WMRSELECTOBJECT_set(brush_));
+    Append(U_WMRSELECTOBJECT_set(pen_));
   }
 
   void WriteComment(char tag, const std::string& payload) {
@@ -277,6 +287,7 @@ class WmfWriter {
   Handle brush_ = NoBrush;
   std::string records_;
   std::uint32_t largestWords_ = 0;
+  std::size_t pixels_ = 0;
 };
 
 }  // namespace

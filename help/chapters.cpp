@@ -1,9 +1,9 @@
 #include "help/chapters.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QRegularExpression>
 
 namespace kelvo {
 
@@ -31,14 +31,12 @@ QString ChapterOf(const QWidget& window) {
   return asks ? QStringLiteral("meldungen.html") : QString();
 }
 
-QString PassageOf(const QWidget& window) {
-  constexpr qsizetype tooShort = 10;
+QString MessageOf(const QWidget& window) {
   QString text;
   if (const auto* box = qobject_cast<const QMessageBox*>(&window)) text = box->text();
   if (const auto* input = qobject_cast<const QInputDialog*>(&window)) text = input->labelText();
-  static const QRegularExpression own(QStringLiteral("[\"'/\\d\n]"));
-  const QString passage = text.section(own, 0, 0).trimmed();
-  return passage.size() < tooShort ? QString() : passage;
+  const bool titled = window.windowTitle() != QApplication::applicationDisplayName();
+  return text.isEmpty() || !titled ? text : window.windowTitle() + u' ' + text;
 }
 
 }  // namespace kelvo

@@ -10,8 +10,7 @@ namespace kelvo {
 /// by its name or its kind; empty for one that has none, such as the main window.
 QString ChapterOf(const QWidget& window);
 
-/// What a message, question or input box begins with, as the chapter about them has it: up to the
-/// first thing that differs from box to box. Empty for other windows, and where too little is left.
-QString PassageOf(const QWidget& window);
+/// What a message, question or input box says, its title included; empty for other windows.
+QString MessageOf(const QWidget& window);
 
 }  // namespace kelvo

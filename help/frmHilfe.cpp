@@ -153,10 +153,12 @@ void frmHilfe::ShowIndex() {
   txtStichwort->selectAll();
 }
 
-void frmHilfe::ShowChapter(const QString& chapter, const QString& passage) {
+void frmHilfe::ShowChapter(const QString& chapter) {
   const QUrl address = file_->Page(chapter);
-  if (!address.isEmpty()) ShowPage(address, passage);
+  if (!address.isEmpty()) ctlSeite->setSource(address);
 }
+
+void frmHilfe::ShowMessage(const QString& message) { ctlSeite->ShowMessage(message); }
 
 void frmHilfe::ShowPage(const QUrl& address, const QString& passage) {
   ctlSeite->setSource(address);

@@ -27,9 +27,10 @@ class frmHilfe : public QMainWindow {
   void ShowContents();
   /// Ready to find something by its keyword.
   void ShowIndex();
-  /// A chapter's file name, perhaps with an anchor; one that is not there changes nothing. The
-  /// first place with the passage, if there is one, is marked.
-  void ShowChapter(const QString& chapter, const QString& passage = {});
+  /// A chapter's file name, perhaps with an anchor; one that is not there changes nothing.
+  void ShowChapter(const QString& chapter);
+  /// Marks the row of the chapter shown that is about this message, and keeps it in view.
+  void ShowMessage(const QString& message);
 
  private:
   QWidget* MakeContents();

@@ -4,6 +4,7 @@
 #include <QScrollBar>
 
 #include "help/help_file.h"
+#include "help/message_row.h"
 
 namespace kelvo {
 namespace {
@@ -21,7 +22,27 @@ HelpBrowser::HelpBrowser(const HelpFile& file, QWidget* parent)
     const int place = verticalScrollBar()->value();
     reload();
     verticalScrollBar()->setValue(place);
+    MarkMessage();
   });
+  connect(verticalScrollBar(), &QAbstractSlider::actionTriggered, this,
+          [this] { message_.clear(); });
+}
+
+void HelpBrowser::ShowMessage(const QString& message) {
+  message_ = message;
+  messagePage_ = source();
+  MarkMessage();
+}
+
+void HelpBrowser::MarkMessage() {
+  if (message_.isEmpty() || source() != messagePage_) return;
+  const QTextCursor row = RowOfMessage(*document(), message_);
+  if (!row.hasSelection()) return;
+  setTextCursor(row);
+  QTextCursor start(row);
+  start.setPosition(row.selectionStart());
+  QScrollBar* const bar = verticalScrollBar();
+  bar->setValue(bar->value() + cursorRect(start).top() - viewport()->height() / 4);
 }
 
 QVariant HelpBrowser::loadResource(int type, const QUrl& name) {
@@ -46,6 +67,7 @@ int HelpBrowser::Room() const {
 
 void HelpBrowser::resizeEvent(QResizeEvent* event) {
   QTextBrowser::resizeEvent(event);
+  MarkMessage();
   if (fittedTo_ != 0 && fittedTo_ != Room()) refit_.start(0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QTextBrowser>
 #include <QTimer>
+#include <QUrl>
 
 namespace kelvo {
 
@@ -14,6 +15,10 @@ class HelpBrowser : public QTextBrowser {
  public:
   explicit HelpBrowser(const HelpFile& file, QWidget* parent = nullptr);
 
+  /// Marks the row about this message in the page shown. It stays in view, whatever size the window
+  /// takes, until the person scrolls or goes to another page.
+  void ShowMessage(const QString& message);
+
   QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
@@ -22,8 +27,11 @@ class HelpBrowser : public QTextBrowser {
  private:
   QVariant Fitted(const QByteArray& bytes);
   int Room() const;
+  void MarkMessage();
 
   const HelpFile& file_;
+  QString message_;
+  QUrl messagePage_;
   QTimer refit_;
   int fittedTo_ = 0;  // the width that a picture had to be made smaller for; 0: none had to
 };

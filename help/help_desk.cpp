@@ -58,9 +58,10 @@ void HelpDesk::ShowIndex() {
 
 void HelpDesk::ShowPage() { ShowChapter(shownChapter_()); }
 
-void HelpDesk::ShowChapter(const QString& chapter, const QString& passage) {
+void HelpDesk::ShowChapter(const QString& chapter, const QString& message) {
   if (frmHilfe* const window = Window()) {
-    window->ShowChapter(chapter, passage);
+    window->ShowChapter(chapter);
+    if (!message.isEmpty()) window->ShowMessage(message);
     Present();
   }
 }
@@ -89,7 +90,7 @@ bool HelpDesk::eventFilter(QObject* object, QEvent* event) {
   if (key.key() != Qt::Key_F1 || key.modifiers() != Qt::NoModifier) return false;
   const QWidget& front = *static_cast<const QWidget*>(object)->window();
   const QString chapter = ChapterOf(front);
-  ShowChapter(chapter.isEmpty() ? shownChapter_() : chapter, PassageOf(front));
+  ShowChapter(chapter.isEmpty() ? shownChapter_() : chapter, MessageOf(front));
   return true;
 }
 

@@ -39,7 +39,7 @@ class HelpDesk : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void ShowChapter(const QString& chapter, const QString& passage = {});
+  void ShowChapter(const QString& chapter, const QString& message = {});
   frmHilfe* Window();
   void Present();
 

@@ -124,8 +124,8 @@ void InterfacePage::AddTraffic(QFormLayout* form) {
   sendRow->addWidget(txtSendCom2);
   sendRow->addWidget(cmdSendCom2);
   form->addRow(LabelFor(txtSendCom2, tr("Te&xt:")), sendRow);
-  form->addRow(QString(),
-               new QLabel(tr("senden auf zweiter Schnittstelle (Trennzeichen nicht vergessen)")));
+  // Across both columns: so the page is no wider than its lists.
+  form->addRow(new QLabel(tr("senden auf zweiter Schnittstelle (Trennzeichen nicht vergessen)")));
 
   txtReceiveCom2 = Named(new WireEdit, "txtReceiveCom2");
   txtReceiveCom2->setReadOnly(true);
@@ -138,10 +138,10 @@ void InterfacePage::AddTraffic(QFormLayout* form) {
 void InterfacePage::ConnectButtons() {
   Operator& person = services_.person;
   OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click);
-  OnClick(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
+  OnSend(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
   OnClick(cmdDefaultCom1, this, person, &InterfacePage::cmdDefaultCom1_Click);
   OnClick(cmdDefaultCom2, this, person, &InterfacePage::cmdDefaultCom2_Click);
-  OnClick(cmdSendCom2, this, person, &InterfacePage::cmdSendCom2_Click);
+  OnSend(cmdSendCom2, this, person, &InterfacePage::cmdSendCom2_Click);
   OnClick(cmdClearReceiveCom2, this, person, &InterfacePage::cmdClearReceiveCom2_Click);
   connect(txtSendCom2, &QLineEdit::returnPressed, cmdSendCom2, &QPushButton::click);
   connect(txtSendCom2, &WireField::Refused, this, [this] { services_.person.Beep(); });
@@ -156,13 +156,17 @@ void InterfacePage::SelectStoredRecord() {
 }
 
 void InterfacePage::Repositioned() {
-  if (!services_.portControl.FormLoading && !refreshing_ && !services_.comData.Eof()) {
-    services_.defaults.Edit();
-    services_.defaults.Set("schnittstelle",
-                           static_cast<std::int64_t>(services_.comData.Number("satznr")));
-    services_.defaults.Update();
-  }
+  if (!services_.portControl.FormLoading && !refreshing_) StoreRecordInUse();
   ShowRecord();
+}
+
+void InterfacePage::StoreRecordInUse() {
+  if (services_.comData.Eof()) return;
+  services_.defaults.Refresh();  // another field may have been stored since
+  services_.defaults.Edit();
+  services_.defaults.Set("schnittstelle",
+                         static_cast<std::int64_t>(services_.comData.Number("satznr")));
+  services_.defaults.Update();
 }
 
 void InterfacePage::ShowRecord() {
@@ -180,9 +184,12 @@ void InterfacePage::ShowRecord() {
 }
 
 void InterfacePage::Refresh() {
+  const bool none = services_.comData.Eof();
   refreshing_ = true;
   Guarded(services_.person, "ctlComData", [&] { services_.comData.Refresh(); });
   refreshing_ = false;
+  // The stored number belonged to no record: from the next start on it is the one shown now.
+  if (none) Guarded(services_.person, "ctlComData", [&] { StoreRecordInUse(); });
 }
 
 void InterfacePage::ShowNoPort() {
@@ -217,9 +224,14 @@ void InterfacePage::Received(const std::string& characters) {
 void InterfacePage::StoreChoice(ComList list) {
   Recordset& records = services_.comData;
   if (records.Eof()) return;
-  records.Edit();
-  records.Set(std::string(ComField(list)), cboCom[list]->currentText().toStdString());
-  records.Update();
+  try {
+    records.Edit();
+    records.Set(std::string(ComField(list)), cboCom[list]->currentText().toStdString());
+    records.Update();
+  } catch (const StoreConflict&) {
+    Refresh();  // what is stored now is shown, and can be changed
+    throw;
+  }
 }
 
 void InterfacePage::cboCom_Click(ComList list) {

@@ -81,6 +81,7 @@ class InterfacePage : public QWidget, public Receiver {
   void ConnectButtons();
   void ShowRecord();
   void Repositioned();
+  void StoreRecordInUse();
   void StoreChoice(ComList list);
   void ApplyDefaults(ComDefaults defaults);
   ComNumbers Numbers() const;

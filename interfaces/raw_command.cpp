@@ -36,8 +36,8 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
   row->addWidget(cmdSenden);
   form->addRow(LabelFor(Befehl, tr("Befehl (ohn&e ESC):")), row);
   form->addRow(LabelFor(lblDebug, tr("Antwort:")), lblDebug);
-  OnClick(cmdBefehlSenden, this, person, &RawCommand::cmdBefehlSenden_Click);
-  OnClick(cmdSenden, this, person, &RawCommand::cmdSenden_Click);
+  OnSend(cmdBefehlSenden, this, person, &RawCommand::cmdBefehlSenden_Click);
+  OnSend(cmdSenden, this, person, &RawCommand::cmdSenden_Click);
   connect(Befehl, &QLineEdit::returnPressed, cmdBefehlSenden, &QPushButton::click);
   connect(Befehl, &WireField::Refused, this, [&person] { person.Beep(); });
 }

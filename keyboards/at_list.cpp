@@ -1,5 +1,7 @@
 #include "keyboards/at_list.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <algorithm>
 
 #include "widgets/wire_field.h"
@@ -40,15 +42,19 @@ void AtList::SetPairs(AtPairs pairs) {
 }
 
 void AtList::Enter(AtPair pair) {
-  const int last = rowCount() - 1;
   AtPairs entered = pairs_;
   EnterPair(entered, pair);
   const bool grows = entered.size() > pairs_.size();
-  if (grows) beginInsertRows({}, last, last);
+  // The row that was typed in becomes the pair and keeps the cursor; the empty one is new.
+  if (grows) beginInsertRows({}, rowCount(), rowCount());
   pairs_ = std::move(entered);
   if (grows) endInsertRows();
   Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
   Q_EMIT Edited();
+}
+
+QModelIndex AtList::MissingCell() const {
+  return index(rowCount() - 1, typedOld_ ? NewKey : OldKey);
 }
 
 void AtList::Remove(int row) {
@@ -147,6 +153,19 @@ QWidget* AtListDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
   field->setFrame(false);
   connect(field, &WireField::Refused, this, &AtListDelegate::Refused);
   return field;
+}
+
+bool AtListDelegate::eventFilter(QObject* editor, QEvent* event) {
+  auto* const field = qobject_cast<QWidget*>(editor);
+  const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+  if (field == nullptr || (key != Qt::Key_Up && key != Qt::Key_Down)) {
+    return QStyledItemDelegate::eventFilter(editor, event);
+  }
+  QWidget* const list = field->parentWidget()->parentWidget();
+  Q_EMIT commitData(field);
+  Q_EMIT closeEditor(field);
+  QApplication::sendEvent(list, event);
+  return true;
 }
 
 }  // namespace kelvo

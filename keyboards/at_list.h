@@ -23,6 +23,10 @@ class AtList : public QAbstractTableModel {
   void SetPairs(AtPairs pairs);
   /// Overwrites the row of that old code, or appends one.
   void Enter(AtPair pair);
+  /// Something is typed in the last row, but no pair yet.
+  bool HalfTyped() const { return typedOld_ || typedNew_; }
+  /// The cell of the last row that is to be typed next.
+  QModelIndex MissingCell() const;
   /// Removes a pair; the empty row is only emptied.
   void Remove(int row);
 
@@ -59,6 +63,10 @@ class AtListDelegate : public QStyledItemDelegate {
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;
+
+ protected:
+  /// The arrow keys go on to the rows above and below.
+  bool eventFilter(QObject* editor, QEvent* event) override;
 
  Q_SIGNALS:
   /// A character was refused as it was typed.

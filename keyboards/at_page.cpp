@@ -1,6 +1,5 @@
 #include "keyboards/at_page.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -9,12 +8,15 @@
 #include <QTabWidget>
 #include <QTableView>
 
+#include <algorithm>
+
 #include "base/guard.h"
 #include "base/val.h"
 #include "base/wire_text.h"
 #include "keyboards/at_list.h"
 #include "keyboards/key_codes.h"
 #include "terminal/eeprom.h"
+#include "widgets/handlers.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -24,6 +26,8 @@ enum InnerPage { TestPage, LearnPage };
 
 // A test of the keyboard needs no more than this.
 constexpr std::size_t kKlartextKept = 2000;
+// A key may send several characters, as the arrows do; nobody presses the next one so soon.
+constexpr std::chrono::milliseconds kKeyGap{50};
 
 }  // namespace
 
@@ -31,7 +35,7 @@ AtPage::Edit AtPage::OnScreen() const { return {list_->Pairs(), txtATTastNr->Wir
 
 void AtPage::Show(const Edit& edit) {
   txtATTastNr->SetWire(edit.number);
-  list_->SetPairs(edit.pairs);
+  if (list_->Pairs() != edit.pairs) list_->SetPairs(edit.pairs);  // else the cursor stays
 }
 
 // A record that was never saved has no table: the list stays as it is then.
@@ -68,30 +72,83 @@ void AtPage::Left() {
   cmdATTab->setCurrentIndex(TestPage);
 }
 
-void AtPage::EndLearningAndTyping() {
-  StopLearning();
-  if (ctlATTabListe->isAncestorOf(QApplication::focusWidget())) ctlATTabListe->setFocus();
+// A row that is only begun would be lost.
+bool AtPage::RowsComplete() {
+  if (!list_->HalfTyped()) return true;
+  services_.person.Beep();
+  Q_EMIT Hint(tr("Die letzte Zeile ist erst halb eingegeben: Es fehlt eine Taste."));
+  ctlATTabListe->setFocus();
+  ctlATTabListe->setCurrentIndex(list_->MissingCell());
+  return false;
+}
+
+// The stored text is what is sent, and that holds rows in ascending order alone, and no key that
+// keeps its code. False when the operator does not want to lose the others.
+bool AtPage::StoredFormHoldsAllRows() {
+  if (list_->Pairs().empty()) return true;
+  if (!SentAsShown(list_->Pairs())) {
+    cmdATSortieren_Click();
+    Q_EMIT Hint(tr("Die Zeilen wurden nach dem alten Code sortiert."));
+  }
+  const std::vector<int> lost = LostRows(list_->Pairs());
+  if (lost.empty()) return true;
+  std::string codes;
+  for (const int code : lost) codes += (codes.empty() ? "" : ", ") + std::to_string(code);
+  return services_.person.Ask(
+      "Tasten, die ihren Code behalten, stehen in der gespeicherten Tabelle "
+      "in keiner Zeile: " +
+          codes + ". Ohne diese Zeilen speichern ?",
+      Icon::Exclamation, "Speichern");
 }
 
 void AtPage::NewATTab() {
-  EndLearningAndTyping();
+  StopLearning();
   tables_->New({});
 }
 
 void AtPage::SaveATTab() {
-  EndLearningAndTyping();
-  const Edit edit = OnScreen();
+  StopLearning();
+  if (!RowsComplete() || !StoredFormHoldsAllRows()) return;
+  Edit edit = OnScreen();
+  const auto fields = FieldsOf(edit);
+  if (!fields) return;
+  std::erase_if(edit.pairs, [](const AtPair& pair) { return pair.oldCode == pair.newCode; });
+  tables_->SaveShown(*fields, edit);  // the page shows what is stored
+}
+
+std::optional<Fields> AtPage::FieldsOf(const Edit& edit) {
   const auto command = TableCommand(edit);
-  if (!command) return;
-  tables_->SaveShown({{"ausgang", "0"},
-                      {"eingang", "0"},
-                      {"nr_im_display", RoundToEven(Val(edit.number))},
-                      {"wert", ScreenText(command->Text())}},
-                     edit);
+  if (!command) return std::nullopt;
+  return Fields{{"ausgang", "0"},
+                {"eingang", "0"},
+                {"nr_im_display", RoundToEven(Val(edit.number))},
+                {"wert", ScreenText(command->Text())}};
+}
+
+// Number, and old and new code of each pair.
+std::vector<std::string> AtPage::Pack(const Edit& edit) {
+  std::vector<std::string> packed{edit.number};
+  for (const AtPair& pair : edit.pairs) {
+    packed.push_back(std::to_string(pair.oldCode));
+    packed.push_back(std::to_string(pair.newCode));
+  }
+  return packed;
+}
+
+AtPage::Edit AtPage::Unpack(const std::vector<std::string>& packed) {
+  const auto code = [&packed](std::size_t at) {
+    return std::clamp(RoundToEven(Val(packed[at])), 0, 255);
+  };
+  Edit edit;
+  if (!packed.empty()) edit.number = packed.front();
+  for (std::size_t i = 1; i + 1 < packed.size(); i += 2) {
+    EnterPair(edit.pairs, {code(i), code(i + 1)});
+  }
+  return edit;
 }
 
 void AtPage::DeleteTable() {
-  EndLearningAndTyping();
+  StopLearning();
   tables_->Delete();
 }
 
@@ -101,13 +158,28 @@ void AtPage::cmdATSortieren_Click() { list_->SetPairs(SortedPairs(list_->Pairs()
 
 // The learn mode.
 
+// Rows that are stored, or nowhere but here and then asked about, may go.
+bool AtPage::MayLearnAnew() {
+  const bool unsaved = tables_->CurrentIsEdited() && !list_->Pairs().empty();
+  return !unsaved ||
+         services_.person.Ask(
+             "Die Zeilen der Liste sind nicht gespeichert. Verwerfen und neu beginnen ?",
+             Icon::Exclamation);
+}
+
 void AtPage::cmdATumkodierenStart_Click() {
-  if (!services_.com1.IsOpen()) return Q_EMIT PortWanted();
+  if (!MayLearnAnew()) return;
+  const std::int64_t record = services_.tables.Bookmark();
+  const AtPairs before = list_->Pairs();
   cmdATTab->setCurrentIndex(LearnPage);
   LearnStopFlag = false;
   ShowLearning(true);
   Guarded(services_.person, "GetATtab", [this] { GetATtab(); });
   StopLearning();
+  if (before.empty()) return;
+  services_.person.Done().Note("Anlernen", [this, record, before] {
+    if (record == 0 || tables_->Select(record)) list_->SetPairs(before);
+  });
 }
 
 // The page is ready for other work at once, even if the wait below is not resumed before an
@@ -120,10 +192,8 @@ void AtPage::StopLearning() {
 
 void AtPage::GetATtab() {
   list_->SetPairs({});
-  services_.com1.SetInputLen(1);
-  // Once, and not before each pair: a key that waits while a pair is entered belongs to the next.
-  services_.com1.DiscardInput();
   while (LearnGoesOn()) {
+    services_.com1.DiscardInput();
     lblATalterCode->clear();
     lblATneuerCode->clear();
     ShowAwaited(Awaited::OldKey);
@@ -149,10 +219,28 @@ std::optional<int> AtPage::AwaitKey(QLabel& shown) {
     services_.loop.WaitForEvent();
   }
   if (!LearnGoesOn()) return std::nullopt;
-  const std::string key = services_.com1.Input();
-  const int code = static_cast<unsigned char>(key.at(0));
+  const std::string key = ReadKey();
+  if (key.empty()) return std::nullopt;
+  const int code = static_cast<unsigned char>(key.front());
   shown.setText(tr("%1 / %2").arg(GlyphText(key)).arg(code));
   return code;
+}
+
+// All that one key sends, as far as it follows at once.
+std::string AtPage::ReadKey() {
+  std::string key;
+  auto last = services_.loop.Now();
+  while (LearnGoesOn() && services_.loop.Now() - last < kKeyGap) {
+    services_.com1.SetReceiveThreshold(0);
+    const std::string more = services_.com1.Input();
+    key += more;
+    if (more.empty()) {
+      services_.loop.WaitForEvent(last + kKeyGap - services_.loop.Now());
+    } else {
+      last = services_.loop.Now();
+    }
+  }
+  return key;
 }
 
 void AtPage::ShowAwaited(Awaited key) {
@@ -160,9 +248,9 @@ void AtPage::ShowAwaited(Awaited key) {
   lblATneuerCodePfeil->setVisible(key == Awaited::NewKey);
   switch (key) {
     case Awaited::OldKey:
-      return lblATLernhinweis->setText(
-          tr("Jetzt am Terminal die Taste drücken, die geändert werden soll. Beenden mit "
-             "\"fertig\" oder Esc."));
+      return lblATLernhinweis->setText(tr(
+          "Jetzt am Terminal die Taste drücken, die geändert werden soll, eine nach der anderen. "
+          "Beenden mit \"fertig\" oder Esc."));
     case Awaited::NewKey:
       return lblATLernhinweis->setText(
           tr("Jetzt am Terminal die Taste drücken, die sie werden soll. \"fertig\" oder Esc trägt "
@@ -216,6 +304,7 @@ void AtPage::cmdATKlartextclear_Click() {
 // The Terminal's table.
 
 std::optional<std::string> AtPage::ShownTable() {
+  if (!RowsComplete()) return std::nullopt;
   const auto command = TableCommand(OnScreen());
   return command ? std::optional(command->Text()) : std::nullopt;
 }
@@ -228,6 +317,7 @@ std::optional<Command> AtPage::TableCommand(const Edit& edit) {
 }
 
 void AtPage::cmdSetATTab_Click() {
+  if (!RowsComplete()) return;
   const Edit edit = OnScreen();
   if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto command = TableCommand(edit);

@@ -61,15 +61,11 @@ class AtPage : public QWidget, public Receiver {
   void DeleteTable();
   /// The command of the shown table. Nothing when it cannot be built, which has been reported then.
   std::optional<std::string> ShownTable();
-  /// What is being typed in the list counts, even when a key combination or the toolbar ends it.
-  /// The learn mode is over.
-  void EndLearningAndTyping();
+  void StopLearning();
 
  Q_SIGNALS:
   /// A line for the status bar.
   void Hint(const QString& text);
-  /// The port is closed: the operator is to be told, and to open one.
-  void PortWanted();
 
  private:
   struct Edit {
@@ -88,6 +84,9 @@ class AtPage : public QWidget, public Receiver {
   void ConnectControls();
   void ConnectList();
 
+  std::optional<Fields> FieldsOf(const Edit& edit);
+  static std::vector<std::string> Pack(const Edit& edit);
+  static Edit Unpack(const std::vector<std::string>& packed);
   Edit OnScreen() const;
   void Show(const Edit& edit);
   void ShowStored();
@@ -96,9 +95,12 @@ class AtPage : public QWidget, public Receiver {
   void ShowOrder();
   void ShowAwaited(Awaited key);
   void ShowLearning(bool learning);
-  void StopLearning();
+  bool RowsComplete();
+  bool MayLearnAnew();
+  bool StoredFormHoldsAllRows();
   void GetATtab();
   std::optional<int> AwaitKey(QLabel& shown);
+  std::string ReadKey();
   bool LearnGoesOn() const;
   std::optional<Command> TableCommand(const Edit& edit);
 

@@ -11,6 +11,7 @@
 
 #include "keyboards/at_list.h"
 #include "keyboards/at_page.h"
+#include "keyboards/table_number_hint.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
@@ -60,15 +61,16 @@ QWidget* AtPage::MakeRecords() {
   const RecordRow row("cboATTabBez", "cmdATVerwerfen", 30);
   cboATTabBez = row.names;
   // Both keyboards share the wording, deliberately.
-  tables_.emplace(
-      RecordEditorBase::Services{services_.tables, row, services_.person},
-      RecordKind{"ATTab",
-                 "Bezeichnung für diese Tastaturtabelle :",
-                 {},
-                 "Umkodiertabelle",
-                 NewEntry::First},
-      RecordEditor<Edit>::Screen{[this] { ShowStored(); }, [this](const Edit& edit) { Show(edit); },
-                                 [this] { return OnScreen(); }});
+  tables_.emplace(RecordEditorBase::Services{services_.tables, row, services_.person},
+                  RecordKind{"ATTab",
+                             "Bezeichnung für diese Tastaturtabelle :",
+                             {},
+                             "Umkodiertabelle",
+                             NewEntry::First},
+                  RecordEditor<Edit>::Screen{
+                      [this] { ShowStored(); }, [this](const Edit& edit) { Show(edit); },
+                      [this] { return OnScreen(); },
+                      [this](const Edit& edit) { return FieldsOf(edit); }, &Pack, &Unpack});
   ctlATSaetze->setLayout(row.layout);
   return ctlATSaetze;
 }
@@ -115,7 +117,9 @@ QWidget* AtPage::MakeTerminalTable() {
   cmdATRead = MakeButton("cmdATRead", tr("Tabelle le&sen"),
                          tr("Zeigt den Tabellenspeicher des Terminals."));
   QFormLayout* form = MakeForm(ctlATTerminal);
-  AddRow(form, tr("Tabellen-&Nummer:"), txtATTastNr, tr("0 … 255"));
+  ShowTableNumberRange(*txtATTastNr,
+                       *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtATTastNr, tr("0 … 255")),
+                              "lblATTastNrBereich"));
   form->addRow(ButtonRow({cmdSetATTab, cmdClearATTast, cmdATRead}));
   return ctlATTerminal;
 }
@@ -182,12 +186,12 @@ void AtPage::ConnectControls() {
   Operator& person = services_.person;
   OnClick(cmdATPaarEntfernen, this, person, &AtPage::cmdATPaarEntfernen_Click);
   OnClick(cmdATSortieren, this, person, &AtPage::cmdATSortieren_Click);
-  OnClick(cmdSetATTab, this, person, &AtPage::cmdSetATTab_Click);
-  OnClick(cmdClearATTast, this, person, &AtPage::cmdClearATTast_Click);
-  OnClick(cmdATRead, this, person, &AtPage::cmdATRead_Click);
+  OnSend(cmdSetATTab, this, person, &AtPage::cmdSetATTab_Click);
+  OnSend(cmdClearATTast, this, person, &AtPage::cmdClearATTast_Click);
+  OnSend(cmdATRead, this, person, &AtPage::cmdATRead_Click);
   OnClick(cmdATKlartextclear, this, person, &AtPage::cmdATKlartextclear_Click);
-  OnClick(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click);
-  OnClick(cmdATumkodierenEnde, this, person, &AtPage::cmdATumkodierenEnde_Click);
+  OnSend(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click);
+  OnClick(cmdATumkodierenEnde, this, person, &AtPage::cmdATumkodierenEnde_Click, Speaks::ToStop);
   AddShortcut(cmdATumkodierenEnde, QKeySequence(Qt::Key_Escape));
   connect(cmdATTab, &QTabWidget::currentChanged, this, &AtPage::cmdATTab_Click);
   connect(cboATTabBez, &QComboBox::activated, this,
@@ -203,6 +207,7 @@ void AtPage::ConnectList() {
   connect(list_, &AtList::Edited, this, &AtPage::Edited);
   connect(list_, &AtList::Refused, this, [this](const QString& reason) {
     services_.person.Beep();
+    NoteRefusal();
     Q_EMIT Hint(reason);
   });
   auto* const remove = new QShortcut(QKeySequence::Delete, ctlATTabListe);

@@ -50,6 +50,14 @@ bool SentAsShown(const AtPairs& pairs) {
   return pairs.empty() || CreateATTab(0, pairs).Text() == CreateATTab(0, SortedPairs(pairs)).Text();
 }
 
+std::vector<int> LostRows(const AtPairs& pairs) {
+  std::vector<int> lost;
+  for (const AtPair& pair : pairs) {
+    if (pair.oldCode == pair.newCode) lost.push_back(pair.oldCode);
+  }
+  return lost;
+}
+
 Command CreateATTab(double number, const AtPairs& pairs) {
   if (pairs.empty()) throw std::runtime_error("Die Tabelle ist leer");
   const AtPairs sorted = OrderingPass(pairs);

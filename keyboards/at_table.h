@@ -32,6 +32,10 @@ AtPairs SortedPairs(AtPairs pairs);
 /// Whether the command carries what the rows show; an empty table counts as such.
 bool SentAsShown(const AtPairs& pairs);
 
+/// The old codes of the rows that come back from the command no more, because their keys keep their
+/// code.
+std::vector<int> LostRows(const AtPairs& pairs);
+
 /// ESC "EWK" number "," first old code ("," code)* ";" with one code for each old code from the
 /// first to the last of the ordering pass, the unchanged ones too. Throws std::runtime_error
 /// (German) for an empty table.

@@ -32,15 +32,22 @@ void KeyCell::Paint(KeyColour colour) {
 void KeyCell::focusOutEvent(QFocusEvent* event) {
   WireField::focusOutEvent(event);
   const Qt::FocusReason reason = event->reason();
-  if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-      reason != Qt::MenuBarFocusReason) {
-    Q_EMIT Left();
+  if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+      reason == Qt::MenuBarFocusReason) {
+    return;
   }
+  if (!checked_ || isModified()) Q_EMIT Left();
+  checked_ = reason == Qt::OtherFocusReason;
+  setModified(false);
 }
 
 void KeyCell::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Up) return Q_EMIT RowWanted(-1);
-  if (event->key() == Qt::Key_Down) return Q_EMIT RowWanted(1);
+  const bool atStart = cursorPosition() == 0 && !hasSelectedText();
+  const bool atEnd = cursorPosition() == text().size() && !hasSelectedText();
+  if (event->key() == Qt::Key_Up) return Q_EMIT NeighbourWanted(-1, 0);
+  if (event->key() == Qt::Key_Down) return Q_EMIT NeighbourWanted(1, 0);
+  if (event->key() == Qt::Key_Left && atStart) return Q_EMIT NeighbourWanted(0, -1);
+  if (event->key() == Qt::Key_Right && atEnd) return Q_EMIT NeighbourWanted(0, 1);
   WireField::keyPressEvent(event);
 }
 

@@ -16,10 +16,11 @@ class KeyCell : public WireField {
   void Paint(KeyColour colour);
 
  Q_SIGNALS:
-  /// The operator went to another control. A change to another window or a menu is none.
+  /// The operator went to another control, or began an action with what is in this one. A change to
+  /// another window or a menu is none.
   void Left();
-  /// An arrow key asks for the box so many rows further down.
-  void RowWanted(int rows);
+  /// An arrow key asks for the box so many rows and columns further on.
+  void NeighbourWanted(int rows, int columns);
 
  protected:
   void focusOutEvent(QFocusEvent* event) override;
@@ -27,6 +28,7 @@ class KeyCell : public WireField {
 
  private:
   KeyColour colour_ = KeyColour::LightBlue;
+  bool checked_ = false;  // for an action; being left afterwards is no second time
 };
 
 }  // namespace kelvo

@@ -1,6 +1,5 @@
 #include "keyboards/matrix_page.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -14,6 +13,7 @@
 #include "keyboards/key_codes.h"
 #include "link/control_characters.h"
 #include "terminal/eeprom.h"
+#include "widgets/handlers.h"
 
 namespace kelvo {
 namespace {
@@ -96,16 +96,32 @@ void MatrixPage::NewTastTab() {
   tables_->New(all);
 }
 
-void MatrixPage::SaveTastTab() {
-  // By a key combination or the toolbar the box that is being typed in has not been left yet.
-  if (qobject_cast<KeyCell*>(QApplication::focusWidget()) != nullptr) cboTastTabBez->setFocus();
-  const Edit edit = OnScreen();
+void MatrixPage::SaveTastTab() { tables_->SaveShown(); }
+
+Fields MatrixPage::FieldsOf(const Edit& edit) {
   const double number = Val(edit.number);
-  tables_->SaveShown({{"ausgang", std::to_string(MatrixOutputMask)},
-                      {"eingang", std::to_string(MatrixInputMask)},
-                      {"nr_im_display", RoundToEven(number)},
-                      {"wert", ScreenText(CreateTastTab(number, edit.table).Text())}},
-                     edit);
+  return {{"ausgang", std::to_string(OutputMask(edit.table.rows))},
+          {"eingang", std::to_string(InputMask(edit.table.columns))},
+          {"nr_im_display", RoundToEven(number)},
+          {"wert", ScreenText(CreateTastTab(number, edit.table).Text())}};
+}
+
+// Number, both masks, and the cells.
+std::vector<std::string> MatrixPage::Pack(const Edit& edit) {
+  std::vector<std::string> packed{edit.number, std::to_string(OutputMask(edit.table.rows)),
+                                  std::to_string(InputMask(edit.table.columns))};
+  packed.insert(packed.end(), edit.table.cells.begin(), edit.table.cells.end());
+  return packed;
+}
+
+MatrixPage::Edit MatrixPage::Unpack(const std::vector<std::string>& packed) {
+  Edit edit;
+  if (packed.size() != kMatrixKeys + 3) return edit;
+  edit.number = packed[0];
+  edit.table.rows = RowsOf(Val(packed[1]));
+  edit.table.columns = ColumnsOf(Val(packed[2]));
+  std::copy(packed.begin() + 3, packed.end(), edit.table.cells.begin());
+  return edit;
 }
 
 void MatrixPage::ShowCell(int row, int column) {
@@ -156,6 +172,7 @@ void MatrixPage::Refuse(int index, const QString& reason) {
   const QString text = Cell(index)->text();
   Cell(index)->clear();
   services_.person.Beep();
+  NoteRefusal();
   Q_EMIT Hint(tr("\"%1\" ist kein Tastencode: %2").arg(text, reason));
 }
 
@@ -170,9 +187,11 @@ void MatrixPage::ShowMeaning(int index) {
 }
 
 // To the next box in that direction which is there.
-void MatrixPage::MoveFocus(int index, int rows) {
-  const int column = index / kMatrixLines;
-  for (int row = index % kMatrixLines + rows; row >= 0 && row < kMatrixLines; row += rows) {
+void MatrixPage::MoveFocus(int index, int rows, int columns) {
+  const auto inside = [](int line) { return line >= 0 && line < kMatrixLines; };
+  int row = index % kMatrixLines + rows;
+  int column = index / kMatrixLines + columns;
+  for (; inside(row) && inside(column); row += rows, column += columns) {
     KeyCell* const cell = Cell(KeyIndex(row, column));
     if (!cell->isVisible()) continue;
     cell->setFocus(Qt::TabFocusReason);

@@ -84,6 +84,9 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void SetKlartext(const std::string& text) override;
 
   KeyCell* Cell(int index) const { return txtTastMatrix[static_cast<std::size_t>(index)]; }
+  static Fields FieldsOf(const Edit& edit);
+  static std::vector<std::string> Pack(const Edit& edit);
+  static Edit Unpack(const std::vector<std::string>& packed);
   Edit OnScreen() const;
   void Show(const Edit& edit);
   void ShowStored();
@@ -93,7 +96,8 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void ShowMeaning(int index);
   void Edited() { tables_->Edited(); }
   void Refuse(int index, const QString& reason);
-  void MoveFocus(int index, int rows);
+  void MoveFocus(int index, int rows, int columns);
+  void OrderTabs();
   std::optional<std::string> ModeCommand(const MatrixTable& table);
 
   void chkTastZeile_Click(int row);

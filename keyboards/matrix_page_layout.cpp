@@ -8,6 +8,7 @@
 
 #include "keyboards/key_cell.h"
 #include "keyboards/matrix_page.h"
+#include "keyboards/table_number_hint.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 
@@ -27,6 +28,7 @@ MatrixPage::MatrixPage(Services services, QWidget* parent) : QWidget(parent), se
   page->addWidget(records);
   page->addLayout(row);
   page->addStretch();
+  OrderTabs();
   ConnectControls();
 }
 
@@ -43,7 +45,7 @@ QWidget* MatrixPage::MakeRecords() {
                  "Umkodiertabelle",
                  NewEntry::First},
       RecordEditor<Edit>::Screen{[this] { ShowStored(); }, [this](const Edit& edit) { Show(edit); },
-                                 [this] { return OnScreen(); }});
+                                 [this] { return OnScreen(); }, &FieldsOf, &Pack, &Unpack});
   group->setLayout(row.layout);
   return group;
 }
@@ -99,6 +101,21 @@ void MatrixPage::MakeRow(QGridLayout& grid, int row) {
   }
 }
 
+// First all lines, then key by key along the rows, as the keypad is read.
+void MatrixPage::OrderTabs() {
+  QWidget* before = chkTastSpalte.front();
+  const auto next = [&before](QWidget* control) {
+    if (control != before) QWidget::setTabOrder(before, control);
+    before = control;
+  };
+  for (QCheckBox* const column : chkTastSpalte) next(column);
+  for (QCheckBox* const row : chkTastZeile) next(row);
+  for (int row = 0; row < kMatrixLines; ++row) {
+    for (int column = 0; column < kMatrixLines; ++column) next(Cell(KeyIndex(row, column)));
+  }
+  next(txtTastTabNr);
+}
+
 QWidget* MatrixPage::MakeTerminalTable() {
   auto* group = new QGroupBox(tr("Tabelle im Terminal"));
   txtTastTabNr = Named(new WireField, "txtTastTabNr");
@@ -113,7 +130,9 @@ QWidget* MatrixPage::MakeTerminalTable() {
   cmdMatrixRead = MakeButton("cmdMatrixRead", tr("Tabelle le&sen"),
                              tr("Zeigt den Tabellenspeicher des Terminals."));
   QFormLayout* form = MakeForm(group);
-  AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255"));
+  ShowTableNumberRange(*txtTastTabNr,
+                       *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255")),
+                              "lblTastTabNrBereich"));
   form->addRow(cmdSetMatrixTab);
   form->addRow(cmdClearMatrixTast);
   form->addRow(cmdMatrixRead);
@@ -136,18 +155,19 @@ QWidget* MatrixPage::MakeScanning() {
 
 void MatrixPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdSetMatrixTab, this, person, &MatrixPage::cmdSetMatrixTab_Click);
-  OnClick(cmdClearMatrixTast, this, person, &MatrixPage::cmdClearMatrixTast_Click);
-  OnClick(cmdMatrixRead, this, person, &MatrixPage::cmdMatrixRead_Click);
-  OnClick(cmdMatrixEnable, this, person, &MatrixPage::cmdMatrixEnable_Click);
-  OnClick(cmdMatrixDisable, this, person, &MatrixPage::cmdMatrixDisable_Click);
+  OnSend(cmdSetMatrixTab, this, person, &MatrixPage::cmdSetMatrixTab_Click);
+  OnSend(cmdClearMatrixTast, this, person, &MatrixPage::cmdClearMatrixTast_Click);
+  OnSend(cmdMatrixRead, this, person, &MatrixPage::cmdMatrixRead_Click);
+  OnSend(cmdMatrixEnable, this, person, &MatrixPage::cmdMatrixEnable_Click);
+  OnSend(cmdMatrixDisable, this, person, &MatrixPage::cmdMatrixDisable_Click);
   connect(cboTastTabBez, &QComboBox::activated, this, [this] {
     Guarded(services_.person, "cboTastTabBez", [this] { cboTastTabBez_Click(); });
   });
   for (int index = 0; index < kMatrixKeys; ++index) {
     KeyCell* const cell = Cell(index);
     connect(cell, &KeyCell::Left, this, [this, index] { txtTastMatrix_LostFocus(index); });
-    connect(cell, &KeyCell::RowWanted, this, [this, index](int rows) { MoveFocus(index, rows); });
+    connect(cell, &KeyCell::NeighbourWanted, this,
+            [this, index](int rows, int columns) { MoveFocus(index, rows, columns); });
     connect(cell, &KeyCell::textChanged, this, [this, index] {
       ShowMeaning(index);
       Edited();

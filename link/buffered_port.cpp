@@ -2,18 +2,35 @@
 
 namespace kelvo {
 
-void BufferedPort::DiscardInput() { input_.clear(); }
+void BufferedPort::DiscardInput() {
+  input_.clear();
+  read_ = 0;
+}
 
 std::string BufferedPort::Input() {
   const std::size_t length = inputLen_ == 0 ? input_.size() : static_cast<std::size_t>(inputLen_);
-  std::string text = input_.substr(0, length);
-  input_.erase(0, text.size());
+  std::string text = input_.substr(read_, length);
+  Drop(text.size());
   return text;
+}
+
+// Who reads character by character must not move all the others each time.
+void BufferedPort::Drop(std::size_t characters) {
+  read_ += characters;
+  if (read_ < input_.size() - read_) return;
+  input_.erase(0, read_);
+  read_ = 0;
+}
+
+void BufferedPort::Add(const std::string& characters) {
+  input_ += characters;
+  // An exchange switches the receive events off; its reply may be of any length.
+  if (threshold_ == 1 && InBufferCount() > kKept) Drop(InBufferCount() - kKept);
 }
 
 void BufferedPort::Written(std::string_view text, Time now, Time lastBit) {
   RaiseReceiveEvents();
-  input_.clear();
+  DiscardInput();
   echo_.Written(text, now, lastBit);
   if (traffic_) traffic_(Direction::ToTerminal, text);
 }
@@ -21,28 +38,28 @@ void BufferedPort::Written(std::string_view text, Time now, Time lastBit) {
 void BufferedPort::Received(std::string_view characters, Time now) {
   if (characters.empty()) return;
   ExpireEcho(now);
-  input_ += echo_.Arrived(characters);
+  Add(echo_.Arrived(characters));
   if (traffic_) traffic_(Direction::FromTerminal, characters);
 }
 
 void BufferedPort::ExpireEcho(Time now) {
   // An exchange that waits knows how long: until its end whatever it has written may come back.
-  if (threshold_ == 1) input_ += echo_.Expire(now);
+  if (threshold_ == 1) Add(echo_.Expire(now));
 }
 
 void BufferedPort::RaiseReceiveEvents() {
   if (raising_) return;
   raising_ = true;
-  while (IsOpen() && threshold_ == 1 && receive_ && !input_.empty()) {
-    const std::size_t before = input_.size();
+  while (IsOpen() && threshold_ == 1 && receive_ && InBufferCount() > 0) {
+    const std::size_t before = InBufferCount();
     receive_();
-    if (input_.size() >= before) break;  // nobody wants it; it stays for the next text to drop
+    if (InBufferCount() >= before) break;  // nobody wants it; it stays for the next text to drop
   }
   raising_ = false;
 }
 
 void BufferedPort::ClearInput() {
-  input_.clear();
+  DiscardInput();
   echo_.Reset();
 }
 

@@ -10,10 +10,14 @@
 namespace kelvo {
 
 /// The receiving half of a serial port, the same for every device: the input buffer behind the echo
-/// filter, the receive events and the traffic listener.
+/// filter, the receive events and the traffic listener. While no exchange reads and no page takes
+/// what arrives, the newest kKept characters are kept.
 class BufferedPort : public SerialPort {
  public:
-  std::size_t InBufferCount() const override { return input_.size(); }
+  /// An unattended line must not fill the memory.
+  static constexpr std::size_t kKept = 65536;
+
+  std::size_t InBufferCount() const override { return input_.size() - read_; }
   void DiscardInput() override;
   std::string Input() override;
   int InputLen() const override { return inputLen_; }
@@ -44,7 +48,11 @@ class BufferedPort : public SerialPort {
   void ClearInput();
 
  private:
+  void Add(const std::string& characters);
+  void Drop(std::size_t characters);
+
   std::string input_;
+  std::size_t read_ = 0;  // of them are gone already
   EchoFilter echo_;
   int inputLen_ = 1;
   int threshold_ = 0;

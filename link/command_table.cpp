@@ -1,5 +1,6 @@
 #include "link/command_table.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "link/control_characters.h"
@@ -69,35 +70,46 @@ constexpr CommandRow kRows[] = {
     {AskVersion, "?V", kNothing, AtOnce, Value, "Version abfragen"},
     {AskSystemInfo, "??", kNothing, AtOnce, Answer::FreeText, "Systeminformation abfragen"},
     {AskAddress, "?A", kNothing, AtOnce, Value, "Adresse abfragen"},
-    {SelectAddress, "!A", kAddress, Semicolon, None, "Adresse wählen"},
+    {SelectAddress, "!A", kAddress, Semicolon, None, "Adresse wählen",
+     "Terminal mit Adresse $1 wählen"},
     {AskPort, "?P", kNothing, AtOnce, Value, "Eingänge P1 abfragen"},
-    {SetPort, "!P", kLines, Semicolon, None, "Ausgänge P0 setzen"},
+    {SetPort, "!P", kLines, Semicolon, None, "Ausgänge P0 setzen", "Ausgänge P0 auf $1 setzen"},
     {SetResolution, "!R", kResolution, Semicolon, None, "Auflösung setzen"},
     {Restart, "R", kNothing, AtOnce, None, "Neustart"},
     {AskFlash, "F??", kNothing, AtOnce, Value, "Flash-Sektoren abfragen"},
     {SetInterface1, "!B", kInterface, Semicolon, None, "erste Schnittstelle einstellen"},
-    {SetBuffer1, "!S", kBuffer, Semicolon, None, "Puffer der ersten Schnittstelle"},
+    {SetBuffer1, "!S", kBuffer, Semicolon, None, "Puffer der ersten Schnittstelle",
+     "Puffer der ersten Schnittstelle: $1 Zeichen"},
     {SetInterface2, "!b", kInterface, Semicolon, None, "zweite Schnittstelle einstellen"},
-    {SetBuffer2, "!s", kBuffer, Semicolon, None, "Puffer der zweiten Schnittstelle"},
+    {SetBuffer2, "!s", kBuffer, Semicolon, None, "Puffer der zweiten Schnittstelle",
+     "Puffer der zweiten Schnittstelle: $1 Zeichen"},
     {SetReceiveMode2, "2I", kReceiveMode, Semicolon, None, "Empfang der zweiten Schnittstelle"},
-    {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle"},
+    {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle",
+     "Ausgabe auf zweiter Schnittstelle: &1"},
     {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freie EEPROM-Bytes abfragen"},
     {WriteConfig, "EWC", kNothing, AtOnce, Acknowledge, "Konfiguration speichern"},
     {DeleteConfig, "EDC", kNothing, AtOnce, Acknowledge, "Konfiguration löschen"},
     {EraseEEprom, "EE", kNothing, AtOnce, Acknowledge, "EEPROM löschen"},
     {EraseEEpromCounting, "Ee", kNothing, AtOnce, Answer::CountDown,
      "EEPROM löschen mit Fortschritt"},
-    {WriteMakro, "EWM", kMakro, Ending::Etx, Acknowledge, "Makro schreiben"},
-    {DeleteMakro, "EDM", kNumber, Semicolon, Acknowledge, "Makro löschen"},
-    {RunMakro, "ECM", kNumber, Semicolon, None, "Makro ausführen"},
-    {WriteKeyTable, "EWK", kKeyTable, Semicolon, Acknowledge, "Tastaturtabelle schreiben"},
-    {ActivateMatrixTable, "EMK", kNumber, Semicolon, None, "Matrix-Tabelle aktivieren"},
-    {ActivateAtTable, "EAK", kNumber, Semicolon, None, "AT-Tabelle aktivieren"},
-    {DeleteKeyTable, "EDK", kNumber, Semicolon, Acknowledge, "Tastaturtabelle löschen"},
+    {WriteMakro, "EWM", kMakro, Ending::Etx, Acknowledge, "Makro schreiben",
+     "Makro $1 schreiben, $2"},
+    {DeleteMakro, "EDM", kNumber, Semicolon, Acknowledge, "Makro löschen", "Makro $1 löschen"},
+    {RunMakro, "ECM", kNumber, Semicolon, None, "Makro ausführen", "Makro $1 ausführen"},
+    {WriteKeyTable, "EWK", kKeyTable, Semicolon, Acknowledge, "Tastaturtabelle schreiben",
+     "Tastaturtabelle $1 schreiben, ab Code $2, $3"},
+    {ActivateMatrixTable, "EMK", kNumber, Semicolon, None, "Matrix-Tabelle aktivieren",
+     "Matrix-Tabelle $1 aktivieren"},
+    {ActivateAtTable, "EAK", kNumber, Semicolon, None, "AT-Tabelle aktivieren",
+     "AT-Tabelle $1 aktivieren"},
+    {DeleteKeyTable, "EDK", kNumber, Semicolon, Acknowledge, "Tastaturtabelle löschen",
+     "Tastaturtabelle $1 löschen"},
     {AskMatrixTable, "EM?", kNothing, AtOnce, Value, "Matrix-Tabelle abfragen"},
     {AskAtTable, "EA?", kNothing, AtOnce, Value, "AT-Tabelle abfragen"},
-    {WriteBitmap, "EWB", kStoredBitmap, Semicolon, Acknowledge, "Bitmap schreiben"},
-    {SetMatrixSize, "MS", kMatrixSize, Semicolon, None, "Matrix: Größe"},
+    {WriteBitmap, "EWB", kStoredBitmap, Semicolon, Acknowledge, "Bitmap schreiben",
+     "Bitmap $1 schreiben, $4"},
+    {SetMatrixSize, "MS", kMatrixSize, Semicolon, None, "Matrix: Größe",
+     "Matrix: $1 Spalten, $2 Zeilen"},
     {SetMatrixConfig, "MC", kMatrixConfig, Semicolon, None, "Matrix: Konfiguration"},
     {StartMatrix, "ME", kNothing, AtOnce, None, "Matrix-Abfrage ein"},
     {StopMatrix, "MD", kNothing, AtOnce, None, "Matrix-Abfrage aus"},
@@ -105,33 +117,38 @@ constexpr CommandRow kRows[] = {
     {SwitchCursor, "!C", kCursor, Semicolon, None, "Cursor ein/aus"},
     {AskCursor, "?C", kNothing, AtOnce, Value, "Cursorart abfragen"},
     {AskCursorShape, "?c", kNothing, AtOnce, Value, "Cursorform abfragen"},
-    {SetTextPosition, "TP", kCell, Semicolon, None, "Textposition"},
+    {SetTextPosition, "TP", kCell, Semicolon, None, "Textposition",
+     "Textposition Spalte $1, Zeile $2"},
     {MoveTextHome, "TH", kNothing, AtOnce, None, "Textcursor nach Hause"},
-    {SetTextFont, "TF", kFont, Semicolon, None, "Schrift"},
-    {SetTextAttribute, "TA", kAttribute, Semicolon, None, "Textattribut"},
-    {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus"},
-    {SetTextZoom, "TZ", kZoom, Semicolon, None, "Textzoom"},
+    {SetTextFont, "TF", kFont, Semicolon, None, "Schrift", "Schrift $1"},
+    {SetTextAttribute, "TA", kAttribute, Semicolon, None, "Textattribut", "Textattribut $1"},
+    {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus", "Textmodus $1"},
+    {SetTextZoom, "TZ", kZoom, Semicolon, None, "Textzoom", "Textzoom $1,$2"},
     {AskTextPosition, "T?P", kNothing, AtOnce, Value, "Textposition abfragen"},
     {AskTextFont, "T?F", kNothing, AtOnce, Value, "Schrift abfragen"},
     {AskTextAttribute, "T?A", kNothing, AtOnce, Value, "Textattribut abfragen"},
     {AskTextMode, "T?M", kNothing, AtOnce, Value, "Textmodus abfragen"},
     {AskTextZoom, "T?Z", kNothing, AtOnce, Value, "Textzoom abfragen"},
-    {SetGraphicPosition, "GP", kPoint, Semicolon, None, "Grafikposition"},
+    {SetGraphicPosition, "GP", kPoint, Semicolon, None, "Grafikposition", "Grafikposition $1,$2"},
     {MoveGraphicHome, "GH", kNothing, AtOnce, None, "Grafikcursor nach Hause"},
     {AskGraphicPosition, "G?P", kNothing, AtOnce, Value, "Grafikposition abfragen"},
     {ClearDisplay, "GC", kNothing, AtOnce, None, "Display löschen"},
     {PenDraws, "GM0", kNothing, Semicolon, None, "zeichnen"},
     {PenErases, "GM1", kNothing, Semicolon, None, "radieren"},
-    {Line, "GL", kPoint, Semicolon, None, "Linie"},
-    {Rectangle, "GR", kPoint, Semicolon, None, "Rechteck"},
-    {FilledRectangle, "GfR", kPoint, Semicolon, None, "gefülltes Rechteck"},
-    {Ellipse, "GE", kRadii, Semicolon, None, "Ellipse"},
-    {FilledEllipse, "GfE", kRadii, Semicolon, None, "gefüllte Ellipse"},
-    {Bitmap, "GB", kBitmap, Semicolon, None, "Bitmap"},
-    {SetGraphicFont, "GF", kFont, Semicolon, None, "Grafikschrift"},
-    {SetGraphicZoom, "GZ", kGraphicZoom, Semicolon, None, "Grafikschrift-Zoom"},
-    {SetGraphicAttribute, "GA", kAttribute, Semicolon, None, "Grafikschrift-Attribut"},
-    {GraphicText, "GT", kText, Ending::Eot, None, "Grafiktext"},
+    {Line, "GL", kPoint, Semicolon, None, "Linie", "Linie bis $1,$2"},
+    {Rectangle, "GR", kPoint, Semicolon, None, "Rechteck", "Rechteck bis $1,$2"},
+    {FilledRectangle, "GfR", kPoint, Semicolon, None, "gefülltes Rechteck",
+     "gefülltes Rechteck bis $1,$2"},
+    {Ellipse, "GE", kRadii, Semicolon, None, "Ellipse", "Ellipse mit Radien $1,$2"},
+    {FilledEllipse, "GfE", kRadii, Semicolon, None, "gefüllte Ellipse",
+     "gefüllte Ellipse mit Radien $1,$2"},
+    {Bitmap, "GB", kBitmap, Semicolon, None, "Bitmap", "Bitmap bei $1,$2, $5"},
+    {SetGraphicFont, "GF", kFont, Semicolon, None, "Grafikschrift", "Grafikschrift $1"},
+    {SetGraphicZoom, "GZ", kGraphicZoom, Semicolon, None, "Grafikschrift-Zoom",
+     "Grafikschrift-Zoom $1,$2"},
+    {SetGraphicAttribute, "GA", kAttribute, Semicolon, None, "Grafikschrift-Attribut",
+     "Grafikschrift-Attribut $1"},
+    {GraphicText, "GT", kText, Ending::Eot, None, "Grafiktext", "Grafiktext &1"},
     {ResetChecksum, "C!", kNothing, AtOnce, None, "Prüfsumme beginnen"},
     {AskChecksum, "C?", kNothing, AtOnce, Value, "Prüfsumme abfragen"},
 };
@@ -152,15 +169,31 @@ std::size_t CommandEnd(std::string_view wire, std::size_t from, const CommandRow
   return end == std::string_view::npos ? wire.size() : end;
 }
 
-// Calls `visit` with each command of a text, nullptr for one that is not known, until it answers
-// false.
-template <typename Visit>
-void WalkCommands(std::string_view wire, Visit visit) {
-  for (std::size_t at = wire.find(kEsc); at != std::string_view::npos; at = wire.find(kEsc, at)) {
-    const CommandRow* row = FindCommand(wire.substr(at + 1));
-    if (!visit(row)) return;
-    at = CommandEnd(wire, at + 1, row);
+// How many characters of what stands behind the letters are parameters.
+std::size_t ParametersEnd(std::string_view text, Ending ending) {
+  switch (ending) {
+    case Ending::AtOnce:
+      return 0;
+    case Ending::Semicolon:
+      return text.find(';');
+    case Ending::Eot:
+      return text.find(kEot);
+    case Ending::Etx:
+    case Ending::Open:
+      break;
   }
+  return text.size();
+}
+
+// `body` is what stands between ESC and the next command.
+SentCommand SentAs(const CommandRow* row, std::string_view body) {
+  if (row == nullptr) return {row, body, {}};
+  body.remove_prefix(row->letters.size());
+  const std::size_t end = std::min(ParametersEnd(body, row->ending), body.size());
+  std::string_view text = body.substr(end);
+  const bool closed = !text.empty() && row->ending != Ending::AtOnce;
+  text.remove_prefix(closed ? 1 : 0);
+  return {row, body.substr(0, end), text};
 }
 
 }  // namespace
@@ -178,11 +211,21 @@ const CommandRow* FindCommand(std::string_view text) {
   return best;
 }
 
+void WalkCommands(std::string_view wire, const std::function<bool(const SentCommand&)>& visit) {
+  for (std::size_t at = wire.find(kEsc); at != std::string_view::npos; at = wire.find(kEsc, at)) {
+    const CommandRow* row = FindCommand(wire.substr(at + 1));
+    const std::size_t end = CommandEnd(wire, at + 1, row);
+    if (!visit(SentAs(row, wire.substr(at + 1, end - at - 1)))) return;
+    at = end;
+  }
+}
+
 std::string CommandMeaning(std::string_view wire, int limit) {
   std::string meaning;
-  WalkCommands(wire, [&](const CommandRow* row) {
+  WalkCommands(wire, [&](const SentCommand& command) {
     if (!meaning.empty()) meaning += "; ";
     const bool named = limit-- > 0;
+    const CommandRow* const row = command.row;
     meaning += !named ? "…" : row == nullptr ? "unbekannter Befehl" : row->meaning;
     return named;
   });
@@ -191,8 +234,8 @@ std::string CommandMeaning(std::string_view wire, int limit) {
 
 const CommandRow* LastCommand(std::string_view wire) {
   const CommandRow* last = nullptr;
-  WalkCommands(wire, [&last](const CommandRow* row) {
-    last = row;
+  WalkCommands(wire, [&last](const SentCommand& command) {
+    last = command.row;
     return true;
   });
   return last;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -114,6 +115,9 @@ struct CommandRow {
   Ending ending;
   Answer answer;
   std::string_view meaning;  ///< German
+  /// The command in words with its parameters: "$1" is the first one, or how much it is, "&1" the
+  /// text itself. Where there is none, the parameters are listed behind the meaning.
+  std::string_view phrase{};
 };
 
 /// Every command that this program sends or explains, in the order of their names.
@@ -127,6 +131,14 @@ const CommandRow* FindCommand(std::string_view text);
 /// most `limit` of them, then "…". Empty when the text holds none. Works on the text as sent: the
 /// content of a stored macro or a graphic text is not taken for commands.
 std::string CommandMeaning(std::string_view wire, int limit = 4);
+/// A command of a text that went to the Terminal.
+struct SentCommand {
+  const CommandRow* row;        ///< nullptr for one that is not known
+  std::string_view parameters;  ///< between letters and end; of one that is not known, all of it
+  std::string_view text;        ///< behind its end, up to the next command
+};
+/// Calls `visit` with each command of a text until it answers false.
+void WalkCommands(std::string_view wire, const std::function<bool(const SentCommand&)>& visit);
 /// The last command of a text; nullptr when it holds none that is known.
 const CommandRow* LastCommand(std::string_view wire);
 

@@ -9,11 +9,16 @@ namespace kelvo {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
 
 // A line that carries nothing at all for so long is held by its handshake; waiting on would keep
 // the operator from everything else.
 constexpr std::chrono::seconds kStalledAfter{5};
 constexpr milliseconds kProgressPause{50};
+
+bool IsAcknowledge(std::string_view answer) {
+  return answer == std::string_view(&kAck, 1) || answer == std::string_view(&kNak, 1);
+}
 
 }  // namespace
 
@@ -60,6 +65,7 @@ Reply Exchange::SendString(std::string_view text, Pending pending, Acknowledge a
                            Within within) {
   if (within) tmrTimeout_.SetInterval(*within);
   RestartTimer();
+  sent_ = text;
   const bool wait = acknowledge == Acknowledge::Wait;
   Reply reply = wait ? AcknowledgeReply({}, false) : Reply{ReplyKind::PortClosed, {}};
   if (Alive()) {
@@ -74,12 +80,15 @@ Reply Exchange::SendString(std::string_view text, Pending pending, Acknowledge a
     if (wait) port_.SetReceiveThreshold(0);
     WriteInPieces(text);
     reply = wait ? WaitAcknowledge() : Reply{ReplyKind::Sent, {}};
+  } else if (wait) {
+    TellOutcome(text, reply, loop_.Now());
   }
   Leave(within);
   return reply;
 }
 
 void Exchange::WriteInPieces(std::string_view text) {
+  ForgetOverdue(text);
   while (text.size() > kPieceLength && Alive()) {
     port_.Write(text.substr(0, kPieceLength));
     text.remove_prefix(kPieceLength);
@@ -93,15 +102,24 @@ void Exchange::WriteInPieces(std::string_view text) {
 Reply Exchange::WaitAcknowledge() {
   UntilSent([this] { PaintWhileSending(); }, true);
   RestartTimeout();
+  const std::string sent = sent_;
+  const nanoseconds asked = loop_.Now();
   while (port_.InBufferCount() == 0 && !timeOutFlag_ && Alive()) WaitForEvent();
-  Reply reply = AcknowledgeReply(port_.Input(), Alive());
+  Reply reply = AcknowledgeReply(AcknowledgeBehindOverdue(), Alive());
+  NoteOverdue(Answer::Acknowledge, reply);
   port_.SetReceiveThreshold(1);
+  TellOutcome(sent, reply, asked);
   return reply;
 }
 
 Reply Exchange::WaitAnswer(std::string_view endMark) {
   const bool byTime = endMark.empty();
-  if (!Alive()) return byTime ? Reply{ReplyKind::PortClosed, {}} : TimeOutReply({}, false);
+  const std::string sent = sent_;  // another exchange may run in the middle
+  if (!Alive()) {
+    Reply closed = byTime ? Reply{ReplyKind::PortClosed, {}} : TimeOutReply({}, false);
+    TellOutcome(sent, closed, loop_.Now());
+    return closed;
+  }
   const Activity activity(*this, {});
   const int inputLen = port_.InputLen();
   const int threshold = port_.ReceiveThreshold();
@@ -109,9 +127,12 @@ Reply Exchange::WaitAnswer(std::string_view endMark) {
   port_.SetReceiveThreshold(0);
   WaitUntilSent();
   port_.SetInputLen(1);
+  const nanoseconds asked = loop_.Now();
   Reply reply = byTime ? CollectForTime() : CollectUntil(endMark);
+  if (endMark == kEndMark) reply = ReplyBehindOverdue(std::move(reply), asked);
   port_.SetInputLen(inputLen);
   port_.SetReceiveThreshold(threshold);
+  TellOutcome(sent, reply, asked);
   WaitRS485();
   return reply;
 }
@@ -137,11 +158,13 @@ Reply Exchange::CollectUntil(std::string_view endMark) {
   std::string received;
   bool complete = false;
   RestartTimeout();
-  while (!timeOutFlag_ && !complete && Alive()) {
+  while (!complete && Alive()) {
     const std::string character = port_.Input();
+    if (timeOutFlag_ && character.empty()) break;
     received += character;
     complete = character == endMark;
-    if (!complete) Idle(character.empty());
+    // What is there when the time has run out came in time, though the tick was served first.
+    if (!complete && !timeOutFlag_) Idle(character.empty());
   }
   tmrTimeout_.SetEnabled(false);
   return complete ? CompleteReply(std::move(received), endMark)
@@ -158,13 +181,90 @@ Reply Exchange::SendQuery(const Command& query, Within within) {
     SendString(query.Text());
     tmrTimeout_.SetInterval(kQueryInterval);
     reply = WaitAnswer(kEndMark);
-    if (!reply.Failed() && reply.text.starts_with(query.Text())) {
-      reply.text.erase(0, query.Text().size());
-    }
+    NoteOverdue(Answer::Value, reply);
+    if (!reply.Failed()) RemoveEcho(reply, query);
     port_.SetReceiveThreshold(1);
+  } else {
+    TellOutcome(query.Text(), reply, loop_.Now());
   }
   Leave(within);
   return reply;
+}
+
+void Exchange::TellOutcome(std::string_view sent, const Reply& reply, nanoseconds asked) const {
+  if (outcome_) outcome_({sent, reply, loop_.Now() - asked});
+}
+
+bool Exchange::IsOverdue(Answer answer) const {
+  return overdue_ == answer && loop_.Now() < overdueUntil_;
+}
+
+void Exchange::NoteOverdue(Answer answer, const Reply& reply) {
+  if (reply.kind != ReplyKind::Silent && reply.kind != ReplyKind::Unfinished) return;
+  overdue_ = answer;
+  overdueUntil_ = loop_.Now() + kOverdueFor;
+}
+
+void Exchange::ForgetOverdue(std::string_view text) {
+  if (overdue_ == Answer::None) return;
+  const CommandRow* const last = LastCommand(text);
+  const bool anew = last != nullptr && (last->name == CommandName::SelectAddress ||
+                                        last->name == CommandName::Restart);
+  if (anew) overdue_ = Answer::None;
+}
+
+bool Exchange::AwaitInput(nanoseconds until) {
+  while (port_.InBufferCount() == 0 && loop_.Now() < until && Alive()) {
+    loop_.WaitForEvent(until - loop_.Now());
+  }
+  return port_.InBufferCount() > 0;
+}
+
+std::string Exchange::AcknowledgeBehindOverdue() {
+  std::string answer = port_.Input();
+  if (IsOverdue(Answer::Value)) return AcknowledgeBehindReply(std::move(answer));
+  if (IsOverdue(Answer::Acknowledge)) return LastAcknowledge(std::move(answer));
+  return answer;
+}
+
+// What a late reply consists of goes up to its end mark. Without one it was none.
+std::string Exchange::AcknowledgeBehindReply(std::string answer) {
+  std::string first;
+  while (!answer.empty() && !IsAcknowledge(answer)) {
+    if (first.empty()) first = answer;
+    if (answer == kEndMark) {
+      first.clear();
+      overdue_ = Answer::None;
+    }
+    while (port_.InBufferCount() == 0 && !timeOutFlag_ && Alive()) WaitForEvent();
+    answer = port_.Input();
+  }
+  return answer.empty() ? first : answer;
+}
+
+std::string Exchange::LastAcknowledge(std::string answer) {
+  if (!IsAcknowledge(answer)) return answer;
+  overdue_ = Answer::None;
+  if (!AwaitInput(loop_.Now() + kSecondAcknowledge)) return answer;
+  const std::string second = port_.Input();
+  return IsAcknowledge(second) ? second : answer;
+}
+
+Reply Exchange::ReplyBehindOverdue(Reply reply, nanoseconds asked) {
+  if (reply.kind != ReplyKind::Answered) return reply;
+  if (IsOverdue(Answer::Acknowledge) && IsAcknowledge(reply.text.substr(0, 1))) {
+    overdue_ = Answer::None;
+    reply.text.erase(0, 1);
+  }
+  if (!IsOverdue(Answer::Value)) return reply;
+  overdue_ = Answer::None;
+  std::string second;
+  while (!second.ends_with(kEndMark) && AwaitInput(asked + 2 * kQueryInterval)) {
+    second += port_.Input();
+  }
+  if (!second.ends_with(kEndMark)) return reply;
+  return loop_.Now() <= asked + kQueryInterval ? CompleteReply(std::move(second), kEndMark)
+                                               : TimeOutReply(std::move(second), Alive());
 }
 
 // Whoever has brought a time of their own leaves the usual one.

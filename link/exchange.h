@@ -23,6 +23,13 @@ enum class Acknowledge { None, Wait };
 /// kUsualInterval is left behind it.
 using Within = std::optional<std::chrono::milliseconds>;
 
+/// What came of what was sent, once it is known.
+struct Outcome {
+  std::string_view sent;  ///< the last text before the wait
+  const Reply& reply;
+  std::chrono::nanoseconds took{0};  ///< from the last bit on the line to the end of the wait
+};
+
 /// Long texts go out in pieces of at most so many characters.
 inline constexpr std::size_t kPieceLength = 5000;
 
@@ -39,6 +46,12 @@ std::int16_t StringSum(std::string_view text);
 ///
 /// All waits share one interval, that of tmrTimeout: an acknowledged command waits as long as it
 /// says, a query sets 500 ms and leaves them, an operation with a time of its own leaves 1000 ms.
+///
+/// An answer that has not come in its time is overdue and may still come. It is dropped then, not
+/// taken for the answer to the next question: a reply is no acknowledge and the other way round;
+/// and of two answers of a kind the last one counts, for which is listened twice the interval of a
+/// query, and kSecondAcknowledge behind an acknowledge. Nothing is listened for before an answer
+/// has come, so that silence takes no longer than ever; who is selected anew owes nothing.
 ///
 /// With a closed port nothing is written and nothing is waited for.
 class Exchange {
@@ -85,6 +98,10 @@ class Exchange {
   void SetActivityListener(std::function<void(std::string_view)> listener) {
     activity_ = std::move(listener);
   }
+  /// Told of every wait for an answer when it is over; also at once, with the port closed.
+  void SetOutcomeListener(std::function<void(const Outcome&)> listener) {
+    outcome_ = std::move(listener);
+  }
   /// Characters of the present text that have not left the line yet.
   std::size_t CharactersToSend() const { return unsent_ + port_.OutBufferCount(); }
   /// Characters wait to be sent, but the other end lets nothing pass.
@@ -104,9 +121,18 @@ class Exchange {
   Reply WaitAcknowledge();
   Reply CollectForTime();
   Reply CollectUntil(std::string_view endMark);
+  bool IsOverdue(Answer answer) const;
+  void NoteOverdue(Answer answer, const Reply& reply);
+  void ForgetOverdue(std::string_view text);
+  std::string AcknowledgeBehindOverdue();
+  std::string AcknowledgeBehindReply(std::string answer);
+  std::string LastAcknowledge(std::string answer);
+  Reply ReplyBehindOverdue(Reply reply, std::chrono::nanoseconds asked);
+  bool AwaitInput(std::chrono::nanoseconds until);
   void WaitForEvent();
   void Idle(bool nothingCame);
   void Leave(Within within);
+  void TellOutcome(std::string_view sent, const Reply& reply, std::chrono::nanoseconds asked) const;
 
   SerialPort& port_;
   EventLoop& loop_;
@@ -115,9 +141,13 @@ class Exchange {
   bool timeOutFlag_ = false;
   bool rs485Tick_ = false;
   std::size_t unsent_ = 0;
+  Answer overdue_ = Answer::None;
+  std::chrono::nanoseconds overdueUntil_{0};
   int depth_ = 0;
   std::function<void(std::string_view)> activity_;
   std::function<void()> tick_;
+  std::function<void(const Outcome&)> outcome_;
+  std::string sent_;  // the text written last
 };
 
 }  // namespace kelvo

@@ -19,4 +19,9 @@ inline constexpr std::chrono::milliseconds kCollectionInterval{100};
 /// What every operation with a time of its own leaves behind.
 inline constexpr std::chrono::milliseconds kUsualInterval{1000};
 
+/// How long an answer that has not come in its time may still come.
+inline constexpr std::chrono::milliseconds kOverdueFor{5000};
+/// Behind an acknowledge that may be the overdue one, so long is listened for the right one.
+inline constexpr std::chrono::milliseconds kSecondAcknowledge{250};
+
 }  // namespace kelvo

@@ -37,6 +37,10 @@ Reply CompleteReply(std::string received, std::string_view endMark) {
   return {ReplyKind::Answered, std::move(values), std::move(received)};
 }
 
+void RemoveEcho(Reply& reply, const Command& query) {
+  if (reply.text.starts_with(query.Text())) reply.text.erase(0, query.Text().size());
+}
+
 Reply TimeOutReply(std::string received, bool alive) {
   const ReplyKind late = received.empty() ? ReplyKind::Silent : ReplyKind::Unfinished;
   return {alive ? late : ReplyKind::PortClosed, "TimeOut", std::move(received)};

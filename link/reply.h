@@ -1,14 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "base/val.h"
+#include "link/commands.h"
 
 namespace kelvo {
 
 /// What came of a command.
-enum class ReplyKind {
+enum class ReplyKind : std::uint8_t {
   Sent,        ///< written; nobody was asked to answer
   Answered,    ///< acknowledged, or a complete reply
   Silent,      ///< not one character within the time
@@ -35,6 +37,8 @@ struct Reply {
 Reply AcknowledgeReply(std::string_view answer, bool alive);
 /// The reply to a query, from the characters up to the end mark.
 Reply CompleteReply(std::string received, std::string_view endMark);
+/// Some Terminals repeat the query in front of their reply: its text goes without that.
+void RemoveEcho(Reply& reply, const Command& query);
 /// The reply to a query whose end mark has not come.
 Reply TimeOutReply(std::string received, bool alive);
 

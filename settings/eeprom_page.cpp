@@ -35,10 +35,10 @@ EepromPage::EepromPage(Services services, QWidget* parent)
     : QWidget(parent), services_(services), frmInfo(new InfoWindow(this)) {
   MakeLayout();
   Operator& person = services_.person;
-  OnClick(cmdSetConfig, this, person, &EepromPage::cmdSetConfig_Click);
-  OnClick(cmdClearConfig, this, person, &EepromPage::cmdClearConfig_Click);
-  OnClick(cmdClearEEprom, this, person, &EepromPage::cmdClearEEprom_Click);
-  OnClick(cmdGetFreeBytes, this, person, &EepromPage::cmdGetFreeBytes_Click);
+  OnSend(cmdSetConfig, this, person, &EepromPage::cmdSetConfig_Click);
+  OnSend(cmdClearConfig, this, person, &EepromPage::cmdClearConfig_Click);
+  OnSend(cmdClearEEprom, this, person, &EepromPage::cmdClearEEprom_Click);
+  OnSend(cmdGetFreeBytes, this, person, &EepromPage::cmdGetFreeBytes_Click);
 }
 
 void EepromPage::MakeLayout() {
@@ -52,7 +52,8 @@ void EepromPage::MakeLayout() {
   auto* space = new QGroupBox(tr("Speicherplatz"));
   QFormLayout* form = MakeForm(space);
   AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Bytes"));
-  form->addRow(ButtonRow({cmdGetFreeBytes}));
+  lblFreeBytesStand = Named(new QLabel, "lblFreeBytesStand");
+  form->addRow(ButtonRow({cmdGetFreeBytes, lblFreeBytesStand}));
   page->addWidget(space);
   page->addWidget(Group(tr("Konfiguration"),
                         tr("Das Terminal speichert seine jetzigen Einstellungen im EEPROM und "
@@ -76,6 +77,7 @@ void EepromPage::cmdSetConfig_Click() {
 
 // The information window is closed before a failure is reported.
 bool EepromPage::StoreConfig(const std::string& suffix) {
+  const Undertakings::Alone alone(services_.person.Begun(), "Die Konfiguration wird gespeichert.");
   const InfoWindowUse info(*frmInfo, tr("Konfiguration speichern"),
                            tr("Das Terminal speichert seine Konfiguration …"));
   const Reply reply = services_.exchange.SendString(WriteConfig());
@@ -95,6 +97,7 @@ void EepromPage::cmdClearEEprom_Click() {
 
 // Everything from the version query to the saved configuration; false when a failure has ended it.
 bool EepromPage::EraseAll() {
+  const Undertakings::Alone alone(services_.person.Begun(), "Das EEPROM wird gelöscht.");
   QueryVersion(services_.exchange, services_.state);
   const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"));
   const double firstWithProgress = services_.options.Number("EEPromelegantlöschenabVer");
@@ -108,6 +111,7 @@ bool EepromPage::EraseAll() {
 }
 
 bool EepromPage::ErasePlain() {
+  frmInfo->ShowBusy();
   const Reply reply = services_.exchange.SendString(EraseEEprom(), kEraseInterval);
   frmInfo->End();
   if (reply.Failed()) ReportEEpromError(services_.person, reply, " / cmdClearEEprom");
@@ -134,8 +138,9 @@ void EepromPage::EraseWithProgress() {
 }
 
 void EepromPage::ShowFreeBytes() {
-  const double bytes = GetEEpromBytes(services_.exchange, services_.state).Number();
-  lblFreeBytes->setText(QString::fromStdString(NumberText(bytes)));
+  const Reply reply = GetEEpromBytes(services_.exchange, services_.state);
+  lblFreeBytes->setText(QString::fromStdString(NumberText(reply.Number())));
+  lblFreeBytesStand->setText(reply.Failed() ? tr("keine Antwort") : QString());
   lblFreeBytes->repaint();
 }
 

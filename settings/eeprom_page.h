@@ -47,6 +47,7 @@ class EepromPage : public QWidget {
   QPushButton* cmdClearEEprom;
   QPushButton* cmdGetFreeBytes;
   QLabel* lblFreeBytes;
+  QLabel* lblFreeBytesStand;
 };
 
 }  // namespace kelvo

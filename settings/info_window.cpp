@@ -40,6 +40,8 @@ void InfoWindow::ShowElapsed() {
   lblVergangen->setText(tr("seit %1 s").arg(elapsed_.elapsed() / 1000));
 }
 
+void InfoWindow::ShowBusy() { ShowProgress(0); }
+
 void InfoWindow::ShowProgress(int maximum) {
   ctlFortschritt->setRange(0, maximum);
   ctlFortschritt->setValue(0);

@@ -21,6 +21,8 @@ class InfoWindow : public QWidget {
   /// Shows the window with a caption and what is being waited for.
   void Begin(const QString& caption, const QString& info);
   void SetCaption(const QString& caption) { setWindowTitle(caption); }
+  /// Shows the progress bar moving, as long as there is no figure to show.
+  void ShowBusy();
   /// Shows the progress bar, from 0 to `maximum` steps.
   void ShowProgress(int maximum);
   void SetProgress(int value);

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 
 #include "base/val.h"
 #include "base/wire_text.h"
@@ -19,9 +20,9 @@ namespace {
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
-Fields FieldsOf(const std::string& typ, const std::string& wire, double number) {
-  const std::int64_t whole = number < 0 ? -1 : static_cast<std::int64_t>(number);
-  return {{"typ", typ}, {"nr_im_display", whole}, {"wert", ScreenText(wire)}};
+QString NumberInTerminal() {
+  return MacroPage::tr(
+      "Nummer im Terminal: 0 bis 255, die Nummer, unter der das Makro geschrieben wurde.");
 }
 
 }  // namespace
@@ -39,17 +40,37 @@ MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), serv
   ConnectControls();
 }
 
+Fields MacroPage::FieldsOf(const std::string& typ, const std::string& wire, double number) {
+  const std::int64_t whole = number < 0 ? -1 : RoundToEven(number);
+  return {{"typ", typ}, {"nr_im_display", whole}, {"wert", ScreenText(wire)}};
+}
+
+// Without a number it has none in the Terminal; 0 would be the macro that starts by itself.
+double MacroPage::NumberOf(const Edit& edit) {
+  return AnyNumber(edit.number) ? Val(edit.number) : -1;
+}
+
 MacroPage::Edit MacroPage::OnScreen() const { return {txtMakro->Wire(), txtMakroNr->Wire()}; }
 
 void MacroPage::Show(const Edit& edit) {
-  txtMakro->SetWire(edit.text);
+  if (txtMakro->Wire() != edit.text) txtMakro->SetWire(edit.text);  // else the caret stays
   txtMakroNr->SetWire(edit.number);
   ShowLength();
+  OfferNumber();
 }
 
 void MacroPage::Edited() {
   ShowLength();
+  OfferNumber();
   records_->Edited();
+}
+
+// What is written under a number is mostly run under the same.
+void MacroPage::OfferNumber() {
+  const auto number = MakroNumber(txtMakroNr->Wire());
+  cmdMakroNrNehmen->setEnabled(number.has_value());
+  cmdMakroNrNehmen->setText(number ? tr("Nummer %1 übernehmen").arg(*number)
+                                   : tr("Nummer übernehmen"));
 }
 
 void MacroPage::ShowLength() {
@@ -59,6 +80,11 @@ void MacroPage::ShowLength() {
                               .arg(length)
                               .arg(kLongestMakro)
                               .arg(tooLong ? tr(" – zu lang") : QString()));
+}
+
+void MacroPage::Shown() {
+  records_->Refresh();
+  ShowFreeBytes();
 }
 
 void MacroPage::ShowFreeBytes() {
@@ -79,7 +105,35 @@ bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, doubl
 
 void MacroPage::SaveShown() {
   const Edit edit = OnScreen();
-  records_->SaveShown(FieldsOf("Makro", edit.text, Val(edit.number)), edit);
+  records_->SaveShown(FieldsOf(TypToSave(), edit.text, NumberOf(edit)), edit);
+}
+
+// Of the kind that the list shows, so that it stays in the list.
+void MacroPage::NewMakro() {
+  records_->New({{}, "-1"}, {{"typ", ListedTyp()}, {"nr_im_display", std::int64_t{-1}}});
+  txtMakro->setFocus();
+}
+
+std::string MacroPage::ListedTyp() const {
+  for (const MakroTyp& kind : kMakroTypen) {
+    if (chkMakroTyp[static_cast<std::size_t>(kind.index)]->isChecked()) return kind.typ;
+  }
+  return "Makro";
+}
+
+// The list may show records of another kind.
+std::string MacroPage::TypToSave() {
+  const std::string typ = services_.macros.Text("typ").value_or("");
+  const auto* const known =
+      std::find_if(std::begin(kMakroTypen), std::end(kMakroTypen),
+                   [&typ](const MakroTyp& kind) { return kind.index > 1 && kind.typ == typ; });
+  const bool stays =
+      known != std::end(kMakroTypen) &&
+      !services_.person.Ask("Der gezeigte Satz ist kein Makro, sondern gehört zu " +
+                                std::string(known->plural) +
+                                ". Als Makro speichern ? Mit Nein bleibt er, was er ist.",
+                            Icon::Exclamation, "Speichern");
+  return stays ? typ : "Makro";
 }
 
 void MacroPage::cmdInsertESC_Click() {
@@ -91,6 +145,13 @@ void MacroPage::InvalidNumber(QLineEdit* field) {
   services_.person.Message("Keine gültige Makro-Nummer", Icon::Exclamation);
   field->setFocus();
   field->setSelection(0, 3);
+}
+
+// Says on the page what is missing, because the message does not.
+void MacroPage::LackingNumber(const QString& hint) {
+  lblMakroHinweis->setText(hint);
+  lblMakroHinweis->show();
+  InvalidNumber(txtMakroNrDisplay);
 }
 
 void MacroPage::cmdSetMakro_Click() {
@@ -124,9 +185,14 @@ void MacroPage::WriteMakro(int number, const std::string& suffix) {
   SendToEEprom(services_.exchange, services_.person, kelvo::WriteMakro(number, text), suffix);
 }
 
+void MacroPage::cmdMakroNrNehmen_Click() {
+  const auto number = MakroNumber(txtMakroNr->Wire());
+  if (number) txtMakroNrDisplay->SetWire(std::to_string(*number));
+}
+
 void MacroPage::cmdPlayMakro_Click() {
   const auto number = MakroNumber(txtMakroNrDisplay->Wire());
-  if (!number) return InvalidNumber(txtMakroNrDisplay);
+  if (!number) return LackingNumber(NumberInTerminal());
   services_.exchange.SendString(RunMakro(*number));
 }
 
@@ -134,7 +200,10 @@ void MacroPage::cmdClearMakro_Click() {
   // The number of the record is checked, the other one is sent: deliberately so. Without any number
   // to send there would be only macro 0 to delete, and nobody has asked for that.
   const auto number = AnyNumber(txtMakroNrDisplay->Wire());
-  if (!MakroNumber(txtMakroNr->Wire()) || !number) return InvalidNumber(txtMakroNrDisplay);
+  if (!MakroNumber(txtMakroNr->Wire())) {
+    return LackingNumber(tr("Zum Löschen muss auch links eine Makro-Nummer von 0 bis 255 stehen."));
+  }
+  if (!number) return LackingNumber(NumberInTerminal());
   SendToEEprom(services_.exchange, services_.person, kelvo::DeleteMakro(*number),
                " / cmdClearMakro");
 }

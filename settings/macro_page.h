@@ -39,6 +39,8 @@ class MacroPage : public QWidget {
 
   /// The stored records and the edits that are not saved.
   RecordEditorBase& Records() { return *records_; }
+  /// The page is shown.
+  void Shown();
   /// Shows what is known about the Terminal's memory.
   void ShowFreeBytes();
 
@@ -50,7 +52,7 @@ class MacroPage : public QWidget {
   /// Saves what the editor holds.
   void SaveShown();
   /// Appends an empty record and shows it.
-  void NewMakro() { records_->New({{}, "-1"}); }
+  void NewMakro();
   /// Deletes the shown record after a Yes.
   void DeleteMakro() { records_->Delete(); }
 
@@ -67,18 +69,25 @@ class MacroPage : public QWidget {
   QWidget* MakeRunning();
   void ConnectControls();
   void Show(const Edit& edit);
+  static Fields FieldsOf(const std::string& typ, const std::string& wire, double number);
+  static double NumberOf(const Edit& edit);
   Edit OnScreen() const;
   void Edited();
   void ShowLength();
+  void OfferNumber();
   bool CheckText(const std::string& text);
+  std::string ListedTyp() const;
+  std::string TypToSave();
   void WriteMakro(int number, const std::string& suffix);
   void InvalidNumber(QLineEdit* field);
+  void LackingNumber(const QString& hint);
 
   void cboMakro_Click() { records_->SelectChosen(); }
   void chkMakroTyp_Click(int index);
   void cmdInsertESC_Click();
   void cmdSetMakro_Click();
   void cmdSetAutostartMakro_Click();
+  void cmdMakroNrNehmen_Click();
   void cmdPlayMakro_Click();
   void cmdClearMakro_Click();
 
@@ -95,6 +104,8 @@ class MacroPage : public QWidget {
   QPushButton* cmdInsertESC;
   QPushButton* cmdSetMakro;
   QPushButton* cmdSetAutostartMakro;
+  QPushButton* cmdMakroNrNehmen;
+  QLabel* lblMakroHinweis;
   QPushButton* cmdPlayMakro;
   QPushButton* cmdClearMakro;
 };

@@ -38,7 +38,17 @@ QWidget* MacroPage::MakeRecords() {
                        [this] {
                          Show({records_->Wert().value_or(""), records_->NumberField()});
                        },
-                       [this](const Edit& edit) { Show(edit); }, [this] { return OnScreen(); }});
+                       [this](const Edit& edit) { Show(edit); }, [this] { return OnScreen(); },
+                       [this](const Edit& edit) -> std::optional<Fields> {
+                         const std::string typ = services_.macros.Text("typ").value_or("Makro");
+                         return FieldsOf(typ, edit.text, NumberOf(edit));
+                       },
+                       [](const Edit& edit) {
+                         return std::vector<std::string>{edit.text, edit.number};
+                       },
+                       [](const std::vector<std::string>& packed) {
+                         return packed.size() == 2 ? Edit{packed[0], packed[1]} : Edit{};
+                       }});
   column->addLayout(kinds);
   column->addLayout(row.layout);
   return group;
@@ -90,13 +100,19 @@ QWidget* MacroPage::MakeRunning() {
   txtMakroNrDisplay = Named(new WireField, "txtMakroNrDisplay");
   txtMakroNrDisplay->setText(QStringLiteral("-1"));
   txtMakroNrDisplay->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
+  cmdMakroNrNehmen = MakeButton("cmdMakroNrNehmen", tr("Nummer übernehmen"),
+                                tr("Setzt hier die Makro-Nummer des gezeigten Satzes ein."));
+  lblMakroHinweis = Named(new QLabel, "lblMakroHinweis");
+  lblMakroHinweis->setWordWrap(true);
+  lblMakroHinweis->hide();
   cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
                             tr("Führt das Makro dieser Nummer im Terminal aus (F5)."));
   AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F5));
   cmdClearMakro = MakeButton("cmdClearMakro", tr("Makro &löschen"),
                              tr("Löscht das Makro dieser Nummer im EEPROM, ohne nachzufragen."));
   AddRow(form, tr("Nummer im Te&rminal:"), txtMakroNrDisplay, tr("0 … 255"));
-  form->addRow(QString(), new QLabel(QStringLiteral(" ")));
+  form->addRow(QString(), ButtonRow({cmdMakroNrNehmen}));
+  form->addRow(lblMakroHinweis);
   form->addRow(ButtonRow({cmdPlayMakro, cmdClearMakro}));
   return group;
 }
@@ -104,10 +120,11 @@ QWidget* MacroPage::MakeRunning() {
 void MacroPage::ConnectControls() {
   Operator& person = services_.person;
   OnClick(cmdInsertESC, this, person, &MacroPage::cmdInsertESC_Click);
-  OnClick(cmdSetMakro, this, person, &MacroPage::cmdSetMakro_Click);
-  OnClick(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
-  OnClick(cmdPlayMakro, this, person, &MacroPage::cmdPlayMakro_Click);
-  OnClick(cmdClearMakro, this, person, &MacroPage::cmdClearMakro_Click);
+  OnSend(cmdSetMakro, this, person, &MacroPage::cmdSetMakro_Click);
+  OnSend(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
+  OnClick(cmdMakroNrNehmen, this, person, &MacroPage::cmdMakroNrNehmen_Click);
+  OnSend(cmdPlayMakro, this, person, &MacroPage::cmdPlayMakro_Click);
+  OnSend(cmdClearMakro, this, person, &MacroPage::cmdClearMakro_Click);
   for (const MakroTyp& typ : kMakroTypen) {
     const int index = typ.index;
     connect(chkMakroTyp[static_cast<std::size_t>(index)], &QRadioButton::toggled, this,
@@ -120,6 +137,7 @@ void MacroPage::ConnectControls() {
   connect(txtMakro, &WireEdit::textChanged, this, &MacroPage::Edited);
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::Edited);
   connect(txtMakro, &WireEdit::Refused, this, [&person] { person.Beep(); });
+  connect(txtMakroNrDisplay, &WireField::textChanged, lblMakroHinweis, &QWidget::hide);
   for (WireField* field : {txtMakroNr, txtMakroNrDisplay}) {
     connect(field, &WireField::Refused, this, [&person] { person.Beep(); });
   }

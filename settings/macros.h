@@ -11,11 +11,13 @@ struct MakroTyp {
   int index;            ///< of the option button
   const char* typ;      ///< field `typ`
   const char* caption;  ///< German, with mnemonic
+  const char* plural;   ///< the records, in the dative
 };
-inline constexpr MakroTyp kMakroTypen[] = {{1, "Makro", "&Makros"},
-                                           {2, "MatrixTab", "Matri&x-Tabellen"},
-                                           {3, "ATTab", "A&T-Tabellen"},
-                                           {4, "Grafik", "&Grafiken"}};
+inline constexpr MakroTyp kMakroTypen[] = {
+    {1, "Makro", "&Makros", "Makros"},
+    {2, "MatrixTab", "Matri&x-Tabellen", "den Matrix-Tabellen"},
+    {3, "ATTab", "A&T-Tabellen", "den AT-Tabellen"},
+    {4, "Grafik", "&Grafiken", "den Grafiken"}};
 /// The record source for an option button; any other index gives the whole table.
 std::string MakroSource(int index);
 

@@ -145,14 +145,14 @@ QWidget* StatusPage::MakePorts() {
 
 void StatusPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdGetVersion, this, person, &StatusPage::cmdGetVersion_Click);
-  OnClick(cmdGetFlashInfo, this, person, &StatusPage::cmdGetFlashInfo_Click);
+  OnSend(cmdGetVersion, this, person, &StatusPage::cmdGetVersion_Click);
+  OnSend(cmdGetFlashInfo, this, person, &StatusPage::cmdGetFlashInfo_Click);
   OnClick(cmdFlashUpdate, this, person, &StatusPage::cmdFlashUpdate_Click);
-  OnClick(cmdGetAdresse, this, person, &StatusPage::cmdGetAdresse_Click);
-  OnClick(cmdSetAdresse, this, person, &StatusPage::cmdSetAdresse_Click);
-  OnClick(cmdGetPort, this, person, &StatusPage::cmdGetPort_Click);
-  OnClick(cmdSetPort, this, person, &StatusPage::cmdSetPort_Click);
-  OnClick(cmdSetRes, this, person, &StatusPage::cmdSetRes_Click);
+  OnSend(cmdGetAdresse, this, person, &StatusPage::cmdGetAdresse_Click);
+  OnSend(cmdSetAdresse, this, person, &StatusPage::cmdSetAdresse_Click);
+  OnSend(cmdGetPort, this, person, &StatusPage::cmdGetPort_Click);
+  OnSend(cmdSetPort, this, person, &StatusPage::cmdSetPort_Click);
+  OnSend(cmdSetRes, this, person, &StatusPage::cmdSetRes_Click);
   for (QCheckBox* line : chkPortP0) OnClick(line, this, person, &StatusPage::chkPortP0_Click);
   connect(txtAdresse, &QLineEdit::textChanged, this, &StatusPage::txtAdresse_Change);
   connect(txtDisplayX, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayX_LostFocus);
@@ -245,10 +245,12 @@ void StatusPage::cmdSetRes_Click() {
   txtDisplayY_LostFocus();
   const std::string x = txtDisplayX->text().toStdString();
   const std::string y = txtDisplayY->text().toStdString();
+  const Undertakings::Alone alone(services_.person.Begun(), "Die Konfiguration wird gespeichert.");
   services_.exchange.SendString(SetResolution(x, y, txtDisplayOption->Wire()));
   SendToEEprom(services_.exchange, services_.person, WriteConfig(), " / cmdSetRes");
   services_.exchange.SendString(Restart());
   Q_EMIT ResolutionSet(static_cast<int>(Val(x)), static_cast<int>(Val(y)));
+  services_.defaults.Refresh();  // another field may have been stored since
   services_.defaults.Edit();
   services_.defaults.Set("displayx", static_cast<std::int64_t>(Val(x)));
   services_.defaults.Set("displayy", static_cast<std::int64_t>(Val(y)));

@@ -41,9 +41,12 @@ Position ReadPosition(std::string_view reply) {
   return {RoundToEven(Val(reply.substr(0, reply.find(',')))), Val(AfterComma(reply))};
 }
 
+bool TextModeSettings::ZoomKnown() const { return Val(zoomX) >= 1 && Val(zoomY) >= 1; }
+
 std::string CreateTextMode(const TextModeSettings& text) {
-  return Sequence({SetTextFont(text.font), SetTextAttribute(text.attribute), SetTextMode(text.mode),
-                   SetTextZoom(text.zoomX, text.zoomY)});
+  const std::string style =
+      Sequence({SetTextFont(text.font), SetTextAttribute(text.attribute), SetTextMode(text.mode)});
+  return text.ZoomKnown() ? style + SetTextZoom(text.zoomX, text.zoomY).Text() : style;
 }
 
 int ReadDigit(std::string_view reply) { return static_cast<int>(Val(reply.substr(0, 1))); }

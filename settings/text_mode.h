@@ -59,8 +59,12 @@ struct TextModeSettings {
   int mode = 0;       ///< 0..3
   std::string zoomX;
   std::string zoomY;
+
+  /// Both zooms are at least 1; a query without an answer leaves them at 0.
+  bool ZoomKnown() const;
 };
-/// ESC "TF" font ";" ESC "TA" attribute ";" ESC "TM" mode ";" ESC "TZ" x "," y ";"
+/// ESC "TF" font ";" ESC "TA" attribute ";" ESC "TM" mode ";" ESC "TZ" x "," y ";", without the
+/// last when the zoom is not known.
 std::string CreateTextMode(const TextModeSettings& text);
 
 inline constexpr int kLargestZoomX = 4;

@@ -46,8 +46,17 @@ TextModeSettings TextPage::TextMode() const {
 std::string TextPage::TextModeCommand() const { return CreateTextMode(TextMode()); }
 
 void TextPage::Shown() {
+  left_ = false;
   cmdGetCursor_Click();
   cmdGetText_Click();
+}
+
+// The reply to a query. Nothing once the page has been left or the operator has begun something
+// else: a silent Terminal would keep the line for half a second at each.
+std::optional<Reply> TextPage::Ask(const Command& query) {
+  if (left_ || services_.person.Begun().SomethingWaits()) return std::nullopt;
+  Reply reply = services_.exchange.SendQuery(query);
+  return left_ ? std::nullopt : std::optional(std::move(reply));
 }
 
 void TextPage::Received(const std::string& characters) { txtText->AppendWire(characters); }
@@ -67,16 +76,19 @@ void TextPage::cmdSetCursorHome_Click() {
 }
 
 void TextPage::cmdGetCursor_Click() {
-  Exchange& exchange = services_.exchange;
-  Choose(cboCursor, RoundToEven(exchange.SendQuery(AskCursor()).Number()));
+  const auto cursor = Ask(AskCursor());
+  if (!cursor) return;
+  Choose(cboCursor, RoundToEven(cursor->Number()));
   const int kind = cboCursor->currentIndex();
-  const std::string shape = exchange.SendQuery(AskCursorShape()).text;
-  if (const auto index = ReadCursorShape(kind, shape)) {
+  const auto shape = Ask(AskCursorShape());
+  if (!shape) return;
+  if (const auto index = ReadCursorShape(kind, shape->text)) {
     chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
   }
-  txtCursorSize->setText(Number(ReadCursorSize(shape)));
-  const Command askPosition = IsAtText(kind) ? AskTextPosition() : AskGraphicPosition();
-  const Position position = ReadPosition(exchange.SendQuery(askPosition).text);
+  txtCursorSize->setText(Number(ReadCursorSize(shape->text)));
+  const auto reply = Ask(IsAtText(kind) ? AskTextPosition() : AskGraphicPosition());
+  if (!reply) return;
+  const Position position = ReadPosition(reply->text);
   txtCursorX->setText(Number(position.x));
   txtCursorY->setText(Number(position.y));
   cboCursor_Click();
@@ -97,17 +109,34 @@ void TextPage::cboCursor_Click() {
 
 // The text mode.
 
-void TextPage::cmdSetText_Click() { services_.exchange.SendString(TextModeCommand()); }
+void TextPage::cmdSetText_Click() {
+  if (!TextMode().ZoomKnown()) {
+    ShowZoomState(tr("nicht gesendet: weder gelesen noch gewählt"));
+  }
+  services_.exchange.SendString(TextModeCommand());
+}
 
 void TextPage::cmdGetText_Click() {
-  Exchange& exchange = services_.exchange;
-  Choose(cboTextStyle[FontList], ReadDigit(exchange.SendQuery(AskTextFont()).text));
-  Choose(cboTextStyle[AttributeList], ReadDigit(exchange.SendQuery(AskTextAttribute()).text));
-  Choose(cboTextStyle[ModeList], ReadDigit(exchange.SendQuery(AskTextMode()).text));
-  const Zoom zoom = ReadZoom(exchange.SendQuery(AskTextZoom()).text);
+  const std::pair<StyleList, Command> styles[] = {
+      {FontList, AskTextFont()}, {AttributeList, AskTextAttribute()}, {ModeList, AskTextMode()}};
+  for (const auto& [list, query] : styles) {
+    const auto reply = Ask(query);
+    if (!reply) return;
+    Choose(cboTextStyle[list], ReadDigit(reply->text));
+  }
+  const auto reply = Ask(AskTextZoom());
+  if (!reply) return;
+  const Zoom zoom = ReadZoom(reply->text);
   lblTextZoom[ZoomX]->setNum(zoom.x);
   lblTextZoom[ZoomY]->setText(Number(zoom.y));
+  ShowZoomState(reply->Failed() ? tr("keine Antwort: kein Zoom gelesen") : tr("kein Zoom gelesen"));
   ShowPreview();
+}
+
+// A zoom that is there needs no explanation.
+void TextPage::ShowZoomState(const QString& lack) {
+  lblTextZoomStand->setText(lack);
+  lblTextZoomStand->setVisible(!TextMode().ZoomKnown());
 }
 
 void TextPage::cboTextStyle_Click() {
@@ -116,6 +145,7 @@ void TextPage::cboTextStyle_Click() {
   if (!zooms) {
     for (QLabel* zoom : lblTextZoom) zoom->setNum(1);
   }
+  ShowZoomState(lblTextZoomStand->text());
 }
 
 // One step of a zoom, within its limits.
@@ -124,6 +154,7 @@ void TextPage::Step(int zoom, int by) {
   const int present = RoundToEven(Val(Caption(caption)));
   const int largest = zoom == ZoomX ? kLargestZoomX : kLargestZoomY;
   if (by < 0 ? present > 1 : present < largest) caption->setNum(present + by);
+  ShowZoomState(lblTextZoomStand->text());
   ShowPreview();
 }
 

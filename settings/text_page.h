@@ -40,6 +40,8 @@ class TextPage : public QWidget, public Receiver {
 
   /// The page is shown: cursor and text mode are read from the Terminal.
   void Shown();
+  /// Another page is shown: what is still to be asked is not asked.
+  void Left() { left_ = true; }
   /// What the Terminal sent unasked.
   void Received(const std::string& characters) override;
   /// The command text of the text mode that the page shows.
@@ -62,7 +64,9 @@ class TextPage : public QWidget, public Receiver {
   CursorSettings Cursor() const;
   TextModeSettings TextMode() const;
   TextStyle PreviewStyle() const;
+  std::optional<Reply> Ask(const Command& query);
   void ShowPreview();
+  void ShowZoomState(const QString& lack);
   void Step(int zoom, int by);
 
   void cmdSetCursor_Click();
@@ -77,6 +81,7 @@ class TextPage : public QWidget, public Receiver {
   void cmdSetFesttext_Click();
 
   Services services_;
+  bool left_ = false;
   QComboBox* cboCursor;
   std::array<QRadioButton*, 2> chkCursor{};
   QLabel* lblCursorSize;
@@ -93,6 +98,7 @@ class TextPage : public QWidget, public Receiver {
   std::array<QComboBox*, 3> cboTextStyle{};
   std::array<QLabel*, 2> lblTextZoom{};
   std::array<UpDown*, 2> ctlUpDown{};
+  QLabel* lblTextZoomStand;
   TextPreview* ctlVorschau;
   QPushButton* cmdSetText;
   QPushButton* cmdGetText;

@@ -148,6 +148,9 @@ QWidget* TextPage::MakeTextStyle() {
     AddRow(form, labels[i], cboTextStyle[i]);
   }
   form->addRow(new QLabel(tr("Zoom:")), MakeZoom());
+  lblTextZoomStand = Named(new QLabel, "lblTextZoomStand");
+  lblTextZoomStand->hide();
+  form->addRow(QString(), lblTextZoomStand);
   cmdSetText = MakeButton("cmdSetText", tr("Te&xtmodus setzen"));
   cmdGetText = MakeButton("cmdGetText", tr("Textmodus lesen"));
   cmdTextClr2 =
@@ -158,22 +161,23 @@ QWidget* TextPage::MakeTextStyle() {
 
 QLayout* TextPage::MakeZoom() {
   auto* row = new QHBoxLayout;
-  const QString axes[] = {tr("X"), tr("Y")};
-  const int largest[] = {kLargestZoomX, kLargestZoomY};
-  for (std::size_t i = 0; i < lblTextZoom.size(); ++i) {
+  const std::array<std::pair<QString, int>, 2> axes{
+      {{tr("X"), kLargestZoomX}, {tr("Y"), kLargestZoomY}}};
+  for (std::size_t i = 0; i < axes.size(); ++i) {
+    const auto& [axis, largest] = axes[i];
     const int index = static_cast<int>(i);
     lblTextZoom[i] = MakeValue("lblTextZoom");
     Named(lblTextZoom[i], ArrayName("lblTextZoom", index));
     lblTextZoom[i]->setNum(1);
     lblTextZoom[i]->setAlignment(Qt::AlignCenter);
     lblTextZoom[i]->setMinimumWidth(fontMetrics().averageCharWidth() * 4);
-    lblTextZoom[i]->setAccessibleName(tr("Zoom %1").arg(axes[i]));
-    ctlUpDown[i] = new UpDown(ArrayName("ctlUpDown", index), tr("Zoom %1").arg(axes[i]));
+    lblTextZoom[i]->setAccessibleName(tr("Zoom %1").arg(axis));
+    ctlUpDown[i] = new UpDown(ArrayName("ctlUpDown", index), tr("Zoom %1").arg(axis));
     RetainSize(ctlUpDown[i]);
-    row->addWidget(new QLabel(axes[i]));
+    row->addWidget(new QLabel(axis));
     row->addWidget(lblTextZoom[i]);
     row->addWidget(ctlUpDown[i]);
-    row->addWidget(new QLabel(tr("1 … %1").arg(largest[i])));
+    row->addWidget(new QLabel(tr("1 … %1").arg(largest)));
     row->addSpacing(fontMetrics().averageCharWidth() * 3);
   }
   row->addStretch();
@@ -183,7 +187,7 @@ QLayout* TextPage::MakeZoom() {
 QWidget* TextPage::MakeText() {
   auto* group = new QGroupBox(tr("Text"));
   txtText = Named(new WireEdit, "txtText");
-  txtText->setMinimumHeight(fontMetrics().lineSpacing() * 3);
+  txtText->setMinimumHeight(fontMetrics().lineSpacing() * 5 / 2);
   ctlVorschau = Named(new TextPreview(services_.fonts), "ctlVorschau");
   cmdSenden = MakeButton("cmdSenden_1", tr("&Text senden"),
                          tr("Setzt den Textmodus und sendet den Text, wie er dasteht."));
@@ -229,15 +233,15 @@ QWidget* TextPage::MakeFixedText() {
 
 void TextPage::ConnectControls() {
   Operator& person = services_.person;
-  OnClick(cmdSetCursor, this, person, &TextPage::cmdSetCursor_Click);
-  OnClick(cmdSetCursorHome, this, person, &TextPage::cmdSetCursorHome_Click);
-  OnClick(cmdGetCursor, this, person, &TextPage::cmdGetCursor_Click);
-  OnClick(cmdSetText, this, person, &TextPage::cmdSetText_Click);
-  OnClick(cmdGetText, this, person, &TextPage::cmdGetText_Click);
-  OnClick(cmdTextClear, this, person, &TextPage::cmdTextClear_Click);
-  OnClick(cmdTextClr2, this, person, &TextPage::cmdTextClear_Click);
-  OnClick(cmdSenden, this, person, &TextPage::cmdSenden_Click);
-  OnClick(cmdSetFesttext, this, person, &TextPage::cmdSetFesttext_Click);
+  OnSend(cmdSetCursor, this, person, &TextPage::cmdSetCursor_Click);
+  OnSend(cmdSetCursorHome, this, person, &TextPage::cmdSetCursorHome_Click);
+  OnSend(cmdGetCursor, this, person, &TextPage::cmdGetCursor_Click);
+  OnSend(cmdSetText, this, person, &TextPage::cmdSetText_Click);
+  OnSend(cmdGetText, this, person, &TextPage::cmdGetText_Click);
+  OnSend(cmdTextClear, this, person, &TextPage::cmdTextClear_Click);
+  OnSend(cmdTextClr2, this, person, &TextPage::cmdTextClear_Click);
+  OnSend(cmdSenden, this, person, &TextPage::cmdSenden_Click);
+  OnSend(cmdSetFesttext, this, person, &TextPage::cmdSetFesttext_Click);
 }
 
 void TextPage::ConnectLists() {

@@ -1,6 +1,5 @@
 #include "settings/text_preview.h"
 
-#include <QEvent>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
@@ -21,7 +20,10 @@ std::string TakeRow(std::string_view& rest) {
   return row;
 }
 
-QImage Image(const PixelMap& map, QRgb set, QRgb unset) {
+// The Terminal's display has its own colours, whatever the desktop's are.
+QImage Image(const PixelMap& map) {
+  constexpr QRgb set = qRgb(0, 0, 0);
+  constexpr QRgb unset = qRgb(255, 255, 255);
   QImage image(map.Width(), map.Height(), QImage::Format_RGB32);
   for (int y = 0; y < map.Height(); ++y) {
     auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -34,7 +36,7 @@ QImage Image(const PixelMap& map, QRgb set, QRgb unset) {
 
 TextPreview::TextPreview(const DeviceFonts& fonts, QWidget* parent)
     : QWidget(parent), fonts_(fonts), text_(kExample) {
-  setMinimumHeight(fontMetrics().lineSpacing() * 4);
+  setMinimumHeight(fontMetrics().lineSpacing() * 5 / 2);
   setAccessibleName(tr("Vorschau"));
 }
 
@@ -75,16 +77,9 @@ PixelMap TextPreview::Picture(int width, int height) const {
 
 void TextPreview::paintEvent(QPaintEvent*) {
   const int scale = Scale();
-  const PixelMap map = Picture(std::max(width() / scale, 1), std::max(height() / scale, 1));
+  const PixelMap map = Picture(width() / scale + 1, height() / scale + 1);
   QPainter painter(this);
-  painter.drawImage(
-      QRect(0, 0, map.Width() * scale, map.Height() * scale),
-      Image(map, palette().color(QPalette::Text).rgb(), palette().color(QPalette::Base).rgb()));
-}
-
-void TextPreview::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange) update();
-  QWidget::changeEvent(event);
+  painter.drawImage(QRect(0, 0, map.Width() * scale, map.Height() * scale), Image(map));
 }
 
 }  // namespace kelvo

@@ -21,7 +21,6 @@ class TextPreview : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void changeEvent(QEvent* event) override;
 
  private:
   PixelMap Picture(int width, int height) const;

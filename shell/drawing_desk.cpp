@@ -3,17 +3,17 @@
 #include <stdexcept>
 
 #include "base/val.h"
-#include "graphics/draft.h"
+#include "base/wire_text.h"
 #include "graphics/save_bitmap.h"
 #include "link/commands.h"
 #include "terminal/eeprom.h"
 #include "terminal/version.h"
+#include "widgets/files.h"
 
 namespace kelvo {
 namespace {
 
 constexpr char kTextFilter[] = "Text (txt) |*.txt";
-constexpr char kDraftName[] = "/kelvo.entwurf";
 
 QSize DisplaySize(const Recordset& defaults) {
   return {RoundToEven(defaults.Number("displayx")), RoundToEven(defaults.Number("displayy"))};
@@ -22,14 +22,30 @@ QSize DisplaySize(const Recordset& defaults) {
 }  // namespace
 
 void SaveasText(const std::string& text, const std::string& fileName) {
-  if (WriteFile(fileName, text + "\r\n")) return;
-  throw std::runtime_error("Die Datei \"" + fileName + "\" kann nicht geschrieben werden");
+  const auto reason = WriteFile(fileName, text + "\r\n");
+  if (!reason) return;
+  throw std::runtime_error("Die Datei \"" + fileName +
+                           "\" kann nicht geschrieben werden: " + *reason);
+}
+
+std::vector<GraphicsHost::StoredText> StoredTexts(Database& database) {
+  std::vector<GraphicsHost::StoredText> texts;
+  for (const bool isDrawing : {true, false}) {
+    Recordset records(database, std::string("select * from Makro where typ = ") +
+                                    (isDrawing ? "'Grafik'" : "'Makro'"));
+    for (; !records.Eof(); records.MoveNext()) {
+      auto commands = WireText(records.Text("wert").value_or(""));
+      if (!commands) continue;
+      texts.push_back({records.Text("Bezeichnung").value_or(""), std::move(*commands), isDrawing});
+    }
+  }
+  return texts;
 }
 
 DrawingDesk::DrawingDesk(Services services)
     : services_(std::move(services)),
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
-              DisplaySize(services_.defaults), services_.outside.folders.data + kDraftName),
+              DisplaySize(services_.defaults), services_.draftPath),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
 
 TerminalTraits DrawingDesk::Terminal() const {
@@ -44,20 +60,22 @@ TerminalTraits DrawingDesk::Terminal() const {
   return traits;
 }
 
-void DrawingDesk::Send() {
+bool DrawingDesk::Send() {
   SerialPort& com1 = services_.outside.com1;
-  if (!com1.IsOpen()) return Q_EMIT PortWanted();
-  Q_EMIT Sending(true);
+  if (!services_.outside.person.MayTalk()) return false;
+  Q_EMIT SendShown(true);
   services_.outside.loop.ProcessPending();
   if (com1.IsOpen()) com1.Write(ClearDisplay().Text());
   const std::string commands = editor_.CreatePic();
   if (com1.IsOpen()) com1.Write(commands);
-  Q_EMIT Sending(false);
+  Q_EMIT SendShown(false);
+  return true;
 }
 
 void DrawingDesk::NewDrawing() {
   if (!editor_.MayDiscard()) return;
   SerialPort& com1 = services_.outside.com1;
+  if (com1.IsOpen() && !services_.outside.person.MayTalk()) return;
   if (com1.IsOpen()) com1.Write(Sequence({ClearDisplay(), CursorOffForDrawing()}));
   editor_.Clear();
 }

@@ -20,6 +20,9 @@ namespace kelvo {
 /// std::runtime_error when that fails, and leaves an old file as it was then.
 void SaveasText(const std::string& text, const std::string& fileName);
 
+/// What the records of typ "Grafik" and "Makro" hold, as far as it can go on the wire.
+std::vector<GraphicsHost::StoredText> StoredTexts(Database& database);
+
 /// The graphics editor's place in the program: its drawing goes to the Terminal, into the records
 /// and into files.
 class DrawingDesk : public QObject, private GraphicsHost {
@@ -35,7 +38,9 @@ class DrawingDesk : public QObject, private GraphicsHost {
     Recordset& defaults;                                       ///< `Default`
     std::function<int()> baudRate;                             ///< of the open port, bit/s
     std::function<bool(const std::string& text)> saveAsMakro;  ///< typ "Grafik"
+    std::function<std::vector<StoredText>()> storedTexts;      ///< typ "Grafik", then "Makro"
     std::function<bool()> fensterMitZoomen;                    ///< the option, as it is now
+    std::string draftPath;                                     ///< of the drawing
   };
   explicit DrawingDesk(Services services);
 
@@ -44,7 +49,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
 
   /// The drawing send: writes to the open port directly, without acknowledge and in one piece, or
   /// asks for one.
-  void Send() override;
+  bool Send() override;
   /// Clears the Terminal's display and, unless the operator keeps an unsaved one, the drawing.
   void NewDrawing() override;
   void SaveAsMakro() override;
@@ -55,15 +60,18 @@ class DrawingDesk : public QObject, private GraphicsHost {
 
  Q_SIGNALS:
   /// The drawing is on its way (true) or has been handed to the line.
-  void Sending(bool on);
-  /// The port is closed: the operator is to be told, and to open one.
-  void PortWanted();
+  void SendShown(bool on);
 
  private:
-  bool CanSend() const override { return services_.outside.com1.IsOpen(); }
+  bool CanSend() const override {
+    return services_.outside.com1.IsOpen() && !Sending() &&
+           !services_.outside.person.Begun().HandlersRun();
+  }
+  bool Sending() const override { return services_.outside.com1.OutBufferCount() > 0; }
   int BitsPerSecond() const override { return services_.baudRate(); }
   TerminalTraits Terminal() const override;
   bool FensterMitZoomen() const override { return services_.fensterMitZoomen(); }
+  std::vector<StoredText> StoredTexts() const override { return services_.storedTexts(); }
 
   Services services_;
   frmGrafik editor_;

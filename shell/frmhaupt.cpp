@@ -1,7 +1,6 @@
 #include "shell/frmhaupt.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -9,6 +8,8 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <filesystem>
 
 #include "base/guard.h"
 #include "help/help_desk.h"
@@ -20,7 +21,9 @@
 #include "shell/welcome_page.h"
 #include "store/data_folder.h"
 #include "widgets/form.h"
+#include "widgets/handlers.h"
 #include "widgets/name_list.h"
+#include "widgets/scrolled_page.h"
 
 namespace kelvo {
 namespace {
@@ -29,28 +32,26 @@ constexpr char kHelpName[] = "/kelvo.hlp";
 constexpr char kFontFolder[] = "/fonts";
 constexpr int kHintMilliseconds = 8000;
 
-std::string JoinNames(const std::vector<std::string>& names) {
-  std::string joined;
-  for (const std::string& name : names) joined += (joined.empty() ? "\"" : ", \"") + name + "\"";
-  return joined;
-}
-
 }  // namespace
 
 frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
+      slot_(outside_.folders.data),
       data_(outside_.folders.data + "/" + kDatabaseFile),
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
+      line_(outside_.com1, exchange_),
       receive_(outside_.com1, exchange_),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
-  // A font that is missing draws nothing.
-  fonts_.Load(outside_.folders.program + kFontFolder);
+  missingFonts_ = fonts_.Load(outside_.folders.program + kFontFolder);
   MakePages();
+  const auto editors = Records();
+  drafts_.emplace(slot_.File("entwuerfe"),
+                  std::vector<RecordEditorBase*>(editors.begin(), editors.end()), outside_.person);
   MakeBus();
   MakeFrame();
   MakeMenus();
@@ -95,11 +96,11 @@ void frmhaupt::MakeDrawingDesk() {
                             [this](const std::string& text) {
                               return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
                             },
-                            [this] { return FensterMitZoomen_; }});
-  connect(desk_.get(), &DrawingDesk::PortWanted, this, &frmhaupt::AskForPort);
-  connect(desk_.get(), &DrawingDesk::Sending, this, [this](bool on) {
+                            [this] { return StoredTexts(data_.database); },
+                            [this] { return FensterMitZoomen_; }, slot_.File("entwurf")});
+  connect(desk_.get(), &DrawingDesk::SendShown, this, [this](bool on) {
     ctlSendeanzeige->setText(on ? tr("●") : tr("○"));
-    statusDisplay_->WatchLine();
+    if (!on) statusDisplay_->WatchDrawing();
   });
   connect(&desk_->Editor(), &frmGrafik::FileUsed, this, [this](const QString& path) {
     memory_.NoteFile(path);
@@ -117,7 +118,6 @@ void frmhaupt::MakeKeyboardPages() {
   };
   connect(at_, &AtPage::Hint, this, showHint);
   connect(matrix_, &MatrixPage::Hint, this, showHint);
-  connect(at_, &AtPage::PortWanted, this, &frmhaupt::AskForPort);
 }
 
 void frmhaupt::MakeBus() {
@@ -129,10 +129,8 @@ void frmhaupt::MakeBus() {
   connect(terminals_, &SearchPage::AddressChosen, this,
           [this](int address) { ctlUpDownAdrDovu->setValue(address); });
   connect(terminals_, &SearchPage::SendRequested, dovu_, &frmDovu::Open);
-  connect(terminals_, &SearchPage::PortWanted, this, &frmhaupt::AskForPort);
   connect(terminals_, &SearchPage::SearchingChanged, this,
           [this] { mnuDovuSenden->setEnabled(!terminals_->Searching()); });
-  connect(dovu_, &frmDovu::PortWanted, this, &frmhaupt::AskForPort);
 }
 
 void frmhaupt::MakeFrame() {
@@ -146,11 +144,14 @@ void frmhaupt::MakeFrame() {
   setCentralWidget(centre);
   statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
   setStatusBar(statusDisplay_);
+  connect(statusDisplay_, &StatusDisplay::StopWanted, this, [this] {
+    if (outside_.com1.IsOpen()) outside_.com1.DiscardOutput();
+  });
   ctlSendeanzeige = Named(new QLabel(tr("○")), "ctlSendeanzeige");
   ctlSendeanzeige->setToolTip(tr("Gefüllt, während eine Zeichnung gesendet wird"));
   ctlSendeanzeige->setAccessibleName(ctlSendeanzeige->toolTip());
   statusDisplay_->addPermanentWidget(ctlSendeanzeige);
-  traffic_ = new TrafficView(outside_.com1, outside_.person, this);
+  traffic_ = new TrafficView(line_, outside_.person, this);
   portDialog_ = new PortDialog(
       outside_, data_.Anschluss,
       [this](const std::string& device) { return DescribeDevice(device); }, this);
@@ -169,7 +170,7 @@ void frmhaupt::MakeTabs() {
        {"Makros", macros_},
        {"Willkommen", new WelcomePage},
        {"Terminals", terminals_}}};
-  for (const auto& [title, page] : pages) cmdTab->addTab(page, QString::fromUtf8(title));
+  for (const auto& [title, page] : pages) cmdTab->addTab(new ScrolledPage(page), tr(title));
 }
 
 // A slim strip at the top edge: which Terminal of the bus listens.
@@ -187,12 +188,15 @@ QWidget* frmhaupt::MakeAddressStrip() {
   row->addWidget(new QLabel(tr("0 … 255")));
   row->addWidget(cmdDovuAktivieren);
   row->addStretch();
-  connect(cmdDovuAktivieren, &QPushButton::clicked, this,
-          [this] { Guard("cmdDovuAktivieren", &frmhaupt::cmdDovuAktivieren_Click); });
+  OnSend(cmdDovuAktivieren, this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
   return strip;
 }
 
 void frmhaupt::ConnectLink() {
+  outside_.person.SetPort([this] { return outside_.com1.IsOpen(); }, [this] { AskForPort(); });
+  outside_.person.Begun().SetIdleListener([this] {
+    if (pageWaits_) QMetaObject::invokeMethod(this, &frmhaupt::AskForPage, Qt::QueuedConnection);
+  });
   outside_.com1.SetReceiveHandler(
       [this] { Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); }); });
   outside_.com1.SetLostHandler([this] { com1_Lost(); });
@@ -225,8 +229,14 @@ void frmhaupt::ShowFirstTab() { SetTab(FirstRun() ? Tab::Welcome : Tab::Drawing)
 
 void frmhaupt::NoteFirstRunIsOver() {
   if (data_.database.ReadOnly()) return;  // said at the first paint, once
+  StoreOption("FirstRun", false);
+}
+
+// Another program may have stored another option since.
+void frmhaupt::StoreOption(const char* field, bool on) {
+  data_.Optionen.Refresh();
   data_.Optionen.Edit();
-  data_.Optionen.Set("FirstRun", std::int64_t{0});
+  data_.Optionen.Set(field, std::int64_t{on});
   data_.Optionen.Update();
 }
 
@@ -252,52 +262,33 @@ void frmhaupt::FirstPaint() {
                                 "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
                             Icon::Exclamation);
   }
+  TellOfMissingFonts();
+  TellOfFirstProgram();
+  TakeLeftDrawing();
   desk_->Editor().OfferDraft();
+  Guarded(outside_.person, "Form_Paint", [this] { drafts_->Offer(slot_.LeftBehind("entwuerfe")); });
   Q_EMIT Loaded();
 }
 
-void frmhaupt::closeEvent(QCloseEvent* event) {
-  const std::vector<std::string> drafts = DraftNames();
-  if (!drafts.empty() && !outside_.loop.Closing() &&
-      !outside_.person.Ask(
-          "Nicht gespeicherte Änderungen: " + JoinNames(drafts) + ". Trotzdem beenden ?",
-          Icon::Question)) {
-    return event->ignore();
+// A drawing that a program has left behind which died is offered as this one's own.
+void frmhaupt::TakeLeftDrawing() {
+  const std::vector<std::string> left = slot_.LeftBehind("entwurf");
+  const std::string own = slot_.File("entwurf");
+  if (left.empty() || std::filesystem::exists(own)) return;
+  std::error_code ignored;
+  std::filesystem::rename(left.front(), own, ignored);
+}
+
+void frmhaupt::TellOfMissingFonts() {
+  if (missingFonts_.empty()) return;
+  std::string numbers;
+  for (const int font : missingFonts_) {
+    numbers += (numbers.empty() ? "" : ", ") + std::to_string(font);
   }
-  if (!outside_.loop.Closing() && !desk_->Editor().MayEnd()) return event->ignore();
-  event->accept();
-  for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
-  if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
-  if (outside_.com1.IsOpen()) outside_.com1.Close();
-  desk_->Editor().SetAutomaticSend(false);
-  desk_->Editor().hide();
-  traffic_->hide();
-  dovu_->hide();
-  help_->Close();
-  Q_EMIT Unloaded();
-}
-
-std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
-  return {this, &desk_->Editor(), dovu_, traffic_};
-}
-
-void frmhaupt::RestoreWindows() {
-  for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
-  connect(help_.get(), &HelpDesk::WindowMade, this,
-          [this](QWidget& window) { memory_.Restore(window); });
-}
-
-std::array<RecordEditorBase*, 3> frmhaupt::Records() const {
-  return {&macros_->Records(), &matrix_->Records(), &at_->Records()};
-}
-
-std::vector<std::string> frmhaupt::DraftNames() const {
-  std::vector<std::string> names;
-  for (const RecordEditorBase* const records : Records()) {
-    const std::vector<std::string> some = records->DraftNames();
-    names.insert(names.end(), some.begin(), some.end());
-  }
-  return names;
+  outside_.person.Message("Im Ordner \"" + outside_.folders.program + kFontFolder +
+                              "\" fehlen Schriften des Terminals oder sind beschädigt: " + numbers +
+                              ". Texte in diesen Schriften zeigt kelvo nicht; gesendet werden sie.",
+                          Icon::Exclamation);
 }
 
 void frmhaupt::Guard(const char* routine, void (frmhaupt::*handler)()) {
@@ -320,19 +311,32 @@ QString frmhaupt::ShownChapter() const {
 
 void frmhaupt::cmdTab_Click() {
   const Tab tab = ShownTab();
-  receive_.SetFront(dynamic_cast<Receiver*>(cmdTab->currentWidget()));
+  receive_.SetFront(dynamic_cast<Receiver*>(ShownPage()));
   EnableToolbar();
-  desk_->Editor().SetAutomaticSend(tab == Tab::Drawing && SofortSenden_);
+  // It goes on while another page is in front.
+  if (tab == Tab::Drawing) desk_->Editor().SetAutomaticSend(SofortSenden_);
   Guarded(outside_.person, "cmdTab", [this, tab] {
     if (tab == Tab::Drawing) desk_->Page()->ShowDrawing();
     if (tab != Tab::AtKeyboard) at_->Left();
+    if (tab != Tab::Text) text_->Left();
     if (tab == Tab::Interfaces) interfaces_->Refresh();
-    if (tab == Tab::Text) text_->Shown();
-    if (tab == Tab::Status) status_->Shown();
     if (tab == Tab::AtKeyboard) at_->Shown();
     if (tab == Tab::MatrixKeyboard) matrix_->Shown();
-    if (tab == Tab::Macros) macros_->ShowFreeBytes();
+    if (tab == Tab::Macros) macros_->Shown();
     if (tab == Tab::Terminals) terminals_->Refresh();
+  });
+  AskForPage();
+}
+
+// What a page asks the Terminal when it is shown waits until nothing else is being asked: the
+// answers to both would get mixed up.
+void frmhaupt::AskForPage() {
+  pageWaits_ = outside_.person.Begun().HandlersRun();
+  if (pageWaits_) return;
+  const Undertakings::Talking talking(outside_.person.Begun());
+  Guarded(outside_.person, "cmdTab", [this] {
+    if (ShownTab() == Tab::Text) text_->Shown();
+    if (ShownTab() == Tab::Status) status_->Shown();
   });
 }
 

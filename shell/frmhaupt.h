@@ -16,6 +16,7 @@
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
 #include "link/exchange.h"
+#include "link/line_watch.h"
 #include "link/receive_events.h"
 #include "settings/eeprom_page.h"
 #include "settings/macro_page.h"
@@ -23,6 +24,8 @@
 #include "settings/text_page.h"
 #include "shell/outside.h"
 #include "shell/program_data.h"
+#include "shell/program_slot.h"
+#include "shell/record_drafts.h"
 #include "shell/tabs.h"
 #include "shell/window_memory.h"
 #include "terminal/terminal_state.h"
@@ -51,6 +54,9 @@ class frmhaupt : public QMainWindow {
   explicit frmhaupt(Outside outside);
   ~frmhaupt() override;
 
+  /// What is kept from run to run of where things were.
+  WindowMemory& Memory() { return memory_; }
+
  Q_SIGNALS:
   /// The window is seen for the first time; messages may follow.
   void FirstSeen();
@@ -76,6 +82,7 @@ class frmhaupt : public QMainWindow {
   bool FirstRun() const;
   void ShowFirstTab();
   void NoteFirstRunIsOver();
+  void StoreOption(const char* field, bool on);
   void FirstPaint();
   void ConnectLink();
 
@@ -90,6 +97,7 @@ class frmhaupt : public QMainWindow {
   void MakeHelpMenu();
   void MakeToolbar();
   void ShowRecentFiles();
+  void ShowLatestDeed();
   void ShowPageActions();
   void RestoreWindows();
   std::array<QWidget*, 4> RememberedWindows();
@@ -105,6 +113,7 @@ class frmhaupt : public QMainWindow {
     std::optional<Tab> tab;
     const char* routine;  ///< named when it fails
     void (*run)(frmhaupt& window);
+    bool sends = false;
   };
   static std::span<const Command> Commands();
   static const Command* CommandOf(int button, Tab tab);
@@ -112,16 +121,23 @@ class frmhaupt : public QMainWindow {
   void Guard(const char* routine, void (frmhaupt::*handler)());
   void SetTab(Tab tab);
   Tab ShownTab() const;
+  QWidget* ShownPage() const;
   QString ShownChapter() const;
   std::array<RecordEditorBase*, 3> Records() const;
   std::vector<std::string> DraftNames() const;
+  bool MayEnd();
+  void TellOfFirstProgram();
+  void TellOfMissingFonts();
+  void TakeLeftDrawing();
 
   void cmdTab_Click();
+  void AskForPage();
   void cmdToolbar_Click(int index);
   void ResetAll();
   void SaveAsMakro(const std::optional<std::string>& text);
   void cmdDovuAktivieren_Click();
   void mnuDateiZuletzt_Click(int index);
+  void mnuBearbeitenRueckgaengig_Click();
   void mnuDovuSenden_Click();
   void AskForPort();
   void mnuOptionenSofortSenden_Click();
@@ -141,13 +157,18 @@ class frmhaupt : public QMainWindow {
 
   Outside outside_;
   PortControl portControl_;  // FormLoading is true from here to the first paint
+  ProgramSlot slot_;
   ProgramData data_;
   WindowMemory memory_;
   Exchange exchange_;
+  LineWatch line_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
+  std::vector<int> missingFonts_;
 
+  std::optional<RecordDrafts> drafts_;
+  bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
 
@@ -172,6 +193,7 @@ class frmhaupt : public QMainWindow {
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;
   QAction* mnuDovuSenden = nullptr;
+  QAction* mnuBearbeitenRueckgaengig = nullptr;
   QMenu* mnuDateiZuletzt = nullptr;
   QMenu* mnuAktionen = nullptr;
   std::map<int, QToolButton*> cmdToolbar;

@@ -2,6 +2,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -16,6 +19,7 @@
 #include "shell/port_dialog.h"
 #include "shell/traffic_view.h"
 #include "widgets/form.h"
+#include "widgets/handlers.h"
 #include "widgets/name_list.h"
 #include "widgets/symbol.h"
 
@@ -39,16 +43,17 @@ constexpr int kButtonDelete = 12;
 std::span<const frmhaupt::Command> frmhaupt::Commands() {
   using enum Tab;
   static constexpr Command commands[] = {
-      {kButtonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }},
+      {kButtonReset, {}, "cmdToolbar", [](frmhaupt& w) { w.ResetAll(); }, true},
       {kButtonBitmapToEEprom,
        {},
        "SaveBMPinEEProm",
-       [](frmhaupt& w) { w.desk_->SaveBMPinEEProm(); }},
+       [](frmhaupt& w) { w.desk_->SaveBMPinEEProm(); },
+       true},
       {kButtonSaveAsText, Drawing, "SaveasText", [](frmhaupt& w) { w.desk_->SaveAsText(); }},
       {kButtonNew, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->NewDrawing(); }},
       {kButtonLoad, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().LoadDrawing(); }},
       {kButtonSave, Drawing, "cmdToolbar", [](frmhaupt& w) { w.desk_->Editor().SaveDrawing(); }},
-      {kButtonSend, Drawing, "send", [](frmhaupt& w) { w.desk_->Send(); }},
+      {kButtonSend, Drawing, "send", [](frmhaupt& w) { w.desk_->Send(); }, true},
       {kButtonSaveAsMakro, Drawing, "SaveMakro", [](frmhaupt& w) { w.desk_->SaveAsMakro(); }},
       {kButtonDelete, Drawing, "cmdToolbar",
        [](frmhaupt& w) { w.desk_->Editor().DeleteSelection(); }},
@@ -62,7 +67,7 @@ std::span<const frmhaupt::Command> frmhaupt::Commands() {
        [](frmhaupt& w) { w.SaveAsMakro(w.text_->TextModeCommand()); }},
       {kButtonSaveAsMakro, AtKeyboard, "SaveMakro",
        [](frmhaupt& w) {
-         w.at_->EndLearningAndTyping();
+         w.at_->StopLearning();
          w.SaveAsMakro(w.at_->ShownTable());
        }},
       {kButtonSaveAsMakro, MatrixKeyboard, "SaveMakro",
@@ -133,11 +138,24 @@ void frmhaupt::MakeEditMenu() {
   mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"),
                             QKeySequence(tr("Shift+F9")), &frmhaupt::mnuDovuSenden_Click);
   edit->addSeparator();
+  mnuBearbeitenRueckgaengig = AddAction(edit, "mnuBearbeitenRueckgaengig", {}, QKeySequence::Undo,
+                                        &frmhaupt::mnuBearbeitenRueckgaengig_Click);
+  outside_.person.Done().SetListener([this] { ShowLatestDeed(); });
+  ShowLatestDeed();
   AddToolbarAction(edit, "mnuBearbeitenloeschen", tr("&Löschen …"),
                    QKeySequence(tr("Ctrl+Shift+Del")), kButtonDelete);
   edit->addSeparator();
   AddToolbarAction(edit, "mnuBearbeitenReset", tr("Alle Terminals &neu starten"), {}, kButtonReset);
 }
+
+void frmhaupt::ShowLatestDeed() {
+  const QString deed = QString::fromStdString(outside_.person.Done().Latest());
+  mnuBearbeitenRueckgaengig->setText(deed.isEmpty() ? tr("&Rückgängig")
+                                                    : tr("&Rückgängig: %1").arg(deed));
+  mnuBearbeitenRueckgaengig->setEnabled(!deed.isEmpty());
+}
+
+void frmhaupt::mnuBearbeitenRueckgaengig_Click() { outside_.person.Done().Undo(); }
 
 void frmhaupt::MakeRecentMenu(QMenu* file) {
   mnuDateiZuletzt = Named(file->addMenu(tr("&Zuletzt verwendet")), "mnuDateiZuletzt");
@@ -182,9 +200,13 @@ void frmhaupt::MakePageMenu() {
   connect(mnuAktionen, &QMenu::aboutToShow, this, &frmhaupt::ShowPageActions);
 }
 
+QWidget* frmhaupt::ShownPage() const {
+  return static_cast<const QScrollArea*>(cmdTab->currentWidget())->widget();
+}
+
 void frmhaupt::ShowPageActions() {
   mnuAktionen->clear();
-  QWidget* const page = cmdTab->currentWidget();
+  QWidget* const page = ShownPage();
   for (QPushButton* const button : page->findChildren<QPushButton*>()) {
     if (!button->isVisibleTo(page)) continue;
     QAction* const action = mnuAktionen->addAction(button->text(), button, &QPushButton::click);
@@ -278,8 +300,10 @@ void frmhaupt::MakeToolbar() {
     bar->addWidget(tool);
     cmdToolbar[button.index] = tool;
   }
-  // Wide enough that every button is seen.
-  resize(std::max(sizeHint().width(), bar->sizeHint().width()), sizeHint().height());
+  // Wide enough that every button is seen, where the screen is; its title is seen, too.
+  const QSize room =
+      screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+  resize(sizeHint().expandedTo(bar->sizeHint()).boundedTo(room));
 }
 
 void frmhaupt::EnableToolbar() {
@@ -294,7 +318,15 @@ void frmhaupt::EnableToolbar() {
 
 void frmhaupt::cmdToolbar_Click(int index) {
   const Command* const command = CommandOf(index, ShownTab());
-  if (command == nullptr) return;
+  if (command == nullptr || !FinishEditing()) return;
+  if (!command->sends) {
+    return Guarded(outside_.person, command->routine, [&] { command->run(*this); });
+  }
+  if (!outside_.person.MayTalk()) return;
+  if (TalkLater(outside_.person, cmdToolbar[index], [this, index] { cmdToolbar_Click(index); })) {
+    return;
+  }
+  const Undertakings::Talking talking(outside_.person.Begun());
   Guarded(outside_.person, command->routine, [&] { command->run(*this); });
 }
 
@@ -314,17 +346,15 @@ void frmhaupt::ResetAll() {
 
 void frmhaupt::mnuOptionenSofortSenden_Click() {
   SofortSenden_ = mnuOptionenSofortSenden->isChecked();
-  data_.Optionen.Edit();
-  data_.Optionen.Set("sofortsenden", std::int64_t{SofortSenden_});
-  data_.Optionen.Update();
-  desk_->Editor().SetAutomaticSend(SofortSenden_ && ShownTab() == Tab::Drawing);
+  StoreOption("sofortsenden", SofortSenden_);
+  if (!SofortSenden_ || ShownTab() == Tab::Drawing) {
+    desk_->Editor().SetAutomaticSend(SofortSenden_);
+  }
 }
 
 void frmhaupt::mnuOptionenZoom_Click() {
   FensterMitZoomen_ = mnuOptionenZoom->isChecked();
-  data_.Optionen.Edit();
-  data_.Optionen.Set("FensterMitZoomen", std::int64_t{FensterMitZoomen_});
-  data_.Optionen.Update();
+  StoreOption("FensterMitZoomen", FensterMitZoomen_);
 }
 
 void frmhaupt::mnuOptionenAnschluesse_Click() {

@@ -6,16 +6,20 @@
 
 namespace kelvo {
 
-std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(Folders folders) {
+std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(const Folders& folders) {
   TakeDeliveredDatabase(folders.program, folders.data);
   const auto setDevices = [this](QtSerialPort::DeviceOf deviceOf) {
     com1.SetDevices(std::move(deviceOf));
   };
   auto window = std::make_unique<frmhaupt>(OutsideOf(
-      *this, person, std::move(folders),
+      *this, person, folders,
       {.ports = MachinePorts, .describeDevice = DescribeDevice, .setDevices = setDevices}));
   person.SetWindow(window.get());
-  QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [this] { loop.Close(); });
+  person.SetFolder(window->Memory().Folder());
+  QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [this, main = window.get()] {
+    main->Memory().NoteFolder(person.Folder());
+    loop.Close();
+  });
   return window;
 }
 

@@ -18,7 +18,7 @@ struct LiveWorld : LinkWorld<QtEventLoop, QtTimer, QtSerialPort> {
 
   /// Builds the main window over it; its closing ends every wait. Takes the delivered database at
   /// the first start. Throws std::exception with a German text when the database cannot be used.
-  std::unique_ptr<frmhaupt> MakeMainWindow(Folders folders);
+  std::unique_ptr<frmhaupt> MakeMainWindow(const Folders& folders);
 };
 
 }  // namespace kelvo

@@ -19,7 +19,7 @@ std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(kelvo::LiveWorld& world) {
   try {
     return world.MakeMainWindow({.program = program, .data = kelvo::DataFolder(program)});
   } catch (const std::exception& error) {
-    world.person.Message(error.what(), kelvo::Icon::Exclamation, {});
+    world.person.Message(error.what(), kelvo::Icon::Exclamation, {}, {});
     return nullptr;
   }
 }

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "base/event_loop.h"
@@ -43,16 +42,16 @@ struct Outside {
 
 /// The one way to put it together, over a world of whatever kind.
 template <typename Loop, typename Tick, typename Port>
-Outside OutsideOf(LinkWorld<Loop, Tick, Port>& world, Operator& person, Folders folders,
-                  Machine machine = {}) {
+Outside OutsideOf(LinkWorld<Loop, Tick, Port>& world, Operator& person, const Folders& folders,
+                  const Machine& machine = {}) {
   return {.com1 = world.com1,
           .loop = world.loop,
           .tmrTimeout = world.tmrTimeout,
           .tmrRS485 = world.tmrRS485,
           .tmrSofort = world.tmrSofort,
           .person = person,
-          .folders = std::move(folders),
-          .machine = std::move(machine)};
+          .folders = folders,
+          .machine = machine};
 }
 
 }  // namespace kelvo

@@ -3,10 +3,15 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QInputDialog>
-#include <QMainWindow>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
+
+#include "widgets/form.h"
 
 namespace kelvo {
 namespace {
@@ -29,46 +34,75 @@ QMessageBox::Icon BoxIcon(Icon icon) {
   return QMessageBox::NoIcon;
 }
 
-// A long line without blanks, such as a table's codes, would leave the screen; it may be broken
-// behind its commas.
-QString Breakable(const QString& text) {
-  constexpr qsizetype longestLine = 80;
-  QString breakable = text;
-  if (text.size() > longestLine && !text.contains(u' ')) {
-    breakable.replace(QStringLiteral(","), QStringLiteral(",\u200B"));
-  }
-  return breakable;
+// A text that would leave the screen, for its many lines or for a line that cannot be broken
+// between words, such as a table's codes.
+bool NeedsField(const QString& text) {
+  static const QRegularExpression longWord(QStringLiteral("\\S{81}"));
+  constexpr qsizetype mostCharacters = 1500;
+  constexpr qsizetype mostLines = 25;
+  return text.size() > mostCharacters || text.count(u'\n') > mostLines || text.contains(longWord);
+}
+
+// In place of the box's label: wraps where it has to, scrolls, and adds no character.
+void ShowInField(QMessageBox& box, const QString& text) {
+  auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+  if (label == nullptr || grid == nullptr) return;
+  auto* field = Named(new QPlainTextEdit(text), "txtMeldung");
+  field->setReadOnly(true);
+  field->setTabChangesFocus(true);
+  field->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  field->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  field->setAccessibleName(box.windowTitle());
+  const QFontMetrics metrics = field->fontMetrics();
+  field->setFixedSize(metrics.averageCharWidth() * 80, metrics.lineSpacing() * 12);
+  delete grid->replaceWidget(label, field);
+  label->hide();
 }
 
 void Fill(QMessageBox& box, const std::string& text, Icon icon, const std::string& title) {
   box.setWindowTitle(Title(title));
   box.setIcon(BoxIcon(icon));
   box.setTextFormat(Qt::PlainText);
-  box.setText(Breakable(QString::fromStdString(text)));
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.setText(QString::fromStdString(text));
+  if (NeedsField(box.text())) ShowInField(box, box.text());
 }
 
-// "Text (txt) |*.txt" as Qt's dialogs want it: "Text (txt) (*.txt)".
+// "Text (txt) |*.txt" as Qt's dialogs want it: "Text (txt) (*.txt)"; further pairs behind another
+// bar are further choices.
 QString DialogFilter(const std::string& filter) {
-  const QString text = QString::fromStdString(filter);
-  return text.section(u'|', 0, 0).trimmed() + QStringLiteral(" (") + text.section(u'|', 1) + u')';
+  const QStringList parts = QString::fromStdString(filter).split(u'|');
+  QStringList choices;
+  for (qsizetype i = 1; i < parts.size(); i += 2) {
+    choices << QStringLiteral("%1 (%2)").arg(parts[i - 1].trimmed(), parts[i]);
+  }
+  return choices.join(QStringLiteral(";;"));
 }
 
-std::optional<std::string> FileName(const QString& name) {
-  return name.isEmpty() ? std::nullopt : std::optional(name.toStdString());
+// Neither a box that goes when it has been read nor a window that only shows progress.
+bool Stays(const QWidget& window) {
+  return qobject_cast<const QMessageBox*>(&window) == nullptr && window.windowType() != Qt::Tool;
 }
 
 }  // namespace
 
-// A box comes up over the window that it is about: the editor's over the editor.
+// What is asked comes up over the window that it is about: the editor's over the editor, a dialog's
+// over the dialog. Another box is none, because it goes when it has been read.
 QWidget* QtOperator::Owner() const {
-  auto* const active = qobject_cast<QMainWindow*>(QApplication::activeWindow());
+  QWidget* active = QApplication::activeWindow();
+  while (active != nullptr && !Stays(*active)) {
+    active = active->parentWidget() != nullptr ? active->parentWidget()->window() : nullptr;
+  }
   return active != nullptr ? active : window_;
 }
 
-void QtOperator::Message(const std::string& text, Icon icon, const std::string& title) {
+void QtOperator::Message(const std::string& text, Icon icon, const std::string& title,
+                         const std::string& hint) {
   if (loop_.Closing()) return;
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
+  box.setInformativeText(QString::fromStdString(hint));
   box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
   box.exec();
 }
@@ -82,17 +116,34 @@ void QtOperator::Notify(const std::string& text, Icon icon) {
   box->open();
 }
 
-bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& title) {
+bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& title,
+                     Proposal proposal, const std::string& hint) {
   if (loop_.Closing()) return false;
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
+  box.setInformativeText(QString::fromStdString(hint));
   QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
   QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
   // A hasty Return must not destroy anything.
-  box.setDefaultButton(icon == Icon::Exclamation ? no : yes);
+  box.setDefaultButton(proposal == Proposal::No || icon == Icon::Exclamation ? no : yes);
   box.setEscapeButton(no);
   box.exec();
   return box.clickedButton() == yes;
+}
+
+Decision QtOperator::AskToSave(const std::string& text) {
+  if (loop_.Closing()) return Decision::Cancel;
+  QMessageBox box(Owner());
+  Fill(box, text, Icon::Exclamation, {});
+  QPushButton* const save = box.addButton(QStringLiteral("&Speichern"), QMessageBox::AcceptRole);
+  QPushButton* const discard =
+      box.addButton(QStringLiteral("&Verwerfen"), QMessageBox::DestructiveRole);
+  QPushButton* const cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
+  box.setDefaultButton(save);
+  box.setEscapeButton(cancel);
+  box.exec();
+  if (box.clickedButton() == save) return Decision::Save;
+  return box.clickedButton() == discard ? Decision::Discard : Decision::Cancel;
 }
 
 std::optional<std::string> QtOperator::Input(const std::string& prompt, const std::string& proposed,
@@ -112,10 +163,21 @@ std::optional<std::string> QtOperator::Input(const std::string& prompt, const st
   return dialog.textValue().toStdString();
 }
 
+std::optional<std::string> QtOperator::ChooseFile(QFileDialog& dialog) {
+  if (QFileInfo(folder_).isDir()) dialog.setDirectory(folder_);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  const QString name = dialog.selectedFiles().value(0);
+  if (name.isEmpty()) return std::nullopt;
+  folder_ = QFileInfo(name).absolutePath();
+  return name.toStdString();
+}
+
 std::optional<std::string> QtOperator::OpenFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  return FileName(QFileDialog::getOpenFileName(Owner(), Title(title), {}, DialogFilter(filter)));
+  QFileDialog dialog(Owner(), Title(title), {}, DialogFilter(filter));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  return ChooseFile(dialog);
 }
 
 std::optional<std::string> QtOperator::SaveFile(const std::string& title,
@@ -124,8 +186,7 @@ std::optional<std::string> QtOperator::SaveFile(const std::string& title,
   QFileDialog dialog(Owner(), Title(title), {}, DialogFilter(filter));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QString::fromStdString(filter).section(u'.', -1));
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  return FileName(dialog.selectedFiles().value(0));
+  return ChooseFile(dialog);
 }
 
 void QtOperator::Beep() { QApplication::beep(); }

@@ -5,6 +5,8 @@
 #include "base/event_loop.h"
 #include "base/operator.h"
 
+class QFileDialog;
+
 namespace kelvo {
 
 /// Asks the person at the screen with Qt's own boxes. While the program is closing nobody is asked.
@@ -14,10 +16,17 @@ class QtOperator : public Operator {
 
   /// The window that boxes belong to while the person works in none of the program's.
   void SetWindow(QWidget* window) { window_ = window; }
+  /// Where the next file dialog opens; empty or gone: in the current folder. Each dialog in which a
+  /// file is chosen sets it.
+  void SetFolder(const QString& folder) { folder_ = folder; }
+  QString Folder() const { return folder_; }
 
-  void Message(const std::string& text, Icon icon, const std::string& title) override;
+  void Message(const std::string& text, Icon icon, const std::string& title,
+               const std::string& hint) override;
   void Notify(const std::string& text, Icon icon) override;
-  bool Ask(const std::string& text, Icon icon, const std::string& title) override;
+  bool Ask(const std::string& text, Icon icon, const std::string& title, Proposal proposal,
+           const std::string& hint) override;
+  Decision AskToSave(const std::string& text) override;
   std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
                                    const Typed& typed) override;
   std::optional<std::string> OpenFile(const std::string& title, const std::string& filter) override;
@@ -26,9 +35,11 @@ class QtOperator : public Operator {
 
  private:
   QWidget* Owner() const;
+  std::optional<std::string> ChooseFile(QFileDialog& dialog);
 
   const EventLoop& loop_;
   QWidget* window_ = nullptr;
+  QString folder_;
 };
 
 }  // namespace kelvo

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QToolButton>
 #include <algorithm>
 
 #include "base/wire_text.h"
@@ -23,6 +24,12 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   ctlSendeFortschritt->setAccessibleName(tr("Fortschritt der Übertragung"));
   ctlSendeFortschritt->setMaximumWidth(fontMetrics().averageCharWidth() * 24);
   ctlSendeFortschritt->hide();
+  cmdSendenAbbrechen = Named(new QToolButton, "cmdSendenAbbrechen");
+  cmdSendenAbbrechen->setText(tr("Abbrechen"));
+  cmdSendenAbbrechen->setToolTip(tr("Sendet den Rest der Zeichnung nicht mehr."));
+  cmdSendenAbbrechen->setFocusPolicy(Qt::TabFocus);
+  cmdSendenAbbrechen->hide();
+  connect(cmdSendenAbbrechen, &QToolButton::clicked, this, &StatusDisplay::StopWanted);
   lblTerminal = Named(new QLabel, "lblTerminal");
   lblPort = Named(new QLabel, "lblPort");
   lblPort->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Com 6: 19200,N,8,1  ")));
@@ -31,6 +38,7 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   addWidget(lblAktivitaet, 1);
   addPermanentWidget(lblLeitung);
   addPermanentWidget(ctlSendeFortschritt);
+  addPermanentWidget(cmdSendenAbbrechen);
   addPermanentWidget(lblTerminal);
   addPermanentWidget(lblPort);
   ShowTerminal({});
@@ -53,12 +61,28 @@ void StatusDisplay::WatchLine() {
   ShowLine();
 }
 
+void StatusDisplay::WatchDrawing() {
+  drawing_ = true;
+  total_ = static_cast<int>(exchange_.CharactersToSend());
+  WatchLine();
+}
+
 void StatusDisplay::ShowLine() {
   const std::size_t left = exchange_.CharactersToSend();
+  if (drawing_) ShowDrawing(static_cast<int>(left));
   lblLeitung->setVisible(exchange_.LineHeld());
   lblLeitung->setText(
       tr("Leitung gehalten (Handshake): noch %1 Zeichen nicht abgenommen").arg(left));
   if (left == 0) line_.stop();
+}
+
+void StatusDisplay::ShowDrawing(int left) {
+  drawing_ = left > 0;
+  ctlSendeFortschritt->setRange(0, std::max(total_, 1));
+  ctlSendeFortschritt->setValue(total_ - left);
+  ctlSendeFortschritt->setVisible(drawing_);
+  cmdSendenAbbrechen->setVisible(drawing_);
+  lblAktivitaet->setText(drawing_ ? tr("Zeichnung: sendet, noch %1 Zeichen").arg(left) : QString());
 }
 
 void StatusDisplay::ShowActivity(std::string_view command) {

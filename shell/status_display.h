@@ -9,6 +9,7 @@
 
 class QLabel;
 class QProgressBar;
+class QToolButton;
 
 namespace kelvo {
 
@@ -25,15 +26,23 @@ class StatusDisplay : public QStatusBar {
   void ShowTerminal(const TerminalState& state);
   /// Something was handed to the line: says so while the line does not take it.
   void WatchLine();
+  /// A drawing was handed to the line: shows how far it has got, and can be stopped.
+  void WatchDrawing();
+
+ Q_SIGNALS:
+  /// What has not left the line is not to be sent any more.
+  void StopWanted();
 
  private:
   void ShowLine();
+  void ShowDrawing(int left);
   void ShowActivity(std::string_view command);
   void ShowProgress();
 
   Exchange& exchange_;
   QLabel* lblAktivitaet;
   QProgressBar* ctlSendeFortschritt;
+  QToolButton* cmdSendenAbbrechen;
   QLabel* lblTerminal;
   QLabel* lblPort;
   QLabel* lblLeitung;
@@ -42,6 +51,7 @@ class StatusDisplay : public QStatusBar {
   QElapsedTimer since_;
   QString activity_;
   int total_ = 0;
+  bool drawing_ = false;  // of the operator's, without an exchange
 };
 
 }  // namespace kelvo

@@ -8,13 +8,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTableView>
 #include <QTime>
 
 #include "base/wire_text.h"
+#include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
@@ -105,8 +105,11 @@ bool TrafficFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
   return false;
 }
 
-TrafficView::TrafficView(SerialPort& port, Operator& person, QWidget* parent)
-    : QWidget(parent, Qt::Window), port_(port), person_(person) {
+TrafficView::TrafficView(LineWatch& line, Operator& person, QWidget* parent)
+    : QWidget(parent, Qt::Window), person_(person) {
+  line.FollowTraffic([this](Direction way, std::string_view text) {
+    if (listening_) Add(way, text);
+  });
   Named(this, "frmDatenverkehr");
   setWindowTitle(tr("Datenverkehr"));
   filter_.setSourceModel(&model_);
@@ -183,9 +186,7 @@ void TrafficView::hideEvent(QHideEvent* event) {
 }
 
 void TrafficView::Listen(bool on) {
-  port_.SetTrafficListener(on && isVisible()
-                               ? [this](Direction way, std::string_view text) { Add(way, text); }
-                               : TrafficListener());
+  listening_ = on && isVisible();
   ShowState();
 }
 
@@ -222,14 +223,10 @@ void TrafficView::cmdVerkehrSpeichern_Click() {
   const std::string lines = Lines(false);
   const auto name = person_.SaveFile("Datenverkehr speichern", "Text (txt) |*.txt");
   if (!name) return;
-  QSaveFile file(Text(*name));
-  if (file.open(QIODevice::WriteOnly)) {
-    file.write(lines.data(), static_cast<qint64>(lines.size()));
-    if (file.commit()) return;
-  }
-  person_.Message(
-      "Die Datei \"" + *name + "\" wurde nicht geschrieben: " + file.errorString().toStdString(),
-      Icon::Exclamation);
+  const auto reason = WriteFile(*name, lines);
+  if (!reason) return;
+  person_.Message("Die Datei \"" + *name + "\" wurde nicht geschrieben: " + *reason,
+                  Icon::Exclamation);
 }
 
 void TrafficView::cmdVerkehrLeeren_Click() {

@@ -5,7 +5,7 @@
 #include <QWidget>
 
 #include "base/operator.h"
-#include "base/serial_port.h"
+#include "link/line_watch.h"
 #include "shell/traffic_log.h"
 
 class QComboBox;
@@ -56,7 +56,7 @@ class TrafficView : public QWidget {
   Q_OBJECT
 
  public:
-  TrafficView(SerialPort& port, Operator& person, QWidget* parent);
+  TrafficView(LineWatch& line, Operator& person, QWidget* parent);
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -72,7 +72,7 @@ class TrafficView : public QWidget {
   void cmdVerkehrSpeichern_Click();
   void cmdVerkehrLeeren_Click();
 
-  SerialPort& port_;
+  bool listening_ = false;
   Operator& person_;
   TrafficModel model_;
   TrafficFilter filter_;

@@ -1,10 +1,14 @@
 #include "shell/window_memory.h"
 
 #include <QByteArray>
+#include <QScreen>
 #include <QWidget>
+#include <algorithm>
 
 namespace kelvo {
 namespace {
+
+constexpr char kFolderRecord[] = "Ordner";  // no window has this name
 
 std::unique_ptr<Recordset> OpenIfThere(Database& database, const char* table) {
   try {
@@ -20,14 +24,36 @@ WindowMemory::WindowMemory(Database& database)
     : Fenster_(OpenIfThere(database, "Fenster")), Zuletzt_(OpenIfThere(database, "Zuletzt")) {}
 
 bool WindowMemory::Restore(QWidget& window) const {
-  if (!Fenster_ || !Fenster_->FindFirst("Name", window.objectName().toStdString())) return false;
-  const std::string place = Fenster_->Text("Lage").value_or("");
-  return window.restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(place)));
+  const std::string stored = Place(window.objectName().toStdString());
+  if (!window.restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(stored)))) {
+    return false;
+  }
+  // The screen may be a smaller one now.
+  const QRect screen = window.screen()->availableGeometry();
+  QRect place = window.geometry();
+  place.setSize(place.size().boundedTo(screen.size()));
+  place.moveTo(std::clamp(place.x(), screen.left(), screen.right() + 1 - place.width()),
+               std::clamp(place.y(), screen.top(), screen.bottom() + 1 - place.height()));
+  if (place != window.geometry()) window.setGeometry(place);
+  return true;
 }
 
 void WindowMemory::Remember(const QWidget& window) {
-  const std::string name = window.objectName().toStdString();
-  const std::string place = window.saveGeometry().toBase64().toStdString();
+  StorePlace(window.objectName().toStdString(), window.saveGeometry().toBase64().toStdString());
+}
+
+QString WindowMemory::Folder() const { return QString::fromStdString(Place(kFolderRecord)); }
+
+void WindowMemory::NoteFolder(const QString& folder) {
+  if (!folder.isEmpty()) StorePlace(kFolderRecord, folder.toStdString());
+}
+
+std::string WindowMemory::Place(const std::string& name) const {
+  if (!Fenster_ || !Fenster_->FindFirst("Name", name)) return {};
+  return Fenster_->Text("Lage").value_or("");
+}
+
+void WindowMemory::StorePlace(const std::string& name, const std::string& place) {
   if (!Fenster_) return;
   try {
     const bool known = Fenster_->FindFirst("Name", name);

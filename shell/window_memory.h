@@ -9,9 +9,9 @@ class QWidget;
 
 namespace kelvo {
 
-/// Where windows were and how big, and which drawings were used last: the tables `Fenster` and
-/// `Zuletzt`. A database without them, or one that cannot be written, remembers nothing; that is
-/// never reported, because nothing of the operator's is lost.
+/// Where windows were and how big, where the last file dialog was, and which drawings were used
+/// last: the tables `Fenster` and `Zuletzt`. A database without them, or one that cannot be
+/// written, remembers nothing; that is never reported, because nothing of the operator's is lost.
 class WindowMemory {
  public:
   static constexpr int kFiles = 8;
@@ -23,12 +23,18 @@ class WindowMemory {
   bool Restore(QWidget& window) const;
   void Remember(const QWidget& window);
 
+  /// The folder of the last file dialog; empty when nothing is known.
+  QString Folder() const;
+  void NoteFolder(const QString& folder);
+
   /// The paths of the drawings that were used last, the newest first; at most `kFiles`.
   QStringList RecentFiles() const;
   void NoteFile(const QString& path);
   void ForgetFile(const QString& path);
 
  private:
+  std::string Place(const std::string& name) const;
+  void StorePlace(const std::string& name, const std::string& place);
   void StoreFiles(const QStringList& paths);
 
   std::unique_ptr<Recordset> Fenster_;

@@ -1,7 +1,6 @@
 #include "simulator/bus.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <utility>
 
 namespace kelvo::sim {
@@ -21,21 +20,6 @@ unsigned char Collide(unsigned char line, unsigned char byte, int driver) {
 
 }  // namespace
 
-unsigned char Resampled(unsigned char byte, int senderBaud, int receiverBaud) {
-  if (senderBaud == receiverBaud || senderBaud <= 0 || receiverBaud <= 0) return byte;
-  // Start bit 0, eight data bits from the lowest, then the idle line.
-  const auto bitOfSender = [byte](std::int64_t bit) {
-    return bit == 0 ? 0 : bit <= 8 ? byte >> (bit - 1) & 1 : 1;
-  };
-  int received = 0;
-  for (int bit = 0; bit < 8; ++bit) {
-    // The middle of the receiver's data bit, in bits of the sender.
-    const std::int64_t position = (2 * bit + 3) * std::int64_t{senderBaud} / 2 / receiverBaud;
-    received |= bitOfSender(position) << bit;
-  }
-  return static_cast<unsigned char>(received);
-}
-
 Terminal* Bus::Add(TerminalSetup setup, const DeviceFonts& fonts) {
   if (terminals_.size() >= kMost) return nullptr;
   terminals_.push_back(std::make_unique<Terminal>(std::move(setup), fonts));
@@ -43,10 +27,15 @@ Terminal* Bus::Add(TerminalSetup setup, const DeviceFonts& fonts) {
   return terminals_.back().get();
 }
 
-void Bus::Receive(unsigned char byte, int baud, Time now) {
+void Bus::Receive(unsigned char byte, const Frame& frame, Time now) {
   for (const auto& terminal : terminals_) {
-    terminal->Receive(Resampled(byte, baud, terminal->Interface1().baud), now);
+    terminal->Receive(Resampled(byte, frame, terminal->Interface1().LineFrame()), now);
   }
+}
+
+bool Bus::ReadyToReceive() const {
+  return std::all_of(terminals_.begin(), terminals_.end(),
+                     [](const auto& terminal) { return terminal->ReadyToReceive(); });
 }
 
 void Bus::Advance(Time now) {
@@ -86,7 +75,7 @@ std::optional<Bus::Character> Bus::Take(Time now) {
     }
     const unsigned char byte = terminal.TakeOutput();
     if (!character) {
-      character = {byte, terminal.Interface1().baud, terminal.Interface1().stopBits};
+      character = {byte, terminal.Interface1().LineFrame(), terminal.Interface1().stopBits};
     } else {
       character->byte = Collide(character->byte, byte, position);
     }

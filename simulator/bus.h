@@ -9,10 +9,6 @@
 
 namespace kelvo::sim {
 
-/// What a receiver makes of a character that was sent at another rate than its own: it looks at
-/// the line at its own bit times. Equal rates (or a rate of 0, unknown) give the character itself.
-unsigned char Resampled(unsigned char byte, int senderBaud, int receiverBaud);
-
 /// Everything that hangs on one line: each Terminal hears every character, and whoever answers
 /// drives the same pair of wires.
 class Bus {
@@ -21,7 +17,7 @@ class Bus {
 
   struct Character {
     unsigned char byte;
-    int baud;      ///< bits a second
+    Frame frame;
     int stopBits;  ///< 1 or 2
   };
 
@@ -31,7 +27,9 @@ class Bus {
   Terminal& At(std::size_t index) { return *terminals_[index]; }
   const Terminal& At(std::size_t index) const { return *terminals_[index]; }
 
-  void Receive(unsigned char byte, int baud, Time now);
+  void Receive(unsigned char byte, const Frame& frame, Time now);
+  /// Whether no Terminal asks the host to pause by its line for that (RTS / CTS).
+  bool ReadyToReceive() const;
   void Advance(Time now);
   /// When a Terminal has something to do.
   std::optional<Time> NextEvent() const;

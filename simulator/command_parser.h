@@ -10,6 +10,8 @@ namespace kelvo::sim {
 inline constexpr unsigned char kEtx = 3;  ///< ends a macro text
 inline constexpr unsigned char kEot = 4;  ///< ends a graphic text
 inline constexpr unsigned char kAck = 6;
+inline constexpr unsigned char kXon = 17;
+inline constexpr unsigned char kXoff = 19;
 inline constexpr unsigned char kNak = 21;
 inline constexpr unsigned char kEsc = 27;  ///< begins every command
 

@@ -86,6 +86,7 @@ std::span<const CommandRow> CommandRows() { return kRows; }
 NameMatch FindCommand(std::string_view letters) {
   NameMatch match;
   for (const CommandRow& row : kRows) {
+    if (row.name.front() != letters.front()) continue;
     if (row.name == letters) match.row = &row;
     if (row.name.size() > letters.size() && row.name.starts_with(letters)) match.mayGrow = true;
   }

@@ -109,6 +109,7 @@ struct NameMatch {
   const CommandRow* row = nullptr;  ///< the command of exactly this name
   bool mayGrow = false;             ///< a longer name begins with these letters
 };
+/// At least one letter.
 NameMatch FindCommand(std::string_view letters);
 
 }  // namespace kelvo::sim

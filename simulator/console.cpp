@@ -62,17 +62,20 @@ std::string SetP1(const Context& c) {
   return kOk;
 }
 
+// "press" is a touch, "hold" lasts until "release".
 std::string PressKey(const Context& c) {
   int row = 0;
   int column = 0;
-  const bool press = c.Word(2) == "press" || c.Word(2).empty();
+  const bool release = c.Word(2) == "release";
+  const bool hold = c.Word(2) == "hold";
   if (!ReadNumber(c.Word(0), 0, 7, row) || !ReadNumber(c.Word(1), 0, 7, column) ||
-      (!press && c.Word(2) != "release")) {
+      (!release && !hold && c.Word(2) != "press" && !c.Word(2).empty())) {
     return Result(false);
   }
-  if (!press) return kOk;  // the keypad sends nothing when a key is let go
-  const bool wired = c.station.With([&c, row, column](Bus& bus, Line&, Time now) {
-    return c.Of(bus).PressKey(row, column, now);
+  const bool wired = c.station.With([=, &c](Bus& bus, Line&, Time now) {
+    const bool done = release || c.Of(bus).PressKey(row, column, now);
+    if (!hold) c.Of(bus).ReleaseKey(now);
+    return done;
   });
   return wired ? kOk : "error not wired";
 }
@@ -127,6 +130,14 @@ std::string SetEcho(const Context& c) {
     c.Of(bus).SetEchoQueries(queries);
     line.SetEcho(everything);
   });
+  return kOk;
+}
+
+std::string SetFrame(const Context& c) {
+  int bits = 0;
+  int parity = 0;
+  if (!ReadFrame(c.Word(0), bits, parity)) return Result(false);
+  c.station.SetHostFrame(bits, parity);
   return kOk;
 }
 
@@ -195,10 +206,10 @@ constexpr std::pair<std::string_view, std::string (*)(const Context&)> kCommands
     {"power", Power},        {"reset", Reset},
     {"fault", SetFault},     {"echo", SetEcho},
     {"version", SetVersion}, {"address", SetAddress},
-    {"unplug", Unplug},      {"plug", Plug},
-    {"png", WritePng},       {"status", Status},
-    {"count", Count},        {"help", Help},
-    {"quit", Quit},
+    {"frame", SetFrame},     {"unplug", Unplug},
+    {"plug", Plug},          {"png", WritePng},
+    {"status", Status},      {"count", Count},
+    {"help", Help},          {"quit", Quit},
 };
 
 std::string Help(const Context&) {

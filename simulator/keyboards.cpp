@@ -12,6 +12,16 @@ std::string Hex(unsigned char value) {
   return text;
 }
 
+// debounce, scan, delay, two masks, repeat
+KeyTimes ReadTimes(const Parameters& parameters) {
+  KeyTimes times;
+  times.debounce = std::clamp(parameters.Number(0), 0, 255);
+  times.scan = std::clamp(parameters.Number(1), 1, 255);
+  times.delay = std::clamp(parameters.Number(2), 0, 255);
+  if (parameters.Count() > 5) times.repeat = std::clamp(parameters.Number(5), 0, 255);
+  return times;
+}
+
 // The code that a table gives to a key; nothing outside of the table.
 std::optional<unsigned char> Lookup(const std::optional<std::string>& table, int key) {
   if (!table || table->empty()) return std::nullopt;
@@ -36,6 +46,7 @@ std::optional<std::string> PackKeyTable(std::string_view text) {
 
 void Keyboards::Reset() {
   scanning_ = false;
+  times_ = {};
   columns_ = kColumns;
   rows_ = kRows;
   unusedInputs_ = unusedOutputs_ = 0;
@@ -56,6 +67,7 @@ bool Keyboards::Execute(Command command, const Parameters& parameters) {
       rows_ = std::clamp(parameters.Number(1), 0, kRows);
       return true;
     case Command::MatrixConfig:
+      times_ = ReadTimes(parameters);
       unusedInputs_ = parameters.Number(3) & 0xFF;
       unusedOutputs_ = parameters.Number(4) & 0xFF;
       return true;
@@ -108,9 +120,12 @@ unsigned char Keyboards::AtCode(unsigned char character) const {
 
 std::string Keyboards::ConfigCommands() const {
   std::string commands = "\x1BMS" + std::to_string(columns_) + "," + std::to_string(rows_) + ";";
-  // Scanning and repetition times, which a simulated key does not need, are the usual ones.
-  commands += "\x1BMC2,10,35," + std::to_string(unusedInputs_) + "," +
-              std::to_string(unusedOutputs_) + ",5;";
+  commands += "\x1BMC";
+  for (const int number :
+       {times_.debounce, times_.scan, times_.delay, unusedInputs_, unusedOutputs_}) {
+    commands += std::to_string(number) + ",";
+  }
+  commands += std::to_string(times_.repeat) + ";";
   if (scanning_) commands += "\x1BME";
   if (matrixTable_)
     commands +=

@@ -14,6 +14,15 @@ namespace kelvo::sim {
 /// Reads "S,K,K,..." in hexadecimal; nothing when a field is none or there are more than 256 keys.
 std::optional<std::string> PackKeyTable(std::string_view text);
 
+/// The times of the matrix keypad, in the order of "MC", which sends 2, 10, 35 and 5. The keypad is
+/// looked at every scan; all other times are numbers of scans.
+struct KeyTimes {
+  int debounce = 2;  ///< 0..255 scans for which a key must be down before it counts
+  int scan = 10;     ///< 1..255 milliseconds from one scan to the next
+  int delay = 35;    ///< 0..255 scans until a key that is held counts again; 0: it never does
+  int repeat = 5;    ///< 0..255 scans from then on to each further time; 0: it never does
+};
+
 /// The matrix keypad on the port lines and the PC keyboard: from a key to the character sent.
 class Keyboards {
  public:
@@ -27,6 +36,7 @@ class Keyboards {
   bool Execute(Command command, const Parameters& parameters);
   std::optional<std::string> Answer(Command query) const;
 
+  const KeyTimes& Times() const { return times_; }
   /// Whether the keypad is scanned and has a key at this crossing (0..7 each).
   bool Wired(int row, int column) const;
   /// What a pressed key sends: the active table's code, nothing where that is 255, and without a
@@ -43,6 +53,7 @@ class Keyboards {
 
   const Eeprom& eeprom_;
   bool scanning_ = false;
+  KeyTimes times_;
   int columns_ = kColumns;
   int rows_ = kRows;
   int unusedInputs_ = 0;   // bit k: line k of P1 is no column

@@ -32,6 +32,7 @@ KeypadPanel::KeypadPanel(QWidget* parent) : QGroupBox(tr("Matrix-Tastatur"), par
       button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
       grid->addWidget(button, row + 1, column + 1);
       connect(button, &QToolButton::pressed, this, [=, this] { Q_EMIT Pressed(row, column); });
+      connect(button, &QToolButton::released, this, &KeypadPanel::Released);
       buttons_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] = button;
     }
   }

@@ -26,6 +26,7 @@ class KeypadPanel : public QGroupBox {
 
  Q_SIGNALS:
   void Pressed(int row, int column);
+  void Released();
 
  private:
   void ShowKey(int row, int column, const Key& key);

@@ -10,93 +10,151 @@ void Earliest(std::optional<Time>& earliest, std::optional<Time> time) {
   if (time && (!earliest || *time < *earliest)) earliest = time;
 }
 
+// Two drivers work against each other: no bit arrives as it was sent.
+unsigned char Clashed(unsigned char byte, bool clash) {
+  return static_cast<unsigned char>(clash ? ~byte : byte);
+}
+
 }  // namespace
 
-Time Line::CharacterTime(int baud, int stopBits) const {
+Time Line::CharacterTime(const Frame& frame, int stopBits) const {
   constexpr std::int64_t kSecond = 1'000'000'000;
-  if (!paced_ || baud <= 0) return Time::zero();
-  return Time((9 + stopBits) * kSecond / baud);
+  if (!paced_ || frame.baud <= 0) return Time::zero();
+  return Time((FrameBits(frame) + stopBits) * kSecond / frame.baud);
 }
 
 void Line::FromHost(std::string_view bytes, Time now) {
-  const Time length = CharacterTime(host_.baud, host_.stopBits);
-  hostEnd_ = std::max(hostEnd_, now);
+  const Frame frame = host_.LineFrame();
+  const Time length = CharacterTime(frame, host_.stopBits);
   for (const char byte : bytes) {
-    hostEnd_ += length;
-    incoming_.push_back({static_cast<unsigned char>(byte), host_.baud, length, hostEnd_});
+    incoming_.push_back({static_cast<unsigned char>(byte), frame, length, now});
   }
 }
 
 void Line::DiscardFromHost(Time now) {
-  while (!incoming_.empty() && incoming_.back().end - incoming_.back().length >= now) {
-    incoming_.pop_back();
+  std::size_t begun = 0;
+  Time begin = hostEnd_;
+  for (; begun < incoming_.size(); ++begun) {
+    begin = std::max(begin, incoming_[begun].earliest);
+    if (begin >= now || (heldSince_ && begin >= *heldSince_)) break;
+    begin += incoming_[begun].length;
   }
-  hostEnd_ = incoming_.empty() ? now : incoming_.back().end;
+  incoming_.resize(begun);
+}
+
+// ---- times ----
+
+Time Line::FrontBegin() const {
+  return incoming_.empty() ? hostEnd_ : std::max(hostEnd_, incoming_.front().earliest);
+}
+
+// When the host's next character has arrived; nothing while none is under way.
+std::optional<Time> Line::FrontEnd() const {
+  if (incoming_.empty() || (heldSince_ && FrontBegin() >= *heldSince_)) return std::nullopt;
+  return FrontBegin() + incoming_.front().length;
 }
 
 // Half a character early: a host that empties its buffer when its last character has left must
 // find the echo there, as with a real driver.
 std::optional<Time> Line::EchoTime() const {
-  if (!echo_ || frontEchoed_ || incoming_.empty()) return std::nullopt;
-  return incoming_.front().end - incoming_.front().length / 2;
+  if (!echo_ || frontEchoed_) return std::nullopt;
+  const std::optional<Time> end = FrontEnd();
+  if (!end) return std::nullopt;
+  return *end - incoming_.front().length / 2;
 }
 
 // When the next character of an answer can begin.
 std::optional<Time> Line::SlotTime() const {
+  if (outgoing_) return std::nullopt;
   const std::optional<Time> ready = bus_.OutputReady();
-  if (outgoing_ || !ready) return std::nullopt;
-  return std::max(*ready, terminalEnd_);
+  if (!ready) return std::nullopt;
+  const bool on = *ready <= drivenTo_;
+  return std::max(on ? *ready : *ready + turnAround_, terminalEnd_);
+}
+
+// Whether a Terminal drives the wires at some time between these.
+bool Line::Driven(Time begin, Time end) const {
+  const Time to = outgoing_ ? std::max(outgoing_->end, drivenTo_) : drivenTo_;
+  return turnAround_ > Time::zero() && drivenFrom_ < end && begin < to;
 }
 
 std::optional<Time> Line::NextEvent() const {
   std::optional<Time> next = EchoTime();
-  if (!incoming_.empty()) Earliest(next, incoming_.front().end);
+  Earliest(next, FrontEnd());
   if (outgoing_) Earliest(next, outgoing_->end);
   Earliest(next, SlotTime());
   Earliest(next, bus_.NextEvent());
   return next;
 }
 
+// ---- what happens ----
+
 std::string Line::Advance(Time now) {
   std::string toHost;
   for (auto next = NextEvent(); next && *next <= now; next = NextEvent()) {
     now_ = std::max(now_, *next);
     Step(*next, toHost);
+    FollowHandshake(now_);
   }
   now_ = std::max(now_, now);
   bus_.Advance(now_);
+  FollowHandshake(now_);
   return toHost;
 }
 
+// What a Terminal sends goes first, so that its XOFF is in time where nothing takes any time.
 void Line::Step(Time time, std::string& toHost) {
   if (EchoTime() == time) {
-    toHost += static_cast<char>(incoming_.front().byte);
+    const bool clash = Driven(FrontBegin(), time);
+    toHost += static_cast<char>(Clashed(incoming_.front().byte, clash));
     frontEchoed_ = true;
-  } else if (!incoming_.empty() && incoming_.front().end == time) {
-    DeliverToBus();
   } else if (outgoing_ && outgoing_->end == time) {
-    toHost += static_cast<char>(outgoing_->byte);
-    terminalEnd_ = time;
-    outgoing_.reset();
+    EndCharacter(time, toHost);
   } else if (SlotTime() == time) {
     BeginCharacter(time);
+  } else if (FrontEnd() == time) {
+    DeliverToBus();
   } else {
     bus_.Advance(time);
   }
 }
 
 void Line::DeliverToBus() {
+  const Time begin = FrontBegin();
   const Incoming character = incoming_.front();
+  hostEnd_ = begin + character.length;
   incoming_.pop_front();
   frontEchoed_ = false;
-  bus_.Receive(character.byte, character.baud, character.end);
+  const bool clash = Driven(begin, hostEnd_);
+  bus_.Receive(Clashed(character.byte, clash), character.frame, hostEnd_);
 }
 
 void Line::BeginCharacter(Time time) {
   const std::optional<Bus::Character> character = bus_.Take(time);
   if (!character) return;
-  const unsigned char heard = Resampled(character->byte, character->baud, host_.baud);
-  outgoing_ = {heard, time + CharacterTime(character->baud, character->stopBits)};
+  if (time > drivenTo_) drivenFrom_ = time;
+  const unsigned char heard = Resampled(character->byte, character->frame, host_.LineFrame());
+  outgoing_ = {heard, time + CharacterTime(character->frame, character->stopBits), time};
+}
+
+void Line::EndCharacter(Time time, std::string& toHost) {
+  const Time begin = outgoing_->begin;
+  const bool hostSends = hostEnd_ > begin || (FrontEnd() && FrontBegin() < time);
+  const unsigned char heard = Clashed(outgoing_->byte, hostSends && turnAround_ > Time::zero());
+  if (heard == kXon || heard == kXoff) xoff_ = heard == kXoff;
+  toHost += static_cast<char>(heard);
+  terminalEnd_ = time;
+  drivenTo_ = time + turnAround_;
+  outgoing_.reset();
+}
+
+void Line::FollowHandshake(Time time) {
+  const bool hold = (host_.handshake == HostHandshake::XonXoff && xoff_) ||
+                    (host_.handshake == HostHandshake::RtsCts && !bus_.ReadyToReceive());
+  if (hold == heldSince_.has_value()) return;
+  // A character that was under way is not begun anew.
+  if (!hold && FrontBegin() >= *heldSince_) hostEnd_ = std::max(hostEnd_, time);
+  heldSince_ = hold ? std::optional(time) : std::nullopt;
 }
 
 }  // namespace kelvo::sim

@@ -9,10 +9,18 @@
 
 namespace kelvo::sim {
 
+/// What makes the host's driver pause.
+enum class HostHandshake { None, XonXoff, RtsCts };
+
 /// How the host's port is set.
 struct HostFraming {
   int baud = 0;      ///< bits a second; 0 = not known, then characters take no time
   int stopBits = 1;  ///< 1 or 2
+  int bits = 0;      ///< 7 or 8; 0 = bits and parity are not known, as on a pseudo-terminal
+  int parity = 0;    ///< numbered as in "!B"
+  HostHandshake handshake = HostHandshake::None;
+
+  Frame LineFrame() const { return {baud, bits, parity}; }
 
   bool operator==(const HostFraming&) const = default;
 };
@@ -30,6 +38,11 @@ class Line {
   /// With echo the host hears everything that it sends, as on a two-wire bus.
   void SetEcho(bool echo) { echo_ = echo; }
   bool Echo() const { return echo_; }
+  /// Both directions share one pair of wires, and a Terminal takes so long to turn its driver on
+  /// and off: its answer begins that much after the question and keeps the wires that much longer
+  /// than its last bit. What is sent against it meanwhile arrives wrong at both ends. 0, as at
+  /// first: each direction has wires of its own.
+  void SetTurnAround(Time span) { turnAround_ = span; }
   /// Holds for what the host sends from now on.
   void SetHostFraming(HostFraming framing) { host_ = framing; }
   HostFraming Framing() const { return host_; }
@@ -50,21 +63,27 @@ class Line {
  private:
   struct Incoming {
     unsigned char byte;
-    int baud;
-    Time length;  // start bit to stop bit
-    Time end;
+    Frame frame;
+    Time length;    // start bit to stop bit
+    Time earliest;  // when the host has written it
   };
   struct Outgoing {
     unsigned char byte;
     Time end;
+    Time begin;
   };
 
-  Time CharacterTime(int baud, int stopBits) const;
+  Time CharacterTime(const Frame& frame, int stopBits) const;
+  Time FrontBegin() const;
+  std::optional<Time> FrontEnd() const;
   std::optional<Time> EchoTime() const;
   std::optional<Time> SlotTime() const;
+  bool Driven(Time begin, Time end) const;
   void Step(Time time, std::string& toHost);
   void DeliverToBus();
   void BeginCharacter(Time time);
+  void EndCharacter(Time time, std::string& toHost);
+  void FollowHandshake(Time time);
 
   Bus& bus_;
   bool paced_ = true;
@@ -73,9 +92,14 @@ class Line {
   Time now_{};
   std::deque<Incoming> incoming_;  // on the wire or waiting in the host's driver
   bool frontEchoed_ = false;
-  Time hostEnd_{};
+  Time hostEnd_{};                    // of the last character that has arrived
+  bool xoff_ = false;                 // has come and no XON since
+  std::optional<Time> heldSince_;     // the host's driver begins no character from then on
   std::optional<Outgoing> outgoing_;  // on the wire
   Time terminalEnd_{};
+  Time turnAround_{};
+  Time drivenFrom_{};  // the last time that a Terminal drove the wires
+  Time drivenTo_{};
 };
 
 }  // namespace kelvo::sim

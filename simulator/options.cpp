@@ -91,9 +91,15 @@ constexpr OptionRow kRows[] = {
      }},
     {"--no-pacing", "", "Zeichen brauchen auf der Leitung keine Zeit",
      [](O& o, V) { return Set(o.paced, false); }},
+    {"--frame", "auto|8N|7E|…",
+     "Datenbits und Parität (N, S, O, E) des PCs; auto: wie beim Terminal (auto)",
+     [](O& o, V v) { return ReadFrame(v, o.hostBits, o.hostParity); }},
     {"--port", "PFAD",
      "unter diesem Pfad erscheint die Schnittstelle (simulator.tty im Datenordner)",
      [](O& o, V v) { return ReadPath(v, o.port); }},
+    {"--turn-around", "MS",
+     "ein Adernpaar für beide Richtungen, das die Terminals so schnell umschalten; 0: zwei (0)",
+     [](O& o, V v) { return ReadNumber(v, 0, 1000, o.turnAround); }},
     {"--display-png", "DATEI", "ohne Fenster: die Anzeige als Bild in diese Datei schreiben",
      [](O& o, V v) {
        o.window = false;
@@ -236,6 +242,14 @@ bool ReadEcho(std::string_view text, bool& queries, bool& line) {
   queries = text == "query";
   line = text == "line";
   return queries || line || text == "off";
+}
+
+bool ReadFrame(std::string_view text, int& bits, int& parity) {
+  const std::size_t letter = text.size() == 2 ? std::string_view("NSOE").find(text[1]) : 4;
+  if (text != "auto" && (letter > 3 || (text[0] != '7' && text[0] != '8'))) return false;
+  bits = text == "auto" ? 0 : text[0] - '0';
+  parity = text == "auto" ? 0 : static_cast<int>(letter);
+  return true;
 }
 
 bool ReadSwitch(std::string_view text, bool& on) {

@@ -23,6 +23,9 @@ struct Options {
   std::string busFile;       ///< empty: one Terminal
   bool lineEcho = false;
   bool paced = true;
+  int turnAround = 0;  ///< ms, of the Terminals on one pair of wires; 0: two pairs
+  int hostBits = 0;    ///< 0: data bits and parity as the Terminals'
+  int hostParity = 0;  ///< numbered as in "!B"
   bool unplugged = false;
   std::string port;        ///< empty: simulator.tty in the data folder
   std::string displayPng;  ///< not empty: no window, but this file
@@ -56,6 +59,8 @@ std::string_view NameOf(Fault fault);
 bool ReadVersion(std::string_view text, TerminalSetup& setup);
 /// "off", "query" (the Terminal repeats queries), "line" (the line echoes everything).
 bool ReadEcho(std::string_view text, bool& queries, bool& line);
+/// "auto" (0 bits), or data bits and the parity's letter: "8N", "7E", with S for space, O for odd.
+bool ReadFrame(std::string_view text, int& bits, int& parity);
 /// "on", "off".
 bool ReadSwitch(std::string_view text, bool& on);
 /// A whole decimal number within the limits.

@@ -44,6 +44,8 @@ Program::Program(const Options& options, std::vector<TerminalOptions> terminals,
   station_ = std::make_unique<Station>(options_.port, LoadFonts());
   station_->Wire().SetPaced(options_.paced);
   station_->Wire().SetEcho(options_.lineEcho);
+  station_->Wire().SetTurnAround(std::chrono::milliseconds(options_.turnAround));
+  station_->SetHostFrame(options_.hostBits, options_.hostParity);
   for (const TerminalOptions& one : terminals_) {
     Terminal& terminal = *station_->Add(one.setup);
     terminal.SetP1(one.p1);

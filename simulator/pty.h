@@ -44,7 +44,8 @@ class Pty {
   Received Read();
   /// What the host does not take in time is lost, as on a wire.
   void Write(std::string_view bytes);
-  /// The rate and stop bits that the host has set.
+  /// The rate, stop bits and handshake that the host has set; a pty keeps no data bits and no
+  /// parity.
   HostFraming Framing() const;
 
  private:

@@ -12,7 +12,12 @@ namespace kelvo::sim {
 HostFraming Pty::Framing() const {
   termios2 settings{};
   if (ioctl(master_.Get(), TCGETS2, &settings) != 0) return {};
-  return {static_cast<int>(settings.c_ospeed), (settings.c_cflag & CSTOPB) != 0 ? 2 : 1};
+  HostFraming framing;
+  framing.baud = static_cast<int>(settings.c_ospeed);
+  framing.stopBits = (settings.c_cflag & CSTOPB) != 0 ? 2 : 1;
+  if ((settings.c_iflag & IXON) != 0) framing.handshake = HostHandshake::XonXoff;
+  if ((settings.c_cflag & CRTSCTS) != 0) framing.handshake = HostHandshake::RtsCts;
+  return framing;
 }
 
 }  // namespace kelvo::sim

@@ -51,10 +51,9 @@ void Screen::Reset(int width, int height) {
   Resize(width, height);
   text_ = {};
   graphicText_ = {};
-  graphicText_.mode = GraphicTextMode(Ink::Set);
+  SetPen(Ink::Set);
   column_ = row_ = 1;
   position_ = {};
-  ink_ = Ink::Set;
   cursor_ = CursorKind::Off;
   cursorBlock_ = false;
   crossSize_ = 8;
@@ -101,7 +100,7 @@ bool Screen::ExecuteGraphic(Command command, const Parameters& parameters) {
   switch (command) {
     case Command::Clear:
       pixels_.Clear();
-      ink_ = Ink::Set;  // every drawing begins with the pen that draws
+      SetPen(Ink::Set);  // every drawing begins with the pen that draws
       return true;
     case Command::GraphicPosition:
       position_ = Point(parameters, 0);
@@ -110,8 +109,7 @@ bool Screen::ExecuteGraphic(Command command, const Parameters& parameters) {
       position_ = {};
       return true;
     case Command::DrawMode:
-      ink_ = parameters.Number(0) == 1 ? Ink::Clear : Ink::Set;
-      graphicText_.mode = GraphicTextMode(ink_);
+      SetPen(parameters.Number(0) == 1 ? Ink::Clear : Ink::Set);
       return true;
     case Command::Line:
       DrawLineTo(Point(parameters, 0));
@@ -262,6 +260,11 @@ void Screen::NextRow() {
 }
 
 // ---- graphics ----
+
+void Screen::SetPen(Ink ink) {
+  ink_ = ink;
+  graphicText_.mode = GraphicTextMode(ink);
+}
 
 void Screen::DrawLineTo(PixelPoint end) {
   DrawLine(pixels_, position_.x, position_.y, end.x, end.y, ink_);

@@ -25,7 +25,9 @@ enum class CursorKind {
 
 /// The display: one picture that text layer and graphics draw into, and the cursor above it.
 /// Graphic positions are pixels from the top left corner, text positions are columns and rows
-/// from 1 in cells of the text font.
+/// from 1 in cells of the text font. The pen ("GM") is one for shapes, bitmaps and graphic text;
+/// clearing the display ("GC") brings back the pen that draws for all of them and leaves positions,
+/// styles, text layer and cursor as they are.
 class Screen {
  public:
   /// The fonts must outlive the screen.
@@ -69,6 +71,7 @@ class Screen {
   void SwitchCursor(int kind);
   void MoveText(int column, int row);
   void NextRow();
+  void SetPen(Ink ink);
   void DrawLineTo(PixelPoint end);
   void DrawRectangleTo(PixelPoint corner, bool filled);
   void DrawEllipseAround(int radiusX, int radiusY, bool filled);

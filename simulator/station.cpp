@@ -62,6 +62,11 @@ void Station::Unplug() {
   Wake();
 }
 
+void Station::SetHostFrame(int bits, int parity) {
+  const std::lock_guard lock(mutex_);
+  hostFrame_ = {0, bits, parity};
+}
+
 bool Station::Plugged() {
   const std::lock_guard lock(mutex_);
   return pty_ != nullptr;
@@ -90,12 +95,19 @@ bool Station::Serve(bool readable) {
     const Pty::Received received = pty_->Read();
     const Time now = Now();
     if (received.discarded) line_.DiscardFromHost(now);
-    line_.SetHostFraming(pty_->Framing());
+    line_.SetHostFraming(Framing());
     line_.FromHost(received.bytes, now);
     busy = true;
   }
   Pass();
   return busy;
+}
+
+HostFraming Station::Framing() const {
+  HostFraming framing = pty_->Framing();
+  framing.bits = hostFrame_.bits;
+  framing.parity = hostFrame_.parity;
+  return framing;
 }
 
 void Station::Pass() {

@@ -35,6 +35,8 @@ class Station {
   /// Called in the serving thread after something has happened on the line, and then not again
   /// before Acknowledge.
   void SetActivityHandler(std::function<void()> handler) { activity_ = std::move(handler); }
+  /// How the host's characters look, which a pty does not tell; with 0 bits as the Terminals'.
+  void SetHostFrame(int bits, int parity);
   void Start();
   void Acknowledge() { notified_ = false; }
 
@@ -62,6 +64,7 @@ class Station {
 
   void Run();
   bool Serve(bool readable);
+  HostFraming Framing() const;
   void Pass();
   void Wait(bool& readable);
   void Wake();
@@ -76,6 +79,7 @@ class Station {
   std::atomic<bool> stopping_ = false;
   Handle wake_;
   std::mutex mutex_;  // guards what follows, and bus and line after Start
+  Frame hostFrame_{0, 0, 0};
   std::unique_ptr<Pty> pty_;
   std::unique_ptr<PortLink> link_;
   std::thread thread_;

@@ -34,6 +34,7 @@ void Terminal::PowerOn(Time now) {
   now_ = now;
   powered_ = true;
   Restart(false);
+  FollowBuffer();
 }
 
 void Terminal::SetPower(bool on, Time now) {
@@ -50,6 +51,9 @@ void Terminal::PowerOff() {
   waiting_.clear();
   output_.clear();
   eraseStep_.reset();
+  startEnd_.reset();
+  key_.reset();
+  hostPauses_ = false;
   p0_ = 0;
   screen_.Reset(screen_.Pixels().Width(), screen_.Pixels().Height());
 }
@@ -85,27 +89,55 @@ bool Terminal::FaultStrikes() {
 }
 
 void Terminal::Accept(unsigned char byte) {
-  if (eraseStep_) {
-    // What does not fit is lost, as when a host ignores the handshake.
+  if (interface1_.handshake == 0 && (byte == kXon || byte == kXoff)) {
+    hostPauses_ = byte == kXoff;
+  } else if (Busy()) {
     if (static_cast<int>(waiting_.size()) < interface1_.buffer) waiting_.push_back(byte);
+    FollowBuffer();
   } else {
     Process(byte);
   }
 }
 
+// Asks the host to pause or to go on, in front of what waits to be sent. On a bus only the selected
+// Terminal may use the line.
+void Terminal::FollowBuffer() {
+  const int size = static_cast<int>(waiting_.size());
+  const bool full = size * 4 >= interface1_.buffer * (full_ ? 1 : 3);
+  if (full == full_) return;
+  full_ = full;
+  if (interface1_.handshake != 0 || !selected_ || setup_.fault == Fault::Silent) return;
+  output_.push_front({now_, full ? kXoff : kXon});
+}
+
 void Terminal::Advance(Time now) {
-  while (eraseStep_ && *eraseStep_ <= now) {
-    now_ = *eraseStep_;
-    StepErase();
+  for (auto next = NextEvent(); next && *next <= now; next = NextEvent()) {
+    now_ = std::max(now_, *next);
+    if (KeyCounts() == next) {
+      StepKey();
+      continue;
+    }
+    if (startEnd_ == next) {
+      startEnd_.reset();
+    } else {
+      StepErase();
+    }
     ProcessWaiting();
   }
   now_ = std::max(now_, now);
 }
 
-std::optional<Time> Terminal::NextEvent() const { return eraseStep_; }
+std::optional<Time> Terminal::NextEvent() const {
+  if (!key_ && !Busy()) return std::nullopt;  // nearly always
+  std::optional<Time> next = KeyCounts();
+  for (const std::optional<Time>& time : {eraseStep_, startEnd_}) {
+    if (time && (!next || *time < *next)) next = time;
+  }
+  return next;
+}
 
 std::optional<Time> Terminal::OutputReady() const {
-  if (output_.empty()) return std::nullopt;
+  if (output_.empty() || hostPauses_) return std::nullopt;
   return output_.front().ready;
 }
 
@@ -116,11 +148,12 @@ unsigned char Terminal::TakeOutput() {
 }
 
 void Terminal::ProcessWaiting() {
-  while (!eraseStep_ && !waiting_.empty()) {
+  while (!Busy() && !waiting_.empty()) {
     const unsigned char byte = waiting_.front();
     waiting_.pop_front();
     Process(byte);
   }
+  FollowBuffer();
 }
 
 void Terminal::Process(unsigned char byte) {
@@ -131,7 +164,10 @@ void Terminal::Process(unsigned char byte) {
 void Terminal::Send(std::string_view bytes) {
   if (setup_.fault == Fault::Silent) return;
   const bool late = setup_.fault == Fault::Late;
-  const Time ready = now_ + (late ? kLate : setup_.fault == Fault::Slow ? kSlow : Time::zero());
+  const Time ready =
+      std::max(now_, startEnd_.value_or(now_)) + (late                          ? kLate
+                                                  : setup_.fault == Fault::Slow ? kSlow
+                                                                                : Time::zero());
   for (const char byte : bytes) {
     const auto sent = static_cast<unsigned char>(byte);
     const bool garbled = setup_.fault == Fault::Garbled;
@@ -231,7 +267,7 @@ void Terminal::ExecuteSetting(Command command, const Parameters& parameters) {
       SetBuffer(interface2_, parameters.Number(0));
       break;
     case Command::SetReceive2:
-      receive2_ = std::clamp(parameters.Number(0), 0, 2);
+      SetReceive2(parameters.Number(0));
       break;
     case Command::Send2:
       // The second interface is looped back: what goes out there comes in again.
@@ -304,32 +340,6 @@ void Terminal::SetInterface(InterfaceSettings& settings, const Parameters& param
 
 void Terminal::SetBuffer(InterfaceSettings& settings, int bytes) {
   settings.buffer = std::clamp(bytes, 1024, 16384);
-}
-
-// ---- keys and the second interface ----
-
-// On a bus only the selected Terminal may use the line, so a key of another one is lost.
-bool Terminal::PressKey(int row, int column, Time now) {
-  Advance(now);
-  if (!powered_ || !keyboards_.Wired(row, column)) return false;
-  const std::optional<unsigned char> code = keyboards_.MatrixCode(row, column);
-  if (code && selected_) {
-    const char character = static_cast<char>(*code);
-    Send({&character, 1});
-  }
-  return true;
-}
-
-void Terminal::Type(unsigned char character, Time now) {
-  Advance(now);
-  if (!powered_ || !selected_) return;
-  const char code = static_cast<char>(keyboards_.AtCode(character));
-  Send({&code, 1});
-}
-
-void Terminal::ReceiveInterface2(std::string_view text, Time now) {
-  Advance(now);
-  if (powered_ && selected_ && receive2_ != 0) Send(text);
 }
 
 // ---- log ----

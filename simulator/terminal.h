@@ -9,6 +9,7 @@
 
 #include "simulator/command_parser.h"
 #include "simulator/eeprom.h"
+#include "simulator/frame.h"
 #include "simulator/keyboards.h"
 #include "simulator/screen.h"
 
@@ -57,6 +58,7 @@ struct InterfaceSettings {
   int handshake = 0;
   int buffer = 16384;  ///< characters
 
+  Frame LineFrame() const { return {baud, bits, parity}; }
   bool operator==(const InterfaceSettings&) const = default;
 };
 
@@ -69,13 +71,20 @@ class Terminal : private CommandParser::Handler {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
+  /// How long a restart by command takes. Its effects are there at once, but for so long the
+  /// Terminal answers nothing and does nothing. Switched on by its operator it is ready at once.
+  static constexpr Time kRestartTime = std::chrono::milliseconds(200);
+
   /// Takes the stored configuration and runs macro 0.
   void PowerOn(Time now);
   void PowerOff();
   void SetPower(bool on, Time now);
   bool Powered() const { return powered_; }
 
-  /// A character whose stop bit has just passed.
+  /// A character whose stop bit has just passed. While the Terminal erases its EEPROM or restarts,
+  /// characters wait in the interface's buffer. From three quarters full until a quarter it asks
+  /// the host to pause, by XOFF and XON or by ReadyToReceive; what comes all the same and does not
+  /// fit is lost. With the former handshake the host's XOFF and XON hold the Terminal's own output.
   void Receive(unsigned char byte, Time now);
   /// Does what has become due, at the latest at `now`.
   void Advance(Time now);
@@ -83,6 +92,7 @@ class Terminal : private CommandParser::Handler {
   std::optional<Time> NextEvent() const;
   /// When the next character of an answer is, or was, ready to be sent.
   std::optional<Time> OutputReady() const;
+  bool ReadyToReceive() const { return !full_ || interface1_.handshake == 0; }
   /// Takes that character; only while OutputReady has one.
   unsigned char TakeOutput();
 
@@ -90,11 +100,18 @@ class Terminal : private CommandParser::Handler {
   void SetP1(unsigned char lines) { p1_ = lines; }
   unsigned char P1() const { return p1_; }
   unsigned char P0() const { return p0_; }
-  /// Presses a key of the matrix keypad (0..7 each); false when no key is wired there.
+  /// Presses a key of the matrix keypad (0..7 each) in place of one that is held; false when no key
+  /// is wired there. It is sent when it counts, and again and again until it is let go (KeyTimes).
   bool PressKey(int row, int column, Time now);
+  /// Lets the key go, but not before it has been down for kShortestPress: no finger is quicker.
+  void ReleaseKey(Time now);
+  static constexpr Time kShortestPress = std::chrono::milliseconds(100);
   /// A character typed on the PC keyboard.
   void Type(unsigned char character, Time now);
-  /// Characters that the device on the second interface sends.
+  /// Characters that the device on the second interface sends, which is set as that interface: of
+  /// 7 bits only those arrive, and XON and XOFF are no characters while they are its handshake.
+  /// Received ("2I") with 1 or 2 they go on to the host; with 0 they wait in the interface's
+  /// buffer, as far as it holds. Switching on with 1 sends on what waits there, with 2 drops it.
   void ReceiveInterface2(std::string_view text, Time now);
 
   const TerminalSetup& Setup() const { return setup_; }
@@ -133,6 +150,13 @@ class Terminal : private CommandParser::Handler {
     Time ready;
     unsigned char byte;
   };
+  struct HeldKey {
+    int row;
+    int column;
+    Time pressed;
+    Time counts;  // next
+    std::optional<Time> released;
+  };
   struct Resolution {
     int width;
     int height;
@@ -145,6 +169,8 @@ class Terminal : private CommandParser::Handler {
 
   bool FaultStrikes();
   void Accept(unsigned char byte);
+  bool Busy() const { return eraseStep_ || startEnd_; }
+  void FollowBuffer();
   void Process(unsigned char byte);
   void ProcessWaiting();
   void SelectAddress(std::string_view parameters);
@@ -156,9 +182,12 @@ class Terminal : private CommandParser::Handler {
   void Send(std::string_view bytes);
   void Acknowledge(bool done);
 
+  // terminal_keys.cpp
+  std::optional<Time> KeyCounts() const;
+  void StepKey();
+
   // terminal_storage.cpp
   bool Store(Command command, const Parameters& parameters);
-  bool WriteBitmap(unsigned char number, const Parameters& parameters);
   void StartErase(bool counting);
   void StepErase();
   std::string ConfigCommands() const;
@@ -170,6 +199,7 @@ class Terminal : private CommandParser::Handler {
 
   void SetResolution(const Parameters& parameters);
   void SetInterface(InterfaceSettings& settings, const Parameters& parameters);
+  void SetReceive2(int mode);
   static void SetBuffer(InterfaceSettings& settings, int bytes);
   void AddToLog(const CommandRow* row, std::string_view text);
 
@@ -191,14 +221,20 @@ class Terminal : private CommandParser::Handler {
   InterfaceSettings stagedInterface1_;
   InterfaceSettings interface2_;
   int receive2_ = 0;
+  std::string buffer2_;  // received while receiving was off
   Resolution resolution_;
   Resolution stagedResolution_;
 
-  std::deque<unsigned char> waiting_;  // received while an erase keeps the Terminal busy
+  std::deque<unsigned char> waiting_;  // received while busy
+  bool full_ = false;                  // so far that the host has been asked to pause
+  bool hostPauses_ = false;            // has sent XOFF, and no XON since
   std::deque<OutputByte> output_;
+  std::optional<Time> startEnd_;
   std::optional<Time> eraseStep_;
   int eraseBlocks_ = 0;
   bool eraseCounts_ = false;
+
+  std::optional<HeldKey> key_;
 
   int macroDepth_ = 0;
   int macroBudget_ = 0;  // bytes that the outermost macro may still spend

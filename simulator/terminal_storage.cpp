@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/bitmap.h"
 #include "simulator/terminal.h"
 
 namespace kelvo::sim {
@@ -41,8 +42,10 @@ bool Terminal::Store(Command command, const Parameters& parameters) {
       const std::optional<std::string> table = PackKeyTable(parameters.Rest(1));
       return table && eeprom_.Write(Kind::KeyTable, *number, *table);
     }
-    case Command::WriteBitmap:
-      return WriteBitmap(*number, parameters);
+    case Command::WriteBitmap: {
+      const std::optional<std::string> bitmap = PackBitmap(parameters);
+      return bitmap && eeprom_.Write(Kind::Bitmap, *number, *bitmap);
+    }
     case Command::DeleteMacro:
       eeprom_.Delete(Kind::Macro, *number);
       return true;
@@ -52,22 +55,6 @@ bool Terminal::Store(Command command, const Parameters& parameters) {
     default:
       return false;
   }
-}
-
-// number, width in bytes (or pixels, negative), height, digits. Kept are the width in bytes, the
-// height in two bytes, and the rows.
-bool Terminal::WriteBitmap(unsigned char number, const Parameters& parameters) {
-  const int given = parameters.Number(1);
-  const int rowBytes = given < 0 ? (7 - given) / 8 : given;
-  const int height = parameters.Number(2);
-  const std::optional<std::string> rows = HexBytes(parameters.Rest(3));
-  if (!rows || rowBytes < 1 || rowBytes > 255 || height < 1 || height > 0xFFFF) return false;
-  if (rows->size() != static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(height)) {
-    return false;
-  }
-  const std::string head = {static_cast<char>(rowBytes), static_cast<char>(height & 0xFF),
-                            static_cast<char>(height >> 8)};
-  return eeprom_.Write(Eeprom::Kind::Bitmap, number, head + *rows);
 }
 
 // The content is gone with the first block; the time is what the blocks take.
@@ -140,6 +127,7 @@ void Terminal::Restart(bool keepStaged) {
   interface1_ = stagedInterface1_;
   resolution_ = stagedResolution_;
   screen_.Resize(resolution_.width, resolution_.height);
+  if (keepStaged) startEnd_ = now_ + kRestartTime;
   RunMacro(0);
   starting_ = false;
 }
@@ -148,6 +136,7 @@ void Terminal::ResetState() {
   parser_.Reset();
   screen_.Reset(setup_.width, setup_.height);
   keyboards_.Reset();
+  key_.reset();
   selected_ = true;
   checksum_ = 0;
   p0_ = 0;
@@ -157,6 +146,7 @@ void Terminal::ResetState() {
   interface2_ = {};
   interface2_.baud = 9600;
   receive2_ = 0;
+  buffer2_.clear();
 }
 
 void Terminal::RestoreConfig() {

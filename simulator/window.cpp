@@ -6,12 +6,12 @@
 #include <QLabel>
 #include <QListView>
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStringListModel>
 #include <QVBoxLayout>
 #include <system_error>
+#include <utility>
 
 #include "simulator/display_view.h"
 #include "simulator/port_panel.h"
@@ -46,39 +46,6 @@ QString Readable(const Terminal::LogEntry& entry) {
   };
   return QStringLiteral("<ESC>") + latin(row.name) + Readable(entry.text) + end +
          QStringLiteral("   – ") + latin(row.meaning);
-}
-
-QString Listed(const QString& name, const QStringList& numbers) {
-  return numbers.isEmpty() ? QString() : name + QStringLiteral(" ") + numbers.join(u", ");
-}
-
-QString Contents(const Eeprom& memory) {
-  QStringList parts;
-  QStringList macros;
-  QStringList tables;
-  QStringList bitmaps;
-  for (const auto& record : memory.Records()) {
-    const QString number = QString::number(record.first.second);
-    switch (record.first.first) {
-      case Eeprom::Kind::Config:
-        parts += QObject::tr("Konfiguration");
-        break;
-      case Eeprom::Kind::Macro:
-        macros += number;
-        break;
-      case Eeprom::Kind::KeyTable:
-        tables += number;
-        break;
-      case Eeprom::Kind::Bitmap:
-        bitmaps += number;
-        break;
-    }
-  }
-  parts += Listed(QObject::tr("Makro"), macros);
-  parts += Listed(QObject::tr("Tastaturtabelle"), tables);
-  parts += Listed(QObject::tr("Bitmap"), bitmaps);
-  parts.removeAll(QString());
-  return parts.isEmpty() ? QObject::tr("leer") : parts.join(u"; ");
 }
 
 KeypadPanel::Keys KeysOf(const Keyboards& keyboards) {
@@ -183,24 +150,15 @@ QWidget* SimulatorWindow::CreateRight() {
 
   keypad_ = new KeypadPanel;
   connect(keypad_, &KeypadPanel::Pressed, this, &SimulatorWindow::PressKey);
+  connect(keypad_, &KeypadPanel::Released, this, [this] {
+    station_.With([this](Bus& bus, Line&, Time now) { bus.At(terminal_).ReleaseKey(now); });
+  });
   column->addWidget(keypad_);
 
-  column->addWidget(CreateMemory());
+  memory_ = new MemoryPanel;
+  column->addWidget(memory_);
   column->addStretch(1);
   return right;
-}
-
-QWidget* SimulatorWindow::CreateMemory() {
-  auto* box = new QGroupBox(tr("EEPROM"));
-  auto* column = new QVBoxLayout(box);
-  memory_ = new QProgressBar;
-  memory_->setObjectName(QStringLiteral("barEeprom"));
-  memoryText_ = new QLabel;
-  memoryText_->setObjectName(QStringLiteral("lblEeprom"));
-  memoryText_->setWordWrap(true);
-  column->addWidget(memory_);
-  column->addWidget(memoryText_);
-  return box;
 }
 
 QWidget* SimulatorWindow::CreateSwitches() {
@@ -234,9 +192,9 @@ SimulatorWindow::Snapshot SimulatorWindow::Take() {
     now.blinks = terminal.Display().CursorBlinks();
     now.p0 = terminal.P0();
     now.p1 = terminal.P1();
-    now.capacity = terminal.Memory().Capacity();
-    now.free = terminal.Memory().Free();
-    now.memory = Contents(terminal.Memory());
+    if (memory_->Shown() != terminal.Memory().Revision()) {
+      now.memory = MemoryPanel::Read(terminal.Memory());
+    }
     now.keys = KeysOf(terminal.Keys());
     now.logCount = terminal.LogCount();
     if (now.logCount == logCount_) return;
@@ -246,7 +204,7 @@ SimulatorWindow::Snapshot SimulatorWindow::Take() {
 }
 
 void SimulatorWindow::Refresh() {
-  const Snapshot now = Take();
+  Snapshot now = Take();
   display_->Show(now.picture, now.powered);
   ports_->Show(now.p0, now.p1);
   keypad_->Show(now.keys);
@@ -254,16 +212,9 @@ void SimulatorWindow::Refresh() {
   power_->setChecked(now.powered);
   power_->setText(now.powered ? tr("Ein&geschaltet") : tr("Aus&geschaltet"));
   reset_->setEnabled(now.powered);
-  ShowMemory(now);
+  if (now.memory) memory_->Show(std::move(*now.memory));
   ShowLog(now);
   RunBlinking(now.powered && now.blinks && isVisible() && !isMinimized());
-}
-
-void SimulatorWindow::ShowMemory(const Snapshot& now) {
-  memory_->setRange(0, std::max(1, now.capacity));
-  memory_->setValue(now.capacity - now.free);
-  memory_->setFormat(tr("%1 von %2 Byte belegt").arg(now.capacity - now.free).arg(now.capacity));
-  memoryText_->setText(now.memory);
 }
 
 void SimulatorWindow::ShowLog(const Snapshot& now) {

@@ -5,12 +5,11 @@
 #include <string>
 
 #include "simulator/keypad_panel.h"
+#include "simulator/memory_panel.h"
 #include "simulator/settings_panel.h"
 #include "simulator/station.h"
 
-class QLabel;
 class QListView;
-class QProgressBar;
 class QPushButton;
 class QStringListModel;
 
@@ -46,9 +45,7 @@ class SimulatorWindow : public QWidget {
     bool blinks = false;
     int p0 = 0;
     int p1 = 0;
-    int capacity = 0;
-    int free = 0;
-    QString memory;
+    std::optional<MemoryPanel::Contents> memory;  // nothing while it is as before
     KeypadPanel::Keys keys;
     SettingsPanel::Settings settings;
     std::uint64_t logCount = 0;
@@ -57,11 +54,9 @@ class SimulatorWindow : public QWidget {
 
   QWidget* CreateLeft(const std::string& portPath);
   QWidget* CreateRight();
-  QWidget* CreateMemory();
   QWidget* CreateSwitches();
   Snapshot Take();
   void ShowLog(const Snapshot& now);
-  void ShowMemory(const Snapshot& now);
   void RunBlinking(bool blinks);
   void SetPower(bool on);
   void PressKey(int row, int column);
@@ -76,8 +71,7 @@ class SimulatorWindow : public QWidget {
   SettingsPanel* settings_;
   QPushButton* power_;
   QPushButton* reset_;
-  QProgressBar* memory_;
-  QLabel* memoryText_;
+  MemoryPanel* memory_;
   QListView* log_;
   QStringListModel* logModel_;
   std::uint64_t logCount_ = 0;

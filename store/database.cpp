@@ -71,6 +71,12 @@ std::string MissingIn(const Database& database, const TableDescription& table) {
 
 }  // namespace
 
+StoreConflict::StoreConflict(Kind conflict)
+    : StoreError(conflict == Kind::Gone
+                     ? "Der Satz wurde inzwischen gelöscht; es wurde nichts gespeichert."
+                     : "Der Satz wurde inzwischen geändert; es wurde nichts gespeichert."),
+      kind(conflict) {}
+
 void Database::Closer::operator()(sqlite3* handle) const { sqlite3_close(handle); }
 
 Database::Database(std::string path) : path_(std::move(path)) {

@@ -14,6 +14,15 @@ class StoreError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A record is not as it was when it was read: another program, or another page, came first.
+class StoreConflict : public StoreError {
+ public:
+  enum class Kind { Changed, Gone };
+  explicit StoreConflict(Kind kind);
+
+  Kind kind;
+};
+
 /// The open database file. It is delivered with the program; nothing here creates a file or a
 /// table, and a file that is refused is left as it was.
 class Database {

@@ -19,13 +19,21 @@ std::string TableOf(std::string_view source) {
   return Quoted(std::string(source));
 }
 
-// The statement that yields the record's keys in the order of the source.
-std::string KeyQuery(std::string_view source, const std::string& table) {
-  std::string sql = "select rowid from " + table;
+// The statement that yields keys and contents in the order of the source.
+std::string RowQuery(std::string_view source, const std::string& table) {
+  std::string sql = "select rowid, * from " + table;
   if (!IsQuery(source)) return sql + " order by rowid";
   source.remove_prefix(kSelectAll.size());
   const std::size_t rest = source.find(' ');
   return rest == std::string_view::npos ? sql : sql.append(source.substr(rest));
+}
+
+Recordset::Row RowOf(const Statement& statement) {
+  Recordset::Row row;
+  for (int column = 1; column < statement.ColumnCount(); ++column) {
+    row.push_back(statement.Column(column));
+  }
+  return row;
 }
 
 // Both ways without the C library, whose decimal separator follows the desktop's language.
@@ -51,31 +59,37 @@ std::optional<std::string> ValueText(const Value& value) {
 
 Recordset::Recordset(Database& database, std::string source)
     : database_(database), source_(std::move(source)), table_(TableOf(source_)) {
-  ReadKeys();
+  ReadRecords();
 }
 
-void Recordset::ReadKeys() {
-  Statement statement(database_, KeyQuery(source_, table_));
-  std::vector<std::int64_t> keys;
-  while (statement.Step()) keys.push_back(std::get<std::int64_t>(statement.Column(0)));
-  keys_ = std::move(keys);
+void Recordset::ReadRecords() {
+  Statement statement(database_, RowQuery(source_, table_));
+  fields_.clear();
+  for (int column = 1; column < statement.ColumnCount(); ++column) {
+    fields_.push_back(statement.ColumnName(column));
+  }
+  std::vector<Record> records;
+  while (statement.Step()) {
+    records.push_back({std::get<std::int64_t>(statement.Column(0)), RowOf(statement)});
+  }
+  records_ = std::move(records);
 }
 
 void Recordset::SetSource(std::string source) {
   source_ = std::move(source);
   table_ = TableOf(source_);
-  ReadKeys();
+  ReadRecords();
   Go(0);
 }
 
 void Recordset::Refresh() {
   const std::int64_t current = Bookmark();
-  ReadKeys();
+  ReadRecords();
   if (!MoveToBookmark(current)) Go(0);
 }
 
 void Recordset::Go(std::size_t position) {
-  position_ = std::min(position, keys_.size());
+  position_ = std::min(position, records_.size());
   deleted_ = false;
   if (repositioned_) repositioned_();
 }
@@ -83,38 +97,38 @@ void Recordset::Go(std::size_t position) {
 void Recordset::MoveFirst() { Go(0); }
 void Recordset::MoveNext() { Go(deleted_ ? position_ : position_ + 1); }
 void Recordset::MovePrevious() { Go(position_ == 0 ? 0 : position_ - 1); }
-void Recordset::MoveLast() { Go(keys_.empty() ? 0 : keys_.size() - 1); }
+void Recordset::MoveLast() { Go(records_.empty() ? 0 : records_.size() - 1); }
 void Recordset::MoveTo(std::size_t position) { Go(position); }
 
 bool Recordset::MoveToBookmark(std::int64_t bookmark) {
-  const auto found = std::find(keys_.begin(), keys_.end(), bookmark);
-  if (found == keys_.end()) return false;
-  Go(static_cast<std::size_t>(found - keys_.begin()));
+  const auto found = std::find_if(records_.begin(), records_.end(),
+                                  [bookmark](const Record& r) { return r.key == bookmark; });
+  if (found == records_.end()) return false;
+  Go(static_cast<std::size_t>(found - records_.begin()));
   return true;
 }
 
 bool Recordset::FindFirst(const std::string& field, const Value& value) {
-  Statement statement(
-      database_, "select 1 from " + table_ + " where rowid = ?1 and " + Quoted(field) + " = ?2");
-  statement.Bind(2, value);
-  for (std::size_t position = 0; position < keys_.size(); ++position) {
-    statement.Bind(1, keys_[position]);
-    if (statement.Step()) {
-      statement.Reset();
-      Go(position);
-      return true;
-    }
-    statement.Reset();
+  const std::size_t index = IndexOf(field);
+  const auto found = std::find_if(records_.begin(), records_.end(), [&](const Record& record) {
+    const auto text = ValueText(record.row[index]);
+    return text && text == ValueText(value);
+  });
+  if (found == records_.end()) return false;
+  Go(static_cast<std::size_t>(found - records_.begin()));
+  return true;
+}
+
+std::size_t Recordset::IndexOf(const std::string& field) const {
+  const auto found = std::find(fields_.begin(), fields_.end(), field);
+  if (found == fields_.end()) {
+    throw StoreError("Das Feld \"" + field + "\" der Tabelle " + table_ + " fehlt.");
   }
-  return false;
+  return static_cast<std::size_t>(found - fields_.begin());
 }
 
 Value Recordset::Field(const std::string& field) const {
-  if (!HasCurrent()) return {};
-  Statement statement(database_,
-                      "select " + Quoted(field) + " from " + table_ + " where rowid = ?");
-  statement.Bind(1, keys_[position_]);
-  return statement.Step() ? statement.Column(0) : Value();
+  return HasCurrent() ? records_[position_].row[IndexOf(field)] : Value();
 }
 
 std::optional<std::string> Recordset::Text(const std::string& field) const {
@@ -130,25 +144,38 @@ double Recordset::Number(const std::string& field) const {
 }
 
 std::vector<std::string> Recordset::Column(const std::string& field) const {
-  Statement statement(database_,
-                      "select " + Quoted(field) + " from " + table_ + " where rowid = ?");
+  const std::size_t index = IndexOf(field);
   std::vector<std::string> column;
-  column.reserve(keys_.size());
-  for (const std::int64_t key : keys_) {
-    statement.Bind(1, key);
-    column.push_back(ValueText(statement.Step() ? statement.Column(0) : Value()).value_or(""));
-    statement.Reset();
-  }
+  column.reserve(records_.size());
+  for (const Record& record : records_) column.push_back(ValueText(record.row[index]).value_or(""));
   return column;
 }
 
-void Recordset::Begin(bool adding) {
-  adding_ = adding;
+Recordset::Row Recordset::Stored(std::int64_t key) const {
+  Statement statement(database_, "select rowid, * from " + table_ + " where rowid = ?");
+  statement.Bind(1, key);
+  return statement.Step() ? RowOf(statement) : Row();
+}
+
+// Inside the change's own transaction, so that nobody comes between.
+void Recordset::CheckUnchanged(const Row& asRead) const {
+  const Row stored = Stored(records_[position_].key);
+  if (stored.empty()) throw StoreConflict(StoreConflict::Kind::Gone);
+  if (stored != asRead) throw StoreConflict(StoreConflict::Kind::Changed);
+}
+
+void Recordset::Edit(Row asRead) {
+  adding_ = false;
+  asRead_ = std::move(asRead);
   changes_.clear();
 }
 
-void Recordset::Update() {
-  if (!adding_ && !HasCurrent()) throw StoreError("Kein aktueller Datensatz.");
+void Recordset::AddNew() {
+  adding_ = true;
+  changes_.clear();
+}
+
+std::string Recordset::UpdateText() const {
   std::string names;
   std::string marks;
   std::string pairs;
@@ -160,26 +187,55 @@ void Recordset::Update() {
     marks += comma + mark;
     pairs += comma + Quoted(field) + " = " + mark;
   }
-  if (index == 0) return;
-  Statement statement(database_,
-                      adding_ ? "insert into " + table_ + " (" + names + ") values (" + marks + ")"
-                              : "update " + table_ + " set " + pairs + " where rowid = ?" +
-                                    std::to_string(index + 1));
-  index = 0;
+  return adding_ ? "insert into " + table_ + " (" + names + ") values (" + marks + ")"
+                 : "update " + table_ + " set " + pairs + " where rowid = ?" +
+                       std::to_string(index + 1);
+}
+
+void Recordset::Update() {
+  if (!adding_ && !HasCurrent()) throw StoreError("Kein aktueller Datensatz.");
+  if (changes_.empty()) return;
+  Transaction transaction(database_);
+  if (!adding_) CheckUnchanged(asRead_);
+  Statement statement(database_, UpdateText());
+  int index = 0;
   for (const auto& [field, value] : changes_) statement.Bind(++index, value);
-  if (!adding_) statement.Bind(index + 1, keys_[position_]);
+  if (!adding_) statement.Bind(index + 1, records_[position_].key);
   statement.Step();
-  if (adding_) keys_.push_back(sqlite3_last_insert_rowid(database_.Handle()));
-  Begin(false);
+  const std::int64_t key =
+      adding_ ? sqlite3_last_insert_rowid(database_.Handle()) : records_[position_].key;
+  Row stored = Stored(key);
+  transaction.Commit();
+  if (adding_) {
+    records_.push_back({key, std::move(stored)});
+  } else {
+    records_[position_].row = std::move(stored);
+  }
+  Edit({});
 }
 
 void Recordset::Delete() {
   if (!HasCurrent()) throw StoreError("Kein aktueller Datensatz.");
+  Transaction transaction(database_);
+  CheckUnchanged(records_[position_].row);
   Statement statement(database_, "delete from " + table_ + " where rowid = ?");
-  statement.Bind(1, keys_[position_]);
+  statement.Bind(1, records_[position_].key);
   statement.Step();
-  keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(position_));
+  transaction.Commit();
+  records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(position_));
   deleted_ = true;
+}
+
+void Recordset::SetAll(const Row& row) {
+  for (std::size_t i = 0; i < fields_.size() && i < row.size(); ++i) Set(fields_[i], row[i]);
+}
+
+void Recordset::Restore(std::int64_t bookmark, const Row& row) {
+  AddNew();
+  if (!Exists(bookmark)) Set("rowid", bookmark);
+  SetAll(row);
+  Update();
+  MoveLast();
 }
 
 }  // namespace kelvo

@@ -77,6 +77,19 @@ Value Statement::Column(int index) const {
   }
 }
 
+Transaction::Transaction(const Database& database) : database_(database) {
+  Statement(database_, "begin immediate").Step();
+}
+
+Transaction::~Transaction() {
+  if (open_) sqlite3_exec(database_.Handle(), "rollback", nullptr, nullptr, nullptr);
+}
+
+void Transaction::Commit() {
+  Statement(database_, "commit").Step();
+  open_ = false;
+}
+
 std::string Quoted(const std::string& name) {
   std::string quoted = "\"";
   for (const char c : name) {

@@ -26,6 +26,8 @@ class Statement {
   void Reset() { sqlite3_reset(statement_.get()); }
 
   Value Column(int index) const;
+  int ColumnCount() const { return sqlite3_column_count(statement_.get()); }
+  std::string ColumnName(int index) const { return sqlite3_column_name(statement_.get(), index); }
 
  private:
   struct Finalizer {
@@ -33,6 +35,22 @@ class Statement {
   };
   const Database& database_;
   std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+};
+
+/// All or nothing: what is not committed has not happened. Nobody else changes the database between
+/// begin and end.
+class Transaction {
+ public:
+  explicit Transaction(const Database& database);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+  void Commit();
+
+ private:
+  const Database& database_;
+  bool open_ = true;
 };
 
 /// A name as SQL writes it.

@@ -29,10 +29,12 @@ std::string AskVersionByTime(Exchange& exchange, TerminalState& state) {
   const Command query = AskVersion();
   exchange.SendString(query);
   Reply reply = exchange.WaitAnswer({});
-  if (reply.text.starts_with(query.Text())) reply.text.erase(0, query.Text().size());
+  RemoveEcho(reply, query);
   std::string answer = reply.text;
-  reply.text.erase(std::min(reply.text.find(kEndMark), reply.text.size()));
-  if (!answer.empty()) NoteVersion(state, reply);
+  const std::size_t end = answer.find(kEndMark);
+  reply.text.erase(std::min(end, answer.size()));
+  // What is still to come may be the "F".
+  if (end != std::string::npos) NoteVersion(state, reply);
   return answer;
 }
 

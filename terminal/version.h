@@ -24,7 +24,7 @@ void NoteVersion(TerminalState& state, const Reply& reply);
 Reply QueryVersion(Exchange& exchange, TerminalState& state);
 
 /// Asks "?V" and returns all that comes within 100 ms, the closing ";" included and without the
-/// echo. Notes version and flash state; without an answer both stay as they are.
+/// echo. Notes version and flash state; without a complete answer both stay as they are.
 std::string AskVersionByTime(Exchange& exchange, TerminalState& state);
 
 }  // namespace kelvo

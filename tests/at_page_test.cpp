@@ -1,16 +1,27 @@
+#include <QKeyEvent>
 #include <QTableView>
 
 #include "keyboards/at_list.h"
-#include "tests/window_fixture.h"
+#include "keyboards/at_page.h"
+#include "tests/page_fixture.h"
+#include "widgets/handlers.h"
 
 namespace kelvo {
 namespace {
 
 using testing_world::milliseconds;
 
-class AtPageTest : public WindowTest {
+class AtPageTest : public PageTest {
  protected:
-  static constexpr milliseconds kSoon{5};
+  void StartOnPage() {
+    page = &Put(new AtPage({exchange, com1, loop, person, state, Records(kTables)}));
+    QObject::connect(page, &AtPage::Hint,
+                     [this](const QString& text) { hint = text.toStdString(); });
+    page->Records().SelectFirst();
+    page->Shown();
+  }
+  static constexpr milliseconds kSoon{100};
+  static constexpr char kTables[] = "select * from Makro where typ = 'ATTab'";
 
   AtList& List() { return static_cast<AtList&>(*Find<QTableView>("ctlATTabListe").model()); }
   const AtPairs& Pairs() { return List().Pairs(); }
@@ -33,10 +44,13 @@ class AtPageTest : public WindowTest {
     EXPECT_TRUE(Find("cboATTabBez").isEnabled());
     EXPECT_TRUE(Find("cmdSetATTab").isEnabled());
   }
+
+  AtPage* page = nullptr;
+  std::string hint;  ///< the last one
 };
 
 TEST_F(AtPageTest, LearnsPairsOfKeys) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   loop.After(kSoon, [&] {
     EXPECT_EQ(Find<QTabWidget>("cmdATTab").currentIndex(), 1);
     EXPECT_TRUE(Find("lblATalterCodePfeil").isVisible());
@@ -50,44 +64,63 @@ TEST_F(AtPageTest, LearnsPairsOfKeys) {
     port.Arrive("a");
   });
   // The same old key overwrites its row; a pair that is not complete is not entered.
-  loop.After(kSoon * 3, [&] { port.Arrive("B\033Ab\xC4"); });
-  loop.After(kSoon * 4, [&] { Click("cmdATumkodierenEnde"); });
-  EXPECT_EQ(Learn(), kSoon * 4);
+  loop.After(kSoon * 3, [&] { port.Arrive("B"); });
+  loop.After(kSoon * 4, [&] { port.Arrive("\033"); });
+  loop.After(kSoon * 5, [&] { port.Arrive("A"); });
+  loop.After(kSoon * 6, [&] { port.Arrive("b"); });
+  loop.After(kSoon * 7, [&] { port.Arrive("\xC4"); });
+  loop.After(kSoon * 8, [&] { Click("cmdATumkodierenEnde"); });
+  EXPECT_EQ(Learn(), kSoon * 8);
   EXPECT_EQ(Pairs(), (AtPairs{{65, 98}, {66, 27}}));
   EXPECT_EQ(CellText(1, 3), "27");
   EXPECT_EQ(List().rowCount(), 3);
   ExpectUsable();
 }
 
-TEST_F(AtPageTest, LosesNoKeyThatArrivesAtLineRate) {
-  StartOn(Tab::AtKeyboard);
-  // 128 pairs, 10 bits a character at 19200 bit/s, and some of them in one delivery.
-  constexpr testing_world::nanoseconds character{520833};
-  for (int code = 0; code < 256; ++code) {
-    const long arrival = code - code % 3;
-    loop.After(character * (arrival + 1),
-               [this, code] { port.Arrive(std::string(1, static_cast<char>(code))); });
-  }
-  loop.After(character * 300, [&] { Click("cmdATumkodierenEnde"); });
+TEST_F(AtPageTest, AKeyThatSendsSeveralCharactersCountsAsItsFirst) {
+  StartOnPage();
+  loop.After(kSoon, [&] {
+    port.Arrive("\033");
+    port.ArriveAfter(milliseconds(1), "[A");  // while the gap behind the first still runs
+  });
+  loop.After(kSoon * 2, [&] {
+    EXPECT_EQ(Text("lblATalterCode"), "←[A / 27");
+    port.Arrive("x");
+    port.ArriveAfter(kSoon / 2, "\033[B");  // pressed before the next pair begins
+  });
+  loop.After(kSoon * 4, [&] { port.Arrive("A"); });
+  loop.After(kSoon * 5, [&] { port.Arrive("a"); });
+  loop.After(kSoon * 6, [&] { Click("cmdATumkodierenEnde"); });
   Learn();
-  ASSERT_EQ(Pairs().size(), 128U);
-  for (int pair = 0; pair < 128; ++pair) {
-    EXPECT_EQ(Pairs()[static_cast<std::size_t>(pair)], (AtPair{2 * pair, 2 * pair + 1}));
-  }
+  EXPECT_EQ(Pairs(), (AtPairs{{27, 'x'}, {'A', 'a'}}));
+}
+
+TEST_F(AtPageTest, RowsThatAreNotStoredAreNotWipedUnasked) {
+  StartOnPage();
+  List().SetPairs({{65, 97}});
+  Learn();
+  EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
+  EXPECT_EQ(person.questions.size(), 1U);
+  person.inputs = {"eins"};
+  page->SaveATTab();
+  loop.After(kSoon, [&] { Click("cmdATumkodierenEnde"); });
+  Learn();
+  EXPECT_EQ(Pairs(), AtPairs{});
+  EXPECT_EQ(person.questions.size(), 1U);
 }
 
 TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
   const std::pair<const char*, std::function<void()>> ends[] = {
       {"fertig", [&] { Click("cmdATumkodierenEnde"); }},
-      {"another page", [&] { Show(Tab::Macros); }},
+      {"another page", [&] { page->Left(); }},
       {"the test page", [&] { Find<QTabWidget>("cmdATTab").setCurrentIndex(0); }},
-      {"a new table", [&] { Trigger("mnuDateiNeu"); }},
+      {"a new table", [&] { page->NewATTab(); }},
       {"the program ends", [&] { loop.closing = true; }},
       {"the line is lost", [&] { port.Lose(); }}};
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   for (const auto& [name, end] : ends) {
     SCOPED_TRACE(name);
-    Show(Tab::AtKeyboard);
+    page->Shown();
     // In the middle of a pair.
     loop.After(kSoon, [&] { port.Arrive("A"); });
     loop.After(kSoon * 2, end);
@@ -96,55 +129,36 @@ TEST_F(AtPageTest, LearningEndsAtOnceWithWhateverEndsIt) {
     loop.closing = false;
     ExpectUsable();
   }
-  EXPECT_EQ(person.notices.size(), 1U);
-}
-
-TEST_F(AtPageTest, LearningIsOverEvenWhileThePageInFrontWaitsForTheTerminal) {
-  StartOn(Tab::AtKeyboard);
-  loop.After(kSoon, [&] { port.Arrive("A"); });
-  loop.After(kSoon * 2, [&] { Show(Tab::Text); });
-  // The text page still asks; the operator is back before it is done.
-  loop.After(milliseconds(100), [&] {
-    Show(Tab::AtKeyboard);
-    ExpectUsable();
-    loop.After(kSoon, [&] { port.Arrive("Bb"); });
-    loop.After(kSoon * 2, [&] { Click("cmdATumkodierenEnde"); });
-    Learn();
-    EXPECT_EQ(Pairs(), (AtPairs{{66, 98}}));
-  });
-  Learn();
-  EXPECT_EQ(Pairs(), (AtPairs{{66, 98}}));
-  ExpectUsable();
 }
 
 TEST_F(AtPageTest, ReceiveEventsAreOffWhileLearningAndOnAgainOnTheTestPage) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   loop.After(kSoon, [&] { EXPECT_EQ(port.ReceiveThreshold(), 0); });
   loop.After(kSoon * 2, [&] { Click("cmdATumkodierenEnde"); });
   Learn();
   EXPECT_EQ(port.ReceiveThreshold(), 0);
   Find<QTabWidget>("cmdATTab").setCurrentIndex(0);
   EXPECT_EQ(port.ReceiveThreshold(), 1);
-  loop.After(kSoon, [&] { Show(Tab::Macros); });
+  loop.After(kSoon, [&] { page->Left(); });
   Learn();
   EXPECT_EQ(port.ReceiveThreshold(), 1);
 }
 
 TEST_F(AtPageTest, WithAClosedPortThereIsNothingToLearnFrom) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   port.Close();
   Learn();
-  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
-  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 1);
+  EXPECT_EQ(portsWanted, 1);
+  EXPECT_EQ(Find<QTabWidget>("cmdATTab").currentIndex(), 0);
 }
 
 TEST_F(AtPageTest, ShowsWhatTheKeyboardSends) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   port.Arrive("a\xE4");
   EXPECT_EQ(Find<QPlainTextEdit>("lblATKlartext").toPlainText().toStdString(), "aä");
   EXPECT_EQ(Text("lblAThexcode"), "228");
-  Show(Tab::Macros);
-  Show(Tab::AtKeyboard);
+  page->Left();
+  page->Shown();
   EXPECT_EQ(Find<QPlainTextEdit>("lblATKlartext").toPlainText(), QString());
   EXPECT_EQ(Text("lblAThexcode"), "228");
   Click("cmdATKlartextclear");
@@ -152,7 +166,12 @@ TEST_F(AtPageTest, ShowsWhatTheKeyboardSends) {
 }
 
 TEST_F(AtPageTest, APairCanBeTypedByCharacterOrCode) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
+  std::string titles;
+  for (int column = 0; column < 4; ++column) {
+    titles += List().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
+  }
+  EXPECT_EQ(titles, "TasteHex-CodeTasteHex-Code");
   EXPECT_TRUE(TypeCell(0, AtList::OldKey, "A"));
   EXPECT_EQ(CellText(0, AtList::OldCode), "65");
   EXPECT_EQ(List().rowCount(), 1);
@@ -171,7 +190,7 @@ TEST_F(AtPageTest, APairCanBeTypedByCharacterOrCode) {
 }
 
 TEST_F(AtPageTest, RefusesWhatIsNoKeyAndASecondRowForAKey) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   List().SetPairs({{65, 97}, {66, 98}});
   for (const auto& [column, text] :
        std::initializer_list<std::pair<int, const char*>>{{AtList::OldCode, "256"},
@@ -184,12 +203,12 @@ TEST_F(AtPageTest, RefusesWhatIsNoKeyAndASecondRowForAKey) {
     EXPECT_FALSE(TypeCell(1, column, text)) << text;
     EXPECT_EQ(person.beeps, beeps + 1) << text;
   }
-  EXPECT_EQ(InStatusBar(), "Für den Code 65 gibt es schon eine Zeile.");
+  EXPECT_EQ(hint, "Für den Code 65 gibt es schon eine Zeile.");
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}, {66, 98}}));
 }
 
 TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   EXPECT_FALSE(Find("lblATHinweis").isVisible());
   terminal.Answer("E?F", "1000;", kSoon);
   terminal.Answer("EWK0,43;", "\x06", kSoon);
@@ -204,11 +223,11 @@ TEST_F(AtPageTest, WarnsOfRowsOutOfOrderAndSendsThemAsTheyAre) {
 }
 
 TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   terminal.Answer("E?F", "1000;", kSoon);
   Click("cmdSetATTab");
-  Trigger("mnuDateiSave");
-  Trigger("mnuDateiSaveAsMakro");
+  page->SaveATTab();
+  EXPECT_FALSE(page->ShownTable());
   ASSERT_EQ(person.messages.size(), 3U);
   for (const auto& shown : person.messages) {
     EXPECT_EQ(shown.text, "Die Tabelle ist leer / CreateATTab");
@@ -218,7 +237,7 @@ TEST_F(AtPageTest, AnEmptyTableIsNeitherSentNorSaved) {
 }
 
 TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   List().SetPairs({{65, 97}});
   terminal.Answer("E?F", "7;", kSoon);
   Click("cmdSetATTab");
@@ -237,26 +256,25 @@ TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
 }
 
 TEST_F(AtPageTest, KeepsTablesAndShowsThemAgain) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   List().SetPairs({{65, 97}});
   Type("txtATTastNr", "4");
   person.inputs = {"Übung 'eins'"};
-  Trigger("mnuDateiSave");
+  page->SaveATTab();
   EXPECT_EQ(person.prompts.back(), "Bezeichnung für diese Tastaturtabelle :|(neuer Name)");
-  Trigger("mnuDateiNeu");
+  page->NewATTab();
   EXPECT_EQ(Pairs(), AtPairs{});
   Choose("cboATTabBez", "Übung 'eins'");
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
   EXPECT_EQ(Text("txtATTastNr"), "4");
-  const std::string source = "select * from Makro where typ = 'ATTab'";
-  EXPECT_EQ(Stored(source, "wert"), "\033EWK4,41,61;");
-  EXPECT_EQ(Stored(source, "ausgang") + Stored(source, "eingang"), "00");
-  Trigger("mnuBearbeitenloeschen");
+  EXPECT_EQ(Stored(kTables, "wert"), "\033EWK4,41,61;");
+  EXPECT_EQ(Stored(kTables, "ausgang") + Stored(kTables, "eingang"), "00");
+  page->DeleteTable();
   EXPECT_EQ(person.questions.back(), "Umkodiertabelle 'Übung 'eins'' löschen ?");
 }
 
 TEST_F(AtPageTest, WhatIsBeingTypedIsSaved) {
-  StartOn(Tab::AtKeyboard);
+  StartOnPage();
   auto& list = Find<QTableView>("ctlATTabListe");
   list.setFocus();
   TypeCell(0, AtList::OldKey, "A");
@@ -265,9 +283,71 @@ TEST_F(AtPageTest, WhatIsBeingTypedIsSaved) {
   ASSERT_EQ(QApplication::focusWidget(), editor);
   editor->setText(QStringLiteral("a"));
   person.inputs = {"eins"};
-  Trigger("mnuDateiSave");
+  EXPECT_TRUE(FinishEditing());
+  page->SaveATTab();
   EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
   EXPECT_EQ(Chosen("cboATTabBez"), "eins");
+  // What is no code is refused before anything begins.
+  list.edit(List().index(0, AtList::NewCode));
+  qobject_cast<QLineEdit*>(QApplication::focusWidget())->setText(QStringLiteral("999"));
+  Forget();
+  Click("cmdSetATTab");
+  EXPECT_EQ(Written(), "");
+  EXPECT_EQ(hint, "Ein Code ist eine Zahl von 0 bis 255.");
+  EXPECT_TRUE(list.hasFocus());
+}
+
+TEST_F(AtPageTest, AHalfTypedRowIsNeitherSentNorLost) {
+  StartOnPage();
+  List().SetPairs({{65, 97}});
+  TypeCell(1, AtList::OldKey, "B");
+  page->SaveATTab();
+  Click("cmdSetATTab");
+  EXPECT_FALSE(page->ShownTable());
+  EXPECT_EQ(Written(), "");
+  EXPECT_TRUE(person.prompts.empty());
+  EXPECT_EQ(person.beeps, 3);
+  EXPECT_EQ(Find<QTableView>("ctlATTabListe").currentIndex(), List().index(1, AtList::NewKey));
+}
+
+TEST_F(AtPageTest, RowsAreSavedInAFormThatHoldsThem) {
+  StartOnPage();
+  List().SetPairs({{200, 1}, {65, 97}, {70, 70}, {0, 255}});
+  person.inputs = {"eins", "eins"};
+  page->SaveATTab();
+  EXPECT_EQ(Pairs(), (AtPairs{{0, 255}, {65, 97}, {70, 70}, {200, 1}}));
+  EXPECT_NE(person.questions.at(0).find(": 70."), std::string::npos);
+  person.answers = {true};
+  page->SaveATTab();
+  EXPECT_EQ(Pairs(), (AtPairs{{0, 255}, {65, 97}, {200, 1}}));
+  EXPECT_TRUE(page->Records().DraftNames().empty());
+  EXPECT_EQ(ReadAtTable(Stored(kTables, "wert")), Pairs());
+}
+
+TEST_F(AtPageTest, TabAndArrowsGoFromCellToCell) {
+  StartOnPage();
+  auto& list = Find<QTableView>("ctlATTabListe");
+  list.setFocus();
+  list.setCurrentIndex(List().index(0, AtList::OldKey));
+  const auto press = [](int key, const char* text = "") {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString::fromUtf8(text));
+    QApplication::sendEvent(QApplication::focusWidget(), &event);
+    QApplication::processEvents();
+  };
+  for (const char* letter : {"q", "w", "e", "r"}) {
+    press(0, letter);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+  }
+  EXPECT_EQ(Pairs(), (AtPairs{{'q', 'w'}, {'e', 'r'}}));
+  EXPECT_EQ(list.currentIndex(), List().index(2, AtList::OldKey));
+  press(Qt::Key_Up);
+  press(Qt::Key_Right);
+  press(Qt::Key_Right);
+  press(0, "x");
+  press(Qt::Key_Up);
+  EXPECT_EQ(Pairs(), (AtPairs{{'q', 'w'}, {'e', 'x'}}));
+  EXPECT_EQ(list.currentIndex(), List().index(0, AtList::NewKey));
 }
 
 }  // namespace

@@ -91,9 +91,4 @@ class ControlsTest : public testing::Test, protected testing_world::VirtualWorld
   testing_world::FakeOperator person;
 };
 
-/// Texts that no number field expects.
-inline const std::vector<std::string> BadTexts = {
-    "",    " ",        "abc", "-1",  "-999999999999", "99999999999999999999", "1e5",
-    "1.5", "\xFC\xDF", ";",   "5;R", "\x1b",          std::string(5000, '9'), "&H7"};
-
 }  // namespace kelvo

@@ -126,6 +126,29 @@ TEST_F(BuiltFonts, HoldLatin1AndItsBoldFaces) {
   }
 }
 
+// A serif beside a stem of one pixel breaks it, and a closed foot makes a B of a sharp s.
+TEST_F(BuiltFonts, LightLettersStandOnStraightStems) {
+  for (const int number : {0, 1}) {
+    const DeviceFont& font = fonts_.Font(number);
+    const int foot = number == 0 ? 6 : 7;  // of a capital letter
+    const auto row = [&font](int letter, int y) {
+      std::string pixels;
+      for (int x = 0; x < 8; ++x) {
+        pixels += font.Pixel(static_cast<unsigned char>(letter), x, y) ? '#' : '.';
+      }
+      return pixels;
+    };
+    for (const char letter : {'b', 'h', 'B', 'D', 'E', 'F', 'H', 'K', 'L', 'P', 'R'}) {
+      for (int y = 0; y <= foot; ++y) EXPECT_TRUE(row(letter, y).starts_with(".#")) << letter << y;
+    }
+    for (const int round : {int{'8'}, int{'O'}, 0xDF})
+      EXPECT_TRUE(row(round, 0).starts_with("..#"));
+    EXPECT_NE(row('b', foot), row('h', foot));
+    EXPECT_NE(row('B', foot), row(0xDF, foot));
+    EXPECT_NE(row('B', foot), row('R', foot));
+  }
+}
+
 TEST_F(BuiltFonts, HoldDifferentSmallDigits) {
   const std::string held = "0123456789.,-+:";
   PixelMap seen[15];

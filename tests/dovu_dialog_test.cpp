@@ -145,15 +145,15 @@ TEST_F(BusWindowTest, ToolbarDeletesTheCurrentTerminalWithoutAsking) {
   Click("cmdToolbar_12");
   EXPECT_EQ(Listed(), 0);
   EXPECT_TRUE(person.questions.empty());
-}
-
-TEST_F(BusWindowTest, WithoutAPortTheOperatorIsSentToTheInterfaces) {
-  Begin();
-  port.Close();
-  Forget();
-  Search("5");
-  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
-  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), static_cast<int>(Tab::Interfaces));
+  // But it can be taken back.
+  for (int i = 0; i < 3; ++i) Trigger("mnuBearbeitenRueckgaengig");
+  EXPECT_EQ(Listed(), 3);
+  EXPECT_FALSE(Find<QAction>("mnuBearbeitenRueckgaengig").isEnabled());
+  person.answers = {true};
+  Click("cmdClearDovuData");
+  EXPECT_EQ(Listed(), 0);
+  Trigger("mnuBearbeitenRueckgaengig");
+  EXPECT_EQ(Listed(), 3);
 }
 
 TEST_F(BusWindowTest, PortIsReopenedAsItWas) {

@@ -1,7 +1,10 @@
 #include <fstream>
 
+#include <QKeyEvent>
+
 #include "graphics/create_pic.h"
 #include "graphics/wmf.h"
+#include "shell/drawing_desk.h"
 #include "tests/drawing_samples.h"
 #include "tests/window_fixture.h"
 
@@ -42,16 +45,6 @@ TEST_F(DrawingDeskTest, SendClearsTheDisplayAndWritesTheDrawingInOnePiece) {
   EXPECT_TRUE(person.messages.empty());
 }
 
-TEST_F(DrawingDeskTest, SendWithoutAPortLeadsToTheInterfacePage) {
-  Start();
-  Load();
-  port.Close();
-  Click("cmdToolbar_10");
-  EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
-  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 1);
-  EXPECT_EQ(Written(), "");
-}
-
 TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {
   Start();
   Load();
@@ -60,14 +53,20 @@ TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {
   EXPECT_EQ(ReadFile(*person.file), commands + "\r\n");
   person.file = folder.Path("no/folder/drawing.txt");
   Click("cmdToolbar_2");
-  EXPECT_NE(person.LastMessage().find("kann nicht geschrieben werden / SaveasText"),
-            std::string::npos);
+  EXPECT_NE(person.LastMessage().find(" / SaveasText"), std::string::npos);
 
   person.inputs = {"Bild 1"};
   Trigger("mnuDateiSaveAsMakro");
   EXPECT_EQ(person.prompts.back(), "Bezeichnung für dieses Makro :|(neuer Name)");
   EXPECT_EQ(Stored("Makro", "typ", 3) + Stored("Makro", "nr_im_display", 3), "Grafik-1");
   EXPECT_EQ(WireText(Stored("Makro", "wert", 3)), commands);
+
+  Database database(folder.Path("kelvo.mdb"));
+  const std::vector<GraphicsHost::StoredText> stored = StoredTexts(database);
+  ASSERT_EQ(stored.size(), 4U);
+  EXPECT_EQ(stored[0].name + stored[0].commands, "Bild 1" + commands);
+  EXPECT_EQ(stored[1].name, "Begrüßung");
+  EXPECT_TRUE(stored[0].isDrawing && !stored[1].isDrawing);
 }
 
 TEST_F(DrawingDeskTest, WhatCannotBeTranslatedReplacesNothing) {
@@ -85,7 +84,8 @@ TEST_F(DrawingDeskTest, WhatCannotBeTranslatedReplacesNothing) {
   EXPECT_EQ(ReadFile(*person.file), "old");
 }
 
-TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesWhileThePageIsInFront) {
+// Whichever page is in front, but never more of it than the line takes.
+TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesOneDrawingAfterTheOther) {
   Start();
   Trigger("mnuOptionenSofortSenden");
   Load();
@@ -97,6 +97,37 @@ TEST_F(DrawingDeskTest, ChangesGoOutByThemselvesWhileThePageIsInFront) {
   Trigger("mnuDateiNeu");  // a record, not the drawing
   loop.RunFor(milliseconds(2000));
   EXPECT_EQ(Written(), "");
+  Grafik().findChild<QAction*>(QStringLiteral("mnuGrafikAlles"))->trigger();
+  const auto nudge = [] {
+    QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
+    QApplication::sendEvent(Grafik().findChild<QWidget*>(QStringLiteral("Display")), &right);
+  };
+  port.characterTime = milliseconds(100);  // the drawing takes seconds
+  for (int i = 0; i < 20; ++i) {
+    nudge();
+    loop.RunFor(milliseconds(500));
+    EXPECT_LE(port.writes.size() / 2, 1U + static_cast<unsigned>(i) / 4) << i;
+  }
+  EXPECT_LE(port.OutBufferCount(), port.writes[port.writes.size() - 1].size() + 4);
+  loop.RunFor(std::chrono::minutes(1));
+  EXPECT_EQ(port.writes.back(), Grafik().CreatePic()) << "the newest, in the end";
+  Trigger("mnuOptionenSofortSenden");
+  nudge();
+  Forget();
+  loop.RunFor(std::chrono::minutes(1));
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(DrawingDeskTest, ALongSendShowsItsProgressAndCanBeStopped) {
+  Start();
+  Load();
+  port.characterTime = milliseconds(100);
+  Click("cmdToolbar_10");
+  EXPECT_TRUE(Find("ctlSendeFortschritt").isVisible());
+  EXPECT_EQ(Grafik().findChild<QLabel*>(QStringLiteral("lblSenden"))->text(), QString())
+      << "sent from the page";
+  Click("cmdSendenAbbrechen");
+  EXPECT_EQ(port.OutBufferCount(), 0U);
 }
 
 TEST_F(DrawingDeskTest, ResolutionThatIsSetIsTheEditorsTooAndTheDrawingGoes) {
@@ -118,11 +149,10 @@ TEST_F(DrawingDeskTest, UnsavedDrawingIsAskedAboutWhenTheProgramEnds) {
     Grafik().findChild<QAction*>(QString::fromUtf8(action))->trigger();
   }
   window->close();
-  EXPECT_EQ(person.questions,
-            std::vector<std::string>{"Die Zeichnung ist nicht gespeichert. Trotzdem verwerfen ?"});
+  EXPECT_EQ(person.questions, std::vector<std::string>{"Die Zeichnung ist nicht gespeichert."});
   EXPECT_TRUE(window->isVisible());
   EXPECT_TRUE(port.IsOpen());
-  person.answers = {true};
+  person.decisions = {Decision::Discard};
   window->close();
   EXPECT_FALSE(window->isVisible());
 }

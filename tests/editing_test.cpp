@@ -6,7 +6,10 @@
 #include "graphics/dither.h"
 #include "graphics/grips.h"
 #include "graphics/history.h"
+#include "graphics/painter.h"
+#include "graphics/transforms.h"
 #include "tests/drawing_samples.h"
+#include "tests/pixel_picture.h"
 
 namespace kelvo {
 namespace {
@@ -123,7 +126,7 @@ TEST(Grips, ResizeTheBoxOrMoveThePoint) {
   EXPECT_FALSE(GripAt(box, {0, 0}, 1));
 
   const Drawing dot = {Chosen(BoxAt(10, 10, 1, 1))};  // all grips in one place: the last one grows
-  EXPECT_EQ(BoundsOf(DragGrip(dot, *GripAt(dot, {10, 10}, 0), {14, 12}, false, fonts)[0]),
+  EXPECT_EQ(BoundsOf(DragGrip(dot, *GripAt(dot, {11, 11}, 1), {14, 12}, false, fonts)[0]),
             (Box{10, 10, 14, 12}));
 
   const Drawing path = {Chosen(WithVertices(Kind::Polyline, {{0, 0}, {5, 5}, {9, 0}}))};
@@ -183,6 +186,12 @@ TEST(History, StepsWithTheSameKeyMergeAndSelectionIsNoStep) {
     history.Record(drawing, next, "move");
     drawing = next;
   }
+  Drawing next = drawing;
+  MoveSelected(next, 0, 1);
+  history.Record(drawing, next, "align");
+  drawing = next;
+  history.Undo(drawing);
+  EXPECT_EQ(BoundsOf(drawing[0]).left, 3);
   history.Undo(drawing);
   EXPECT_FALSE(history.CanUndo());
   EXPECT_EQ(BoundsOf(drawing[0]), BoundsOf(start[0]));
@@ -193,15 +202,73 @@ TEST(History, StepsWithTheSameKeyMergeAndSelectionIsNoStep) {
 TEST(Costs, CountCommandsSecondsAndBytes) {
   TerminalTraits traits;
   traits.displayHeight = 64;
-  const DrawingCosts nothing = CostsOf({}, traits, 128, 9600);
+  const DrawingCosts nothing = CostsOf({}, traits, 9600);
   EXPECT_EQ(nothing.wireBytes, 3U);
   EXPECT_EQ(nothing.macroBytes, 0U);
-  EXPECT_EQ(nothing.bitmapBytes, 0U);
-  const DrawingCosts costs = CostsOf({BoxAt(-5, 0, 15, 4)}, traits, 128, 9600);
+  EXPECT_EQ(nothing.bitmapBytes, std::nullopt);
+  const DrawingCosts costs = CostsOf({BoxAt(-5, 0, 15, 4)}, traits, 9600);
   EXPECT_EQ(costs.macroBytes, std::string("^GP 9, 60;^GR-5, 63;").size());
   EXPECT_EQ(costs.wireBytes, costs.macroBytes + 3);
   EXPECT_DOUBLE_EQ(costs.seconds, static_cast<double>(costs.wireBytes) / 960);
-  EXPECT_EQ(costs.bitmapBytes, 2U * 4U);  // ten of the columns can be seen
+  EXPECT_EQ(costs.bitmapBytes, std::nullopt) << "no picture, nothing to store";
+  DrawingObject picture = PictureAt({0, 0}, Picture(1, 1, {kBlack}));
+  SetCorners(picture, {0, 0, 9, 3});
+  EXPECT_EQ(CostsOf({BoxAt(0, 0, 90, 40), GroupOf({picture})}, traits, 9600).bitmapBytes, 2U * 4U);
+}
+
+PixelMap Painted(const Drawing& drawing) {
+  PixelMap pixels(64, 64);
+  PaintDrawing(pixels, drawing, {}, 0x800000);
+  return pixels;
+}
+
+TEST(Transforms, TwoFlipsAndFourTurnsChangeNothing) {
+  Drawing start = {Boxed(Kind::Rectangle, {30, 20}, {10, 10}, true),
+                   GroupOf({WithVertices(Kind::Polyline, {{40, 10}, {50, 30}, {12, 35}})}),
+                   Boxed(Kind::Ellipse, {60, 40}, {41, 31}, false),
+                   PictureAt({15, 60}, Picture(3, 2, {1, 2, 3, 4, 5, 6}))};
+  SelectAll(start, true);
+  for (const Axis axis : {Axis::X, Axis::Y}) {
+    Drawing flipped = start;
+    FlipSelected(flipped, axis);
+    EXPECT_NE(flipped, start);
+    FlipSelected(flipped, axis);
+    EXPECT_EQ(flipped, start);
+  }
+  Drawing turned = start;
+  for (int i = 0; i < 4; ++i) {
+    TurnSelected(turned);
+    EXPECT_EQ(turned == start, i == 3) << i;
+  }
+  Drawing icon = {PictureAt({0, 1}, Picture(3, 2, {1, 2, 3, 4, 5, 6}))};
+  SelectAll(icon, true);
+  TurnSelected(icon);  // clockwise
+  EXPECT_EQ(icon[0].picture, Picture(2, 3, {4, 1, 5, 2, 6, 3}));
+  InvertSelected(icon);
+  EXPECT_EQ(icon[0].picture.At(0, 0), kWhite - 4);
+}
+
+TEST(Transforms, APictureOfTheSelectionShowsWhatTheCanvasShows) {
+  RandomDrawings drawings(5);
+  int made = 0;
+  for (int i = 0; i < 200; ++i) {
+    Drawing drawing = drawings.Next();
+    SelectAll(drawing, true);
+    const PixelMap before = Painted(drawing);
+    const bool unsent = CountKind(drawing, Kind::Vertices) > 0;
+    MakePictureOfSelected(drawing, {64, 64, {}, 0x800000});
+    if (drawing.size() != 1 || drawing[0].kind != Kind::Picture || unsent) continue;
+    ++made;
+    EXPECT_TRUE(Painted(drawing) == before) << i << AsText(before) << AsText(Painted(drawing));
+  }
+  EXPECT_GT(made, 50);
+  // A filled shape that is never sent becomes one that is.
+  Drawing polygon = {WithVertices(Kind::Vertices, {{0, 0}, {10, 0}, {10, 10}, {0, 10}})};
+  polygon[0].filled = polygon[0].selected = true;
+  MakePictureOfSelected(polygon, {64, 64, {}, 0x800000});
+  ASSERT_EQ(polygon.size(), 1U);
+  EXPECT_EQ(BoundsOf(polygon[0]), (Box{0, 0, 10, 10}));
+  EXPECT_EQ(polygon[0].picture.At(5, 5), kBlack);
 }
 
 int BlackPixels(const Picture& picture) {
@@ -221,8 +288,18 @@ TEST(Dither, KeepsTheBrightnessOfGreys) {
     const Picture even(64, 64, std::vector<Colour>(64 * 64, static_cast<Colour>(grey) * 0x010101U));
     const int expected = 64 * 64 * (255 - grey) / 255;
     for (const Dithering dithering : {Dithering::Diffusion, Dithering::Ordered}) {
-      const int black = BlackPixels(MadeMonochrome(even, dithering, 0x808080));
-      EXPECT_NEAR(black, expected, 64 * 64 / 40) << grey;
+      // Whatever the threshold for colour values is: the delivered one is pure blue of half
+      // strength.
+      for (const Colour threshold : {0x808080U, 0x800000U, 0U}) {
+        const int black = BlackPixels(MadeMonochrome(even, dithering, threshold));
+        EXPECT_NEAR(black, expected, 64 * 64 / 100) << grey;
+      }
+      int before = 0;
+      for (int middle = 0; middle <= 256; ++middle) {
+        const int black = BlackPixels(MadeMonochrome(even, dithering, 0x800000, middle));
+        EXPECT_GE(black, before - 64) << grey << ' ' << middle;
+        before = black;
+      }
     }
     EXPECT_EQ(BlackPixels(MadeMonochrome(even, Dithering::Threshold, 0x808080)),
               grey < 128 ? 64 * 64 : 0);

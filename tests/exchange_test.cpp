@@ -101,9 +101,14 @@ TEST_F(ExchangeTest, PlainSendWaitsForEarlierTextUnlessItIsDiscarded) {
 
 TEST_F(ExchangeTest, LeftOverTickSkipsTheWaitForEarlierText) {
   port.characterTime = milliseconds(100);
-  Send(std::string(50, 'a'), Acknowledge::None);
-  loop.RunFor(tmrTimeout.Interval());
-  EXPECT_DOUBLE_EQ(Duration([&] { Send("b", Acknowledge::None); }), 0);
+  // Each text begins the interval anew.
+  for (const int passed : {1900, 2000}) {
+    loop.RunFor(milliseconds(700));
+    Send(std::string(50, 'a'), Acknowledge::None);
+    loop.RunFor(milliseconds(passed));
+    EXPECT_DOUBLE_EQ(Duration([&] { Send("b", Acknowledge::None); }), passed < 2000 ? 3100 : 0);
+    exchange.WaitUntilSent();
+  }
 }
 
 TEST_F(ExchangeTest, HeldLineEndsAsNoReactionAndGoesOnWhenItIsReleased) {
@@ -139,6 +144,7 @@ TEST_F(ExchangeTest, QueryReplyLosesEchoAndEndMark) {
     terminal.Answer("\x1b?A", answer, milliseconds(3));
     EXPECT_EQ(Query("?A"), expected);
     EXPECT_EQ(reply.kind, ReplyKind::Answered);
+    EXPECT_FALSE(tmrTimeout.Enabled());
   }
   EXPECT_EQ(port.writes.front(), "\x1b?A");
 }
@@ -146,9 +152,8 @@ TEST_F(ExchangeTest, QueryReplyLosesEchoAndEndMark) {
 TEST_F(ExchangeTest, QueryWithoutCompleteReplyTimesOutAfterHalfASecond) {
   exchange.SetInterval(milliseconds(10000));
   terminal.Answer("\x1b?V", "2.1", milliseconds(1));
-  const double duration = Duration([&] { EXPECT_EQ(Query("?V"), "TimeOut"); });
-  EXPECT_GE(duration, 500);
-  EXPECT_LE(duration, 520);  // and the pause of the bus, at most one interval
+  // And the pause of the bus, up to the next of its ticks.
+  EXPECT_DOUBLE_EQ(Duration([&] { EXPECT_EQ(Query("?V"), "TimeOut"); }), 520);
   EXPECT_EQ(reply.kind, ReplyKind::Unfinished);
   EXPECT_EQ(reply.received, "2.1");
   EXPECT_EQ(tmrTimeout.Interval(), milliseconds(500));
@@ -161,12 +166,77 @@ TEST_F(ExchangeTest, QueryTimeDoesNotRunWhileTheQueryIsOnTheLine) {
   EXPECT_EQ(Query("?V"), "2.1");
 }
 
+// An acknowledge that comes too late, while the next command waits for its own.
+TEST_F(ExchangeTest, OverdueAcknowledgeIsNotTakenForTheNextOne) {
+  tmrTimeout.SetInterval(milliseconds(500));
+  for (const bool refused : {true, false}) {
+    terminal.Answer("\033EWM1,a\x03", "\x06", milliseconds(520));
+    terminal.Answer("\033EWM2,b\x03", refused ? "\x15" : "\x06", milliseconds(60));
+    EXPECT_TRUE(Send("\033EWM1,a\x03"));
+    EXPECT_EQ(Send("\033EWM2,b\x03"), refused);
+    EXPECT_FALSE(refused && reply.kind != ReplyKind::Refused);
+    // It is in front of a reply as well.
+    EXPECT_TRUE(Send("\033EWM1,a\x03"));
+    terminal.Answer("\033E?F", "800;", milliseconds(40));
+    EXPECT_EQ(Query("E?F"), "800");
+    // The next one is not delayed any more.
+    EXPECT_LT(Duration([&] { EXPECT_EQ(Send("\033EWM2,b\x03"), refused); }), 70);
+  }
+}
+
+TEST_F(ExchangeTest, RepliesThatComeTooLateDoNotShiftToTheNextQuestion) {
+  const char* const queries[] = {"T?F", "T?A", "T?M", "T?Z", "?C", "?c", "?A"};
+  for (const int late : {501, 510, 520, 700, 990}) {
+    for (const char* query : queries) {
+      terminal.Answer("\x1b" + std::string(query), query + std::string(";"), milliseconds(late));
+      Query(query);
+      EXPECT_TRUE(reply.text == "TimeOut" || reply.text == query) << late << ' ' << reply.text;
+    }
+    loop.RunFor(milliseconds(6000));
+    port.DiscardInput();
+  }
+}
+
+TEST_F(ExchangeTest, ATerminalThatHasMissedAQuestionIsUnderstoodAfterwards) {
+  EXPECT_EQ(Query("?V"), "TimeOut");
+  terminal.Answer("\x1b?V", "2.1;", milliseconds(5));
+  EXPECT_EQ(Query("?V"), "2.1");
+  EXPECT_LT(Duration([&] { EXPECT_EQ(Query("?V"), "2.1"); }), 40);
+  // A reply is no acknowledge.
+  terminal.Answer("\x1b?V", "2.1;", milliseconds(540));
+  terminal.Answer("\033EWC", "\x06", milliseconds(60));
+  EXPECT_EQ(Query("?V"), "TimeOut");
+  EXPECT_FALSE(Send("\033EWC"));
+  // But a key is one that says nothing, always.
+  EXPECT_EQ(Query("?V"), "TimeOut");
+  loop.RunFor(milliseconds(1000));
+  terminal.Answer("\033EWC", "k", milliseconds(5));
+  EXPECT_TRUE(Send("\033EWC"));
+  EXPECT_EQ(reply.text, "unknown 107");
+  // Silence takes no longer than ever, nor does a Terminal that is selected anew.
+  terminal.Answer("\x1b?V", "");
+  EXPECT_LE(Duration([&] { Query("?V"), Query("?V"); }), 1040);
+  Send("\x1b!A5;", Acknowledge::None);
+  terminal.Answer("\x1b?V", "2.1;", milliseconds(5));
+  EXPECT_LT(Duration([&] { EXPECT_EQ(Query("?V"), "2.1"); }), 40);
+}
+
+// A busy program serves the tick that is overdue before the characters that came in time.
+TEST_F(ExchangeTest, ReplyThatIsThereWhenAnOverdueTickComesIsNoTimeOut) {
+  for (const char* answer : {"2.1;", "2.1"}) {
+    const auto busyUntil = loop.Now() + milliseconds(700);
+    loop.After(milliseconds(400), [&, answer] {
+      port.ArriveAfter(milliseconds(50), answer);
+      while (loop.Now() < busyUntil) loop.WaitPaintingOnly(busyUntil - loop.Now());
+    });
+    EXPECT_EQ(Query("?V"), std::string(answer).ends_with(";") ? "2.1" : "TimeOut");
+  }
+}
+
 TEST_F(ExchangeTest, CollectionByTimeTakesWhatComesIn100Milliseconds) {
   for (int ms : {10, 60, 99, 130}) port.ArriveAfter(milliseconds(ms), "x");
   tmrTimeout.SetInterval(milliseconds(1000));
-  const double duration = Duration([&] { EXPECT_EQ(Collect(""), "xxx"); });
-  EXPECT_GE(duration, 100);
-  EXPECT_LE(duration, 120);
+  EXPECT_DOUBLE_EQ(Duration([&] { EXPECT_EQ(Collect(""), "xxx"); }), 120);
   EXPECT_EQ(tmrTimeout.Interval(), milliseconds(1000));
   EXPECT_FALSE(tmrTimeout.Enabled());
 }
@@ -240,6 +310,23 @@ TEST_F(ExchangeTest, ListenerHearsOfTheOutermostExchangeOnly) {
   terminal.Answer("\x1b?V", "2.1;");
   Query("?V");
   EXPECT_EQ(heard, (std::vector<std::string>{"\x1b?V", ""}));
+}
+
+TEST_F(ExchangeTest, WhatCameOfEachQuestionIsToldWithItsText) {
+  std::string heard;
+  exchange.SetOutcomeListener([&](const Outcome& outcome) {
+    heard += std::string(outcome.sent) + "=" + outcome.reply.text + "|";
+  });
+  terminal.Answer("\x1b?V", "2.1;");
+  loop.After(milliseconds(10), [&] { Query("?V"); });
+  Send("\x1b!E1;");
+  Send("text", Acknowledge::None);
+  Collect("");
+  com1.Close();
+  Query("?V");
+  Send("\x1b!E2;");
+  EXPECT_EQ(heard,
+            "\x1b?V=2.1|\x1b!E1;=keine Reaktion|text=|\x1b?V=TimeOut|\x1b!E2;=keine Reaktion|");
 }
 
 TEST(StringSumTest, WrapsIntoTheSigned16BitRange) {

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QApplication>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <string>
 
 #include "graphics/frmGrafik.h"
+#include "graphics/picture_dialog.h"
 #include "tests/fakes/fake_operator.h"
 #include "tests/fakes/virtual_time.h"
 #include "tests/test_fonts.h"
@@ -14,11 +19,15 @@ namespace kelvo {
 
 class HostModel : public GraphicsHost {
  public:
-  void Send() override { ++sends; }
+  bool Send() override {
+    if (open) ++sends;
+    return open;
+  }
+  bool Sending() const override { return sending; }
   void NewDrawing() override { ++news; }
   void SaveAsMakro() override { ++makros; }
   void SaveAsText() override { ++texts; }
-  bool CanSend() const override { return open; }
+  bool CanSend() const override { return open && !sending; }
   int BitsPerSecond() const override { return 9600; }
   TerminalTraits Terminal() const override {
     TerminalTraits traits;
@@ -29,13 +38,16 @@ class HostModel : public GraphicsHost {
   }
   bool FensterMitZoomen() const override { return follow; }
   void SaveBMPinEEProm() override { ++stores; }
+  std::vector<StoredText> StoredTexts() const override { return stored; }
 
+  std::vector<StoredText> stored;
   int sends = 0;
   int news = 0;
   int stores = 0;
   int makros = 0;
   int texts = 0;
   bool open = true;
+  bool sending = false;
   bool follow = false;
   mutable int queries = 0;
 };
@@ -63,11 +75,23 @@ class GrafikDesk {
   const Drawing& Objects() const { return window->CurrentDrawing(); }
 
   void Drag(Point from, Point to, Qt::KeyboardModifiers keys = {}) const {
-    DrawingCanvas* const canvas = Canvas();
-    QTest::mousePress(canvas, Qt::LeftButton, keys, canvas->ToWidget(from));
+    Press(from, keys);
     MoveTo({(from.x + to.x) / 2, (from.y + to.y) / 2}, keys);
     MoveTo(to, keys);
-    QTest::mouseRelease(canvas, Qt::LeftButton, keys, canvas->ToWidget(to));
+    Let(to, keys);
+  }
+  void Press(Point at, Qt::KeyboardModifiers keys = {}) const {
+    QTest::mousePress(Canvas(), Qt::LeftButton, keys, Canvas()->ToWidget(at));
+  }
+  void Let(Point at, Qt::KeyboardModifiers keys = {}) const {
+    QTest::mouseRelease(Canvas(), Qt::LeftButton, keys, Canvas()->ToWidget(at));
+  }
+  // QTest's own moves carry no pressed button.
+  void MoveTo(Point p, Qt::KeyboardModifiers keys = {}) const {
+    const QPointF at = Canvas()->ToWidget(p);
+    QMouseEvent move(QEvent::MouseMove, at, Canvas()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                     keys);
+    QApplication::sendEvent(Canvas(), &move);
   }
   void Click(Point at, Qt::KeyboardModifiers keys = {}) const {
     QTest::mouseClick(Canvas(), Qt::LeftButton, keys, Canvas()->ToWidget(at));
@@ -82,14 +106,25 @@ class GrafikDesk {
   testing_world::VirtualLoop loop;
   testing_world::VirtualTimer timer{loop, testing_world::milliseconds(500), false};
   std::unique_ptr<frmGrafik> window;
+};
 
- private:
-  // QTest's own moves carry no pressed button.
-  void MoveTo(Point p, Qt::KeyboardModifiers keys) const {
-    const QPointF at = Canvas()->ToWidget(p);
-    QMouseEvent move(QEvent::MouseMove, at, Canvas()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
-                     keys);
-    QApplication::sendEvent(Canvas(), &move);
+class Grafik : public testing::Test, protected GrafikDesk {
+ protected:
+  // Presses a button of the picture dialog as soon as it is open.
+  void AnswerPictureDialog(const char* button, std::function<void(PictureDialog&)> before = {}) {
+    QTimer::singleShot(0, qApp, [=] {
+      auto* dialog = qobject_cast<PictureDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      if (before) before(*dialog);
+      dialog->findChild<QPushButton*>(QString::fromLatin1(button))->click();
+    });
+  }
+  void DrawBoxes() {
+    Do("toolRechteck");
+    Drag({10, 10}, {29, 19});
+    Drag({50, 40}, {59, 79});
+    Drag({100, 20}, {139, 29});
+    Do("toolAuswahl");
   }
 };
 

@@ -1,46 +1,19 @@
-#include <gtest/gtest.h>
-
-#include <QClipboard>
 #include <QComboBox>
-#include <QDropEvent>
 #include <QLabel>
-#include <QMimeData>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
-#include <QTimer>
 #include <QWheelEvent>
 
 #include "base/wire_text.h"
 #include "graphics/drawing_page.h"
-#include "graphics/picture_dialog.h"
 #include "tests/drawing_samples.h"
 #include "tests/grafik_desk.h"
+#include "widgets/files.h"
 
 namespace kelvo {
 namespace {
-
-class Grafik : public testing::Test, protected GrafikDesk {
- protected:
-  // Presses a button of the picture dialog as soon as it is open.
-  void AnswerPictureDialog(const char* button, std::function<void(PictureDialog&)> before = {}) {
-    QTimer::singleShot(0, qApp, [=] {
-      auto* dialog = qobject_cast<PictureDialog*>(QApplication::activeModalWidget());
-      ASSERT_NE(dialog, nullptr);
-      if (before) before(*dialog);
-      dialog->findChild<QPushButton*>(QString::fromLatin1(button))->click();
-    });
-  }
-  void DrawBoxes() {
-    Do("toolRechteck");
-    Drag({10, 10}, {29, 19});
-    Drag({50, 40}, {59, 79});
-    Drag({100, 20}, {139, 29});
-    Do("toolAuswahl");
-  }
-};
 
 TEST_F(Grafik, DrawsWithTheMouse) {
   Do("toolRechteck");
@@ -65,25 +38,42 @@ TEST_F(Grafik, DrawsWithTheMouse) {
   EXPECT_EQ(Objects().back().vertices, (std::vector<Point>{{0, 0}, {5, 5}, {9, 0}}));
 }
 
-TEST_F(Grafik, TextTakesTheChosenAttributes) {
-  Find<QComboBox>("cboTextStyle")->setCurrentIndex(3);
-  Find<QSpinBox>("txtTextZoomX")->setValue(2);
-  EXPECT_EQ(Find<QLabel>("lblTextZoom")->text(), "2 x 1");
-  person.inputs = {{"Größe €"}, {"Größe"}};  // no euro on the Terminal
-  Do("toolText");
-  Click({10, 100});
-  ASSERT_EQ(Objects().size(), 1U);
-  EXPECT_EQ(Objects()[0].text, *WireText("Größe"));
-  EXPECT_EQ(Objects()[0].style, (TextAttributes{3, 2, 1}));
-  EXPECT_EQ(person.beeps, 1);
-  EXPECT_EQ(person.prompts,
-            (std::vector<std::string>{"Bitte Text eingeben :|", "Bitte Text eingeben :|Größe €"}));
-  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{10, 85, 10 + 5 * 16 - 1, 100}));
-
-  Find<QAbstractButton>("ctlFontInvers")->click();  // the selected text changes
-  EXPECT_EQ(Objects()[0].penMode, PenMode::InverseText);
-  EXPECT_EQ(window->CreatePic(),
-            "\x1bGP10,27;\x1bGF3;\x1bGZ2,1;\x1bGA4;\x1bGT" + *WireText("Größe") + "\x04");
+TEST_F(Grafik, EachControlChangesItsOwnAttributeAloneInGroupsToo) {
+  const auto text = [&](Point at, int font, int zoom) {
+    return MakeText(at, {.font = font, .zoomX = zoom}, "T", TestFonts());
+  };
+  const Drawing drawing = {text({10, 100}, 0, 1), GroupOf({text({50, 100}, 3, 2)}),
+                           Boxed(Kind::Rectangle, {90, 50}, {80, 40}, true)};
+  person.file = folder.filePath(QStringLiteral("texte.wmf")).toStdString();
+  ASSERT_FALSE(WriteFile(*person.file, WriteWmf(drawing, 240, 128).bytes));
+  Do("mnuGrafikLaden");
+  Do("mnuGrafikAlles");
+  auto& fonts = *Find<QComboBox>("cboTextStyle");
+  auto& bold = *Find<QCheckBox>("ctlFontBold");
+  EXPECT_EQ(fonts.currentIndex(), -1);
+  EXPECT_EQ(Find<QSpinBox>("txtTextZoomX")->text(), "–");
+  EXPECT_EQ(Find<QSpinBox>("txtTextZoomY")->text(), "1");
+  bold.click();
+  const auto styles = [&] {
+    return std::pair(*Objects()[0].style, *Objects()[1].members[0].style);
+  };
+  EXPECT_EQ(styles(), std::pair(TextAttributes({.font = 0, .zoomX = 1, .bold = true}),
+                                TextAttributes({.font = 3, .zoomX = 2, .bold = true})));
+  EXPECT_EQ(fonts.currentIndex(), -1);
+  fonts.setCurrentIndex(5);
+  Find<QSpinBox>("txtTextZoomX")->setValue(4);
+  EXPECT_EQ(styles().first, TextAttributes({.font = 5, .zoomX = 4, .bold = true}));
+  EXPECT_EQ(styles().first, styles().second);
+  // Shown as mixed, and what is shown is chosen for all.
+  Click({200, 20});
+  Click({12, 98});
+  bold.click();
+  Do("mnuGrafikAlles");
+  EXPECT_EQ(bold.checkState(), Qt::PartiallyChecked);
+  bold.click();
+  EXPECT_TRUE(styles().first.bold && styles().second.bold);
+  Find<QAbstractButton>("optZeichnen")->click();
+  EXPECT_EQ(Objects()[2].penMode, PenMode::Draw);
 }
 
 TEST_F(Grafik, KeysMoveAndUndoBringsBack) {
@@ -115,6 +105,16 @@ TEST_F(Grafik, MenusActOnTheSelection) {
   Do("mnuGrafikAlles");
   Do("mnuGrafikUnten");
   for (const DrawingObject& object : Objects()) EXPECT_EQ(BoundsOf(object).bottom, 10);
+  const std::pair<const char*, int Box::*> edges[] = {{"mnuGrafikOben", &Box::top},
+                                                      {"mnuGrafikRechts", &Box::right},
+                                                      {"mnuGrafikLinks", &Box::left}};
+  for (const auto& [align, edge] : edges) {
+    const int before = BoundsOf(Objects()).*edge;
+    Do(align);
+    for (const DrawingObject& object : Objects())
+      EXPECT_EQ(BoundsOf(object).*edge, before) << align;
+    Do("mnuGrafikRueckgaengig");
+  }
   Do("mnuGrafikGruppieren");
   ASSERT_EQ(Objects().size(), 1U);
   Do("mnuGrafikDuplizieren");
@@ -131,6 +131,46 @@ TEST_F(Grafik, MenusActOnTheSelection) {
   EXPECT_EQ(BoundsOf(Objects()[1]), (Box{50, 40, 59, 79}));
 }
 
+// A tool keeps what it has begun by its place in the drawing, which every command may change.
+TEST_F(Grafik, AnyChangeOfTheDrawingEndsWhatAToolIsDoing) {
+  const char* const commands[] = {
+      "mnuGrafikLoeschen",    "mnuGrafikAlles",      "mnuGrafikRueckgaengig",
+      "mnuGrafikWiederholen", "mnuGrafikGruppieren", "mnuGrafikAusschneiden",
+      "mnuGrafikDuplizieren", "mnuGrafikHinten",     "mnuGrafikEinfuegen",
+      "mnuGrafikUnten",       "mnuGrafikAufloesen"};
+  const char* const tools[] = {"toolAuswahl", "toolLinie",     "toolRechteck",
+                               "toolEllipse", "toolLinienzug", "toolText"};
+  const Drawing drawing = {Boxed(Kind::Rectangle, {30, 30}, {10, 10}, true),
+                           WithVertices(Kind::Polyline, {{50, 50}, {90, 50}, {90, 90}}),
+                           GroupOf({WithVertices(Kind::Line, {{100, 10}, {120, 30}})})};
+  person.file = folder.filePath(QStringLiteral("viel.wmf")).toStdString();
+  ASSERT_FALSE(WriteFile(*person.file, WriteWmf(drawing, 240, 128).bytes));
+  for (const char* tool : tools) {
+    for (const char* command : commands) {
+      for (const Point from : {Point{20, 20}, {90, 90}, {50, 50}, {110, 20}, {200, 100}}) {
+        for (int moment = 0; moment < 3; ++moment) {
+          SCOPED_TRACE(std::string(tool) + " " + command + " " + std::to_string(moment));
+          person.decisions = {Decision::Discard};
+          Do("mnuGrafikLaden");
+          Do("toolAuswahl");
+          Click(from);
+          Do(tool);
+          Press(from, moment == 2 ? Qt::ControlModifier : Qt::NoModifier);
+          if (moment > 0) MoveTo({from.x + 5, from.y + 5});
+          const Drawing before = Objects();
+          Do(command);
+          const Drawing after = Objects();
+          MoveTo({from.x + 9, from.y + 3});
+          Let({from.x + 9, from.y + 3});
+          if (!(after == before)) {
+            EXPECT_EQ(Objects(), after);
+          }
+        }
+      }
+    }
+  }
+}
+
 TEST_F(Grafik, RubberBandAndGridWork) {
   DrawBoxes();
   Drag({0, 0}, {70, 90});
@@ -141,149 +181,56 @@ TEST_F(Grafik, RubberBandAndGridWork) {
   EXPECT_EQ(BoundsOf(Objects()[1]).left, 56);
 }
 
-TEST_F(Grafik, CopiesToTheClipboardAndBack) {
+TEST_F(Grafik, HandsFindWhatTheyExpect) {
   DrawBoxes();
-  Do("mnuGrafikAusschneiden");
-  EXPECT_EQ(Objects().size(), 2U);
-  EXPECT_EQ(QApplication::clipboard()->mimeData()->imageData().value<QImage>().size(),
-            QSize(40, 10));
-  Do("mnuGrafikEinfuegen");
-  Do("mnuGrafikEinfuegen");
-  ASSERT_EQ(Objects().size(), 4U);
-  EXPECT_EQ(BoundsOf(Objects()[3]), (Box{108, 12, 147, 21}));
-
-  QApplication::clipboard()->setText(QStringLiteral("eins\nzwei\n"));
-  Do("mnuGrafikEinfuegen");
-  ASSERT_EQ(Objects().size(), 6U);
-  EXPECT_EQ(Objects()[5].text, "zwei");
-}
-
-TEST_F(Grafik, PicturesAreScaledAndMadeBlackAndWhite) {
-  QImage image(480, 120, QImage::Format_RGB32);
-  image.fill(Qt::gray);
-  QApplication::clipboard()->setImage(image);
-  AnswerPictureDialog("cmdBildAbbrechen");
-  Do("mnuGrafikEinfuegen");
-  EXPECT_TRUE(Objects().empty());
-
-  AnswerPictureDialog("cmdBildEinfuegen", [](PictureDialog& dialog) {
-    EXPECT_EQ(dialog.findChild<QSpinBox*>(QStringLiteral("txtBildBreite"))->value(), 240);
-    dialog.findChild<QSpinBox*>(QStringLiteral("txtBildBreite"))->setValue(80);
-    EXPECT_EQ(dialog.findChild<QSpinBox*>(QStringLiteral("txtBildHoehe"))->value(), 20);
-    dialog.findChild<QSlider*>(QStringLiteral("ctlSchwelle"))->setValue(200);
-  });
-  Do("mnuGrafikEinfuegen");
-  ASSERT_EQ(Objects().size(), 1U);
-  EXPECT_EQ(BoundsOf(Objects()[0]).Width(), 80);
-  EXPECT_EQ(Objects()[0].picture.At(5, 5), kBlack);  // grey 160 is below 200
-
-  const QString path = folder.filePath(QStringLiteral("kaputt.png"));
-  person.file = path.toStdString();
-  ASSERT_TRUE(WriteFile(path.toStdString(), "no picture"));
-  Do("mnuGrafikBild");
-  EXPECT_EQ(person.messages.size(), 1U);
-  EXPECT_EQ(Objects().size(), 1U);
-}
-
-TEST_F(Grafik, SavesAndLoadsTheSameDrawing) {
-  DrawBoxes();
-  Do("mnuGrafikAlles");
-  Do("mnuGrafikGruppieren");
-  const std::string commands = window->CreatePic();
-  person.file = folder.filePath(QStringLiteral("bild.wmf")).toStdString();
-  Do("mnuGrafikSpeichern");
-  EXPECT_EQ(window->windowTitle(), "Grafik");
-  window->Clear();
-  Do("mnuGrafikLaden");
-  EXPECT_EQ(window->CreatePic(), commands);
-  EXPECT_TRUE(person.questions.empty());
-  EXPECT_TRUE(person.messages.empty());
-
-  ASSERT_TRUE(WriteFile(*person.file, "no metafile"));
-  Do("mnuGrafikLaden");
-  EXPECT_EQ(person.messages.size(), 1U);
-  EXPECT_EQ(window->CreatePic(), commands);
-  Do("mnuGrafikRueckgaengig");  // of loading, then of clearing
-  EXPECT_TRUE(Objects().empty());
-  Do("mnuGrafikRueckgaengig");
-  EXPECT_EQ(window->CreatePic(), commands);
-}
-
-TEST_F(Grafik, VertexShapesAreAnnouncedAndCanBecomePolylines) {
-  const Drawing shapes = {GroupOf({WithVertices(Kind::Vertices, {{0, 0}, {9, 0}, {9, 9}})})};
-  person.file = folder.filePath(QStringLiteral("vieleck.wmf")).toStdString();
-  ASSERT_TRUE(WriteFile(*person.file, WriteWmf(shapes, 240, 128).bytes));
-  Do("mnuGrafikLaden");
-  EXPECT_EQ(person.messages.size(), 1U);
-  EXPECT_EQ(Find<QLabel>("lblHinweis")->text(), "Nicht gesendete Vielecke: 1");
-  EXPECT_EQ(window->CreatePic(), "");
-  Do("mnuGrafikAlles");
-  Do("mnuGrafikUmwandeln");
-  EXPECT_EQ(window->CreatePic(), "\x1bGP 0, 127;\x1bGL 9, 127;\x1bGL 9, 118;\x1bGL 0, 127;");
-  EXPECT_EQ(Find<QLabel>("lblHinweis")->text(), "");
-}
-
-TEST_F(Grafik, AsksBeforeAnUnsavedDrawingIsLost) {
-  EXPECT_TRUE(window->MayDiscard());
-  DrawBoxes();
-  EXPECT_EQ(window->windowTitle(), "Grafik *");
-  EXPECT_FALSE(window->MayDiscard());
-  EXPECT_EQ(person.lastQuestion.icon, Icon::Exclamation);  // Return means No
-  Do("mnuGrafikLaden");
-  EXPECT_EQ(person.questions.size(), 2U);
-  EXPECT_EQ(Objects().size(), 3U);
-  for (int i = 0; i < 3; ++i) Do("mnuGrafikRueckgaengig");
-  EXPECT_TRUE(window->MayDiscard());  // nothing is left that was not there before
-  EXPECT_EQ(person.questions.size(), 2U);
-}
-
-TEST_F(Grafik, ADraftSurvivesACrash) {
-  EXPECT_FALSE(Find<QTimer>("tmrEntwurf")->isActive());
-  DrawBoxes();
-  EXPECT_TRUE(Find<QTimer>("tmrEntwurf")->isActive());  // its tick keeps the draft
-  window->KeepDraft();
-  const Drawing before = Objects();
-  Start();  // without a farewell
-  person.answers = {true};
-  window->OfferDraft();
-  EXPECT_EQ(Objects().size(), before.size());
-  EXPECT_EQ(window->windowTitle(), "Grafik *");
-
-  Start();
-  window->OfferDraft();
-  EXPECT_TRUE(Objects().empty());
-  Start();
-  window->OfferDraft();
-  EXPECT_EQ(person.questions.size(), 2U);  // a refused draft is gone
-}
-
-TEST_F(Grafik, WhatIsGivenUpAtTheEndLeavesNoDraft) {
-  DrawBoxes();
-  window->KeepDraft();
-  EXPECT_FALSE(window->MayEnd());
-  EXPECT_TRUE(ReadFile(DraftPath(), 100'000));
-  person.answers = {true};
-  EXPECT_TRUE(window->MayEnd());
-  EXPECT_FALSE(ReadFile(DraftPath(), 100'000));
-}
-
-TEST_F(Grafik, PicturesDropWhereTheyAreLetGo) {
-  const QString path = folder.filePath(QStringLiteral("bild.png"));
-  QImage image(20, 10, QImage::Format_RGB32);
-  image.fill(Qt::black);
-  ASSERT_TRUE(image.save(path));
-  QMimeData mime;
-  mime.setUrls({QUrl::fromLocalFile(path)});
-  const QPoint at = Canvas()->mapTo(window.get(), Canvas()->ToWidget({100, 60}));
-  QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
-  QApplication::sendEvent(window.get(), &enter);
-  EXPECT_TRUE(enter.isAccepted());
-  QDropEvent drop(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
-  QApplication::sendEvent(window.get(), &drop);
-  AnswerPictureDialog("cmdBildEinfuegen");
+  // Tab walks the objects and goes on behind the last one.
+  Click({220, 100});
+  for (const std::size_t expected : {0U, 1U, 2U}) {
+    Key(Qt::Key_Tab);
+    EXPECT_TRUE(Objects()[expected].selected);
+    EXPECT_EQ(SelectedCount(Objects()), 1U);
+  }
+  Key(Qt::Key_Tab);
+  EXPECT_FALSE(Canvas()->hasFocus());
+  // A number that was typed gives the focus back.
+  auto& x = *Find<QSpinBox>("txtPosX");
+  x.setFocus();
+  QTest::keyClick(&x, Qt::Key_Return);
   QApplication::processEvents();
-  ASSERT_EQ(Objects().size(), 1U);
-  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{90, 55, 109, 64}));
+  EXPECT_TRUE(Canvas()->hasFocus());
+  // Inside a polyline a step back is its last point; another tool ends it well.
+  Do("toolLinienzug");
+  for (const Point p : {Point{10, 90}, {50, 90}, {50, 120}, {90, 120}}) Click(p);
+  EXPECT_TRUE(Find<QAction>("mnuGrafikRueckgaengig")->isEnabled());
+  Do("mnuGrafikRueckgaengig");
+  Key(Qt::Key_Backspace);
+  Do("toolStift");
+  ASSERT_EQ(Objects().size(), 4U);
+  EXPECT_EQ(Objects()[3].vertices, (std::vector<Point>{{10, 90}, {50, 90}}));
+  // Escape puts the tool down, then nothing is selected.
+  Click({5, 5});
+  EXPECT_EQ(Objects()[4].vertices, (std::vector<Point>{{5, 5}, {5, 5}}));
+  Key(Qt::Key_Escape);
+  EXPECT_TRUE(Find<QAction>("toolAuswahl")->isChecked());
+  EXPECT_EQ(SelectedCount(Objects()), 1U);
+  Key(Qt::Key_Escape);
+  EXPECT_EQ(SelectedCount(Objects()), 0U);
+  // The middle button moves the view and nothing else.
+  Find<QSlider>("ctlZoom")->setValue(12);
+  auto* bar = window->findChild<QScrollArea*>()->horizontalScrollBar();
+  bar->setValue(200);
+  const Drawing before = Objects();
+  const QPoint from = Canvas()->ToWidget({30, 60});
+  const auto middle = [&](QEvent::Type type, QPoint at) {
+    QMouseEvent event(type, at, Canvas()->mapToGlobal(from) + (at - from), Qt::MiddleButton,
+                      Qt::MiddleButton, {});
+    QApplication::sendEvent(Canvas(), &event);
+  };
+  middle(QEvent::MouseButtonPress, from);
+  middle(QEvent::MouseMove, from - QPoint(40, 0));
+  middle(QEvent::MouseButtonRelease, from - QPoint(40, 0));
+  EXPECT_EQ(bar->value(), 240);
+  EXPECT_EQ(Objects(), before);
 }
 
 TEST_F(Grafik, ChangesGoOutBundled) {

@@ -6,13 +6,16 @@ target_compile_definitions(device_font_test PRIVATE
   KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(device_font_test kelvo_fonts)
 kelvo_test(drawing_test SOURCES
-  create_bitmap_test.cpp create_pic_test.cpp painter_test.cpp save_bitmap_test.cpp
-  LINK kelvo_graphics)
+  create_bitmap_test.cpp create_pic_test.cpp painter_test.cpp pic_reader_test.cpp
+  save_bitmap_test.cpp LINK kelvo_graphics)
+target_compile_definitions(drawing_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
+add_dependencies(drawing_test kelvo_fonts)
 kelvo_test(editing_test SOURCES editing_test.cpp tool_test.cpp LINK kelvo_graphics)
 kelvo_test(wmf_test SOURCES wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
-kelvo_test(grafik_test QT SOURCES grafik_test.cpp LINK kelvo_graphics_page)
+kelvo_test(grafik_test QT SOURCES grafik_files_test.cpp grafik_group_test.cpp
+  grafik_random_test.cpp grafik_test.cpp grafik_typing_test.cpp LINK kelvo_graphics_page)
 target_link_libraries(grafik_test PRIVATE Qt6::Test)
 target_compile_definitions(grafik_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(grafik_test kelvo_fonts)

@@ -5,6 +5,7 @@
 #include <QHelpContentWidget>
 #include <QHelpIndexWidget>
 #include <QHelpLink>
+#include <QInputDialog>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMessageBox>
@@ -78,15 +79,47 @@ TEST_F(HelpTest, F1LeadsToTheChapterOfThePageOrWindow) {
     Find(name).hide();
     EXPECT_EQ(ShownChapter().toStdString(), chapter) << name;
   }
-  QMessageBox box;
-  box.setText(QStringLiteral("keine Reaktion / cmdSetMakro"));
-  PressF1(box);
-  box.hide();
-  EXPECT_EQ(ShownChapter(), QStringLiteral("meldungen.html"));
-  EXPECT_EQ(InHelp<QTextBrowser>("ctlSeite").textCursor().selectedText(),
-            QStringLiteral("keine Reaktion"));
+}
+
+TEST_F(HelpTest, F1InAMessageBringsItsOwnRowIntoView) {
+  StartWithManual();
+  const struct {
+    const char *title, *text, *row;
+  } messages[] = {{"", "unknown 21 / cmdSetMakro", "unknown 65 / …"},
+                  {"Fehler beim EEPROM", "EEPROM / cmdSetMakro", "Fehler beim EEPROM"},
+                  {"", "TimeOut", "TimeOut"},
+                  {"", "Schnittstellenfehler380", "Schnittstellenfehler380"},
+                  {"", "Makro 'Uhr' löschen ?", "Makro 'Begrüßung' löschen ?"},
+                  {"", "Die Datenbank \"/tmp/kelvo.mdb\" ist beschädigt.",
+                   "Die Datenbank \"…\" ist beschädigt."},
+                  {"", "Nicht übernommen wurden: 1 x Text", "Nicht übernommen wurden: 2 x Bogen"},
+                  {"", "Die Hilfedatei \"kelvo.hlp\" fehlt.", "Die Hilfedatei \"…\" fehlt."}};
+  for (const auto& message : messages) {
+    QMessageBox box;
+    box.setWindowTitle(QString::fromUtf8(message.title));
+    box.setText(QString::fromUtf8(message.text));
+    PressF1(box);
+    const auto& page = InHelp<QTextBrowser>("ctlSeite");
+    const auto expectRowInView = [&] {
+      QApplication::processEvents();
+      EXPECT_EQ(page.textCursor().selectedText().toStdString(), message.row);
+      EXPECT_TRUE(page.viewport()->rect().contains(page.cursorRect())) << message.text;
+    };
+    expectRowInView();
+    HelpWindow()->resize(500, 300);  // too narrow for the pictures
+    expectRowInView();
+    HelpWindow()->close();
+  }
+  QInputDialog input;
+  input.setLabelText(QStringLiteral("Nr dieser Bitmap im EEProm :"));
+  PressF1(input);
+  EXPECT_TRUE(ShownChapter().startsWith(QStringLiteral("meldungen.html")));
   PressF1(Find("cmdTab"));
-  EXPECT_EQ(ShownChapter(), QStringLiteral("terminals.html"));
+  EXPECT_EQ(ShownChapter(), QStringLiteral("willkommen.html"));
+  const auto size = [] { return InHelp<QTextBrowser>("ctlSeite").font().pointSizeF(); };
+  const qreal before = size();
+  InHelp<QAction>("cmdHilfeGroesser").trigger();
+  EXPECT_GT(size(), before);
 }
 
 TEST_F(HelpTest, KeywordsAndWordsOfTheTextLeadToTheirChapters) {

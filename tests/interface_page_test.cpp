@@ -1,5 +1,7 @@
 #include "interfaces/interface_page.h"
 
+#include <QToolButton>
+
 #include "interfaces/raw_command.h"
 #include "tests/page_fixture.h"
 
@@ -11,27 +13,37 @@ using testing_world::milliseconds;
 class InterfacePageTest : public PageTest {
  protected:
   // As the main window does at its first paint.
-  void Open() {
+  InterfacePage& Open() {
     auto& page = Put(new InterfacePage(
         {exchange, com1, portControl, person, Records("Schnittstelle"), Records("Default"), {}}));
     page.SelectStoredRecord();
     portControl.FormLoading = false;
     port.opened = 0;
+    port.SetReceiveThreshold(0);  // as a port is until it is set up
     page.OpenChosenPort();
     Forget();
+    return page;
   }
+  static std::string List(int list) { return "cboCom_" + std::to_string(list); }
   PortControl portControl{com1, person};
 };
 
 TEST_F(InterfacePageTest, BothEndsAreSwitchedInStep) {
   Open();
   terminal.Answer("\033EWC", "\x06");
+  std::string reached;
+  port.characterTime = milliseconds(1);
+  port.onCharacter = [&, scripted = port.onCharacter](char c) {
+    reached += c;
+    scripted(c);
+  };
   Choose("cboCom_0", "9600");
   Choose("cboCom_1", "Space");
   Choose("cboCom_4", "RTS / CTS");
   Choose("cboCom_5", "4 k");
   Click("cmdSetCom1");
   EXPECT_EQ(Written(), "←!B9600,1,8,1,1;←!S4096;←EWC←R");
+  EXPECT_EQ(reached, port.written) << "before the port is closed";
   EXPECT_EQ(person.messages.at(0).text, "Terminalschnittstelle erfolgreich umgestellt");
   EXPECT_EQ(person.messages.at(1).text, "PC-Schnittstelle erfolgreich umgestellt");
   EXPECT_EQ(port.settings, "9600,S,8,1");
@@ -41,9 +53,12 @@ TEST_F(InterfacePageTest, BothEndsAreSwitchedInStep) {
 }
 
 TEST_F(InterfacePageTest, WithoutAPortNothingIsSent) {
-  Open();
+  auto& page = Open();
+  int changes = 0;
+  QObject::connect(&page, &InterfacePage::PortChanged, [&changes] { ++changes; });
   Choose("cboCom_13", "(keine)");
   EXPECT_FALSE(port.IsOpen());
+  EXPECT_EQ(changes, 1);
   Click("cmdSetCom1");
   EXPECT_EQ(person.LastMessage(), "zuerst Anschluß wählen");
   EXPECT_EQ(Written(), "");
@@ -71,6 +86,8 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
 
 TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
   Open();
+  Choose("cboCom_9", "2");
+  Choose("cboCom_11", "2 k");
   Choose("cboCom_12", "empf. & Puffer löschen");
   for (const auto& [answer, message] : {std::pair("\x06", ""),
                                         {"x", "unerwartetes Zeichen /  SetCom2"},
@@ -78,21 +95,47 @@ TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
     Forget();
     terminal.Answer("\033EWC", answer);
     Click("cmdSetCom2");
-    EXPECT_EQ(Written(), "←!b9600,0,8,1,0;←!s16384;←2I2;←EWC");
+    EXPECT_EQ(Written(), "←!b9600,0,8,2,0;←!s2048;←2I2;←EWC");
     EXPECT_EQ(person.LastMessage(), message);
   }
 }
 
-TEST_F(InterfacePageTest, StandardValuesAreChosenAndNothingIsSent) {
+TEST_F(InterfacePageTest, ListsOfferWhatBothEndsKnow) {
   Open();
-  Choose("cboCom_0", "1200");
-  Choose("cboCom_5", "1 k");
-  Choose("cboCom_6", "19200");
-  Choose("cboCom_12", "empfangen");
+  const char* const lists[] = {"1200=1200|2400=2400|4800=4800|9600=9600|14400=14400|19200=19200|",
+                               "None=0|Space=1|Odd=2|Even=3|",
+                               "7=7|8=8|",
+                               "1=1|2=2|",
+                               "XOn / XOff=0|RTS / CTS=1|",
+                               "1 k=1024|2 k=2048|4 k=4096|8 k=8192|16 k=16384|",
+                               "aus=0|empfangen=1|empf. & Puffer löschen=2|",
+                               "Com 1=1|Com 2=2|Com 3=3|Com 4=4|Com 5=5|Com 6=6|(keine)=7|"};
+  for (int list = 0; list < ComListCount; ++list) {
+    auto& box = Find<QComboBox>(List(list).c_str());
+    std::string offered;
+    for (int i = 0; i < box.count(); ++i) {
+      offered +=
+          box.itemText(i).toStdString() + "=" + box.itemData(i).toString().toStdString() + "|";
+    }
+    EXPECT_EQ(offered, lists[list < ComRecCom2 ? list % 6 : list - 6]);
+  }
+}
+
+TEST_F(InterfacePageTest, StandardValuesAreChosenAndStoredAndNothingIsSent) {
+  Open();
+  const std::string standard[] = {"19200", "None", "8", "1",          "XOn / XOff", "16 k", "9600",
+                                  "None",  "8",    "1", "XOn / XOff", "16 k",       "aus"};
+  for (int list = 0; list < ComPortNr; ++list) {
+    const auto entries = Entries(List(list).c_str());
+    const bool first = entries.front() != standard[list];
+    Choose(List(list).c_str(), (first ? entries.front() : entries.back()).c_str());
+  }
   Click("cmdDefaultCom1");
   Click("cmdDefaultCom2");
-  EXPECT_EQ(Chosen("cboCom_0") + Chosen("cboCom_5"), "1920016 k");
-  EXPECT_EQ(Chosen("cboCom_6") + Chosen("cboCom_12"), "9600aus");
+  for (int list = 0; list < ComPortNr; ++list) {
+    EXPECT_EQ(Chosen(List(list).c_str()), standard[list]) << list;
+    EXPECT_EQ(Stored("Schnittstelle", std::string(ComField(ComList(list)))), standard[list]);
+  }
   EXPECT_EQ(Written(), "");
 }
 
@@ -105,6 +148,12 @@ TEST_F(InterfacePageTest, RecordMovedToIsRemembered) {
   EXPECT_EQ(Stored("Default", "schnittstelle"), "4");
   EXPECT_FALSE(Find("ctlComData_Next").isEnabled());
   EXPECT_EQ(Chosen("cboCom_4"), "RTS / CTS");
+  // The bar of the icons is where they lead to.
+  for (const auto& [button, bar] : {std::pair("ctlComData_First", 6), {"ctlComData_Last", 18}}) {
+    const QImage icon = Find<QToolButton>(button).icon().pixmap(24).toImage();
+    EXPECT_GT(icon.pixelColor(bar, 12).alpha(), 0) << button;
+    EXPECT_EQ(icon.pixelColor(24 - bar, 12).alpha(), 0) << button;
+  }
 }
 
 TEST_F(InterfacePageTest, RecordWithAForeignValueSendsNothing) {
@@ -112,7 +161,9 @@ TEST_F(InterfacePageTest, RecordWithAForeignValueSendsNothing) {
   Open();
   Click("cmdSetCom1");
   EXPECT_EQ(Written(), "");
-  EXPECT_EQ(person.messages.size(), 1u);
+  ASSERT_EQ(person.messages.size(), 1u);
+  EXPECT_EQ(person.messages[0].icon, Icon::Exclamation);
+  EXPECT_TRUE(Find("cboCom_0").hasFocus());
 }
 
 TEST_F(InterfacePageTest, TextGoesThroughTheSecondInterfaceAndBack) {

@@ -183,20 +183,6 @@ TEST(AtTable, RowsOutOfOrderFollowTheOrderingPassLiterally) {
   EXPECT_EQ(OrderingPass({{9, 1}, {0, 2}, {1, 3}}), (AtPairs{{1, 3}, {1, 3}, {1, 3}}));
 }
 
-TEST(AtTable, TellsWhetherTheCommandCarriesWhatTheRowsShow) {
-  EXPECT_TRUE(SentAsShown({}));
-  EXPECT_TRUE(SentAsShown({{65, 97}, {67, 99}}));
-  EXPECT_FALSE(SentAsShown({{67, 99}, {65, 97}}));
-  EXPECT_TRUE(SentAsShown(SortedPairs({{67, 99}, {65, 97}})));
-}
-
-TEST(AtTable, TheSameOldKeyOverwritesItsRow) {
-  AtPairs pairs{{65, 97}, {66, 98}};
-  EnterPair(pairs, {65, 48});
-  EnterPair(pairs, {67, 49});
-  EXPECT_EQ(pairs, (AtPairs{{65, 48}, {66, 98}, {67, 49}}));
-}
-
 TEST(AtTable, ShownAndBuiltAgainGivesTheSameCommand) {
   std::mt19937 random(21);
   for (int round = 0; round < 300; ++round) {

@@ -1,3 +1,4 @@
 kelvo_test(keyboard_tables_test SOURCES keyboard_tables_test.cpp LINK kelvo_keyboards)
-kelvo_test(keyboard_pages_test QT SOURCES at_page_test.cpp matrix_page_test.cpp LINK kelvo_shell)
+kelvo_test(keyboard_pages_test QT SOURCES at_page_test.cpp matrix_page_test.cpp
+  LINK kelvo_keyboards_page)
 add_dependencies(keyboard_pages_test kelvo_database)

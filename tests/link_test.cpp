@@ -5,6 +5,7 @@
 #include "base/val.h"
 #include "base/wire_text.h"
 #include "interfaces/port_control.h"
+#include "link/command_words.h"
 #include "link/commands.h"
 #include "link/echo_filter.h"
 #include "link/line_clock.h"
@@ -21,9 +22,9 @@ using testing_world::milliseconds;
 
 TEST(ValTest, ReadsTheLongestNumberAtTheFront) {
   const std::pair<const char*, double> cases[] = {
-      {"", 0},        {"12a", 12},    {"  7", 7},    {"-5", -5},  {"+5", 5},
-      {"2.10F", 2.1}, {"1.2.3", 1.2}, {"abc", 0},    {"-", 0},    {".", 0},
-      {".5", 0.5},    {"1e3", 1},     {"&HFF", 255}, {"&h1g", 1}, {"&H", 0},
+      {"", 0},        {"12a", 12},    {"  7", 7},    {"-5", -5},     {"+5", 5},
+      {"2.10F", 2.1}, {"1.2.3", 1.2}, {"abc", 0},    {"-", 0},       {".", 0},
+      {".5", 0.5},    {"1e3", 1},     {"&HFF", 255}, {"&hafg", 175}, {"&H", 0},
       {"TimeOut", 0}, {"1,5", 1},     {"inf", 0},    {"\3777", 0}};
   for (const auto& [text, value] : cases) EXPECT_DOUBLE_EQ(Val(text), value) << text;
   const double huge = Val(std::string(400, '9'));
@@ -33,7 +34,7 @@ TEST(ValTest, ReadsTheLongestNumberAtTheFront) {
 TEST(ValTest, NumbersAsTextHaveNoBlanksAndNoComma) {
   EXPECT_EQ(NumberText(0), "0");
   EXPECT_EQ(NumberText(-0.0), "0");
-  EXPECT_EQ(NumberText(7), "7");
+  EXPECT_EQ(NumberText(123456789), "123456789");
   EXPECT_EQ(NumberText(-12.5), "-12.5");
   EXPECT_EQ(NumberText(2.1), "2.1");
   EXPECT_EQ(NumberText(1e20), "1E+20");
@@ -50,7 +51,7 @@ TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {
   for (const char* text : {"€", "日本", "\xC3", "\xC3(", "\x80", "\xF0\x9F\x98\x80"}) {
     EXPECT_EQ(WireText(text), std::nullopt) << text;
   }
-  EXPECT_EQ(ReadableText("\033A\r\x80"), "←A♪<80>");
+  EXPECT_EQ(ReadableText("\033A\r\x9F\xA0"), "←A♪<9F>\u00A0");
   EXPECT_EQ(HexText("\x1b\x0f"
                     "A"),
             "1B 0F 41");
@@ -80,6 +81,31 @@ TEST(CommandLanguageTest, NamesTheCommandsOfAText) {
   EXPECT_EQ(CommandMeaning("\x1bR\x1bR\x1bR", 2), "Neustart; Neustart; …");
   EXPECT_EQ(CommandMeaning("no command"), "");
   EXPECT_EQ(CommandMeaning("\x1b"), "unbekannter Befehl");
+}
+
+TEST(CommandLanguageTest, SaysCommandsWithTheirParameters) {
+  const std::pair<std::string, const char*> cases[] = {
+      {WriteMakro(7, std::string(49, 'x') + '\x1b').Text(), "Makro 7 schreiben, 50 Zeichen"},
+      {"\x1bGR229,117;", "Rechteck bis 229,117"},
+      {SelectAddress(7).Text() + SelectAddress(255).Text(),
+       "Terminal mit Adresse 7 wählen; alle Terminals wählen"},
+      {WriteKeyTable("2", "1F", ",41,42,43").Text(),
+       "Tastaturtabelle 2 schreiben, ab Code $1F, 3 Codes"},
+      {WriteBitmap(3, "2,8,00FF00FF;").Text(), "Bitmap 3 schreiben, 4 Byte"},
+      {SetMatrixConfig(15, 240).Text(),
+       "Matrix: Konfiguration: freie Eingänge 15, freie Ausgänge 240"},
+      {SetResolution("240", "128", "").Text(), "Auflösung setzen: Breite 240, Höhe 128"},
+      {SwitchCursor(1).Text(), "Cursor ein/aus: Art 1"},
+      {"\x1bGTHalle\x04rest\x1bTH-\x1bGTa;b",
+       "Grafiktext „Halle“; Text „rest“; Textcursor nach Hause; … und 2 weitere"},
+      {"\x1bGR 5;\x1bGR", "Rechteck: X 5; Rechteck"},
+      {"\x1bXY;", "unbekannter Befehl „XY;“"},
+      {";\x03", "Text „;♥“"},
+      {"", ""}};
+  for (const auto& [wire, words] : cases) EXPECT_EQ(CommandWords(wire, 3), words);
+  std::string drawing;
+  for (int i = 0; i < 40; ++i) drawing += "\x1bGL1,2;";
+  EXPECT_EQ(CommandWords(drawing, 1), "Linie bis 1,2; … und 39 weitere");
 }
 
 TEST(CommandTest, IsWrittenAsTheTableSays) {
@@ -175,7 +201,7 @@ TEST(PortControlTest, FailedOpeningIsToldApartAndGivesUpThePort) {
     world.control.SetFailureHandler([&] { ++fallenBack; });
     world.port.numberError = c.numberError;
     world.port.openError = c.openError;
-    EXPECT_NE(world.control.OpenCom(3), PortOk);
+    EXPECT_EQ(world.control.OpenCom(3), std::max<int>(c.numberError, c.openError));
     EXPECT_EQ(world.port.opened, 0);
     EXPECT_EQ(world.person.LastMessage(), c.message);
     EXPECT_EQ(world.person.messages.back().icon, Icon::Exclamation);
@@ -229,6 +255,19 @@ TEST_F(ReceiveTest, WithoutAReceiverTheCharactersAreLeftToTheNextExchange) {
   EXPECT_EQ(port.InBufferCount(), 2u);
   terminal.Answer("\x1b?A", "5;");
   EXPECT_EQ(Query("?A"), "5");
+}
+
+TEST_F(ReceiveTest, OnlyTheNewestStaysWhileNobodyReads) {
+  const std::string kept(BufferedPort::kKept, 'k');
+  for (int i = 0; i < 50; ++i) port.Arrive(std::string(10000, 'x') + "\n");
+  EXPECT_EQ(port.InBufferCount(), kept.size());
+  port.Arrive("x" + kept);
+  receive.SetFront(&first);
+  port.Arrive("!");
+  EXPECT_EQ(first.text.size(), kept.size());
+  EXPECT_EQ(first.text, kept.substr(1) + "!");
+  terminal.Answer("\x1b?A", kept + kept + ";");
+  EXPECT_EQ(Query("?A"), kept + kept);
 }
 
 TEST_F(ReceiveTest, TheReceiverInFrontTakesNoReplyAway) {

@@ -1,34 +1,43 @@
 #include <QClipboard>
 #include <QKeyEvent>
 
-#include "settings/macros.h"
-#include "tests/window_fixture.h"
+#include "settings/macro_page.h"
+#include "tests/page_fixture.h"
 
 namespace kelvo {
 namespace {
 
-class MacroPageTest : public WindowTest {
+class MacroPageTest : public PageTest {
  protected:
   void StartOnPage() {
     terminal.Answer("\033E?F", "8000;");
     terminal.Answer("\x03", "\x06");
-    StartOn(Tab::Macros);
+    page = &Put(new MacroPage({exchange, person, state, Records("Makro")}));
+    page->Records().SelectFirst();
   }
+  MacroPage* page = nullptr;
 };
 
 TEST_F(MacroPageTest, StartShowsEveryRecordAndTheFirstOfThem) {
-  Sql("insert into Makro (typ, Bezeichnung, wert) values ('ATTab', 'Tabelle', 'x')");
+  Sql("insert into Makro (typ, Bezeichnung, wert) values ('MatrixTab', 'Feld', 'm'), "
+      "('ATTab', 'Tabelle', 'x'), ('Grafik', 'Bild', 'g')");
   StartOnPage();
-  EXPECT_EQ(Entries("cboMakro"),
-            (std::vector<std::string>{"Begrüßung", "Rahmen", "Display löschen", "Tabelle"}));
+  const std::vector<std::string> macros{"Begrüßung", "Rahmen", "Display löschen"};
+  EXPECT_EQ(Entries("cboMakro").size(), macros.size() + 3);
   EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC\x1bGP8,40;"));
   EXPECT_EQ(Text("txtMakroNr"), "1");
   EXPECT_EQ(Text("txtMakroNrDisplay"), "-1");
+  for (const auto& [kind, name] : {std::pair("chkMakroTyp_3", "Tabelle"),
+                                   {"chkMakroTyp_2", "Feld"},
+                                   {"chkMakroTyp_4", "Bild"}}) {
+    Click(kind);
+    EXPECT_EQ(Entries("cboMakro"), std::vector<std::string>{name});
+  }
+  EXPECT_EQ(Editor("txtMakro"), "g");
+  Click("chkMakroTyp_1");
+  EXPECT_EQ(Entries("cboMakro"), macros);
+  Sql("delete from Makro where typ = 'ATTab'");
   Click("chkMakroTyp_3");
-  EXPECT_EQ(Entries("cboMakro"), std::vector<std::string>{"Tabelle"});
-  EXPECT_EQ(Editor("txtMakro"), "x");
-  Click("chkMakroTyp_4");
-  EXPECT_TRUE(Entries("cboMakro").empty());
   EXPECT_EQ(Editor("txtMakro") + Text("txtMakroNr"), "");
 }
 
@@ -53,14 +62,22 @@ TEST_F(MacroPageTest, NumbersOutsideTheTerminalsRangeAreRefused) {
   const struct {
     const char* button;
     const char* field;
-  } cases[] = {{"cmdSetMakro", "txtMakroNr"}, {"cmdPlayMakro", "txtMakroNrDisplay"}};
+    const char* focused;
+  } cases[] = {{"cmdSetMakro", "txtMakroNr", "txtMakroNr"},
+               {"cmdPlayMakro", "txtMakroNrDisplay", "txtMakroNrDisplay"},
+               {"cmdClearMakro", "txtMakroNr", "txtMakroNrDisplay"}};
   for (const auto& c : cases) {
-    for (const char* number : {"-1", "256", "", "abc", "99999999999", "1.5"}) {
+    for (const std::string number : {"-1", "256", "", "abc", "99999999999", "1.5"}) {
       Forget();
+      Find("txtMakro").setFocus();
+      Type("txtMakroNrDisplay", "2000");
       Type(c.field, number);
       Click(c.button);
       EXPECT_EQ(person.LastMessage(), "Keine gültige Makro-Nummer") << number;
       EXPECT_EQ(Written(), "");
+      EXPECT_TRUE(Find(c.focused).hasFocus());
+      EXPECT_EQ(Find<QLineEdit>(c.focused).selectedText().toStdString(),
+                Text(c.focused).substr(0, 3));
     }
   }
   for (const char* number : {"0", "255"}) {
@@ -69,6 +86,28 @@ TEST_F(MacroPageTest, NumbersOutsideTheTerminalsRangeAreRefused) {
     Click("cmdPlayMakro");
     EXPECT_EQ(Written(), std::string("←ECM") + number + ";");
   }
+}
+
+TEST_F(MacroPageTest, NumberOfTheRecordIsOfferedAndAMissingOneIsExplained) {
+  StartOnPage();
+  std::string hint;
+  person.duringMessage = [&] { hint = Text("lblMakroHinweis"); };
+  Click("cmdPlayMakro");
+  EXPECT_EQ(person.LastMessage(), "Keine gültige Makro-Nummer");
+  EXPECT_NE(hint.find("Nummer im Terminal"), std::string::npos) << hint;
+  EXPECT_EQ(Text("cmdMakroNrNehmen"), "Nummer 1 übernehmen");
+  Click("cmdMakroNrNehmen");
+  EXPECT_EQ(Text("txtMakroNrDisplay"), "1");
+  EXPECT_FALSE(Find("lblMakroHinweis").isVisible());
+  Forget();
+  Click("cmdPlayMakro");
+  EXPECT_EQ(Written(), "←ECM1;");
+  for (const char* none : {"-1", "", "256"}) {
+    Type("txtMakroNr", none);
+    EXPECT_FALSE(Find("cmdMakroNrNehmen").isEnabled()) << none;
+  }
+  Click("cmdClearMakro");
+  EXPECT_NE(hint.find("links"), std::string::npos) << hint;
 }
 
 TEST_F(MacroPageTest, DeletingChecksOneNumberAndSendsTheOther) {
@@ -170,34 +209,65 @@ TEST_F(MacroPageTest, OnlyCharactersOfTheLineGetIntoTheFields) {
   EXPECT_EQ(person.beeps, 2);
 }
 
+TEST_F(MacroPageTest, AMacroWithoutANumberHasNoneHoweverItIsLeft) {
+  StartOnPage();
+  page->NewMakro();
+  Type("txtMakro", "x");
+  Choose("cboMakro", "Rahmen");
+  Choose("cboMakro", "* (neuer Name)");
+  EXPECT_EQ(Text("txtMakroNr"), "-1");
+  const std::pair<const char*, const char*> numbers[] = {
+      {"-1", "-1"}, {"", "-1"}, {"(Nr)", "-1"}, {"99999999999999999999", "2147483647"}};
+  for (const auto& [typed, stored] : numbers) {
+    Type("txtMakroNr", typed);
+    person.inputs = {"neu"};
+    person.answers = {true};
+    page->SaveShown();
+    EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'neu'", "nr_im_display"), stored);
+  }
+}
+
+TEST_F(MacroPageTest, SavingLeavesTheCaretWhereItIs) {
+  StartOnPage();
+  Type("txtMakro", "abc");
+  auto& editor = Find<WireEdit>("txtMakro");
+  editor.moveCursor(QTextCursor::End);
+  person.inputs = {"Begrüßung"};
+  person.answers = {true};
+  page->SaveShown();
+  EXPECT_EQ(editor.textCursor().position(), 3);
+}
+
+TEST_F(MacroPageTest, ARecordOfAnotherKindKeepsItUnlessToldOtherwise) {
+  Sql("insert into Makro (typ, Bezeichnung, wert) values ('Grafik', 'Bild', 'x')");
+  StartOnPage();
+  Click("chkMakroTyp_4");
+  for (const char* typ : {"Grafik", "Makro"}) {
+    Type("txtMakro", typ);
+    person.answers = {typ == std::string("Makro"), true};
+    person.inputs = {"Bild"};
+    page->SaveShown();
+    EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Bild'", "typ"), typ);
+    EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Bild'", "wert"), typ);
+  }
+}
+
 TEST_F(MacroPageTest, KeepsMacrosUnderTheirNames) {
   StartOnPage();
-  Trigger("mnuDateiNeu");
+  page->NewMakro();
   EXPECT_EQ(Editor("txtMakro") + "|" + Text("txtMakroNr"), "|-1");
   Type("txtMakroNr", "-5");
   person.inputs = {"Rahmen", "O'Brien"};
-  Trigger("mnuDateiSave");
+  page->SaveShown();
   EXPECT_EQ(person.prompts.at(0), "Bezeichnung für dieses Makro :|(neuer Name)");
   EXPECT_EQ(person.lastQuestion.title, "Speichern");
   EXPECT_EQ(Chosen("cboMakro"), "O'Brien");
-  EXPECT_EQ(Stored("Makro", "typ", 4) + Stored("Makro", "nr_im_display", 4), "Makro-1");
+  EXPECT_EQ(Stored("Makro", "typ", 3) + Stored("Makro", "nr_im_display", 3), "Makro-1");
   EXPECT_EQ(Text("txtMakroNr"), "-1");
-  Trigger("mnuBearbeitenloeschen");
+  page->DeleteMakro();
   EXPECT_EQ(person.questions,
             (std::vector<std::string>{"Bezeichnung existiert schon, überschreiben ?",
                                       "Makro 'O'Brien' löschen ?"}));
-}
-
-TEST_F(MacroPageTest, ClosingAsksWhenThereAreDrafts) {
-  StartOnPage();
-  Type("txtMakro", "Entwurf");
-  window->close();
-  EXPECT_TRUE(window->isVisible());
-  EXPECT_NE(person.questions.at(0).find("\"Begrüßung\""), std::string::npos);
-  Click("cmdMakroVerwerfen");
-  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC"));
-  window->close();
-  EXPECT_FALSE(window->isVisible());
 }
 
 }  // namespace

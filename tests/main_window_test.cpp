@@ -34,6 +34,7 @@ TEST_F(MainWindowTest, FirstPaintOpensTheStoredPortAndSetsItUp) {
   EXPECT_EQ(port.settings, "19200,S,8,2");
   EXPECT_EQ(port.handshaking, Handshaking::RtsCts);
   EXPECT_EQ(tmrRS485.Interval(), milliseconds(70));
+  EXPECT_TRUE(tmrTimeout.Enabled());
   EXPECT_EQ(Find<DataControl>("ctlComData").Caption(), QStringLiteral("4"));
   EXPECT_EQ(Stored("Default", "schnittstelle"), "4");
   EXPECT_NE(Text("lblPort").find("19200,S,8,2"), std::string::npos);
@@ -49,11 +50,29 @@ TEST_F(MainWindowTest, PortThatCannotBeOpenedLeadsToTheInterfacePage) {
   EXPECT_EQ(Stored("Schnittstelle", "ComNr"), "Com 6");
 }
 
+TEST_F(MainWindowTest, WindowFitsTheScreenAndAllOfAPageCanBeReached) {
+  Start();
+  const QSize room = window->screen()->availableSize();
+  EXPECT_TRUE(window->width() <= room.width() && window->height() < room.height());
+  Show(Tab::Text);
+  window->resize(640, 480);
+  QApplication::processEvents();
+  EXPECT_EQ(window->size(), QSize(640, 480));
+  for (const char* control : {"Befehl", "cmdSetFesttext", "cmdSetText"}) {
+    Find(control).setFocus();
+    EXPECT_FALSE(Find(control).visibleRegion().isEmpty()) << control;
+  }
+}
+
 TEST_F(MainWindowTest, StoredRecordThatIsGoneLeavesTheEndOfTheRecords) {
   Sql("update \"Default\" set schnittstelle = 99");
   Start();
   EXPECT_EQ(Find<DataControl>("ctlComData").Caption(), QString());
   EXPECT_EQ(Stored("Default", "schnittstelle"), "99");
+  // The page shows the first record, and the next start finds it.
+  Show(Tab::Interfaces);
+  EXPECT_EQ(Find<DataControl>("ctlComData").Caption(), QStringLiteral("1"));
+  EXPECT_EQ(Stored("Default", "schnittstelle"), "1");
 }
 
 TEST_F(MainWindowTest, WriteProtectedDatabaseIsSaidOnceAndThePortStillOpens) {
@@ -68,6 +87,14 @@ TEST_F(MainWindowTest, WriteProtectedDatabaseIsSaidOnceAndThePortStillOpens) {
   EXPECT_EQ(shown.size(), 2u);
   EXPECT_EQ(port.number, 2);
   EXPECT_TRUE(port.IsOpen());
+}
+
+TEST_F(MainWindowTest, MissingFontsAreSaid) {
+  std::filesystem::remove(folder.Path("fonts"));
+  std::string shown;
+  person.duringMessage = [&] { shown = person.LastMessage(); };
+  Start();
+  EXPECT_NE(shown.find("0, 1, 2, 3, 4, 5, 6, 7, 8, 9"), std::string::npos);
 }
 
 TEST_F(MainWindowTest, OptionsAreStoredWhenTheyAreToggled) {
@@ -185,20 +212,12 @@ TEST_F(MainWindowTest, RestartOfAllTerminalsMakesTheirFlashUnknown) {
   EXPECT_EQ(Written(), "←?V←F??");
 }
 
-TEST_F(MainWindowTest, PortStaysTheChosenOneUntilAnotherIsChosen) {
-  StartOn(Tab::Interfaces);
-  Choose("cboCom_13", "(keine)");
-  Show(Tab::Macros);
-  Show(Tab::Interfaces);
-  EXPECT_EQ(Chosen("cboCom_13"), "(keine)");
-}
-
 TEST_F(MainWindowTest, TextModeIsSavedAsAMacroAndASentTextBlanksTheSystemInformation) {
   StartOn(Tab::Text);
   person.inputs = {"Schrift"};
   Click("cmdToolbar_11");
   EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Schrift'", "wert"),
-            "\x1BTF0;\x1BTA0;\x1BTM0;\x1BTZ0,0;");
+            "\x1BTF0;\x1BTA0;\x1BTM0;");
   Find<QPlainTextEdit>("lblSysInfo").setPlainText(QStringLiteral("alt"));
   Click("cmdSenden_1");
   EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
@@ -211,8 +230,15 @@ TEST(TrafficLogTest, CharactersCloseTogetherAreOneEntryAndOldOnesAreDropped) {
   log.Add(milliseconds(30), Direction::FromTerminal, "1;");
   EXPECT_EQ(log.At(1).characters, "2.1;");
   EXPECT_EQ(log.At(1).meaning, "Antwort: Version abfragen");
-  log.Add(milliseconds(500), Direction::FromTerminal, "k");
-  EXPECT_EQ(log.Size(), 3u);
+  const std::pair<const char*, const char*> answers[] = {{"k", "Antwort: Version abfragen"},
+                                                         {"\x06", "angenommen (ACK)"},
+                                                         {"\x15", "abgelehnt (NAK)"}};
+  auto time = milliseconds(30);
+  for (const auto& [answer, meaning] : answers) {
+    log.Add(time += milliseconds(41), Direction::FromTerminal, answer);
+    EXPECT_EQ(log.At(log.Size() - 1).meaning, meaning);
+  }
+  EXPECT_EQ(log.Size(), 5u);
   EXPECT_EQ(ClockText(milliseconds(3723004)), "01:02:03.004");
   for (std::size_t i = 0; i < 2 * TrafficLog::kCapacity; ++i) {
     log.Add(milliseconds(1000), Direction::ToTerminal, "\x1bR");

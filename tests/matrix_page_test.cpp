@@ -1,13 +1,24 @@
+#include "keyboards/matrix_page.h"
+#include <QKeyEvent>
 
 #include "keyboards/key_cell.h"
-#include "tests/window_fixture.h"
+#include "tests/page_fixture.h"
 
 namespace kelvo {
 namespace {
 
-class MatrixPageTest : public WindowTest {
+using testing_world::milliseconds;
+
+class MatrixPageTest : public PageTest {
  protected:
-  static constexpr testing_world::milliseconds kSoon{5};
+  void StartOnPage() {
+    page = &Put(new MatrixPage({exchange, person, state, Records(kTables)}));
+    QObject::connect(page, &MatrixPage::Hint,
+                     [this](const QString& text) { hint = text.toStdString(); });
+    page->Records().SelectFirst();
+  }
+  static constexpr milliseconds kSoon{5};
+  static constexpr char kTables[] = "select * from Makro where typ = 'MatrixTab'";
 
   void AnswerFreeBytes(const std::string& bytes) { terminal.Answer("E?F", bytes + ";", kSoon); }
   void Tick(const char* array, std::initializer_list<int> lines) {
@@ -37,10 +48,13 @@ class MatrixPageTest : public WindowTest {
         "('MatrixTab', '" +
         name + "', " + values + ")");
   }
+
+  MatrixPage* page = nullptr;
+  std::string hint;  ///< the last one
 };
 
 TEST_F(MatrixPageTest, ShowsTheKeysOfWiredLinesAndEmptiesTheOthers) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   Tick("chkTastZeile", {2, 5});
   Tick("chkTastSpalte", {3});
   for (int index = 0; index < 64; ++index) {
@@ -52,7 +66,7 @@ TEST_F(MatrixPageTest, ShowsTheKeysOfWiredLinesAndEmptiesTheOthers) {
 }
 
 TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   TickAll();
   TypeCell(0, "&f");
   EXPECT_EQ(Cell(0).Wire(), "&0F");
@@ -63,16 +77,71 @@ TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
   LeaveCell(0);
   EXPECT_EQ(Cell(0).Wire(), "");
   EXPECT_EQ(person.beeps, 1);
-  EXPECT_NE(InStatusBar().find("&0F"), std::string::npos);
-  Cell(1).setText(QStringLiteral("€"));
-  LeaveCell(1);
-  EXPECT_EQ(Cell(1).text(), "");
-  EXPECT_GE(person.beeps, 2);
+  const std::pair<const char*, const char*> refused[] = {
+      {"&0F", "hinter & steht eine Hexadezimalzahl bis FF ohne führende Null."},
+      {"#256", "hinter # steht eine Zahl von 0 bis 255."},
+      {"ab", "erlaubt sind ein Zeichen, # mit Dezimalzahl und & mit Hexadezimalzahl."},
+      {"€", "ein solches Zeichen gibt es im Terminal nicht."}};
+  for (const auto& [typed, reason] : refused) {
+    Cell(1).setText(QString::fromUtf8(typed));
+    LeaveCell(1);
+    EXPECT_EQ(Cell(1).text(), "");
+    EXPECT_EQ(hint, "\"" + std::string(typed) + "\" ist kein Tastencode: " + reason);
+  }
   EXPECT_TRUE(person.messages.empty());
 }
 
+// Keys, menus and the toolbar begin an action without leaving the box.
+TEST_F(MatrixPageTest, WhatIsBeingTypedIsCheckedBeforeAnActionBegins) {
+  StartOnPage();
+  TickAll();
+  AnswerFreeBytes("1000");
+  terminal.Answer(";", "\x06", kSoon);
+  const auto type = [this](const char* text) {
+    Cell(0).setFocus();
+    Cell(0).setText(QString::fromUtf8(text));
+    Cell(0).setModified(true);
+    Forget();
+  };
+  for (const char* text : {"zz", "12345", "&1;"}) {
+    type(text);
+    Click("cmdSetMatrixTab");
+    EXPECT_EQ(Written() + Cell(0).Wire(), "");
+    type(text);
+    Find("cmdSetMatrixTab").setFocus(Qt::MouseFocusReason);
+    Click("cmdSetMatrixTab");
+    EXPECT_EQ(Written() + Cell(0).Wire(), "");
+  }
+  type("&f");
+  Click("cmdSetMatrixTab");
+  EXPECT_NE(port.written.find("EWK0,80,0F,FF"), std::string::npos);
+  EXPECT_TRUE(Cell(0).hasFocus());
+  LeaveCell(0);
+  EXPECT_EQ(Cell(0).Wire(), "&0F") << "it was left once";
+}
+
+TEST_F(MatrixPageTest, TabAndArrowsGoFromKeyToKey) {
+  StartOnPage();
+  Tick("chkTastZeile", {0, 1});
+  Tick("chkTastSpalte", {0, 2});
+  const auto press = [](int key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(QApplication::focusWidget(), &event);
+  };
+  Find("chkTastZeile_7").setFocus();
+  for (const int index : {0, 16, 1, 17}) {
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(Cell(index).hasFocus()) << index;
+  }
+  for (const auto& [key, index] : {std::pair{Qt::Key_Left, 1}, std::pair{Qt::Key_Up, 0},
+                                   std::pair{Qt::Key_Right, 16}, std::pair{Qt::Key_Down, 17}}) {
+    press(key);
+    EXPECT_TRUE(Cell(index).hasFocus()) << index;
+  }
+}
+
 TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   AnswerFreeBytes("1000");
   terminal.Answer(",FF;", "\x06", kSoon);
   Tick("chkTastZeile", {0});
@@ -86,8 +155,20 @@ TEST_F(MatrixPageTest, TransmitsModeTableAndActivation) {
   EXPECT_TRUE(person.messages.empty());
 }
 
+TEST_F(MatrixPageTest, ANumberThatIsNoneSaysWhatWouldBeSent) {
+  StartOnPage();
+  const std::pair<const char*, const char*> numbers[] = {{"abc", "0 … 255 – gesendet würde 0"},
+                                                         {"999", "0 … 255 – gesendet würde 999"},
+                                                         {"255", "0 … 255"},
+                                                         {"", "0 … 255"}};
+  for (const auto& [typed, shown] : numbers) {
+    Type("txtTastTabNr", typed);
+    EXPECT_EQ(Text("lblTastTabNrBereich"), shown);
+  }
+}
+
 TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   TickAll();
   terminal.Answer(";", "\x06", kSoon);
   // The reply's two characters fit into 22 - 20 bytes, and do not into 21 - 20.
@@ -102,21 +183,20 @@ TEST_F(MatrixPageTest, MeasuresTheFreeSpaceAgainstTheReplysOwnLength) {
 }
 
 TEST_F(MatrixPageTest, FailsWithoutAColumnBeforeAnythingIsWritten) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   Tick("chkTastZeile", {0, 1});
   Click("cmdMatrixEnable");
   EXPECT_EQ(person.LastMessage(), "Es ist keine Spalte angekreuzt / CreateMatrixMode");
   EXPECT_EQ(port.written, "");
   AnswerFreeBytes("1000");
   Click("cmdSetMatrixTab");
-  Trigger("mnuDateiSaveAsMakro");
+  EXPECT_FALSE(page->MatrixMode());
   EXPECT_EQ(person.messages.size(), 3U);
-  EXPECT_TRUE(person.prompts.empty());
   EXPECT_EQ(port.written, "\033E?F");
 }
 
 TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   TickAll();
   AnswerFreeBytes("1000");
   Click("cmdSetMatrixTab");
@@ -131,7 +211,7 @@ TEST_F(MatrixPageTest, ReportsARefusedAndAnUnansweredTable) {
 }
 
 TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   terminal.Answer("EM?", "3,80,\xE4;", kSoon);
   Click("cmdMatrixRead");
   EXPECT_EQ(person.LastMessage(), "3,80,ä");
@@ -140,7 +220,7 @@ TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
 }
 
 TEST_F(MatrixPageTest, ShowsPressedKeys) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   // A key can be pressed to find out which lines it is wired to.
   port.Arrive("\x91");
   TickAll();
@@ -153,6 +233,7 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   port.Arrive("\x8A");
   EXPECT_EQ(Cell(16).Wire(), "$8A");
   EXPECT_EQ(colour(16), "#0000ff");
+  loop.RunFor(milliseconds(1900));
   port.Arrive("k");
   EXPECT_EQ(colour(16), "#ffffff");
   EXPECT_EQ(colour(5), "#0000ff");
@@ -161,16 +242,19 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   EXPECT_EQ(Text("lblTastKlartext"), "kn");
   port.Arrive("\r");
   EXPECT_EQ(Text("lblTastKlartext"), "&13");
-  loop.RunFor(std::chrono::seconds(3));
+  // The highlight lasts as long from the last key on.
+  loop.RunFor(milliseconds(1900));
+  EXPECT_EQ(colour(5), "#0000ff");
+  loop.RunFor(milliseconds(100));
   EXPECT_EQ(colour(5), "#ffffff");
   EXPECT_EQ(Text("lblTastKlartext"), "");
 }
 
 TEST_F(MatrixPageTest, ShowsEachTableWithItsEdit) {
   Insert("eins", "1, '128', '3', char(27) || 'EWK1,80,41,42;'");
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   TypeCell(0, "#7");
-  Trigger("mnuDateiNeu");
+  page->NewTastTab();
   EXPECT_EQ(Cell(0).Wire() + Cell(8).Wire(), "");
   EXPECT_TRUE(Cell(63).isVisible());
   Choose("cboTastTabBez", "* eins");
@@ -179,8 +263,8 @@ TEST_F(MatrixPageTest, ShowsEachTableWithItsEdit) {
   Click("cmdTastVerwerfen");
   EXPECT_EQ(Cell(0).Wire(), "A");
   person.answers = {true, true};
-  Trigger("mnuBearbeitenloeschen");
-  Trigger("mnuBearbeitenloeschen");
+  page->DeleteTable();
+  page->DeleteTable();
   EXPECT_FALSE(Cell(0).isVisible()) << "no table, no lines";
 }
 
@@ -190,7 +274,7 @@ TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
   Insert("Unsinn", "'x', 'abc', '-7', 'ü,€,ZZ,,;;,41'");
   Insert("Masken", "1e300, '1e300', '70000', char(27) || 'EWK1,80,41,ZZ'");
   Insert("Bytes", "4, '128', '1', x'1bff002c2c2c'");
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   for (const char* name : {"leer", "kurz", "Unsinn", "Bytes", "leer", "Masken"}) {
     Choose("cboTastTabBez", name);
     EXPECT_TRUE(person.messages.empty()) << name;
@@ -202,25 +286,14 @@ TEST_F(MatrixPageTest, DamagedTablesShowWhatCanBeRead) {
 }
 
 TEST_F(MatrixPageTest, StoresTheLinesAndTheCommand) {
-  StartOn(Tab::MatrixKeyboard);
+  StartOnPage();
   Tick("chkTastZeile", {0});
   Tick("chkTastSpalte", {0});
   TypeCell(0, "Z");
   person.inputs = {"erste"};
-  Trigger("mnuDateiSave");
-  const std::string source = "select * from Makro where typ = 'MatrixTab'";
-  EXPECT_EQ(Stored(source, "wert"), "\033EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
-  EXPECT_EQ(Stored(source, "ausgang") + "," + Stored(source, "eingang"), "128,1");
-}
-
-TEST_F(MatrixPageTest, SavesItsModeAsAMacro) {
-  StartOn(Tab::MatrixKeyboard);
-  TickAll();
-  person.inputs = {"Matrix an"};
-  Trigger("mnuDateiSaveAsMakro");
-  EXPECT_EQ(person.prompts.back(), "Bezeichnung für dieses Makro :|(neuer Name)");
-  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = 'Matrix an'", "wert"),
-            "\x1BMS8,8;\x1BMC2,10,35,0,0,5;\x1BME");
+  page->SaveTastTab();
+  EXPECT_EQ(Stored(kTables, "wert"), "\033EWK0,80,5A,FF,FF,FF,FF,FF,FF,FF;");
+  EXPECT_EQ(Stored(kTables, "ausgang") + "," + Stored(kTables, "eingang"), "128,1");
 }
 
 }  // namespace

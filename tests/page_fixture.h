@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QApplication>
+
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
@@ -14,6 +16,7 @@ class PageTest : public ControlsTest {
     port.Open();
     port.SetReceiveThreshold(1);
     port.SetReceiveHandler([this] { receive.com1_OnComm(); });
+    person.SetPort([this] { return port.IsOpen(); }, [this] { ++portsWanted; });
     tmrTimeout.SetEnabled(true);
     tmrRS485.SetInterval(testing_world::milliseconds(20));
   }
@@ -29,6 +32,7 @@ class PageTest : public ControlsTest {
     shown.reset(page);
     receive.SetFront(dynamic_cast<Receiver*>(page));
     page->show();
+    QApplication::processEvents();  // it becomes the active window
     return *page;
   }
   /// A table of the database, or a query on it.
@@ -39,6 +43,7 @@ class PageTest : public ControlsTest {
   TerminalState state;
   Database database{folder.Path("kelvo.mdb")};
   std::deque<Recordset> records;
+  int portsWanted = 0;  ///< how often the operator was asked to open the port
   std::unique_ptr<QWidget> shown;
 };
 

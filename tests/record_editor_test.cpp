@@ -43,7 +43,15 @@ class RecordEditorTest : public testing::Test {
     editor.emplace(RecordEditorBase::Services{*records, row, person}, kind,
                    RecordEditor<Edit>::Screen{[this] { Type(editor->Wert().value_or("")); },
                                               [this](const Edit& edit) { Type(edit.text); },
-                                              [this] { return Shown(); }});
+                                              [this] { return Shown(); },
+                                              [](const Edit& edit) -> std::optional<Fields> {
+                                                if (edit.text == "bad") return std::nullopt;
+                                                return Fields{{"typ", "Art"}, {"wert", edit.text}};
+                                              },
+                                              [](const Edit& edit) { return Strings{edit.text}; },
+                                              [](const Strings& packed) {
+                                                return Edit{packed.at(0), {}};
+                                              }});
     QObject::connect(&text, &QLineEdit::textChanged, &text, [this] { editor->Edited(); });
     editor->SelectFirst();
   }
@@ -73,7 +81,7 @@ class RecordEditorTest : public testing::Test {
   void Save(std::deque<std::optional<std::string>> inputs, bool answer = false) {
     person.inputs = std::move(inputs);
     person.answers = {answer};
-    editor->SaveShown({{"wert", Shown().text}}, Shown());
+    editor->SaveShown();
   }
   void Delete(bool answer) {
     person.answers = {answer};
@@ -112,15 +120,18 @@ TEST_F(RecordEditorTest, AnEditStaysWithItsRecordUntilItIsGivenUp) {
 }
 
 TEST_F(RecordEditorTest, WhereANameStandsForItsRecordOverwritingIsAsked) {
-  Start(uniqueNames, {"eins", "zwei"});
+  Start(uniqueNames, {"eins"});
   Type("A");
   Save({""});
+  // Another program has used the name since.
+  Sql("insert into Makro (typ, Bezeichnung, wert) values ('Art', 'zwei', '2')");
   Save({"zwei", std::nullopt});
   EXPECT_EQ(Seen(), ">* eins zwei: A!");
   EXPECT_EQ(InDatabase(), "eins=1 zwei=2");
   Save({"zwei", "O'Brien"});
   EXPECT_EQ(person.prompts.back(), "Name ?|zwei");
   EXPECT_EQ(person.questions, (Strings{"Ersetzen ?", "Ersetzen ?"}));
+  EXPECT_TRUE(person.proposesNo) << "the name of another record";
   EXPECT_EQ(Seen(), " eins zwei>O'Brien: A");
   Type("B");
   Save({"zwei"}, true);
@@ -129,11 +140,11 @@ TEST_F(RecordEditorTest, WhereANameStandsForItsRecordOverwritingIsAsked) {
   // What another page saves leaves the draft alone.
   Type("C");
   person.inputs = {"vier"};
-  EXPECT_TRUE(editor->Save({}, {"D", {}}, "Vorschlag"));
+  EXPECT_TRUE(editor->Save({{"typ", "Art"}}, {"D", {}}, "Vorschlag"));
   EXPECT_EQ(Seen(), " eins * zwei O'Brien>vier: D");
 }
 
-TEST_F(RecordEditorTest, WhereNamesAreFreeSavingRenamesAndTheFirstOfANameIsMeant) {
+TEST_F(RecordEditorTest, WhereNamesAreFreeSavingRenames) {
   Start(freeNames, {});
   Type("A");
   EXPECT_EQ(Seen(), ": A!");
@@ -147,10 +158,99 @@ TEST_F(RecordEditorTest, WhereNamesAreFreeSavingRenamesAndTheFirstOfANameIsMeant
   Save({"eins"});
   EXPECT_EQ(Seen(), ">eins eins: B");
   EXPECT_EQ(InDatabase("lfdnr || wert"), "eins=0A eins=1B");
-  Choose(0);
+  // Each entry is its own record, though they have one name.
+  Choose(1);
   EXPECT_EQ(Seen(), " eins>eins: A");
+  Choose(0);
+  EXPECT_EQ(Seen(), ">eins eins: B");
   Delete(true);
-  EXPECT_EQ(Seen(), ">eins: B");
+  EXPECT_EQ(Seen(), ">eins: A");
+}
+
+TEST_F(RecordEditorTest, ANewRecordThatIsNotUsedGoesWhenItIsLeft) {
+  Start(uniqueNames, {"eins"});
+  const Fields art{{"typ", "Art"}};
+  editor->New({}, art);
+  Choose(0);
+  EXPECT_EQ(InDatabase(), "eins=1");
+  editor->New({}, art);
+  Type("A");
+  editor->New({}, art);
+  EXPECT_EQ(Seen(), " eins * (neuer Name)>(neuer Name): ");
+  Choose(1);
+  EXPECT_EQ(Seen(), " eins>* (neuer Name): A!");
+  Save({"zwei"});
+  EXPECT_EQ(Seen(), " eins>zwei: A");
+  EXPECT_EQ(InDatabase(), "eins=1 zwei=A");
+  editor->New({}, art);
+  editor->SetSource("Makro");
+  editor->New({}, art);
+  editor->RemoveUnused();
+  EXPECT_EQ(InDatabase(), "eins=1 zwei=A");
+}
+
+TEST_F(RecordEditorTest, WhatAnotherProgramSavedIsOverwrittenOnlyAfterBothWereShown) {
+  for (const RecordKind& kind : {uniqueNames, freeNames}) {
+    Sql("delete from Makro");
+    person.questions.clear();
+    Start(kind, {"eins"});
+    Type("mine");
+    Sql("update Makro set wert = 'theirs'");
+    editor->Refresh();  // the page was shown again in between: the edit is older than that
+    person.inputs = {"eins", "eins"};
+    const bool asks = !kind.overwriteQuestion.empty();
+    person.answers = asks ? std::deque<bool>{true, false} : std::deque<bool>{false};
+    editor->SaveShown();
+    EXPECT_NE(person.questions.back().find("'eins':\ntheirs"), std::string::npos);
+    EXPECT_NE(person.questions.back().find("'eins':\nmine"), std::string::npos);
+    EXPECT_EQ(Seen(), ">* eins: mine!");
+    EXPECT_EQ(InDatabase(), "eins=theirs");
+    person.answers = asks ? std::deque<bool>{true, true} : std::deque<bool>{true};
+    editor->SaveShown();
+    EXPECT_EQ(Seen(), ">eins: mine");
+    EXPECT_EQ(InDatabase(), "eins=mine");
+  }
+}
+
+TEST_F(RecordEditorTest, WhatWasOverwrittenCanBeTakenBackAndItsKindIsNamed) {
+  Sql("insert into Makro (typ, Bezeichnung, wert) values ('MatrixTab', 'Pult', 'table')");
+  Start(uniqueNames, {"eins"});
+  editor->SetSource("Makro");
+  Choose(1);
+  Type("mine");
+  Save({"Pult"}, true);
+  EXPECT_NE(person.lastQuestion.hint.find("\"MatrixTab\""), std::string::npos);
+  EXPECT_EQ(InDatabase("typ || wert"), "Pult=Artmine eins=Art2");
+  person.Done().Undo();
+  EXPECT_EQ(InDatabase("typ || wert"), "Pult=MatrixTabtable eins=Art2");
+  EXPECT_EQ(Shown().text, "table");
+}
+
+TEST_F(RecordEditorTest, DiscardingShowsWhatIsStoredNow) {
+  Start(freeNames, {"eins"});
+  Type("mine");
+  Sql("update Makro set wert = 'theirs'");
+  row.discard->click();
+  EXPECT_EQ(Seen(), ">eins: theirs");
+}
+
+TEST_F(RecordEditorTest, AnEditOutlivesItsRecord) {
+  Start(freeNames, {"eins", "zwei"});
+  Type("mine");
+  Sql("delete from Makro where Bezeichnung = 'eins'");
+  Save({"eins"}, false);
+  EXPECT_EQ(Seen(), ">* eins zwei: mine!");
+  EXPECT_EQ(InDatabase(), "zwei=2");
+  Save({"eins"}, true);
+  EXPECT_EQ(Shown().text, "mine");
+  EXPECT_EQ(InDatabase(), "zwei=2 eins=mine");
+  Type("more");
+  Sql("delete from Makro where Bezeichnung = 'eins'");
+  person.answers = {true};
+  editor->Refresh();  // the page is shown again
+  EXPECT_EQ(Shown().text, "more");
+  EXPECT_EQ(editor->DraftNames(), Strings{"eins"});
+  EXPECT_EQ(InDatabase(), "zwei=2 eins=NULL");
 }
 
 TEST_F(RecordEditorTest, DeletesOnlyAfterAYesAndGoesToTheNext) {
@@ -168,20 +268,79 @@ TEST_F(RecordEditorTest, DeletesOnlyAfterAYesAndGoesToTheNext) {
   EXPECT_EQ(person.questions.size(), 4U);
 }
 
+TEST_F(RecordEditorTest, DeletionsAndDiscardedEditsCanBeTakenBack) {
+  Start(uniqueNames, {"a", "b", "c"});
+  Choose(1);
+  Type("B");
+  Delete(true);
+  EXPECT_TRUE(person.proposesNo);
+  Type("C");
+  row.discard->click();
+  Delete(true);
+  EXPECT_EQ(InDatabase(), "a=1");
+  EXPECT_EQ(person.Done().Latest(), "Löschen von \"c\"");
+  person.Done().Undo();
+  EXPECT_EQ(Seen(), " a>c: 3");
+  EXPECT_EQ(person.Done().Latest(), "Verwerfen der Änderung an \"c\"");
+  person.Done().Undo();
+  EXPECT_EQ(Seen(), " a>* c: C!");
+  person.Done().Undo();
+  EXPECT_EQ(Seen(), " a * c>* b: B!");
+  EXPECT_EQ(InDatabase(), "a=1 b=2 c=3");
+  EXPECT_EQ(person.Done().Latest(), "");
+}
+
+TEST_F(RecordEditorTest, AllDraftsAreSavedAtOnceOrTheOneThatCannotBeIsShown) {
+  Start(freeNames, {"a", "b", "c"});
+  Type("A");
+  Choose(1);
+  Type("bad");
+  Choose(2);
+  EXPECT_FALSE(editor->SaveDrafts());
+  EXPECT_EQ(Seen(), " a>* b c: bad!");
+  EXPECT_EQ(InDatabase(), "a=A b=2 c=3");
+  Type("B");
+  EXPECT_TRUE(editor->SaveDrafts());
+  EXPECT_EQ(InDatabase(), "a=A b=B c=3");
+  EXPECT_TRUE(person.prompts.empty());
+}
+
+TEST_F(RecordEditorTest, DraftsOutliveTheProgram) {
+  Start(freeNames, {"a", "b", "c"});
+  int told = 0;
+  editor->SetDraftListener([&] { ++told; });
+  Type("A");
+  Choose(1);
+  Type("B");
+  EXPECT_GE(told, 2);
+  const auto kept = editor->KeptDrafts();
+  Sql("delete from Makro where Bezeichnung = 'b'");
+  Start(freeNames, {});
+  editor->TakeDrafts(kept);
+  EXPECT_EQ(editor->DraftNames(), (Strings{"a", "b"}));
+  editor->SaveDrafts();
+  EXPECT_EQ(InDatabase(), "a=A c=3 b=B");
+  Start(freeNames, {});
+  row.discard->click();
+  EXPECT_EQ(Shown().text, "A");
+}
+
 TEST_F(RecordEditorTest, FollowsWhatAnotherPageDidToTheTable) {
   Start(freeNames, {"a", "b", "c"});
   editor->New({});
+  Type("N");
   Choose(2);
   Type("A");
   Choose(1);
   Type("B");
   editor->Refresh();
-  EXPECT_EQ(Seen(), " (neuer Name)>* a * b c: B!") << "nothing happened: the order stays";
+  EXPECT_EQ(Seen(), " * (neuer Name)>* a * b c: B!") << "nothing happened: the order stays";
   Sql("delete from Makro where Bezeichnung = 'a'");
   Sql("update Makro set Bezeichnung = 'd' where Bezeichnung = 'c'");
   editor->Refresh();
-  EXPECT_EQ(Seen(), ">* b d (neuer Name): A!");
-  EXPECT_EQ(editor->DraftNames(), Strings{"b"});
+  EXPECT_EQ(person.questions.size(), 1U) << "the edit of a record that is gone";
+  EXPECT_EQ(Seen(), ">* b d * (neuer Name): A!");
+  EXPECT_EQ(editor->DraftNames(), (Strings{"b", "(neuer Name)"}));
 }
 
 TEST_F(RecordEditorTest, WhatCannotBeStoredLeavesRecordAndScreenAgreed) {

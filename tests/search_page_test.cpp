@@ -68,6 +68,9 @@ TEST_F(SearchPageTest, EachAddressHasItsRow) {
   EXPECT_EQ(Result(3).substr(0, 31), "(Anzeige Nr.3)|Fehler/Kollision");
   EXPECT_EQ(Results().topLevelItem(3)->foreground(1).color(), QColor(255, 0, 0));
   EXPECT_TRUE(Results().topLevelItem(2)->toolTip(0).startsWith(QStringLiteral("Stille")));
+  for (const int shown : {0, 3}) {
+    EXPECT_TRUE(Results().topLevelItem(shown)->toolTip(0).contains(QStringLiteral("240 x 128")));
+  }
   EXPECT_EQ(Text("lblDovuStand"), "Alle 4 Adressen gefragt: 2 gefunden, 1 Fehler/Kollision.");
   Search("0");
   EXPECT_EQ(Results().topLevelItemCount(), 1);
@@ -75,6 +78,7 @@ TEST_F(SearchPageTest, EachAddressHasItsRow) {
 
 TEST_F(SearchPageTest, LimitIsBroughtIntoItsRangeWhenItIsLeft) {
   Begin();
+  EXPECT_EQ(Text("txtmaxDovu"), "253");
   const std::pair<const char*, const char*> cases[] = {
       {"256", "255"}, {"-3", "0"}, {"12a", "12"}, {"", "0"}, {"7.9", "7"}, {"255", "255"}};
   for (const auto& [typed, shown] : cases) {
@@ -103,11 +107,11 @@ TEST_F(SearchPageTest, StoredTerminalsAreEditedInPlace) {
   Begin();
   EXPECT_TRUE(Edit(1, 1, QStringLiteral("Pult")));
   EXPECT_TRUE(Edit(1, 2, Qt::Unchecked, Qt::CheckStateRole));
-  EXPECT_TRUE(Edit(1, 3, Qt::Unchecked, Qt::CheckStateRole));
-  EXPECT_TRUE(Edit(1, 0, QStringLiteral("0")));
+  for (const char* address : {"255", "0"}) EXPECT_TRUE(Edit(1, 0, QString::fromUtf8(address)));
   EXPECT_EQ(PageTest::Stored("DOVU", "Bezeichnung", 1), "Pult");
   EXPECT_EQ(PageTest::Stored("DOVU", "aktiv", 1), "0");
-  EXPECT_EQ(PageTest::Stored("DOVU", "Checksum", 1), "0");
+  EXPECT_EQ(PageTest::Stored("DOVU", "Checksum", 1), "1");
+  EXPECT_TRUE(Edit(1, 3, Qt::Unchecked, Qt::CheckStateRole));
   EXPECT_EQ(PageTest::Stored("DOVU", "Adresse", 1), "0");
   for (const char* address : {"256", "-1", "", "x", "3"}) {
     EXPECT_FALSE(Edit(1, 0, QString::fromUtf8(address))) << address;
@@ -115,6 +119,14 @@ TEST_F(SearchPageTest, StoredTerminalsAreEditedInPlace) {
     person.messages.clear();
   }
   EXPECT_EQ(PageTest::Stored("DOVU", "Adresse", 1), "0");
+  // A refused one ends the action that was about to begin, and the list keeps the keys.
+  auto& list = Find<QTableView>("ctlDovuListe");
+  list.setFocus();
+  list.edit(List().index(1, 0));
+  qobject_cast<QLineEdit*>(QApplication::focusWidget())->setText(QStringLiteral("256"));
+  Click("cmdDovuNeu");
+  EXPECT_TRUE(person.prompts.empty());
+  EXPECT_TRUE(list.hasFocus());
   page->Refresh();
   EXPECT_EQ(Stored(0), "0|Pult|nein|nein|");
 }
@@ -157,12 +169,14 @@ TEST_F(SearchPageTest, SearchShowsItsProgressAndCanBeStopped) {
     EXPECT_FALSE(Find("cmdDovusuchen").isEnabled());
     EXPECT_FALSE(Find("cmdDovuUebernehmen").isEnabled());
     EXPECT_FALSE(Find("cmdClearDovuData").isEnabled());
-    EXPECT_TRUE(page->Searching());
+    EXPECT_TRUE(Find("cmdDovuAbbrechen").hasFocus());
     auto& bar = Find<QProgressBar>("ctlDovuFortschritt");
     progress = bar.format().toStdString();
     Q_EMIT page->findChild<QShortcut*>()->activated();
   });
+  Find("cmdDovusuchen").setFocus();
   Search("99");
+  EXPECT_TRUE(Find("cmdDovusuchen").hasFocus());
   EXPECT_EQ(progress.substr(0, 61),
             "Adresse 3 von 99, 1 gefunden, 0 Fehler/Kollision, noch etwa 3");
   EXPECT_EQ(Results().topLevelItemCount(), 4);

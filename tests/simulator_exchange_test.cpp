@@ -30,6 +30,24 @@ TEST_F(ExchangeWithTerminal, Understand) {
   EXPECT_EQ(Acknowledged(Esc + "EWM8," + std::string(2048, 'x') + Etx), "EEPROM");
 }
 
+// The bus Terminal needs 2 ms; the delivered pause ends up to 20 ms after the reply.
+TEST_F(ExchangeWithTerminal, PauseLetsABusTerminalTurnItsLineAround) {
+  line.line.SetTurnAround(milliseconds(2));
+  for (const bool echo : {false, true}) {
+    line.line.SetEcho(echo);
+    for (const int pause : {20, 1}) {
+      tmrRS485.SetInterval(milliseconds(pause));
+      int answered = 0;
+      for (int i = 0; i < 10; ++i) {
+        answered += Query("?V") == "2.10F" ? 1 : 0;
+        answered += Query("?A") == "?A5" ? 1 : 0;
+        answered += Query("E?F") == "2048" ? 1 : 0;
+      }
+      EXPECT_EQ(answered == 30, pause == 20) << answered << echo;
+    }
+  }
+}
+
 TEST_F(ExchangeWithTerminal, MisbehaviourIsReported) {
   struct Case {
     Fault fault;

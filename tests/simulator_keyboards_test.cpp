@@ -9,7 +9,10 @@ class KeyDesk : public Desk {
  public:
   /// What a pressed key sends; "-" when there is none.
   std::string Key(int row, int column) {
-    return terminal.PressKey(row, column, now) ? Heard() : "-" + Heard();
+    const std::string wired = terminal.PressKey(row, column, now) ? "" : "-";
+    terminal.ReleaseKey(now);
+    Wait(Terminal::kShortestPress);
+    return wired + Heard();
   }
   std::string Typed(char character) {
     terminal.Type(static_cast<unsigned char>(character), now);
@@ -52,6 +55,34 @@ TEST(SimulatorKeypad, SendsTheCodesOfTheActiveTable) {
   EXPECT_EQ(desk.Command("EM?"), "leer;");
 }
 
+// Scans until a key counts, milliseconds of a scan, scans until it repeats, scans from then on.
+TEST(SimulatorKeypad, KeyCountsAndRepeatsAtTheTimesThatAreSet) {
+  struct Case {
+    std::string times;
+    std::vector<int> sent;  // ms after the press, within 500 ms
+  };
+  const Case cases[] = {{"2,10,35,0,0,5;", {20, 370, 420, 470}},
+                        {"0,10,20,0,0,20;", {0, 200, 400}},
+                        {"3,50,3,0,0,4;", {150, 300, 500}},
+                        {"2,10,0,0,0,5;", {20}},
+                        {"2,10,35,0,0,0;", {20}},
+                        {"51,10,35,0,0,5;", {}}};
+  for (const Case& c : cases) {
+    KeyDesk desk;
+    desk.Send(Esc + "MC" + c.times + Esc + "ME" + Esc + "EWC");
+    desk.PowerCycle();
+    std::vector<int> sent;
+    desk.terminal.PressKey(1, 2, desk.now);
+    for (int ms = 0; ms <= 500; ++ms, desk.Wait(1ms)) {
+      if (desk.Heard().ends_with('\x92')) sent.push_back(ms);
+    }
+    EXPECT_EQ(sent, c.sent) << c.times;
+    desk.terminal.ReleaseKey(desk.now);
+    desk.Wait(10s);
+    EXPECT_EQ(desk.Heard(), "") << c.times;
+  }
+}
+
 TEST(SimulatorKeypad, RefusesTablesThatAreNone) {
   KeyDesk desk;
   const std::pair<std::string, std::string> cases[] = {
@@ -79,12 +110,24 @@ TEST(SimulatorPcKeyboard, RecodesThroughTheActiveTable) {
 
 TEST(SimulatorInterface2, ComesBackWhileReceivingIsOn) {
   KeyDesk desk;
-  EXPECT_EQ(desk.Command("2Oabc;"), "");
-  desk.Command("2I1;");
-  EXPECT_EQ(desk.Command("2Oabc;"), "abc");
+  for (const auto& [mode, waited] : {std::pair("2I1;", "abc"), {"2I2;", ""}}) {
+    desk.Command("2I0;");
+    EXPECT_EQ(desk.Command("2Oabc;"), "") << "waits in the buffer";
+    EXPECT_EQ(desk.Command(mode), waited);
+    EXPECT_EQ(desk.Command("2Oabc;"), "abc") << mode;
+  }
   EXPECT_EQ(desk.Send(Esc + "2Olost" + Esc + "?P"), "0;") << "without its end mark nothing is sent";
-  desk.terminal.ReceiveInterface2("xyz", desk.now);
-  EXPECT_EQ(desk.Heard(), "xyz");
+}
+
+TEST(SimulatorInterface2, KeepsToItsBufferFrameAndHandshake) {
+  KeyDesk desk;
+  desk.Send(Esc + "!s1024;" + Esc + "2O" + std::string(2000, 'A') + ";");
+  EXPECT_EQ(desk.Command("2I1;"), std::string(1024, 'A'));
+  for (const auto& [bits, arrived] : {std::pair("7,1,0;", "Az"), {"8,1,1;", "\xC1\x13\x11z"}}) {
+    desk.Command("!b9600,0," + std::string(bits));
+    desk.terminal.ReceiveInterface2("\xC1\x13\x11z", desk.now);
+    EXPECT_EQ(desk.Heard(), arrived);
+  }
 }
 
 }  // namespace

@@ -47,16 +47,19 @@ class Wire {
 constexpr double Characters(int count, int baud = 19200) { return count * 1e10 / baud; }
 
 TEST(SimulatorLine, AnswersAfterTheLastCharacterAndTakesTimeItself) {
-  for (const int baud : {1200, 9600, 14400, 19200}) {
+  for (const auto& [baud, stopBits] : {std::pair(1200, 1), {9600, 2}, {14400, 1}, {19200, 1}}) {
     Wire wire({.baud = baud});
-    wire.line.SetHostFraming({baud, 1});
-    const Time start = wire.now;
-    wire.Write(Esc + "?A");
-    for (int i = 4; i <= 7; ++i) {
-      EXPECT_EQ(wire.Next().size(), 1u);
-      EXPECT_NEAR(wire.Since(start), Characters(i, baud), 10.0) << baud;
+    wire.line.SetHostFraming({baud, stopBits});
+    const double longer = 3 * (stopBits - 1) * 1e9 / baud;  // of the three that go out
+    for (const Time idle : {0s, 1s}) {
+      const Time start = wire.now += idle;
+      wire.Write(Esc + "?A");
+      for (int i = 4; i <= 7; ++i) {
+        EXPECT_EQ(wire.Next().size(), 1u);
+        EXPECT_NEAR(wire.Since(start), Characters(i, baud) + longer, 10.0) << baud;
+      }
+      EXPECT_EQ(wire.Next(), "");
     }
-    EXPECT_EQ(wire.Next(), "");
   }
 }
 
@@ -72,25 +75,6 @@ TEST(SimulatorLine, NoErrorAddsUp) {
   while (wire.Next() != ";") {
   }
   EXPECT_NEAR(wire.Since(start), Characters(10'007), 20'000.0);
-}
-
-TEST(SimulatorLine, StartsAnewWhenItWasIdle) {
-  Wire wire;
-  wire.Exchange(Esc + "?A");
-  wire.now += 1s;
-  const Time start = wire.now;
-  wire.Write(Esc + "?A");
-  EXPECT_EQ(wire.Next(), "?");
-  EXPECT_NEAR(wire.Since(start), Characters(4), 10.0);
-}
-
-TEST(SimulatorLine, TwoStopBitsTakeLonger) {
-  Wire wire;
-  wire.line.SetHostFraming({19200, 2});
-  const Time start = wire.now;
-  wire.Write(Esc + "?A");
-  wire.Next();
-  EXPECT_NEAR(wire.Since(start), (3 * 11 + 10) * 1e9 / 19200, 10.0);
 }
 
 TEST(SimulatorLine, EchoIsThereHalfACharacterEarly) {
@@ -121,9 +105,30 @@ TEST(SimulatorLine, AnotherRateGivesGarbage) {
   }
   for (int byte = 0; byte < 256; ++byte) {
     const auto character = static_cast<unsigned char>(byte);
-    EXPECT_EQ(Resampled(character, 19200, 19200), character);
-    EXPECT_EQ(Resampled(character, 19200, 18900), character) << "as near as crystals are";
-    EXPECT_EQ(Resampled(character, 0, 19200), character);
+    EXPECT_EQ(Resampled(character, {19200}, {19200}), character);
+    EXPECT_EQ(Resampled(character, {19200}, {18900}), character) << "as near as crystals are";
+    EXPECT_EQ(Resampled(character, {0}, {19200}), character);
+  }
+}
+
+// The host's bits and parity number, and whether "?V" is understood by a Terminal with 7 bits and
+// even parity.
+TEST(SimulatorLine, AnotherFrameGivesGarbage) {
+  const std::pair<HostFraming, bool> cases[] = {
+      {{19200, 1, 7, 3}, true},  {{19200, 2, 7, 3}, true},  {{19200, 1}, true},
+      {{19200, 1, 8, 0}, false}, {{19200, 1, 7, 2}, false}, {{19200, 1, 8, 3}, false}};
+  for (const auto& [host, understood] : cases) {
+    Wire wire;
+    wire.Exchange(Esc + "!B19200,3,7,1,0;" + Esc + "R");
+    wire.line.SetHostFraming(host);
+    EXPECT_EQ(wire.Exchange(Esc + "?V") == "2.10F;", understood) << host.bits << host.parity;
+  }
+  EXPECT_EQ(Resampled(0xE4, {19200, 7}, {19200, 7}), 0x64) << "there are only 7 bits";
+  EXPECT_EQ(Resampled('A', {19200, 8, 0}, {19200, 7, 1}), 'A') << "no bit of it differs";
+  // Who knows no parity sees its bit: of space, odd and even.
+  for (const auto& [parity, seen] : {std::pair(1, 0), {2, 0x80}, {3, 0}}) {
+    EXPECT_EQ(Resampled('A', {19200, 7, parity}, {19200, 8, 0}), 'A' | seen) << parity;
+    EXPECT_EQ(Resampled('C', {19200, 7, parity}, {19200, 8, 0}), parity == 3 ? 'C' | 0x80 : 'C');
   }
 }
 
@@ -134,6 +139,46 @@ TEST(SimulatorLine, TheHostCanGiveUpWhatHasNotLeft) {
   wire.line.Advance(wire.now);
   wire.line.DiscardFromHost(wire.now);
   EXPECT_EQ(wire.Exchange(Esc + "T?P"), "4,1;") << "two have arrived, one was on its way";
+}
+
+TEST(SimulatorLine, HostThatHeedsTheHandshakeLosesNothing) {
+  struct Case {
+    HostHandshake host;
+    const char* terminal;
+    bool kept;
+  };
+  const Case cases[] = {{HostHandshake::XonXoff, "0", true},
+                        {HostHandshake::RtsCts, "1", true},
+                        {HostHandshake::RtsCts, "0", false},
+                        {HostHandshake::XonXoff, "1", false},
+                        {HostHandshake::None, "0", false}};
+  for (const bool paced : {true, false}) {
+    for (const Case& c : cases) {
+      Wire wire;
+      wire.line.SetPaced(paced);
+      wire.line.SetHostFraming({19200, 1, 0, 0, c.host});
+      wire.Exchange(Esc + "!B19200,0,8,1," + c.terminal + ";" + Esc + "!S1024;" + Esc + "R");
+      wire.Exchange(Esc + "EE" + std::string(3000, 'x') + Esc + "?A");
+      EXPECT_EQ(wire.bus.At(0).LogCount() > 3000U, c.kept) << c.terminal << paced;
+    }
+  }
+}
+
+TEST(SimulatorLine, BothDirectionsClashOnOnePairOfWires) {
+  Wire wire;
+  wire.line.SetTurnAround(2ms);
+  const Time start = wire.now;
+  wire.Write(Esc + "?A");
+  EXPECT_EQ(wire.Next(), "?");
+  EXPECT_NEAR(wire.Since(start), Characters(4) + 2e6, 10.0);
+  wire.Write(Esc);  // against the second character
+  EXPECT_EQ(wire.Exchange(""), "\xBE" + std::string("0;")) << "it is wrong at the host";
+  wire.now += 2ms;
+  EXPECT_EQ(wire.Exchange("?A"), "") << "and ESC is at the Terminal";
+  EXPECT_EQ(wire.Exchange(Esc + "?A"), "?A0;");
+  wire.now += 1ms;
+  EXPECT_EQ(wire.Exchange(Esc + "?A"), "") << "its driver is still on";
+  EXPECT_EQ(wire.Exchange(Esc + "?A"), "?A0;");
 }
 
 TEST(SimulatorLine, AnEraseGoesOnWhileTheLineIsBusy) {

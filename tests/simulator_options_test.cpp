@@ -9,10 +9,10 @@ namespace {
 
 TEST(SimulatorOptions, AreTakenFromTheTable) {
   const std::vector<std::string> arguments = {
-      "--version", "1.5",         "--address",     "7",         "--echo",
-      "line",      "--baud",      "9600",          "--display", "320x240",
-      "--p1",      "165",         "--fault",       "late",      "--eeprom-size",
-      "4096",      "--no-pacing", "--display-png", "a.png",     "--commands"};
+      "--version", "1.5",        "--address",     "7",       "--echo",      "line",
+      "--baud",    "9600",       "--display",     "320x240", "--p1",        "165",
+      "--fault",   "late",       "--eeprom-size", "4096",    "--no-pacing", "--display-png",
+      "a.png",     "--commands", "--frame",       "7S"};
   Options options;
   EXPECT_EQ(ReadOptions(arguments, options), std::nullopt);
   EXPECT_EQ(options.terminal.setup.version, "1.5");
@@ -25,6 +25,7 @@ TEST(SimulatorOptions, AreTakenFromTheTable) {
   EXPECT_EQ(options.terminal.setup.fault, Fault::Late);
   EXPECT_EQ(options.terminal.setup.eepromBytes, 4096);
   EXPECT_FALSE(options.paced);
+  EXPECT_EQ(std::pair(options.hostBits, options.hostParity), std::pair(7, 1));
   EXPECT_FALSE(options.window);
   EXPECT_TRUE(options.commands);
 }
@@ -67,7 +68,8 @@ TEST(SimulatorOptions, WrongOnesAreNamed) {
   const std::vector<std::vector<std::string>> wrong = {
       {"--nonsense"},      {"--address"},        {"--address", "256"}, {"--address", "x"},
       {"--version", "a;"}, {"--baud", "115200"}, {"--display", "1x1"}, {"--fault", "all"},
-      {"--echo", "maybe"}, {"--p1", "-1"},       {"--eeprom", ""}};
+      {"--echo", "maybe"}, {"--p1", "-1"},       {"--eeprom", ""},     {"--frame", "9N"},
+      {"--frame", "8"}};
   for (const auto& arguments : wrong) {
     Options options;
     const auto error = ReadOptions(arguments, options);

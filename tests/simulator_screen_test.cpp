@@ -27,6 +27,19 @@ TEST(SimulatorScreen, DrawsBitmapsInBothForms) {
   EXPECT_TRUE(desk.Display().Pixels().At(8, 1)) << "and kept where it is white";
 }
 
+// A drawing may end in erase mode, and the next one, or the same again, begins with the pen that
+// draws.
+TEST(SimulatorScreen, ClearedDisplayTakesTheSameDrawingAsANewOne) {
+  for (const std::string shape : {"GfR9,9;", "GB0,0,1,1,FF;", "GL9,9;", "GTx\x04"}) {
+    SmallDesk fresh;
+    SmallDesk used;
+    used.Send(Esc + "GP3,3;" + Esc + shape + Esc + "GM1;" + Esc + shape);
+    for (SmallDesk* desk : {&fresh, &used}) desk->Send(Esc + "GC" + Esc + "GP0,0;" + Esc + shape);
+    EXPECT_GT(fresh.Set(), 0) << shape;
+    EXPECT_EQ(used.Display().Pixels(), fresh.Display().Pixels()) << shape;
+  }
+}
+
 TEST(SimulatorScreen, GraphicTextHasItsOwnStyleAndMovesThePosition) {
   SmallDesk desk(100, 60);
   desk.Send(Esc + "TF4;" + Esc + "GP3,4;" + Esc + "GF8;" + Esc + "GZ2,3;" + Esc + "GTa;" + Eot);
@@ -69,6 +82,7 @@ TEST(SimulatorScreen, CursorIsShownAboveThePicture) {
   const Case cases[] = {
       {Esc + "!c 1,0;" + Esc + "!C 1;" + Esc + "TP1,1;", "1;", "0;", 8, 0},
       {Esc + "!c 2,1;" + Esc + "!C 2;" + Esc + "TP2,2;", "2;", "1;", 64, 64},
+      {Esc + "TZ2,2;" + Esc + "!c 2,0;" + Esc + "!C 2;", "2;", "0;", 32, 32},
       {Esc + "!c 3,5;" + Esc + "!C 3;" + Esc + "GP10,10;", "3;", "3,5;", 21, 0},
       {Esc + "!c 4,5;" + Esc + "!C 4;" + Esc + "GP0,0;", "4;", "4,5;", 11, 11},
       {Esc + "!c 5,1;" + Esc + "!C 5;" + Esc + "GP16,16;", "5;", "5,1;", 16, 0},

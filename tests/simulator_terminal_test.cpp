@@ -70,6 +70,7 @@ TEST(SimulatorTerminal, ConfigurationOutlivesThePower) {
   EXPECT_EQ(desk.terminal.Display().Pixels().Width(), 240);
   EXPECT_EQ(desk.Command("EWC"), Ack);
   desk.Command("R");
+  desk.Wait(Terminal::kRestartTime);
   EXPECT_EQ(desk.terminal.Interface1(), (InterfaceSettings{9600, 1, 7, 2, 1, 4096}));
   EXPECT_EQ(desk.terminal.Display().Pixels().Width(), 320);
   desk.Send(Esc + "TF0;" + Esc + "!P0;");
@@ -119,6 +120,7 @@ TEST(SimulatorTerminal, MacroZeroRunsAtEveryStartAndMacrosThatNeverEndDoEnd) {
   desk.PowerCycle();
   EXPECT_EQ(desk.terminal.P0(), 9);
   desk.Send(Esc + "!P0;" + Esc + "R");
+  desk.Wait(Terminal::kRestartTime);
   EXPECT_EQ(desk.terminal.P0(), 9);
   EXPECT_EQ(desk.Command("ECM1;"), "");
   EXPECT_EQ(desk.Command("?P"), "0;") << "and it is in step afterwards";
@@ -162,15 +164,39 @@ TEST(SimulatorTerminal, ErasesWithOneAnswerAfterTheTimeThatItTakes) {
   EXPECT_EQ(desk.Heard(), Ack + "1024;");
 }
 
-TEST(SimulatorTerminal, ErasesCountingDown) {
-  Desk desk({.eepromBytes = 1024});
-  desk.Command("EWM1,abc" + Etx);
-  EXPECT_EQ(desk.Command("Ee"), "4\r");
-  desk.Wait(20ms);
-  EXPECT_EQ(desk.Heard(), "3\r");
-  desk.Wait(10s);
-  EXPECT_EQ(desk.Heard(), "2\r1\r0\r" + Ack);
-  EXPECT_EQ(desk.Command("E?F"), "1024;");
+TEST(SimulatorTerminal, RestartTakesItsTime) {
+  Desk desk;
+  desk.Command("EWM0," + Esc + "?P" + Etx);
+  EXPECT_EQ(desk.Send(Esc + "R" + Esc + "?A"), "");
+  desk.Wait(Terminal::kRestartTime - 1ms);
+  EXPECT_EQ(desk.Heard(), "");
+  desk.Wait(1ms);
+  EXPECT_EQ(desk.Heard(), "0;?A0;") << "the autostart macro's answer and the other";
+}
+
+// A buffer of 1024 characters, of which three come to text behind the restart.
+TEST(SimulatorTerminal, AsksTheHostToPauseAndLosesWhatDoesNotFit) {
+  for (const char* handshake : {"0", "1"}) {
+    Desk desk({.width = 640, .height = 480});
+    const bool xon = *handshake == '0';
+    desk.Send(Esc + "!B19200,0,8,1," + handshake + ";" + Esc + "!S1024;" + Esc + "R");
+    desk.Wait(Terminal::kRestartTime);
+    EXPECT_EQ(desk.Send(Esc + "R" + std::string(767, 'a')), "");
+    EXPECT_TRUE(desk.terminal.ReadyToReceive());
+    EXPECT_EQ(desk.Send("b"), xon ? "\x13" : "");
+    EXPECT_EQ(desk.terminal.ReadyToReceive(), xon);
+    desk.Send(std::string(300, 'c'));
+    desk.Wait(Terminal::kRestartTime);
+    EXPECT_EQ(desk.Heard(), xon ? "\x11" : "");
+    EXPECT_TRUE(desk.terminal.ReadyToReceive());
+    EXPECT_EQ(desk.Command("T?P"), "65,13;") << "1024 characters in rows of 80";
+  }
+}
+
+TEST(SimulatorTerminal, PausesWhenTheHostAsks) {
+  Desk desk;
+  EXPECT_EQ(desk.Send("\x13" + Esc + "?A"), "");
+  EXPECT_EQ(desk.Send("\x11"), "?A0;");
 }
 
 TEST(SimulatorTerminal, MisbehavesOnRequest) {

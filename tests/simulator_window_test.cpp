@@ -6,8 +6,10 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -103,8 +105,8 @@ TEST_F(SimulatorWindowTest, SettingsFollowTheTerminal) {
 
 TEST_F(SimulatorWindowTest, PortsAreLampsAndSwitches) {
   Named<QCheckBox>("chkP1_7").setChecked(true);
-  Named<QCheckBox>("chkP1_0").setChecked(true);
-  EXPECT_EQ(terminal.P1(), 129);
+  Named<QCheckBox>("chkP1_1").setChecked(true);
+  EXPECT_EQ(terminal.P1(), 130);
   Send(Esc + "!P9;");
   for (int line = 0; line < 8; ++line) {
     const std::string name = "lampP0_" + std::to_string(line);
@@ -115,7 +117,7 @@ TEST_F(SimulatorWindowTest, PortsAreLampsAndSwitches) {
 
 TEST_F(SimulatorWindowTest, KeysAndTypingAreSent) {
   EXPECT_FALSE(Named<QToolButton>("cmdKey_1_2").isEnabled());
-  Send(Esc + "EWK3,80,31,32,33;" + Esc + "EMK3;" + Esc + "ME");
+  Send(Esc + "EWK3,80,31,32,33;" + Esc + "EMK3;" + Esc + "MC0,10,35,0,0,5;" + Esc + "ME");
   EXPECT_EQ(HeardUntil('\x06'), "\x06");
   EXPECT_EQ(Named<QToolButton>("cmdKey_0_2").text(), QStringLiteral("3"));
   Named<QToolButton>("cmdKey_0_2").click();
@@ -141,6 +143,27 @@ TEST_F(SimulatorWindowTest, PowerAndMemoryAreShown) {
   EXPECT_FALSE(Named<QPushButton>("cmdReset").isEnabled());
   Named<QPushButton>("cmdPower").click();
   EXPECT_TRUE(terminal.Powered());
+}
+
+TEST_F(SimulatorWindowTest, StoredBitmapsAreListedAndShown) {
+  auto& list = Named<QListWidget>("lstBitmaps");
+  auto& picture = Named<QLabel>("picBitmap");
+  EXPECT_TRUE(list.isHidden());
+  Send(Esc + "EWB7,1,2,FF81;" + Esc + "EWB9,-12,1,FFF0;");
+  EXPECT_EQ(list.item(0)->text(), QStringLiteral("7: 8 x 2"));
+  const QImage first = picture.pixmap().toImage();
+  list.setCurrentRow(1);
+  EXPECT_EQ(list.currentItem()->text(), QStringLiteral("9: 16 x 1"));
+  const QImage second = picture.pixmap().toImage();
+  EXPECT_NE(second, first);
+  // Another one in front of it changes the list, not the choice; one that is larger than its room.
+  Send(Esc + "EWB1,100,50," + std::string(10'000, 'A') + ";");
+  EXPECT_EQ(list.currentRow(), 2);
+  EXPECT_EQ(picture.pixmap().toImage(), second);
+  list.setCurrentRow(0);
+  EXPECT_EQ(picture.pixmap().width(), picture.width());
+  Send(Esc + "EE");
+  EXPECT_TRUE(list.isHidden());
 }
 
 class SimulatorWall : public ::testing::Test {

@@ -109,6 +109,55 @@ TEST_F(StoreTest, OtherRecordSetsSeeAChangeAfterARefresh) {
   EXPECT_TRUE(all.FindFirst("Bezeichnung", std::string("neu")));
 }
 
+TEST_F(StoreTest, ARecordThatAnotherProgramTouchedIsNotChangedAsIfItWereAsRead) {
+  Database here(Path());
+  Database there(Path());
+  Statement patience(here, "pragma busy_timeout");
+  EXPECT_TRUE(patience.Step() && patience.Column(0) > Value(std::int64_t{500})) << "it waits";
+  const auto expectConflict = [](StoreConflict::Kind kind, const std::function<void()>& change) {
+    try {
+      change();
+      ADD_FAILURE() << "no conflict";
+    } catch (const StoreConflict& conflict) {
+      EXPECT_EQ(conflict.kind, kind);
+    }
+  };
+  const auto set = [](Recordset& records, const std::string& name) {
+    records.Edit();
+    records.Set("Bezeichnung", name);
+    records.Update();
+  };
+  Recordset macros(here, "Makro");
+  Recordset others(there, "Makro");
+  others.MoveLast();
+  macros.MoveLast();
+  const Recordset::Row asRead = macros.Current();
+  others.Edit();
+  others.Set("wert", std::string("theirs"));  // another field of the same record
+  others.Update();
+  expectConflict(StoreConflict::Kind::Changed, [&] { set(macros, "mine"); });
+  expectConflict(StoreConflict::Kind::Changed, [&] { macros.Delete(); });
+  macros.Refresh();
+  EXPECT_EQ(macros.Text("wert"), "theirs");
+  expectConflict(StoreConflict::Kind::Changed, [&] {
+    macros.Edit(asRead);
+    macros.Set("Bezeichnung", std::string("mine"));
+    macros.Update();
+  });
+  set(macros, "mine");
+  others.Refresh();
+  EXPECT_EQ(others.Text("Bezeichnung"), "mine");
+  others.Delete();
+  expectConflict(StoreConflict::Kind::Gone, [&] { set(macros, "again"); });
+  // The number of the deleted record is given to the next one.
+  Add(others, "another", "record");
+  others.MoveLast();
+  EXPECT_EQ(others.Bookmark(), macros.Bookmark());
+  expectConflict(StoreConflict::Kind::Changed, [&] { macros.Delete(); });
+  others.Refresh();
+  EXPECT_EQ(others.Text("Bezeichnung"), "another");
+}
+
 // Opening must fail with a text that names the file and holds `what`, and change nothing.
 void ExpectRefused(const std::string& path, const std::string& what) {
   const std::string before = ReadFile(path);
@@ -141,16 +190,16 @@ TEST_F(StoreTest, MissingForeignAndDamagedFilesAreRefusedAndLeftAlone) {
 }
 
 TEST_F(StoreTest, MissingTableOrFieldIsNamed) {
-  {
-    Database database(Path());
-    Statement(database, "alter table Optionen drop column rs485wait").Step();
-  }
-  ExpectRefused(Path(), "rs485wait");
-  {
+  const std::pair<const char*, const char*> damages[] = {
+      {"alter table Optionen drop column rs485wait", "Feld rs485wait der Tabelle Optionen fehlt"},
+      {"alter table Anschluss drop column Geraet", "Feld Geraet der Tabelle Anschluss fehlt"},
+      {"drop table DOVU", "Tabelle DOVU fehlt"},
+      {"delete from \"Default\"", "Tabelle Default ist leer"}};
+  for (const auto& [damage, told] : damages) {
     TemporaryFolder other;
     other.AddDatabase();
-    { Statement(Database(other.Path("kelvo.mdb")), "delete from \"Default\"").Step(); }
-    ExpectRefused(other.Path("kelvo.mdb"), "Default");
+    { Statement(Database(other.Path("kelvo.mdb")), damage).Step(); }
+    ExpectRefused(other.Path("kelvo.mdb"), told);
   }
 }
 

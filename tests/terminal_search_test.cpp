@@ -41,12 +41,14 @@ TEST(SearchTexts, AddressRepliesAreReadFromTheirThirdCharacter) {
   }
 }
 
-TEST(SearchTexts, VersionsBeginWithADigitAndHoldOneNumber) {
-  for (const char* version : {"2", "2.10", "2.10F", "1.9 beta", "12345678901234567890"}) {
+TEST(SearchTexts, VersionsAreNumbersWithWhatMayFollow) {
+  for (const char* version :
+       {"2", "2.10", "2.10F", "1.9 beta", "2.1.0", " 2.10", "2.10F 12.03.99"}) {
     EXPECT_TRUE(IsVersion(version)) << version;
   }
-  for (const char* text : {"", "F2", " 2", ".5", "2.1.0", "2 and 3", "2.10F7", "TimeOut", "-1",
-                           "123456789012345678901"}) {
+  const std::string tooLong = "2.10 " + std::string(40, 'x');
+  for (const char* text : {"", " ", "F2", ".5", "2.", "2.10.2.10", "2.10F7", "2..10", "2.10\xFF",
+                           "2.10 \x1b", "TimeOut", "-1", "2,10", tooLong.c_str()}) {
     EXPECT_FALSE(IsVersion(text)) << text;
   }
 }
@@ -58,7 +60,7 @@ class TerminalSearchTest : public testing::Test, protected BusWorld {
     port.Close();
     return port.Open() == PortOk;
   }
-  TerminalSearch::End Search(int last, double checksumFrom = 2.0) {
+  TerminalSearch::End Search(int last, double checksumFrom = 2.1) {
     results.clear();
     return search.Run(last, checksumFrom, [this](const SearchResult& result) {
       results.push_back(result);

@@ -46,6 +46,12 @@ TEST(TextMode, ReadsReplies) {
   EXPECT_EQ(ReadZoom("2,").y, 0);
 }
 
+DeviceFonts LoadedFonts() {
+  DeviceFonts fonts;
+  EXPECT_TRUE(fonts.Load(KELVO_PROGRAM_DIR "/fonts").empty());
+  return fonts;
+}
+
 class TextPageTest : public PageTest {
  protected:
   TextPageTest() { page.resize(1000, 700); }
@@ -60,9 +66,37 @@ class TextPageTest : public PageTest {
   }
   void ChooseIndex(const char* list, int index) { Find<QComboBox>(list).setCurrentIndex(index); }
 
-  DeviceFonts fonts;
+  DeviceFonts fonts = LoadedFonts();
   TextPage& page = Put(new TextPage({exchange, person, fonts, new QWidget}));
 };
+
+TEST_F(TextPageTest, ListsNameWhatTheirPlaceInThemMeansAndThePreviewFollows) {
+  const std::pair<const char*, std::vector<std::string>> lists[] = {
+      {"cboCursor",
+       {"aus", "blinkend an Text-Cursor-Position", "stehend an Text-Cursor-Position",
+        "blinkendes Fadenkreuz an Grafik-Position", "stehendes Fadenkreuz an Grafik-Position",
+        "blinkender Textcursor an Grafik-Position", "stehender Textcursor an Grafik-Position"}},
+      {"cboTextStyle_0",
+       {"8 x 8", "8 x 10", "8 x 14", "8 x 16", "4 x 6 Mini Zahlen", "8 x 8 fett", "8 x 10 fett",
+        "8 x 14 fett", "8 x 16 fett", "16 x 32 Maxi Zahlen"}},
+      {"cboTextStyle_1",
+       {"Normal", "Unterstrichen", "Fett", "Fett+Unterstrichen", "Invers", "Unterstr.+Invers",
+        "Fett+Invers", "Fett+Untersr.+Invers"}},
+      {"cboTextStyle_2", {"Ersetzen", "Invertieren", "Löschen", "Setzen"}}};
+  for (const auto& [list, entries] : lists) EXPECT_EQ(Entries(list), entries);
+  TextPreview direct(fonts);
+  Type("txtText", "Ab");
+  for (int i = 0; i < 8; ++i) {
+    ChooseIndex("cboTextStyle_0", i);
+    ChooseIndex("cboTextStyle_1", i);
+    ChooseIndex("cboTextStyle_2", i % 4);
+    direct.Show(
+        "Ab", {{i, 1, 1, (i & 2) != 0, (i & 4) != 0, (i & 1) != 0}, static_cast<TextMode>(i % 4)});
+    const QImage shown = Find("ctlVorschau").grab().toImage();
+    direct.resize(shown.size());
+    EXPECT_EQ(shown, direct.grab().toImage().convertToFormat(shown.format())) << i;
+  }
+}
 
 TEST_F(TextPageTest, AsksTheTerminalWhenItIsShown) {
   AnswerAll("5", "0,1", "12,34");
@@ -114,19 +148,6 @@ TEST_F(TextPageTest, SendsWhatThePageShows) {
   EXPECT_EQ(Written(), ReadableText("\x1BTH\x1BGH"));
 }
 
-TEST_F(TextPageTest, FieldsKeepOnlyTheirNumber) {
-  page.Shown();
-  Forget();
-  for (const char* field : {"txtCursorSize", "txtCursorX", "txtCursorY"}) {
-    for (const std::string& text : BadTexts) {
-      Type(field, text);
-      EXPECT_EQ(Text(field).find_first_not_of("0123456789-.E+"), std::string::npos) << text;
-    }
-    Type(field, "12a");
-    EXPECT_EQ(Text(field), "12");
-  }
-}
-
 TEST_F(TextPageTest, ZoomStaysWithinItsLimits) {
   page.Shown();
   Forget();
@@ -146,6 +167,26 @@ TEST_F(TextPageTest, ZoomStaysWithinItsLimits) {
     ChooseIndex("cboTextStyle_0", 0);
     EXPECT_TRUE(Find("ctlUpDown_1").isVisible());
   }
+}
+
+TEST_F(TextPageTest, ZoomThatIsNeitherReadNorChosenIsNotSent) {
+  page.Shown();
+  EXPECT_EQ(Text("lblTextZoom_0") + Text("lblTextZoom_1"), "00");
+  EXPECT_TRUE(Text("lblTextZoomStand").starts_with("keine Antwort"));
+  for (const char* button : {"cmdSetText", "cmdSenden_1"}) {
+    Forget();
+    Click(button);
+    EXPECT_EQ(Written(), "←TF0;←TA0;←TM0;");
+    EXPECT_NE(Text("lblTextZoomStand").find("nicht gesendet"), std::string::npos);
+  }
+  Click("ctlUpDown_0_Up");
+  EXPECT_TRUE(Find("lblTextZoomStand").isVisible());
+  Click("ctlUpDown_1_Up");
+  EXPECT_FALSE(Find("lblTextZoomStand").isVisible());
+  EXPECT_EQ(page.TextModeCommand(), "\x1BTF0;\x1BTA0;\x1BTM0;\x1BTZ1,1;");
+  AnswerAll("0", "0", "1,1");
+  Click("cmdGetText");
+  EXPECT_FALSE(Find("lblTextZoomStand").isVisible());
 }
 
 TEST_F(TextPageTest, SendsTextAsItStands) {
@@ -192,8 +233,7 @@ TEST_F(TextPageTest, AppendsWhatTheTerminalSends) {
 }
 
 TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
-  DeviceFonts fonts;
-  ASSERT_TRUE(fonts.Load(KELVO_PROGRAM_DIR "/fonts").empty());
+  const DeviceFonts fonts = LoadedFonts();
   TextPreview preview(fonts);
   preview.resize(300, 80);
   const auto picture = [&preview](const std::string& text, TextStyle style) {
@@ -215,6 +255,9 @@ TEST(TextPreview, ShowsFontAttributeModeAndZoom) {
   // An empty text, one of many rows and a zoom that the Terminal did not tell.
   picture("", {{0, 0, 0}});
   EXPECT_EQ(picture(std::string(3000, '\n') + "x", {}), picture("\n", {}));
+  // The display is the Terminal's, not the desktop's.
+  preview.setPalette(QPalette(Qt::black));
+  EXPECT_EQ(picture("Ab", {}), pictures[0]);
 }
 
 }  // namespace

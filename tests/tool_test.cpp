@@ -4,6 +4,7 @@
 
 #include "graphics/editing.h"
 #include "graphics/history.h"
+#include "graphics/painter.h"
 #include "tests/drawing_samples.h"
 
 namespace kelvo {
@@ -21,17 +22,19 @@ class Desk : public ToolSurface {
     shown.reset();
   }
   void Select(Drawing next) override { Commit(std::move(next)); }
+  void EnterGroup(std::size_t) override {}
+  bool LeaveGroup() override { return false; }
+  bool InGroup() const override { return false; }
   void ShowRubberBand(std::optional<Box> box) override { band = box; }
   ObjectStyle Style() const override { return style; }
   int GridStep() const override { return grid; }
-  int Tolerance() const override { return 1; }
+  double Tolerance() const override { return tolerance; }
   const DeviceFonts& Fonts() const override { return fonts; }
-  std::optional<std::string> AskText(
-      const std::string& proposed, const std::function<void(const std::string&)>& typed) override {
-    asked = proposed;
-    typed("typed");
-    shownWhileAsked = shown;
-    return answer;
+  void TypeText(Drawing next, std::size_t index, Point at) override {
+    asked = next[index].text;
+    caretAt = at;
+    SetText(next[index], answer, fonts);
+    Commit(std::move(next));
   }
 
   Desk& Take(ToolKind kind) {
@@ -56,12 +59,52 @@ class Desk : public ToolSurface {
   std::optional<Box> band;
   ObjectStyle style;
   int grid = 1;
+  double tolerance = 1;
   DeviceFonts fonts;
   std::string asked;
-  std::optional<Drawing> shownWhileAsked;
-  std::optional<std::string> answer;
+  Point caretAt;
+  std::string answer;
   std::unique_ptr<Tool> tool;
 };
+
+// At whatever zoom: what is drawn is hit.
+TEST(Tools, EveryPixelOfALineIsHit) {
+  const Drawing drawing = {WithVertices(Kind::Polyline, {{3, 5}, {40, 17}, {31, 60}})};
+  PixelMap pixels(64, 64);
+  PaintDrawing(pixels, drawing, {}, 0);
+  int black = 0;
+  for (int y = 0; y < 64; ++y) {
+    for (int x = 0; x < 64; ++x) {
+      if (!pixels.At(x, y)) continue;
+      ++black;
+      for (const double tolerance : {5.0, 1.0, 0.3, 0.0}) {
+        EXPECT_TRUE(ObjectAt(drawing, {x, 63 - y}, tolerance)) << x << ' ' << y << ' ' << tolerance;
+      }
+    }
+  }
+  EXPECT_GT(black, 60);
+  EXPECT_FALSE(ObjectAt(drawing, {20, 40}, 5));
+}
+
+TEST(Tools, SmallAndHollowSelectionsMoveWhereTheyAreHeldInside) {
+  Desk desk;
+  desk.tolerance = 1.67;  // zoom 3
+  desk.drawing = {Boxed(Kind::Rectangle, {13, 13}, {10, 10}, true),
+                  Boxed(Kind::Rectangle, {60, 60}, {30, 30}, false)};
+  desk.Take(ToolKind::Select).Click({11, 11});
+  for (const Point held : {Point{10, 10}, {13, 13}, {11, 12}}) {
+    const Box before = BoundsOf(desk.drawing[0]);
+    desk.Drag(held, {held.x + 1, held.y});
+    EXPECT_EQ(BoundsOf(desk.drawing[0]), (Box{before.left + 1, 10, before.right + 1, 13}));
+    desk.Drag({held.x + 1, held.y}, held);
+  }
+  desk.Drag({14, 14}, {20, 20});  // its grip is outside
+  EXPECT_EQ(BoundsOf(desk.drawing[0]), (Box{10, 10, 20, 20}));
+  desk.Click({30, 45}).Drag({45, 45}, {50, 45});
+  EXPECT_EQ(BoundsOf(desk.drawing[1]), (Box{35, 30, 65, 60}));
+  desk.Click({45, 45});
+  EXPECT_FALSE(AnySelected(desk.drawing));
+}
 
 TEST(Tools, DraggingDrawsShapesInTheChosenStyle) {
   Desk desk;
@@ -173,17 +216,11 @@ TEST_F(SelectToolTest, GripsResize) {
   EXPECT_EQ(BoundsOf(desk_.drawing[0]), (Box{0, 0, 15, 12}));
 }
 
-TEST(Tools, TextIsAskedForAndChangedByAClick) {
+TEST(Tools, TextIsTypedWhereItIsClickedAndChangedWhereItStands) {
   Desk desk;
   desk.style.text.inverse = true;
-  desk.Take(ToolKind::Text);
-  desk.Click({3, 9});  // cancelled
-  ASSERT_TRUE(desk.shownWhileAsked.has_value());
-  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "typed");
-  EXPECT_FALSE(desk.shown.has_value());
-  EXPECT_TRUE(desk.drawing.empty());
   desk.answer = "Hallo";
-  desk.Click({3, 9});
+  desk.Take(ToolKind::Text).Click({3, 9});
   ASSERT_EQ(desk.drawing.size(), 1U);
   EXPECT_EQ(desk.drawing[0].text, "Hallo");
   EXPECT_EQ(desk.drawing[0].penMode, PenMode::InverseText);
@@ -191,11 +228,15 @@ TEST(Tools, TextIsAskedForAndChangedByAClick) {
   desk.answer = "Du";
   desk.Click({4, 9});
   EXPECT_EQ(desk.asked, "Hallo");
-  EXPECT_EQ(desk.shownWhileAsked->at(0).text, "typed");
+  EXPECT_EQ(desk.caretAt, (Point{4, 9}));
   EXPECT_EQ(desk.drawing[0].text, "Du");
   EXPECT_EQ(desk.drawing[0].style, desk.style.text);
+  desk.answer = "Sie";
   desk.Take(ToolKind::Select).tool->DoubleClick({{4, 9}, false, false});
   EXPECT_EQ(desk.asked, "Du");
+  EXPECT_TRUE(desk.tool->Open());
+  EXPECT_EQ(desk.asked, "Sie");
+  EXPECT_EQ(desk.caretAt, (Point{6, 9}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolButton>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -91,7 +92,7 @@ const std::map<std::pair<int, Tab>, std::string> Effects = {
     {{6, Tab::AtKeyboard}, "[Makro +]"},
     {{6, Tab::MatrixKeyboard}, "[Makro +]"},
     {{6, Tab::Macros}, "[Makro +]"},
-    {{7, Tab::Drawing}, "[dialog open|Datei laden|Vistel(WMF) |*.wmf]"},
+    {{7, Tab::Drawing}, "[dialog open|Datei laden|Vistel(WMF) |*.wmf|Text (txt) |*.txt]"},
     {{8, Tab::Drawing}, "[dialog save|Datei speichern|Vistel(WMF) |*.wmf]"},
     {{8, Tab::AtKeyboard}, "[prompt Bezeichnung für diese Tastaturtabelle :|Deutsch]"},
     {{8, Tab::MatrixKeyboard}, "[prompt Bezeichnung für diese Tastaturtabelle :|Feld]"},
@@ -141,12 +142,17 @@ TEST_F(ToolbarTest, MenuEntriesPressTheirButton) {
 
 // Drawings that were loaded or saved are at hand in the menu, also after a new start.
 TEST_F(ToolbarTest, RecentDrawings) {
-  StartWithADrawing(static_cast<int>(Tab::Macros));
+  const std::string older = folder.Path("older.wmf");
+  std::filesystem::copy_file(file, older);
+  for (const std::string& loaded : {older, file}) {
+    file = loaded;
+    StartWithADrawing(static_cast<int>(Tab::Macros));
+  }
   window.reset();
   Start();
   Show(Tab::Macros);
   EXPECT_EQ(Find<QAction>("mnuDateiZuletzt_0").text(), QStringLiteral("&1 drawing.wmf"));
-  EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_1").isVisible());
+  EXPECT_EQ(Find<QAction>("mnuDateiZuletzt_1").text(), QStringLiteral("&2 older.wmf"));
   Trigger("mnuDateiZuletzt_0");
   EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 0);
   EXPECT_EQ(Grafik().CurrentDrawing().size(), 1u);
@@ -154,18 +160,193 @@ TEST_F(ToolbarTest, RecentDrawings) {
   Trigger("mnuDateiZuletzt_0");
   EXPECT_EQ(person.LastMessage(), "Die Datei konnte nicht gelesen werden:\n" + file);
   EXPECT_EQ(Grafik().CurrentDrawing().size(), 1u);
-  EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_0").isVisible());
+  EXPECT_EQ(Find<QAction>("mnuDateiZuletzt_0").text(), QStringLiteral("&1 older.wmf"));
+  EXPECT_FALSE(Find<QAction>("mnuDateiZuletzt_1").isVisible());
 }
 
 class WholeWindowTest : public WindowTest {};
 
 TEST_F(WholeWindowTest, WindowsComeBackWhereTheyWere) {
   Start();
-  window->setGeometry(60, 50, 901, 702);
+  window->setGeometry(20, 60, 751, 602);
   window->close();
   window.reset();
   Start();
-  EXPECT_EQ(window->geometry(), QRect(60, 50, 901, 702));
+  EXPECT_EQ(window->geometry(), QRect(20, 60, 751, 602));
+  // On a smaller screen they are as large as that.
+  window->setGeometry(300, 300, 2000, 1500);
+  window->close();
+  window.reset();
+  Start();
+  const QSize screen = window->screen()->availableSize();
+  EXPECT_EQ(window->size(), window->size().boundedTo(screen));
+}
+
+TEST_F(WholeWindowTest, ClosingAsksWhenThereAreDrafts) {
+  StartOn(Tab::Macros);
+  Type("txtMakro", "Entwurf");
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(person.questions.at(0), "Nicht gespeicherte Änderungen: \"Begrüßung\".");
+  Click("cmdMakroVerwerfen");
+  EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC"));
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(WholeWindowTest, ClosingSavesDraftsUnderTheirNames) {
+  StartOn(Tab::Macros);
+  Type("txtMakro", "Entwurf");
+  Show(Tab::AtKeyboard);
+  Trigger("mnuDateiNeu");  // never used: goes
+  person.decisions = {Decision::Save};
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(Stored("Makro", "wert"), "Entwurf");
+  EXPECT_EQ(Stored("select * from Makro where typ = 'ATTab'", "Bezeichnung"), "NULL");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("kelvo.entwuerfe")));
+}
+
+// As after a crash: the file is there, and nobody has said farewell.
+TEST_F(WholeWindowTest, DraftsSurviveTheProgramAndBelongToIt) {
+  Sql("update Optionen set FirstRun = 0");
+  StartOn(Tab::Macros);
+  Type("txtMakro",
+       "\x1b"
+       "Entwurf\x05\xE4");
+  const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!std::filesystem::exists(folder.Path("kelvo.entwuerfe")) &&
+         std::chrono::steady_clock::now() < patience) {
+    QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  {
+    testing_world::VirtualWorld world;
+    frmhaupt second(OutsideOf(world, person, {folder.Path(), folder.Path()}));
+    bool loaded = false;
+    QObject::connect(&second, &frmhaupt::Loaded, [&] { loaded = true; });
+    second.show();
+    while (!loaded) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(person.notices.size(), 1U) << "the first program is there";
+    EXPECT_TRUE(person.questions.empty()) << "its drafts are its own";
+    second.close();
+  }
+  // Left behind by a second program that has died.
+  std::filesystem::copy_file(folder.Path("kelvo.entwuerfe"), folder.Path("kelvo-2.entwuerfe"));
+  window.reset();
+  std::filesystem::remove(folder.Path("kelvo.entwuerfe"));
+  person.answers = {true};
+  StartOn(Tab::Macros);
+  EXPECT_EQ(Editor("txtMakro"),
+            "\x1b"
+            "Entwurf\x05\xE4");
+  EXPECT_EQ(Chosen("cboMakro"), "* Begrüßung");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("kelvo-2.entwuerfe")));
+}
+
+// The answers to both would get mixed up.
+TEST_F(WholeWindowTest, NothingElseIsAskedWhileTheEepromIsErased) {
+  using testing_world::milliseconds;
+  StartOn(Tab::Eeprom);
+  terminal.Answer("?V", "1.0;");
+  terminal.Answer(
+      "\x1b"
+      "EE",
+      "\x06", milliseconds(5000));
+  person.answers = {true};
+  loop.After(milliseconds(2000), [&] {
+    Show(Tab::Text);
+    Click("cmdGetVersion");
+    Click("cmdToolbar_0");
+    QApplication::processEvents();
+  });
+  Click("cmdClearEEprom");
+  EXPECT_EQ(Written(), "←?V←EE←E?F");
+  EXPECT_TRUE(person.messages.empty());
+  EXPECT_EQ(person.notices,
+            std::vector<std::string>(
+                2, "Das EEPROM wird gelöscht. Solange wird nichts anderes gesendet."));
+  QApplication::processEvents();
+  EXPECT_NE(Written().find("←?C"), std::string::npos) << "the page in front asks now";
+}
+
+TEST_F(WholeWindowTest, ADoubleClickBeginsNothingTwice) {
+  StartOn(Tab::Macros);
+  terminal.Answer("E?F", "8000;");
+  terminal.Answer("\x03", "\x06");
+  loop.After(testing_world::milliseconds(1), [&] { Click("cmdSetMakro"); });
+  Type("txtMakro", "x");
+  Click("cmdSetMakro");
+  EXPECT_EQ(Written(), "←E?F←EWM1,x♥");
+  EXPECT_TRUE(person.messages.empty());
+}
+
+// The answers to both would get mixed up.
+TEST_F(WholeWindowTest, AButtonPressedInHasteActsWhenTheOneBeforeIsDone) {
+  using testing_world::milliseconds;
+  StartOn(Tab::Eeprom);
+  terminal.Answer("E?F", "8024;", milliseconds(300));
+  terminal.Answer(
+      "\x1b"
+      "EWC",
+      "\x06", milliseconds(300));
+  loop.After(milliseconds(24), [&] {
+    Click("cmdSetConfig");
+    Click("cmdSetConfig");
+  });
+  Click("cmdGetFreeBytes");
+  EXPECT_EQ(Written(), "←E?F");
+  EXPECT_EQ(Text("lblFreeBytes"), "8024");
+  QApplication::processEvents();
+  EXPECT_EQ(Written(), "←E?F←EWC");
+  EXPECT_TRUE(person.messages.empty());
+}
+
+// Seven questions to a silent Terminal would keep the operator from the line for seconds.
+TEST_F(WholeWindowTest, APageThatAsksGivesWayAndCanBeLeft) {
+  using testing_world::milliseconds;
+  StartOn(Tab::Macros);
+  loop.After(milliseconds(600), [&] { Click("cmdTextClear"); });
+  Show(Tab::Text);
+  EXPECT_EQ(Written(), "←?C←?c");
+  QApplication::processEvents();
+  EXPECT_TRUE(Written().ends_with("←GC"));
+  Show(Tab::Macros);
+  Forget();
+  loop.After(milliseconds(600), [&] { Show(Tab::Macros); });
+  Show(Tab::Text);
+  EXPECT_EQ(Written(), "←?C←?c");
+}
+
+TEST_F(WholeWindowTest, EveryButtonThatSendsSaysThatThePortIsClosed) {
+  Start();
+  port.Close();
+  const std::pair<Tab, std::vector<const char*>> buttons[] = {
+      {Tab::Drawing, {"cmdToolbar_0", "cmdToolbar_1", "cmdToolbar_10", "cmdDovuAktivieren"}},
+      {Tab::Interfaces, {"cmdSetCom2", "cmdSendCom2"}},
+      {Tab::Text,
+       {"cmdSetCursor", "cmdSetCursorHome", "cmdGetCursor", "cmdSetText", "cmdGetText",
+        "cmdTextClear", "cmdTextClr2", "cmdSenden", "cmdSetFesttext", "cmdBefehlSenden"}},
+      {Tab::Status,
+       {"cmdGetVersion", "cmdGetFlashInfo", "cmdGetAdresse", "cmdGetPort", "cmdSetPort",
+        "cmdSetRes"}},
+      {Tab::Eeprom, {"cmdSetConfig", "cmdClearConfig", "cmdClearEEprom", "cmdGetFreeBytes"}},
+      {Tab::AtKeyboard, {"cmdSetATTab", "cmdClearATTast", "cmdATRead", "cmdATumkodierenStart"}},
+      {Tab::MatrixKeyboard,
+       {"cmdSetMatrixTab", "cmdClearMatrixTast", "cmdMatrixRead", "cmdMatrixEnable",
+        "cmdMatrixDisable"}},
+      {Tab::Macros, {"cmdSetMakro", "cmdSetAutostartMakro", "cmdPlayMakro", "cmdClearMakro"}},
+      {Tab::Terminals, {"cmdDovusuchen"}}};
+  for (const auto& [tab, names] : buttons) {
+    for (const char* name : names) {
+      Show(tab);
+      Forget();
+      Click(name);
+      ASSERT_EQ(person.messages.size(), 1U) << name;
+      EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
+      EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), static_cast<int>(Tab::Interfaces));
+      EXPECT_TRUE(person.questions.empty());
+    }
+  }
 }
 
 // A screen reader says what has the focus.

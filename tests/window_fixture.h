@@ -15,6 +15,9 @@ namespace kelvo {
 /// The real main window, for what spans pages.
 class WindowTest : public ControlsTest {
  protected:
+  WindowTest() {
+    std::filesystem::create_directory_symlink(KELVO_PROGRAM_DIR "/fonts", folder.Path("fonts"));
+  }
   QWidget& Root() override { return *window; }
 
   /// Starts the program and lets it come to its first paint.

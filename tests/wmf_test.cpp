@@ -193,6 +193,35 @@ TEST(Wmf, ForeignTextTakesTheNearestFont) {
   EXPECT_EQ(BoundsOf(drawing[1]), (Box{84, 28, 99, 43}));
 }
 
+TEST(Wmf, TextThatBeginsWithAttributesHasThem) {
+  Foreign file;
+  char attributes[] = "321101Pumpe";
+  char none[] = "391101Pumpe";  // there is no zoom of 9
+  file.Window(0, 0, 240, 128).Add(U_WMRTEXTOUT_set({5, 7}, attributes));
+  file.Add(U_WMRTEXTOUT_set({5, 60}, none));
+  const Drawing drawing = Load(file.Bytes()).drawing;
+  ASSERT_EQ(drawing.size(), 2U);
+  EXPECT_EQ(drawing[0].text, "Pumpe");
+  EXPECT_EQ(drawing[0].style, (TextAttributes{3, 2, 1, true, false, true}));
+  EXPECT_EQ(drawing[1].text, "391101Pumpe");
+}
+
+// Some programs forget the outline behind a change of the inside.
+TEST(Wmf, APenIsSelectedBehindEachBrush) {
+  const std::string bytes = Saved({Boxed(Kind::Rectangle, {9, 9}, {0, 0}, true),
+                                   Boxed(Kind::Rectangle, {29, 9}, {20, 0}, false)});
+  std::vector<int> selected;
+  for (std::size_t at = U_SIZE_WMRPLACEABLE + U_SIZE_WMRHEADER; at + 8 <= bytes.size();) {
+    std::uint32_t words = 0;
+    std::memcpy(&words, bytes.data() + at, 4);
+    if (bytes[at + 4] == U_WMR_SELECTOBJECT) selected.push_back(bytes[at + 6]);
+    at += 2 * std::size_t{words};
+  }
+  const std::vector<int> last(selected.end() - 4, selected.end());
+  EXPECT_EQ(last[1], last[3]) << "the pen";
+  EXPECT_NE(last[0], last[2]) << "the brush";
+}
+
 // One record after the set-up of a foreign file, as bare parameters.
 std::string WithRecord(std::uint16_t type, const std::string& parameters) {
   std::string record(4, '\0');
@@ -269,10 +298,14 @@ TEST(Wmf, LimitsEndTheReading) {
   // Too many pixels: the picture is left out.
   const std::string picture = Saved({PictureAt({0, 0}, Picture(4, 1, {1, 2, 3, 4}))});
   EXPECT_TRUE(Load(picture, limited([](auto& l) { l.pixels = 3; })).drawing.empty());
-  // Nor may few pixels be stretched to very many.
+  EXPECT_EQ(Load(picture, limited([](auto& l) { l.pixels = 3; })).skipped.size(), 1U);
+  // Few pixels stretched to very many are not even written: what is saved can be read again.
   DrawingObject huge = PictureAt({0, 0}, Picture(1, 1, {kBlack}));
-  huge.corner2 = {-30000, -30000};
-  EXPECT_TRUE(Load(Saved({huge})).drawing.empty());
+  huge.corner2 = {-4999, -4999};
+  EXPECT_NE(WriteWmf({huge}, kWidth, kHeight).error, "");
+  huge.corner2 = {-4095, -4095};
+  EXPECT_EQ(Load(Saved({huge})).drawing, Drawing{huge});
+  EXPECT_NE(WriteWmf({huge, huge}, kWidth, kHeight).error, "");
 }
 
 // A bitmap header of 40 bytes, and what follows it.

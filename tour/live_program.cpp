@@ -44,6 +44,8 @@ LiveProgram::~LiveProgram() { world_.loop.Close(); }
 frmhaupt& LiveProgram::Start() {
   const std::string program = programFolder_.toStdString();
   window_ = world_.MakeMainWindow({.program = program, .data = DataFolder(program)});
+  // The off-screen display is smaller than those that people have.
+  window_->resize(1024, 768);
   window_->show();
   return *window_;
 }

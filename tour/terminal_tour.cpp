@@ -147,12 +147,10 @@ void TerminalTour::DrawWithTools(WindowDriver& hands) {
   drag("toolRechteck", {30, 30}, {420, 210});
   drag("toolEllipse", {260, 60}, {400, 180});
   drag("toolLinie", {40, 200}, {240, 50});
-  hands.OnDialog([this](QDialog& dialog) {
-    AnswerDialog(dialog, "Pumpe 1");
-    Shoot(dialog, "grafik-text");
-    WindowDriver::Press(dialog, QStringLiteral("OK"));
-  });
   drag("toolText", {60, 240}, {60, 240});
+  hands.Type(QStringLiteral("txtZeichnungText"), QStringLiteral("Pumpe 1"));
+  Shoot(*canvas.window(), "grafik-text");
+  hands.Click(QStringLiteral("toolAuswahl"));
 }
 
 void TerminalTour::InsertPicture(WindowDriver& hands) {
@@ -280,7 +278,8 @@ void TerminalTour::Boxes() {
   Click("cmdSetMakro");
   Click("cmdMakroVerwerfen");
   Show(Tab::Drawing);
-  driver_.OnDialog([](QDialog& dialog) { WindowDriver::Press(dialog, QStringLiteral("Ja")); });
+  driver_.OnDialog(
+      [](QDialog& dialog) { WindowDriver::Press(dialog, QStringLiteral("Verwerfen")); });
   driver_.OnDialog([this](QDialog& dialog) {
     Shoot(dialog, "datei-laden");
     dialog.reject();

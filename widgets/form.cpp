@@ -14,14 +14,19 @@ QLabel* LabelFor(QWidget* control, const QString& text) {
   return label;
 }
 
-void AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit) {
+QLabel* AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit) {
   QLabel* const leader = LabelFor(control, label);
-  if (unit.isEmpty()) return form->addRow(leader, control);
+  if (unit.isEmpty()) {
+    form->addRow(leader, control);
+    return nullptr;
+  }
   auto* row = new QHBoxLayout;
   row->addWidget(control);
-  row->addWidget(new QLabel(unit));
+  auto* behind = new QLabel(unit);
+  row->addWidget(behind);
   row->addStretch();
   form->addRow(leader, row);
+  return behind;
 }
 
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip) {

@@ -27,8 +27,8 @@ inline QString ArrayName(const char* name, int index) {
 /// A label with a mnemonic ("&Adresse:") that leads to its control, which a screen reader then
 /// names after it.
 QLabel* LabelFor(QWidget* control, const QString& text);
-/// Adds a labelled row; `unit` (shown behind the control) may be empty.
-void AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit = {});
+/// Adds a labelled row; `unit` (shown behind the control) may be empty. The unit's label, if any.
+QLabel* AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit = {});
 /// A push button that names itself.
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip = {});
 /// A key that presses the button, beside the mnemonic in its caption.

@@ -55,6 +55,8 @@ void NameList::Select(std::int64_t bookmark) { box_.setCurrentIndex(IndexOf(book
 
 std::string NameList::ChosenName() const { return NameAt(box_.currentIndex()); }
 
+std::int64_t NameList::Chosen() const { return box_.currentData(kBookmarkRole).toLongLong(); }
+
 int NameList::IndexOf(std::int64_t bookmark) const {
   return box_.findData(qlonglong{bookmark}, kBookmarkRole);
 }

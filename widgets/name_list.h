@@ -37,6 +37,8 @@ class NameList {
   /// The bare name of a record, of the selected entry; empty without one.
   std::string NameOf(std::int64_t bookmark) const { return NameAt(IndexOf(bookmark)); }
   std::string ChosenName() const;
+  /// The bookmark of the selected entry; 0 without one.
+  std::int64_t Chosen() const;
 
  private:
   int IndexOf(std::int64_t bookmark) const;

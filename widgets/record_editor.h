@@ -1,104 +1,13 @@
 #pragma once
 
 #include <QScopedValueRollback>
-#include <cstdint>
-#include <functional>
+#include <algorithm>
 #include <map>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
+#include <set>
 
-#include "base/operator.h"
-#include "store/recordset.h"
-#include "widgets/name_list.h"
-
-class QAbstractButton;
-class QHBoxLayout;
+#include "widgets/record_editor_base.h"
 
 namespace kelvo {
-
-/// The editor's own controls, in the row in which a page shows them.
-struct RecordRow {
-  RecordRow(const char* namesName, const char* discardName, int nameWidth);
-
-  QHBoxLayout* layout;
-  QComboBox* names;
-  QAbstractButton* discard;  ///< can be pressed while the current record has a draft
-};
-
-/// What distinguishes the records of one page from those of another.
-struct RecordKind {
-  std::string typ;         ///< field `typ`; where it is empty what is saved brings its own
-  std::string namePrompt;  ///< asks for the name under which to save
-  /// Asked before another record of that name is overwritten. Where it is empty a name does not
-  /// stand for a record: saving renames the current one.
-  std::string overwriteQuestion;
-  std::string noun;  ///< of "... 'name' löschen ?"
-  NewEntry newEntry = NewEntry::Last;
-};
-
-/// What is stored in a record beside its name.
-using Fields = std::vector<std::pair<std::string, Value>>;
-
-/// The records and the list of their names. The current record is the one that is shown and whose
-/// entry is selected, and is known by its bookmark: names need not be unique. Chosen by a name, the
-/// first record that bears it is meant.
-class RecordEditorBase {
- public:
-  struct Services {
-    Recordset& records;
-    RecordRow row;
-    Operator& person;
-  };
-  RecordEditorBase(const RecordEditorBase&) = delete;
-  RecordEditorBase& operator=(const RecordEditorBase&) = delete;
-
-  void SelectFirst();
-  /// The first record with the name that is chosen in the list, or the first of all.
-  void SelectChosen();
-  /// The records whose edits are not saved, by name.
-  virtual std::vector<std::string> DraftNames() const = 0;
-
-  /// The current record's wire text; nothing for NULL.
-  std::optional<std::string> Wert() const;
-  /// Its number in the Terminal, as the field shows it.
-  std::string NumberField() const { return records_.Text("nr_im_display").value_or(""); }
-
- protected:
-  RecordEditorBase(Services services, RecordKind kind);
-  ~RecordEditorBase() = default;
-
-  enum class Target { None, Current, New };
-
-  virtual void ShowCurrent() = 0;
-  virtual void Discard() = 0;
-
-  /// 0 without a record: the screen holds what may become the first.
-  std::int64_t Current() const { return records_.Bookmark(); }
-  bool HasCurrent() const { return Current() != 0; }
-  std::string CurrentName() const;
-  void SelectCurrent() { names_.Select(Current()); }
-  void EnableDiscard(bool on);
-  /// Reads the records anew. The list keeps its order when they are those that it shows.
-  void ReadRecords();
-  /// Asks, beginning with the proposed `name`, until it may be used, and for what.
-  Target AskForName(std::string& name);
-  /// Stores name and fields as one change. Their record is current then.
-  void Store(Target target, const std::string& name, const Fields& fields);
-  /// After a Yes; the bookmark of the record that is gone, or 0. The next one is current then.
-  std::int64_t DeleteCurrent();
-
-  Recordset& records_;
-  NameList names_;
-
- private:
-  Target TargetOf(const std::string& name);
-
-  QAbstractButton& discard_;
-  Operator& person_;
-  const RecordKind kind_;
-};
 
 /// Edits the records of a page in its controls. `Edit` is what the controls hold of one record; its
 /// member `number` is the field of the number in the Terminal.
@@ -114,6 +23,12 @@ class RecordEditor final : public RecordEditorBase {
     std::function<void()> showStored;  ///< the current record, as it is stored
     std::function<void(const Edit&)> show;
     std::function<Edit()> shown;
+    /// What is stored of an edit, its name aside. Nothing when it cannot be stored, which has been
+    /// said then.
+    std::function<std::optional<Fields>(const Edit&)> fields;
+    /// An edit as wire texts, to outlive the program.
+    std::function<std::vector<std::string>(const Edit&)> pack;
+    std::function<Edit(const std::vector<std::string>&)> unpack;
   };
 
   RecordEditor(Services services, RecordKind kind, Screen screen)
@@ -121,52 +36,77 @@ class RecordEditor final : public RecordEditorBase {
 
   /// Other records of the table.
   void SetSource(std::string source) {
+    RemoveUnusedBut(0);
     records_.SetSource(std::move(source));
     names_.Fill(records_);
     MarkDrafts();
     SelectFirst();
   }
-  /// Another page may have changed the table.
+  /// Another page, or another program, may have changed the table.
   void Refresh() {
     const std::int64_t shown = Current();
+    const Recordset::Row asShown = records_.Current();
     ReadRecords();
-    std::erase_if(drafts_, [this](const auto& draft) {
-      return draft.first != 0 && !names_.Holds(draft.first);
-    });
+    RescueDrafts();
     MarkDrafts();
-    if (Current() != shown) ShowCurrent();
+    if (Current() != shown || records_.Current() != asShown) ShowCurrent();
   }
 
-  /// Appends a record that is empty in the database and shows `fresh`.
-  void New(const Edit& fresh) {
-    Store(Target::New, kNewRecordName, {});
+  /// Appends a record that holds `fields` alone and shows `fresh`.
+  void New(const Edit& fresh, const Fields& fields = {}) {
+    Append(kNewRecordName, fields);
+    unused_.insert(Current());
     drafts_.erase(0);
     Restart(fresh);
+    RemoveUnusedBut(Current());
   }
   /// Stores `fields` under a name that the operator is asked for, and shows them as `edit`, with
   /// the number as it is stored. False when the operator gave up.
   bool Save(Fields fields, Edit edit, std::string proposedName) {
-    const Target target = AskForName(proposedName);
+    const std::int64_t edited = Current();
+    const Recordset::Row asRead = AsRead();
+    const auto typ =
+        std::find_if(fields.begin(), fields.end(), [](const auto& f) { return f.first == "typ"; });
+    const auto* const savedTyp =
+        typ == fields.end() ? nullptr : std::get_if<std::string>(&typ->second);
+    const Target target = AskForName(proposedName, savedTyp ? *savedTyp : kind_.typ);
     if (target == Target::None) return false;
     const auto others = static_cast<std::int64_t>(records_.RecordCount()) - 1;
     fields.emplace_back("lfdnr", target == Target::New ? others + 1 : others);
-    Store(target, proposedName, fields);
+    if (!Store(target, proposedName, fields, Current() == edited ? asRead : records_.Current())) {
+      return false;
+    }
     if (target == Target::New) drafts_.erase(0);
+    unused_.erase(Current());
     edit.number = NumberField();
     Restart(edit);
     return true;
   }
   /// Saves what is shown. Under whatever name, it is no draft any more.
+  void SaveShown() {
+    Edit edit = screen_.shown();
+    if (auto fields = screen_.fields(edit)) SaveShown(std::move(*fields), std::move(edit));
+  }
   void SaveShown(Fields fields, Edit edit) {
     const std::int64_t edited = Current();
-    if (Save(std::move(fields), std::move(edit), CurrentName())) Drop(edited);
+    if (!Save(std::move(fields), std::move(edit), CurrentName())) return;
+    Drop(edited);
+    RemoveUnusedBut(Current());
   }
   /// Deletes the current record after a Yes and shows the next.
   void Delete() {
+    const Recordset::Row row = records_.Current();
+    const std::string name = CurrentName();
+    const std::optional<Draft> draft = CurrentDraft();
     const std::int64_t deleted = DeleteCurrent();
     if (deleted == 0) return;
     Drop(deleted);
     ShowCurrent();
+    person_.Done().Note("Löschen von \"" + name + "\"", [this, deleted, row, name, draft] {
+      records_.Restore(deleted, row);
+      names_.Add(kind_.newEntry, Current(), name);
+      TakeUp(Current(), draft);
+    });
   }
 
   /// The controls hold something else now.
@@ -175,14 +115,53 @@ class RecordEditor final : public RecordEditorBase {
     const Edit edit = screen_.shown();
     const Edit before = Before();
     if (edit == before) return Drop(Current());
-    drafts_[Current()] = {edit, before, CurrentName()};
+    drafts_[Current()] = {edit, before, CurrentName(), AsRead()};
     names_.Mark(Current(), true);
     EnableDiscard(true);
+    TellDrafts();
   }
+  bool CurrentIsEdited() const { return drafts_.contains(Current()); }
   std::vector<std::string> DraftNames() const override {
     std::vector<std::string> names;
     for (const auto& [bookmark, draft] : drafts_) names.push_back(draft.name);
     return names;
+  }
+  std::vector<KeptDraft> KeptDrafts() const override {
+    std::vector<KeptDraft> kept;
+    for (const auto& [bookmark, draft] : drafts_) {
+      kept.push_back({bookmark, draft.name, screen_.pack(draft.edit)});
+    }
+    return kept;
+  }
+  void TakeDrafts(const std::vector<KeptDraft>& kept) override {
+    for (const KeptDraft& some : kept) {
+      const bool there = some.bookmark == 0 || (records_.MoveToBookmark(some.bookmark) &&
+                                                records_.Text("Bezeichnung") == some.name);
+      if (!there) Append(some.name, {});
+      ShowCurrent();
+      drafts_[some.bookmark == 0 ? 0 : Current()] = {screen_.unpack(some.edit), before_, some.name,
+                                                     records_.Current()};
+    }
+    MarkDrafts();
+    ShowCurrent();
+    TellDrafts();
+  }
+  bool SaveDrafts() override {
+    const auto drafts = drafts_;
+    for (const auto& [bookmark, draft] : drafts) {
+      if (bookmark != 0 && !Select(bookmark)) continue;
+      const auto fields = screen_.fields(draft.edit);
+      const Target target = bookmark == 0 ? Target::New : Target::Current;
+      if (!fields || !Store(target, draft.name, *fields, draft.asRead)) return false;
+      unused_.erase(bookmark);
+      drafts_.erase(bookmark);
+      ShowCurrent();
+    }
+    return true;
+  }
+  void RemoveUnused() override {
+    drafts_.clear();
+    RemoveUnusedBut(0);
   }
 
  private:
@@ -190,9 +169,11 @@ class RecordEditor final : public RecordEditorBase {
     Edit edit;
     Edit before;
     std::string name;
+    Recordset::Row asRead;
   };
 
   void ShowCurrent() override {
+    RemoveUnusedBut(Current());
     SelectCurrent();
     const auto draft = drafts_.find(Current());
     EnableDiscard(draft != drafts_.end());
@@ -204,11 +185,37 @@ class RecordEditor final : public RecordEditorBase {
   /// The current record shows just this, and nothing of it is edited.
   void Restart(const Edit& edit) {
     const QScopedValueRollback<bool> showing(showing_, true);
-    screen_.show(edit);
+    // What is shown already keeps its caret.
+    if (!(screen_.shown() == edit)) screen_.show(edit);
     before_ = screen_.shown();
     Drop(Current());
   }
-  void Discard() override { Restart(Before()); }
+  void Discard() override {
+    const std::int64_t bookmark = Current();
+    const std::optional<Draft> draft = CurrentDraft();
+    if (!draft) return;
+    ReadRecords();
+    if (Current() == bookmark && records_.Current() == draft->asRead) {
+      Restart(draft->before);
+    } else {  // another program has stored something else since
+      Drop(bookmark);
+      ShowCurrent();
+    }
+    person_.Done().Note("Verwerfen der Änderung an \"" + draft->name + "\"",
+                        [this, bookmark, draft] { TakeUp(bookmark, draft); });
+  }
+  std::optional<Draft> CurrentDraft() const {
+    const auto draft = drafts_.find(Current());
+    return draft == drafts_.end() ? std::nullopt : std::optional(draft->second);
+  }
+  /// Shows a record with this edit of it.
+  void TakeUp(std::int64_t bookmark, const std::optional<Draft>& draft) {
+    if (bookmark != 0 && !records_.MoveToBookmark(bookmark)) return;
+    if (draft) drafts_[bookmark] = *draft;
+    MarkDrafts();
+    ShowCurrent();
+    TellDrafts();
+  }
 
   /// What the current record showed before it was edited.
   Edit Before() const {
@@ -216,15 +223,46 @@ class RecordEditor final : public RecordEditorBase {
     return draft == drafts_.end() ? before_ : draft->second.before;
   }
   void Drop(std::int64_t bookmark) {
-    if (drafts_.erase(bookmark) > 0) names_.Mark(bookmark, false);
+    if (drafts_.erase(bookmark) > 0) {
+      names_.Mark(bookmark, false);
+      TellDrafts();
+    }
     EnableDiscard(drafts_.contains(Current()));
   }
-  void MarkDrafts() {
+  /// What the current record held when its edit began.
+  Recordset::Row AsRead() const {
+    const auto draft = drafts_.find(Current());
+    return draft == drafts_.end() ? records_.Current() : draft->second.asRead;
+  }
+  void MarkDrafts() override {
     for (const auto& [bookmark, draft] : drafts_) names_.Mark(bookmark, true);
+  }
+  /// Drafts whose record is gone live on in a new one, where the operator wants that.
+  void RescueDrafts() {
+    const auto drafts = drafts_;
+    for (const auto& [bookmark, draft] : drafts) {
+      if (bookmark == 0 || records_.Exists(bookmark)) continue;
+      drafts_.erase(bookmark);
+      if (!KeepDraftOfDeleted(draft.name)) continue;
+      Append(draft.name, {});
+      drafts_[Current()] = {draft.edit, {}, draft.name, records_.Current()};
+    }
+  }
+  void RemoveUnusedBut(std::int64_t kept) {
+    for (auto unused = unused_.begin(); unused != unused_.end();) {
+      const std::int64_t bookmark = *unused;
+      if (bookmark == kept || drafts_.contains(bookmark)) {
+        ++unused;
+      } else {
+        unused = unused_.erase(unused);
+        Remove(bookmark);
+      }
+    }
   }
 
   const Screen screen_;
   std::map<std::int64_t, Draft> drafts_;  // by bookmark, 0 without a record
+  std::set<std::int64_t> unused_;         // appended, and neither edited nor saved since
   Edit before_{};
   bool showing_ = false;
 };

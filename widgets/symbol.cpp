@@ -80,6 +80,11 @@ const char* Strokes(Symbol symbol) {
       return "E 3.5 5.5 17 13";
     case Symbol::Polyline:
       return "M 3 18.5 L 9 6 L 14.5 15.5 L 21 4.5";
+    case Symbol::Pencil:
+      return "M 4 20 L 5.5 14.5 L 16 4 L 20 8 L 9.5 18.5 Z M 13.5 6.5 L 17.5 10.5";
+    case Symbol::Eraser:
+      return "M 9 20 L 3.5 14.5 L 13.5 4.5 L 20.5 11.5 L 12 20 Z M 8.5 9.5 L 15.5 16.5 M 12 20 L "
+             "21 20";
     case Symbol::Letter:
       return "M 5 20.5 L 12 3.5 L 19 20.5 M 7.7 14.5 L 16.3 14.5";
   }

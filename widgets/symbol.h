@@ -29,6 +29,8 @@ enum class Symbol {
   Rectangle,
   Ellipse,
   Polyline,
+  Pencil,
+  Eraser,
   Letter,
 };
 

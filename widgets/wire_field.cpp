@@ -9,14 +9,17 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "base/wire_text.h"
 
 namespace kelvo {
 namespace {
 
-constexpr int kCharactersKept = 20000;
+constexpr int kReceivedKept = 20000;
+constexpr int kReceivedMost = kReceivedKept + kReceivedKept / 2;
 constexpr std::size_t kCarriageReturn = 13;
+const QString kWireMime = QStringLiteral("application/x-kelvo-wire");
 
 // The code whose glyph this is, or -1.
 int ControlCode(char16_t glyph) {
@@ -27,6 +30,11 @@ int ControlCode(char16_t glyph) {
 
 bool IsWire(const QString& text) {
   return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 256; });
+}
+
+bool LeavesUndo(const QEvent& event, bool available) {
+  return event.type() == QEvent::ShortcutOverride && !available &&
+         static_cast<const QKeyEvent&>(event).matches(QKeySequence::Undo);
 }
 
 class WireValidator : public QValidator {
@@ -40,6 +48,13 @@ class WireValidator : public QValidator {
 WireField::WireField(QWidget* parent) : QLineEdit(parent) {
   setValidator(new WireValidator(this));
   connect(this, &QLineEdit::inputRejected, this, &WireField::Refused);
+}
+
+// A field with nothing to undo leaves the key to the window.
+bool WireField::event(QEvent* event) {
+  if (!LeavesUndo(*event, isUndoAvailable())) return QLineEdit::event(event);
+  event->ignore();
+  return false;
 }
 
 std::string WireField::Wire() const { return text().toLatin1().toStdString(); }
@@ -69,7 +84,7 @@ std::optional<std::string> WireOfGlyphs(const QString& glyphs) {
   std::string wire;
   for (const QChar c : glyphs) {
     const char16_t code = c.unicode();
-    if (c == u'\n' || code == QChar::ParagraphSeparator) {
+    if (c == u'\n' || code == QChar::ParagraphSeparator || code == QChar::LineSeparator) {
       wire += "\r\n";
     } else if (const int control = ControlCode(code); control >= 0) {
       wire += static_cast<char>(control);
@@ -85,10 +100,14 @@ std::optional<std::string> WireOfGlyphs(const QString& glyphs) {
 WireEdit::WireEdit(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
   setFont(WireFont());
+  connect(document(), &QTextDocument::contentsChange, this, &WireEdit::NoteChange);
 }
 
-// Nothing else can get in: every way of entering text is filtered below.
-std::string WireEdit::Wire() const { return WireOfGlyphs(toPlainText()).value_or(std::string()); }
+// Nothing else can get in: every way of entering text is filtered below. Not toPlainText(), which
+// makes a blank of character 160.
+std::string WireEdit::Wire() const {
+  return WireOfGlyphs(document()->toRawText()).value_or(std::string());
+}
 
 std::string WireEdit::WireStart(int length) const {
   QTextCursor start(document());
@@ -101,30 +120,77 @@ void WireEdit::SetWire(const std::string& wire) { setPlainText(GlyphText(wire));
 void WireEdit::InsertWire(const std::string& wire) { insertPlainText(GlyphText(wire)); }
 
 void WireEdit::AppendWire(const std::string& wire) {
+  // What would go again at once must not be laid out first.
+  if (wire.size() > kReceivedKept) return AppendWire(wire.substr(wire.size() - kReceivedKept));
   QScrollBar* const bar = verticalScrollBar();
   const bool atEnd = bar->value() == bar->maximum();
   QTextCursor end(document());
   end.movePosition(QTextCursor::End);
-  // Behind the last character the document counts one more, which ends its paragraph.
-  const QChar last = document()->characterAt(document()->characterCount() - 2);
-  const bool endsLine = wire.starts_with('\n') && last == kControlGlyphs[kCarriageReturn];
+  const bool endsLine =
+      wire.starts_with('\n') && ReceivedLast() &&
+      document()->characterAt(end.position() - 1) == kControlGlyphs[kCarriageReturn];
   if (endsLine) end.deletePreviousChar();
+  const int begin = end.position();
   end.insertText(GlyphText(endsLine ? "\r" + wire : wire));
-  if (document()->characterCount() > kCharactersKept) DropOlderHalf();
+  NoteReceived(begin, end.position());
+  if (ReceivedCount() > kReceivedMost) DropReceived(ReceivedCount() - kReceivedKept);
   if (atEnd) bar->setValue(bar->maximum());
 }
 
-void WireEdit::DropOlderHalf() {
-  QTextCursor older(document());
-  older.setPosition(kCharactersKept / 2, QTextCursor::KeepAnchor);
-  older.removeSelectedText();
+// Keeps in mind what of the text was received. A part that changes belongs to who changes it.
+void WireEdit::NoteChange(int position, int removed, int added) {
+  std::vector<Run> runs;
+  for (const Run& run : std::exchange(received_, {})) {
+    const int past = position + removed;
+    runs.push_back({run.begin, std::min(run.end, position)});
+    runs.push_back({std::max(run.begin, past) - removed + added, run.end - removed + added});
+  }
+  for (const Run& run : runs) NoteReceived(run.begin, run.end);
+}
+
+// Never in front of what is noted already: what is received comes to the end of the text.
+void WireEdit::NoteReceived(int begin, int end) {
+  if (begin >= end) return;
+  if (!received_.empty() && received_.back().end >= begin) {
+    received_.back().end = end;
+  } else {
+    received_.push_back({begin, end});
+  }
+}
+
+int WireEdit::ReceivedCount() const {
+  int count = 0;
+  for (const Run& run : received_) count += run.end - run.begin;
+  return count;
+}
+
+bool WireEdit::ReceivedLast() const {
+  return !received_.empty() && received_.back().end >= document()->characterCount() - 1;
+}
+
+// The oldest go.
+void WireEdit::DropReceived(int count) {
+  while (count > 0 && !received_.empty()) {
+    const Run first = received_.front();
+    const int dropped = std::min(count, first.end - first.begin);
+    QTextCursor older(document());
+    older.setPosition(first.begin);
+    older.setPosition(first.begin + dropped, QTextCursor::KeepAnchor);
+    older.removeSelectedText();
+    count -= dropped;
+  }
   document()->clearUndoRedoStacks();
 }
 
+bool WireEdit::event(QEvent* event) {
+  if (!LeavesUndo(*event, document()->isUndoAvailable())) return QPlainTextEdit::event(event);
+  event->ignore();
+  return false;
+}
+
 void WireEdit::keyPressEvent(QKeyEvent* event) {
-  const QString text = event->text();
-  const bool types = !text.isEmpty() && text.front().isPrint();
-  if (types && !IsWire(text)) return Q_EMIT Refused();
+  // Also what is no character of its own: half an emoji, a combining accent, a mark without width.
+  if (!IsWire(event->text())) return Q_EMIT Refused();
   QPlainTextEdit::keyPressEvent(event);
 }
 
@@ -135,7 +201,12 @@ void WireEdit::inputMethodEvent(QInputMethodEvent* event) {
   Q_EMIT Refused();
 }
 
+bool WireEdit::canInsertFromMimeData(const QMimeData* source) const {
+  return source->hasFormat(kWireMime) || QPlainTextEdit::canInsertFromMimeData(source);
+}
+
 void WireEdit::insertFromMimeData(const QMimeData* source) {
+  if (source->hasFormat(kWireMime)) return InsertWire(source->data(kWireMime).toStdString());
   QString text = source->text();
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   const std::optional<std::string> wire = WireOfGlyphs(text);
@@ -143,13 +214,15 @@ void WireEdit::insertFromMimeData(const QMimeData* source) {
   InsertWire(*wire);
 }
 
-// Other programs get the characters themselves, not their glyphs.
+// Other programs get the characters themselves, not their glyphs. Their texts know one line end,
+// the wire several.
 QMimeData* WireEdit::createMimeDataFromSelection() const {
   auto copied = std::make_unique<QMimeData>();
   const std::string wire = WireOfGlyphs(textCursor().selectedText()).value_or(std::string());
   QString text = QString::fromLatin1(wire);
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   copied->setText(text);
+  copied->setData(kWireMime, QByteArray::fromStdString(wire));
   return copied.release();
 }
 

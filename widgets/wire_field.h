@@ -5,6 +5,7 @@
 #include <QPlainTextEdit>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kelvo {
 
@@ -22,6 +23,9 @@ class WireField : public QLineEdit {
  Q_SIGNALS:
   /// Something was refused; the window beeps.
   void Refused();
+
+ protected:
+  bool event(QEvent* event) override;
 };
 
 /// A text of several lines that goes on the wire. Control characters show as their visible glyphs
@@ -39,21 +43,33 @@ class WireEdit : public QPlainTextEdit {
   /// Replaces the selection, or inserts at the caret; one undo step.
   void InsertWire(const std::string& wire);
   /// Adds what was received to the end. Who looks at the end goes on seeing it. CR and LF may come
-  /// one by one. An unattended line must not fill the memory: of more than 20000 characters the
-  /// older half goes.
+  /// one by one. An unattended line must not fill the memory: of what was received the newest 20000
+  /// characters stay, or up to half as many more; what the operator has typed or loaded stays.
   void AppendWire(const std::string& wire);
 
  Q_SIGNALS:
   void Refused();
 
  protected:
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  bool canInsertFromMimeData(const QMimeData* source) const override;
   void insertFromMimeData(const QMimeData* source) override;
   QMimeData* createMimeDataFromSelection() const override;
 
  private:
-  void DropOlderHalf();
+  struct Run {
+    int begin, end;
+  };
+
+  void NoteChange(int position, int removed, int added);
+  void NoteReceived(int begin, int end);
+  int ReceivedCount() const;
+  bool ReceivedLast() const;
+  void DropReceived(int count);
+
+  std::vector<Run> received_;  // where received characters stand, in order
 };
 
 /// The font of wire texts.

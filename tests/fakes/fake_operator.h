@@ -16,6 +16,7 @@ class FakeOperator : public Operator {
     std::string text;
     std::string title;
     Icon icon = Icon::None;
+    std::string hint{};
   };
   std::vector<Shown> messages;
   std::vector<std::string> notices;
@@ -25,21 +26,30 @@ class FakeOperator : public Operator {
   std::deque<std::optional<std::string>> inputs;  ///< cancelled when none is left
   std::vector<std::string> dialogs;               ///< "open" or "save" "|" title "|" filter
   std::optional<std::string> file;                ///< chosen in every file dialog
+  std::deque<Decision> decisions;                 ///< about changes; cancelled when none is left
+  bool proposesNo = false;                        ///< of the last question
   int beeps = 0;
   /// Runs while a message stands on the screen.
   std::function<void()> duringMessage;
 
   std::string LastMessage() const { return messages.empty() ? "" : messages.back().text; }
 
-  void Message(const std::string& text, Icon icon, const std::string& title) override {
-    messages.push_back({text, title, icon});
+  void Message(const std::string& text, Icon icon, const std::string& title,
+               const std::string& hint) override {
+    messages.push_back({text, title, icon, hint});
     if (duringMessage) duringMessage();
   }
   void Notify(const std::string& text, Icon) override { notices.push_back(text); }
-  bool Ask(const std::string& text, Icon icon, const std::string& title) override {
+  bool Ask(const std::string& text, Icon icon, const std::string& title, Proposal proposal,
+           const std::string& hint) override {
     questions.push_back(text);
-    lastQuestion = {text, title, icon};
+    lastQuestion = {text, title, icon, hint};
+    proposesNo = proposal == Proposal::No || icon == Icon::Exclamation;
     return Take(answers).value_or(false);
+  }
+  Decision AskToSave(const std::string& text) override {
+    questions.push_back(text);
+    return Take(decisions).value_or(Decision::Cancel);
   }
   std::optional<std::string> Input(const std::string& prompt, const std::string& proposed,
                                    const Typed& typed) override {

@@ -106,9 +106,14 @@ class VirtualLoop : public EventLoop {
 
 class VirtualTimer : public Timer {
  public:
-  VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled, Ticks = Ticks::Each)
-      : loop_(loop), interval_(interval), enabled_(enabled), due_(loop.Now() + interval) {
-    loop.Add({[this] { return enabled_ ? due_ : VirtualLoop::kNever; }, [this] { Tick(); }, true});
+  VirtualTimer(VirtualLoop& loop, milliseconds interval, bool enabled, Ticks ticks = Ticks::Each)
+      : loop_(loop),
+        interval_(interval),
+        enabled_(enabled),
+        onDemand_(ticks == Ticks::OnDemand),
+        due_(loop.Now() + interval) {
+    loop.Add({[this] { return enabled_ && (asked_ || !onDemand_) ? due_ : VirtualLoop::kNever; },
+              [this] { Tick(); }, true});
   }
   void SetInterval(milliseconds interval) override {
     interval_ = interval;
@@ -117,7 +122,10 @@ class VirtualTimer : public Timer {
   milliseconds Interval() const override { return interval_; }
   void SetEnabled(bool enabled) override {
     if (enabled && !enabled_) due_ = loop_.Now() + interval_;
-    enabled_ = enabled;
+    enabled_ = asked_ = enabled;
+    // It has run freely meanwhile.
+    if (onDemand_ && due_ <= loop_.Now())
+      due_ += interval_ * ((loop_.Now() - due_) / interval_ + 1);
   }
   bool Enabled() const override { return enabled_; }
   void SetHandler(std::function<void()> tick) override { tick_ = std::move(tick); }
@@ -125,12 +133,15 @@ class VirtualTimer : public Timer {
  private:
   void Tick() {
     due_ = loop_.Now() + interval_;
+    asked_ = false;
     if (tick_) tick_();
   }
 
   VirtualLoop& loop_;
   milliseconds interval_;
   bool enabled_;
+  bool onDemand_;
+  bool asked_ = false;
   nanoseconds due_;
   std::function<void()> tick_;
 };

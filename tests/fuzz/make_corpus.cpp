@@ -1,8 +1,9 @@
-// Writes what the fuzzers start from: metafiles and bitmaps of random drawings.
+// Writes what the fuzzers start from: metafiles, commands and bitmaps of random drawings.
 
 #include <fstream>
 #include <string>
 
+#include "graphics/create_pic.h"
 #include "graphics/dib.h"
 #include "graphics/wmf.h"
 #include "tests/drawing_samples.h"
@@ -31,8 +32,12 @@ int main(int argc, char** argv) {
   const std::string folder = argv[1];
   kelvo::RandomDrawings drawings(1);
   for (int i = 0; i < 40; ++i) {
-    const std::string name = folder + "/wmf/" + std::to_string(i);
-    Write(name, kelvo::WriteWmf(drawings.Next(), 240, 128).bytes);
+    const kelvo::Drawing drawing = drawings.Next();
+    const std::string number = std::to_string(i);
+    Write(folder + "/wmf/" + number, kelvo::WriteWmf(drawing, 240, 128).bytes);
+    kelvo::TerminalTraits traits;
+    traits.displayHeight = 128;
+    Write(folder + "/pic/" + number, kelvo::CreatePic(drawing, traits).text);
   }
   for (const int bits : {1, 4, 8, 16, 24, 32}) {
     Write(folder + "/dib/" + std::to_string(bits), SmallDib(bits));

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kelvo {
+
+/// What has been begun for the operator and is not over yet. Every wait serves the operator, so
+/// that an action can begin in the middle of another one; here is known which had better not.
+class Undertakings {
+ public:
+  /// A handler runs as long as this lives.
+  class Running {
+   public:
+    explicit Running(Undertakings& all) : all_(all) { ++all_.running_; }
+    ~Running() {
+      if (--all_.running_ > 0) return;
+      if (all_.idle_) all_.idle_();
+      for (const auto& action : std::exchange(all_.later_, {})) action();
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+   private:
+    Undertakings& all_;
+  };
+
+  /// No other action may speak to the Terminal as long as this lives. `what` runs, as a German
+  /// sentence.
+  class Alone {
+   public:
+    Alone(Undertakings& all, std::string what)
+        : all_(all), outer_(std::exchange(all.alone_, std::move(what))) {}
+    ~Alone() { all_.alone_ = std::move(outer_); }
+    Alone(const Alone&) = delete;
+    Alone& operator=(const Alone&) = delete;
+
+   private:
+    Undertakings& all_;
+    std::string outer_;
+  };
+
+  /// A handler speaks to the Terminal as long as this lives.
+  class Talking {
+   public:
+    explicit Talking(Undertakings& all) : all_(all) { ++all_.talking_; }
+    ~Talking() { --all_.talking_; }
+    Talking(const Talking&) = delete;
+    Talking& operator=(const Talking&) = delete;
+
+   private:
+    Undertakings& all_;
+  };
+
+  bool HandlersRun() const { return running_ > 0; }
+  bool Talks() const { return talking_ > 0; }
+  /// Something is to begin when the last handler is over; what only fills a page had better give
+  /// way.
+  bool SomethingWaits() const { return !later_.empty(); }
+  /// Called once, when the last handler is over.
+  void WhenIdle(std::function<void()> action) { later_.push_back(std::move(action)); }
+  /// What runs alone; empty when nothing does.
+  const std::string& RunsAlone() const { return alone_; }
+  /// Called when the last handler is over.
+  void SetIdleListener(std::function<void()> listener) { idle_ = std::move(listener); }
+
+ private:
+  int running_ = 0;
+  int talking_ = 0;
+  std::vector<std::function<void()>> later_;
+  std::string alone_;
+  std::function<void()> idle_;
+};
+
+}  // namespace kelvo

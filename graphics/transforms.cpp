@@ -1,0 +1,161 @@
+#include "graphics/transforms.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "graphics/painter.h"
+#include "graphics/raster.h"
+
+namespace kelvo {
+
+namespace {
+
+using PointMap = std::function<Point(Point)>;
+
+// A picture whose pixel (x, y), counted from the upper left, is that at from(x, y).
+Picture Arranged(const Picture& picture, int width, int height, const PointMap& from) {
+  std::vector<Colour> pixels;
+  pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const Point source = from({x, y});
+      pixels.push_back(picture.At(source.x, source.y));
+    }
+  }
+  return {width, height, std::move(pixels)};
+}
+
+Box Mapped(const Box& box, const PointMap& map) {
+  const Point a = map({box.left, box.bottom});
+  const Point b = map({box.right, box.top});
+  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+// Moves every point; `turn` does the same to a picture's pixels.
+void MapSelected(Drawing& drawing, const PointMap& map,
+                 const std::function<Picture(const Picture&)>& turn) {
+  ForEachSelected(drawing, [&](DrawingObject& object) {
+    if (object.kind == Kind::Group) return;
+    for (Point& vertex : object.vertices) vertex = map(vertex);
+    if (!object.vertices.empty()) return;
+    const Box before = BoundsOf(object);
+    const Box after = Mapped(before, map);
+    if (object.kind == Kind::Text) {
+      MoveBy(object, (after.left + after.right - before.left - before.right) / 2,
+             (after.bottom + after.top - before.bottom - before.top) / 2);
+      return;
+    }
+    SetCorners(object, after);
+    if (object.kind == Kind::Picture) object.picture = turn(object.picture);
+  });
+}
+
+// Even and odd, row by row, and the outline.
+void DrawPolygon(PixelMap& pixels, const DrawingObject& shape) {
+  const std::vector<Point>& points = shape.vertices;
+  const int top = pixels.Height() - 1;
+  const auto next = [&](std::size_t i) { return points[(i + 1) % points.size()]; };
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    DrawLine(pixels, points[i].x, top - points[i].y, next(i).x, top - next(i).y, Ink::Set);
+  }
+  for (int y = 0; shape.filled && y < pixels.Height(); ++y) {
+    std::vector<double> crossings;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const Point a = points[i];
+      const Point b = next(i);
+      if ((a.y <= y) == (b.y <= y)) continue;
+      crossings.push_back(a.x + static_cast<double>(y - a.y) * (b.x - a.x) / (b.y - a.y));
+    }
+    std::sort(crossings.begin(), crossings.end());
+    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
+      const int last = std::min(static_cast<int>(crossings[i + 1]), pixels.Width() - 1);
+      for (int x = std::max(static_cast<int>(crossings[i]), 0); x <= last; ++x) {
+        pixels.Put(x, top - y, Ink::Set);
+      }
+    }
+  }
+}
+
+Picture PictureOf(const PixelMap& pixels, const Box& box) {
+  std::vector<Colour> colours;
+  for (int y = box.top; y >= box.bottom; --y) {
+    for (int x = box.left; x <= box.right; ++x) {
+      colours.push_back(pixels.At(x, pixels.Height() - 1 - y) ? kBlack : kWhite);
+    }
+  }
+  return {box.Width(), box.Height(), std::move(colours)};
+}
+
+}  // namespace
+
+void FlipSelected(Drawing& drawing, Axis axis) {
+  const Box box = SelectionBounds(drawing);
+  const bool x = axis == Axis::X;
+  MapSelected(
+      drawing,
+      [&](Point p) {
+        return x ? Point{box.left + box.right - p.x, p.y} : Point{p.x, box.bottom + box.top - p.y};
+      },
+      [x](const Picture& picture) {
+        const int width = picture.Width();
+        const int height = picture.Height();
+        return Arranged(picture, width, height, [=](Point p) {
+          return x ? Point{width - 1 - p.x, p.y} : Point{p.x, height - 1 - p.y};
+        });
+      });
+}
+
+void TurnSelected(Drawing& drawing) {
+  const Box box = SelectionBounds(drawing);
+  MapSelected(
+      drawing,
+      [&](Point p) {
+        return Point{box.left + p.y - box.bottom, box.bottom + box.right - p.x};
+      },
+      [](const Picture& picture) {
+        const int height = picture.Height();
+        return Arranged(picture, height, picture.Width(), [height](Point p) {
+          return Point{p.y, height - 1 - p.x};
+        });
+      });
+}
+
+void InvertSelected(Drawing& drawing) {
+  ForEachSelected(drawing, [](DrawingObject& object) {
+    if (object.kind != Kind::Picture) return;
+    const Picture picture = object.picture;
+    std::vector<Colour> pixels;
+    for (int y = 0; y < picture.Height(); ++y) {
+      for (int x = 0; x < picture.Width(); ++x) pixels.push_back(kWhite - picture.At(x, y));
+    }
+    object.picture = Picture(picture.Width(), picture.Height(), std::move(pixels));
+  });
+}
+
+void MakePictureOfSelected(Drawing& drawing, const PixelView& view) {
+  Drawing grouped = drawing;
+  GroupSelected(grouped);
+  const auto selected = std::find_if(grouped.begin(), grouped.end(),
+                                     [](const DrawingObject& object) { return object.selected; });
+  if (selected == grouped.end()) return;
+  const Box all = BoundsOf(*selected);
+  const Box box{std::max(all.left, 0), std::max(all.bottom, 0), std::min(all.right, view.width - 1),
+                std::min(all.top, view.height - 1)};
+  if (box.Width() < 1 || box.Height() < 1) return;
+  PixelMap pixels(view.width, view.height);
+  PaintDrawing(pixels, {*selected}, view.fonts, view.blackThreshold);
+  const auto drawPolygon = [&pixels](const DrawingObject& object) {
+    if (object.kind == Kind::Vertices && object.vertices.size() > 1) DrawPolygon(pixels, object);
+  };
+  ForEachMember(*selected, drawPolygon);
+  DrawingObject picture;
+  picture.kind = Kind::Picture;
+  picture.selected = true;
+  picture.picture = PictureOf(pixels, box);
+  SetCorners(picture, box);
+  *selected = std::move(picture);
+  drawing = std::move(grouped);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,22 @@
+#include "keyboards/table_number_hint.h"
+
+#include <QLabel>
+
+#include "base/val.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+
+void ShowTableNumberRange(WireField& field, QLabel& range) {
+  const auto show = [&field, &range] {
+    bool whole = false;
+    const int number = field.text().trimmed().toInt(&whole);
+    const bool good = field.text().isEmpty() || (whole && number >= 0 && number <= 255);
+    const QString sent = QString::fromStdString(NumberText(Val(field.Wire())));
+    range.setText(good ? QObject::tr("0 … 255")
+                       : QObject::tr("0 … 255 – gesendet würde %1").arg(sent));
+  };
+  QObject::connect(&field, &WireField::textChanged, &range, show);
+}
+
+}  // namespace kelvo

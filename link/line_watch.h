@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include "link/exchange.h"
+
+namespace kelvo {
+
+/// Hands what happens on the line to everybody who follows it. Takes the listeners of the port and
+/// the exchange, both of which must outlive it; who follows must outlive it too.
+class LineWatch {
+ public:
+  using Outcomes = std::function<void(const Outcome&)>;
+
+  LineWatch(SerialPort& port, Exchange& exchange) : port_(port), exchange_(exchange) {
+    port_.SetTrafficListener([this](Direction direction, std::string_view characters) {
+      for (const auto& follow : traffic_) follow(direction, characters);
+    });
+    exchange_.SetOutcomeListener([this](const Outcome& outcome) {
+      for (const auto& follow : outcomes_) follow(outcome);
+    });
+  }
+  ~LineWatch() {
+    port_.SetTrafficListener({});
+    exchange_.SetOutcomeListener({});
+  }
+  LineWatch(const LineWatch&) = delete;
+  LineWatch& operator=(const LineWatch&) = delete;
+
+  /// Every stretch of characters that crosses the line, whoever sent it.
+  void FollowTraffic(TrafficListener listener) { traffic_.push_back(std::move(listener)); }
+  /// What came of each question and each acknowledged command.
+  void FollowOutcomes(Outcomes listener) { outcomes_.push_back(std::move(listener)); }
+
+ private:
+  SerialPort& port_;
+  Exchange& exchange_;
+  std::vector<TrafficListener> traffic_;
+  std::vector<Outcomes> outcomes_;
+};
+
+}  // namespace kelvo

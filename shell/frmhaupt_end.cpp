@@ -1,0 +1,96 @@
+#include <QCloseEvent>
+#include <algorithm>
+
+#include "base/guard.h"
+#include "bus/frmDovu.h"
+#include "help/help_desk.h"
+#include "shell/drawing_desk.h"
+#include "shell/frmhaupt.h"
+#include "shell/traffic_view.h"
+
+// What the main window keeps from run to run, and how it ends.
+
+namespace kelvo {
+namespace {
+
+constexpr int kBesideFirst = 48;  // pixels
+
+std::string JoinNames(const std::vector<std::string>& names) {
+  std::string joined;
+  for (const std::string& name : names) joined += (joined.empty() ? "\"" : ", \"") + name + "\"";
+  return joined;
+}
+
+}  // namespace
+
+void frmhaupt::closeEvent(QCloseEvent* event) {
+  if (!outside_.loop.Closing() && !MayEnd()) return event->ignore();
+  event->accept();
+  Guarded(outside_.person, "Form_Unload", [this] {
+    for (RecordEditorBase* const records : Records()) records->RemoveUnused();
+    drafts_->Remove();
+  });
+  for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
+  if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
+  if (outside_.com1.IsOpen()) outside_.com1.Close();
+  desk_->Editor().SetAutomaticSend(false);
+  desk_->Editor().hide();
+  traffic_->hide();
+  dovu_->hide();
+  help_->Close();
+  Q_EMIT Unloaded();
+}
+
+// Both work, and no save overwrites the other's unasked; but drafts are kept apart.
+void frmhaupt::TellOfFirstProgram() {
+  if (!slot_.HasNeighbour()) return;
+  outside_.person.Notify(
+      "Ein anderes kelvo benutzt diese Datenbank schon. Bevor hier etwas "
+      "überschrieben wird, was dort gespeichert wurde, wird gefragt.",
+      Icon::Information);
+}
+
+// What is not saved is saved, given up, or keeps the program running.
+bool frmhaupt::MayEnd() {
+  const std::vector<std::string> drafts = DraftNames();
+  if (!drafts.empty()) {
+    const Decision decision =
+        outside_.person.AskToSave("Nicht gespeicherte Änderungen: " + JoinNames(drafts) + ".");
+    if (decision == Decision::Cancel) return false;
+    bool saved = false;
+    Guarded(outside_.person, "Form_Unload", [&] {
+      const auto all = Records();
+      saved = decision == Decision::Discard ||
+              std::all_of(all.begin(), all.end(), [](auto* some) { return some->SaveDrafts(); });
+    });
+    if (!saved) return false;
+  }
+  return desk_->Editor().MayEnd();
+}
+
+std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
+  return {this, &desk_->Editor(), dovu_, traffic_};
+}
+
+void frmhaupt::RestoreWindows() {
+  for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
+  // A second program opens beside the first one.
+  if (slot_.Number() > 1) move(pos() + QPoint(kBesideFirst, kBesideFirst) * (slot_.Number() - 1));
+  connect(help_.get(), &HelpDesk::WindowMade, this,
+          [this](QWidget& window) { memory_.Restore(window); });
+}
+
+std::array<RecordEditorBase*, 3> frmhaupt::Records() const {
+  return {&macros_->Records(), &matrix_->Records(), &at_->Records()};
+}
+
+std::vector<std::string> frmhaupt::DraftNames() const {
+  std::vector<std::string> names;
+  for (const RecordEditorBase* const records : Records()) {
+    const std::vector<std::string> some = records->DraftNames();
+    names.insert(names.end(), some.begin(), some.end());
+  }
+  return names;
+}
+
+}  // namespace kelvo

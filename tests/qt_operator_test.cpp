@@ -1,0 +1,117 @@
+#include "shell/qt_operator.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDialog>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <fstream>
+
+#include "tests/fakes/temporary_folder.h"
+#include "tests/fakes/virtual_time.h"
+
+namespace kelvo {
+namespace {
+
+class QtOperatorTest : public testing::Test {
+ protected:
+  /// Does what the person does in the box or dialog that comes next.
+  template <typename Box>
+  void Next(const std::function<void(Box&)>& act) {
+    QTimer::singleShot(0, qApp, [act] {
+      auto* const box = qobject_cast<Box*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      act(*box);
+      if (box->isVisible()) box->reject();
+    });
+  }
+
+  testing_world::VirtualLoop loop;
+  QtOperator person{loop};
+};
+
+TEST_F(QtOperatorTest, LongTextIsShownAndCopiedAsItCame) {
+  std::string table = "3";
+  for (int code = 0; code < 1000; ++code) table += "," + std::to_string(code);
+  Next<QMessageBox>([&](QMessageBox& box) {
+    EXPECT_EQ(box.text().toStdString(), table);
+    auto* const field = box.findChild<QPlainTextEdit*>();
+    ASSERT_NE(field, nullptr);
+    field->selectAll();
+    field->copy();
+    EXPECT_TRUE(field->isVisible());
+    EXPECT_LT(box.width(), 900);
+    EXPECT_LT(box.height(), 500);
+  });
+  person.Message(table, Icon::None, {}, {});
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), table);
+}
+
+TEST_F(QtOperatorTest, HastyKeyDestroysNothing) {
+  const struct {
+    Icon icon;
+    Proposal proposal;
+    QMessageBox::Icon shown;
+    bool proposed;
+  } cases[] = {{Icon::Question, Proposal::ByIcon, QMessageBox::Question, true},
+               {Icon::Question, Proposal::No, QMessageBox::Question, false},
+               {Icon::Exclamation, Proposal::ByIcon, QMessageBox::Warning, false}};
+  for (const auto& c : cases) {
+    Next<QMessageBox>([&](QMessageBox& box) {
+      EXPECT_EQ(box.icon(), c.shown);
+      box.defaultButton()->click();
+    });
+    EXPECT_EQ(person.Ask("Text", c.icon, {}, c.proposal, {}), c.proposed);
+    Next<QMessageBox>([](QMessageBox& box) { box.close(); });
+    EXPECT_FALSE(person.Ask("Text", c.icon, {}, c.proposal, {}));
+  }
+}
+
+TEST_F(QtOperatorTest, BoxComesUpOverTheWindowThatIsActive) {
+  QWidget main;
+  QDialog dialog(&main);
+  person.SetWindow(&main);
+  const auto owner = [this] {
+    QWidget* found = nullptr;
+    Next<QMessageBox>([&](QMessageBox& box) { found = box.parentWidget(); });
+    person.Ask("Text", Icon::Question, {}, Proposal::ByIcon, {});
+    return found;
+  };
+  for (QWidget* window : {&main, static_cast<QWidget*>(&dialog)}) {
+    window->show();
+    window->activateWindow();
+    QApplication::processEvents();
+    EXPECT_EQ(owner(), window);
+  }
+  QWidget progress(&dialog, Qt::Tool);
+  progress.show();
+  progress.activateWindow();
+  QApplication::processEvents();
+  EXPECT_EQ(owner(), &dialog);
+}
+
+TEST_F(QtOperatorTest, FileDialogsOpenWhereTheLastOneWas) {
+  testing_world::TemporaryFolder folder;
+  std::ofstream(folder.Path("a.txt")) << "a";
+  Next<QFileDialog>([&](QFileDialog& dialog) {
+    dialog.selectFile(QString::fromStdString(folder.Path("a.txt")));
+    static_cast<QDialog&>(dialog).accept();
+  });
+  EXPECT_EQ(person.OpenFile("", "Text (txt) |*.txt"), folder.Path("a.txt"));
+  const QString last = QFileInfo(QString::fromStdString(folder.Path())).canonicalFilePath();
+  EXPECT_EQ(QFileInfo(person.Folder()).canonicalFilePath(), last);
+  Next<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(QFileInfo(dialog.directory().path()).canonicalFilePath(), last);
+  });
+  EXPECT_EQ(person.SaveFile("", "Text (txt) |*.txt"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kelvo
