@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "graphics/painter.h"
@@ -87,6 +88,28 @@ Picture PictureOf(const PixelMap& pixels, const Box& box) {
   return {box.Width(), box.Height(), std::move(colours)};
 }
 
+std::optional<Box> BoundsOfSet(const PixelMap& pixels) {
+  std::optional<Box> bounds;
+  for (int row = 0; row < pixels.Height(); ++row) {
+    const int y = pixels.Height() - 1 - row;
+    for (int x = 0; x < pixels.Width(); ++x) {
+      if (pixels.At(x, row)) bounds = United(bounds.value_or(Box{x, y, x, y}), {x, y, x, y});
+    }
+  }
+  return bounds;
+}
+
+// The object's box as far as it lies on the display, and all that is set: the box that a drawing
+// gives a text need not be as large as the text.
+std::optional<Box> SeenBounds(const DrawingObject& object, const PixelMap& pixels) {
+  const Box all = BoundsOf(object);
+  const Box box{std::max(all.left, 0), std::max(all.bottom, 0),
+                std::min(all.right, pixels.Width() - 1), std::min(all.top, pixels.Height() - 1)};
+  const std::optional<Box> set = BoundsOfSet(pixels);
+  if (box.Width() < 1 || box.Height() < 1) return set;
+  return set ? United(box, *set) : box;
+}
+
 }  // namespace
 
 void FlipSelected(Drawing& drawing, Axis axis) {
@@ -139,21 +162,19 @@ void MakePictureOfSelected(Drawing& drawing, const PixelView& view) {
   const auto selected = std::find_if(grouped.begin(), grouped.end(),
                                      [](const DrawingObject& object) { return object.selected; });
   if (selected == grouped.end()) return;
-  const Box all = BoundsOf(*selected);
-  const Box box{std::max(all.left, 0), std::max(all.bottom, 0), std::min(all.right, view.width - 1),
-                std::min(all.top, view.height - 1)};
-  if (box.Width() < 1 || box.Height() < 1) return;
   PixelMap pixels(view.width, view.height);
   PaintDrawing(pixels, {*selected}, view.fonts, view.blackThreshold);
   const auto drawPolygon = [&pixels](const DrawingObject& object) {
     if (object.kind == Kind::Vertices && object.vertices.size() > 1) DrawPolygon(pixels, object);
   };
   ForEachMember(*selected, drawPolygon);
+  const std::optional<Box> box = SeenBounds(*selected, pixels);
+  if (!box) return;
   DrawingObject picture;
   picture.kind = Kind::Picture;
   picture.selected = true;
-  picture.picture = PictureOf(pixels, box);
-  SetCorners(picture, box);
+  picture.picture = PictureOf(pixels, *box);
+  SetCorners(picture, *box);
   *selected = std::move(picture);
   drawing = std::move(grouped);
 }
