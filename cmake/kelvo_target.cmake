@@ -42,7 +42,7 @@ function(kelvo_compiled name)
     # It would search its memory for garbage again and again, with the toolkit's headers in it.
     target_compile_options(${name} PRIVATE --param=ggc-min-heapsize=1000000)
   else()
-    target_compile_options(${name} PRIVATE -Wshadow -Wreserved-identifier)
+    target_compile_options(${name} PRIVATE -Wshadow)
   endif()
   # What is delivered reads files and lines that may hold anything.
   target_compile_options(${name} PRIVATE
