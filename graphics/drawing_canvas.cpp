@@ -1,11 +1,11 @@
 #include "graphics/drawing_canvas.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "graphics/editing.h"
 #include "graphics/grips.h"
@@ -16,13 +16,13 @@ namespace kelvo {
 
 namespace {
 
-constexpr int kMargin = 6;  // Terminal pixels around the display, to take hold of what leaves it
 constexpr int kFinestGrid = 6;             // screen pixels; a finer grid would hide the drawing
 constexpr std::size_t kMaxOutlines = 200;  // outlines of more objects would only be a tangle
 constexpr int kGripReach = 3;              // screen pixels from a grip's middle to its edge
 constexpr int kMaxWidgetSide = 32700;
 const QColor kSelectionColour(0x1e, 0x6f, 0xd9);
 const QColor kUnsentColour(0xd0, 0x60, 0x00);
+const QColor kCrossColour(0xc4, 0x18, 0x4a);
 const QColor kDimmedColour(0xb8, 0xb8, 0xb8);
 
 }  // namespace
@@ -42,6 +42,7 @@ DrawingCanvas::DrawingCanvas(DrawingDocument& document, const DeviceFonts& fonts
 void DrawingCanvas::SetDisplaySize(int width, int height) {
   width_ = width;
   height_ = height;
+  hand_.Hide();
   zoom_ = std::min(zoom_, MaxZoom());
   Resized();
 }
@@ -73,6 +74,7 @@ void DrawingCanvas::SetGrid(int step, bool shown) {
 
 void DrawingCanvas::SetTool(Tool* tool, Qt::CursorShape cursor) {
   tool_ = tool;
+  hand_.Take(tool);
   toolCursor_ = cursor;
   setCursor(cursor);
 }
@@ -139,6 +141,7 @@ void DrawingCanvas::paintEvent(QPaintEvent* event) {
   PaintUnsent(painter);
   PaintSelection(painter);
   if (hasFocus()) {
+    PaintCross(painter);
     painter.setPen(palette().color(QPalette::Highlight));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(RectOf({0, 0, width_ - 1, height_ - 1}).adjusted(-2, -2, 1, 1));
@@ -213,6 +216,25 @@ void DrawingCanvas::PaintSelection(QPainter& painter) const {
   }
 }
 
+// Thin, with a rim that keeps it visible on black; the pixel itself stays free.
+void DrawingCanvas::PaintCross(QPainter& painter) const {
+  if (!hand_.Shown()) return;
+  constexpr int kArm = 12;  // screen pixels
+  const Point at = *hand_.At();
+  const QRect pixel = RectOf({at.x, at.y, at.x, at.y}).adjusted(-1, -1, 0, 0);
+  const QPoint middle = pixel.center();
+  const QLine arms[] = {{pixel.left() - kArm, middle.y(), pixel.left(), middle.y()},
+                        {pixel.right(), middle.y(), pixel.right() + kArm, middle.y()},
+                        {middle.x(), pixel.top() - kArm, middle.x(), pixel.top()},
+                        {middle.x(), pixel.bottom(), middle.x(), pixel.bottom() + kArm}};
+  painter.setBrush(Qt::NoBrush);
+  for (const QPen& pen : {QPen(Qt::white, 3), QPen(kCrossColour, 1)}) {
+    painter.setPen(pen);
+    painter.drawLines(arms, static_cast<int>(std::size(arms)));
+    painter.drawRect(pixel);
+  }
+}
+
 ToolEvent DrawingCanvas::EventAt(const QMouseEvent& event) const {
   return {ToDrawing(event.position()), event.modifiers().testFlag(Qt::ShiftModifier),
           event.modifiers().testFlag(Qt::ControlModifier)};
@@ -232,6 +254,7 @@ bool DrawingCanvas::Pans(const QMouseEvent& event) {
 
 void DrawingCanvas::mousePressEvent(QMouseEvent* event) {
   if (tool_ == nullptr || Pans(*event)) return;
+  if (event->button() == Qt::LeftButton) hand_.MousePressed(ToDrawing(event->position()));
   if (event->button() == Qt::LeftButton) tool_->Press(EventAt(*event));
   if (event->button() == Qt::RightButton) tool_->Finish();
 }
@@ -239,12 +262,21 @@ void DrawingCanvas::mousePressEvent(QMouseEvent* event) {
 void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
   Q_EMIT Pointed(ToDrawing(event->position()));
   if (tool_ == nullptr || Pans(*event)) return;
+  UseMouse(*event);
   if (event->buttons().testFlag(Qt::LeftButton)) {
     Q_EMIT Dragged(event->position().toPoint());
     tool_->Drag(EventAt(*event));
   } else {
     tool_->Hover(EventAt(*event));
   }
+}
+
+// The view that follows the cross goes away under a mouse that lies still.
+void DrawingCanvas::UseMouse(const QMouseEvent& event) {
+  const QPoint at = event.globalPosition().toPoint();
+  if (std::exchange(mouse_, at) == at) return;
+  if (hand_.Shown()) update();
+  hand_.MouseMoved(ToDrawing(event.position()));
 }
 
 void DrawingCanvas::mouseReleaseEvent(QMouseEvent* event) {
@@ -271,63 +303,6 @@ void DrawingCanvas::wheelEvent(QWheelEvent* event) {
   wheelTurn_ -= steps * QWheelEvent::DefaultDeltasPerStep;
   if (steps != 0) Q_EMIT ZoomWanted(steps, event->position());
   event->accept();
-}
-
-// F2 is a tool's key, too, but not where something can be opened.
-bool DrawingCanvas::event(QEvent* event) {
-  const bool opens = hasFocus() && event->type() == QEvent::ShortcutOverride &&
-                     static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2;
-  if (opens) event->accept();
-  return opens || QWidget::event(event);
-}
-
-void DrawingCanvas::keyPressEvent(QKeyEvent* event) {
-  constexpr int kLargeStep = 10;
-  const int step = event->modifiers().testFlag(Qt::ShiftModifier) ? kLargeStep : 1;
-  switch (event->key()) {
-    case Qt::Key_Left:
-      return Q_EMIT MoveWanted(-step, 0);
-    case Qt::Key_Right:
-      return Q_EMIT MoveWanted(step, 0);
-    case Qt::Key_Up:
-      return Q_EMIT MoveWanted(0, step);
-    case Qt::Key_Down:
-      return Q_EMIT MoveWanted(0, -step);
-    case Qt::Key_Escape:
-      if (tool_ != nullptr && !tool_->Escape()) Q_EMIT ToolLeft();
-      return;
-    case Qt::Key_Backspace:
-      return Q_EMIT BackWanted();
-    case Qt::Key_Space:
-      spaceHeld_ = true;
-      return setCursor(Qt::OpenHandCursor);
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      if (tool_ != nullptr && !tool_->Open()) tool_->Finish();
-      return;
-    case Qt::Key_F2:
-      if (tool_ != nullptr && !tool_->Open()) Q_EMIT ToolLeft();
-      return;
-    default:
-      QWidget::keyPressEvent(event);
-  }
-}
-
-void DrawingCanvas::keyReleaseEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Space || event->isAutoRepeat()) {
-    return QWidget::keyReleaseEvent(event);
-  }
-  spaceHeld_ = false;
-  setCursor(toolCursor_);
-}
-
-// Tab walks the objects; behind the last one it goes on to the next control.
-bool DrawingCanvas::focusNextPrevChild(bool next) {
-  const Drawing& drawing = document_.Current();
-  const bool atEnd = drawing.empty() || (next ? drawing.back().selected : drawing.front().selected);
-  if (atEnd || !hasFocus()) return QWidget::focusNextPrevChild(next);
-  Q_EMIT WalkWanted(next);
-  return true;
 }
 
 }  // namespace kelvo

@@ -6,6 +6,7 @@
 
 #include "graphics/device_font.h"
 #include "graphics/drawing_document.h"
+#include "graphics/keyboard_hand.h"
 #include "graphics/tool.h"
 
 namespace kelvo {
@@ -50,7 +51,7 @@ class DrawingCanvas : public QWidget {
   void Pointed(Point p);
   /// Ctrl and the wheel: steps up (positive) or down, with the pointer at `position`.
   void ZoomWanted(int steps, QPointF position);
-  /// An arrow key: the way in Terminal pixels.
+  /// An arrow key, for what is selected: the way in Terminal pixels.
   void MoveWanted(int dx, int dy);
   /// Tab: to the next object, or the one before.
   void WalkWanted(bool forward);
@@ -60,7 +61,7 @@ class DrawingCanvas : public QWidget {
   void BackWanted();
   /// The view moves by this way, in screen pixels.
   void PanWanted(QPoint way);
-  /// The pointer was dragged there, in positions of the widget.
+  /// The pointer was dragged there, or the cross moved, in positions of the widget.
   void Dragged(QPoint at);
 
  protected:
@@ -77,6 +78,8 @@ class DrawingCanvas : public QWidget {
 
  private:
   static constexpr double kHitReach = 5;  // screen pixels
+  // Terminal pixels around the display, to take hold of what leaves it.
+  static constexpr int kMargin = 6;
 
   const Drawing& All() const { return document_.InGroup() ? whole_ : document_.Shown(); }
   void RenderPixels();
@@ -84,13 +87,21 @@ class DrawingCanvas : public QWidget {
   void PaintGrid(QPainter& painter, const QRect& area) const;
   void PaintUnsent(QPainter& painter) const;
   void PaintSelection(QPainter& painter) const;
+  void PaintCross(QPainter& painter) const;
   ToolEvent EventAt(const QMouseEvent& event) const;
   bool Pans(const QMouseEvent& event);
+  void UseMouse(const QMouseEvent& event);
+  bool Arrow(const QKeyEvent& event);
+  void MoveCross(int dx, int dy);
+  void ShowCross();
+  void Enter(const QKeyEvent& event);
   void Resized();
 
   DrawingDocument& document_;
   const DeviceFonts& fonts_;
   Tool* tool_ = nullptr;
+  KeyboardHand hand_;
+  std::optional<QPoint> mouse_;  // where it was last, on the screen
   Qt::CursorShape toolCursor_ = Qt::ArrowCursor;
   int width_ = 0;
   int height_ = 0;

@@ -148,6 +148,7 @@ void frmGrafik::MakeMenus() {
   QMenu* const edit = Named(menuBar()->addMenu(tr("&Bearbeiten")), "mnuGrafikBearbeiten");
   AddEntries(edit, kEditEntries);
   AddEntries(Named(menuBar()->addMenu(tr("&Objekt")), "mnuGrafikObjekt"), kObjectEntries);
+  Named(menuBar()->addMenu(tr("&Werkzeug")), "mnuGrafikWerkzeug")->addActions(tools_->actions());
   MakeViewMenu();
   mnuGrafikRueckgaengig = findChild<QAction*>(QStringLiteral("mnuGrafikRueckgaengig"));
   mnuGrafikWiederholen = findChild<QAction*>(QStringLiteral("mnuGrafikWiederholen"));
@@ -191,20 +192,24 @@ void frmGrafik::MakeTools() {
     Symbol symbol;
     const char* name;
     const char* text;
+    const char* tip;
     const char* key;
   } rows[] = {
-      {ToolKind::Select, Symbol::Select, "toolAuswahl", "Auswählen, verschieben, Größe ändern",
-       "F2"},
-      {ToolKind::Line, Symbol::Line, "toolLinie", "Linie (Umschalt: acht Richtungen)", "F3"},
-      {ToolKind::Rectangle, Symbol::Rectangle, "toolRechteck", "Rechteck (Umschalt: Quadrat)",
-       "F4"},
-      {ToolKind::Ellipse, Symbol::Ellipse, "toolEllipse", "Ellipse (Umschalt: Kreis)", "F5"},
-      {ToolKind::Polyline, Symbol::Polyline, "toolLinienzug",
+      {ToolKind::Select, Symbol::Select, "toolAuswahl", "&Auswählen",
+       "Auswählen, verschieben, Größe ändern", "F2"},
+      {ToolKind::Line, Symbol::Line, "toolLinie", "&Linie", "Linie (Umschalt: acht Richtungen)",
+       "F3"},
+      {ToolKind::Rectangle, Symbol::Rectangle, "toolRechteck", "&Rechteck",
+       "Rechteck (Umschalt: Quadrat)", "F4"},
+      {ToolKind::Ellipse, Symbol::Ellipse, "toolEllipse", "&Ellipse", "Ellipse (Umschalt: Kreis)",
+       "F5"},
+      {ToolKind::Polyline, Symbol::Polyline, "toolLinienzug", "Linien&zug",
        "Linienzug (Doppelklick oder Eingabetaste beendet, Strg+Z nimmt einen Punkt zurück)", "F6"},
-      {ToolKind::Text, Symbol::Letter, "toolText", "Text", "F7"},
-      {ToolKind::Pencil, Symbol::Pencil, "toolStift", "Stift: einzelne Punkte setzen", "F8"},
-      {ToolKind::Eraser, Symbol::Eraser, "toolRadierer", "Radierer: einzelne Punkte löschen",
-       "F10"},
+      {ToolKind::Text, Symbol::Letter, "toolText", "&Text", "Text", "F7"},
+      {ToolKind::Pencil, Symbol::Pencil, "toolStift", "&Stift", "Stift: einzelne Punkte setzen",
+       "F8"},
+      {ToolKind::Eraser, Symbol::Eraser, "toolRadierer", "Ra&dierer",
+       "Radierer: einzelne Punkte löschen", "F10"},
   };
   auto* bar = Named(new QToolBar(tr("Werkzeuge")), "barWerkzeuge");
   tools_ = new QActionGroup(this);
@@ -214,7 +219,7 @@ void frmGrafik::MakeTools() {
     action->setCheckable(true);
     action->setShortcut(QKeySequence(QString::fromLatin1(row.key)));
     action->setToolTip(
-        QStringLiteral("%1 [%2]").arg(QString::fromUtf8(row.text), QString::fromLatin1(row.key)));
+        QStringLiteral("%1 [%2]").arg(QString::fromUtf8(row.tip), action->shortcut().toString()));
     tools_->addAction(action);
     connect(action, &QAction::triggered, this, [this, kind = row.kind] { TakeTool(kind); });
   }

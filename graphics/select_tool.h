@@ -9,6 +9,7 @@ namespace kelvo {
 class SelectTool : public Tool {
  public:
   using Tool::Tool;
+  ToolUse Use() const override { return ToolUse::Choose; }
   void Press(const ToolEvent& event) override;
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;

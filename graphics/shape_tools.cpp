@@ -104,6 +104,10 @@ void PolylineTool::Hover(const ToolEvent& event) {
 // Its first click has set the last point.
 void PolylineTool::DoubleClick(const ToolEvent&) { Finish(); }
 
+bool PolylineTool::EndsAt(const ToolEvent& event) const {
+  return !points_.empty() && points_.back() == Next(event);
+}
+
 void PolylineTool::Finish() {
   const std::vector<Point> points = std::exchange(points_, {});
   if (points.size() > 1) {

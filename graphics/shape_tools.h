@@ -8,6 +8,7 @@ namespace kelvo {
 class DragTool : public Tool {
  public:
   DragTool(ToolSurface& surface, Kind kind) : Tool(surface), kind_(kind) {}
+  ToolUse Use() const override { return ToolUse::Stroke; }
   void Press(const ToolEvent& event) override;
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
@@ -27,10 +28,12 @@ class DragTool : public Tool {
 class PolylineTool : public Tool {
  public:
   using Tool::Tool;
+  ToolUse Use() const override { return ToolUse::Clicks; }
   void Press(const ToolEvent& event) override;
   void Hover(const ToolEvent& event) override;
   void Drag(const ToolEvent& event) override { Hover(event); }
   void DoubleClick(const ToolEvent& event) override;
+  bool EndsAt(const ToolEvent& event) const override;
   void Finish() override;
   void Cancel() override;
   bool Begun() const override { return !points_.empty(); }
@@ -49,6 +52,7 @@ class PolylineTool : public Tool {
 class FreehandTool : public Tool {
  public:
   FreehandTool(ToolSurface& surface, PenMode penMode) : Tool(surface), penMode_(penMode) {}
+  ToolUse Use() const override { return ToolUse::Stroke; }
   void Press(const ToolEvent& event) override;
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
@@ -66,6 +70,7 @@ class FreehandTool : public Tool {
 class TextTool : public Tool {
  public:
   using Tool::Tool;
+  ToolUse Use() const override { return ToolUse::Clicks; }
   void Press(const ToolEvent&) override {}
   void Release(const ToolEvent& event) override;
   void Cancel() override {}

@@ -53,11 +53,16 @@ struct ToolEvent {
   bool control = false;  ///< adds to the selection
 };
 
+/// What a click does: it chooses among what is there, it is all that is needed for a point or an
+/// object, or something is drawn while the button is down.
+enum class ToolUse { Choose, Clicks, Stroke };
+
 class Tool {
  public:
   explicit Tool(ToolSurface& surface) : surface_(surface) {}
   virtual ~Tool() = default;
 
+  virtual ToolUse Use() const = 0;
   virtual void Press(const ToolEvent& event) = 0;
   /// The button is down.
   virtual void Drag(const ToolEvent&) {}
@@ -65,6 +70,8 @@ class Tool {
   /// The button is up.
   virtual void Hover(const ToolEvent&) {}
   virtual void DoubleClick(const ToolEvent&) {}
+  /// A point put there would be the last one again: what is begun is meant to be complete.
+  virtual bool EndsAt(const ToolEvent&) const { return false; }
   /// The right button or the Enter key: what is begun is complete.
   virtual void Finish() {}
   /// The keys F2 and Enter: what is selected is opened to be changed within. False when it has no

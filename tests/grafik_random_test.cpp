@@ -80,7 +80,8 @@ class GrafikAtRandom : public Grafik {
     constexpr Qt::Key kKeys[] = {Qt::Key_Left,   Qt::Key_Right,     Qt::Key_Up,     Qt::Key_Down,
                                  Qt::Key_Escape, Qt::Key_Backspace, Qt::Key_Home,   Qt::Key_Space,
                                  Qt::Key_Return, Qt::Key_Tab,       Qt::Key_Delete, Qt::Key_End,
-                                 Qt::Key_A,      Qt::Key_Z,         Qt::Key_V,      Qt::Key_F2};
+                                 Qt::Key_A,      Qt::Key_Z,         Qt::Key_V,      Qt::Key_F2,
+                                 Qt::Key_Insert, Qt::Key_Return,    Qt::Key_Right,  Qt::Key_Up};
     QWidget* const focus = QApplication::focusWidget();
     QTest::keyClick(focus != nullptr && Number(0, 9) == 0 ? focus : Canvas(), AnyOf(kKeys),
                     AnyModifiers());

@@ -1,0 +1,161 @@
+// The editor without a mouse.
+
+#include <QLabel>
+#include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+#include <set>
+
+#include "tests/drawing_samples.h"
+#include "tests/grafik_desk.h"
+
+namespace kelvo {
+namespace {
+
+class GrafikByKeys : public Grafik {
+ protected:
+  // From where the mouse was last.
+  void StartAt(Point at) const {
+    MoveMouse({0, 0});
+    MoveMouse(at);
+  }
+  void MoveMouse(Point p) const {
+    const QPointF at = Canvas()->ToWidget(p);
+    QMouseEvent move(QEvent::MouseMove, at, Canvas()->mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     {});
+    QApplication::sendEvent(Canvas(), &move);
+  }
+  void Go(int dx, int dy, Qt::KeyboardModifiers keys = {}) const {
+    Steps(dx, Qt::Key_Right, Qt::Key_Left, keys);
+    Steps(dy, Qt::Key_Up, Qt::Key_Down, keys);
+  }
+  void Steps(int way, Qt::Key up, Qt::Key down, Qt::KeyboardModifiers keys) const {
+    const Qt::Key key = way < 0 ? down : up;
+    for (int i = 0; i < std::abs(way) / 10; ++i) Key(key, keys | Qt::ShiftModifier);
+    for (int i = 0; i < std::abs(way) % 10; ++i) Key(key, keys);
+  }
+  void Enter(Qt::KeyboardModifiers keys = {}) const { Key(Qt::Key_Return, keys); }
+};
+
+TEST_F(GrafikByKeys, EveryToolDrawsAsWithTheMouse) {
+  const char* const strokes[] = {"toolLinie", "toolRechteck", "toolEllipse", "toolStift",
+                                 "toolRadierer"};
+  for (const char* tool : strokes) {
+    SCOPED_TRACE(tool);
+    Do(tool);
+    Drag({20, 30}, {52, 41});
+    const DrawingObject byMouse = Objects().back();
+    StartAt({10, 30});
+    Go(10, 0);
+    Enter();
+    Go(32, 11);
+    MoveMouse({100, 100});  // a push at the mouse
+    Enter();
+    ASSERT_EQ(Objects().size(), 2U);
+    EXPECT_EQ(Objects().back().kind, byMouse.kind);
+    EXPECT_EQ(Objects().back().penMode, byMouse.penMode);
+    EXPECT_EQ(BoundsOf(Objects().back()), BoundsOf(byMouse));
+    EXPECT_EQ(Find<QLabel>("lblKoordinaten")->text(), "X 52  Y 41");
+    // A place clicked while a shape is under way ends it there; Esc gives it up.
+    Enter();
+    Go(3, 0);
+    Click({200, 100});
+    EXPECT_EQ(BoundsOf(Objects()[2]).right, 55);
+    Enter();
+    Go(5, 5);
+    const std::size_t before = Objects().size();
+    Key(Qt::Key_Escape);
+    Enter(Qt::ShiftModifier);
+    Go(20, 5);
+    Enter(Qt::ShiftModifier);
+    ASSERT_EQ(Objects().size(), before + 1);
+    const Box box = BoundsOf(Objects().back());
+    if (Objects().back().kind == Kind::Rectangle) {
+      EXPECT_EQ(box.Width(), box.Height());
+    }
+    Do("mnuGrafikAlles");
+    Do("mnuGrafikLoeschen");
+  }
+}
+
+TEST_F(GrafikByKeys, ALineGrowsByEnterAndEndsWhereItIsPressedTwice) {
+  const std::vector<Point> points = {{10, 10}, {13, 10}, {13, 12}};
+  const auto grow = [&] {
+    Do("toolLinienzug");
+    StartAt({9, 10});
+    Go(1, 0);
+    Enter();
+    Go(3, 0);
+    Enter();
+    Go(0, 2);
+    Enter();
+  };
+  grow();
+  Key(Qt::Key_Backspace);
+  Enter();  // the point that was taken back
+  EXPECT_TRUE(Objects().empty());
+  Enter();
+  ASSERT_EQ(Objects().size(), 1U);
+  EXPECT_EQ(Objects()[0].vertices, points);
+  grow();
+  Key(Qt::Key_Escape);
+  ASSERT_EQ(Objects().size(), 2U);
+  EXPECT_EQ(Objects()[1].vertices, points);
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(Objects().size(), 1U);
+}
+
+TEST_F(GrafikByKeys, ObjectsAreChosenAtTheCrossAndMovedByArrows) {
+  DrawBoxes();
+  Click({200, 110});
+  StartAt({8, 12});
+  Go(2, 0);
+  EXPECT_EQ(SelectedCount(Objects()), 0U);
+  Key(Qt::Key_Space);
+  EXPECT_TRUE(Objects()[0].selected);
+  Go(0, 2);
+  EXPECT_EQ(BoundsOf(Objects()[0]).bottom, 12);
+  Go(40, 38, Qt::ControlModifier);
+  EXPECT_EQ(BoundsOf(Objects()[0]).bottom, 12);
+  Enter(Qt::ControlModifier);
+  EXPECT_EQ(SelectedCount(Objects()), 2U);
+  Do("mnuGrafikGruppieren");
+  Enter();  // opens the group that is selected there
+  EXPECT_EQ(SelectedCount(Objects()[0].members), 0U);
+  Enter();
+  EXPECT_EQ(SelectedCount(Objects()[0].members), 1U);
+  EXPECT_TRUE(Find<QAction>("mnuGrafikGruppeVerlassen")->isEnabled());
+}
+
+TEST_F(GrafikByKeys, TheViewFollowsTheCrossAndTheDrawingEndsIt) {
+  Find<QSlider>("ctlZoom")->setValue(20);
+  const auto* bar = window->findChild<QScrollArea*>()->horizontalScrollBar();
+  Do("toolLinie");
+  for (const Qt::Key way : {Qt::Key_Right, Qt::Key_Left}) {
+    for (int i = 0; i < 30; ++i) Key(way, Qt::ShiftModifier);
+    EXPECT_EQ(bar->value() > bar->maximum() / 2, way == Qt::Key_Right);
+    EXPECT_EQ(Find<QLabel>("lblKoordinaten")->text().startsWith("X 245 "), way == Qt::Key_Right);
+  }
+  EXPECT_TRUE(Find<QLabel>("lblKoordinaten")->text().startsWith("X -6 "));
+}
+
+TEST_F(GrafikByKeys, EveryToolHasAKeyOfItsOwnAndAMnemonic) {
+  std::set<QString> keys;
+  std::set<QChar> letters;
+  const QList<QAction*> tools = Find<QMenu>("mnuGrafikWerkzeug")->actions();
+  EXPECT_GE(tools.size(), 8);
+  for (const QAction* tool : tools) {
+    EXPECT_FALSE(tool->shortcut().isEmpty());
+    keys.insert(tool->shortcut().toString());
+    const qsizetype mark = tool->text().indexOf(u'&');
+    ASSERT_GE(mark, 0) << tool->text().toStdString();
+    letters.insert(tool->text().at(mark + 1).toLower());
+    EXPECT_TRUE(tool->toolTip().endsWith(u']'));
+  }
+  EXPECT_EQ(static_cast<qsizetype>(keys.size()), tools.size());
+  EXPECT_EQ(static_cast<qsizetype>(letters.size()), tools.size());
+}
+
+}  // namespace
+}  // namespace kelvo
