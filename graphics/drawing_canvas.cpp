@@ -208,10 +208,11 @@ void DrawingCanvas::PaintSelection(QPainter& painter) const {
   if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
   if (!gripsShown_) return;
   painter.setPen(kSelectionColour);
-  painter.setBrush(Qt::white);
   const QPoint reach(kGripReach, kGripReach);
   for (const Grip& grip : GripsOf(document_.Shown())) {
     const QPoint middle = ToWidget(grip.at);
+    const bool picked = grip.vertex && grip.vertex == document_.Picked();
+    painter.setBrush(picked ? kSelectionColour : QColor(Qt::white));
     painter.drawRect(QRect(middle - reach, middle + reach));
   }
 }

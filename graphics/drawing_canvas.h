@@ -92,6 +92,7 @@ class DrawingCanvas : public QWidget {
   bool Pans(const QMouseEvent& event);
   void UseMouse(const QMouseEvent& event);
   bool Arrow(const QKeyEvent& event);
+  bool WalkPoints(bool next);
   void MoveCross(int dx, int dy);
   void ShowCross();
   void Enter(const QKeyEvent& event);

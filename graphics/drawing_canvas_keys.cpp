@@ -3,6 +3,7 @@
 
 #include "graphics/drawing_canvas.h"
 #include "graphics/editing.h"
+#include "graphics/grips.h"
 
 // The keys of the drawing surface.
 
@@ -85,8 +86,11 @@ void DrawingCanvas::Enter(const QKeyEvent& event) {
   if (!hand_.Shown() && tool_->Begun()) return tool_->Finish();
   if (tool_->Use() == ToolUse::Choose && !control) {
     const Drawing& drawing = document_.Current();
+    const auto grip =
+        hand_.Shown() ? GripAt(drawing, *hand_.At(), Tolerance()) : std::optional<Grip>();
     const auto hit = hand_.Shown() ? ObjectAt(drawing, *hand_.At(), Tolerance()) : std::nullopt;
-    if ((hit ? drawing[*hit].selected : !hand_.Shown()) && tool_->Open()) return;
+    const bool onPoint = grip && grip->vertex;
+    if (!onPoint && (hit ? drawing[*hit].selected : !hand_.Shown()) && tool_->Open()) return;
     if (!hand_.Shown() && AnySelected(drawing)) return;
   }
   if (!hand_.At()) MoveCross(0, 0);
@@ -102,8 +106,18 @@ void DrawingCanvas::keyReleaseEvent(QKeyEvent* event) {
   setCursor(toolCursor_);
 }
 
-// Tab walks the objects; behind the last one it goes on to the next control.
+// From a picked point to the next one; behind the last one none is picked.
+bool DrawingCanvas::WalkPoints(bool next) {
+  const auto picked = document_.Picked();
+  if (!picked) return false;
+  document_.Pick(next ? *picked + 1 : *picked - 1);
+  return document_.Picked().has_value();
+}
+
+// Tab walks the objects, and the points of an opened one; behind the last one it goes on to the
+// next control.
 bool DrawingCanvas::focusNextPrevChild(bool next) {
+  if (hasFocus() && WalkPoints(next)) return true;
   const Drawing& drawing = document_.Current();
   const bool atEnd = drawing.empty() || (next ? drawing.back().selected : drawing.front().selected);
   if (atEnd || !hasFocus()) return QWidget::focusNextPrevChild(next);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "graphics/editing.h"
+#include "graphics/points.h"
 
 namespace kelvo {
 
@@ -75,7 +76,16 @@ bool DrawingDocument::Leave() {
 
 void DrawingDocument::ShowLevel() {
   preview_.reset();
+  picked_.reset();
   Q_EMIT Replaced();
+  Q_EMIT Changed();
+}
+
+void DrawingDocument::Pick(std::optional<std::size_t> point) {
+  const auto index = OnlyWithPoints(Current());
+  if (!index || (point && *point >= Current()[*index].vertices.size())) point.reset();
+  if (picked_ == point) return;
+  picked_ = point;
   Q_EMIT Changed();
 }
 

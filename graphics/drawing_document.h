@@ -30,6 +30,10 @@ class DrawingDocument : public QObject {
   /// Closes the open group, which is selected then; false where none is open.
   bool Leave();
 
+  /// A point of the one object that is selected, by its index; it is let go at every change.
+  void Pick(std::optional<std::size_t> point);
+  std::optional<std::size_t> Picked() const { return picked_; }
+
   void Show(Drawing preview);
   void GiveUp();
   /// Makes a drawing the current one. Steps with the same key that follow each other are undone
@@ -64,7 +68,8 @@ class DrawingDocument : public QObject {
   void ShowLevel();
 
   Drawing drawing_;
-  std::vector<std::size_t> path_;   // the open group's place on each level, the outermost first
+  std::vector<std::size_t> path_;  // the open group's place on each level, the outermost first
+  std::optional<std::size_t> picked_;
   std::optional<Drawing> preview_;  // of the current level
   History history_;
   std::optional<std::size_t> savedRevision_ = 0;

@@ -214,6 +214,7 @@ void frmGrafik::ShowState() {
   setWindowTitle((name.isEmpty() ? tr("Grafik") : tr("%1 – Grafik").arg(name)) +
                  (document_.Unsaved() ? QStringLiteral(" *") : QString()));
   ShowSelectedStyle();
+  ShowPointActions();
   ShowHints();
 }
 
@@ -221,6 +222,7 @@ void frmGrafik::ShowHints() {
   findChild<QAction*>(QStringLiteral("mnuGrafikGruppeVerlassen"))->setEnabled(document_.InGroup());
   QStringList hints;
   if (document_.InGroup()) hints << tr("In der Gruppe – Esc verlässt sie");
+  if (document_.Picked()) hints << PointText();
   const std::size_t unsent = CountKind(document_.Whole(), Kind::Vertices);
   if (unsent > 0) hints << tr("Nicht gesendete Vielecke: %1").arg(unsent);
   lblHinweis->setText(hints.join(QStringLiteral(" · ")));

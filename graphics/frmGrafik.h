@@ -166,6 +166,13 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikAufloesen_Click();
   void mnuGrafikUmwandeln_Click();
   void mnuGrafikText_Click();
+  void mnuGrafikPunktEinfuegen_Click();
+  void mnuGrafikPunktEntfernen_Click();
+  void ShowPointActions();
+  bool CanRemovePoint() const;
+  QString PointText() const;
+  void MovePoint(std::size_t index, int dx, int dy);
+  void PickUnder(Point at);
   void Reorder(Order order);
   void Align(Alignment alignment);
   void Distribute(Axis axis);
@@ -200,7 +207,8 @@ class frmGrafik : public QMainWindow {
   bool automaticSend_ = false;
   bool sendPending_ = false;
   int pasteCount_ = 0;
-  std::string path_;  // of the drawing; empty until it has one
+  std::optional<Point> menuPoint_;  // where the context menu is open
+  std::string path_;                // of the drawing; empty until it has one
 
   QScrollArea* scroll_ = nullptr;
   DrawingCanvas* Display = nullptr;

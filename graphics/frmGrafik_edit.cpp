@@ -8,6 +8,7 @@
 #include "graphics/frmGrafik.h"
 #include "graphics/painter.h"
 #include "graphics/pixel_image.h"
+#include "graphics/points.h"
 #include "graphics/transforms.h"
 #include "graphics/wmf.h"
 
@@ -64,6 +65,8 @@ void frmGrafik::SelectUnder(Point at) {
 }
 
 void frmGrafik::MoveSelection(int dx, int dy) {
+  const auto lines = OnlyWithPoints(document_.Current());
+  if (lines && document_.Picked()) return MovePoint(*lines, dx, dy);
   Edit([=](Drawing& drawing) { MoveSelected(drawing, dx, dy); }, "move");
 }
 
@@ -178,7 +181,9 @@ void frmGrafik::mnuGrafikDuplizieren_Click() {
   Edit([](Drawing& drawing) { Paste(drawing, CopySelected(drawing), kPasteStep, -kPasteStep); });
 }
 
-void frmGrafik::mnuGrafikLoeschen_Click() { DeleteSelection(); }
+void frmGrafik::mnuGrafikLoeschen_Click() {
+  CanRemovePoint() ? mnuGrafikPunktEntfernen_Click() : DeleteSelection();
+}
 
 void frmGrafik::mnuGrafikAlles_Click() {
   Edit([](Drawing& drawing) { SelectAll(drawing, true); });

@@ -1,6 +1,7 @@
 #include <QActionGroup>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSpinBox>
 #include <QToolBar>
@@ -92,6 +93,10 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
     {nullptr, "", "", nullptr, Needs::Nothing},
     {"mnuGrafikText", "Te&xt eingeben …", "Ctrl+E", &frmGrafik::mnuGrafikText_Click,
      Needs::Nothing},
+    {"mnuGrafikPunktEinfuegen", "Punkt einfügen", "Ins", &frmGrafik::mnuGrafikPunktEinfuegen_Click,
+     Needs::Nothing},
+    {"mnuGrafikPunktEntfernen", "Punkt entfernen", "Ctrl+Del",
+     &frmGrafik::mnuGrafikPunktEntfernen_Click, Needs::Nothing},
     {"mnuGrafikUmwandeln", "Vielecke in Linien&züge umwandeln", "",
      &frmGrafik::mnuGrafikUmwandeln_Click, Needs::Selection},
     {"mnuGrafikInBild", "Auswahl in &Bild umwandeln", "Ctrl+B",
@@ -265,7 +270,10 @@ void frmGrafik::MakeContextMenu() {
   Display->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(Display, &QWidget::customContextMenuRequested, this, [this](QPoint at) {
     if (!toolAuswahl->isChecked()) return;
-    SelectUnder(Display->ToDrawing(at));
+    const Point point = Display->ToDrawing(at);
+    SelectUnder(point);
+    PickUnder(point);
+    const QScopedValueRollback<std::optional<Point>> here(menuPoint_, point);
     QMenu menu;
     for (const char* name : {"mnuGrafikBearbeiten", "mnuGrafikObjekt"}) {
       menu.addActions(findChild<QMenu*>(QString::fromLatin1(name))->actions());

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "graphics/editing.h"
+#include "graphics/points.h"
 
 namespace kelvo {
 
@@ -17,6 +18,7 @@ void SelectTool::Press(const ToolEvent& event) {
   if (const auto grip = GripAt(drawing, event.at, surface_.Tolerance())) {
     grip_ = *grip;
     state_ = State::Resizing;
+    surface_.PickPoint(grip_.vertex);
   } else if (const auto index = ObjectAt(drawing, event.at, surface_.Tolerance())) {
     PressOnObject(*index, event.control || event.shift);
     state_ = State::Pressed;
@@ -61,6 +63,7 @@ void SelectTool::Release(const ToolEvent& event) {
   } else if (state == State::Resizing && !(event.at == start_)) {
     surface_.Commit(
         DragGrip(surface_.Current(), grip_, Snap(event.at), event.shift, surface_.Fonts()));
+    surface_.PickPoint(grip_.vertex);
   } else if (state == State::RubberBand) {
     surface_.ShowRubberBand(std::nullopt);
     Drawing drawing = surface_.Current();
@@ -87,13 +90,27 @@ bool SelectTool::IsBeside(Point p) const {
 
 void SelectTool::DoubleClick(const ToolEvent& event) {
   Cancel();
+  const auto grip = GripAt(surface_.Current(), event.at, surface_.Tolerance());
+  if (grip && grip->vertex) return surface_.PickPoint(grip->vertex);
   const auto index = ObjectAt(surface_.Current(), event.at, surface_.Tolerance());
   if (!index) {
     surface_.LeaveGroup();
+  } else if (!surface_.Current()[*index].vertices.empty()) {
+    InsertPointAt(*index, event.at);
   } else if (OpenObject(*index, event.at) && surface_.InGroup()) {
     const auto member = ObjectAt(surface_.Current(), event.at, surface_.Tolerance());
     if (member && !surface_.Current()[*member].selected) PressOnObject(*member, false);
   }
+}
+
+void SelectTool::InsertPointAt(std::size_t index, Point at) {
+  Drawing drawing = surface_.Current();
+  SelectAll(drawing, false);
+  drawing[index].selected = true;
+  const PointPlace place = NearestPlace(drawing[index], at);
+  InsertPoint(drawing[index], place);
+  surface_.Commit(std::move(drawing));
+  surface_.PickPoint(place.before + 1);
 }
 
 bool SelectTool::OpenObject(std::size_t index, Point at) {
@@ -106,6 +123,10 @@ bool SelectTool::OpenObject(std::size_t index, Point at) {
 bool SelectTool::Open() {
   const auto index = OnlySelected(surface_.Current());
   if (Begun() || !index) return false;
+  if (OnlyWithPoints(surface_.Current())) {
+    surface_.PickPoint(surface_.PickedPoint().value_or(0));
+    return true;
+  }
   const Box box = BoundsOf(surface_.Current()[*index]);
   return OpenObject(*index, {box.right + 1, box.top});
 }
@@ -117,7 +138,12 @@ void SelectTool::Cancel() {
 }
 
 bool SelectTool::Escape() {
-  if (Tool::Escape() || surface_.LeaveGroup()) return true;
+  if (Tool::Escape()) return true;
+  if (surface_.PickedPoint()) {
+    surface_.PickPoint(std::nullopt);
+    return true;
+  }
+  if (surface_.LeaveGroup()) return true;
   if (!AnySelected(surface_.Current())) return false;
   Drawing drawing = surface_.Current();
   SelectAll(drawing, false);

@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// Selects, moves and resizes.
+/// Selects, moves and resizes; a double click opens a text or a group, or puts a point into a line.
 class SelectTool : public Tool {
  public:
   using Tool::Tool;
@@ -14,10 +14,12 @@ class SelectTool : public Tool {
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
   void DoubleClick(const ToolEvent& event) override;
-  bool Open() override;  ///< a text: it is typed on, behind its last letter; a group: its members
+  /// A text: it is typed on, behind its last letter; a group: its members; a line: its first point
+  /// is picked.
+  bool Open() override;
   void Cancel() override;
   bool Begun() const override { return state_ != State::Idle; }
-  /// With nothing begun: leaves the open group, then selects nothing any more.
+  /// With nothing begun: lets go of a point, leaves the open group, then selects nothing any more.
   bool Escape() override;
 
  private:
@@ -25,6 +27,7 @@ class SelectTool : public Tool {
 
   bool IsBeside(Point p) const;
   bool OpenObject(std::size_t index, Point at);
+  void InsertPointAt(std::size_t index, Point at);
   void PressOnObject(std::size_t index, bool add);
   Drawing Moved(const ToolEvent& event) const;
   Box Band(Point to) const;

@@ -36,6 +36,10 @@ class ToolSurface {
   /// Closes the open group, which is selected then; false where none is open.
   virtual bool LeaveGroup() = 0;
   virtual bool InGroup() const = 0;
+  /// Takes hold of a point of the one object that is selected, or of none; every change of the
+  /// drawing lets go of it.
+  virtual void PickPoint(std::optional<std::size_t> point) = 0;
+  virtual std::optional<std::size_t> PickedPoint() const = 0;
   virtual void ShowRubberBand(std::optional<Box> box) = 0;
   virtual ObjectStyle Style() const = 0;
   virtual int GridStep() const = 0;

@@ -23,6 +23,8 @@ class ToolDesk : public ToolSurface {
   void EnterGroup(std::size_t index) override;
   bool LeaveGroup() override;
   bool InGroup() const override { return document_.InGroup(); }
+  void PickPoint(std::optional<std::size_t> point) override { document_.Pick(point); }
+  std::optional<std::size_t> PickedPoint() const override { return document_.Picked(); }
   void ShowRubberBand(std::optional<Box> box) override { canvas_.SetRubberBand(box); }
   ObjectStyle Style() const override { return style_.Style(); }
   int GridStep() const override { return gridStep_; }

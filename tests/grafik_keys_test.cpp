@@ -140,6 +140,63 @@ TEST_F(GrafikByKeys, TheViewFollowsTheCrossAndTheDrawingEndsIt) {
   EXPECT_TRUE(Find<QLabel>("lblKoordinaten")->text().startsWith("X -6 "));
 }
 
+class GrafikPoints : public GrafikByKeys {
+ protected:
+  GrafikPoints() {
+    Do("toolLinienzug");
+    for (const Point p : {Point{10, 10}, {60, 10}, {60, 80}}) Click(p);
+    Enter();
+    Do("toolAuswahl");
+  }
+  void DoubleClick(Point at) const {
+    Click(at);
+    QTest::mouseDClick(Canvas(), Qt::LeftButton, {}, Canvas()->ToWidget(at));
+    Let(at);
+  }
+  const std::vector<Point>& Path() const { return Objects()[0].vertices; }
+};
+using Points = std::vector<Point>;
+
+TEST_F(GrafikPoints, ADoubleClickPutsOneInAndDeleteTakesOneOut) {
+  DoubleClick({59, 40});
+  EXPECT_EQ(Path(), (Points{{10, 10}, {60, 10}, {60, 40}, {60, 80}}));
+  Drag({60, 40}, {90, 40});
+  Key(Qt::Key_Left);  // the point that was taken hold of
+  EXPECT_EQ(Path()[2], (Point{89, 40}));
+  DoubleClick({60, 80});  // there is one already
+  EXPECT_EQ(Path().size(), 4U);
+  for (const std::size_t left : {3U, 2U}) {
+    Do("mnuGrafikLoeschen");
+    EXPECT_EQ(Path().size(), left);
+  }
+  EXPECT_FALSE(Find<QAction>("mnuGrafikPunktEntfernen")->isEnabled());
+  for (int i = 0; i < 3; ++i) Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(Path().size(), 4U);
+  EXPECT_EQ(Path()[2], (Point{90, 40}));
+  Do("mnuGrafikLoeschen");  // no point is held now
+  EXPECT_TRUE(Objects().empty());
+}
+
+TEST_F(GrafikPoints, KeysWalkMoveInsertAndRemoveThem) {
+  Enter();
+  Key(Qt::Key_Tab);
+  Go(0, 12);
+  Do("mnuGrafikPunktEinfuegen");
+  EXPECT_EQ(Path(), (Points{{10, 10}, {60, 22}, {60, 51}, {60, 80}}));
+  EXPECT_TRUE(Find<QLabel>("lblHinweis")->text().startsWith("Punkt 3 von 4: X 60  Y 51"));
+  Key(Qt::Key_Tab);
+  Do("mnuGrafikPunktEinfuegen");  // behind the last one is no way
+  EXPECT_EQ(Path()[3], (Point{60, 65}));
+  Key(Qt::Key_Escape);
+  Go(1, 0);
+  EXPECT_EQ(Path()[0], (Point{11, 10}));
+  Do("mnuGrafikPunktEinfuegen");  // in the longest way
+  EXPECT_EQ(Path()[1], (Point{36, 16}));
+  Key(Qt::Key_Backtab);
+  Key(Qt::Key_Backtab);
+  EXPECT_FALSE(Canvas()->hasFocus());
+}
+
 TEST_F(GrafikByKeys, EveryToolHasAKeyOfItsOwnAndAMnemonic) {
   std::set<QString> keys;
   std::set<QChar> letters;

@@ -25,6 +25,8 @@ class Desk : public ToolSurface {
   void EnterGroup(std::size_t) override {}
   bool LeaveGroup() override { return false; }
   bool InGroup() const override { return false; }
+  void PickPoint(std::optional<std::size_t> point) override { picked = point; }
+  std::optional<std::size_t> PickedPoint() const override { return picked; }
   void ShowRubberBand(std::optional<Box> box) override { band = box; }
   ObjectStyle Style() const override { return style; }
   int GridStep() const override { return grid; }
@@ -57,6 +59,7 @@ class Desk : public ToolSurface {
   History history;
   std::optional<Drawing> shown;
   std::optional<Box> band;
+  std::optional<std::size_t> picked;
   ObjectStyle style;
   int grid = 1;
   double tolerance = 1;
