@@ -36,6 +36,7 @@ DrawingCanvas::DrawingCanvas(DrawingDocument& document, const DeviceFonts& fonts
   connect(&document_, &DrawingDocument::Changed, this, [this] {
     stale_ = true;
     update();
+    ShowHold();
   });
 }
 
@@ -206,13 +207,20 @@ void DrawingCanvas::PaintSelection(QPainter& painter) const {
   }
   if (!few) outline(SelectionBounds(document_.Shown()));
   if (rubberBand_) painter.drawRect(RectOf(*rubberBand_));
-  if (!gripsShown_) return;
+  if (gripsShown_) PaintGrips(painter);
+}
+
+// Where the points of a line are crowded, as of a stroke of the pencil, its ends are enough.
+void DrawingCanvas::PaintGrips(QPainter& painter) const {
+  const std::vector<Grip> grips = GripsOf(document_.Shown(), Tolerance());
+  const bool crowded = GripsCrowded(document_.Shown(), Tolerance());
   painter.setPen(kSelectionColour);
   const QPoint reach(kGripReach, kGripReach);
-  for (const Grip& grip : GripsOf(document_.Shown())) {
-    const QPoint middle = ToWidget(grip.at);
-    const bool picked = grip.vertex && grip.vertex == document_.Picked();
-    painter.setBrush(picked ? kSelectionColour : QColor(Qt::white));
+  for (std::size_t i = 0; i < grips.size(); ++i) {
+    const bool picked = grips[i].vertex && grips[i].vertex == document_.Picked();
+    if (crowded && !picked && i > 0 && i + 1 < grips.size()) continue;
+    painter.setBrush(picked ? QBrush(kSelectionColour) : crowded ? QBrush() : QBrush(Qt::white));
+    const QPoint middle = ToWidget(grips[i].at);
     painter.drawRect(QRect(middle - reach, middle + reach));
   }
 }
@@ -269,7 +277,18 @@ void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
     tool_->Drag(EventAt(*event));
   } else {
     tool_->Hover(EventAt(*event));
+    ShowHold();
   }
+}
+
+// The pointer's shape where the mouse is; while something is dragged it stays.
+void DrawingCanvas::ShowHold() {
+  constexpr Qt::CursorShape kShapes[] = {Qt::ArrowCursor,    Qt::SizeAllCursor, Qt::CrossCursor,
+                                         Qt::SizeHorCursor,  Qt::SizeVerCursor, Qt::SizeBDiagCursor,
+                                         Qt::SizeFDiagCursor};  // in the order of HoldKind
+  if (!mouse_ || tool_ == nullptr || tool_->Begun() || panned_ || spaceHeld_) return;
+  const HoldKind hold = tool_->HoldAt(ToDrawing(mapFromGlobal(QPointF(*mouse_))));
+  setCursor(hold == HoldKind::Nothing ? toolCursor_ : kShapes[static_cast<int>(hold)]);
 }
 
 // The view that follows the cross goes away under a mouse that lies still.
@@ -283,6 +302,7 @@ void DrawingCanvas::UseMouse(const QMouseEvent& event) {
 void DrawingCanvas::mouseReleaseEvent(QMouseEvent* event) {
   if (Pans(*event)) return;
   if (tool_ != nullptr && event->button() == Qt::LeftButton) tool_->Release(EventAt(*event));
+  ShowHold();
 }
 
 void DrawingCanvas::mouseDoubleClickEvent(QMouseEvent* event) {

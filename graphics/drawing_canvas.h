@@ -87,11 +87,13 @@ class DrawingCanvas : public QWidget {
   void PaintGrid(QPainter& painter, const QRect& area) const;
   void PaintUnsent(QPainter& painter) const;
   void PaintSelection(QPainter& painter) const;
+  void PaintGrips(QPainter& painter) const;
   void PaintCross(QPainter& painter) const;
   ToolEvent EventAt(const QMouseEvent& event) const;
   bool Pans(const QMouseEvent& event);
   void UseMouse(const QMouseEvent& event);
   bool Arrow(const QKeyEvent& event);
+  void ShowHold();
   bool WalkPoints(bool next);
   void MoveCross(int dx, int dy);
   void ShowCross();

@@ -49,30 +49,44 @@ bool GripsCover(const Drawing& drawing, double tolerance) {
   return side <= 4 * tolerance + 2;
 }
 
+// A grip's middle must be further from the pixel that it moves than its own half.
+int DistanceOutside(double tolerance) { return static_cast<int>(std::ceil(0.5 + 0.8 * tolerance)); }
+
 }  // namespace
 
-std::vector<Grip> GripsOf(const Drawing& drawing) {
+std::vector<Grip> GripsOf(const Drawing& drawing, double tolerance) {
   std::vector<Grip> grips;
   if (const DrawingObject* object = SingleWithPoints(drawing)) {
     for (std::size_t i = 0; i < object->vertices.size(); ++i) {
-      grips.push_back({object->vertices[i], 0, 0, i});
+      grips.push_back({object->vertices[i], {}, 0, 0, i});
     }
   } else if (AnySelected(drawing)) {
     const Box box = SelectionBounds(drawing);
+    const int outside = GripsCover(drawing, tolerance) ? DistanceOutside(tolerance) : 0;
     for (int y = -1; y <= 1; ++y) {
       for (int x = -1; x <= 1; ++x) {
         if (x == 0 && y == 0) continue;
-        grips.push_back(
-            {{Edge(x, box.left, box.right), Edge(y, box.bottom, box.top)}, x, y, std::nullopt});
+        const Point away{x * outside, y * outside};
+        const Point at{Edge(x, box.left, box.right) + away.x,
+                       Edge(y, box.bottom, box.top) + away.y};
+        grips.push_back({at, away, x, y, std::nullopt});
       }
     }
   }
   return grips;
 }
 
+bool GripsCrowded(const Drawing& drawing, double tolerance) {
+  const DrawingObject* const object = SingleWithPoints(drawing);
+  if (object == nullptr) return false;
+  const Box box = BoundsOf(*object);
+  const double room = static_cast<double>(object->vertices.size()) * tolerance * 2;
+  return GripsCover(drawing, tolerance) || room > box.Width() + box.Height();
+}
+
 // Of grips that lie on each other the last one is taken, so that what is small grows.
 std::optional<Grip> GripAt(const Drawing& drawing, Point p, double tolerance) {
-  const std::vector<Grip> grips = GripsOf(drawing);
+  const std::vector<Grip> grips = GripsOf(drawing, tolerance);
   if (grips.empty() || (InsideSelected(drawing, p) && GripsCover(drawing, tolerance))) {
     return std::nullopt;
   }

@@ -33,6 +33,19 @@ void SelectTool::Press(const ToolEvent& event) {
   }
 }
 
+HoldKind SelectTool::HoldAt(Point p) const {
+  const Drawing& drawing = surface_.Current();
+  if (const auto grip = GripAt(drawing, p, surface_.Tolerance())) {
+    if (grip->vertex) return HoldKind::Point;
+    if (grip->edgeX == 0) return HoldKind::Vertical;
+    if (grip->edgeY == 0) return HoldKind::Horizontal;
+    return grip->edgeX == grip->edgeY ? HoldKind::Rising : HoldKind::Falling;
+  }
+  const auto index = ObjectAt(drawing, p, surface_.Tolerance());
+  const bool inside = index ? drawing[*index].selected : InsideSelected(drawing, p);
+  return inside ? HoldKind::Inside : HoldKind::Nothing;
+}
+
 void SelectTool::PressOnObject(std::size_t index, bool add) {
   Drawing drawing = surface_.Current();
   const bool selected = drawing[index].selected;
@@ -48,8 +61,7 @@ void SelectTool::Drag(const ToolEvent& event) {
   if (state_ == State::Moving) {
     surface_.Show(Moved(event));
   } else if (state_ == State::Resizing) {
-    surface_.Show(
-        DragGrip(surface_.Current(), grip_, Snap(event.at), event.shift, surface_.Fonts()));
+    surface_.Show(Resized(event));
   } else if (state_ == State::RubberBand) {
     surface_.ShowRubberBand(Band(event.at));
   }
@@ -61,8 +73,7 @@ void SelectTool::Release(const ToolEvent& event) {
   if (state == State::Moving) {
     surface_.Commit(Moved(event));
   } else if (state == State::Resizing && !(event.at == start_)) {
-    surface_.Commit(
-        DragGrip(surface_.Current(), grip_, Snap(event.at), event.shift, surface_.Fonts()));
+    surface_.Commit(Resized(event));
     surface_.PickPoint(grip_.vertex);
   } else if (state == State::RubberBand) {
     surface_.ShowRubberBand(std::nullopt);
@@ -161,6 +172,11 @@ Drawing SelectTool::Moved(const ToolEvent& event) const {
   MoveSelected(drawing, way.x == 0 ? 0 : corner.x - box.left,
                way.y == 0 ? 0 : corner.y - box.bottom);
   return drawing;
+}
+
+Drawing SelectTool::Resized(const ToolEvent& event) const {
+  const Point to = Snap({event.at.x - grip_.away.x, event.at.y - grip_.away.y});
+  return DragGrip(surface_.Current(), grip_, to, event.shift, surface_.Fonts());
 }
 
 Box SelectTool::Band(Point to) const {

@@ -10,6 +10,7 @@ class SelectTool : public Tool {
  public:
   using Tool::Tool;
   ToolUse Use() const override { return ToolUse::Choose; }
+  HoldKind HoldAt(Point p) const override;
   void Press(const ToolEvent& event) override;
   void Drag(const ToolEvent& event) override;
   void Release(const ToolEvent& event) override;
@@ -25,6 +26,7 @@ class SelectTool : public Tool {
  private:
   enum class State { Idle, Pressed, Moving, Resizing, RubberBand };
 
+  Drawing Resized(const ToolEvent& event) const;
   bool IsBeside(Point p) const;
   bool OpenObject(std::size_t index, Point at);
   void InsertPointAt(std::size_t index, Point at);

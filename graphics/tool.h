@@ -61,12 +61,17 @@ struct ToolEvent {
 /// object, or something is drawn while the button is down.
 enum class ToolUse { Choose, Clicks, Stroke };
 
+/// What a press would take hold of: what is selected, to move it, one of its points, or its edges
+/// (both of a corner: along which diagonal).
+enum class HoldKind { Nothing, Inside, Point, Horizontal, Vertical, Rising, Falling };
+
 class Tool {
  public:
   explicit Tool(ToolSurface& surface) : surface_(surface) {}
   virtual ~Tool() = default;
 
   virtual ToolUse Use() const = 0;
+  virtual HoldKind HoldAt(Point) const { return HoldKind::Nothing; }
   virtual void Press(const ToolEvent& event) = 0;
   /// The button is down.
   virtual void Drag(const ToolEvent&) {}

@@ -117,7 +117,7 @@ TEST(Editing, SnapsToTheNearestGridPoint) {
 TEST(Grips, ResizeTheBoxOrMoveThePoint) {
   const DeviceFonts fonts;
   const Drawing box = {Chosen(BoxAt(10, 10, 11, 11)), BoxAt(0, 0, 2, 2)};
-  EXPECT_EQ(GripsOf(box).size(), 8U);
+  EXPECT_EQ(GripsOf(box, 1).size(), 8U);
   const auto corner = GripAt(box, {21, 20}, 1);
   ASSERT_TRUE(corner.has_value());
   EXPECT_EQ(BoundsOf(DragGrip(box, *corner, {30, 15}, false, fonts)[0]), (Box{10, 10, 30, 15}));

@@ -197,6 +197,42 @@ TEST_F(GrafikPoints, KeysWalkMoveInsertAndRemoveThem) {
   EXPECT_FALSE(Canvas()->hasFocus());
 }
 
+TEST_F(GrafikPoints, ThePointerShowsWhatAPressWouldTake) {
+  const auto shapeAt = [this](Point p) {
+    MoveMouse(p);
+    return Canvas()->cursor().shape();
+  };
+  EXPECT_EQ(shapeAt({60, 80}), Qt::CrossCursor);
+  EXPECT_EQ(shapeAt({30, 10}), Qt::SizeAllCursor);
+  Do("toolRechteck");
+  Drag({110, 10}, {160, 80});
+  Do("toolAuswahl");
+  EXPECT_EQ(shapeAt({160, 80}), Qt::SizeBDiagCursor);
+  EXPECT_EQ(shapeAt({110, 80}), Qt::SizeFDiagCursor);
+  EXPECT_EQ(shapeAt({110, 45}), Qt::SizeHorCursor);
+  EXPECT_EQ(shapeAt({135, 10}), Qt::SizeVerCursor);
+  EXPECT_EQ(shapeAt({130, 30}), Qt::SizeAllCursor);
+  EXPECT_EQ(shapeAt({200, 100}), Qt::ArrowCursor);
+  Do("toolLinie");
+  EXPECT_EQ(shapeAt({60, 80}), Qt::CrossCursor);
+}
+
+TEST_F(GrafikByKeys, GripsLeaveSmallObjectsToBeSeen) {
+  for (const int zoom : {1, 2, 3, 8}) {
+    SCOPED_TRACE(zoom);
+    Find<QSlider>("ctlZoom")->setValue(zoom);
+    Do("toolRechteck");
+    Find<QAbstractButton>("chkGefuellt")->setChecked(false);
+    Drag({40, 40}, {44, 43});
+    Do("toolAuswahl");
+    const QImage shown = Canvas()->grab().toImage();
+    for (const Point p : {Point{40, 40}, {42, 40}, {44, 43}, {40, 41}}) {
+      EXPECT_EQ(shown.pixelColor(Canvas()->ToWidget(p)), QColor(Qt::black)) << p.x << ' ' << p.y;
+    }
+    Do("mnuGrafikLoeschen");
+  }
+}
+
 TEST_F(GrafikByKeys, EveryToolHasAKeyOfItsOwnAndAMnemonic) {
   std::set<QString> keys;
   std::set<QChar> letters;

@@ -101,7 +101,7 @@ TEST(Tools, SmallAndHollowSelectionsMoveWhereTheyAreHeldInside) {
     EXPECT_EQ(BoundsOf(desk.drawing[0]), (Box{before.left + 1, 10, before.right + 1, 13}));
     desk.Drag({held.x + 1, held.y}, held);
   }
-  desk.Drag({14, 14}, {20, 20});  // its grip is outside
+  desk.Drag({15, 15}, {22, 22});  // its grip is outside, and takes the edges along
   EXPECT_EQ(BoundsOf(desk.drawing[0]), (Box{10, 10, 20, 20}));
   desk.Click({30, 45}).Drag({45, 45}, {50, 45});
   EXPECT_EQ(BoundsOf(desk.drawing[1]), (Box{35, 30, 65, 60}));
