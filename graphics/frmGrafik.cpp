@@ -118,6 +118,7 @@ void frmGrafik::MakeStatusBar() {
       fontMetrics().horizontalAdvance(QStringLiteral("X 0000  Y 0000  ")));
   lblKosten = Named(new QLabel, "lblKosten");
   lblHinweis = Named(new QLabel, "lblHinweis");
+  lblHinweis->setMinimumWidth(1);  // a hint must not widen the window
   ctlZoom = Named(new QSlider(Qt::Horizontal), "ctlZoom");
   ctlZoom->setAccessibleName(tr("Zoom"));
   ctlZoom->setRange(1, Display->MaxZoom());
@@ -226,6 +227,7 @@ void frmGrafik::ShowHints() {
   const std::size_t unsent = CountKind(document_.Whole(), Kind::Vertices);
   if (unsent > 0) hints << tr("Nicht gesendete Vielecke: %1").arg(unsent);
   lblHinweis->setText(hints.join(QStringLiteral(" · ")));
+  lblHinweis->setToolTip(lblHinweis->text());
 }
 
 void frmGrafik::ShowSelectedStyle() {

@@ -223,8 +223,8 @@ void frmGrafik::MakeTools() {
         Named(bar->addAction(SymbolIcon(row.symbol), QString::fromUtf8(row.text)), row.name);
     action->setCheckable(true);
     action->setShortcut(QKeySequence(QString::fromLatin1(row.key)));
-    action->setToolTip(
-        QStringLiteral("%1 [%2]").arg(QString::fromUtf8(row.tip), action->shortcut().toString()));
+    action->setToolTip(QStringLiteral("%1 [%2]").arg(
+        QString::fromUtf8(row.tip), action->shortcut().toString(QKeySequence::NativeText)));
     tools_->addAction(action);
     connect(action, &QAction::triggered, this, [this, kind = row.kind] { TakeTool(kind); });
   }
