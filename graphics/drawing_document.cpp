@@ -54,6 +54,17 @@ Drawing DrawingDocument::ShownWhole() const {
   return whole;
 }
 
+Drawing DrawingDocument::Above() const {
+  Drawing above;
+  const Drawing* level = &drawing_;
+  for (const std::size_t index : path_) {
+    above.insert(above.end(), level->begin() + static_cast<std::ptrdiff_t>(index) + 1,
+                 level->end());
+    level = &(*level)[index].members;
+  }
+  return above;
+}
+
 void DrawingDocument::Enter(std::size_t index) {
   if (!IsGroup(Current(), index)) return;
   SelectAll(LevelOf(drawing_, path_), false);

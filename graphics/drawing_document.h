@@ -23,6 +23,8 @@ class DrawingDocument : public QObject {
   /// The current drawing, or the preview that stands in for it.
   const Drawing& Shown() const { return preview_ ? *preview_ : Current(); }
   Drawing ShownWhole() const;
+  /// What is drawn after the open group, on whatever level; the order is not that of drawing.
+  Drawing Above() const;
 
   bool InGroup() const { return !path_.empty(); }
   /// Opens a group of the current drawing; another object stays as it is.

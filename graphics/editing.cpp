@@ -152,6 +152,13 @@ void ReorderSelected(Drawing& drawing, Order order) {
   }
 }
 
+void PutSelectedBefore(Drawing& drawing, std::size_t index) {
+  const auto place = drawing.begin() + static_cast<std::ptrdiff_t>(std::min(index, drawing.size()));
+  std::stable_partition(drawing.begin(), place,
+                        [](const DrawingObject& object) { return !object.selected; });
+  std::stable_partition(place, drawing.end(), IsSelected);
+}
+
 void AlignSelected(Drawing& drawing, Alignment alignment, const Box& display) {
   const Box frame = SelectedCount(drawing) == 1 ? display : SelectionBounds(drawing);
   for (DrawingObject* object : Selected(drawing)) {

@@ -34,6 +34,8 @@ void UngroupSelected(Drawing& drawing);
 
 enum class Order { ToFront, Forward, Backward, ToBack };
 void ReorderSelected(Drawing& drawing, Order order);
+/// Puts the selected objects, in their order, in front of the one that is at `index` now.
+void PutSelectedBefore(Drawing& drawing, std::size_t index);
 
 enum class Alignment { Left, CentreX, Right, Top, CentreY, Bottom };
 /// Within the selection's box; a single object within `display`.

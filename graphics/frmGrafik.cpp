@@ -50,6 +50,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   setAcceptDrops(true);
   MakeCanvas(display);
   MakePanels();
+  MakeObjectList();
   MakeStatusBar();
   MakeTools();
   MakeMenus();
@@ -69,6 +70,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   sendTimer_.SetHandler([this] { SendTick(); });
   OptionsChanged();
   ShowState();
+  RestoreBars();
   FitWindow();
 }
 

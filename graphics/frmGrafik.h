@@ -11,6 +11,7 @@
 
 #include "base/event_loop.h"
 #include "base/operator.h"
+#include "graphics/counting.h"
 #include "graphics/device_font.h"
 #include "graphics/draft.h"
 #include "graphics/drawing_canvas.h"
@@ -24,6 +25,7 @@
 #include "graphics/wmf.h"
 
 class QActionGroup;
+class QDockWidget;
 class QLabel;
 class QMimeData;
 class QScrollArea;
@@ -31,6 +33,8 @@ class QSlider;
 class QSpinBox;
 
 namespace kelvo {
+
+class ObjectList;
 
 /// The graphics editor. It owns the one drawing; closing the window only hides it.
 class frmGrafik : public QMainWindow {
@@ -91,6 +95,7 @@ class frmGrafik : public QMainWindow {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -103,6 +108,10 @@ class frmGrafik : public QMainWindow {
   // Building.
   void MakeCanvas(QSize display);
   void MakePanels();
+  void MakeObjectList();
+  QDockWidget* AddList(const char* name, const QString& title, QWidget* list);
+  void MakeListEntries(QMenu* view);
+  void RestoreBars();
   void MakeStatusBar();
   void MakeTools();
   void MakeMenus();
@@ -136,6 +145,7 @@ class frmGrafik : public QMainWindow {
   void TakeTool(ToolKind kind);
   void SelectUnder(Point at);
   void OpenSelected();
+  void SelectRows(const std::vector<std::size_t>& rows);
   std::optional<std::string> AskText(const std::string& proposed,
                                      const std::function<void(const std::string&)>& typed);
 
@@ -202,6 +212,7 @@ class frmGrafik : public QMainWindow {
   Timer& sendTimer_;
   Draft draft_;
   DrawingDocument document_;
+  Counting counting_;
   QTimer draftTimer_{this};
   QTimer lineTimer_{this};  // while something is being sent
   bool automaticSend_ = false;
@@ -215,6 +226,7 @@ class frmGrafik : public QMainWindow {
   TextTyping* typing_ = nullptr;
   StylePanel* style_ = nullptr;
   GeometryPanel* geometry_ = nullptr;
+  ObjectList* objects_ = nullptr;
   QLabel* lblKoordinaten = nullptr;
   QLabel* lblKosten = nullptr;
   QLabel* lblHinweis = nullptr;

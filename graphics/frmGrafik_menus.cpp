@@ -188,6 +188,7 @@ void frmGrafik::MakeViewMenu() {
   mnuGrafikRaster = Named(view->addAction(tr("Am &Raster einrasten")), "mnuGrafikRaster");
   mnuGrafikRaster->setCheckable(true);
   mnuGrafikRaster->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
+  MakeListEntries(view);
 }
 
 void frmGrafik::MakeTools() {

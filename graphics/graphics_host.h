@@ -42,6 +42,10 @@ class GraphicsHost {
   };
   /// The stored drawings, then the macros, each in the order of their records.
   virtual std::vector<StoredText> StoredTexts() const = 0;
+  /// What the editor has remembered for the next start under a name of its own; empty when nothing
+  /// is known. Remembering may fail silently: nothing of the operator's work is lost then.
+  virtual std::string Remembered(const std::string& name) const = 0;
+  virtual void Remember(const std::string& name, const std::string& value) = 0;
 };
 
 }  // namespace kelvo

@@ -45,6 +45,21 @@ class PixelMap {
   /// Unsets every pixel.
   void Clear() { pixels_.assign(pixels_.size(), 0); }
 
+  enum class Added { Nothing, NothingNew, New };
+  /// Sets what is set in a map of the same size, and tells whether that was anything, or anything
+  /// new.
+  Added Add(const PixelMap& other) {
+    unsigned any = 0;
+    unsigned fresh = 0;
+    for (std::size_t i = 0; i < pixels_.size() && i < other.pixels_.size(); ++i) {
+      const unsigned char set = other.pixels_[i];
+      any |= set;
+      fresh |= static_cast<unsigned>(set & ~pixels_[i]);
+      pixels_[i] |= set;
+    }
+    return any == 0 ? Added::Nothing : fresh == 0 ? Added::NothingNew : Added::New;
+  }
+
   bool operator==(const PixelMap&) const = default;
 
  private:

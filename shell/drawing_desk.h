@@ -11,6 +11,7 @@
 #include "graphics/graphics_host.h"
 #include "link/exchange.h"
 #include "shell/outside.h"
+#include "shell/window_memory.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
 
@@ -34,6 +35,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
     Exchange& exchange;
     TerminalState& state;
     const DeviceFonts& fonts;
+    WindowMemory& memory;
     Recordset& options;                                        ///< `Optionen`
     Recordset& defaults;                                       ///< `Default`
     std::function<int()> baudRate;                             ///< of the open port, bit/s
@@ -72,6 +74,12 @@ class DrawingDesk : public QObject, private GraphicsHost {
   TerminalTraits Terminal() const override;
   bool FensterMitZoomen() const override { return services_.fensterMitZoomen(); }
   std::vector<StoredText> StoredTexts() const override { return services_.storedTexts(); }
+  std::string Remembered(const std::string& name) const override {
+    return services_.memory.Noted(name);
+  }
+  void Remember(const std::string& name, const std::string& value) override {
+    services_.memory.Note(name, value);
+  }
 
   Services services_;
   frmGrafik editor_;

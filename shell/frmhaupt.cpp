@@ -91,8 +91,8 @@ void frmhaupt::MakePages() {
 
 void frmhaupt::MakeDrawingDesk() {
   desk_ = std::make_unique<DrawingDesk>(
-      DrawingDesk::Services{outside_, exchange_, state_, fonts_, data_.Optionen, data_.Default,
-                            [this] { return interfaces_->BaudRate(); },
+      DrawingDesk::Services{outside_, exchange_, state_, fonts_, memory_, data_.Optionen,
+                            data_.Default, [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
                               return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
                             },

@@ -9,9 +9,10 @@ class QWidget;
 
 namespace kelvo {
 
-/// Where windows were and how big, where the last file dialog was, and which drawings were used
-/// last: the tables `Fenster` and `Zuletzt`. A database without them, or one that cannot be
-/// written, remembers nothing; that is never reported, because nothing of the operator's is lost.
+/// Where windows were and how big, what they show, where the last file dialog was, and which
+/// drawings were used last: the tables `Fenster` and `Zuletzt`. A database without them, or one
+/// that cannot be written, remembers nothing; that is never reported, because nothing of the
+/// operator's is lost.
 class WindowMemory {
  public:
   static constexpr int kFiles = 8;
@@ -26,6 +27,11 @@ class WindowMemory {
   /// The folder of the last file dialog; empty when nothing is known.
   QString Folder() const;
   void NoteFolder(const QString& folder);
+
+  /// What a window has remembered of itself under a name that no window has; empty when nothing is
+  /// known.
+  std::string Noted(const std::string& name) const { return Place(name); }
+  void Note(const std::string& name, const std::string& value) { StorePlace(name, value); }
 
   /// The paths of the drawings that were used last, the newest first; at most `kFiles`.
   QStringList RecentFiles() const;

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <map>
 #include <string>
 
 #include "graphics/frmGrafik.h"
@@ -40,6 +41,15 @@ class HostModel : public GraphicsHost {
   void SaveBMPinEEProm() override { ++stores; }
   std::vector<StoredText> StoredTexts() const override { return stored; }
 
+  std::string Remembered(const std::string& name) const override {
+    const auto found = remembered.find(name);
+    return found == remembered.end() ? std::string() : found->second;
+  }
+  void Remember(const std::string& name, const std::string& value) override {
+    remembered[name] = value;
+  }
+
+  std::map<std::string, std::string> remembered;
   std::vector<StoredText> stored;
   int sends = 0;
   int news = 0;

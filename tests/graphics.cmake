@@ -14,8 +14,14 @@ kelvo_test(editing_test SOURCES editing_test.cpp tool_test.cpp LINK kelvo_graphi
 kelvo_test(wmf_test SOURCES wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
-kelvo_test(grafik_test QT SOURCES grafik_files_test.cpp grafik_group_test.cpp
-  grafik_keys_test.cpp grafik_random_test.cpp grafik_test.cpp grafik_typing_test.cpp
+kelvo_test(grafik_test QT SOURCES
+  grafik_files_test.cpp
+  grafik_group_test.cpp
+  grafik_keys_test.cpp
+  grafik_lists_test.cpp
+  grafik_random_test.cpp
+  grafik_test.cpp
+  grafik_typing_test.cpp
   LINK kelvo_graphics_page)
 target_link_libraries(grafik_test PRIVATE Qt6::Test)
 target_compile_definitions(grafik_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
