@@ -246,7 +246,8 @@ void DrawingCanvas::PaintCross(QPainter& painter) const {
 
 ToolEvent DrawingCanvas::EventAt(const QMouseEvent& event) const {
   return {ToDrawing(event.position()), event.modifiers().testFlag(Qt::ShiftModifier),
-          event.modifiers().testFlag(Qt::ControlModifier)};
+          event.modifiers().testFlag(Qt::ControlModifier),
+          event.modifiers().testFlag(Qt::AltModifier)};
 }
 
 // The middle button, or the left one while the blank is held, moves the view.

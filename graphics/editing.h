@@ -23,6 +23,9 @@ Box SelectionBounds(const Drawing& drawing);
 /// The uppermost object whose pixels are within `tolerance` of `p`. The inside of an outline is not
 /// the outline: within a frame a rubber band can begin.
 std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, double tolerance);
+/// The next object at `p` below the selected one there, and behind the lowest the uppermost again;
+/// without a selected one the uppermost.
+std::optional<std::size_t> ObjectBelow(const Drawing& drawing, Point p, double tolerance);
 /// Whether `p` lies within the outline of a selected object.
 bool InsideSelected(const Drawing& drawing, Point p);
 

@@ -76,6 +76,18 @@ std::optional<std::size_t> ObjectAt(const Drawing& drawing, Point p, double tole
   return std::nullopt;
 }
 
+std::optional<std::size_t> ObjectBelow(const Drawing& drawing, Point p, double tolerance) {
+  std::optional<std::size_t> uppermost;
+  bool passed = false;
+  for (std::size_t i = drawing.size(); i > 0; --i) {
+    if (!Hits(drawing[i - 1], p, tolerance)) continue;
+    if (passed && !drawing[i - 1].selected) return i - 1;
+    passed = passed || drawing[i - 1].selected;
+    if (!uppermost) uppermost = i - 1;
+  }
+  return uppermost;
+}
+
 bool InsideSelected(const Drawing& drawing, Point p) {
   return std::any_of(drawing.begin(), drawing.end(), [p](const DrawingObject& object) {
     return object.selected && Inside(BoundsOf(object), p, 0);

@@ -13,7 +13,9 @@ void SelectTool::Press(const ToolEvent& event) {
   start_ = event.at;
   unselectOnRelease_.reset();
   unselectAllOnRelease_ = false;
+  selectOnRelease_.reset();
   while (surface_.InGroup() && IsBeside(event.at)) surface_.LeaveGroup();
+  if (event.alt && PressBelow(event.at)) return;
   const Drawing& drawing = surface_.Current();
   if (const auto grip = GripAt(drawing, event.at, surface_.Tolerance())) {
     grip_ = *grip;
@@ -55,6 +57,26 @@ void SelectTool::PressOnObject(std::size_t index, bool add) {
   surface_.Select(std::move(drawing));
 }
 
+// A click takes the object below; a drag moves what is selected, however much lies on it.
+bool SelectTool::PressBelow(Point at) {
+  const auto below = ObjectBelow(surface_.Current(), at, surface_.Tolerance());
+  if (!below) return false;
+  state_ = State::Pressed;
+  if (InsideSelected(surface_.Current(), at)) {
+    selectOnRelease_ = below;
+  } else {
+    PressOnObject(*below, false);
+  }
+  return true;
+}
+
+void SelectTool::SelectOnly(std::size_t index) {
+  Drawing drawing = surface_.Current();
+  SelectAll(drawing, false);
+  drawing[index].selected = true;
+  surface_.Select(std::move(drawing));
+}
+
 void SelectTool::Drag(const ToolEvent& event) {
   const bool away = std::max(std::abs(event.at.x - start_.x), std::abs(event.at.y - start_.y)) > 0;
   if (state_ == State::Pressed && away) state_ = State::Moving;
@@ -80,6 +102,8 @@ void SelectTool::Release(const ToolEvent& event) {
     Drawing drawing = surface_.Current();
     SelectInside(drawing, Band(event.at));
     surface_.Select(std::move(drawing));
+  } else if (state == State::Pressed && selectOnRelease_) {
+    SelectOnly(*selectOnRelease_);
   } else if (state == State::Pressed && (unselectOnRelease_ || unselectAllOnRelease_)) {
     Drawing drawing = surface_.Current();
     if (unselectAllOnRelease_) SelectAll(drawing, false);

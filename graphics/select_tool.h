@@ -31,6 +31,8 @@ class SelectTool : public Tool {
   bool OpenObject(std::size_t index, Point at);
   void InsertPointAt(std::size_t index, Point at);
   void PressOnObject(std::size_t index, bool add);
+  bool PressBelow(Point at);
+  void SelectOnly(std::size_t index);
   Drawing Moved(const ToolEvent& event) const;
   Box Band(Point to) const;
 
@@ -38,6 +40,7 @@ class SelectTool : public Tool {
   // A click may unselect one object, or all, but a drag of the selection may begin here as well.
   std::optional<std::size_t> unselectOnRelease_;
   bool unselectAllOnRelease_ = false;
+  std::optional<std::size_t> selectOnRelease_;  // the one below
   Point start_;
   Grip grip_;
 };

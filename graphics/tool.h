@@ -55,6 +55,7 @@ struct ToolEvent {
   Point at;
   bool shift = false;    ///< keeps a direction or a shape
   bool control = false;  ///< adds to the selection
+  bool alt = false;      ///< reaches below what is selected
 };
 
 /// What a click does: it chooses among what is there, it is all that is needed for a point or an

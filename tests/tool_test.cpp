@@ -183,6 +183,29 @@ TEST_F(SelectToolTest, ClicksAndRubberBandsSelect) {
   EXPECT_FALSE(desk_.history.CanUndo());
 }
 
+TEST_F(SelectToolTest, AltReachesWhatLiesBelow) {
+  desk_.drawing.push_back(Boxed(Kind::Rectangle, {12, 12}, {-2, -2}, true));
+  desk_.drawing.push_back(Boxed(Kind::Ellipse, {40, 40}, {2, 2}, true));
+  const ToolEvent at{{8, 8}, false, false, true};
+  const auto click = [&] {
+    desk_.tool->Press(at);
+    desk_.tool->Release(at);
+    return Selection();
+  };
+  EXPECT_EQ((desk_.Click({8, 8}), Selection()), "0001");
+  EXPECT_EQ(click(), "0010");
+  EXPECT_EQ(click(), "1000");
+  // Dragged it moves, though two lie on it; the next click goes round.
+  desk_.tool->Press(at);
+  desk_.tool->Drag({{9, 8}, false, false, true});
+  desk_.tool->Release({{9, 8}, false, false, true});
+  EXPECT_EQ(Selection(), "1000");
+  EXPECT_EQ(BoundsOf(desk_.drawing[0]), (Box{1, 0, 11, 10}));
+  EXPECT_EQ(click(), "0001");
+  desk_.Click({100, 100});
+  EXPECT_EQ(click(), "0001") << "the uppermost first";
+}
+
 TEST_F(SelectToolTest, DraggingMovesTheSelectionAsOneStep) {
   desk_.Click({5, 5}).Click({25, 5}, true);
   desk_.tool->Press({{5, 5}, false, false});
