@@ -5,6 +5,9 @@
 
 namespace kelvo {
 
+/// A moment of the calendar, UTC.
+using WallTime = std::chrono::sys_time<std::chrono::milliseconds>;
+
 /// The one event loop, seen from inside a wait.
 class EventLoop {
  public:
@@ -22,6 +25,11 @@ class EventLoop {
   virtual void WaitPaintingOnly(std::chrono::nanoseconds time) = 0;
   /// Time since an arbitrary origin; it never goes back.
   virtual std::chrono::nanoseconds Now() const = 0;
+  /// The time of the calendar, which the operator may set while the program runs.
+  virtual WallTime WallClock() const {
+    return std::chrono::time_point_cast<std::chrono::milliseconds>(
+        std::chrono::system_clock::now());
+  }
   /// True once the program is closing: every wait ends.
   virtual bool Closing() const = 0;
 };

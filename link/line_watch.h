@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "link/exchange.h"
+#include "link/traffic_record.h"
 
 namespace kelvo {
 
@@ -40,5 +41,13 @@ class LineWatch {
   std::vector<TrafficListener> traffic_;
   std::vector<Outcomes> outcomes_;
 };
+
+/// Keeps what crosses the line and what came of it in `record` from now on.
+inline void RecordTraffic(LineWatch& line, const EventLoop& loop, TrafficRecord& record) {
+  line.FollowTraffic([&](Direction direction, std::string_view characters) {
+    record.Add(loop.WallClock(), direction, characters);
+  });
+  line.FollowOutcomes([&](const Outcome& outcome) { record.Note(loop.WallClock(), outcome); });
+}
 
 }  // namespace kelvo

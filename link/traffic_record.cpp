@@ -72,6 +72,10 @@ void TrafficRecord::Mark(Number number, ReplyKind result, nanoseconds took) {
   Tell(number);
 }
 
+void TrafficRecord::Join(Number received, Number sent) {
+  Entry(received).behindSent = static_cast<std::uint32_t>(received - sent);
+}
+
 void TrafficRecord::Note(WallTime now, const Outcome& outcome) {
   auto sent = FindSent(outcome.sent);
   const bool closed = outcome.reply.kind == ReplyKind::PortClosed;
@@ -84,7 +88,7 @@ void TrafficRecord::Note(WallTime now, const Outcome& outcome) {
       At(last).direction == Direction::ToTerminal) {
     return Mark(*sent, outcome.reply.kind, outcome.took);
   }
-  Entry(last).behindSent = static_cast<std::uint32_t>(last - *sent);
+  Join(last, *sent);
   // Some waits go on after the answer, for another one.
   const nanoseconds after = std::clamp<nanoseconds>(now - lastTime_, nanoseconds(0), outcome.took);
   Mark(last, outcome.reply.kind, outcome.took - after);
@@ -107,11 +111,11 @@ bool TrafficRecord::EndsWith(const TrafficEntry& entry, std::string_view text) c
                     std::make_reverse_iterator(characters_.begin() + end));
 }
 
-std::string TrafficRecord::Characters(Number number) const {
+std::string TrafficRecord::Characters(Number number, std::size_t limit) const {
   const TrafficEntry& entry = At(number);
   const auto from =
       characters_.begin() + static_cast<std::ptrdiff_t>(entry.start - entries_.front().start);
-  return {from, from + entry.length};
+  return {from, from + static_cast<std::ptrdiff_t>(std::min<std::size_t>(entry.length, limit))};
 }
 
 std::optional<TrafficRecord::Number> TrafficRecord::Sent(Number received) const {

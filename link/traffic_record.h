@@ -9,12 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/event_loop.h"
 #include "link/exchange.h"
 
 namespace kelvo {
-
-/// A moment of the calendar, UTC.
-using WallTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
 /// One stretch of characters in one direction. What it means is made when somebody looks.
 struct TrafficEntry {
@@ -56,12 +54,15 @@ class TrafficRecord {
   /// An entry of its own, whatever stands before it; at most kLongestEntry characters.
   Number Append(WallTime time, Direction direction, std::string_view characters);
   void Mark(Number number, ReplyKind result, std::chrono::nanoseconds took);
+  /// Notes that `received` answers `sent`.
+  void Join(Number received, Number sent);
 
   /// The entries that are kept: from Begin() up to, without, End().
   Number Begin() const { return dropped_; }
   Number End() const { return dropped_ + entries_.size(); }
   const TrafficEntry& At(Number number) const { return entries_[number - dropped_]; }
-  std::string Characters(Number number) const;
+  /// Its characters, or the first `limit` of them.
+  std::string Characters(Number number, std::size_t limit = kLongestEntry) const;
   /// What was sent last before what was received; nothing when that is not kept.
   std::optional<Number> Sent(Number received) const;
   std::size_t Bytes() const { return characters_.size() + entries_.size() * sizeof(TrafficEntry); }

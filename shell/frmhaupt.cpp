@@ -47,6 +47,7 @@ frmhaupt::frmhaupt(Outside outside)
                                        [this] { return ShownChapter(); })) {
   Named(this, "frmhaupt");
   setWindowTitle(QApplication::applicationDisplayName());
+  RecordTraffic(line_, outside_.loop, record_);
   missingFonts_ = fonts_.Load(outside_.folders.program + kFontFolder);
   MakePages();
   const auto editors = Records();
@@ -151,7 +152,7 @@ void frmhaupt::MakeFrame() {
   ctlSendeanzeige->setToolTip(tr("Gefüllt, während eine Zeichnung gesendet wird"));
   ctlSendeanzeige->setAccessibleName(ctlSendeanzeige->toolTip());
   statusDisplay_->addPermanentWidget(ctlSendeanzeige);
-  traffic_ = new TrafficView(line_, outside_.person, this);
+  traffic_ = new TrafficView(record_, outside_.person, this);
   portDialog_ = new PortDialog(
       outside_, data_.Anschluss,
       [this](const std::string& device) { return DescribeDevice(device); }, this);

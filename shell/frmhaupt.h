@@ -57,6 +57,10 @@ class frmhaupt : public QMainWindow {
   /// What is kept from run to run of where things were.
   WindowMemory& Memory() { return memory_; }
 
+  enum class TrafficAt { Now, LastFailure };
+  /// Opens the window of the traffic.
+  void ShowTraffic(TrafficAt where);
+
  Q_SIGNALS:
   /// The window is seen for the first time; messages may follow.
   void FirstSeen();
@@ -162,6 +166,7 @@ class frmhaupt : public QMainWindow {
   WindowMemory memory_;
   Exchange exchange_;
   LineWatch line_;
+  TrafficRecord record_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;

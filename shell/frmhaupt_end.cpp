@@ -14,6 +14,7 @@ namespace kelvo {
 namespace {
 
 constexpr int kBesideFirst = 48;  // pixels
+constexpr char kTrafficColumns[] = "ctlVerkehr";
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string joined;
@@ -32,6 +33,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   });
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
+  memory_.RememberState(kTrafficColumns, traffic_->Columns());
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
@@ -74,6 +76,7 @@ std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
 
 void frmhaupt::RestoreWindows() {
   for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
+  traffic_->RestoreColumns(memory_.State(kTrafficColumns));
   // A second program opens beside the first one.
   if (slot_.Number() > 1) move(pos() + QPoint(kBesideFirst, kBesideFirst) * (slot_.Number() - 1));
   connect(help_.get(), &HelpDesk::WindowMade, this,

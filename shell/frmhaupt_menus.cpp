@@ -365,10 +365,13 @@ void frmhaupt::mnuOptionenAnschluesse_Click() {
 
 void frmhaupt::mnuAnsichtGrafik_Click() { desk_->Page()->cmdGrafik_Click(); }
 
-void frmhaupt::mnuAnsichtDatenverkehr_Click() {
+void frmhaupt::mnuAnsichtDatenverkehr_Click() { ShowTraffic(TrafficAt::Now); }
+
+void frmhaupt::ShowTraffic(TrafficAt where) {
   traffic_->show();
   traffic_->raise();
   traffic_->activateWindow();
+  if (where == TrafficAt::LastFailure) traffic_->ShowLastFailure();
 }
 
 void frmhaupt::mnuHilfe_Inhalt_Click() { help_->ShowContents(); }

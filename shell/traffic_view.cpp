@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,107 +12,40 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTableView>
-#include <QTime>
 
-#include "base/wire_text.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
-#include "widgets/wire_field.h"
 
 namespace kelvo {
 namespace {
+
+constexpr std::size_t kLargestFile = 100'000'000;
+constexpr char kFileFilter[] = "Text (txt) |*.txt";
+// The last entry of `cboVerkehrArt`, behind the kinds.
+constexpr int kFailures = -2;
+constexpr int kAllKinds = -1;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
-void TrafficModel::Add(Direction direction, std::string_view characters) {
-  const std::chrono::milliseconds now(QTime::currentTime().msecsSinceStartOfDay());
-  const int rows = rowCount();
-  switch (log_.ChangeBy(now, direction)) {
-    case TrafficLog::Change::Grown:
-      log_.Add(now, direction, characters);
-      Q_EMIT dataChanged(index(rows - 1, 0), index(rows - 1, ColumnCount - 1));
-      break;
-    case TrafficLog::Change::Added:
-      beginInsertRows({}, rows, rows);
-      log_.Add(now, direction, characters);
-      endInsertRows();
-      break;
-    case TrafficLog::Change::AddedAndDropped:
-      beginResetModel();
-      log_.Add(now, direction, characters);
-      endResetModel();
-      break;
-  }
-}
-
-void TrafficModel::Clear() {
-  beginResetModel();
-  log_.Clear();
-  endResetModel();
-}
-
-int TrafficModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(log_.Size());
-}
-
-int TrafficModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant TrafficModel::data(const QModelIndex& index, int role) const {
-  if (role == Qt::FontRole && (index.column() == Readable || index.column() == Hex)) {
-    return WireFont();
-  }
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
-  const TrafficEntry& entry = Entry(index.row());
-  switch (index.column()) {
-    case Time:
-      return Text(ClockText(entry.timeOfDay));
-    case Way:
-      return Text(DirectionText(entry.direction));
-    case Readable:
-      return Text(ReadableText(entry.characters));
-    case Hex:
-      return Text(HexText(entry.characters));
-    default:
-      return Text(entry.meaning);
-  }
-}
-
-QVariant TrafficModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-  const QStringList titles{tr("Zeit"), tr("Richtung"), tr("Zeichen"), tr("Hexadezimal"),
-                           tr("Bedeutung")};
-  return titles.value(section);
-}
-
-void TrafficFilter::SetFilter(const QString& text, int direction) {
-  text_ = text;
-  direction_ = direction;
-  invalidateFilter();
-}
-
-bool TrafficFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
-  const auto& model = static_cast<const TrafficModel&>(*sourceModel());
-  if (direction_ >= 0 && static_cast<int>(model.Entry(row).direction) != direction_) return false;
-  if (text_.isEmpty()) return true;
-  for (int column = TrafficModel::Readable; column < TrafficModel::ColumnCount; ++column) {
-    const QString cell = model.index(row, column, parent).data().toString();
-    if (cell.contains(text_, Qt::CaseInsensitive)) return true;
-  }
-  return false;
-}
-
-TrafficView::TrafficView(LineWatch& line, Operator& person, QWidget* parent)
-    : QWidget(parent, Qt::Window), person_(person) {
-  line.FollowTraffic([this](Direction way, std::string_view text) {
-    if (listening_) Add(way, text);
-  });
+TrafficView::TrafficView(TrafficRecord& record, Operator& person, QWidget* parent)
+    : QWidget(parent, Qt::Window), record_(record), person_(person) {
   Named(this, "frmDatenverkehr");
-  setWindowTitle(tr("Datenverkehr"));
+  lblVerkehr = Named(new QLabel, "lblVerkehr");
+  lblVerkehr->setTextFormat(Qt::PlainText);
+  auto* page = new QVBoxLayout(this);
+  page->addWidget(MakeChoice());
+  page->addWidget(MakeButtons());
+  page->addWidget(MakeTable(), 1);
+  page->addWidget(lblVerkehr);
+  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 28);
+  record_.SetListener([this](TrafficRecord::Number changed) { Follow(changed); });
+  ShowState();
+}
+
+QWidget* TrafficView::MakeTable() {
   filter_.setSourceModel(&model_);
   ctlVerkehr = Named(new QTableView, "ctlVerkehr");
   ctlVerkehr->setModel(&filter_);
@@ -122,106 +56,197 @@ TrafficView::TrafficView(LineWatch& line, Operator& person, QWidget* parent)
   ctlVerkehr->verticalHeader()->hide();
   ctlVerkehr->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
   const int em = fontMetrics().averageCharWidth();
-  for (const auto& [column, widths] : {std::pair{TrafficModel::Time, 18},
-                                       {TrafficModel::Way, 20},
-                                       {TrafficModel::Readable, 40},
-                                       {TrafficModel::Hex, 40}}) {
+  for (const auto& [column, widths] : {std::pair{TrafficModel::Time, 15},
+                                       {TrafficModel::Way, 16},
+                                       {TrafficModel::Meaning, 44},
+                                       {TrafficModel::Took, 10},
+                                       {TrafficModel::Result, 22},
+                                       {TrafficModel::Readable, 20}}) {
     ctlVerkehr->setColumnWidth(column, em * widths);
   }
   ctlVerkehr->horizontalHeader()->setStretchLastSection(true);
-  auto* page = new QVBoxLayout(this);
-  page->addWidget(MakeControls());
-  page->addWidget(ctlVerkehr, 1);
-  page->addWidget(lblVerkehr);
-  resize(em * 150, fontMetrics().lineSpacing() * 26);
+  return ctlVerkehr;
 }
 
-QWidget* TrafficView::MakeControls() {
+QWidget* TrafficView::MakeChoice() {
   auto* bar = new QWidget;
   auto* row = new QHBoxLayout(bar);
   row->setContentsMargins(0, 0, 0, 0);
   txtVerkehrFilter = Named(new QLineEdit, "txtVerkehrFilter");
   txtVerkehrFilter->setClearButtonEnabled(true);
+  cboVerkehrArt = Named(new QComboBox, "cboVerkehrArt");
+  cboVerkehrArt->addItem(tr("alles"), kAllKinds);
+  for (const auto& [kind, name] : {std::pair{TrafficKind::Query, tr("Abfragen")},
+                                   {TrafficKind::Command, tr("bestätigte Befehle")},
+                                   {TrafficKind::Plain, tr("übrige Befehle")},
+                                   {TrafficKind::Unasked, tr("unverlangt Empfangenes")}}) {
+    cboVerkehrArt->addItem(name, static_cast<int>(kind));
+  }
+  cboVerkehrArt->addItem(tr("nur Störungen"), kFailures);
   cboVerkehrRichtung = Named(new QComboBox, "cboVerkehrRichtung");
   cboVerkehrRichtung->addItem(tr("beide Richtungen"), -1);
   for (const Direction way : {Direction::ToTerminal, Direction::FromTerminal}) {
     cboVerkehrRichtung->addItem(Text(DirectionText(way)), static_cast<int>(way));
   }
-  cmdVerkehrPause = MakeButton("cmdVerkehrPause", tr("&Pause"));
+  cmdVerkehrAlles = MakeButton("cmdVerkehrAlles", tr("&Alles zeigen"),
+                               tr("Nimmt alle Filter zurück und zeigt auch, was geleert wurde."));
+  row->addWidget(LabelFor(txtVerkehrFilter, tr("&Filter:")));
+  row->addWidget(txtVerkehrFilter, 1);
+  row->addWidget(LabelFor(cboVerkehrArt, tr("&Zeigen:")));
+  row->addWidget(cboVerkehrArt);
+  row->addWidget(LabelFor(cboVerkehrRichtung, tr("&Richtung:")));
+  row->addWidget(cboVerkehrRichtung);
+  row->addWidget(cmdVerkehrAlles);
+  connect(txtVerkehrFilter, &QLineEdit::textChanged, this, &TrafficView::Choose);
+  connect(cboVerkehrArt, &QComboBox::currentIndexChanged, this, &TrafficView::Choose);
+  connect(cboVerkehrRichtung, &QComboBox::currentIndexChanged, this, &TrafficView::Choose);
+  OnClick(cmdVerkehrAlles, this, person_, &TrafficView::cmdVerkehrAlles_Click);
+  return bar;
+}
+
+QWidget* TrafficView::MakeButtons() {
+  auto* bar = new QWidget;
+  auto* row = new QHBoxLayout(bar);
+  row->setContentsMargins(0, 0, 0, 0);
+  auto* failure = MakeButton("cmdVerkehrStoerung", tr("Zur letzten S&törung"),
+                             tr("Sucht rückwärts, was nicht gelungen ist."));
+  cmdVerkehrPause = MakeButton("cmdVerkehrPause", tr("&Pause"),
+                               tr("Hält die Anzeige an; aufgezeichnet wird weiter."));
   cmdVerkehrPause->setCheckable(true);
   auto* copy = MakeButton("cmdVerkehrKopieren", tr("&Kopieren"),
                           tr("Kopiert die gewählten Zeilen, sonst alle (Strg+C)."));
-  auto* save = MakeButton("cmdVerkehrSpeichern", tr("&Speichern …"));
-  auto* clear = MakeButton("cmdVerkehrLeeren", tr("&Leeren"));
-  lblVerkehr = Named(new QLabel, "lblVerkehr");
-  row->addWidget(LabelFor(txtVerkehrFilter, tr("&Filter:")));
-  row->addWidget(txtVerkehrFilter, 1);
-  row->addWidget(LabelFor(cboVerkehrRichtung, tr("&Richtung:")));
-  row->addWidget(cboVerkehrRichtung);
-  for (QWidget* button : {cmdVerkehrPause, copy, save, clear}) row->addWidget(button);
-
-  const auto filter = [this] {
-    filter_.SetFilter(txtVerkehrFilter->text(), cboVerkehrRichtung->currentData().toInt());
-    ShowState();
-  };
-  connect(txtVerkehrFilter, &QLineEdit::textChanged, this, filter);
-  connect(cboVerkehrRichtung, &QComboBox::currentIndexChanged, this, filter);
-  connect(cmdVerkehrPause, &QPushButton::toggled, this, [this](bool on) { Listen(!on); });
+  auto* save = MakeButton("cmdVerkehrSpeichern", tr("&Speichern …"),
+                          tr("Schreibt, was gezeigt wird, in eine Textdatei."));
+  auto* open =
+      MakeButton("cmdVerkehrOeffnen", tr("&Öffnen …"), tr("Zeigt eine gespeicherte Aufzeichnung."));
+  cmdVerkehrLeitung = MakeButton("cmdVerkehrLeitung", tr("Datei s&chließen"),
+                                 tr("Zeigt wieder, was über die Leitung geht."));
+  auto* clear = MakeButton("cmdVerkehrLeeren", tr("&Leeren"),
+                           tr("Blendet aus, was bis jetzt war; es bleibt aufgezeichnet."));
+  for (QWidget* button : {failure, cmdVerkehrPause, copy, save, open, cmdVerkehrLeitung, clear}) {
+    row->addWidget(button);
+  }
+  row->addStretch();
+  OnClick(failure, this, person_, &TrafficView::cmdVerkehrStoerung_Click);
+  connect(cmdVerkehrPause, &QPushButton::toggled, this, &TrafficView::cmdVerkehrPause_Click);
   OnClick(copy, this, person_, &TrafficView::cmdVerkehrKopieren_Click);
   OnClick(save, this, person_, &TrafficView::cmdVerkehrSpeichern_Click);
+  OnClick(open, this, person_, &TrafficView::cmdVerkehrOeffnen_Click);
+  OnClick(cmdVerkehrLeitung, this, person_, &TrafficView::cmdVerkehrLeitung_Click);
   OnClick(clear, this, person_, &TrafficView::cmdVerkehrLeeren_Click);
-  connect(new QShortcut(QKeySequence::Copy, ctlVerkehr), &QShortcut::activated, copy,
-          &QPushButton::click);
+  auto* const keys =
+      new QShortcut(QKeySequence::Copy, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+  connect(keys, &QShortcut::activated, copy, &QPushButton::click);
   return bar;
 }
 
 void TrafficView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  Listen(!cmdVerkehrPause->isChecked());
+  ShowRecord();
 }
 
 void TrafficView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  Listen(false);
+  model_.Show(nullptr);  // recording costs nothing more then
 }
 
-void TrafficView::Listen(bool on) {
-  listening_ = on && isVisible();
+const TrafficRecord& TrafficView::Shown() const { return opened_ ? opened_->record : record_; }
+
+bool TrafficView::Paused() const { return cmdVerkehrPause->isChecked(); }
+
+void TrafficView::ShowRecord() {
+  model_.Show(&Shown(), from_);
+  ctlVerkehr->scrollToBottom();
   ShowState();
 }
 
-void TrafficView::Add(Direction direction, std::string_view characters) {
+void TrafficView::Follow(TrafficRecord::Number changed) {
+  if (opened_ || !isVisible()) return;
   const QScrollBar* bar = ctlVerkehr->verticalScrollBar();
   const bool atEnd = bar->value() == bar->maximum();
-  model_.Add(direction, characters);
+  model_.Follow(changed, !Paused());
   ShowState();
   if (atEnd) ctlVerkehr->scrollToBottom();
 }
 
 void TrafficView::ShowState() {
-  lblVerkehr->setText(tr("%1 von %2 Einträgen%3")
+  const bool hidden = from_ > Shown().Begin();
+  lblVerkehr->setText(tr("%1 von %2 Einträgen%3%4")
                           .arg(filter_.rowCount())
-                          .arg(model_.rowCount())
-                          .arg(cmdVerkehrPause->isChecked() ? tr(" – Pause") : QString()));
+                          .arg(Shown().End() - Shown().Begin())
+                          .arg(hidden ? tr(", ältere ausgeblendet") : QString(),
+                               Paused() ? tr(" – Pause") : QString()));
+  cmdVerkehrAlles->setEnabled(hidden || !filter_.Choice().All());
+  cmdVerkehrLeitung->setVisible(opened_.has_value());
+  cmdVerkehrPause->setVisible(!opened_);
+  if (!opened_) setWindowTitle(tr("Datenverkehr"));
 }
 
-std::string TrafficView::Lines(bool selectedOnly) const {
-  std::string lines;
+void TrafficView::Choose() {
+  const int kind = cboVerkehrArt->currentData().toInt();
+  const int way = cboVerkehrRichtung->currentData().toInt();
+  TrafficChoice choice;
+  choice.text = txtVerkehrFilter->text();
+  choice.failuresAlone = kind == kFailures;
+  if (kind >= 0) choice.kind = static_cast<TrafficKind>(kind);
+  if (way >= 0) choice.direction = static_cast<Direction>(way);
+  filter_.SetChoice(choice);
+  ShowState();
+}
+
+void TrafficView::ShowLastFailure() {
+  const auto number = LastFailure(Shown());
+  if (!number) return lblVerkehr->setText(tr("Keine Störung ist aufgezeichnet."));
+  const auto shownAt = [&] {
+    const auto row = model_.RowOf(*number);
+    return row ? filter_.mapFromSource(model_.index(*row, TrafficModel::Time)) : QModelIndex();
+  };
+  if (!shownAt().isValid()) cmdVerkehrAlles_Click();
+  model_.Grow();
+  ctlVerkehr->setCurrentIndex(shownAt());
+  ctlVerkehr->scrollTo(shownAt(), QAbstractItemView::PositionAtCenter);
+  ctlVerkehr->setFocus();
+}
+
+QByteArray TrafficView::Columns() const { return ctlVerkehr->horizontalHeader()->saveState(); }
+
+void TrafficView::RestoreColumns(const QByteArray& columns) {
+  ctlVerkehr->horizontalHeader()->restoreState(columns);
+}
+
+std::vector<TrafficRecord::Number> TrafficView::Rows(bool selectedOnly) const {
+  std::vector<TrafficRecord::Number> numbers;
   const QItemSelectionModel* selection = ctlVerkehr->selectionModel();
   for (int row = 0; row < filter_.rowCount(); ++row) {
     if (selectedOnly && !selection->isRowSelected(row, {})) continue;
-    lines += TrafficLine(model_.Entry(filter_.mapToSource(filter_.index(row, 0)).row())) + '\n';
+    numbers.push_back(model_.NumberAt(filter_.mapToSource(filter_.index(row, 0)).row()));
   }
-  return lines;
+  return numbers;
+}
+
+void TrafficView::cmdVerkehrStoerung_Click() { ShowLastFailure(); }
+
+void TrafficView::cmdVerkehrAlles_Click() {
+  txtVerkehrFilter->clear();
+  cboVerkehrArt->setCurrentIndex(0);
+  cboVerkehrRichtung->setCurrentIndex(0);
+  from_ = 0;
+  ShowRecord();
+}
+
+void TrafficView::cmdVerkehrPause_Click() {
+  if (!Paused() && !opened_) model_.Grow();
+  ShowState();
 }
 
 void TrafficView::cmdVerkehrKopieren_Click() {
-  QApplication::clipboard()->setText(Text(Lines(ctlVerkehr->selectionModel()->hasSelection())));
+  const auto rows = Rows(ctlVerkehr->selectionModel()->hasSelection());
+  QApplication::clipboard()->setText(Text(CaptureLines(Shown(), rows)));
 }
 
 void TrafficView::cmdVerkehrSpeichern_Click() {
-  const std::string lines = Lines(false);
-  const auto name = person_.SaveFile("Datenverkehr speichern", "Text (txt) |*.txt");
+  const std::string lines = std::string(kCaptureHead) + '\n' + CaptureLines(Shown(), Rows(false));
+  const auto name = person_.SaveFile("Datenverkehr speichern", kFileFilter);
   if (!name) return;
   const auto reason = WriteFile(*name, lines);
   if (!reason) return;
@@ -229,9 +254,44 @@ void TrafficView::cmdVerkehrSpeichern_Click() {
                   Icon::Exclamation);
 }
 
+void TrafficView::cmdVerkehrOeffnen_Click() {
+  const auto name = person_.OpenFile("Datenverkehr öffnen", kFileFilter);
+  if (!name) return;
+  const auto text = ReadFile(*name, kLargestFile);
+  if (!text) {
+    return person_.Message("Die Datei \"" + *name + "\" kann nicht gelesen werden.",
+                           Icon::Exclamation);
+  }
+  Capture capture = ReadCapture(*text);
+  if (capture.record.End() == 0) {
+    return person_.Message("Die Datei \"" + *name + "\" enthält keinen gespeicherten Datenverkehr.",
+                           Icon::Exclamation);
+  }
+  const std::size_t bad = capture.notUnderstood;
+  ShowFile(*name, std::move(capture));
+  if (bad == 0) return;
+  person_.Message(std::to_string(bad) + " Zeilen der Datei \"" + *name +
+                      "\" sind kein Datenverkehr und fehlen in der Anzeige.",
+                  Icon::Exclamation);
+}
+
+void TrafficView::ShowFile(const std::string& path, Capture capture) {
+  model_.Show(nullptr);  // before the one that is shown goes
+  opened_ = std::move(capture);
+  cmdVerkehrAlles_Click();
+  setWindowTitle(tr("Datenverkehr – %1").arg(QFileInfo(Text(path)).fileName()));
+}
+
+void TrafficView::cmdVerkehrLeitung_Click() {
+  model_.Show(nullptr);
+  opened_.reset();
+  from_ = 0;
+  ShowRecord();
+}
+
 void TrafficView::cmdVerkehrLeeren_Click() {
-  model_.Clear();
-  ShowState();
+  from_ = Shown().End();
+  ShowRecord();
 }
 
 }  // namespace kelvo

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QAbstractTableModel>
-#include <QSortFilterProxyModel>
+#include <QByteArray>
 #include <QWidget>
+#include <optional>
 
 #include "base/operator.h"
-#include "link/line_watch.h"
-#include "shell/traffic_log.h"
+#include "link/traffic_capture.h"
+#include "shell/traffic_model.h"
 
 class QComboBox;
 class QLabel;
@@ -16,70 +16,61 @@ class QTableView;
 
 namespace kelvo {
 
-class TrafficModel : public QAbstractTableModel {
-  Q_OBJECT
-
- public:
-  enum Column { Time, Way, Readable, Hex, Meaning, ColumnCount };
-
-  void Add(Direction direction, std::string_view characters);
-  void Clear();
-  const TrafficEntry& Entry(int row) const { return log_.At(static_cast<std::size_t>(row)); }
-
-  int rowCount(const QModelIndex& parent = {}) const override;
-  int columnCount(const QModelIndex& parent = {}) const override;
-  QVariant data(const QModelIndex& index, int role) const override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
- private:
-  TrafficLog log_;
-};
-
-class TrafficFilter : public QSortFilterProxyModel {
-  Q_OBJECT
-
- public:
-  /// Shows entries that hold `text` in any column, of one direction or (-1) of both.
-  void SetFilter(const QString& text, int direction);
-
- protected:
-  bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
-
- private:
-  QString text_;
-  int direction_ = -1;
-};
-
-/// The window "Datenverkehr": every exchange with its time, direction, characters and meaning. It
-/// listens only while it is open and not paused.
+/// The window "Datenverkehr": every entry of the record with its time, direction, meaning, what
+/// came of it and its characters. The record goes on without it; it opens on what has been. A saved
+/// capture is shown in the same way.
 class TrafficView : public QWidget {
   Q_OBJECT
 
  public:
-  TrafficView(LineWatch& line, Operator& person, QWidget* parent);
+  /// Both must outlive it, but for its own destruction; it takes the record's listener.
+  TrafficView(TrafficRecord& record, Operator& person, QWidget* parent);
+
+  /// Leads to the newest failure of what is shown, and takes away whatever hides it.
+  void ShowLastFailure();
+
+  /// How wide the columns are.
+  QByteArray Columns() const;
+  void RestoreColumns(const QByteArray& columns);
 
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
-  QWidget* MakeControls();
-  void Listen(bool on);
-  void Add(Direction direction, std::string_view characters);
+  QWidget* MakeTable();
+  QWidget* MakeChoice();
+  QWidget* MakeButtons();
+  const TrafficRecord& Shown() const;
+  bool Paused() const;
+  void ShowRecord();
+  void Follow(TrafficRecord::Number changed);
   void ShowState();
-  std::string Lines(bool selectedOnly) const;
+  void Choose();
+  void ShowFile(const std::string& path, Capture capture);
+  std::vector<TrafficRecord::Number> Rows(bool selectedOnly) const;
+  void cmdVerkehrStoerung_Click();
+  void cmdVerkehrAlles_Click();
+  void cmdVerkehrPause_Click();
   void cmdVerkehrKopieren_Click();
   void cmdVerkehrSpeichern_Click();
+  void cmdVerkehrOeffnen_Click();
+  void cmdVerkehrLeitung_Click();
   void cmdVerkehrLeeren_Click();
 
-  bool listening_ = false;
+  TrafficRecord& record_;
   Operator& person_;
+  std::optional<Capture> opened_;   // shown instead of the record
+  TrafficRecord::Number from_ = 0;  // what is before it is hidden
   TrafficModel model_;
   TrafficFilter filter_;
   QTableView* ctlVerkehr;
   QLineEdit* txtVerkehrFilter;
+  QComboBox* cboVerkehrArt;
   QComboBox* cboVerkehrRichtung;
+  QPushButton* cmdVerkehrAlles;
   QPushButton* cmdVerkehrPause;
+  QPushButton* cmdVerkehrLeitung;
   QLabel* lblVerkehr;
 };
 

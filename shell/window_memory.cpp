@@ -42,6 +42,14 @@ void WindowMemory::Remember(const QWidget& window) {
   StorePlace(window.objectName().toStdString(), window.saveGeometry().toBase64().toStdString());
 }
 
+QByteArray WindowMemory::State(const char* name) const {
+  return QByteArray::fromBase64(QByteArray::fromStdString(Place(name)));
+}
+
+void WindowMemory::RememberState(const char* name, const QByteArray& state) {
+  StorePlace(name, state.toBase64().toStdString());
+}
+
 QString WindowMemory::Folder() const { return QString::fromStdString(Place(kFolderRecord)); }
 
 void WindowMemory::NoteFolder(const QString& folder) {

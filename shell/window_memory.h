@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QStringList>
 #include <memory>
 
@@ -23,6 +24,11 @@ class WindowMemory {
   /// when nothing is known.
   bool Restore(QWidget& window) const;
   void Remember(const QWidget& window);
+
+  /// What a control tells of itself as a text of bytes, under a name that no window has; empty when
+  /// nothing is known.
+  QByteArray State(const char* name) const;
+  void RememberState(const char* name, const QByteArray& state);
 
   /// The folder of the last file dialog; empty when nothing is known.
   QString Folder() const;

@@ -1,9 +1,6 @@
-#include <QAbstractItemView>
-#include <QClipboard>
 #include <QSpinBox>
 #include <filesystem>
 
-#include "shell/traffic_log.h"
 #include "tests/window_fixture.h"
 #include "widgets/data_control.h"
 
@@ -155,35 +152,6 @@ TEST_F(MainWindowTest, BusAddressIsSelected) {
   EXPECT_EQ(Written(), "←!A255;");
 }
 
-TEST_F(MainWindowTest, TrafficIsShownOnlyWhileItsWindowIsOpen) {
-  Start();
-  terminal.Answer("\x1b?A", "?A5;");
-  Click("cmdGetAdresse");
-  auto& table = Find<QAbstractItemView>("ctlVerkehr");
-  EXPECT_EQ(table.model()->rowCount(), 0);
-  Trigger("mnuAnsichtDatenverkehr");
-  Click("cmdGetAdresse");
-  ASSERT_EQ(table.model()->rowCount(), 2);
-  EXPECT_EQ(table.model()->index(0, 4).data().toString(), QStringLiteral("Adresse abfragen"));
-  EXPECT_EQ(table.model()->index(1, 3).data().toString(), QStringLiteral("3F 41 35 3B"));
-  Click("cmdVerkehrPause");
-  Click("cmdGetAdresse");
-  Type("txtVerkehrFilter", "3f");
-  EXPECT_EQ(table.model()->rowCount(), 2);
-  Type("txtVerkehrFilter", "Antwort");
-  EXPECT_EQ(table.model()->rowCount(), 1);
-  Click("cmdVerkehrKopieren");
-  EXPECT_TRUE(QApplication::clipboard()->text().contains(QStringLiteral("?A5;")));
-  person.file = folder.Path("traffic.txt");
-  Type("txtVerkehrFilter", "");
-  Click("cmdVerkehrSpeichern");
-  const std::string saved = testing_world::ReadFile(*person.file);
-  EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 2);
-  person.file = folder.Path("no/such/folder.txt");
-  Click("cmdVerkehrSpeichern");
-  EXPECT_NE(person.LastMessage().find("nicht geschrieben"), std::string::npos);
-}
-
 TEST_F(MainWindowTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {
   Start();
   QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [&] { loop.closing = true; });
@@ -221,29 +189,6 @@ TEST_F(MainWindowTest, TextModeIsSavedAsAMacroAndASentTextBlanksTheSystemInforma
   Find<QPlainTextEdit>("lblSysInfo").setPlainText(QStringLiteral("alt"));
   Click("cmdSenden_1");
   EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
-}
-
-TEST(TrafficLogTest, CharactersCloseTogetherAreOneEntryAndOldOnesAreDropped) {
-  TrafficLog log;
-  log.Add(milliseconds(0), Direction::ToTerminal, "\x1b?V");
-  log.Add(milliseconds(5), Direction::FromTerminal, "2.");
-  log.Add(milliseconds(30), Direction::FromTerminal, "1;");
-  EXPECT_EQ(log.At(1).characters, "2.1;");
-  EXPECT_EQ(log.At(1).meaning, "Antwort: Version abfragen");
-  const std::pair<const char*, const char*> answers[] = {{"k", "Antwort: Version abfragen"},
-                                                         {"\x06", "angenommen (ACK)"},
-                                                         {"\x15", "abgelehnt (NAK)"}};
-  auto time = milliseconds(30);
-  for (const auto& [answer, meaning] : answers) {
-    log.Add(time += milliseconds(41), Direction::FromTerminal, answer);
-    EXPECT_EQ(log.At(log.Size() - 1).meaning, meaning);
-  }
-  EXPECT_EQ(log.Size(), 5u);
-  EXPECT_EQ(ClockText(milliseconds(3723004)), "01:02:03.004");
-  for (std::size_t i = 0; i < 2 * TrafficLog::kCapacity; ++i) {
-    log.Add(milliseconds(1000), Direction::ToTerminal, "\x1bR");
-    ASSERT_LE(log.Size(), TrafficLog::kCapacity);
-  }
 }
 
 }  // namespace

@@ -20,11 +20,7 @@ WallTime At(nanoseconds time) { return WallTime(std::chrono::duration_cast<milli
 // The traffic of a real exchange, in virtual time.
 class TrafficRecordTest : public testing::Test, public testing_world::ExchangeWorld {
  protected:
-  TrafficRecordTest() {
-    watch.FollowTraffic(
-        [this](Direction way, std::string_view text) { record.Add(At(loop.Now()), way, text); });
-    watch.FollowOutcomes([this](const Outcome& outcome) { record.Note(At(loop.Now()), outcome); });
-  }
+  TrafficRecordTest() { RecordTraffic(watch, loop, record); }
   // "characters:result:milliseconds" of the newest entry with a result, and of its question.
   std::string Result() const {
     auto number = record.End() - 1;

@@ -69,6 +69,9 @@ class VirtualLoop : public EventLoop {
   /// Called when receive events may be raised again.
   Action onReleased;
   nanoseconds Now() const override { return now_; }
+  WallTime WallClock() const override {
+    return WallTime(std::chrono::duration_cast<milliseconds>(now_));
+  }
   bool Closing() const override { return closing; }
 
   bool closing = false;
