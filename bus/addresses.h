@@ -1,12 +1,10 @@
 #pragma once
 
+#include "link/addresses.h"
+
 namespace kelvo {
 
 /// Addresses on the bus are 0 up to this one.
 inline constexpr int kLastBusAddress = 255;
-/// Reaches every Terminal, so that all answer at once when they are asked there.
-inline constexpr int kAllAddresses = 255;
-/// Selected at the end of every transfer, so that nobody listens any more.
-inline constexpr int kClosingAddress = 254;
 
 }  // namespace kelvo

@@ -1,0 +1,141 @@
+#include "link/line_state.h"
+
+#include <algorithm>
+
+#include "base/val.h"
+#include "link/addresses.h"
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+constexpr std::size_t kLongestVersion = 40;
+constexpr std::string_view kDigits = "0123456789";
+
+// A text that is collected by time has its end mark still.
+std::string_view Values(const Outcome& outcome) {
+  std::string_view text = outcome.reply.text;
+  if (text.starts_with(outcome.sent)) text.remove_prefix(outcome.sent.size());
+  return text.substr(0, text.find(kEndMark));
+}
+
+// A Terminal may repeat the question's letters in front of the number.
+std::optional<int> AddressIn(std::string_view reply) {
+  const std::size_t digit = reply.find_first_of(kDigits);
+  if (digit == std::string_view::npos) return std::nullopt;
+  const std::string_view number = reply.substr(digit);
+  if (number.find_first_not_of(kDigits) != std::string_view::npos) return std::nullopt;
+  const double value = Val(number);
+  return value < kAllAddresses ? std::optional(static_cast<int>(value)) : std::nullopt;
+}
+
+bool LooksLikeVersion(std::string_view reply) {
+  return !reply.empty() && reply.size() <= kLongestVersion &&
+         kDigits.find(reply.front()) != std::string_view::npos;
+}
+
+}  // namespace
+
+LineState::LineState(LineWatch& line, const EventLoop& loop, const Exchange& exchange)
+    : loop_(loop), exchange_(exchange) {
+  line.FollowTraffic([this](Direction direction, std::string_view characters) {
+    if (direction == Direction::ToTerminal) Sent(characters);
+  });
+  line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
+}
+
+void LineState::PortIs(int number) {
+  if (number != 0) {
+    // Behind another port, or a device that was away, are other Terminals perhaps.
+    if (lost_ || number != lastPort_) {
+      trace_.Forget();
+      Anew();
+    }
+    lastPort_ = number;
+    lost_ = false;
+  }
+  if (number != port_) failure_.reset();
+  port_ = number;
+  Changed();
+}
+
+void LineState::PortLost() {
+  port_ = 0;
+  lost_ = true;
+  trace_.Forget();
+  Anew();
+  Changed();
+}
+
+void LineState::Anew() {
+  version_.clear();
+  answered_.reset();
+  unanswered_ = 0;
+}
+
+void LineState::Sent(std::string_view characters) {
+  const std::optional<int> before = trace_.Address();
+  const auto change = trace_.Sent(characters);
+  if (change == ListenerTrace::Change::None) return;
+  // To select once more who has just answered is no reason to doubt them.
+  const bool same = before && before == trace_.Address() && !trace_.Nobody() && unanswered_ == 0;
+  if (!same) Anew();
+  Changed();
+}
+
+void LineState::Settle(const Outcome& outcome) {
+  if (outcome.reply.kind == ReplyKind::PortClosed) return;
+  const CommandRow* const asked = LastCommand(outcome.sent);
+  if (outcome.reply.kind == ReplyKind::Silent) {
+    // What has no answer proves nothing by silence.
+    if (asked == nullptr || asked->answer == Answer::None) return;
+    ++unanswered_;
+  } else {
+    NoteAnswer(outcome, asked != nullptr ? asked->name : CommandName::Restart);
+  }
+  if (outcome.reply.Failed()) {
+    failure_ = {outcome.reply.kind, std::string(outcome.sent), outcome.reply.received};
+  }
+  Changed();
+}
+
+void LineState::NoteAnswer(const Outcome& outcome, CommandName asked) {
+  answered_ = loop_.Now();
+  unanswered_ = 0;
+  const ReplyKind kind = outcome.reply.kind;
+  clear_ = kind == ReplyKind::Answered || kind == ReplyKind::Refused;
+  if (kind != ReplyKind::Answered) return;
+  const std::string_view values = Values(outcome);
+  if (asked == CommandName::AskVersion && LooksLikeVersion(values)) version_ = values;
+  if (asked != CommandName::AskAddress || trace_.Address() == kAllAddresses) return;
+  const auto address = AddressIn(values);
+  if (address) trace_.Told(*address);
+}
+
+Listening LineState::Listens() const {
+  if (!trace_.Address()) return Listening::Unknown;
+  if (trace_.Nobody()) return answered_ ? Listening::Unknown : Listening::Nobody;
+  const int address = *trace_.Address();
+  if (address == kAllAddresses) return Listening::All;
+  const bool vain = unanswered_ > 0 || address == kClosingAddress;
+  return vain && !answered_ ? Listening::Nobody : Listening::One;
+}
+
+Answering LineState::Answers() const {
+  if (port_ == 0) return lost_ ? Answering::Lost : Answering::Disconnected;
+  if (exchange_.LineHeld()) return Answering::Held;
+  if (unanswered_ > 0) return Answering::Silent;
+  if (!answered_) return Answering::NotAsked;
+  return clear_ ? Answering::Answered : Answering::Unclear;
+}
+
+std::chrono::seconds LineState::SinceAnswer() const {
+  return std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() -
+                                                          answered_.value_or(loop_.Now()));
+}
+
+void LineState::Changed() const {
+  if (listener_) listener_();
+}
+
+}  // namespace kelvo

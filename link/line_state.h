@@ -1,0 +1,86 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "link/line_watch.h"
+#include "link/listener_trace.h"
+
+namespace kelvo {
+
+/// Who hears what is sent now.
+enum class Listening : std::uint8_t { Unknown, Nobody, One, All };
+/// How it stands with the answer.
+enum class Answering : std::uint8_t {
+  Disconnected,
+  Lost,  ///< the device has gone
+  Held,
+  NotAsked,
+  Answered,
+  Unclear,  ///< something came, but no whole answer
+  Silent,
+};
+
+/// The last question or acknowledged command that failed.
+struct LineFailure {
+  ReplyKind kind = ReplyKind::Silent;
+  std::string sent;
+  std::string received{};
+};
+
+/// What is known of the line and of who listens: all of it from what is exchanged anyway, whoever
+/// sends it. Nothing is asked for it.
+class LineState {
+ public:
+  LineState(LineWatch& line, const EventLoop& loop, const Exchange& exchange);
+  LineState(const LineState&) = delete;
+  LineState& operator=(const LineState&) = delete;
+
+  /// Told when any of this may have changed, except for the time that passes.
+  void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
+
+  /// The number of the port that is open; 0 for none.
+  void PortIs(int number);
+  /// Its device has gone; the port is closed.
+  void PortLost();
+
+  Listening Listens() const;
+  /// The address selected last, if it is known: where Nobody listens, the one under which nobody
+  /// does.
+  std::optional<int> Address() const { return trace_.Address(); }
+  /// What the Terminal that listens has said to "?V"; a wire text, empty until it did.
+  const std::string& Version() const { return version_; }
+  Answering Answers() const;
+  /// Time since the last answer of the Terminal that listens; only where there was one.
+  std::chrono::seconds SinceAnswer() const;
+  /// Questions and acknowledged commands since then to which nothing came.
+  int Unanswered() const { return unanswered_; }
+  /// Of everything that failed since the port was opened.
+  const std::optional<LineFailure>& LastFailure() const { return failure_; }
+
+ private:
+  void Sent(std::string_view characters);
+  void Settle(const Outcome& outcome);
+  void NoteAnswer(const Outcome& outcome, CommandName asked);
+  void Anew();
+  void Changed() const;
+
+  const EventLoop& loop_;
+  const Exchange& exchange_;
+  ListenerTrace trace_;
+  int port_ = 0;
+  int lastPort_ = 0;
+  bool lost_ = false;
+  std::string version_;
+  std::optional<std::chrono::nanoseconds> answered_;
+  bool clear_ = true;  // the last answer was whole
+  int unanswered_ = 0;
+  std::optional<LineFailure> failure_;
+  std::function<void()> listener_;
+};
+
+}  // namespace kelvo
