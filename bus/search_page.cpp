@@ -142,6 +142,7 @@ void SearchPage::ConnectControls() {
       model_, &TerminalListModel::Refused, this,
       [&person](const QString& reason) { person.Message(reason.toStdString(), Icon::Exclamation); },
       Qt::QueuedConnection);
+  connect(model_, &TerminalListModel::dataChanged, this, &SearchPage::StoredChanged);
   connect(ctlDovuListe->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) { RowChosen(current.row()); });
 }
@@ -154,6 +155,7 @@ void SearchPage::Refresh() {
   SelectCurrent();
   selecting_ = false;
   txtmaxDovu->selectAll();  // what is typed replaces it
+  Q_EMIT StoredChanged();
 }
 
 void SearchPage::SelectCurrent() {

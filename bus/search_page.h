@@ -45,6 +45,8 @@ class SearchPage : public QWidget {
   void Refresh();
 
  Q_SIGNALS:
+  /// The stored Terminals have been read again, or one has been changed.
+  void StoredChanged();
   /// The operator has moved to the stored Terminal of this address.
   void AddressChosen(int address);
   /// The drawing is to be sent to the stored Terminals.

@@ -106,8 +106,8 @@ QWidget* MacroPage::MakeRunning() {
   lblMakroHinweis->setWordWrap(true);
   lblMakroHinweis->hide();
   cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
-                            tr("Führt das Makro dieser Nummer im Terminal aus (F5)."));
-  AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F5));
+                            tr("Führt das Makro dieser Nummer im Terminal aus (F7)."));
+  AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F7));
   cmdClearMakro = MakeButton("cmdClearMakro", tr("Makro &löschen"),
                              tr("Löscht das Makro dieser Nummer im EEPROM, ohne nachzufragen."));
   AddRow(form, tr("Nummer im Te&rminal:"), txtMakroNrDisplay, tr("0 … 255"));

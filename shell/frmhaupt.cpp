@@ -3,8 +3,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QSpinBox>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -15,6 +13,7 @@
 #include "help/help_desk.h"
 #include "interfaces/raw_command.h"
 #include "shell/drawing_desk.h"
+#include "shell/head_strip.h"
 #include "shell/port_dialog.h"
 #include "shell/status_display.h"
 #include "shell/traffic_view.h"
@@ -42,6 +41,7 @@ frmhaupt::frmhaupt(Outside outside)
       memory_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       line_(outside_.com1, exchange_),
+      lineState_(line_, outside_.loop, exchange_),
       receive_(outside_.com1, exchange_),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
@@ -128,7 +128,7 @@ void frmhaupt::MakeBus() {
                        [this] { return desk_->TryCreatePic(); }},
                       this);
   connect(terminals_, &SearchPage::AddressChosen, this,
-          [this](int address) { ctlUpDownAdrDovu->setValue(address); });
+          [this](int address) { head_->SetAddress(address); });
   connect(terminals_, &SearchPage::SendRequested, dovu_, &frmDovu::Open);
   connect(terminals_, &SearchPage::SearchingChanged, this,
           [this] { mnuDovuSenden->setEnabled(!terminals_->Searching()); });
@@ -145,6 +145,7 @@ void frmhaupt::MakeFrame() {
   setCentralWidget(centre);
   statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
   setStatusBar(statusDisplay_);
+  connect(statusDisplay_, &StatusDisplay::HeldChanged, this, [this] { head_->ShowState(); });
   connect(statusDisplay_, &StatusDisplay::StopWanted, this, [this] {
     if (outside_.com1.IsOpen()) outside_.com1.DiscardOutput();
   });
@@ -172,25 +173,6 @@ void frmhaupt::MakeTabs() {
        {"Willkommen", new WelcomePage},
        {"Terminals", terminals_}}};
   for (const auto& [title, page] : pages) cmdTab->addTab(new ScrolledPage(page), tr(title));
-}
-
-// A slim strip at the top edge: which Terminal of the bus listens.
-QWidget* frmhaupt::MakeAddressStrip() {
-  auto* strip = Named(new QFrame, "ctlRS485");
-  auto* row = new QHBoxLayout(strip);
-  row->setContentsMargins(0, 0, 0, 0);
-  ctlUpDownAdrDovu = Named(new QSpinBox, "ctlUpDownAdrDovu");
-  ctlUpDownAdrDovu->setRange(0, 255);
-  cmdDovuAktivieren =
-      MakeButton("cmdDovuAktivieren", tr("Terminal wählen"),
-                 tr("Von nun an hört das Terminal mit dieser Adresse (255: alle)."));
-  row->addWidget(LabelFor(ctlUpDownAdrDovu, tr("Bus-Adresse:")));
-  row->addWidget(ctlUpDownAdrDovu);
-  row->addWidget(new QLabel(tr("0 … 255")));
-  row->addWidget(cmdDovuAktivieren);
-  row->addStretch();
-  OnSend(cmdDovuAktivieren, this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
-  return strip;
 }
 
 void frmhaupt::ConnectLink() {
@@ -341,10 +323,6 @@ void frmhaupt::AskForPage() {
   });
 }
 
-void frmhaupt::cmdDovuAktivieren_Click() {
-  exchange_.SendString(SelectAddress(ctlUpDownAdrDovu->value()));
-}
-
 void frmhaupt::mnuDovuSenden_Click() { dovu_->Open(); }
 
 // What needs the port cannot begin without one. The twelve blanks have always been there.
@@ -354,28 +332,6 @@ void frmhaupt::AskForPort() {
   SetTab(Tab::Interfaces);
   raise();  // the editor may be in front
   activateWindow();
-}
-
-// The device went away. Waits have ended with the port; the handlers that waited report their own
-// failures, and this is said once.
-void frmhaupt::com1_Lost() {
-  const std::string port = interfaces_->ChosenPort();
-  interfaces_->ShowNoPort();
-  outside_.person.Notify("Die Verbindung zu " + port +
-                             " ist verloren gegangen. Bitte das Gerät wieder anschließen und den "
-                             "Anschluss auf der Seite \"Schnittstellen\" neu wählen.",
-                         Icon::Exclamation);
-}
-
-void frmhaupt::ShowPort() {
-  statusDisplay_->ShowPort(interfaces_->PortText());
-  desk_->Editor().OptionsChanged();
-}
-
-void frmhaupt::ShowTerminal() {
-  statusDisplay_->ShowTerminal(state_);
-  macros_->ShowFreeBytes();
-  desk_->Editor().OptionsChanged();
 }
 
 std::string frmhaupt::DescribePort(int number) {

@@ -16,6 +16,7 @@
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
 #include "link/exchange.h"
+#include "link/line_state.h"
 #include "link/line_watch.h"
 #include "link/receive_events.h"
 #include "settings/eeprom_page.h"
@@ -32,14 +33,13 @@
 
 class QAction;
 class QLabel;
-class QPushButton;
-class QSpinBox;
 class QTabWidget;
 class QToolButton;
 
 namespace kelvo {
 
 class DrawingDesk;
+class HeadStrip;
 class HelpDesk;
 class PortDialog;
 class StatusDisplay;
@@ -140,6 +140,7 @@ class frmhaupt : public QMainWindow {
   void ResetAll();
   void SaveAsMakro(const std::optional<std::string>& text);
   void cmdDovuAktivieren_Click();
+  void cmdVerbindungPruefen_Click();
   void mnuDateiZuletzt_Click(int index);
   void mnuBearbeitenRueckgaengig_Click();
   void mnuDovuSenden_Click();
@@ -155,6 +156,7 @@ class frmhaupt : public QMainWindow {
   void mnuHilfe_about_Click();
   void com1_Lost();
   void ShowPort();
+  void ShowStoredTerminals();
   void ShowTerminal();
   std::string DescribePort(int number);
   std::string DescribeDevice(const std::string& device);
@@ -167,6 +169,7 @@ class frmhaupt : public QMainWindow {
   Exchange exchange_;
   LineWatch line_;
   TrafficRecord record_;
+  LineState lineState_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
@@ -178,8 +181,7 @@ class frmhaupt : public QMainWindow {
   bool FensterMitZoomen_ = false;
 
   QTabWidget* cmdTab = nullptr;
-  QSpinBox* ctlUpDownAdrDovu = nullptr;
-  QPushButton* cmdDovuAktivieren = nullptr;
+  HeadStrip* head_ = nullptr;
   InterfacePage* interfaces_ = nullptr;
   StatusPage* status_ = nullptr;
   EepromPage* eeprom_ = nullptr;

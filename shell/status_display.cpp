@@ -5,7 +5,6 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "base/wire_text.h"
 #include "link/command_table.h"
 #include "widgets/form.h"
 
@@ -30,30 +29,16 @@ StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
   cmdSendenAbbrechen->setFocusPolicy(Qt::TabFocus);
   cmdSendenAbbrechen->hide();
   connect(cmdSendenAbbrechen, &QToolButton::clicked, this, &StatusDisplay::StopWanted);
-  lblTerminal = Named(new QLabel, "lblTerminal");
-  lblPort = Named(new QLabel, "lblPort");
-  lblPort->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Com 6: 19200,N,8,1  ")));
   lblLeitung = Named(new QLabel, "lblLeitung");
   lblLeitung->hide();
   addWidget(lblAktivitaet, 1);
   addPermanentWidget(lblLeitung);
   addPermanentWidget(ctlSendeFortschritt);
   addPermanentWidget(cmdSendenAbbrechen);
-  addPermanentWidget(lblTerminal);
-  addPermanentWidget(lblPort);
-  ShowTerminal({});
   connect(&progress_, &QTimer::timeout, this, &StatusDisplay::ShowProgress);
   line_.setInterval(kRefreshMilliseconds);
   connect(&line_, &QTimer::timeout, this, &StatusDisplay::ShowLine);
   exchange_.SetActivityListener([this](std::string_view command) { ShowActivity(command); });
-}
-
-void StatusDisplay::ShowPort(const QString& text) { lblPort->setText(text); }
-
-void StatusDisplay::ShowTerminal(const TerminalState& state) {
-  const QString version = QString::fromStdString(ReadableText(state.versionText)).left(20);
-  lblTerminal->setText(version.isEmpty() ? tr("Terminal: Version unbekannt")
-                                         : tr("Terminal: Version %1").arg(version));
 }
 
 void StatusDisplay::WatchLine() {
@@ -70,7 +55,11 @@ void StatusDisplay::WatchDrawing() {
 void StatusDisplay::ShowLine() {
   const std::size_t left = exchange_.CharactersToSend();
   if (drawing_) ShowDrawing(static_cast<int>(left));
-  lblLeitung->setVisible(exchange_.LineHeld());
+  const bool held = exchange_.LineHeld();
+  if (held != lblLeitung->isVisibleTo(this)) {
+    lblLeitung->setVisible(held);
+    Q_EMIT HeldChanged();
+  }
   lblLeitung->setText(
       tr("Leitung gehalten (Handshake): noch %1 Zeichen nicht abgenommen").arg(left));
   if (left == 0) line_.stop();

@@ -5,7 +5,6 @@
 #include <QTimer>
 
 #include "link/exchange.h"
-#include "terminal/terminal_state.h"
 
 class QLabel;
 class QProgressBar;
@@ -13,17 +12,14 @@ class QToolButton;
 
 namespace kelvo {
 
-/// The status bar of the main window: the port and its settings, the Terminal's version, and what
-/// is being exchanged; work longer than a second shows its progress, and a line that is held by its
-/// handshake says so.
+/// The status bar of the main window: what is being exchanged; work longer than a second shows its
+/// progress, and a line that is held by its handshake says so.
 class StatusDisplay : public QStatusBar {
   Q_OBJECT
 
  public:
   explicit StatusDisplay(Exchange& exchange, QWidget* parent = nullptr);
 
-  void ShowPort(const QString& text);
-  void ShowTerminal(const TerminalState& state);
   /// Something was handed to the line: says so while the line does not take it.
   void WatchLine();
   /// A drawing was handed to the line: shows how far it has got, and can be stopped.
@@ -32,6 +28,8 @@ class StatusDisplay : public QStatusBar {
  Q_SIGNALS:
   /// What has not left the line is not to be sent any more.
   void StopWanted();
+  /// The line is held, or is not any more.
+  void HeldChanged();
 
  private:
   void ShowLine();
@@ -43,8 +41,6 @@ class StatusDisplay : public QStatusBar {
   QLabel* lblAktivitaet;
   QProgressBar* ctlSendeFortschritt;
   QToolButton* cmdSendenAbbrechen;
-  QLabel* lblTerminal;
-  QLabel* lblPort;
   QLabel* lblLeitung;
   QTimer progress_;
   QTimer line_;

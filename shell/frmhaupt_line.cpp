@@ -1,0 +1,70 @@
+#include <QStatusBar>
+
+#include "base/val.h"
+#include "shell/drawing_desk.h"
+#include "shell/frmhaupt.h"
+#include "shell/head_strip.h"
+#include "shell/line_words.h"
+#include "shell/status_display.h"
+#include "terminal/version.h"
+#include "widgets/handlers.h"
+
+// What the main window says about the line and about who listens.
+
+namespace kelvo {
+
+QWidget* frmhaupt::MakeAddressStrip() {
+  head_ = new HeadStrip(lineState_);
+  OnSend(head_->SelectButton(), this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
+  OnSend(head_->CheckButton(), this, outside_.person, &frmhaupt::cmdVerbindungPruefen_Click);
+  lineState_.SetListener([this] { head_->ShowState(); });
+  connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);
+  ShowStoredTerminals();
+  return head_;
+}
+
+void frmhaupt::ShowStoredTerminals() {
+  const std::vector<std::string> names = data_.ctlDovuData.Column("Bezeichnung");
+  const std::vector<std::string> addresses = data_.ctlDovuData.Column("Adresse");
+  std::vector<std::pair<int, std::string>> stored;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    stored.emplace_back(static_cast<int>(Val(addresses[i])), names[i]);
+  }
+  head_->SetTerminals(std::move(stored));
+}
+
+void frmhaupt::cmdDovuAktivieren_Click() { exchange_.SendString(SelectAddress(head_->Address())); }
+
+void frmhaupt::cmdVerbindungPruefen_Click() {
+  const Reply address = exchange_.SendQuery(AskAddress());
+  const Reply version = exchange_.SendQuery(AskVersion());
+  if (!version.Failed()) NoteVersion(state_, version);
+  const std::string words = CheckWords(
+      lineState_, [this](int number) { return head_->NameOf(number); }, address, version);
+  statusBar()->showMessage(QString::fromStdString(words));
+}
+
+void frmhaupt::ShowPort() {
+  head_->ShowPort(interfaces_->PortText());
+  lineState_.PortIs(outside_.com1.IsOpen() ? interfaces_->OpenPortNumber() : 0);
+  desk_->Editor().OptionsChanged();
+}
+
+void frmhaupt::ShowTerminal() {
+  macros_->ShowFreeBytes();
+  desk_->Editor().OptionsChanged();
+}
+
+// The device went away. Waits have ended with the port; the handlers that waited report their own
+// failures, and this is said once.
+void frmhaupt::com1_Lost() {
+  const std::string port = interfaces_->ChosenPort();
+  interfaces_->ShowNoPort();
+  lineState_.PortLost();
+  outside_.person.Notify("Die Verbindung zu " + port +
+                             " ist verloren gegangen. Bitte das Gerät wieder anschließen und den "
+                             "Anschluss auf der Seite \"Schnittstellen\" neu wählen.",
+                         Icon::Exclamation);
+}
+
+}  // namespace kelvo

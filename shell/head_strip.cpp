@@ -1,0 +1,182 @@
+#include "shell/head_strip.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStyle>
+#include <QToolButton>
+
+#include "base/wire_text.h"
+#include "shell/line_words.h"
+#include "widgets/form.h"
+
+namespace kelvo {
+namespace {
+
+// So that all of it is seen in a window of 1024 points.
+constexpr int kLongestName = 14;
+constexpr int kLongestVersion = 12;
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+QFrame* Divider() {
+  auto* line = new QFrame;
+  line->setFrameStyle(QFrame::VLine | QFrame::Sunken);
+  return line;
+}
+
+// Words that give way in a window that is too narrow for them.
+class NarrowLabel : public QLabel {
+ public:
+  QSize minimumSizeHint() const override {
+    return {fontMetrics().averageCharWidth() * 2, QLabel::minimumSizeHint().height()};
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const QString words = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                          isEnabled(), words, foregroundRole());
+  }
+};
+
+QString Cut(const QString& text, int length) {
+  return text.size() <= length ? text : text.left(length - 1) + u'…';
+}
+
+}  // namespace
+
+HeadStrip::HeadStrip(const LineState& state, QWidget* parent) : QFrame(parent), state_(state) {
+  Named(this, "ctlRS485");
+  MakeControls();
+  MakeLabels();
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(LabelFor(ctlUpDownAdrDovu, tr("Adresse:")));
+  for (QWidget* part : {static_cast<QWidget*>(ctlUpDownAdrDovu), static_cast<QWidget*>(cmdDovuName),
+                        static_cast<QWidget*>(cmdDovuAktivieren)}) {
+    row->addWidget(part);
+  }
+  for (QLabel* words : {lblPort, lblHoerer, lblTerminal, lblAntwort}) {
+    row->addWidget(Divider());
+    row->addWidget(words);
+  }
+  row->addStretch();
+  row->addWidget(cmdVerbindungPruefen);
+  age_.setSingleShot(true);
+  connect(&age_, &QTimer::timeout, this, &HeadStrip::ShowAnswer);
+  ShowState();
+}
+
+void HeadStrip::MakeControls() {
+  ctlUpDownAdrDovu = Named(new QSpinBox, "ctlUpDownAdrDovu");
+  ctlUpDownAdrDovu->setRange(0, 255);
+  ctlUpDownAdrDovu->setToolTip(tr("Adresse am Bus, 0 … 255 (255: alle)"));
+  cmdDovuName = Named(new QToolButton, "cmdDovuName");
+  cmdDovuName->setArrowType(Qt::DownArrow);
+  cmdDovuName->setPopupMode(QToolButton::InstantPopup);
+  cmdDovuName->setFocusPolicy(Qt::TabFocus);
+  cmdDovuName->setMenu(new QMenu(cmdDovuName));
+  cmdDovuName->setAccessibleName(tr("Gespeicherte Terminals"));
+  cmdDovuName->setToolTip(
+      tr("Ein gespeichertes Terminal: setzt nur die Adresse ein, gesendet wird nichts."));
+  cmdDovuAktivieren =
+      MakeButton("cmdDovuAktivieren", tr("Terminal wählen"),
+                 tr("Von nun an hört das Terminal mit dieser Adresse (255: alle)."));
+  cmdVerbindungPruefen =
+      MakeButton("cmdVerbindungPruefen", tr("Verbindung prüfen"),
+                 tr("Fragt nach Adresse und Version und sagt, was herauskam (F5)."));
+  AddShortcut(cmdVerbindungPruefen, QKeySequence(Qt::Key_F5));
+}
+
+void HeadStrip::MakeLabels() {
+  lblPort = Named(new NarrowLabel, "lblPort");
+  lblHoerer = Named(new NarrowLabel, "lblHoerer");
+  lblTerminal = Named(new NarrowLabel, "lblTerminal");
+  lblAntwort = Named(new NarrowLabel, "lblAntwort");
+  for (QLabel* words : {lblPort, lblHoerer, lblTerminal, lblAntwort}) {
+    words->setTextFormat(Qt::PlainText);
+  }
+  lblPort->setToolTip(tr("Der Anschluss dieses Rechners"));
+  lblTerminal->setToolTip(tr("Version des gewählten Terminals, sobald es sie genannt hat"));
+}
+
+int HeadStrip::Address() const { return ctlUpDownAdrDovu->value(); }
+
+void HeadStrip::SetAddress(int address) { ctlUpDownAdrDovu->setValue(address); }
+
+void HeadStrip::ShowPort(const QString& text) { lblPort->setText(text); }
+
+void HeadStrip::SetTerminals(std::vector<std::pair<int, std::string>> terminals) {
+  terminals_ = std::move(terminals);
+  cmdDovuName->menu()->clear();
+  for (const auto& [address, name] : terminals_) {
+    const int number = address;
+    QString entry = Text(name).replace(u'&', tr("&&"));
+    cmdDovuName->menu()->addAction(tr("%1 (%2)").arg(entry).arg(number), this,
+                                   [this, number] { SetAddress(number); });
+  }
+  cmdDovuName->setEnabled(!terminals_.empty());
+  ShowState();
+}
+
+std::string HeadStrip::NameOf(int address) const {
+  for (const auto& [number, name] : terminals_) {
+    if (number == address) return name;
+  }
+  return {};
+}
+
+void HeadStrip::ShowState() {
+  const auto names = [this](int address) { return NameOf(address); };
+  const auto cutNames = [this](int address) {
+    return Cut(Text(NameOf(address)), kLongestName).toStdString();
+  };
+  lblHoerer->setText(Text(ListenerWords(state_, cutNames)));
+  lblHoerer->setToolTip(
+      tr("Wer hört, was gesendet wird: %1").arg(Text(ListenerWords(state_, names))));
+  const QString version = Text(ReadableText(state_.Version()));
+  lblTerminal->setText(version.isEmpty() ? tr("Version ?")
+                                         : tr("Version %1").arg(Cut(version, kLongestVersion)));
+  ShowAnswer();
+}
+
+void HeadStrip::ShowAnswer() {
+  const QString words = Text(AnswerWords(state_));
+  lblAntwort->setText(QString::fromUtf8(AnswerSign(state_.Answers())) + u' ' + words);
+  Watch();
+}
+
+// Words that nobody sees need no time.
+void HeadStrip::Watch() {
+  const auto last = AnswerWordsLast(state_);
+  const bool seen = isVisible() && !window()->isMinimized();
+  if (seen && last.count() > 0) {
+    age_.start(std::chrono::duration_cast<std::chrono::milliseconds>(last));
+  } else {
+    age_.stop();
+  }
+}
+
+void HeadStrip::showEvent(QShowEvent* event) {
+  QFrame::showEvent(event);
+  window()->installEventFilter(this);
+  ShowAnswer();
+}
+
+void HeadStrip::hideEvent(QHideEvent* event) {
+  QFrame::hideEvent(event);
+  age_.stop();
+}
+
+bool HeadStrip::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::WindowStateChange) ShowAnswer();
+  return QFrame::eventFilter(watched, event);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,94 @@
+#include <QMenu>
+#include <QSpinBox>
+#include <QTimer>
+#include <QToolButton>
+
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using std::chrono::seconds;
+
+class HeadStripTest : public WindowTest {
+ protected:
+  HeadStripTest() {
+    Sql("update Optionen set FirstRun = 0");
+    Sql("insert into DOVU values (7, 'Halle 1 Tor', 1, 1)");
+    terminal.Answer("\x1b?V", "2.10F;");
+    terminal.Answer("\x1b?A", "?A7;");
+  }
+  std::string Head() {
+    return Text("lblHoerer") + " | " + Text("lblTerminal") + " | " + Text("lblAntwort");
+  }
+  bool Ticks() { return Find("ctlRS485").findChild<QTimer*>()->isActive(); }
+  void Pass(seconds time) {
+    loop.WaitForEvent(time);
+    Find("ctlRS485").hide();
+    Find("ctlRS485").show();
+  }
+};
+
+TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
+  Start();
+  EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | ? noch nicht gefragt");
+  Find<QToolButton>("cmdDovuName").menu()->actions().at(0)->trigger();
+  EXPECT_EQ(Find<QSpinBox>("ctlUpDownAdrDovu").value(), 7);
+  EXPECT_EQ(Written(), "");
+  Click("cmdDovuAktivieren");
+  EXPECT_EQ(Head(), "Halle 1 Tor, Adresse 7 | Version ? | ? noch nicht gefragt");
+  Click("cmdVerbindungPruefen");
+  EXPECT_EQ(Written(), "←!A7;←?A←?V");
+  EXPECT_EQ(Head(), "Halle 1 Tor, Adresse 7 | Version 2.10F | ✓ hat eben geantwortet");
+  Type("Befehl", "!A9;");
+  Click("cmdSenden_0");  // without ESC it is a text
+  EXPECT_NE(Head().find("Adresse 7"), std::string::npos);
+  terminal.Answer("\x1b?V", "");
+  Click("cmdBefehlSenden");
+  Click("cmdGetVersion");
+  EXPECT_EQ(Head(), "keines gewählt | Version ? | ✗ antwortet nicht (seit 2 Befehlen)");
+  Click("cmdToolbar_0");
+  EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | ? noch nicht gefragt");
+  port.Lose();
+  EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | – getrennt, das Gerät fehlt");
+  Click("cmdClearDovuData");
+  Sql("update DOVU set Bezeichnung = 'Tor'");
+  Show(Tab::Terminals);
+  EXPECT_EQ(Find<QToolButton>("cmdDovuName").menu()->actions().at(0)->text(), "Tor (7)");
+}
+
+TEST_F(HeadStripTest, TheWordsAgeOnlyWhileTheyAreSeenAndChange) {
+  Start();
+  EXPECT_FALSE(Ticks());
+  Click("cmdVerbindungPruefen");
+  EXPECT_TRUE(Ticks());
+  Pass(seconds(8));
+  EXPECT_EQ(Text("lblAntwort"), "✓ hat vor 8 s geantwortet");
+  Pass(seconds(60));
+  EXPECT_EQ(Text("lblAntwort"), "✓ hat vor 1 min geantwortet");
+  window->hide();
+  EXPECT_FALSE(Ticks());
+  window->show();
+  EXPECT_TRUE(Ticks());
+  Pass(seconds(3600));
+  EXPECT_EQ(Text("lblAntwort"), "✓ hat vor über 1 h geantwortet");
+  EXPECT_FALSE(Ticks());
+}
+
+TEST_F(HeadStripTest, NothingIsCutOffAtAWidthOf1024) {
+  Start();
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(7);
+  Click("cmdDovuAktivieren");
+  Click("cmdVerbindungPruefen");
+  terminal.Answer("\x1b?V", "");
+  for (int i = 0; i < 6; ++i) Click("cmdGetVersion");
+  window->resize(1024, 700);
+  QApplication::processEvents();
+  EXPECT_EQ(Text("lblAntwort"), "✗ antwortet nicht (seit 12 Befehlen)");
+  for (const char* name : {"lblPort", "lblHoerer", "lblTerminal", "lblAntwort"}) {
+    EXPECT_GE(Find(name).width(), Find(name).sizeHint().width()) << name;
+  }
+}
+
+}  // namespace
+}  // namespace kelvo
