@@ -1,14 +1,8 @@
 #pragma once
 
-#include "graphics/drawing.h"
+#include "graphics/preparation.h"
 
 namespace kelvo {
-
-enum class Dithering {
-  Threshold,  ///< as the Terminal's bitmaps are made: colours below the threshold are black
-  Diffusion,  ///< the error of each pixel goes to its neighbours
-  Ordered,    ///< a fixed pattern of eight by eight
-};
 
 /// The brightness, 0..255, that the dithers make half black.
 inline constexpr int kMiddleBrightness = 128;

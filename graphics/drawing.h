@@ -1,12 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "graphics/preparation.h"
 #include "graphics/text_attributes.h"
 
 // A drawing as plain values: what the editor edits, the files hold and the Terminal is sent.
@@ -54,32 +53,6 @@ struct Box {
   bool operator==(const Box&) const = default;
 };
 
-/// red + 256 * green + 65536 * blue
-using Colour = std::uint32_t;
-constexpr Colour kWhite = 0xffffff;
-constexpr Colour kBlack = 0;
-
-/// A coloured picture, the top row first. Copies share the pixels.
-class Picture {
- public:
-  Picture() = default;
-  /// `pixels` holds width * height colours, or the picture is empty.
-  Picture(int width, int height, std::vector<Colour> pixels);
-
-  int Width() const { return width_; }
-  int Height() const { return height_; }
-  /// y counts from the top; white outside.
-  Colour At(int x, int y) const;
-  /// Row y from the top, `Width()` colours; y must lie inside.
-  const Colour* Row(int y) const;
-  bool operator==(const Picture& other) const;
-
- private:
-  int width_ = 0;
-  int height_ = 0;
-  std::shared_ptr<const std::vector<Colour>> pixels_;
-};
-
 struct DrawingObject {
   Kind kind = Kind::Group;
   PenMode penMode = PenMode::Draw;
@@ -92,7 +65,9 @@ struct DrawingObject {
   std::optional<TextAttributes> style;  ///< of a text; one that was stored without is not sent
   std::string text;                     ///< Latin-1, as the Terminal shows it
   Picture picture;                      ///< shown stretched to the box
-  std::vector<DrawingObject> members;   ///< of a group, the lowest first
+  PictureSource source;                 ///< what the picture was prepared from, if it was
+  Preparation preparation;
+  std::vector<DrawingObject> members;  ///< of a group, the lowest first
   bool operator==(const DrawingObject&) const = default;
 };
 

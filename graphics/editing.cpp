@@ -5,6 +5,8 @@
 #include <iterator>
 #include <utility>
 
+#include "graphics/prepare.h"
+
 namespace kelvo {
 
 namespace {
@@ -195,7 +197,10 @@ void MoveSelected(Drawing& drawing, int dx, int dy) {
 
 void StretchSelected(Drawing& drawing, const Box& from, const Box& to, const DeviceFonts& fonts) {
   for (DrawingObject* object : Selected(drawing)) Stretch(*object, from, to);
-  ForEachSelected(drawing, [&](DrawingObject& object) { FitText(object, fonts); });
+  ForEachSelected(drawing, [&](DrawingObject& object) {
+    FitText(object, fonts);
+    PrepareForBox(object);
+  });
 }
 
 std::vector<DrawingObject> CopySelected(const Drawing& drawing) {

@@ -49,7 +49,7 @@ void DistributeSelected(Drawing& drawing, Axis axis);
 
 void MoveSelected(Drawing& drawing, int dx, int dy);
 /// Maps the selected objects from one box to another. Texts, whose cells come in whole sizes alone,
-/// take the zoom that comes nearest.
+/// take the zoom that comes nearest; pictures are made anew from their source.
 void StretchSelected(Drawing& drawing, const Box& from, const Box& to, const DeviceFonts& fonts);
 std::vector<DrawingObject> CopySelected(const Drawing& drawing);
 /// Adds the objects on top, moved by (dx, dy), and selects them alone.

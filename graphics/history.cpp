@@ -11,7 +11,8 @@ namespace {
 bool SameButForSelection(const DrawingObject& a, const DrawingObject& b) {
   return a.kind == b.kind && a.penMode == b.penMode && a.filled == b.filled &&
          a.corner1 == b.corner1 && a.corner2 == b.corner2 && a.vertices == b.vertices &&
-         a.style == b.style && a.text == b.text && a.picture == b.picture &&
+         a.style == b.style && a.text == b.text && a.picture == b.picture && a.source == b.source &&
+         a.preparation == b.preparation &&
          std::equal(a.members.begin(), a.members.end(), b.members.begin(), b.members.end(),
                     SameButForSelection);
 }

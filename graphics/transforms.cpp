@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "graphics/painter.h"
+#include "graphics/prepare.h"
 #include "graphics/raster.h"
 
 namespace kelvo {
@@ -14,28 +15,15 @@ namespace {
 
 using PointMap = std::function<Point(Point)>;
 
-// A picture whose pixel (x, y), counted from the upper left, is that at from(x, y).
-Picture Arranged(const Picture& picture, int width, int height, const PointMap& from) {
-  std::vector<Colour> pixels;
-  pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const Point source = from({x, y});
-      pixels.push_back(picture.At(source.x, source.y));
-    }
-  }
-  return {width, height, std::move(pixels)};
-}
-
 Box Mapped(const Box& box, const PointMap& map) {
   const Point a = map({box.left, box.bottom});
   const Point b = map({box.right, box.top});
   return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
 }
 
-// Moves every point; `turn` does the same to a picture's pixels.
+// Moves every point; `turn` does the same to a picture.
 void MapSelected(Drawing& drawing, const PointMap& map,
-                 const std::function<Picture(const Picture&)>& turn) {
+                 const std::function<void(DrawingObject&)>& turn) {
   ForEachSelected(drawing, [&](DrawingObject& object) {
     if (object.kind == Kind::Group) return;
     for (Point& vertex : object.vertices) vertex = map(vertex);
@@ -48,7 +36,7 @@ void MapSelected(Drawing& drawing, const PointMap& map,
       return;
     }
     SetCorners(object, after);
-    if (object.kind == Kind::Picture) object.picture = turn(object.picture);
+    if (object.kind == Kind::Picture) turn(object);
   });
 }
 
@@ -120,12 +108,10 @@ void FlipSelected(Drawing& drawing, Axis axis) {
       [&](Point p) {
         return x ? Point{box.left + box.right - p.x, p.y} : Point{p.x, box.bottom + box.top - p.y};
       },
-      [x](const Picture& picture) {
-        const int width = picture.Width();
-        const int height = picture.Height();
-        return Arranged(picture, width, height, [=](Point p) {
-          return x ? Point{width - 1 - p.x, p.y} : Point{p.x, height - 1 - p.y};
-        });
+      [x](DrawingObject& picture) {
+        // Top and bottom change places: half a turn of what is mirrored.
+        for (int i = x ? 2 : 0; i < 2; ++i) TurnPicture(picture);
+        MirrorPicture(picture);
       });
 }
 
@@ -136,23 +122,12 @@ void TurnSelected(Drawing& drawing) {
       [&](Point p) {
         return Point{box.left + p.y - box.bottom, box.bottom + box.right - p.x};
       },
-      [](const Picture& picture) {
-        const int height = picture.Height();
-        return Arranged(picture, height, picture.Width(), [height](Point p) {
-          return Point{p.y, height - 1 - p.x};
-        });
-      });
+      TurnPicture);
 }
 
 void InvertSelected(Drawing& drawing) {
   ForEachSelected(drawing, [](DrawingObject& object) {
-    if (object.kind != Kind::Picture) return;
-    const Picture picture = object.picture;
-    std::vector<Colour> pixels;
-    for (int y = 0; y < picture.Height(); ++y) {
-      for (int x = 0; x < picture.Width(); ++x) pixels.push_back(kWhite - picture.At(x, y));
-    }
-    object.picture = Picture(picture.Width(), picture.Height(), std::move(pixels));
+    if (object.kind == Kind::Picture) InvertPicture(object);
   });
 }
 

@@ -25,6 +25,10 @@
 //   "M" version height            first record of a drawing; version 1; the display's height
 //   "G" / "E"                     a group begins / ends
 //   "T" x1 y1 x2 y2 length text   a text object with its corners and its prefixed text
+//   "S" width height              a picture's source begins; sources count from 0
+//   "D" bytes                     a part of the source that began last, packed
+//   "P" source left top right bottom turns mirrored brightness contrast dithering threshold
+//       grey invert               how the next picture record was made; threshold -1: none
 //
 // A comment of odd length has a byte 0 behind it.
 
@@ -35,6 +39,7 @@ struct WmfFile {
   std::string error;  ///< German, UTF-8; empty when all went well
 };
 
+/// Sources of pictures beyond the limits are left out, the pictures stay.
 /// The display's size in pixels gives the metafile its frame and turns y round.
 WmfFile WriteWmf(const Drawing& drawing, int displayWidth, int displayHeight);
 
@@ -46,6 +51,8 @@ struct WmfLimits {
   std::size_t pixels = std::size_t{1} << 24;
   std::size_t groupDepth = 64;
   std::size_t handles = 4096;
+  std::size_t sources = 1000;
+  std::size_t sourcePixels = std::size_t{1} << 22;  ///< of all sources together
 };
 
 /// What a picture counts against the limit: its own pixels, or those that it is stretched to.

@@ -145,12 +145,10 @@ void Canvas::Pixel(Point point, bool dark) {
   builder_.Add(std::move(object));
 }
 
-bool Canvas::Image(Point upperLeft, Point size, Picture picture) {
-  DrawingObject object;
+bool Canvas::Image(Point upperLeft, Point size, DrawingObject object) {
   object.kind = Kind::Picture;
   object.penMode = placement_.foreign ? PenMode::Draw : state_.penMode;
   SetBox(object, upperLeft, {upperLeft.x + size.x, upperLeft.y + size.y});
-  object.picture = std::move(picture);
   const std::size_t pixels = PicturePixels(object);
   if (pixels > builder_.PixelsLeft()) return false;
   builder_.CountPixels(pixels);

@@ -41,7 +41,7 @@ class Canvas {
   void Pixel(Point point, bool dark);
   /// False, and nothing drawn, when the limit of pixels is reached: those of the picture, or those
   /// that it is stretched to.
-  bool Image(Point upperLeft, Point size, Picture picture);
+  bool Image(Point upperLeft, Point size, DrawingObject picture);
   void Text(Point reference, std::string_view text);
   /// This program's own text object.
   void OwnText(Point corner1, Point corner2, std::string_view prefixedText);

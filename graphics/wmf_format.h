@@ -12,7 +12,12 @@ constexpr char kDrawingTag = 'M';
 constexpr char kGroupTag = 'G';
 constexpr char kGroupEndTag = 'E';
 constexpr char kTextTag = 'T';
+constexpr char kSourceTag = 'S';
+constexpr char kSourceDataTag = 'D';
+constexpr char kPreparationTag = 'P';
 constexpr char kFormatVersion = 1;
+
+constexpr std::size_t kSourcePartBytes = 32000;  ///< of a source in one comment
 
 constexpr unsigned kCommentEscape = 15;        ///< MFCOMMENT
 constexpr std::size_t kRecordHeaderBytes = 6;  ///< size in words (32 bit) and type

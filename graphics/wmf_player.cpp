@@ -96,7 +96,8 @@ Player::Player(Placement placement, const DeviceFonts& fonts, const WmfLimits& l
     : limits_(limits),
       builder_(limits),
       canvas_(placement, builder_, fonts),
-      tools_(limits.handles) {}
+      tools_(limits.handles),
+      sources_(limits) {}
 
 bool Player::Play(std::string_view record) {
   record_ = record;
@@ -109,7 +110,10 @@ bool Player::Play(std::string_view record) {
   } else {
     Skip("unbekannter Datensatz");
   }
-  drawn_ = drawn_ || type != U_WMR_ESCAPE;
+  if (type != U_WMR_ESCAPE) {
+    drawn_ = true;
+    sources_.Forget();
+  }
   return true;
 }
 
@@ -321,7 +325,10 @@ void Player::DrawDib(Point destination, Point size, Point source, Point sourceSi
     const int top = picture->Height() - source.y - sourceSize.y;
     *picture = Cropped(*picture, source.x, top, sourceSize.x, sourceSize.y);
   }
-  if (!canvas_.Image(destination, size, std::move(*picture))) SkipRecord();
+  DrawingObject object;
+  object.picture = std::move(*picture);
+  if (!sources_.GiveTo(object)) Skip("Vorlage eines Bildes");
+  if (!canvas_.Image(destination, size, std::move(object))) SkipRecord();
 }
 
 // ---- This program's comments ----
@@ -349,6 +356,12 @@ void Player::ReadComment(std::string_view comment) {
     builder_.EndGroup();
   } else if (tag == kTextTag) {
     ReadOwnText(payload);
+  } else if (tag == kSourceTag) {
+    sources_.Begin(payload);
+  } else if (tag == kSourceDataTag) {
+    sources_.Continue(payload);
+  } else if (tag == kPreparationTag) {
+    sources_.ReadPreparation(payload);
   }
 }
 

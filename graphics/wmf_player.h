@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graphics/wmf_canvas.h"
+#include "graphics/wmf_sources.h"
 
 namespace kelvo::wmf {
 
@@ -85,6 +86,7 @@ class Player {
   Builder builder_;
   Canvas canvas_;
   ToolTable tools_;
+  SourceReader sources_;
   std::vector<Context> saved_;
   std::vector<Point> path_;
   bool drawn_ = false;  // something besides set-up has been played

@@ -11,6 +11,7 @@
 #include "graphics/text_prefix.h"
 #include "graphics/wmf.h"
 #include "graphics/wmf_format.h"
+#include "graphics/wmf_sources.h"
 
 namespace kelvo {
 
@@ -178,6 +179,7 @@ class WmfWriter {
   // A picture without pixels becomes a white one.
   void WritePicture(const DrawingObject& object) {
     CountPixels(object);
+    for (const auto& [tag, payload] : sources_.Before(object)) WriteComment(tag, payload);
     const Picture& picture = object.picture.Width() > 0 ? object.picture : Picture(1, 1, {kWhite});
     U_BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -288,6 +290,7 @@ class WmfWriter {
   std::string records_;
   std::uint32_t largestWords_ = 0;
   std::size_t pixels_ = 0;
+  wmf::SourceWriter sources_;
 };
 
 }  // namespace

@@ -116,6 +116,10 @@ class RandomDrawings {
     }
     DrawingObject object = PictureAt(AnyPoint(), Picture(width, height, std::move(pixels)));
     if (Number(0, 2) == 0) object.corner1.x += Number(0, 30);  // stretched
+    if (Number(0, 3) == 0) {
+      object.source = PictureSource(object.picture);
+      object.preparation.turns = Number(0, 3);
+    }
     return object;
   }
 
