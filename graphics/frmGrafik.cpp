@@ -210,6 +210,9 @@ void frmGrafik::ShowState() {
   const bool selected = AnySelected(drawing);
   geometry_->ShowBox(SelectionBounds(drawing), selected);
   for (QAction* action : selectionActions_) action->setEnabled(selected);
+  const auto only = OnlySelected(drawing);
+  const bool picture = only && drawing[*only].kind == Kind::Picture;
+  for (QAction* action : pictureActions_) action->setEnabled(picture);
   mnuGrafikRueckgaengig->setEnabled(document_.CanUndo() || typing_->Active() ||
                                     (tool_ && tool_->Begun()));
   mnuGrafikWiederholen->setEnabled(document_.CanRedo() || typing_->Active());

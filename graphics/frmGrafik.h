@@ -161,6 +161,7 @@ class frmGrafik : public QMainWindow {
   void LeaveTool();
   void StepBack();
   void mnuGrafikBild_Click();
+  void mnuGrafikBildBearbeiten_Click();
   void mnuGrafikBildEEProm_Click();
   void mnuGrafikSenden_Click();
   void mnuGrafikSchliessen_Click();
@@ -193,6 +194,7 @@ class frmGrafik : public QMainWindow {
   void TakeFile(const QString& path, std::optional<Point> at);
   void InsertFile(const QString& path, std::optional<Point> at);
   void InsertImage(const QImage& image, std::optional<Point> at);
+  Colour BlackThreshold() const;
   void InsertText(const QString& text, std::optional<Point> at);
   bool InsertMime(const QMimeData& data, std::optional<Point> at);
   Point VisibleMiddle() const;
@@ -218,6 +220,7 @@ class frmGrafik : public QMainWindow {
   bool automaticSend_ = false;
   bool sendPending_ = false;
   int pasteCount_ = 0;
+  bool pictureOpen_ = false;        // its dialog is
   std::optional<Point> menuPoint_;  // where the context menu is open
   std::string path_;                // of the drawing; empty until it has one
 
@@ -238,6 +241,7 @@ class frmGrafik : public QMainWindow {
   QAction* toolAuswahl = nullptr;
   QActionGroup* tools_ = nullptr;
   std::vector<QAction*> selectionActions_;
+  std::vector<QAction*> pictureActions_;  // of one picture alone
   QAction* mnuGrafikRueckgaengig = nullptr;
   QAction* mnuGrafikWiederholen = nullptr;
   std::unique_ptr<ToolDesk> desk_;

@@ -2,7 +2,6 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLabel>
 #include <QMimeData>
 #include <QScrollArea>
@@ -13,7 +12,6 @@
 #include "base/guard.h"
 #include "graphics/frmGrafik.h"
 #include "graphics/pic_reader.h"
-#include "graphics/picture_dialog.h"
 #include "graphics/pixel_image.h"
 #include "graphics/stored_dialog.h"
 #include "graphics/wmf.h"
@@ -25,7 +23,6 @@ namespace {
 
 constexpr const char* kWmfFilter = "Vistel(WMF) |*.wmf";
 constexpr const char* kDrawingFilter = "Vistel(WMF) |*.wmf|Text (txt) |*.txt";
-constexpr int kLargestPictureSide = 20000;
 
 // What is dropped here stays where it came from, whatever the other program proposes.
 void TakeCopy(QDropEvent& event) {
@@ -40,15 +37,6 @@ bool IsTextFile(const std::string& path) {
 bool HoldsCommands(const std::string& path) {
   const auto bytes = IsTextFile(path) ? ReadFile(path, WmfLimits().fileBytes) : std::nullopt;
   return bytes && LooksLikePic(*bytes);
-}
-
-// Every kind that Qt reads here.
-std::string PictureFilter() {
-  QStringList patterns;
-  for (const QByteArray& format : QImageReader::supportedImageFormats()) {
-    patterns << QStringLiteral("*.") + QString::fromLatin1(format);
-  }
-  return "Bilder |" + patterns.join(u' ').toStdString();
 }
 
 }  // namespace
@@ -260,47 +248,7 @@ void frmGrafik::mnuGrafikSenden_Click() { SendNow(); }
 
 void frmGrafik::mnuGrafikSchliessen_Click() { close(); }
 
-// ---- Pictures ----
-
-void frmGrafik::mnuGrafikBild_Click() {
-  const auto path = person_.OpenFile("Bild einfügen", PictureFilter());
-  if (path) InsertFile(QString::fromStdString(*path), std::nullopt);
-}
-
-void frmGrafik::InsertFile(const QString& path, std::optional<Point> at) {
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
-  const QSize size = reader.size();
-  const bool tooLarge = size.width() > kLargestPictureSide || size.height() > kLargestPictureSide;
-  const QImage image = tooLarge ? QImage() : reader.read();
-  if (image.isNull()) {
-    const QString reason = tooLarge ? tr("Es ist zu groß.") : reader.errorString();
-    person_.Message(
-        tr("Das Bild konnte nicht gelesen werden:\n%1\n%2").arg(path, reason).toStdString(),
-        Icon::Exclamation);
-    return;
-  }
-  InsertImage(image, at);
-}
-
-void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
-  const auto threshold = static_cast<Colour>(
-      std::clamp<std::int64_t>(host_.Terminal().blackThreshold, 0, std::int64_t{kWhite} + 1));
-  PictureDialog dialog(image, DisplaySize(), threshold, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  DrawingObject object;
-  object.kind = Kind::Picture;
-  object.picture = dialog.Result();
-  const Point middle = at.value_or(VisibleMiddle());
-  const int left = middle.x - object.picture.Width() / 2;
-  const int bottom = middle.y - object.picture.Height() / 2;
-  SetCorners(object, {left, bottom, left + object.picture.Width() - 1,
-                      bottom + object.picture.Height() - 1});
-  Drawing drawing = document_.Current();
-  Paste(drawing, {std::move(object)}, 0, 0);
-  document_.Commit(std::move(drawing));
-}
+// ---- What others hand over ----
 
 // One object for each line that holds something, below each other.
 void frmGrafik::InsertText(const QString& text, std::optional<Point> at) {

@@ -15,7 +15,7 @@
 
 namespace kelvo {
 
-enum class Needs { Nothing, Selection };
+enum class Needs { Nothing, Selection, Picture };
 
 /// A menu entry: a name of nullptr is a separator.
 struct frmGrafik::Entry {
@@ -88,6 +88,8 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
      Needs::Selection},
     {"mnuGrafikDrehen", "Um 90° &drehen", "Ctrl+T",
      [](frmGrafik& window) { window.Edit(TurnSelected); }, Needs::Selection},
+    {"mnuGrafikBildBearbeiten", "Bild &bearbeiten …", "Ctrl+Shift+I",
+     &frmGrafik::mnuGrafikBildBearbeiten_Click, Needs::Picture},
     {"mnuGrafikInvertieren", "Bild in&vertieren", "",
      [](frmGrafik& window) { window.Edit(InvertSelected); }, Needs::Selection},
     {nullptr, "", "", nullptr, Needs::Nothing},
@@ -145,6 +147,7 @@ void frmGrafik::AddEntries(QMenu* menu, const Entry (&entries)[count]) {
       Guarded(person_, entry.name, [&] { entry.handler(*this); });
     });
     if (entry.needs == Needs::Selection) selectionActions_.push_back(action);
+    if (entry.needs == Needs::Picture) pictureActions_.push_back(action);
   }
 }
 
@@ -192,7 +195,12 @@ void frmGrafik::MakeViewMenu() {
 }
 
 void frmGrafik::MakeTools() {
-  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, *typing_);
+  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, *typing_, [this] {
+    // When the click is over.
+    QTimer::singleShot(0, this, [this] {
+      Guarded(person_, "mnuGrafikBildBearbeiten", [this] { mnuGrafikBildBearbeiten_Click(); });
+    });
+  });
   const struct {
     ToolKind kind;
     Symbol symbol;

@@ -133,13 +133,6 @@ Picture Inverted(const Picture& picture) {
   return Made(SizeOf(picture), [&](int x, int y) { return kWhite - picture.Row(y)[x]; });
 }
 
-PictureSize ForBox(const Box& box) {
-  const double pixels = static_cast<double>(box.Width()) * box.Height();
-  const double share = pixels > kMaxBoxPixels ? std::sqrt(kMaxBoxPixels / pixels) : 1;
-  const auto side = [share](int length) { return std::max(1, static_cast<int>(length * share)); };
-  return {side(box.Width()), side(box.Height())};
-}
-
 }  // namespace
 
 PictureSize CutSize(const PictureSource& source, const Preparation& preparation) {
@@ -181,9 +174,17 @@ Picture Finished(const Picture& scaled, const Preparation& preparation) {
   return picture;
 }
 
+PictureSize PreparedSize(PictureSize box) {
+  const double pixels = static_cast<double>(box.width) * box.height;
+  const double share = pixels > kMaxBoxPixels ? std::sqrt(kMaxBoxPixels / pixels) : 1;
+  const auto side = [share](int length) { return std::max(1, static_cast<int>(length * share)); };
+  return {side(box.width), side(box.height)};
+}
+
 void PrepareForBox(DrawingObject& object) {
   if (object.kind != Kind::Picture || object.source.Empty()) return;
-  const PictureSize size = ForBox(BoundsOf(object));
+  const Box box = BoundsOf(object);
+  const PictureSize size = PreparedSize({box.Width(), box.Height()});
   if (size == SizeOf(object.picture)) return;
   object.picture = Finished(Scaled(object.source, object.preparation, size), object.preparation);
 }
@@ -207,21 +208,28 @@ Picture Turned(const Picture& picture) {
   return Made(Lying(SizeOf(picture)), [&](int x, int y) { return picture.Row(last - x)[y]; });
 }
 
-void MirrorPicture(DrawingObject& object) {
-  object.picture = Mirrored(object.picture);
-  if (object.source.Empty()) return;
-  // What mirrors a turned picture turns the mirrored one the other way.
-  Preparation& preparation = object.preparation;
+// What mirrors a turned picture turns the mirrored one the other way.
+Preparation Mirrored(Preparation preparation) {
   preparation.mirrored = !preparation.mirrored;
   preparation.turns = (4 - preparation.turns) % 4;
   preparation.margins = MirroredMargins(preparation.margins);
+  return preparation;
+}
+
+Preparation Turned(Preparation preparation) {
+  preparation.turns = (preparation.turns + 1) % 4;
+  preparation.margins = TurnedMargins(preparation.margins);
+  return preparation;
+}
+
+void MirrorPicture(DrawingObject& object) {
+  object.picture = Mirrored(object.picture);
+  if (!object.source.Empty()) object.preparation = Mirrored(object.preparation);
 }
 
 void TurnPicture(DrawingObject& object) {
   object.picture = Turned(object.picture);
-  if (object.source.Empty()) return;
-  object.preparation.turns = (object.preparation.turns + 1) % 4;
-  object.preparation.margins = TurnedMargins(object.preparation.margins);
+  if (!object.source.Empty()) object.preparation = Turned(object.preparation);
 }
 
 void InvertPicture(DrawingObject& object) {

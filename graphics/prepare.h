@@ -25,8 +25,10 @@ Picture Scaled(const PictureSource& source, const Preparation& preparation, Pict
 /// The second half.
 Picture Finished(const Picture& scaled, const Preparation& preparation);
 
+/// How large the picture of a box is made: as the box, but not of more than a million pixels.
+PictureSize PreparedSize(PictureSize box);
 /// Makes the picture of an object anew for the size of its box, if it has a source and is not of
-/// that size already. A box of more than a million pixels gets a smaller picture, stretched.
+/// that size already.
 void PrepareForBox(DrawingObject& object);
 
 /// A picture in another size: each pixel is the mean of those that lie under it.
@@ -36,7 +38,11 @@ Picture Mirrored(const Picture& picture);
 /// By a quarter clockwise.
 Picture Turned(const Picture& picture);
 
-/// The same to a picture object: to its pixels and to its preparation.
+/// What makes the same picture, but mirrored or turned.
+Preparation Mirrored(Preparation preparation);
+Preparation Turned(Preparation preparation);
+
+/// To a picture object: to its pixels and to its preparation.
 void MirrorPicture(DrawingObject& object);
 void TurnPicture(DrawingObject& object);
 void InvertPicture(DrawingObject& object);

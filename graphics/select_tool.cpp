@@ -152,7 +152,8 @@ bool SelectTool::OpenObject(std::size_t index, Point at) {
   const Kind kind = surface_.Current()[index].kind;
   if (kind == Kind::Text) EditText(surface_, index, at);
   if (kind == Kind::Group) surface_.EnterGroup(index);
-  return kind == Kind::Text || kind == Kind::Group;
+  if (kind == Kind::Picture) surface_.ChangePicture();
+  return kind == Kind::Text || kind == Kind::Group || kind == Kind::Picture;
 }
 
 bool SelectTool::Open() {

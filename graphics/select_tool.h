@@ -16,7 +16,7 @@ class SelectTool : public Tool {
   void Release(const ToolEvent& event) override;
   void DoubleClick(const ToolEvent& event) override;
   /// A text: it is typed on, behind its last letter; a group: its members; a line: its first point
-  /// is picked.
+  /// is picked; a picture: its preparation.
   bool Open() override;
   void Cancel() override;
   bool Begun() const override { return state_ != State::Idle; }

@@ -49,6 +49,8 @@ class ToolSurface {
   /// Lets the operator type the text `index` of a drawing that is to become the current one, the
   /// caret near `at`. It returns at once; the drawing is committed when the typing ends.
   virtual void TypeText(Drawing drawing, std::size_t index, Point at) = 0;
+  /// Lets the operator prepare the picture that is selected anew. It returns at once.
+  virtual void ChangePicture() = 0;
 };
 
 struct ToolEvent {

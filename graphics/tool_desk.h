@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "graphics/drawing_canvas.h"
 #include "graphics/drawing_document.h"
 #include "graphics/style_panel.h"
@@ -12,8 +15,13 @@ namespace kelvo {
 class ToolDesk : public ToolSurface {
  public:
   ToolDesk(DrawingDocument& document, DrawingCanvas& canvas, StylePanel& style,
-           const DeviceFonts& fonts, TextTyping& typing)
-      : document_(document), canvas_(canvas), style_(style), fonts_(fonts), typing_(typing) {}
+           const DeviceFonts& fonts, TextTyping& typing, std::function<void()> changePicture)
+      : document_(document),
+        canvas_(canvas),
+        style_(style),
+        fonts_(fonts),
+        typing_(typing),
+        changePicture_(std::move(changePicture)) {}
 
   const Drawing& Current() const override { return document_.Current(); }
   void Show(Drawing preview) override { document_.Show(std::move(preview)); }
@@ -34,6 +42,8 @@ class ToolDesk : public ToolSurface {
     typing_.Begin(std::move(drawing), index, at);
   }
 
+  void ChangePicture() override { changePicture_(); }
+
   /// A change of the drawing is the tool's own.
   bool Commits() const { return commits_; }
   /// 1: no grid.
@@ -45,6 +55,7 @@ class ToolDesk : public ToolSurface {
   StylePanel& style_;
   const DeviceFonts& fonts_;
   TextTyping& typing_;
+  std::function<void()> changePicture_;
   int gridStep_ = 1;
   bool commits_ = false;
 };

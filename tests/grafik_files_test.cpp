@@ -63,6 +63,57 @@ TEST_F(Grafik, PicturesAreScaledAndMadeBlackAndWhite) {
   EXPECT_EQ(Objects().size(), 1U);
 }
 
+TEST_F(Grafik, APictureIsPreparedAnew) {
+  QImage image(100, 50, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  for (int y = 0; y < 50; ++y) image.setPixel(99, y, 0);  // the right edge alone is black
+  QApplication::clipboard()->setImage(image);
+  AnswerPictureDialog("cmdBildEinfuegen");
+  Do("mnuGrafikEinfuegen");
+  const Box box = BoundsOf(Objects().at(0));
+  Find<QSpinBox>("txtBreite")->setValue(10);
+  Find<QSpinBox>("txtBreite")->setValue(100);
+  EXPECT_EQ(Objects()[0].picture.At(98, 9), kWhite) << "nothing was lost on the way";
+  EXPECT_EQ(Objects()[0].picture.At(99, 9), kBlack);
+
+  const auto field = [](PictureDialog& dialog, const char* name) {
+    return dialog.findChild<QSpinBox*>(QString::fromLatin1(name));
+  };
+  const auto change = [&](PictureDialog& dialog) {
+    field(dialog, "txtRandLinks")->setValue(60);
+    EXPECT_EQ(field(dialog, "txtBildBreite")->value(), 40) << "what is left keeps its size";
+    EXPECT_EQ(field(dialog, "txtRandRechts")->maximum(), 39);
+    dialog.findChild<QPushButton*>(QStringLiteral("cmdBildDrehen"))->click();
+    EXPECT_EQ(field(dialog, "txtRandOben")->value(), 60);
+    dialog.findChild<QPushButton*>(QStringLiteral("cmdBildSpiegeln"))->click();
+  };
+  const QPoint at = Canvas()->ToWidget({box.left + 50, box.top - 20});
+  QTest::mouseDClick(Canvas(), Qt::LeftButton, {}, at);
+  AnswerPictureDialog("cmdBildEinfuegen", change);
+  QApplication::processEvents();
+  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{box.left, box.top - 39, box.left + 49, box.top}));
+  EXPECT_EQ(Objects()[0].picture.At(20, 39), kBlack) << "the right edge is below now";
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(BoundsOf(Objects()[0]), box) << "one step";
+
+  Do("mnuGrafikWiederholen");
+  Key(Qt::Key_Return);
+  AnswerPictureDialog("cmdBildEinfuegen", [&](PictureDialog& dialog) {
+    EXPECT_EQ(field(dialog, "txtRandOben")->value(), 60);
+    dialog.findChild<QPushButton*>(QStringLiteral("cmdBildZuruecksetzen"))->click();
+  });
+  QApplication::processEvents();
+  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{box.left, box.top - 49, box.left + 99, box.top}));
+  EXPECT_EQ(Objects()[0].preparation, Preparation());
+
+  Do("mnuGrafikInBild");
+  EXPECT_TRUE(Objects()[0].source.Empty());
+  const Drawing before = Objects();
+  AnswerPictureDialog("cmdBildAbbrechen", change);
+  Do("mnuGrafikBildBearbeiten");
+  EXPECT_EQ(Objects(), before);
+}
+
 TEST_F(Grafik, SavesAndLoadsTheSameDrawing) {
   DrawBoxes();
   Do("mnuGrafikAlles");

@@ -39,6 +39,8 @@ class Desk : public ToolSurface {
     Commit(std::move(next));
   }
 
+  void ChangePicture() override { ++picturesChanged; }
+
   Desk& Take(ToolKind kind) {
     tool = MakeTool(kind, *this);
     return *this;
@@ -65,6 +67,7 @@ class Desk : public ToolSurface {
   double tolerance = 1;
   DeviceFonts fonts;
   std::string asked;
+  int picturesChanged = 0;
   Point caretAt;
   std::string answer;
   std::unique_ptr<Tool> tool;
