@@ -30,6 +30,7 @@ class DrawingCanvas : public QWidget {
   /// 32700 divided by the display's side that is larger as text.
   int MaxZoom() const;
   void SetBlackThreshold(std::int64_t threshold);
+  std::int64_t BlackThreshold() const { return threshold_; }
   void SetGrid(int step, bool shown);
   void SetTool(Tool* tool, Qt::CursorShape cursor);
   void SetRubberBand(std::optional<Box> box);

@@ -224,6 +224,8 @@ void frmGrafik::MakeTools() {
        "F8"},
       {ToolKind::Eraser, Symbol::Eraser, "toolRadierer", "Ra&dierer",
        "Radierer: einzelne Punkte löschen", "F10"},
+      {ToolKind::Fill, Symbol::Fill, "toolFuellen", "&Füllen",
+       "Füllen: die zusammenhängende Fläche um den Punkt", "F11"},
   };
   auto* bar = Named(new QToolBar(tr("Werkzeuge")), "barWerkzeuge");
   tools_ = new QActionGroup(this);

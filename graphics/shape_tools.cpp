@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "graphics/editing.h"
+#include "graphics/flood_fill.h"
 #include "graphics/select_tool.h"
 
 namespace kelvo {
@@ -181,6 +182,11 @@ DrawingObject FreehandTool::Object() const {
   return object;
 }
 
+void FillTool::Press(const ToolEvent& event) {
+  auto fill = MakeFill(surface_.Pixels(), event.at, surface_.Style().penMode);
+  if (fill) surface_.Commit(WithObject(std::move(*fill)));
+}
+
 void TextTool::Release(const ToolEvent& event) {
   const auto hit = ObjectAt(surface_.Current(), event.at, 0);
   if (hit && surface_.Current()[*hit].kind == Kind::Text) return EditText(surface_, *hit, event.at);
@@ -213,6 +219,8 @@ std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface) {
       return std::make_unique<FreehandTool>(surface, PenMode::Erase);
     case ToolKind::Text:
       return std::make_unique<TextTool>(surface);
+    case ToolKind::Fill:
+      return std::make_unique<FillTool>(surface);
     case ToolKind::Select:
       break;
   }

@@ -66,6 +66,15 @@ class FreehandTool : public Tool {
   std::vector<Point> points_;  // empty: nothing begun
 };
 
+/// Fills the area that is clicked, in the colour that is drawn with.
+class FillTool : public Tool {
+ public:
+  using Tool::Tool;
+  ToolUse Use() const override { return ToolUse::Clicks; }
+  void Press(const ToolEvent& event) override;
+  void Cancel() override {}
+};
+
 /// A text begins where it is clicked; a click on a text changes that one.
 class TextTool : public Tool {
  public:

@@ -5,6 +5,7 @@
 
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
+#include "graphics/pixel_map.h"
 
 // The editor's drawing tools: small state machines between the mouse and the drawing's value.
 
@@ -46,6 +47,8 @@ class ToolSurface {
   /// How near a click must come to what is drawn, in drawing pixels.
   virtual double Tolerance() const = 0;
   virtual const DeviceFonts& Fonts() const = 0;
+  /// What the display shows of the whole drawing.
+  virtual PixelMap Pixels() const = 0;
   /// Lets the operator type the text `index` of a drawing that is to become the current one, the
   /// caret near `at`. It returns at once; the drawing is committed when the typing ends.
   virtual void TypeText(Drawing drawing, std::size_t index, Point at) = 0;
@@ -108,7 +111,7 @@ class Tool {
   ToolSurface& surface_;
 };
 
-enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Pencil, Eraser, Text };
+enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Pencil, Eraser, Text, Fill };
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface);
 
 /// Lets the operator change the text of a text object, the caret near `at`.

@@ -2,7 +2,15 @@
 
 #include <QScopedValueRollback>
 
+#include "graphics/painter.h"
+
 namespace kelvo {
+
+PixelMap ToolDesk::Pixels() const {
+  PixelMap pixels(canvas_.DisplayWidth(), canvas_.DisplayHeight());
+  PaintDrawing(pixels, document_.Whole(), fonts_, canvas_.BlackThreshold());
+  return pixels;
+}
 
 void ToolDesk::Commit(Drawing drawing) {
   const QScopedValueRollback<bool> commits(commits_, true);

@@ -38,6 +38,7 @@ class ToolDesk : public ToolSurface {
   int GridStep() const override { return gridStep_; }
   double Tolerance() const override { return canvas_.Tolerance(); }
   const DeviceFonts& Fonts() const override { return fonts_; }
+  PixelMap Pixels() const override;
   void TypeText(Drawing drawing, std::size_t index, Point at) override {
     typing_.Begin(std::move(drawing), index, at);
   }

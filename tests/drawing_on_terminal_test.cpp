@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/create_pic.h"
+#include "graphics/flood_fill.h"
 #include "graphics/painter.h"
 #include "graphics/transforms.h"
 #include "link/commands.h"
@@ -72,6 +73,53 @@ class OnTerminal : public testing::Test {
 
   std::optional<sim::Terminal> terminal_;
 };
+
+// Pixel by pixel.
+PixelMap Flooded(PixelMap pixels, int x, int y) {
+  const bool from = pixels.At(x, y);
+  std::vector<std::pair<int, int>> waiting = {{x, y}};
+  while (!waiting.empty()) {
+    std::tie(x, y) = waiting.back();
+    waiting.pop_back();
+    if (x < 0 || y < 0 || x >= kWidth || y >= kHeight || pixels.At(x, y) != from) continue;
+    pixels.Put(x, y, Ink::Invert);
+    for (const int step : {-1, 1}) {
+      waiting.push_back({x + step, y});
+      waiting.push_back({x, y + step});
+    }
+  }
+  return pixels;
+}
+
+TEST_F(OnTerminal, AFillChangesTheAreaOfThePointAlone) {
+  RandomDrawings drawings(12);
+  int pictures = 0;
+  for (int i = 0; i < 80; ++i) {
+    Drawing drawing = drawings.Next();
+    // Behind a group the pen may be another one than whoever draws next believes.
+    std::erase_if(drawing, [](const DrawingObject& object) { return object.kind == Kind::Group; });
+    PixelMap before(kWidth, kHeight);
+    PaintDrawing(before, drawing, TestFonts(), kThreshold);
+    const int x = drawings.Number(0, kWidth - 1);
+    const int row = drawings.Number(0, kHeight - 1);
+    const Point at{x, kHeight - 1 - row};
+    const bool black = before.At(x, row);
+    EXPECT_FALSE(MakeFill(before, at, black ? PenMode::Draw : PenMode::Erase)) << "no change";
+    const auto fill = MakeFill(before, at, black ? PenMode::Erase : PenMode::Draw);
+    ASSERT_TRUE(fill.has_value());
+    pictures += fill->kind == Kind::Picture ? 1 : 0;
+    drawing.push_back(*fill);
+    PixelMap shown(kWidth, kHeight);
+    PaintDrawing(shown, drawing, TestFonts(), kThreshold);
+    ASSERT_TRUE(shown == Flooded(before, x, row)) << i << "\n" << AsText(before) << AsText(shown);
+    Send("\x1bGC" + Commands(drawing, 2.1));
+    ASSERT_TRUE(terminal_->Display().Pixels() == shown) << i;
+  }
+  EXPECT_GT(pictures, 20);
+  const PixelMap blank(kWidth, kHeight);
+  EXPECT_EQ(MakeFill(blank, {3, 3}, PenMode::Draw)->kind, Kind::Rectangle) << "cheap on the line";
+  EXPECT_FALSE(MakeFill(blank, {-1, 3}, PenMode::Draw));
+}
 
 TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
   RandomDrawings drawings(11);

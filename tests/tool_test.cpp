@@ -32,6 +32,11 @@ class Desk : public ToolSurface {
   int GridStep() const override { return grid; }
   double Tolerance() const override { return tolerance; }
   const DeviceFonts& Fonts() const override { return fonts; }
+  PixelMap Pixels() const override {
+    PixelMap pixels(64, 64);
+    PaintDrawing(pixels, drawing, fonts, 1);
+    return pixels;
+  }
   void TypeText(Drawing next, std::size_t index, Point at) override {
     asked = next[index].text;
     caretAt = at;
@@ -243,6 +248,22 @@ TEST_F(SelectToolTest, EscapeGivesUpTheDragFirstAndThenTheSelection) {
 TEST_F(SelectToolTest, GripsResize) {
   desk_.Click({5, 5}).Drag({10, 10}, {15, 12});
   EXPECT_EQ(BoundsOf(desk_.drawing[0]), (Box{0, 0, 15, 12}));
+}
+
+TEST(Tools, AFillGoesUpToWhatIsDrawn) {
+  Desk desk;
+  desk.drawing = {Boxed(Kind::Ellipse, {40, 40}, {20, 20})};
+  desk.Take(ToolKind::Fill).Click({30, 30});
+  ASSERT_EQ(desk.drawing.size(), 2U);
+  EXPECT_EQ(BoundsOf(desk.drawing[1]), (Box{21, 21, 39, 39}));
+  EXPECT_TRUE(desk.drawing[1].selected);
+  desk.Click({30, 30});
+  EXPECT_EQ(desk.drawing.size(), 2U) << "nothing is left to fill";
+  desk.style.penMode = PenMode::Erase;
+  desk.Click({30, 30});
+  ASSERT_EQ(desk.drawing.size(), 3U);
+  EXPECT_EQ(BoundsOf(desk.drawing[2]), (Box{20, 20, 40, 40})) << "the outline, too, is black";
+  EXPECT_TRUE(desk.Pixels() == PixelMap(64, 64));
 }
 
 TEST(Tools, TextIsTypedWhereItIsClickedAndChangedWhereItStands) {

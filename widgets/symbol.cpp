@@ -87,6 +87,10 @@ const char* Strokes(Symbol symbol) {
              "21 20";
     case Symbol::Letter:
       return "M 5 20.5 L 12 3.5 L 19 20.5 M 7.7 14.5 L 16.3 14.5";
+    case Symbol::Fill:
+      return "M 3 13 L 11.5 4.5 L 19 12 L 10.5 20.5 Z M 11.5 4.5 L 8.5 1.5 M 3 13 L 19 12 M 21 15 "
+             "L "
+             "21 20.5";
   }
   return "";
 }

@@ -32,6 +32,7 @@ enum class Symbol {
   Pencil,
   Eraser,
   Letter,
+  Fill,
 };
 
 /// Drawn anew at each size and in the palette's present colours, so that it is sharp on every
