@@ -104,7 +104,9 @@ void frmGrafik::MakePanels() {
   geometry_ = new GeometryPanel;
   auto* panel = new QWidget;
   auto* layout = new QVBoxLayout(panel);
+  curve_ = new CurvePanel;
   layout->addWidget(geometry_);
+  layout->addWidget(curve_);
   layout->addWidget(style_);
   layout->addStretch();
   typing_ = new TextTyping(document_, *Display, *style_, fonts_);
@@ -162,6 +164,7 @@ void frmGrafik::ConnectPanels() {
   // The view follows what is dragged over its edge.
   connect(Display, &DrawingCanvas::Dragged, this,
           [this](QPoint at) { scroll_->ensureVisible(at.x(), at.y(), 8, 8); });
+  connect(curve_, &CurvePanel::Complete, Display, [this] { Display->setFocus(); });
   connect(geometry_, &GeometryPanel::Complete, Display, [this] { Display->setFocus(); });
   connect(Display, &DrawingCanvas::ZoomWanted, this,
           [this](int steps, QPointF position) { SetZoom(Display->Zoom() + steps, position); });

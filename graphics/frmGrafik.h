@@ -12,6 +12,7 @@
 #include "base/event_loop.h"
 #include "base/operator.h"
 #include "graphics/counting.h"
+#include "graphics/curve_panel.h"
 #include "graphics/device_font.h"
 #include "graphics/draft.h"
 #include "graphics/drawing_canvas.h"
@@ -228,6 +229,7 @@ class frmGrafik : public QMainWindow {
   DrawingCanvas* Display = nullptr;
   TextTyping* typing_ = nullptr;
   StylePanel* style_ = nullptr;
+  CurvePanel* curve_ = nullptr;
   GeometryPanel* geometry_ = nullptr;
   ObjectList* objects_ = nullptr;
   QLabel* lblKoordinaten = nullptr;

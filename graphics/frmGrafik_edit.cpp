@@ -46,6 +46,7 @@ void frmGrafik::TakeTool(ToolKind kind) {
   typing_->End();
   if (tool_) tool_->Leave();
   tool_ = MakeTool(kind, *desk_);
+  curve_->ShowFor(kind);
   Display->SetTool(tool_.get(), kind == ToolKind::Select ? Qt::ArrowCursor : Qt::CrossCursor);
 }
 

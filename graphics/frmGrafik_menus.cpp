@@ -195,12 +195,14 @@ void frmGrafik::MakeViewMenu() {
 }
 
 void frmGrafik::MakeTools() {
-  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, fonts_, *typing_, [this] {
+  const auto changePicture = [this] {
     // When the click is over.
     QTimer::singleShot(0, this, [this] {
       Guarded(person_, "mnuGrafikBildBearbeiten", [this] { mnuGrafikBildBearbeiten_Click(); });
     });
-  });
+  };
+  desk_ = std::make_unique<ToolDesk>(document_, *Display, *style_, *curve_, fonts_, *typing_,
+                                     changePicture);
   const struct {
     ToolKind kind;
     Symbol symbol;
@@ -215,8 +217,12 @@ void frmGrafik::MakeTools() {
        "F3"},
       {ToolKind::Rectangle, Symbol::Rectangle, "toolRechteck", "&Rechteck",
        "Rechteck (Umschalt: Quadrat)", "F4"},
+      {ToolKind::RoundedRectangle, Symbol::RoundedRectangle, "toolRundrechteck",
+       "Ab&gerundetes Rechteck", "Rechteck mit runden Ecken (Umschalt: Quadrat)", "Shift+F4"},
       {ToolKind::Ellipse, Symbol::Ellipse, "toolEllipse", "&Ellipse", "Ellipse (Umschalt: Kreis)",
        "F5"},
+      {ToolKind::Arc, Symbol::Arc, "toolBogen", "&Bogen",
+       "Bogen einer Ellipse, auch Sektor (Umschalt: Kreis)", "Shift+F5"},
       {ToolKind::Polyline, Symbol::Polyline, "toolLinienzug", "Linien&zug",
        "Linienzug (Doppelklick oder Eingabetaste beendet, Strg+Z nimmt einen Punkt zurück)", "F6"},
       {ToolKind::Text, Symbol::Letter, "toolText", "&Text", "Text", "F7"},

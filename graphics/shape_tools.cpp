@@ -73,19 +73,35 @@ void DragTool::Cancel() {
 }
 
 DrawingObject DragTool::ObjectTo(const ToolEvent& event) const {
-  const ObjectStyle style = surface_.Style();
   const Point end = Snap(event.at);
+  if (kind_ == Kind::Line) {
+    DrawingObject line;
+    line.kind = kind_;
+    line.penMode = surface_.Style().penMode;
+    line.vertices = {start_, event.shift ? Straight(start_, end) : end};
+    return line;
+  }
+  const Point corner = event.shift ? Square(start_, end) : end;
+  return ObjectIn({std::min(start_.x, corner.x), std::min(start_.y, corner.y),
+                   std::max(start_.x, corner.x), std::max(start_.y, corner.y)});
+}
+
+DrawingObject DragTool::ObjectIn(const Box& box) const {
+  const ObjectStyle style = surface_.Style();
   DrawingObject object;
   object.kind = kind_;
   object.penMode = style.penMode;
-  if (kind_ == Kind::Line) {
-    object.vertices = {start_, event.shift ? Straight(start_, end) : end};
-    return object;
-  }
-  const Point corner = event.shift ? Square(start_, end) : end;
   object.filled = style.filled;
-  SetCorners(object, {std::min(start_.x, corner.x), std::min(start_.y, corner.y),
-                      std::max(start_.x, corner.x), std::max(start_.y, corner.y)});
+  SetCorners(object, box);
+  return object;
+}
+
+DrawingObject CurveTool::ObjectIn(const Box& box) const {
+  const ObjectStyle style = surface_.Style();
+  DrawingObject object;
+  object.kind = Kind::Polyline;
+  object.penMode = style.penMode;
+  object.vertices = arc_ ? EllipseArc(box, style.curve) : RoundedRectangle(box, style.curve.radius);
   return object;
 }
 
@@ -211,6 +227,10 @@ std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface) {
       return std::make_unique<DragTool>(surface, Kind::Rectangle);
     case ToolKind::Ellipse:
       return std::make_unique<DragTool>(surface, Kind::Ellipse);
+    case ToolKind::RoundedRectangle:
+      return std::make_unique<CurveTool>(surface, false);
+    case ToolKind::Arc:
+      return std::make_unique<CurveTool>(surface, true);
     case ToolKind::Polyline:
       return std::make_unique<PolylineTool>(surface);
     case ToolKind::Pencil:

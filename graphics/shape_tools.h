@@ -18,10 +18,22 @@ class DragTool : public Tool {
  private:
   enum class State { Idle, Dragging };
   DrawingObject ObjectTo(const ToolEvent& event) const;
+  virtual DrawingObject ObjectIn(const Box& box) const;
 
   State state_ = State::Idle;
   Kind kind_;
   Point start_;
+};
+
+/// Rounded rectangles and arcs: polylines, made anew in each box that they are dragged to.
+class CurveTool : public DragTool {
+ public:
+  CurveTool(ToolSurface& surface, bool arc) : DragTool(surface, Kind::Polyline), arc_(arc) {}
+
+ private:
+  DrawingObject ObjectIn(const Box& box) const override;
+
+  bool arc_;
 };
 
 /// A point for each click, until Finish.

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 
+#include "graphics/curves.h"
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
 #include "graphics/pixel_map.h"
@@ -16,6 +17,7 @@ struct ObjectStyle {
   PenMode penMode = PenMode::Draw;
   bool filled = false;
   TextAttributes text;
+  CurveStyle curve;
 };
 
 /// What a tool sees of the editor.
@@ -111,7 +113,19 @@ class Tool {
   ToolSurface& surface_;
 };
 
-enum class ToolKind { Select, Line, Rectangle, Ellipse, Polyline, Pencil, Eraser, Text, Fill };
+enum class ToolKind {
+  Select,
+  Line,
+  Rectangle,
+  RoundedRectangle,
+  Ellipse,
+  Arc,
+  Polyline,
+  Pencil,
+  Eraser,
+  Text,
+  Fill
+};
 std::unique_ptr<Tool> MakeTool(ToolKind kind, ToolSurface& surface);
 
 /// Lets the operator change the text of a text object, the caret near `at`.

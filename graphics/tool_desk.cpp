@@ -17,6 +17,12 @@ void ToolDesk::Commit(Drawing drawing) {
   document_.Commit(std::move(drawing));
 }
 
+ObjectStyle ToolDesk::Style() const {
+  ObjectStyle style = style_.Style();
+  style.curve = curve_.Style();
+  return style;
+}
+
 void ToolDesk::EnterGroup(std::size_t index) {
   const QScopedValueRollback<bool> commits(commits_, true);
   document_.Enter(index);

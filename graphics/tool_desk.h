@@ -3,6 +3,7 @@
 #include <functional>
 #include <utility>
 
+#include "graphics/curve_panel.h"
 #include "graphics/drawing_canvas.h"
 #include "graphics/drawing_document.h"
 #include "graphics/style_panel.h"
@@ -14,11 +15,12 @@ namespace kelvo {
 /// The window's side of the tools.
 class ToolDesk : public ToolSurface {
  public:
-  ToolDesk(DrawingDocument& document, DrawingCanvas& canvas, StylePanel& style,
+  ToolDesk(DrawingDocument& document, DrawingCanvas& canvas, StylePanel& style, CurvePanel& curve,
            const DeviceFonts& fonts, TextTyping& typing, std::function<void()> changePicture)
       : document_(document),
         canvas_(canvas),
         style_(style),
+        curve_(curve),
         fonts_(fonts),
         typing_(typing),
         changePicture_(std::move(changePicture)) {}
@@ -34,7 +36,7 @@ class ToolDesk : public ToolSurface {
   void PickPoint(std::optional<std::size_t> point) override { document_.Pick(point); }
   std::optional<std::size_t> PickedPoint() const override { return document_.Picked(); }
   void ShowRubberBand(std::optional<Box> box) override { canvas_.SetRubberBand(box); }
-  ObjectStyle Style() const override { return style_.Style(); }
+  ObjectStyle Style() const override;
   int GridStep() const override { return gridStep_; }
   double Tolerance() const override { return canvas_.Tolerance(); }
   const DeviceFonts& Fonts() const override { return fonts_; }
@@ -54,6 +56,7 @@ class ToolDesk : public ToolSurface {
   DrawingDocument& document_;
   DrawingCanvas& canvas_;
   StylePanel& style_;
+  CurvePanel& curve_;
   const DeviceFonts& fonts_;
   TextTyping& typing_;
   std::function<void()> changePicture_;

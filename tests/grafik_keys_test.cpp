@@ -5,6 +5,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
+#include <QSpinBox>
 #include <set>
 
 #include "tests/drawing_samples.h"
@@ -39,8 +40,8 @@ class GrafikByKeys : public Grafik {
 };
 
 TEST_F(GrafikByKeys, EveryToolDrawsAsWithTheMouse) {
-  const char* const strokes[] = {"toolLinie", "toolRechteck", "toolEllipse", "toolStift",
-                                 "toolRadierer"};
+  const char* const strokes[] = {"toolLinie",    "toolRechteck",     "toolEllipse", "toolStift",
+                                 "toolRadierer", "toolRundrechteck", "toolBogen"};
   for (const char* tool : strokes) {
     SCOPED_TRACE(tool);
     Do(tool);
@@ -71,7 +72,7 @@ TEST_F(GrafikByKeys, EveryToolDrawsAsWithTheMouse) {
     Enter(Qt::ShiftModifier);
     ASSERT_EQ(Objects().size(), before + 1);
     const Box box = BoundsOf(Objects().back());
-    if (Objects().back().kind == Kind::Rectangle) {
+    if (tool == std::string_view("toolRechteck") || tool == std::string_view("toolRundrechteck")) {
       EXPECT_EQ(box.Width(), box.Height());
     }
     Do("mnuGrafikAlles");
@@ -138,6 +139,29 @@ TEST_F(GrafikByKeys, TheViewFollowsTheCrossAndTheDrawingEndsIt) {
     EXPECT_EQ(Find<QLabel>("lblKoordinaten")->text().startsWith("X 245 "), way == Qt::Key_Right);
   }
   EXPECT_TRUE(Find<QLabel>("lblKoordinaten")->text().startsWith("X -6 "));
+}
+
+TEST_F(GrafikByKeys, CurvesAreDrawnAsTheirPanelSays) {
+  auto& radius = *Find<QSpinBox>("txtRadius");
+  auto& end = *Find<QSpinBox>("txtBogenEnde");
+  EXPECT_FALSE(radius.isVisible() || end.isVisible());
+  Do("toolRundrechteck");
+  EXPECT_TRUE(radius.isVisible() && !end.isVisible());
+  radius.setValue(0);
+  Drag({10, 10}, {30, 20});
+  EXPECT_EQ(Objects()[0].vertices.size(), 5U);
+  radius.setValue(5);
+  Drag({50, 10}, {70, 20});
+  EXPECT_GT(Objects()[1].vertices.size(), 8U);
+  Do("toolBogen");
+  EXPECT_TRUE(!radius.isVisible() && end.isVisible());
+  end.setValue(180);
+  Find<QAbstractButton>("chkSektor")->click();
+  Drag({100, 10}, {140, 50});
+  EXPECT_EQ(BoundsOf(Objects()[2]), (Box{100, 30, 140, 50}));
+  EXPECT_EQ(Objects()[2].vertices.front(), (Point{120, 30}));
+  Do("toolAuswahl");
+  EXPECT_FALSE(end.isVisible());
 }
 
 class GrafikPoints : public GrafikByKeys {

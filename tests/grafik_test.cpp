@@ -138,8 +138,8 @@ TEST_F(Grafik, AnyChangeOfTheDrawingEndsWhatAToolIsDoing) {
       "mnuGrafikWiederholen", "mnuGrafikGruppieren", "mnuGrafikAusschneiden",
       "mnuGrafikDuplizieren", "mnuGrafikHinten",     "mnuGrafikEinfuegen",
       "mnuGrafikUnten",       "mnuGrafikAufloesen"};
-  const char* const tools[] = {"toolAuswahl", "toolLinie",     "toolRechteck",
-                               "toolEllipse", "toolLinienzug", "toolText"};
+  const char* const tools[] = {"toolAuswahl",   "toolLinie", "toolRechteck",     "toolEllipse",
+                               "toolLinienzug", "toolText",  "toolRundrechteck", "toolBogen"};
   const Drawing drawing = {Boxed(Kind::Rectangle, {30, 30}, {10, 10}, true),
                            WithVertices(Kind::Polyline, {{50, 50}, {90, 50}, {90, 90}}),
                            GroupOf({WithVertices(Kind::Line, {{100, 10}, {120, 30}})})};

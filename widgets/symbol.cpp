@@ -78,6 +78,11 @@ const char* Strokes(Symbol symbol) {
       return "R 3.5 5.5 17 13";
     case Symbol::Ellipse:
       return "E 3.5 5.5 17 13";
+    case Symbol::RoundedRectangle:
+      return "M 9 5.5 L 15 5.5 A 9.5 5.5 11 11 90 -90 L 20.5 13 A 9.5 7.5 11 11 0 -90 L 9 18.5 A "
+             "3.5 7.5 11 11 270 -90 L 3.5 11 A 3.5 5.5 11 11 180 -90";
+    case Symbol::Arc:
+      return "A -12 5 30 30 0 90";
     case Symbol::Polyline:
       return "M 3 18.5 L 9 6 L 14.5 15.5 L 21 4.5";
     case Symbol::Pencil:

@@ -28,6 +28,8 @@ enum class Symbol {
   Line,
   Rectangle,
   Ellipse,
+  RoundedRectangle,
+  Arc,
   Polyline,
   Pencil,
   Eraser,
