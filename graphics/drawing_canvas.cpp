@@ -264,6 +264,7 @@ bool DrawingCanvas::Pans(const QMouseEvent& event) {
 
 void DrawingCanvas::mousePressEvent(QMouseEvent* event) {
   if (tool_ == nullptr || Pans(*event)) return;
+  if (hand_.Shown()) update();
   if (event->button() == Qt::LeftButton) hand_.MousePressed(ToDrawing(event->position()));
   if (event->button() == Qt::LeftButton) tool_->Press(EventAt(*event));
   if (event->button() == Qt::RightButton) tool_->Finish();

@@ -165,6 +165,20 @@ TEST(Tools, ClicksMakeAPolyline) {
   EXPECT_EQ(desk.drawing.size(), 1U);
 }
 
+TEST(Tools, ADoubleClickPutsAPointIntoEveryKindOfLine) {
+  Desk desk;
+  desk.drawing = {WithVertices(Kind::Line, {{0, 0}, {20, 0}}),
+                  WithVertices(Kind::Vertices, {{30, 0}, {60, 0}, {60, 30}})};
+  desk.Take(ToolKind::Select);
+  for (const Point at : {Point{7, 1}, {45, 15}}) {
+    desk.Click(at);
+    desk.tool->DoubleClick({at});
+  }
+  EXPECT_EQ(desk.drawing[0].kind, Kind::Polyline);
+  EXPECT_EQ(desk.drawing[0].vertices, (std::vector<Point>{{0, 0}, {7, 0}, {20, 0}}));
+  EXPECT_EQ(desk.drawing[1].vertices, (std::vector<Point>{{30, 0}, {60, 0}, {60, 30}, {45, 15}}));
+}
+
 class SelectToolTest : public testing::Test {
  protected:
   void SetUp() override {
