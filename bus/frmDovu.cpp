@@ -182,6 +182,8 @@ void frmDovu::ShowSummary() {
   lblErgebnis->setText(Text(TransferSummary(entries_)) + u' ' + state);
   const auto failed = std::find_if(entries_.begin(), entries_.end(),
                                    [](const TransferEntry& entry) { return entry.Failed(); });
+  Q_EMIT Finished(tr("Übertragung: %1").arg(Text(TransferSummary(entries_))),
+                  failed != entries_.end() || !services_.exchange.Alive());
   if (failed != entries_.end()) {
     ctlDovuAktivliste->ScrollTo(static_cast<int>(failed - entries_.begin()));
   }

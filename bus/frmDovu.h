@@ -39,6 +39,8 @@ class frmDovu : public QDialog {
   void reject() override;
 
  Q_SIGNALS:
+  /// A transfer is over: what came of it.
+  void Finished(const QString& result, bool failed);
 
  private:
   void MakeList();

@@ -253,6 +253,7 @@ void SearchPage::cmdDovusuchen_Click() {
                                });
   SetSearching(false);
   ShowEnd(end, last);
+  Q_EMIT Finished(tr("Suche: %1").arg(lblDovuStand->text()), end == TerminalSearch::End::LineLost);
 }
 
 void SearchPage::cmdDovuAbbrechen_Click() {

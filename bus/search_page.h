@@ -53,6 +53,8 @@ class SearchPage : public QWidget {
   void SendRequested();
   /// A search has begun or ended.
   void SearchingChanged();
+  /// A search is over: what came of it.
+  void Finished(const QString& result, bool failed);
 
  private:
   QWidget* MakeSearch();

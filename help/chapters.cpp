@@ -17,6 +17,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmDovu", "senden-an-alle.html"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmDatenverkehr", "datenverkehr.html"},
+      {"frmVerlauf", "fenster.html#verlauf"},
       {"frmInfo", "eeprom.html"},
       {"frmHilfe", "hilfe.html"},
       {"frmAbout", "index.html"},

@@ -118,6 +118,8 @@ struct CommandRow {
   /// The command in words with its parameters: "$1" is the first one, or how much it is, "&1" the
   /// text itself. Where there is none, the parameters are listed behind the meaning.
   std::string_view phrase{};
+  /// The same for what has been done, where that is worth a line: "Makro $1 gelöscht".
+  std::string_view done{};
 };
 
 /// Every command that this program sends or explains, in the order of their names.

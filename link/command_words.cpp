@@ -39,10 +39,10 @@ std::vector<std::string_view> Split(std::string_view text, std::span<const Param
   return values;
 }
 
-std::string Value(std::string_view value, Form form) {
+std::string Value(std::string_view value, Form form, std::string_view unit = "Zeichen") {
   switch (form) {
     case Form::Text:
-      return Count(value.size(), "Zeichen");
+      return Count(value.size(), unit);
     case Form::HexList:
       return Count(static_cast<std::size_t>(std::count(value.begin(), value.end(), ',')) + 1,
                    "Codes");
@@ -69,36 +69,56 @@ std::string Listed(const CommandRow& row, const std::vector<std::string_view>& v
   return words;
 }
 
-// Puts the values into the row's phrase; empty when one is missing.
-std::string Filled(const CommandRow& row, const std::vector<std::string_view>& values) {
+// Puts the values into a row's phrase; empty when one is missing.
+std::string Filled(const CommandRow& row, std::string_view phrase,
+                   const std::vector<std::string_view>& values, std::string_view unit = "Zeichen") {
   std::string words;
-  for (std::size_t at = 0; at < row.phrase.size(); ++at) {
-    const char sign = row.phrase[at];
+  for (std::size_t at = 0; at < phrase.size(); ++at) {
+    const char sign = phrase[at];
     if (sign != '$' && sign != '&') {
       words += sign;
       continue;
     }
-    const auto number = static_cast<std::size_t>(row.phrase[++at] - '1');
+    const auto number = static_cast<std::size_t>(phrase[++at] - '1');
     if (number >= values.size()) return {};
-    words +=
-        sign == '&' ? Quote(values[number]) : Value(values[number], row.parameters[number].form);
+    words += sign == '&' ? Quote(values[number])
+                         : Value(values[number], row.parameters[number].form, unit);
   }
   return words;
+}
+
+bool SelectsAll(const CommandRow& row, const std::vector<std::string_view>& values) {
+  return row.name == CommandName::SelectAddress && values == std::vector<std::string_view>{"255"};
 }
 
 std::string Words(const SentCommand& command) {
   if (command.row == nullptr) return "unbekannter Befehl " + Quote(command.parameters);
   const CommandRow& row = *command.row;
   const auto values = Split(command.parameters, row.parameters);
-  if (row.name == CommandName::SelectAddress && values == std::vector<std::string_view>{"255"}) {
-    return "alle Terminals wählen";
-  }
-  if (std::string words = Filled(row, values); !words.empty()) return words;
+  if (SelectsAll(row, values)) return "alle Terminals wählen";
+  if (std::string words = Filled(row, row.phrase, values); !words.empty()) return words;
   const std::string listed = Listed(row, values);
   return std::string(row.meaning) + (listed.empty() ? "" : ": " + listed);
 }
 
+std::string Done(const SentCommand& command) {
+  if (command.row == nullptr || command.row->done.empty()) return {};
+  const auto values = Split(command.parameters, command.row->parameters);
+  if (SelectsAll(*command.row, values)) return "alle Terminals gewählt";
+  return Filled(*command.row, command.row->done, values, "Byte");
+}
+
 }  // namespace
+
+std::string DoneWords(std::string_view wire) {
+  std::string words;
+  WalkCommands(wire, [&words](const SentCommand& command) {
+    const std::string done = Done(command);
+    if (!done.empty()) words += (words.empty() ? "" : "; ") + done;
+    return true;
+  });
+  return words;
+}
 
 std::string CommandWords(std::string_view wire, int limit) {
   std::string words;

@@ -31,6 +31,11 @@ constexpr char kHelpName[] = "/kelvo.hlp";
 constexpr char kFontFolder[] = "/fonts";
 constexpr int kHintMilliseconds = 8000;
 
+Chronicle::Moment WallClock() {
+  using std::chrono::milliseconds;
+  return std::chrono::time_point_cast<milliseconds>(std::chrono::system_clock::now());
+}
+
 }  // namespace
 
 frmhaupt::frmhaupt(Outside outside)
@@ -42,6 +47,7 @@ frmhaupt::frmhaupt(Outside outside)
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       line_(outside_.com1, exchange_),
       lineState_(line_, outside_.loop, exchange_),
+      chronicle_(line_, WallClock, [this] { return !outside_.person.Begun().RunsAlone().empty(); }),
       receive_(outside_.com1, exchange_),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
@@ -154,6 +160,7 @@ void frmhaupt::MakeFrame() {
   ctlSendeanzeige->setAccessibleName(ctlSendeanzeige->toolTip());
   statusDisplay_->addPermanentWidget(ctlSendeanzeige);
   traffic_ = new TrafficView(record_, outside_.person, this);
+  MakeHistory();
   portDialog_ = new PortDialog(
       outside_, data_.Anschluss,
       [this](const std::string& device) { return DescribeDevice(device); }, this);

@@ -15,6 +15,7 @@
 #include "interfaces/port_control.h"
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
+#include "link/chronicle.h"
 #include "link/exchange.h"
 #include "link/line_state.h"
 #include "link/line_watch.h"
@@ -41,6 +42,7 @@ namespace kelvo {
 class DrawingDesk;
 class HeadStrip;
 class HelpDesk;
+class HistoryView;
 class PortDialog;
 class StatusDisplay;
 class TrafficView;
@@ -81,6 +83,8 @@ class frmhaupt : public QMainWindow {
   void MakeBus();
   void MakeFrame();
   void MakeTabs();
+  void MakeHistory();
+  void FollowBus();
   QWidget* MakeAddressStrip();
   void ReadOptions();
   bool FirstRun() const;
@@ -104,7 +108,7 @@ class frmhaupt : public QMainWindow {
   void ShowLatestDeed();
   void ShowPageActions();
   void RestoreWindows();
-  std::array<QWidget*, 4> RememberedWindows();
+  std::array<QWidget*, 5> RememberedWindows();
   QAction* AddAction(QMenu* menu, const char* name, const QString& text,
                      const QKeySequence& shortcut, void (frmhaupt::*handler)());
   void AddToolbarAction(QMenu* menu, const char* name, const QString& text,
@@ -150,6 +154,7 @@ class frmhaupt : public QMainWindow {
   void mnuOptionenAnschluesse_Click();
   void mnuAnsichtGrafik_Click();
   void mnuAnsichtDatenverkehr_Click();
+  void mnuAnsichtVerlauf_Click();
   void mnuHilfe_Inhalt_Click();
   void mnuHilfe_index_Click();
   void mnuHilfe_Seite_Click();
@@ -170,6 +175,7 @@ class frmhaupt : public QMainWindow {
   LineWatch line_;
   TrafficRecord record_;
   LineState lineState_;
+  Chronicle chronicle_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
@@ -196,6 +202,7 @@ class frmhaupt : public QMainWindow {
   frmDovu* dovu_ = nullptr;
   StatusDisplay* statusDisplay_ = nullptr;
   TrafficView* traffic_ = nullptr;
+  HistoryView* history_ = nullptr;
   PortDialog* portDialog_ = nullptr;
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;

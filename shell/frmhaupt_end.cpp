@@ -6,6 +6,7 @@
 #include "help/help_desk.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
+#include "shell/history_view.h"
 #include "shell/traffic_view.h"
 
 // What the main window keeps from run to run, and how it ends.
@@ -38,6 +39,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
   traffic_->hide();
+  history_->hide();
   dovu_->hide();
   help_->Close();
   Q_EMIT Unloaded();
@@ -70,8 +72,8 @@ bool frmhaupt::MayEnd() {
   return desk_->Editor().MayEnd();
 }
 
-std::array<QWidget*, 4> frmhaupt::RememberedWindows() {
-  return {this, &desk_->Editor(), dovu_, traffic_};
+std::array<QWidget*, 5> frmhaupt::RememberedWindows() {
+  return {this, &desk_->Editor(), dovu_, traffic_, history_};
 }
 
 void frmhaupt::RestoreWindows() {

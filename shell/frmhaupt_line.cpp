@@ -1,9 +1,8 @@
-#include <QStatusBar>
-
 #include "base/val.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
+#include "shell/history_view.h"
 #include "shell/line_words.h"
 #include "shell/status_display.h"
 #include "terminal/version.h"
@@ -41,12 +40,37 @@ void frmhaupt::cmdVerbindungPruefen_Click() {
   if (!version.Failed()) NoteVersion(state_, version);
   const std::string words = CheckWords(
       lineState_, [this](int number) { return head_->NameOf(number); }, address, version);
-  statusBar()->showMessage(QString::fromStdString(words));
+  chronicle_.Note(words, address.Failed() || version.Failed());
 }
 
+void frmhaupt::MakeHistory() {
+  history_ = new HistoryView(chronicle_, this);
+  chronicle_.SetListener([this](const Chronicle::Line& line) {
+    statusDisplay_->ShowResult(HistoryWords(line));
+    history_->Refresh();
+  });
+  FollowBus();
+}
+
+void frmhaupt::FollowBus() {
+  const auto note = [this](const QString& result, bool failed) {
+    chronicle_.Note(result.toStdString(), failed);
+  };
+  connect(terminals_, &SearchPage::Finished, this, note);
+  connect(dovu_, &frmDovu::Finished, this, note);
+}
+
+void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
+
 void frmhaupt::ShowPort() {
-  head_->ShowPort(interfaces_->PortText());
-  lineState_.PortIs(outside_.com1.IsOpen() ? interfaces_->OpenPortNumber() : 0);
+  const QString text = interfaces_->PortText();
+  const bool open = outside_.com1.IsOpen();
+  if (text != head_->Port()) {
+    const std::string port = text.toStdString();
+    chronicle_.Note(open ? "Anschluss offen: " + port : "Anschluss geschlossen");
+  }
+  head_->ShowPort(text);
+  lineState_.PortIs(open ? interfaces_->OpenPortNumber() : 0);
   desk_->Editor().OptionsChanged();
 }
 
@@ -61,6 +85,7 @@ void frmhaupt::com1_Lost() {
   const std::string port = interfaces_->ChosenPort();
   interfaces_->ShowNoPort();
   lineState_.PortLost();
+  chronicle_.Note("Die Verbindung zu " + port + " ist verloren gegangen.", true);
   outside_.person.Notify("Die Verbindung zu " + port +
                              " ist verloren gegangen. Bitte das Gerät wieder anschließen und den "
                              "Anschluss auf der Seite \"Schnittstellen\" neu wählen.",

@@ -228,6 +228,8 @@ void frmhaupt::MakeViewMenu() {
             &frmhaupt::mnuAnsichtGrafik_Click);
   AddAction(view, "mnuAnsichtDatenverkehr", tr("&Datenverkehr"), QKeySequence(tr("Ctrl+D")),
             &frmhaupt::mnuAnsichtDatenverkehr_Click);
+  AddAction(view, "mnuAnsichtVerlauf", tr("&Verlauf"), QKeySequence(tr("Ctrl+L")),
+            &frmhaupt::mnuAnsichtVerlauf_Click);
 }
 
 void frmhaupt::MakeOptionMenu() {

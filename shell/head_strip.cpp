@@ -152,6 +152,8 @@ void HeadStrip::ShowAnswer() {
   Watch();
 }
 
+QString HeadStrip::Port() const { return lblPort->text(); }
+
 // Words that nobody sees need no time.
 void HeadStrip::Watch() {
   const auto last = AnswerWordsLast(state_);

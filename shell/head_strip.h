@@ -29,6 +29,7 @@ class HeadStrip : public QFrame {
   int Address() const;
   void SetAddress(int address);
   void ShowPort(const QString& text);
+  QString Port() const;
   /// The stored Terminals: address and name, in the list's order.
   void SetTerminals(std::vector<std::pair<int, std::string>> terminals);
   /// The stored name of an address; empty for none.

@@ -71,7 +71,7 @@ void StatusDisplay::ShowDrawing(int left) {
   ctlSendeFortschritt->setValue(total_ - left);
   ctlSendeFortschritt->setVisible(drawing_);
   cmdSendenAbbrechen->setVisible(drawing_);
-  lblAktivitaet->setText(drawing_ ? tr("Zeichnung: sendet, noch %1 Zeichen").arg(left) : QString());
+  lblAktivitaet->setText(drawing_ ? tr("Zeichnung: sendet, noch %1 Zeichen").arg(left) : result_);
 }
 
 void StatusDisplay::ShowActivity(std::string_view command) {
@@ -79,14 +79,20 @@ void StatusDisplay::ShowActivity(std::string_view command) {
   if (command.empty()) {
     progress_.stop();
     ctlSendeFortschritt->hide();
-    lblAktivitaet->clear();
+    lblAktivitaet->setText(result_);
     return;
   }
+  result_.clear();
   activity_ = QString::fromStdString(CommandMeaning(command, 2));
   total_ = static_cast<int>(std::min<std::size_t>(command.size(), 1000000));
   lblAktivitaet->setText(activity_ + QStringLiteral(" …"));
   since_.start();
   progress_.start(kSlowMilliseconds);
+}
+
+void StatusDisplay::ShowResult(const QString& text) {
+  result_ = text;
+  lblAktivitaet->setText(text);
 }
 
 void StatusDisplay::ShowProgress() {

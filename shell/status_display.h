@@ -20,6 +20,8 @@ class StatusDisplay : public QStatusBar {
  public:
   explicit StatusDisplay(Exchange& exchange, QWidget* parent = nullptr);
 
+  /// What has come of it; stays until something else is exchanged.
+  void ShowResult(const QString& text);
   /// Something was handed to the line: says so while the line does not take it.
   void WatchLine();
   /// A drawing was handed to the line: shows how far it has got, and can be stopped.
@@ -46,6 +48,7 @@ class StatusDisplay : public QStatusBar {
   QTimer line_;
   QElapsedTimer since_;
   QString activity_;
+  QString result_;
   int total_ = 0;
   bool drawing_ = false;  // of the operator's, without an exchange
 };

@@ -1,0 +1,113 @@
+#include "link/chronicle.h"
+
+#include <utility>
+
+#include "base/val.h"
+#include "base/wire_text.h"
+#include "link/command_words.h"
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+constexpr std::size_t kLongestQuote = 20;
+
+constexpr char kDrawing[] = "Zeichnung gesendet: ";
+
+bool IsDrawing(const CommandRow* row) {
+  return row != nullptr && row->name > CommandName::ClearDisplay &&
+         row->name <= CommandName::GraphicText;
+}
+
+bool IsSelection(const CommandRow& row) { return row.name == CommandName::SelectAddress; }
+
+bool IsQuestion(const CommandRow& row) {
+  return row.answer == Answer::Value || row.answer == Answer::FreeText;
+}
+
+// Collected by time an acknowledge is an answer like any other.
+Reply Judged(const Reply& reply) {
+  if (reply.kind != ReplyKind::Answered) return reply;
+  if (reply.received.find(kAck) != std::string::npos) return reply;
+  const bool refused = reply.received.find(kNak) != std::string::npos;
+  return {refused ? ReplyKind::Refused : ReplyKind::Sent, reply.text, reply.received};
+}
+
+}  // namespace
+
+std::string FailureWords(const Reply& reply) {
+  switch (reply.kind) {
+    case ReplyKind::Silent:
+      return "keine Antwort";
+    case ReplyKind::Unfinished:
+      return "Antwort unvollständig";
+    case ReplyKind::Refused:
+      return "abgelehnt (NAK)";
+    case ReplyKind::Unexpected:
+      return "statt der Quittung „" + ReadableText(reply.received.substr(0, kLongestQuote)) + "“";
+    case ReplyKind::PortClosed:
+      return "kein Anschluss offen";
+    default:
+      return {};
+  }
+}
+
+Chronicle::Chronicle(LineWatch& line, std::function<Moment()> clock, std::function<bool()> busy)
+    : clock_(std::move(clock)), busy_(std::move(busy)) {
+  line.FollowTraffic([this](Direction direction, std::string_view characters) {
+    if (direction == Direction::ToTerminal) Sent(characters);
+  });
+  line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
+}
+
+// What is answered is told when it has been; what only asks is none of the operator's doings.
+void Chronicle::Sent(std::string_view text) {
+  const bool goesOn = std::exchange(whole_, text.size() != kPieceLength) == false;
+  const CommandRow* const last = LastCommand(text);
+  if (goesOn || IsDrawing(last)) return SentDrawing(text.size(), goesOn);
+  if (last != nullptr && last->answer != Answer::None) return;
+  if (busy_() && (last == nullptr || last->done.empty() || IsSelection(*last))) return;
+  const std::string done = DoneWords(text);
+  Note(!done.empty() ? done : CommandWords(text, 1) + ": gesendet");
+}
+
+// One that is sent again and again, as it is drawn, is one line.
+void Chronicle::SentDrawing(std::size_t length, bool goesOn) {
+  if (busy_()) return;
+  length_ = goesOn ? length_ + length : length;
+  const bool again = !lines_.empty() && lines_.back().text.starts_with(kDrawing);
+  if (again) lines_.pop_back();
+  Note(kDrawing + std::to_string(length_) + " Zeichen");
+}
+
+void Chronicle::Settle(const Outcome& outcome) {
+  const CommandRow* const asked = LastCommand(outcome.sent);
+  if (asked == nullptr || asked->answer == Answer::None) return;
+  if (!IsQuestion(*asked)) return NoteAcknowledged(outcome);
+  freeBytes_.reset();
+  const bool answered = !outcome.reply.Failed();
+  if (answered && asked->name == CommandName::AskFreeBytes) freeBytes_ = outcome.reply.Number();
+  if (answered || busy_()) return;
+  Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(outcome.reply), true);
+}
+
+void Chronicle::NoteAcknowledged(const Outcome& outcome) {
+  const Reply reply = Judged(outcome.reply);
+  if (reply.kind == ReplyKind::Sent) return;  // it still counts
+  if (reply.Failed()) {
+    Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(reply), true);
+  } else {
+    const std::string before =
+        freeBytes_ ? ", vorher " + NumberText(*freeBytes_) + " Byte frei" : std::string();
+    Note(DoneWords(outcome.sent) + ", bestätigt" + before);
+  }
+  freeBytes_.reset();
+}
+
+void Chronicle::Note(const std::string& text, bool failed) {
+  lines_.push_back({clock_(), failed, text});
+  if (lines_.size() > kLines) lines_.pop_front();
+  if (listener_) listener_(lines_.back());
+}
+
+}  // namespace kelvo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "link/line_watch.h"
+
+namespace kelvo {
+
+/// What has been done and what came of it, a German line each, made from what crosses the line:
+/// what is acknowledged when it is, what fails, and what was sent that nobody acknowledges.
+class Chronicle {
+ public:
+  using Moment = std::chrono::sys_time<std::chrono::milliseconds>;
+  struct Line {
+    Moment time;
+    bool failed = false;
+    std::string text;  ///< UTF-8
+  };
+  static constexpr std::size_t kLines = 50;
+
+  /// `busy`: one undertaking sends by itself (a search, a transfer) and says itself what came of
+  /// it.
+  Chronicle(LineWatch& line, std::function<Moment()> clock, std::function<bool()> busy);
+  Chronicle(const Chronicle&) = delete;
+  Chronicle& operator=(const Chronicle&) = delete;
+
+  /// Something that the line alone does not tell.
+  void Note(const std::string& text, bool failed = false);
+  /// Told each line when it is made.
+  void SetListener(std::function<void(const Line&)> listener) { listener_ = std::move(listener); }
+  /// The last kLines, the oldest first.
+  const std::deque<Line>& Lines() const { return lines_; }
+
+ private:
+  void Sent(std::string_view text);
+  void SentDrawing(std::size_t length, bool goesOn);
+  void Settle(const Outcome& outcome);
+  void NoteAcknowledged(const Outcome& outcome);
+
+  std::function<Moment()> clock_;
+  std::function<bool()> busy_;
+  std::deque<Line> lines_;
+  bool whole_ = true;                // the text sent last has not been one piece of several
+  std::size_t length_ = 0;           // of the drawing sent last
+  std::optional<double> freeBytes_;  // as read by the question before
+  std::function<void(const Line&)> listener_;
+};
+
+/// What has come in place of a good answer: "keine Antwort".
+std::string FailureWords(const Reply& reply);
+
+}  // namespace kelvo
