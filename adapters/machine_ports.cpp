@@ -49,4 +49,10 @@ std::string DescribeDevice(const std::string& device) {
   return IsDeviceInUse(device) ? "belegt, ein Programm benutzt es" : "bereit";
 }
 
+bool IsDeviceReady(const std::string& device) {
+  if (device.empty()) return false;
+  const std::string path = DevicePath(device);
+  return StateOfDevice(path) == DeviceState::Ready && !IsDeviceInUse(path);
+}
+
 }  // namespace kelvo

@@ -14,4 +14,7 @@ std::vector<MachinePort> MachinePorts();
 /// it.
 std::string DescribeDevice(const std::string& device);
 
+/// Whether a device can be opened now: it is there, permitted, and nobody has it.
+bool IsDeviceReady(const std::string& device);
+
 }  // namespace kelvo

@@ -22,6 +22,8 @@ class Operator {
 
   Undertakings& Begun() { return begun_; }
   Deeds& Done() { return done_; }
+  /// Whether anything may begin that has to do with the line; if not, the operator has been told.
+  bool MayBegin();
   /// Whether an action that speaks to the Terminal may begin; if not, the operator has been told.
   bool MayTalk();
   /// Whether the port is open, and what leads the operator to the place where one is chosen.
@@ -69,6 +71,10 @@ inline bool Operator::MayTalk() {
     portWanted_();
     return false;
   }
+  return MayBegin();
+}
+
+inline bool Operator::MayBegin() {
   const std::string& running = begun_.RunsAlone();
   if (running.empty()) return true;
   Notify(running + " Solange wird nichts anderes gesendet.", Icon::Information);

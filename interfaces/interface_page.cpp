@@ -276,6 +276,14 @@ bool InterfacePage::OpenChosenPort() {
   return OpenPort(cboCom[ComPortNr]->currentIndex(), Settings());
 }
 
+bool InterfacePage::Connect(int number) {
+  if (services_.com1.IsOpen() && OpenPortNumber() == number) return true;
+  const std::string name(ComEntries(ComPortNr)[static_cast<std::size_t>(number - 1)].text);
+  services_.comData.FindFirst("ComNr", name);
+  cboCom[ComPortNr]->setCurrentIndex(number - 1);
+  return OpenChosenPort();
+}
+
 bool InterfacePage::ReopenPort() {
   const PortSettings settings = openSettings_;
   return OpenPort(openPosition_, settings);

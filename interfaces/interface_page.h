@@ -47,6 +47,9 @@ class InterfacePage : public QWidget, public Receiver {
   void SelectStoredRecord();
   /// Opens the port of the list and sets it up; false when it could not be opened.
   bool OpenChosenPort();
+  /// Opens the port with this number, with the stored set that names it, if one does; true also when
+  /// it is open already.
+  bool Connect(int number);
   /// Closes the open port and opens it again as it was, which empties both buffers; false when it
   /// could not be opened.
   bool ReopenPort();

@@ -15,6 +15,7 @@
 #include "shell/drawing_desk.h"
 #include "shell/head_strip.h"
 #include "shell/port_dialog.h"
+#include "shell/simulator_desk.h"
 #include "shell/status_display.h"
 #include "shell/traffic_view.h"
 #include "shell/welcome_page.h"
@@ -159,6 +160,8 @@ void frmhaupt::MakeFrame() {
   ctlSendeanzeige->setToolTip(tr("Gefüllt, während eine Zeichnung gesendet wird"));
   ctlSendeanzeige->setAccessibleName(ctlSendeanzeige->toolTip());
   statusDisplay_->addPermanentWidget(ctlSendeanzeige);
+  simulator_ = std::make_unique<SimulatorDesk>(
+      outside_, [this](const std::string& device) { return ConnectTo(device); });
   traffic_ = new TrafficView(record_, outside_.person, this);
   MakeHistory();
   portDialog_ = new PortDialog(
@@ -168,6 +171,8 @@ void frmhaupt::MakeFrame() {
 }
 
 void frmhaupt::MakeTabs() {
+  auto* const welcome = new WelcomePage;
+  connect(welcome, &WelcomePage::SimulatorWanted, this, &frmhaupt::mnuOptionenSimulator_Click);
   const std::array<std::pair<const char*, QWidget*>, kTabCount> pages{
       {{"Zeichnung", desk_->Page()},
        {"Schnittstellen", interfaces_},
@@ -177,7 +182,7 @@ void frmhaupt::MakeTabs() {
        {"AT-Tastatur", at_},
        {"Matrix-Tastatur", matrix_},
        {"Makros", macros_},
-       {"Willkommen", new WelcomePage},
+       {"Willkommen", welcome},
        {"Terminals", terminals_}}};
   for (const auto& [title, page] : pages) cmdTab->addTab(new ScrolledPage(page), tr(title));
 }

@@ -44,6 +44,7 @@ class HeadStrip;
 class HelpDesk;
 class HistoryView;
 class PortDialog;
+class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
 
@@ -102,6 +103,7 @@ class frmhaupt : public QMainWindow {
   void MakePageMenu();
   void MakeViewMenu();
   void MakeOptionMenu();
+  void AddPortOptions(QMenu* options);
   void MakeHelpMenu();
   void MakeToolbar();
   void ShowRecentFiles();
@@ -152,6 +154,9 @@ class frmhaupt : public QMainWindow {
   void mnuOptionenSofortSenden_Click();
   void mnuOptionenZoom_Click();
   void mnuOptionenAnschluesse_Click();
+  void mnuOptionenSimulator_Click();
+  void mnuOptionenSimulatorBehalten_Click();
+  bool ConnectTo(const std::string& device);
   void mnuAnsichtGrafik_Click();
   void mnuAnsichtDatenverkehr_Click();
   void mnuAnsichtVerlauf_Click();
@@ -197,6 +202,7 @@ class frmhaupt : public QMainWindow {
   MacroPage* macros_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
+  std::unique_ptr<SimulatorDesk> simulator_;
   QLabel* ctlSendeanzeige = nullptr;
   SearchPage* terminals_ = nullptr;
   frmDovu* dovu_ = nullptr;
@@ -206,6 +212,7 @@ class frmhaupt : public QMainWindow {
   PortDialog* portDialog_ = nullptr;
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;
+  QAction* mnuOptionenSimulatorBehalten = nullptr;
   QAction* mnuDovuSenden = nullptr;
   QAction* mnuBearbeitenRueckgaengig = nullptr;
   QMenu* mnuDateiZuletzt = nullptr;

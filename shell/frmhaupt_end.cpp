@@ -1,3 +1,4 @@
+#include <QAction>
 #include <QCloseEvent>
 #include <algorithm>
 
@@ -7,6 +8,7 @@
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/history_view.h"
+#include "shell/simulator_desk.h"
 #include "shell/traffic_view.h"
 
 // What the main window keeps from run to run, and how it ends.
@@ -36,6 +38,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());
   if (outside_.com1.IsOpen()) outside_.com1.Close();
+  if (!mnuOptionenSimulatorBehalten->isChecked()) simulator_->End();
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
   traffic_->hide();

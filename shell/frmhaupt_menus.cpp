@@ -16,8 +16,6 @@
 #include "link/control_characters.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
-#include "shell/port_dialog.h"
-#include "shell/traffic_view.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/name_list.h"
@@ -244,6 +242,7 @@ void frmhaupt::MakeOptionMenu() {
   options->addSeparator();
   AddAction(options, "mnuOptionenAnschluesse", tr("&Anschlüsse …"), {},
             &frmhaupt::mnuOptionenAnschluesse_Click);
+  AddPortOptions(options);
 }
 
 void frmhaupt::MakeHelpMenu() {
@@ -359,22 +358,7 @@ void frmhaupt::mnuOptionenZoom_Click() {
   StoreOption("FensterMitZoomen", FensterMitZoomen_);
 }
 
-void frmhaupt::mnuOptionenAnschluesse_Click() {
-  portDialog_->Load();
-  portDialog_->exec();
-  interfaces_->DescribePort();
-}
-
 void frmhaupt::mnuAnsichtGrafik_Click() { desk_->Page()->cmdGrafik_Click(); }
-
-void frmhaupt::mnuAnsichtDatenverkehr_Click() { ShowTraffic(TrafficAt::Now); }
-
-void frmhaupt::ShowTraffic(TrafficAt where) {
-  traffic_->show();
-  traffic_->raise();
-  traffic_->activateWindow();
-  if (where == TrafficAt::LastFailure) traffic_->ShowLastFailure();
-}
 
 void frmhaupt::mnuHilfe_Inhalt_Click() { help_->ShowContents(); }
 

@@ -11,9 +11,14 @@ std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(const Folders& folders) {
   const auto setDevices = [this](QtSerialPort::DeviceOf deviceOf) {
     com1.SetDevices(std::move(deviceOf));
   };
-  auto window = std::make_unique<frmhaupt>(OutsideOf(
-      *this, person, folders,
-      {.ports = MachinePorts, .describeDevice = DescribeDevice, .setDevices = setDevices}));
+  simulator = std::make_unique<SideProcess>(QString::fromStdString(folders.program) +
+                                            QStringLiteral("/kelvo-simulator"));
+  auto window = std::make_unique<frmhaupt>(OutsideOf(*this, person, folders,
+                                                     {.ports = MachinePorts,
+                                                      .describeDevice = DescribeDevice,
+                                                      .deviceReady = IsDeviceReady,
+                                                      .setDevices = setDevices,
+                                                      .simulator = simulator.get()}));
   person.SetWindow(window.get());
   person.SetFolder(window->Memory().Folder());
   QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [this, main = window.get()] {

@@ -4,6 +4,7 @@
 
 #include "adapters/qt_event_loop.h"
 #include "adapters/qt_serial_port.h"
+#include "adapters/side_process.h"
 #include "link/link_world.h"
 #include "shell/outside.h"
 #include "shell/qt_operator.h"
@@ -15,6 +16,7 @@ class frmhaupt;
 /// The real world outside, through the toolkit.
 struct LiveWorld : LinkWorld<QtEventLoop, QtTimer, QtSerialPort> {
   QtOperator person{loop};
+  std::unique_ptr<SideProcess> simulator;
 
   /// Builds the main window over it; its closing ends every wait. Takes the delivered database at
   /// the first start. Throws std::exception with a German text when the database cannot be used.

@@ -8,6 +8,7 @@
 #include "base/machine_port.h"
 #include "base/operator.h"
 #include "base/serial_port.h"
+#include "base/side_program.h"
 #include "link/link_world.h"
 
 namespace kelvo {
@@ -24,8 +25,11 @@ struct Machine {
   std::function<std::vector<MachinePort>()> ports;
   /// In German, how a device is: ready, missing, in use, forbidden (naming the group that may).
   std::function<std::string(const std::string& device)> describeDevice;
+  /// Whether a device can be opened now.
+  std::function<bool(const std::string& device)> deviceReady{};
   /// Told which device stands behind each port number.
   std::function<void(std::function<std::string(int)>)> setDevices;
+  SideProgram* simulator = nullptr;  ///< the one in the program's folder
 };
 
 /// All that the program meets of the world outside; everything here outlives the windows.

@@ -35,7 +35,7 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
   steps->addWidget(Paragraph(tr(
       "<ol>"
       "<li><b>Verbinden.</b> Auf der Seite <i>Schnittstellen</i> den Anschluss wählen. Ohne Gerät "
-      "hilft der mitgelieferte Simulator: Satz 1 führt zu ihm.</li>"
+      "hilft der mitgelieferte Simulator.</li>"
       "<li><b>Welches Gerät?</b> Unter <i>Optionen</i> / <i>Anschlüsse …</i> steht, welches Gerät "
       "hinter \"Com 1\" … \"Com 6\" liegt und ob es bereit ist.</li>"
       "<li><b>Prüfen.</b> Auf der Seite <i>Status</i> Version und Systeminformation lesen.</li>"
@@ -45,6 +45,10 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
       "Leitung und was es bedeutet.</li>"
       "</ol>")));
   page->addWidget(help);
+  auto* simulator = MakeButton("cmdSimulatorStarten", tr("&Simulator starten"),
+                               tr("Startet ein simuliertes Terminal und verbindet kelvo mit ihm."));
+  connect(simulator, &QPushButton::clicked, this, &WelcomePage::SimulatorWanted);
+  page->addLayout(ButtonRow({simulator}));
   page->addWidget(
       Paragraph(tr("Alles, was Sie anlegen, liegt in der Datenbank <i>kelvo.mdb</i>; ihren Ordner "
                    "nennt <i>Hilfe</i> / <i>Über …</i>.")));

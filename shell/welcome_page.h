@@ -10,6 +10,9 @@ class WelcomePage : public QWidget {
 
  public:
   explicit WelcomePage(QWidget* parent = nullptr);
+
+ Q_SIGNALS:
+  void SimulatorWanted();
 };
 
 }  // namespace kelvo

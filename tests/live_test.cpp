@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 
 #include "shell/tabs.h"
@@ -181,6 +182,30 @@ TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {
   other.SetDevices([this](int) { return program.Folder().toStdString() + "/kelvo.mdb"; });
   EXPECT_EQ(other.Open(), PortNotAvailable);
   EXPECT_EQ(program.Port().Open(), PortAlreadyOpen);
+}
+
+TEST_F(LiveTest, SimulatorIsOneClickAwayAndEndsWithTheProgram) {
+  frmhaupt& window = program.Start();
+  driver = std::make_unique<WindowDriver>(window);
+  ExpectMessage("Schnittstelle nicht vorhanden");
+  bool loaded = false;
+  QObject::connect(&window, &frmhaupt::Loaded, &window, [&loaded] { loaded = true; });
+  driver->Until(Q("first paint"), [&loaded] { return loaded; });
+  const std::string port = program.Folder().toStdString() + "/simulator.tty";
+  ExpectMessage("Der Simulator ließ sich nicht starten.");
+  const std::string binary = program.Folder().toStdString() + "/kelvo-simulator";
+  std::filesystem::rename(binary, binary + "x");
+  driver->Click(Q("mnuOptionenSimulator"));
+  std::filesystem::rename(binary + "x", binary);
+  driver->Click(Q("mnuOptionenSimulator"));
+  EXPECT_TRUE(program.Port().IsOpen());
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
+  window.close();
+  while (std::filesystem::exists(port)) {
+    QApplication::processEvents(QEventLoop::AllEvents, 20);
+  }
 }
 
 }  // namespace

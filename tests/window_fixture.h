@@ -22,7 +22,8 @@ class WindowTest : public ControlsTest {
 
   /// Starts the program and lets it come to its first paint.
   void Start() {
-    window = std::make_unique<frmhaupt>(OutsideOf(*this, person, {folder.Path(), folder.Path()}));
+    window = std::make_unique<frmhaupt>(
+        OutsideOf(*this, person, {folder.Path(), folder.Path()}, machine));
     bool loaded = false;
     QObject::connect(window.get(), &frmhaupt::Loaded, window.get(), [&] { loaded = true; });
     window->show();
@@ -47,6 +48,7 @@ class WindowTest : public ControlsTest {
   }
   std::string InStatusBar() { return window->statusBar()->currentMessage().toStdString(); }
 
+  Machine machine;
   std::unique_ptr<frmhaupt> window;
 };
 
