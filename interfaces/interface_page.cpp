@@ -1,8 +1,7 @@
 #include "interfaces/interface_page.h"
 
+#include <QBoxLayout>
 #include <QComboBox>
-#include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
@@ -19,12 +18,6 @@ namespace {
 
 QString Text(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QString Unit(ComList list) {
-  if (list == ComBaud1 || list == ComBaud2) return InterfacePage::tr("Bit/s");
-  if (list == ComPuffer1 || list == ComPuffer2) return InterfacePage::tr("Zeichen");
-  return {};
 }
 
 }  // namespace
@@ -53,90 +46,9 @@ QComboBox* InterfacePage::MakeList(ComList list) {
   return box;
 }
 
-QWidget* InterfacePage::MakeRecordChoice() {
-  auto* group = new QGroupBox(tr("Gespeicherte Einstellungen"));
-  ctlComData = new DataControl("ctlComData", services_.comData);
-  auto* row = new QHBoxLayout(group);
-  row->addWidget(LabelFor(ctlComData, tr("Sat&z:")));
-  row->addWidget(ctlComData);
-  row->addWidget(new QLabel(tr("Jede Auswahl wird sofort in diesem Satz gespeichert.")));
-  row->addStretch();
-  connect(ctlComData, &DataControl::Failed, this, [this](const QString& text) {
-    services_.person.Message(text.toStdString(), Icon::Exclamation);
-  });
-  return group;
-}
-
-void InterfacePage::AddLists(QFormLayout* form,
-                             std::initializer_list<std::pair<ComList, QString>> lists) {
-  for (const auto& [list, label] : lists) AddRow(form, label, cboCom[list], Unit(list));
-}
-
-QWidget* InterfacePage::MakeFirst() {
-  auto* group = Named(new QGroupBox(tr("Erste Schnittstelle")), "ctlComFrame1");
-  QFormLayout* form = MakeForm(group);
-  lblAnschluss = Named(new QLabel, "lblAnschluss");
-  lblAnschluss->setWordWrap(true);
-  lblAnschluss->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
-  AddLists(form, {{ComPortNr, tr("Ansch&luss:")}});
-  form->addRow(QString(), lblAnschluss);
-  AddLists(form, {{ComBaud1, tr("Baud&rate:")},
-                  {ComParity1, tr("Par&ität:")},
-                  {ComBits1, tr("Date&nbits:")},
-                  {ComStopBit1, tr("&Stoppbits:")},
-                  {ComShake1, tr("Handsha&ke:")},
-                  {ComPuffer1, tr("Pu&ffer:")}});
-  cmdSetCom1 = MakeButton("cmdSetCom1", tr("T&erminal und PC umstellen"),
-                          tr("Stellt die Schnittstelle des Terminals um, speichert sie dort und "
-                             "öffnet dann den Anschluss des PC mit denselben Werten."));
-  cmdDefaultCom1 = MakeButton("cmdDefaultCom1", tr("Standard - &Werte"),
-                              tr("Wählt die üblichen Werte; gesendet wird noch nichts."));
-  form->addRow(ButtonRow({cmdSetCom1, cmdDefaultCom1}));
-  return group;
-}
-
-QWidget* InterfacePage::MakeSecond() {
-  auto* group = Named(new QGroupBox(tr("Zweite Schnittstelle")), "ctlComFrame2");
-  QFormLayout* form = MakeForm(group);
-  form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-  AddLists(form, {{ComBaud2, tr("Baudra&te:")},
-                  {ComParity2, tr("Parit&ät:")},
-                  {ComBits2, tr("Bits &je Zeichen:")},
-                  {ComStopbit2, tr("Sto&ppbits:")},
-                  {ComShake2, tr("Handshake &2:")},
-                  {ComPuffer2, tr("P&uffer:")},
-                  {ComRecCom2, tr("E&mpfang:")}});
-  cmdSetCom2 = MakeButton("cmdSetCom2", tr("Terminal umstellen"),
-                          tr("Stellt die zweite Schnittstelle des Terminals um und speichert sie "
-                             "dort."));
-  cmdDefaultCom2 = MakeButton("cmdDefaultCom2", tr("Standard - Werte"),
-                              tr("Wählt die üblichen Werte; gesendet wird noch nichts."));
-  form->addRow(ButtonRow({cmdSetCom2, cmdDefaultCom2}));
-  AddTraffic(form);
-  return group;
-}
-
-// What goes through the second interface.
-void InterfacePage::AddTraffic(QFormLayout* form) {
-  txtSendCom2 = Named(new WireField, "txtSendCom2");
-  cmdSendCom2 = MakeButton("cmdSendCom2", tr("Senden"));
-  auto* sendRow = new QHBoxLayout;
-  sendRow->addWidget(txtSendCom2);
-  sendRow->addWidget(cmdSendCom2);
-  form->addRow(LabelFor(txtSendCom2, tr("Te&xt:")), sendRow);
-  // Across both columns: so the page is no wider than its lists.
-  form->addRow(new QLabel(tr("senden auf zweiter Schnittstelle (Trennzeichen nicht vergessen)")));
-
-  txtReceiveCom2 = Named(new WireEdit, "txtReceiveCom2");
-  txtReceiveCom2->setReadOnly(true);
-  txtReceiveCom2->setMinimumHeight(fontMetrics().lineSpacing() * 3);
-  cmdClearReceiveCom2 = MakeButton("cmdClearReceiveCom2", tr("Empfangenes l&öschen"));
-  form->addRow(LabelFor(txtReceiveCom2, tr("Empfan&gen:")), txtReceiveCom2);
-  form->addRow(QString(), ButtonRow({cmdClearReceiveCom2}));
-}
-
 void InterfacePage::ConnectButtons() {
   Operator& person = services_.person;
+  OnClick(cmdVerbinden, this, person, &InterfacePage::cmdVerbinden_Click);
   OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click);
   OnSend(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
   OnClick(cmdDefaultCom1, this, person, &InterfacePage::cmdDefaultCom1_Click);
@@ -201,7 +113,31 @@ void InterfacePage::ShowNoPort() {
 void InterfacePage::DescribePort() {
   const int position = cboCom[ComPortNr]->currentIndex();
   const bool real = position >= 0 && position != kNoPortPosition && services_.describePort;
-  lblAnschluss->setText(real ? Text(services_.describePort(position + 1)) : QString());
+  const QString device = real ? Text(services_.describePort(position + 1)) : QString();
+  const QString marked = MarkedText();
+  const bool both = !device.isEmpty() && !marked.isEmpty();
+  lblAnschluss->setText(device + (both ? QStringLiteral("\n") : QString()) + marked);
+  ShowOpen();
+}
+
+// What of the first interface is chosen, but does not hold yet.
+QString InterfacePage::MarkedText() const {
+  if (!services_.com1.IsOpen()) return {};
+  const PortSettings marked = Settings();
+  if (cboCom[ComPortNr]->currentIndex() == openPosition_ && marked.text == openSettings_.text &&
+      marked.handshaking == openSettings_.handshaking) {
+    return {};
+  }
+  return tr("Noch offen: %1. „Terminal und PC umstellen“ wechselt beide, „Trennen“ und „Verbinden“ "
+            "nur den PC.")
+      .arg(PortText());
+}
+
+void InterfacePage::ShowOpen() {
+  const bool open = services_.com1.IsOpen();
+  cmdVerbinden->setText(open ? tr("Trennen") : tr("Verbinden"));
+  cmdVerbinden->setToolTip(open ? tr("Schließt den Anschluss; gesendet wird nichts.")
+                                : tr("Öffnet den gewählten Anschluss; gesendet wird nichts."));
 }
 
 std::string InterfacePage::ChosenPort() const {
@@ -234,17 +170,30 @@ void InterfacePage::StoreChoice(ComList list) {
   }
 }
 
+// While a port is open a choice only marks.
 void InterfacePage::cboCom_Click(ComList list) {
   // A choice that cannot be stored still holds for this run.
   Guarded(services_.person, "cboCom", [&] { StoreChoice(list); });
-  if (list != ComPortNr) return;
   DescribePort();
+  if (list != ComPortNr || services_.com1.IsOpen()) return;
   if (cboCom[ComPortNr]->currentIndex() == kNoPortPosition) {
-    services_.com1.Close();
     Q_EMIT PortChanged();
   } else {
     OpenChosenPort();
   }
+}
+
+void InterfacePage::cmdVerbinden_Click() {
+  if (!services_.com1.IsOpen()) {
+    const int position = cboCom[ComPortNr]->currentIndex();
+    const bool none = position < 0 || position == kNoPortPosition;
+    if (none) return services_.person.Message("zuerst Anschluß wählen");
+    OpenChosenPort();
+    return;
+  }
+  services_.com1.Close();
+  DescribePort();
+  Q_EMIT PortChanged();
 }
 
 ComNumbers InterfacePage::Numbers() const {
@@ -287,6 +236,11 @@ bool InterfacePage::Connect(int number) {
 bool InterfacePage::ReopenPort() {
   const PortSettings settings = openSettings_;
   return OpenPort(openPosition_, settings);
+}
+
+bool InterfacePage::OpenAgain() {
+  cboCom[ComPortNr]->setCurrentIndex(openPosition_);
+  return ReopenPort();
 }
 
 bool InterfacePage::OpenPort(int position, const PortSettings& settings) {
@@ -352,6 +306,7 @@ void InterfacePage::ApplyDefaults(ComDefaults defaults) {
     cboCom[list]->setCurrentIndex(ComPosition(list, text));
     StoreChoice(list);
   }
+  DescribePort();
 }
 
 void InterfacePage::cmdDefaultCom1_Click() { ApplyDefaults(DefaultsCom1()); }

@@ -47,14 +47,16 @@ class InterfacePage : public QWidget, public Receiver {
   void SelectStoredRecord();
   /// Opens the port of the list and sets it up; false when it could not be opened.
   bool OpenChosenPort();
-  /// Opens the port with this number, with the stored set that names it, if one does; true also when
-  /// it is open already.
+  /// Opens the port with this number, with the stored set that names it, if one does; true also
+  /// when it is open already.
   bool Connect(int number);
   /// Closes the open port and opens it again as it was, which empties both buffers; false when it
   /// could not be opened.
   bool ReopenPort();
   /// The page is shown: the record is read again.
   void Refresh();
+  /// Opens the port that was opened last, with the settings it had.
+  bool OpenAgain();
   /// The port list falls back to "(keine)"; the record keeps its port.
   void ShowNoPort();
   /// Says again what stands behind the chosen port.
@@ -91,9 +93,12 @@ class InterfacePage : public QWidget, public Receiver {
   bool AllChosen(ComList first, ComList last);
   PortSettings Settings() const;
   bool OpenPort(int position, const PortSettings& settings);
+  QString MarkedText() const;
+  void ShowOpen();
   bool TerminalSwitched(const ComNumbers& numbers);
 
   void cboCom_Click(ComList list);
+  void cmdVerbinden_Click();
   void cmdSetCom1_Click();
   void cmdSetCom2_Click();
   void cmdDefaultCom1_Click();
@@ -107,6 +112,7 @@ class InterfacePage : public QWidget, public Receiver {
   PortSettings openSettings_;
   std::array<QComboBox*, ComListCount> cboCom{};
   QLabel* lblAnschluss = nullptr;
+  QPushButton* cmdVerbinden = nullptr;
   QPushButton* cmdSetCom1 = nullptr;
   QPushButton* cmdSetCom2 = nullptr;
   QPushButton* cmdDefaultCom1 = nullptr;

@@ -71,26 +71,29 @@ std::int16_t PortControl::OpenCom(std::int16_t port) {
   if (com1_.IsOpen()) com1_.Close();
   PortError error = com1_.SetPortNumber(port);
   if (error == PortOk) error = com1_.Open();
-  return error == PortOk ? static_cast<std::int16_t>(PortOk) : Failed(error);
+  return error == PortOk ? static_cast<std::int16_t>(PortOk) : Failed(error, port);
 }
 
-std::int16_t PortControl::Failed(PortError error) {
+std::int16_t PortControl::Failed(PortError error, std::int16_t port) {
+  const auto say = [&](const std::string& text) {
+    operator_.Message(text, Icon::Exclamation, {}, explain_ ? explain_(port) : std::string());
+  };
   switch (error) {
     case PortInUse:
-      operator_.Message("Schnittstelle belegt", Icon::Exclamation);
+      say("Schnittstelle belegt");
       com1_.SetPortNumber(0);
       break;
     case PortNotAvailable:
-      operator_.Message("Schnittstelle nicht vorhanden", Icon::Exclamation);
+      say("Schnittstelle nicht vorhanden");
       com1_.SetPortNumber(0);
       break;
     case PortAlreadyOpen:
-      operator_.Message("Schnittstelle bereits geöffnet", Icon::Exclamation);
+      say("Schnittstelle bereits geöffnet");
       com1_.Close();
       break;
     default:
       // No blank before the number: the text is as it has always been.
-      operator_.Message("Schnittstellenfehler" + std::to_string(error), Icon::Exclamation);
+      say("Schnittstellenfehler" + std::to_string(error));
       com1_.Close();
   }
   if (failed_) failed_();

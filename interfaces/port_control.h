@@ -82,15 +82,21 @@ class PortControl {
   /// The set-up that follows a successful opening. A refused setting is shown with its description.
   void SetUpPort(const PortSettings& settings);
 
+  /// Says, for the operator (UTF-8), how it stands with the device of a port that could not be
+  /// opened, and what helps.
+  void SetExplainer(std::function<std::string(std::int16_t port)> explain) {
+    explain_ = std::move(explain);
+  }
   /// Called after a failed opening; the port list then shows "(keine)".
   void SetFailureHandler(std::function<void()> handler) { failed_ = std::move(handler); }
 
  private:
-  std::int16_t Failed(PortError error);
+  std::int16_t Failed(PortError error, std::int16_t port);
 
   SerialPort& com1_;
   Operator& operator_;
   std::function<void()> failed_;
+  std::function<std::string(std::int16_t)> explain_;
 };
 
 }  // namespace kelvo

@@ -12,6 +12,8 @@ inline constexpr std::chrono::milliseconds kTimeoutAtStart{2000};
 inline constexpr std::chrono::milliseconds kPauseAtStart{300};
 /// tmrSofort: how long a drawing rests before it is sent by itself.
 inline constexpr std::chrono::milliseconds kDrawingInterval{500};
+/// tmrReturn: how often is looked whether a lost device is back.
+inline constexpr std::chrono::milliseconds kReturnInterval{1000};
 /// A query's, which it leaves behind.
 inline constexpr std::chrono::milliseconds kQueryInterval{500};
 /// A collection by time.

@@ -14,6 +14,8 @@ struct LinkWorld {
   TimerType tmrRS485{loop, kPauseAtStart, true, Timer::Ticks::OnDemand};
   /// Bundles changes of the drawing that are sent at once.
   TimerType tmrSofort{loop, kDrawingInterval, false};
+  /// Looks for a device that was lost.
+  TimerType tmrReturn{loop, kReturnInterval, false};
   PortType com1{loop};
 };
 

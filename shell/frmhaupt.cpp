@@ -15,6 +15,7 @@
 #include "shell/drawing_desk.h"
 #include "shell/head_strip.h"
 #include "shell/port_dialog.h"
+#include "shell/port_return.h"
 #include "shell/simulator_desk.h"
 #include "shell/status_display.h"
 #include "shell/traffic_view.h"
@@ -201,6 +202,7 @@ void frmhaupt::ConnectLink() {
                            Icon::Exclamation);
   });
   portControl_.SetFailureHandler([this] { interfaces_->ShowNoPort(); });
+  ConnectPorts();
   if (outside_.machine.setDevices) {
     outside_.machine.setDevices(
         [this](int number) { return data_.DeviceOf(number, outside_.folders.data); });
@@ -344,13 +346,6 @@ void frmhaupt::AskForPort() {
   SetTab(Tab::Interfaces);
   raise();  // the editor may be in front
   activateWindow();
-}
-
-std::string frmhaupt::DescribePort(int number) {
-  const std::string device = data_.DeviceOf(number, outside_.folders.data);
-  if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
-  const std::string state = DescribeDevice(device);
-  return device + (state.empty() ? "" : ": " + state);
 }
 
 std::string frmhaupt::DescribeDevice(const std::string& device) {

@@ -31,6 +31,7 @@
 #include "shell/tabs.h"
 #include "shell/window_memory.h"
 #include "terminal/terminal_state.h"
+#include "widgets/wheel_guard.h"
 
 class QAction;
 class QLabel;
@@ -44,6 +45,7 @@ class HeadStrip;
 class HelpDesk;
 class HistoryView;
 class PortDialog;
+class PortReturn;
 class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
@@ -165,6 +167,10 @@ class frmhaupt : public QMainWindow {
   void mnuHilfe_Seite_Click();
   void mnuHilfe_about_Click();
   void com1_Lost();
+  void ConnectPorts();
+  void com1_Returned();
+  void mnuOptionenWiederOeffnen_Click();
+  bool ReturnsByItself() const;
   void ShowPort();
   void ShowStoredTerminals();
   void ShowTerminal();
@@ -203,6 +209,8 @@ class frmhaupt : public QMainWindow {
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
   std::unique_ptr<SimulatorDesk> simulator_;
+  std::unique_ptr<PortReturn> portReturn_;
+  WheelGuard wheelGuard_;
   QLabel* ctlSendeanzeige = nullptr;
   SearchPage* terminals_ = nullptr;
   frmDovu* dovu_ = nullptr;
@@ -213,6 +221,7 @@ class frmhaupt : public QMainWindow {
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;
   QAction* mnuOptionenSimulatorBehalten = nullptr;
+  QAction* mnuOptionenWiederOeffnen = nullptr;
   QAction* mnuDovuSenden = nullptr;
   QAction* mnuBearbeitenRueckgaengig = nullptr;
   QMenu* mnuDateiZuletzt = nullptr;

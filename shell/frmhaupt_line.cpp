@@ -4,6 +4,7 @@
 #include "shell/head_strip.h"
 #include "shell/history_view.h"
 #include "shell/line_words.h"
+#include "shell/port_return.h"
 #include "shell/status_display.h"
 #include "terminal/version.h"
 #include "widgets/handlers.h"
@@ -85,11 +86,16 @@ void frmhaupt::com1_Lost() {
   const std::string port = interfaces_->ChosenPort();
   interfaces_->ShowNoPort();
   lineState_.PortLost();
-  chronicle_.Note("Die Verbindung zu " + port + " ist verloren gegangen.", true);
-  outside_.person.Notify("Die Verbindung zu " + port +
-                             " ist verloren gegangen. Bitte das Gerät wieder anschließen und den "
-                             "Anschluss auf der Seite \"Schnittstellen\" neu wählen.",
-                         Icon::Exclamation);
+  const std::string loss = "Die Verbindung zu " + port + " ist verloren gegangen.";
+  chronicle_.Note(loss, true);
+  const bool returns = ReturnsByItself();
+  if (returns) portReturn_->Await();
+  outside_.person.Notify(
+      loss + (returns ? " Sobald das Gerät wieder da ist, wird der Anschluss von selbst wieder "
+                        "geöffnet; gesendet wird dabei nichts."
+                      : " Bitte das Gerät wieder anschließen und den Anschluss auf der Seite "
+                        "\"Schnittstellen\" neu wählen."),
+      Icon::Exclamation);
 }
 
 }  // namespace kelvo

@@ -3,6 +3,7 @@
 
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"
+#include "shell/port_return.h"
 #include "shell/simulator_desk.h"
 #include "shell/traffic_view.h"
 
@@ -12,12 +13,20 @@ namespace kelvo {
 namespace {
 
 constexpr char kKeepSimulator[] = "SimulatorBehalten";
+constexpr char kReopenLost[] = "WiederOeffnen";
 constexpr char kYes[] = "ja";
+constexpr char kNo[] = "nein";
 constexpr int kHintMilliseconds = 8000;
 
 }  // namespace
 
 void frmhaupt::AddPortOptions(QMenu* options) {
+  mnuOptionenWiederOeffnen = AddAction(options, "mnuOptionenWiederOeffnen",
+                                       tr("&Verlorenen Anschluss selbst wieder öffnen"), {},
+                                       &frmhaupt::mnuOptionenWiederOeffnen_Click);
+  mnuOptionenWiederOeffnen->setCheckable(true);
+  mnuOptionenWiederOeffnen->setChecked(memory_.State(kReopenLost) != kNo);
+  options->addSeparator();
   AddAction(options, "mnuOptionenSimulator", tr("Si&mulator starten"), {},
             &frmhaupt::mnuOptionenSimulator_Click);
   mnuOptionenSimulatorBehalten = AddAction(options, "mnuOptionenSimulatorBehalten",
@@ -25,6 +34,49 @@ void frmhaupt::AddPortOptions(QMenu* options) {
                                            &frmhaupt::mnuOptionenSimulatorBehalten_Click);
   mnuOptionenSimulatorBehalten->setCheckable(true);
   mnuOptionenSimulatorBehalten->setChecked(memory_.State(kKeepSimulator) == kYes);
+}
+
+void frmhaupt::ConnectPorts() {
+  portControl_.SetExplainer([this](std::int16_t port) {
+    const bool one = port >= 1 && port <= PortDialog::kPortCount;
+    return one ? DescribePort(port) : std::string();
+  });
+  portReturn_ = std::make_unique<PortReturn>(
+      PortReturn::Services{outside_.tmrReturn, outside_.person.Begun(),
+                           [this] {
+                             return outside_.machine.deviceReady(data_.DeviceOf(
+                                 interfaces_->OpenPortNumber(), outside_.folders.data));
+                           },
+                           [this] { Guard("com1", &frmhaupt::com1_Returned); }});
+  // Whatever the operator does with a port ends the looking for the lost one.
+  connect(interfaces_, &InterfacePage::PortChanged, this, [this] { portReturn_->GiveUp(); });
+}
+
+bool frmhaupt::ReturnsByItself() const {
+  return mnuOptionenWiederOeffnen->isChecked() && outside_.machine.deviceReady;
+}
+
+void frmhaupt::com1_Returned() {
+  if (!ReturnsByItself() || outside_.com1.IsOpen() || !interfaces_->OpenAgain()) return;
+  const QString port = QString::fromStdString(interfaces_->ChosenPort());
+  statusBar()->showMessage(tr("%1 ist wieder da und wieder offen.").arg(port));
+}
+
+void frmhaupt::mnuOptionenWiederOeffnen_Click() {
+  memory_.RememberState(kReopenLost, mnuOptionenWiederOeffnen->isChecked() ? kYes : kNo);
+}
+
+// "USB-Serial Controller, /dev/ttyUSB0: bereit"
+std::string frmhaupt::DescribePort(int number) {
+  const std::string device = data_.DeviceOf(number, outside_.folders.data);
+  if (device.empty()) return "Kein Gerät eingetragen (Optionen / Anschlüsse …).";
+  std::string name;
+  const Machine& machine = outside_.machine;
+  for (const MachinePort& port : machine.ports ? machine.ports() : std::vector<MachinePort>()) {
+    if (port.device == device) name = port.description + ", ";
+  }
+  const std::string state = DescribeDevice(device);
+  return name + device + (state.empty() ? "" : ": " + state);
 }
 
 void frmhaupt::mnuOptionenAnschluesse_Click() {

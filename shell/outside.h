@@ -39,6 +39,7 @@ struct Outside {
   Timer& tmrTimeout;
   Timer& tmrRS485;
   Timer& tmrSofort;  ///< bundles changes of the drawing that are sent at once
+  Timer& tmrReturn;  ///< looks for a device that was lost
   Operator& person;
   Folders folders;
   Machine machine;
@@ -53,6 +54,7 @@ Outside OutsideOf(LinkWorld<Loop, Tick, Port>& world, Operator& person, const Fo
           .tmrTimeout = world.tmrTimeout,
           .tmrRS485 = world.tmrRS485,
           .tmrSofort = world.tmrSofort,
+          .tmrReturn = world.tmrReturn,
           .person = person,
           .folders = folders,
           .machine = machine};

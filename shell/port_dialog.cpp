@@ -14,6 +14,8 @@
 namespace kelvo {
 namespace {
 
+constexpr char kSimulator[] = "simulator.tty";
+
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
@@ -81,8 +83,9 @@ void PortDialog::Refresh() {
     const QString device = box.currentText();
     box.clear();
     for (const MachinePort& port : ports) {
-      box.addItem(Text(port.device + " – " + port.description), Text(port.device));
+      box.addItem(Text(port.description + " – " + port.device), Text(port.device));
     }
+    box.addItem(tr("Simulator – %1").arg(QLatin1String(kSimulator)), QLatin1String(kSimulator));
     box.setEditText(device);
     Describe(row);
   }

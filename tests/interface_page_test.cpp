@@ -56,11 +56,38 @@ TEST_F(InterfacePageTest, WithoutAPortNothingIsSent) {
   auto& page = Open();
   int changes = 0;
   QObject::connect(&page, &InterfacePage::PortChanged, [&changes] { ++changes; });
-  Choose("cboCom_13", "(keine)");
+  Click("cmdVerbinden");
   EXPECT_FALSE(port.IsOpen());
   EXPECT_EQ(changes, 1);
+  Choose("cboCom_13", "(keine)");
+  for (const char* button : {"cmdVerbinden", "cmdSetCom1"}) {
+    Forget();
+    Click(button);
+    EXPECT_EQ(person.LastMessage(), "zuerst Anschluß wählen");
+  }
   Click("cmdSetCom1");
   EXPECT_EQ(person.LastMessage(), "zuerst Anschluß wählen");
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(InterfacePageTest, WhileAPortIsOpenAChoiceOnlyMarks) {
+  Open();
+  const int number = port.number;
+  const std::string settings = port.settings;
+  EXPECT_EQ(Text("lblAnschluss"), "");
+  Choose("cboCom_0", "1200");
+  EXPECT_NE(Text("lblAnschluss").find("Noch offen: Com 6: 19200,N,8,1."), std::string::npos);
+  Choose("cboCom_13", "Com 3");
+  Choose("cboCom_13", "(keine)");
+  EXPECT_EQ(port.number, number);
+  EXPECT_EQ(port.opened, 1);
+  EXPECT_EQ(port.settings, settings);
+  EXPECT_EQ(Written(), "");
+  Click("cmdVerbinden");
+  Choose("cboCom_13", "Com 3");  // opens now
+  EXPECT_EQ(port.number, 3);
+  EXPECT_EQ(port.settings, "1200,N,8,1");
+  EXPECT_EQ(Text("lblAnschluss"), "");
   EXPECT_EQ(Written(), "");
 }
 
@@ -180,6 +207,7 @@ TEST_F(InterfacePageTest, TextGoesThroughTheSecondInterfaceAndBack) {
 TEST_F(InterfacePageTest, RefusedSettingIsShownWithTheReason) {
   Open();
   port.refusal = "Einstellung nicht möglich";
+  Click("cmdVerbinden");
   Choose("cboCom_13", "Com 2");
   EXPECT_EQ(person.LastMessage(), "Einstellung nicht möglich");
   EXPECT_EQ(port.number, 2);

@@ -80,6 +80,7 @@ TEST_F(MainWindowTest, WriteProtectedDatabaseIsSaidOnceAndThePortStillOpens) {
   ASSERT_EQ(shown.size(), 1u);
   EXPECT_NE(shown[0].find("schreibgeschützt"), std::string::npos);
   EXPECT_NE(shown[0].find(folder.Path("kelvo.mdb")), std::string::npos);
+  Click("cmdVerbinden");
   Choose("cboCom_13", "Com 2");
   EXPECT_EQ(shown.size(), 2u);
   EXPECT_EQ(port.number, 2);

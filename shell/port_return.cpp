@@ -1,0 +1,20 @@
+#include "shell/port_return.h"
+
+#include <utility>
+
+namespace kelvo {
+
+PortReturn::PortReturn(Services services) : services_(std::move(services)) {
+  services_.timer.SetHandler([this] { Look(); });
+}
+
+void PortReturn::Await() { services_.timer.SetEnabled(true); }
+
+// Not into the middle of an action, and not behind a dialog that asks about ports.
+void PortReturn::Look() {
+  if (services_.begun.HandlersRun() || !services_.ready()) return;
+  GiveUp();
+  services_.open();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,113 @@
+#include <QSpinBox>
+#include <QWheelEvent>
+
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::milliseconds;
+
+class PortReturnTest : public WindowTest {
+ protected:
+  PortReturnTest() {
+    machine.deviceReady = [this](const std::string&) { return ready; };
+    machine.describeDevice = [](const std::string&) { return std::string("keine Berechtigung"); };
+    machine.ports = [] {
+      return std::vector<MachinePort>{{"/dev/ttyUSB0", "USB-Serial Controller"}};
+    };
+  }
+  void Lose() {
+    ready = false;
+    port.Lose();
+    port.written.clear();
+  }
+  void Later() { loop.RunFor(milliseconds(3000)); }
+  bool ready = true;
+};
+
+TEST_F(PortReturnTest, LostDeviceIsOpenedAgainAsItWasAndNothingIsSent) {
+  Start();
+  Choose("cboCom_0", "1200");  // marked only
+  Lose();
+  EXPECT_NE(person.notices.at(0).find("von selbst"), std::string::npos);
+  Later();
+  EXPECT_FALSE(port.IsOpen());
+  ready = true;
+  {
+    const Undertakings::Running running(person.Begun());
+    Later();
+    EXPECT_FALSE(port.IsOpen()) << "in the middle of something";
+  }
+  Later();
+  EXPECT_TRUE(port.IsOpen());
+  EXPECT_EQ(port.number, 6);
+  EXPECT_EQ(port.settings, "19200,N,8,1");
+  EXPECT_EQ(Chosen("cboCom_13"), "Com 6");
+  EXPECT_EQ(InStatusBar(), "Com 6 ist wieder da und wieder offen.");
+  EXPECT_EQ(port.written, "");
+  EXPECT_FALSE(tmrReturn.Enabled());
+}
+
+TEST_F(PortReturnTest, OperatorDecidesOtherwise) {
+  Start();
+  Lose();
+  Choose("cboCom_13", "Com 2");
+  EXPECT_EQ(port.number, 2);
+  ready = true;
+  Later();
+  EXPECT_EQ(port.number, 2);
+  Lose();
+  Choose("cboCom_13", "(keine)");
+  ready = true;
+  Later();
+  EXPECT_FALSE(port.IsOpen());
+  Choose("cboCom_13", "Com 2");
+  Trigger("mnuOptionenWiederOeffnen");
+  Lose();
+  EXPECT_EQ(person.notices.back().find("von selbst"), std::string::npos);
+  ready = true;
+  Later();
+  EXPECT_FALSE(port.IsOpen());
+  window->close();
+  window.reset();
+  Start();
+  EXPECT_FALSE(Find<QAction>("mnuOptionenWiederOeffnen").isChecked());
+}
+
+TEST_F(PortReturnTest, RefusedPortIsExplainedWithItsDevice) {
+  port.openError = PortNoPermission;
+  Sql("update \"Default\" set schnittstelle = 2");
+  std::string hint;
+  person.duringMessage = [&] { hint = person.messages.back().hint; };
+  Start();
+  EXPECT_EQ(hint, "USB-Serial Controller, /dev/ttyUSB0: keine Berechtigung");
+}
+
+TEST_F(PortReturnTest, WheelChangesOnlyWhatHasTheFocus) {
+  StartOn(Tab::Interfaces);
+  auto& address = Find<QSpinBox>("ctlUpDownAdrDovu");
+  auto& rate = Find<QComboBox>("cboCom_0");
+  const auto wheel = [](QWidget& widget) {
+    QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, 120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+  };
+  Find("cmdSetCom2").setFocus();
+  const int before = rate.currentIndex();
+  wheel(rate);
+  wheel(address);
+  wheel(*address.findChild<QLineEdit*>());
+  EXPECT_EQ(rate.currentIndex(), before);
+  EXPECT_EQ(address.value(), 0);
+  EXPECT_EQ(rate.focusPolicy(), Qt::StrongFocus);
+  rate.setFocus();
+  wheel(rate);
+  EXPECT_EQ(rate.currentIndex(), before - 1);
+  address.setFocus();
+  wheel(address);
+  EXPECT_EQ(address.value(), 1);
+}
+
+}  // namespace
+}  // namespace kelvo
