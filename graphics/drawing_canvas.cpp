@@ -24,6 +24,7 @@ const QColor kSelectionColour(0x1e, 0x6f, 0xd9);
 const QColor kUnsentColour(0xd0, 0x60, 0x00);
 const QColor kCrossColour(0xc4, 0x18, 0x4a);
 const QColor kDimmedColour(0xb8, 0xb8, 0xb8);
+const QColor kSnapColour(0xd0, 0x20, 0x90);
 
 }  // namespace
 
@@ -85,6 +86,12 @@ void DrawingCanvas::SetRubberBand(std::optional<Box> box) {
   update();
 }
 
+void DrawingCanvas::SetSnapPlaces(const SnapPlaces& places) {
+  if (places == snapPlaces_) return;
+  snapPlaces_ = places;
+  update();
+}
+
 void DrawingCanvas::ShowGrips(bool shown) {
   gripsShown_ = shown;
   update();
@@ -141,6 +148,7 @@ void DrawingCanvas::paintEvent(QPaintEvent* event) {
   if (gridShown_ && gridStep_ * zoom_ >= kFinestGrid) PaintGrid(painter, event->rect());
   PaintUnsent(painter);
   PaintSelection(painter);
+  PaintSnapPlaces(painter);
   if (hasFocus()) {
     PaintCross(painter);
     painter.setPen(palette().color(QPalette::Highlight));
@@ -242,6 +250,16 @@ void DrawingCanvas::PaintCross(QPainter& painter) const {
     painter.drawLines(arms, static_cast<int>(std::size(arms)));
     painter.drawRect(pixel);
   }
+}
+
+// Places count half pixels from the middle of the first one.
+void DrawingCanvas::PaintSnapPlaces(QPainter& painter) const {
+  painter.setPen(kSnapColour);
+  const auto middle = [this](int halves) { return (halves + 1 + 2 * kMargin) * zoom_ / 2; };
+  if (snapPlaces_.x) painter.drawLine(middle(*snapPlaces_.x), 0, middle(*snapPlaces_.x), height());
+  if (!snapPlaces_.y) return;
+  const int y = middle(2 * (height_ - 1) - *snapPlaces_.y);
+  painter.drawLine(0, y, width(), y);
 }
 
 ToolEvent DrawingCanvas::EventAt(const QMouseEvent& event) const {

@@ -34,11 +34,15 @@ class DrawingCanvas : public QWidget {
   void SetGrid(int step, bool shown);
   void SetTool(Tool* tool, Qt::CursorShape cursor);
   void SetRubberBand(std::optional<Box> box);
+  /// The lines that hold what is dragged.
+  void SetSnapPlaces(const SnapPlaces& places);
   /// Grips would hide the letters of a text that is being typed.
   void ShowGrips(bool shown);
   /// How near a click must come to what is drawn, in Terminal pixels: at every zoom as near on the
   /// screen.
   double Tolerance() const { return kHitReach / zoom_; }
+  /// How near to a line it must come to snap to it, likewise.
+  double SnapReach() const { return kSnapReach / zoom_; }
 
   /// The pixel under a position of the widget.
   Point ToDrawing(QPointF position) const;
@@ -78,7 +82,8 @@ class DrawingCanvas : public QWidget {
   bool focusNextPrevChild(bool next) override;
 
  private:
-  static constexpr double kHitReach = 5;  // screen pixels
+  static constexpr double kHitReach = 5;   // screen pixels
+  static constexpr double kSnapReach = 6;  // screen pixels
   // Terminal pixels around the display, to take hold of what leaves it.
   static constexpr int kMargin = 6;
 
@@ -90,6 +95,7 @@ class DrawingCanvas : public QWidget {
   void PaintSelection(QPainter& painter) const;
   void PaintGrips(QPainter& painter) const;
   void PaintCross(QPainter& painter) const;
+  void PaintSnapPlaces(QPainter& painter) const;
   ToolEvent EventAt(const QMouseEvent& event) const;
   bool Pans(const QMouseEvent& event);
   void UseMouse(const QMouseEvent& event);
@@ -117,6 +123,7 @@ class DrawingCanvas : public QWidget {
   bool spaceHeld_ = false;        // the left button moves the view
   std::optional<QPoint> panned_;  // where the pointer was last, on the screen
   std::optional<Box> rubberBand_;
+  SnapPlaces snapPlaces_;
   Drawing whole_;  // what is shown around an open group, and of it
   QImage pixels_;
   bool gripsShown_ = true;

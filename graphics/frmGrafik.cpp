@@ -96,7 +96,7 @@ void frmGrafik::MakeCanvas(QSize display) {
   scroll_->setWidget(Display);
   scroll_->setAlignment(Qt::AlignCenter);
   scroll_->setBackgroundRole(QPalette::Mid);
-  setCentralWidget(scroll_);
+  setCentralWidget(MakeRulers());
 }
 
 void frmGrafik::MakePanels() {

@@ -112,6 +112,17 @@ class frmGrafik : public QMainWindow {
   void MakeObjectList();
   QDockWidget* AddList(const char* name, const QString& title, QWidget* list);
   void MakeListEntries(QMenu* view);
+  struct Choice {
+    const char* name;
+    const char* text;
+    const char* keys;
+    bool atFirst;
+    std::function<void(bool on)> follow;
+  };
+  QWidget* MakeRulers();
+  bool ScreenIsRoomy() const;
+  QAction* AddChoice(QMenu* menu, const Choice& choice);
+  void MakeViewChoices(QMenu* view);
   void RestoreBars();
   void MakeStatusBar();
   void MakeTools();
@@ -232,6 +243,7 @@ class frmGrafik : public QMainWindow {
   CurvePanel* curve_ = nullptr;
   GeometryPanel* geometry_ = nullptr;
   ObjectList* objects_ = nullptr;
+  std::vector<QWidget*> rulers_;
   QLabel* lblKoordinaten = nullptr;
   QLabel* lblKosten = nullptr;
   QLabel* lblHinweis = nullptr;
@@ -240,6 +252,7 @@ class frmGrafik : public QMainWindow {
   QLabel* lblZoom = nullptr;
   QSpinBox* txtRaster = nullptr;
   QAction* mnuGrafikRaster = nullptr;
+  QAction* mnuGrafikFang = nullptr;
   QAction* toolAuswahl = nullptr;
   QActionGroup* tools_ = nullptr;
   std::vector<QAction*> selectionActions_;

@@ -11,17 +11,20 @@ namespace kelvo {
 
 namespace {
 
-constexpr int kRoomForLists = 1280;  // pixels of a screen that is wide enough for lists at first
+constexpr int kRoomyScreen = 1280;  // pixels
 constexpr char kBarsRecord[] = "frmGrafikLeisten";
 
 }  // namespace
+
+// Wide enough for lists and rulers beside the canvas, before the operator has chosen.
+bool frmGrafik::ScreenIsRoomy() const { return screen()->availableSize().width() >= kRoomyScreen; }
 
 // Lists lie on each other at the left edge, the objects on top.
 QDockWidget* frmGrafik::AddList(const char* name, const QString& title, QWidget* list) {
   auto* dock = Named(new QDockWidget(title), name);
   dock->setWidget(list);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
-  dock->setVisible(screen()->availableSize().width() >= kRoomForLists);
+  dock->setVisible(ScreenIsRoomy());
   return dock;
 }
 

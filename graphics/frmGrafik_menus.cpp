@@ -191,6 +191,7 @@ void frmGrafik::MakeViewMenu() {
   mnuGrafikRaster = Named(view->addAction(tr("Am &Raster einrasten")), "mnuGrafikRaster");
   mnuGrafikRaster->setCheckable(true);
   mnuGrafikRaster->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
+  MakeViewChoices(view);
   MakeListEntries(view);
 }
 
@@ -272,6 +273,8 @@ void frmGrafik::MakeToolbar() {
   txtRaster->setSuffix(tr(" Punkte"));
   txtRaster->setAccessibleName(tr("Rasterweite"));
   bar->addWidget(txtRaster);
+  mnuGrafikFang->setIcon(SymbolIcon(Symbol::Snap));
+  bar->addAction(mnuGrafikFang);
   addToolBar(Qt::TopToolBarArea, bar);
   const auto change = [this] {
     const bool on = mnuGrafikRaster->isChecked();

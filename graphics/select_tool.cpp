@@ -112,6 +112,7 @@ void SelectTool::Release(const ToolEvent& event) {
   } else {
     surface_.GiveUp();
   }
+  EndSnapping();
 }
 
 // Beside an open group a click is meant for what is around it.
@@ -169,6 +170,7 @@ bool SelectTool::Open() {
 
 void SelectTool::Cancel() {
   state_ = State::Idle;
+  EndSnapping();
   surface_.ShowRubberBand(std::nullopt);
   surface_.GiveUp();
 }
@@ -187,20 +189,36 @@ bool SelectTool::Escape() {
   return true;
 }
 
-// The selection's lower left corner goes to the grid; Shift keeps the row or the column.
+// The selection's lower left corner goes to the grid, where no line of other objects is near; Shift
+// keeps the row or the column.
 Drawing SelectTool::Moved(const ToolEvent& event) const {
   Drawing drawing = surface_.Current();
   const Box box = SelectionBounds(drawing);
   Point way{event.at.x - start_.x, event.at.y - start_.y};
   if (event.shift) (std::abs(way.x) < std::abs(way.y) ? way.x : way.y) = 0;
-  const Point corner = Snap({box.left + way.x, box.bottom + way.y});
-  MoveSelected(drawing, way.x == 0 ? 0 : corner.x - box.left,
-               way.y == 0 ? 0 : corner.y - box.bottom);
+  const Point corner = ToGrid({box.left + way.x, box.bottom + way.y});
+  SnapLines::Snap snap = SnapOf(
+      event, {box.left + way.x, box.bottom + way.y, box.right + way.x, box.top + way.y}, true);
+  if (way.x == 0) snap.held.x.reset();
+  if (way.y == 0) snap.held.y.reset();
+  surface_.ShowSnapPlaces(snap.held);
+  const int dx = snap.held.x ? way.x + snap.dx : corner.x - box.left;
+  const int dy = snap.held.y ? way.y + snap.dy : corner.y - box.bottom;
+  MoveSelected(drawing, way.x == 0 ? 0 : dx, way.y == 0 ? 0 : dy);
   return drawing;
 }
 
+// A shape that is kept snaps to the grid alone.
 Drawing SelectTool::Resized(const ToolEvent& event) const {
-  const Point to = Snap({event.at.x - grip_.away.x, event.at.y - grip_.away.y});
+  const Point at{event.at.x - grip_.away.x, event.at.y - grip_.away.y};
+  Point to = ToGrid(at);
+  SnapLines::Snap snap;
+  if (!event.shift) snap = SnapOf(event, {at.x, at.y, at.x, at.y}, true);
+  if (!grip_.vertex && grip_.edgeX == 0) snap.held.x.reset();
+  if (!grip_.vertex && grip_.edgeY == 0) snap.held.y.reset();
+  surface_.ShowSnapPlaces(snap.held);
+  if (snap.held.x) to.x = at.x + snap.dx;
+  if (snap.held.y) to.y = at.y + snap.dy;
   return DragGrip(surface_.Current(), grip_, to, event.shift, surface_.Fonts());
 }
 

@@ -33,7 +33,29 @@ Point Straight(Point from, Point to) {
 
 }  // namespace
 
-Point Tool::Snap(Point p) const { return Snapped(p, surface_.GridStep()); }
+Point Tool::ToGrid(Point p) const { return Snapped(p, surface_.GridStep()); }
+
+// A direction or a shape that is kept decides alone.
+Point Tool::Snap(const ToolEvent& event) const {
+  const Point p = event.at;
+  const SnapLines::Snap snap =
+      event.shift ? SnapLines::Snap() : SnapOf(event, {p.x, p.y, p.x, p.y}, false);
+  surface_.ShowSnapPlaces(snap.held);
+  const Point grid = ToGrid(p);
+  return {snap.held.x ? p.x + snap.dx : grid.x, snap.held.y ? p.y + snap.dy : grid.y};
+}
+
+SnapLines::Snap Tool::SnapOf(const ToolEvent& event, const Box& box, bool withoutSelected) const {
+  const auto reach = surface_.SnapReach();
+  if (!reach || event.control) return {};
+  if (!lines_) lines_.emplace(surface_.Current(), surface_.Display(), withoutSelected);
+  return lines_->Of(box, *reach);
+}
+
+void Tool::EndSnapping() {
+  lines_.reset();
+  surface_.ShowSnapPlaces({});
+}
 
 Drawing Tool::WithObject(DrawingObject object) const {
   Drawing drawing = surface_.Current();
@@ -50,7 +72,7 @@ bool Tool::Escape() {
 }
 
 void DragTool::Press(const ToolEvent& event) {
-  start_ = Snap(event.at);
+  start_ = Snap(event);
   state_ = State::Dragging;
 }
 
@@ -61,19 +83,21 @@ void DragTool::Drag(const ToolEvent& event) {
 // A click without a way draws nothing: it was meant to select, or was a slip.
 void DragTool::Release(const ToolEvent& event) {
   if (std::exchange(state_, State::Idle) == State::Idle) return;
-  if (Snap(event.at) == start_) {
+  if (Snap(event) == start_) {
     surface_.GiveUp();
   } else {
     surface_.Commit(WithObject(ObjectTo(event)));
   }
+  EndSnapping();
 }
 
 void DragTool::Cancel() {
   if (std::exchange(state_, State::Idle) == State::Dragging) surface_.GiveUp();
+  EndSnapping();
 }
 
 DrawingObject DragTool::ObjectTo(const ToolEvent& event) const {
-  const Point end = Snap(event.at);
+  const Point end = Snap(event);
   if (kind_ == Kind::Line) {
     DrawingObject line;
     line.kind = kind_;
@@ -126,6 +150,7 @@ bool PolylineTool::EndsAt(const ToolEvent& event) const {
 }
 
 void PolylineTool::Finish() {
+  EndSnapping();
   const std::vector<Point> points = std::exchange(points_, {});
   if (points.size() > 1) {
     surface_.Commit(WithObject(ObjectOf(points)));
@@ -148,12 +173,13 @@ bool PolylineTool::Escape() {
 }
 
 void PolylineTool::Cancel() {
+  EndSnapping();
   points_.clear();
   surface_.GiveUp();
 }
 
 Point PolylineTool::Next(const ToolEvent& event) const {
-  const Point p = Snap(event.at);
+  const Point p = Snap(event);
   return event.shift && !points_.empty() ? Straight(points_.back(), p) : p;
 }
 
@@ -206,7 +232,7 @@ void FillTool::Press(const ToolEvent& event) {
 void TextTool::Release(const ToolEvent& event) {
   const auto hit = ObjectAt(surface_.Current(), event.at, 0);
   if (hit && surface_.Current()[*hit].kind == Kind::Text) return EditText(surface_, *hit, event.at);
-  const Point topLeft = Snap(event.at);
+  const Point topLeft = ToGrid(event.at);
   Drawing drawing = WithObject(MakeText(topLeft, surface_.Style().text, {}, surface_.Fonts()));
   const std::size_t index = drawing.size() - 1;
   surface_.TypeText(std::move(drawing), index, topLeft);

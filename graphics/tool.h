@@ -7,6 +7,7 @@
 #include "graphics/device_font.h"
 #include "graphics/drawing.h"
 #include "graphics/pixel_map.h"
+#include "graphics/snap_lines.h"
 
 // The editor's drawing tools: small state machines between the mouse and the drawing's value.
 
@@ -46,6 +47,12 @@ class ToolSurface {
   virtual void ShowRubberBand(std::optional<Box> box) = 0;
   virtual ObjectStyle Style() const = 0;
   virtual int GridStep() const = 0;
+  /// How near what is dragged must come to a line of other objects to snap to it, in drawing
+  /// pixels; nothing where it never does.
+  virtual std::optional<double> SnapReach() const = 0;
+  virtual Box Display() const = 0;
+  /// Shows the lines that hold what is dragged.
+  virtual void ShowSnapPlaces(const SnapPlaces& places) = 0;
   /// How near a click must come to what is drawn, in drawing pixels.
   virtual double Tolerance() const = 0;
   virtual const DeviceFonts& Fonts() const = 0;
@@ -61,7 +68,7 @@ class ToolSurface {
 struct ToolEvent {
   Point at;
   bool shift = false;    ///< keeps a direction or a shape
-  bool control = false;  ///< adds to the selection
+  bool control = false;  ///< adds to the selection; in a drag, nothing snaps to objects
   bool alt = false;      ///< reaches below what is selected
 };
 
@@ -106,11 +113,21 @@ class Tool {
   virtual bool Escape();
 
  protected:
-  Point Snap(Point p) const;
+  /// To the grid alone.
+  Point ToGrid(Point p) const;
+  /// To other objects, else to the grid. What was there to snap to when this was first asked for
+  /// stays so until EndSnapping.
+  Point Snap(const ToolEvent& event) const;
+  /// Where nothing is to snap, or is near enough, nothing is held.
+  SnapLines::Snap SnapOf(const ToolEvent& event, const Box& box, bool withoutSelected) const;
+  void EndSnapping();
   /// Adds an object on top, selected alone.
   Drawing WithObject(DrawingObject object) const;
 
   ToolSurface& surface_;
+
+ private:
+  mutable std::optional<SnapLines> lines_;  // gathered when first asked for
 };
 
 enum class ToolKind {

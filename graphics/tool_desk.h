@@ -38,6 +38,13 @@ class ToolDesk : public ToolSurface {
   void ShowRubberBand(std::optional<Box> box) override { canvas_.SetRubberBand(box); }
   ObjectStyle Style() const override;
   int GridStep() const override { return gridStep_; }
+  std::optional<double> SnapReach() const override {
+    return snaps_ ? std::optional(canvas_.SnapReach()) : std::nullopt;
+  }
+  Box Display() const override {
+    return {0, 0, canvas_.DisplayWidth() - 1, canvas_.DisplayHeight() - 1};
+  }
+  void ShowSnapPlaces(const SnapPlaces& places) override { canvas_.SetSnapPlaces(places); }
   double Tolerance() const override { return canvas_.Tolerance(); }
   const DeviceFonts& Fonts() const override { return fonts_; }
   PixelMap Pixels() const override;
@@ -51,6 +58,8 @@ class ToolDesk : public ToolSurface {
   bool Commits() const { return commits_; }
   /// 1: no grid.
   void SetGridStep(int step) { gridStep_ = step; }
+  /// Whether what is dragged snaps to other objects.
+  void SetSnaps(bool on) { snaps_ = on; }
 
  private:
   DrawingDocument& document_;
@@ -61,6 +70,7 @@ class ToolDesk : public ToolSurface {
   TextTyping& typing_;
   std::function<void()> changePicture_;
   int gridStep_ = 1;
+  bool snaps_ = false;
   bool commits_ = false;
 };
 

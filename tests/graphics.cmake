@@ -22,6 +22,7 @@ kelvo_test(grafik_test QT SOURCES
   grafik_random_test.cpp
   grafik_test.cpp
   grafik_typing_test.cpp
+  grafik_view_test.cpp
   LINK kelvo_graphics_page)
 target_link_libraries(grafik_test PRIVATE Qt6::Test)
 target_compile_definitions(grafik_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "graphics/editing.h"
 #include "graphics/history.h"
 #include "graphics/painter.h"
@@ -30,6 +32,9 @@ class Desk : public ToolSurface {
   void ShowRubberBand(std::optional<Box> box) override { band = box; }
   ObjectStyle Style() const override { return style; }
   int GridStep() const override { return grid; }
+  std::optional<double> SnapReach() const override { return snapReach; }
+  Box Display() const override { return {0, 0, 239, 127}; }
+  void ShowSnapPlaces(const SnapPlaces& places) override { held = places; }
   double Tolerance() const override { return tolerance; }
   const DeviceFonts& Fonts() const override { return fonts; }
   PixelMap Pixels() const override {
@@ -69,6 +74,8 @@ class Desk : public ToolSurface {
   std::optional<std::size_t> picked;
   ObjectStyle style;
   int grid = 1;
+  std::optional<double> snapReach;
+  SnapPlaces held;
   double tolerance = 1;
   DeviceFonts fonts;
   std::string asked;
@@ -278,6 +285,40 @@ TEST(Tools, AFillGoesUpToWhatIsDrawn) {
   ASSERT_EQ(desk.drawing.size(), 3U);
   EXPECT_EQ(BoundsOf(desk.drawing[2]), (Box{20, 20, 40, 40})) << "the outline, too, is black";
   EXPECT_TRUE(desk.Pixels() == PixelMap(64, 64));
+}
+
+TEST(Tools, EdgesAndMiddlesSnapToThoseOfOthers) {
+  Desk desk;
+  desk.drawing = {Boxed(Kind::Rectangle, {60, 60}, {20, 20}, true),
+                  Boxed(Kind::Rectangle, {109, 109}, {100, 100}, true)};
+  desk.snapReach = 2;
+  const auto moved = [&](Point to, bool control = false) {
+    desk.Click({105, 105});
+    desk.tool->Press({{105, 105}, false, false});
+    desk.tool->Drag({to, false, control});
+    const SnapPlaces held = desk.held;
+    desk.tool->Release({to, false, control});
+    EXPECT_EQ(desk.held, SnapPlaces());
+    const Box box = BoundsOf(desk.drawing[1]);
+    desk.history.Undo(desk.drawing);
+    return std::tuple(box.left, box.bottom, held.x, held.y);
+  };
+  const auto expected = [](int left, int bottom, std::optional<int> x, std::optional<int> y) {
+    return std::tuple(left, bottom, x, y);
+  };
+  desk.Take(ToolKind::Select);
+  // To the left edge, and above by what is too far; suspended; the right edge to the left one; the
+  // middle to the display's, between two pixels; middle to middle as nearly as can be.
+  EXPECT_EQ(moved({27, 77}), expected(20, 72, 40, std::nullopt));
+  EXPECT_EQ(moved({27, 77}, true), expected(22, 72, std::nullopt, std::nullopt));
+  EXPECT_EQ(moved({17, 77}), expected(11, 72, 40, std::nullopt));
+  EXPECT_EQ(moved({121, 90}), expected(115, 85, 239, std::nullopt));
+  EXPECT_EQ(moved({140, 46}), expected(135, 40, std::nullopt, 80));
+  // What is drawn and resized, along the axes that it moves on.
+  desk.Take(ToolKind::Line).Drag({61, 58}, {118, 90});
+  EXPECT_EQ(desk.drawing.back().vertices, (std::vector<Point>{{60, 60}, {119, 90}}));
+  desk.Take(ToolKind::Select).Click({105, 105}).Drag({100, 105}, {62, 59});
+  EXPECT_EQ(BoundsOf(desk.drawing[1]), (Box{60, 100, 109, 109}));
 }
 
 TEST(Tools, TextIsTypedWhereItIsClickedAndChangedWhereItStands) {

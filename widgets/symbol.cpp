@@ -68,6 +68,8 @@ const char* Strokes(Symbol symbol) {
              "18.5 L 22 22 L 18.5 22 M 5.5 22 L 2 22 L 2 18.5";
     case Symbol::Grid:
       return "R 3 3 18 18 M 9 3 L 9 21 M 15 3 L 15 21 M 3 9 L 21 9 M 3 15 L 21 15";
+    case Symbol::Snap:
+      return "M 5 2 L 5 5 M 5 19 L 5 22 R 5 5 15 5.5 R 5 13.5 9 5.5 M 5 10.5 L 5 13.5";
     case Symbol::Picture:
       return "R 2.5 4 19 16 E 6 7.5 3.5 3.5 M 2.5 17 L 9 12.5 L 13 16 L 17 10.5 L 21.5 16";
     case Symbol::Select:

@@ -23,6 +23,7 @@ enum class Symbol {
   Redo,
   Group,
   Grid,
+  Snap,
   Picture,
   Select,
   Line,
