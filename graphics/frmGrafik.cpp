@@ -101,7 +101,7 @@ void frmGrafik::MakeCanvas(QSize display) {
 
 void frmGrafik::MakePanels() {
   style_ = new StylePanel;
-  geometry_ = new GeometryPanel;
+  geometry_ = new GeometryPanel(counting_);
   auto* panel = new QWidget;
   auto* layout = new QVBoxLayout(panel);
   curve_ = new CurvePanel;
@@ -135,6 +135,8 @@ void frmGrafik::MakeStatusBar() {
   statusBar()->addWidget(lblSenden);
   lineTimer_.setInterval(kLineInterval);
   connect(&lineTimer_, &QTimer::timeout, this, &frmGrafik::ShowSending);
+  lblZaehlung = Named(new QLabel, "lblZaehlung");
+  statusBar()->addPermanentWidget(lblZaehlung);
   statusBar()->addPermanentWidget(new QLabel(tr("Zoom:")));
   statusBar()->addPermanentWidget(ctlZoom);
   statusBar()->addPermanentWidget(lblZoom);
@@ -147,9 +149,7 @@ void frmGrafik::ConnectPanels() {
   connect(style_, &StylePanel::PenModeChosen, this, &frmGrafik::ChoosePenMode);
   connect(style_, &StylePanel::FilledChosen, this, &frmGrafik::ChooseFilled);
   connect(style_, &StylePanel::TextChosen, this, &frmGrafik::ChooseText);
-  connect(Display, &DrawingCanvas::Pointed, this, [this](Point p) {
-    lblKoordinaten->setText(QStringLiteral("X %1  Y %2").arg(p.x).arg(p.y));
-  });
+  connect(Display, &DrawingCanvas::Pointed, this, &frmGrafik::ShowPointer);
   connect(typing_, &TextTyping::CaretMoved, this,
           [this](QPoint at) { scroll_->ensureVisible(at.x(), at.y(), 8, 8); });
   connect(typing_, &TextTyping::inputRejected, this, [this] { person_.Beep(); });
@@ -195,6 +195,7 @@ void frmGrafik::SetDisplaySize(int width, int height) {
   typing_->End();
   document_.Replace({});
   Display->SetDisplaySize(width, height);
+  CountLikeCommands(counting_.LikeCommands());
   ctlZoom->setMaximum(Display->MaxZoom());
   SetZoom(Display->Zoom(), {});
   Q_EMIT DrawingChanged();
@@ -211,7 +212,7 @@ void frmGrafik::OptionsChanged() {
 void frmGrafik::ShowState() {
   const Drawing& drawing = document_.Shown();
   const bool selected = AnySelected(drawing);
-  geometry_->ShowBox(SelectionBounds(drawing), selected);
+  ShowGeometry();
   for (QAction* action : selectionActions_) action->setEnabled(selected);
   const auto only = OnlySelected(drawing);
   const bool picture = only && drawing[*only].kind == Kind::Picture;

@@ -142,6 +142,9 @@ class frmGrafik : public QMainWindow {
   void ShowSelectedStyle();
   void ShowCosts();
   void ShowHints();
+  void ShowGeometry();
+  void ShowPointer(Point p);
+  void CountLikeCommands(bool on);
   void Edited();
   void SendTick();
   void SendNow();
@@ -227,6 +230,7 @@ class frmGrafik : public QMainWindow {
   Draft draft_;
   DrawingDocument document_;
   Counting counting_;
+  std::optional<Point> pointed_;  // where the pointer was last
   QTimer draftTimer_{this};
   QTimer lineTimer_{this};  // while something is being sent
   bool automaticSend_ = false;
@@ -248,6 +252,7 @@ class frmGrafik : public QMainWindow {
   QLabel* lblKosten = nullptr;
   QLabel* lblHinweis = nullptr;
   QLabel* lblSenden = nullptr;
+  QLabel* lblZaehlung = nullptr;
   QSlider* ctlZoom = nullptr;
   QLabel* lblZoom = nullptr;
   QSpinBox* txtRaster = nullptr;

@@ -30,11 +30,12 @@ QString frmGrafik::PointText() const {
   const auto index = OnlyWithPoints(drawing);
   if (!index || point >= drawing[*index].vertices.size()) return {};
   const auto& points = drawing[*index].vertices;
+  const Point shown = counting_.Shown(points[point]);
   return tr("Punkt %1 von %2: X %3  Y %4 – Einfg, Entf")
       .arg(point + 1)
       .arg(points.size())
-      .arg(points[point].x)
-      .arg(points[point].y);
+      .arg(shown.x)
+      .arg(shown.y);
 }
 
 // Where the context menu was opened, else in the middle.

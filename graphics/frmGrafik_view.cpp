@@ -1,8 +1,10 @@
 #include <QGridLayout>
+#include <QLabel>
 #include <QMenu>
 #include <QScrollArea>
 
 #include "graphics/frmGrafik.h"
+#include "graphics/object_list.h"
 #include "graphics/ruler.h"
 #include "widgets/form.h"
 
@@ -55,6 +57,32 @@ void frmGrafik::MakeViewChoices(QMenu* view) {
   AddChoice(view, {"mnuGrafikLineale", "&Lineale", "Ctrl+L", ScreenIsRoomy(), [this](bool on) {
                      for (QWidget* ruler : rulers_) ruler->setVisible(on);
                    }});
+  AddChoice(view, {"mnuGrafikZaehlung", "&Zählung wie die Befehle (y nach unten)", "", false,
+                   [this](bool on) { CountLikeCommands(on); }});
+}
+
+void frmGrafik::CountLikeCommands(bool on) {
+  counting_ =
+      Counting(on ? Counting::Way::LikeCommands : Counting::Way::Stored, Display->DisplayHeight());
+  lblZaehlung->setText(on ? tr("Y nach unten") : tr("Y nach oben"));
+  lblZaehlung->setToolTip(on ? tr("Die Zahlen zählen wie die Befehle: 0,0 ist links oben.")
+                             : tr("0,0 ist links unten; die Befehle zählen von links oben."));
+  ShowGeometry();
+  ShowHints();
+  if (pointed_) ShowPointer(*pointed_);
+  for (QWidget* ruler : rulers_) ruler->update();
+  objects_->Follow();
+}
+
+void frmGrafik::ShowGeometry() {
+  const Drawing& drawing = document_.Shown();
+  geometry_->ShowBox(SelectionBounds(drawing), AnySelected(drawing));
+}
+
+void frmGrafik::ShowPointer(Point p) {
+  pointed_ = p;
+  const Point shown = counting_.Shown(p);
+  lblKoordinaten->setText(QStringLiteral("X %1  Y %2").arg(shown.x).arg(shown.y));
 }
 
 }  // namespace kelvo

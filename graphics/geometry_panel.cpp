@@ -15,7 +15,8 @@ constexpr int kFarthestPixel = 16000;
 
 }  // namespace
 
-GeometryPanel::GeometryPanel(QWidget* parent) : QGroupBox(tr("Lage und Größe"), parent) {
+GeometryPanel::GeometryPanel(const Counting& counting, QWidget* parent)
+    : QGroupBox(tr("Lage und Größe"), parent), counting_(counting) {
   QFormLayout* const form = MakeForm(this);
   txtPosX = MakeField("txtPosX", -kFarthestPixel);
   txtPosY = MakeField("txtPosY", -kFarthestPixel);
@@ -33,9 +34,8 @@ QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
   field->setRange(min, kFarthestPixel);
   field->setKeyboardTracking(false);
   connect(field, &QSpinBox::valueChanged, this, [this] {
-    const int left = txtPosX->value();
-    const int bottom = txtPosY->value();
-    Q_EMIT BoxTyped({left, bottom, left + txtBreite->value() - 1, bottom + txtHoehe->value() - 1});
+    Q_EMIT BoxTyped(counting_.BoxAt({txtPosX->value(), txtPosY->value()}, txtBreite->value(),
+                                    txtHoehe->value()));
   });
   connect(field->findChild<QLineEdit*>(), &QLineEdit::returnPressed, this, &GeometryPanel::Complete,
           Qt::QueuedConnection);  // behind the number itself
@@ -45,8 +45,9 @@ QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
 void GeometryPanel::ShowBox(const Box& box, bool selected) {
   const QSignalBlocker quiet(this);
   setEnabled(selected);
-  txtPosX->setValue(selected ? box.left : 0);
-  txtPosY->setValue(selected ? box.bottom : 0);
+  const Point corner = selected ? counting_.FirstCorner(box) : Point();
+  txtPosX->setValue(corner.x);
+  txtPosY->setValue(corner.y);
   txtBreite->setValue(selected ? box.Width() : 1);
   txtHoehe->setValue(selected ? box.Height() : 1);
 }

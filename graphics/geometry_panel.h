@@ -2,19 +2,21 @@
 
 #include <QGroupBox>
 
+#include "graphics/counting.h"
 #include "graphics/drawing.h"
 
 class QSpinBox;
 
 namespace kelvo {
 
-/// Place and size of what is selected, typed as numbers: the lower left corner, width and height in
-/// Terminal pixels.
+/// Place and size of what is selected, typed as numbers: the corner where counting begins, width
+/// and height in Terminal pixels.
 class GeometryPanel : public QGroupBox {
   Q_OBJECT
 
  public:
-  explicit GeometryPanel(QWidget* parent = nullptr);
+  /// The counting must outlive the panel.
+  explicit GeometryPanel(const Counting& counting, QWidget* parent = nullptr);
 
   /// Without a signal; switched off without a selection.
   void ShowBox(const Box& box, bool selected);
@@ -26,6 +28,8 @@ class GeometryPanel : public QGroupBox {
 
  private:
   QSpinBox* MakeField(const char* name, int min);
+
+  const Counting& counting_;
 
   QSpinBox* txtPosX = nullptr;
   QSpinBox* txtPosY = nullptr;

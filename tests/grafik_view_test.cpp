@@ -1,4 +1,8 @@
+#include <QAbstractItemView>
+#include <QLabel>
 #include <QSlider>
+#include <QSpinBox>
+#include <array>
 
 #include "graphics/ruler.h"
 #include "tests/grafik_desk.h"
@@ -75,6 +79,38 @@ TEST_F(GrafikView, SnappingIsRememberedAndShowsItsLines) {
   Let({56, 21});
   Drag({55, 40}, {56, 21});
   EXPECT_EQ(BoundsOf(Objects()[1]).bottom, 19);
+}
+
+TEST_F(GrafikView, AllNumbersCountLikeTheCommandsWhenWanted) {
+  Do("toolRechteck");
+  Drag({8, 111}, {23, 118});
+  Do("toolAuswahl");
+  const auto place = [&] {
+    return std::array{Find<QSpinBox>("txtPosX")->value(), Find<QSpinBox>("txtPosY")->value(),
+                      Find<QSpinBox>("txtBreite")->value(), Find<QSpinBox>("txtHoehe")->value()};
+  };
+  const std::string commands = window->CreatePic();
+  const QString where = Find<QLabel>("lblKoordinaten")->text();
+  EXPECT_EQ(place(), (std::array{8, 111, 16, 8}));
+  Do("mnuGrafikZaehlung");
+  EXPECT_EQ(place(), (std::array{8, 9, 16, 8}));
+  EXPECT_EQ(where, "X 23  Y 118");
+  EXPECT_EQ(Find<QLabel>("lblKoordinaten")->text(), "X 23  Y 9");
+  EXPECT_EQ(window->CreatePic(), commands);
+  // What is typed counts so, too: it grows downward from its upper edge.
+  Find<QSpinBox>("txtHoehe")->setValue(10);
+  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{8, 109, 23, 118}));
+  Find<QSpinBox>("txtPosY")->setValue(0);
+  EXPECT_EQ(BoundsOf(Objects()[0]), (Box{8, 118, 23, 127}));
+  Start();
+  EXPECT_EQ(Find<QLabel>("lblZaehlung")->text(), "Y nach unten");
+  window->SetDisplaySize(128, 64);
+  Do("toolLinie");
+  Drag({0, 63}, {5, 63});
+  EXPECT_EQ(place(), (std::array{0, 0, 6, 1}));
+  TurnOn("mnuGrafikObjekte");
+  QApplication::processEvents();
+  EXPECT_EQ(Find<QAbstractItemView>("lstObjekte")->model()->index(0, 0).data(), "Linie 0,0 – 5,0");
 }
 
 }  // namespace
