@@ -16,11 +16,12 @@ constexpr double kTurn = 2 * std::numbers::pi;
 
 double Radians(int degrees) { return degrees * std::numbers::pi / 180; }
 
-// From the nearer edge, and a half towards it: so what mirrors each other is rounded alike.
+// From the nearer edge, and a half towards it: so what mirrors each other is rounded alike. In the
+// middle the share's sign decides.
 int Along(int low, int high, double share) {
   const double half = (high - low) / 2.0;
   const auto inwards = static_cast<int>(std::lround(half * (1 - std::abs(share)) - kLastDigits));
-  return share < 0 ? low + inwards : high - inwards;
+  return std::signbit(share) ? low + inwards : high - inwards;
 }
 
 Point At(const Box& box, double cosine, double sine) {
@@ -32,14 +33,16 @@ struct ArcPixel {
   Point at;
 };
 
-// The other leg of a right triangle whose long side is 1.
-double Other(double leg) { return std::sqrt(std::max(0.0, 1 - leg * leg)); }
+// The other leg of a right triangle whose long side is 1; never quite nothing, so that both sides
+// of it can be told.
+double Other(double leg) { return std::sqrt(std::max(kLastDigits * kLastDigits, 1 - leg * leg)); }
 
 double Share(int at, int low, int high) {
   return high == low ? 0 : (2.0 * at - low - high) / (high - low);
 }
 
-// The ellipse's pixels: one in each column where it is flat, one in each row where it is steep.
+// The ellipse's pixels: one in each column where it is flat, one in each row where it is steep, and
+// where it touches the box.
 std::vector<ArcPixel> EllipsePixels(const Box& box) {
   const int width = box.right - box.left;
   const int height = box.top - box.bottom;
@@ -49,30 +52,50 @@ std::vector<ArcPixel> EllipsePixels(const Box& box) {
   };
   for (int x = box.left; x <= box.right; ++x) {
     const double cosine = Share(x, box.left, box.right);
-    if (width * Other(cosine) + kLastDigits < height * std::abs(cosine)) continue;
+    const bool flat = width * Other(cosine) + kLastDigits >= height * std::abs(cosine);
+    if (!flat && x > box.left && x < box.right) continue;
     for (const double sine : {Other(cosine), -Other(cosine)}) add(cosine, sine);
   }
   for (int y = box.bottom; y <= box.top; ++y) {
     const double sine = Share(y, box.bottom, box.top);
-    if (height * Other(sine) + kLastDigits < width * std::abs(sine)) continue;
+    const bool steep = height * Other(sine) + kLastDigits >= width * std::abs(sine);
+    if (!steep && y > box.bottom && y < box.top) continue;
     for (const double cosine : {Other(sine), -Other(sine)}) add(cosine, sine);
   }
   return pixels;
 }
 
+// Where flat and steep meet a pixel may be missing; what lies there halfway fills the gap.
+void AppendJoined(std::vector<Point>& points, const Box& box, const ArcPixel& from,
+                  const ArcPixel& to) {
+  constexpr double kSameAngle = 1e-6;
+  const bool gap = std::abs(to.at.x - from.at.x) > 1 || std::abs(to.at.y - from.at.y) > 1;
+  if (gap && to.angle - from.angle > kSameAngle) {
+    const double angle = (from.angle + to.angle) / 2;
+    const ArcPixel halfway{angle, At(box, std::cos(angle), std::sin(angle))};
+    AppendJoined(points, box, from, halfway);
+    AppendJoined(points, box, halfway, to);
+  } else if (!(points.back() == to.at)) {
+    points.push_back(to.at);
+  }
+}
+
 // Those of a part of it, in their order.
 std::vector<Point> ArcPixels(const Box& box, double from, double sweep) {
-  std::vector<ArcPixel> pixels;
+  const auto atAngle = [&](double angle) {
+    return ArcPixel{angle, At(box, std::cos(angle), std::sin(angle))};
+  };
+  std::vector<ArcPixel> pixels = {atAngle(from), atAngle(from + sweep)};
   for (ArcPixel pixel : EllipsePixels(box)) {
-    pixel.angle = std::fmod(pixel.angle - from + 2 * kTurn, kTurn);
-    if (pixel.angle < sweep) pixels.push_back(pixel);
+    pixel.angle = from + std::fmod(pixel.angle - from + 2 * kTurn, kTurn);
+    if (pixel.angle > from && pixel.angle < from + sweep) pixels.push_back(pixel);
   }
   std::sort(pixels.begin(), pixels.end(),
             [](const ArcPixel& a, const ArcPixel& b) { return a.angle < b.angle; });
-  std::vector<Point> points = {At(box, std::cos(from), std::sin(from))};
-  for (const ArcPixel& pixel : pixels) points.push_back(pixel.at);
-  points.push_back(At(box, std::cos(from + sweep), std::sin(from + sweep)));
-  points.erase(std::unique(points.begin(), points.end()), points.end());
+  std::vector<Point> points = {pixels.front().at};
+  for (std::size_t i = 1; i < pixels.size(); ++i) {
+    AppendJoined(points, box, pixels[i - 1], pixels[i]);
+  }
   return points;
 }
 

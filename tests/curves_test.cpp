@@ -42,6 +42,22 @@ TEST(Curves, ARoundedRectangleIsTheSameFromAllSides) {
   }
 }
 
+TEST(Curves, AWholeEllipseIsTheSameFromAllSides) {
+  for (int width = 1; width <= kSide; ++width) {
+    for (int height = 1; height <= kSide; height += 3) {
+      PixelMap map(width, height);
+      const auto points = EllipseArc({0, 0, width - 1, height - 1}, {.arcTo = 0});
+      PaintDrawing(map, {WithVertices(Kind::Polyline, points)}, {}, 0);
+      for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+          ASSERT_EQ(map.At(x, y), map.At(width - 1 - x, y)) << width << ' ' << height;
+          ASSERT_EQ(map.At(x, y), map.At(x, height - 1 - y)) << width << ' ' << height;
+        }
+      }
+    }
+  }
+}
+
 TEST(Curves, AnArcLiesOnTheTerminalsEllipse) {
   for (const Box box : {Box{3, 3, 61, 61}, {0, 20, 62, 36}, {10, 0, 20, 62}, {5, 5, 9, 9}}) {
     const double rx = (box.Width() - 1) / 2.0;

@@ -51,6 +51,7 @@ TEST_F(GrafikByKeys, EveryToolDrawsAsWithTheMouse) {
     Go(10, 0);
     Enter();
     Go(32, 11);
+    EXPECT_EQ(Find<QSpinBox>("txtBreite")->value(), BoundsOf(byMouse).Width());
     MoveMouse({100, 100});  // a push at the mouse
     Enter();
     ASSERT_EQ(Objects().size(), 2U);
