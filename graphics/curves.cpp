@@ -99,17 +99,13 @@ std::vector<Point> ArcPixels(const Box& box, double from, double sweep) {
   return points;
 }
 
-// Whether a line from one to the other has the pixels between them, and never runs exactly between
-// two pixels, of which the Terminal may take either.
+// Whether a line from one to the other has the pixels between them, none of which lies exactly
+// beside it: of two such pixels the Terminal may take either.
 bool IsLine(const Point* first, const Point* last) {
-  const int dx = last->x - first->x;
-  const int dy = last->y - first->y;
+  const std::int64_t dx = last->x - first->x;
+  const std::int64_t dy = last->y - first->y;
   const bool flat = std::abs(dx) >= std::abs(dy);
-  const int steps = std::max(std::abs(dx), std::abs(dy));
-  const int aside = std::min(std::abs(dx), std::abs(dy));
-  for (int step = 1; step < steps; ++step) {
-    if (std::int64_t{2} * step * aside % (std::int64_t{2} * steps) == steps) return false;
-  }
+  const std::int64_t steps = std::max(std::abs(dx), std::abs(dy));
   return std::all_of(first + 1, last, [&](const Point& p) {
     const std::int64_t x = p.x - first->x;
     const std::int64_t y = p.y - first->y;
