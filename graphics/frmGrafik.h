@@ -169,6 +169,7 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikDatenbank_Click();
   void mnuGrafikSpeichern_Click();
   void mnuGrafikPng_Click();
+  void mnuGrafikDrucken_Click();
   void mnuGrafikZeichnung_Click();
   void MakePicture();
   void ShowSelection();

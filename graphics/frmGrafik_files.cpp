@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
+#include <QPrinter>
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QUrl>
@@ -13,6 +14,7 @@
 #include "graphics/frmGrafik.h"
 #include "graphics/pic_reader.h"
 #include "graphics/pixel_image.h"
+#include "graphics/print_drawing.h"
 #include "graphics/stored_dialog.h"
 #include "graphics/wmf.h"
 #include "widgets/files.h"
@@ -229,6 +231,21 @@ void frmGrafik::mnuGrafikPng_Click() {
   if (const auto reason = WriteFile(*path, bytes.toStdString())) {
     person_.Message("Die Datei konnte nicht geschrieben werden:\n" + *path + "\n" + *reason,
                     Icon::Exclamation);
+  }
+}
+
+// As it is now, whatever happens while the dialog is open.
+void frmGrafik::mnuGrafikDrucken_Click() {
+  const QString name = QFileInfo(QString::fromStdString(path_)).fileName();
+  const PrintedDrawing drawing{Pixels(), name.isEmpty() ? tr("Zeichnung ohne Namen") : name};
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setDocName(drawing.name);
+  printer.setCreator(QStringLiteral("kelvo"));
+  const bool wide = drawing.pixels.width() > drawing.pixels.height();
+  printer.setPageOrientation(wide ? QPageLayout::Landscape : QPageLayout::Portrait);
+  if (!host_.ChoosePrinter(printer)) return;
+  if (!PrintDrawing(printer, drawing)) {
+    person_.Message("Die Zeichnung konnte nicht gedruckt werden.", Icon::Exclamation);
   }
 }
 

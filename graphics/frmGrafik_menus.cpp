@@ -36,6 +36,8 @@ const frmGrafik::Entry frmGrafik::kFileEntries[] = {
     {"mnuGrafikSpeichernUnter", "Speichern &unter …", "",
      [](frmGrafik& window) { window.SaveDrawing(); }, Needs::Nothing},
     {"mnuGrafikPng", "Als PN&G exportieren …", "", &frmGrafik::mnuGrafikPng_Click, Needs::Nothing},
+    {"mnuGrafikDrucken", "D&rucken …", "Ctrl+P", &frmGrafik::mnuGrafikDrucken_Click,
+     Needs::Nothing},
     {nullptr, "", "", nullptr, Needs::Nothing},
     {"mnuGrafikZeichnung", "&Zeichnung einfügen …", "", &frmGrafik::mnuGrafikZeichnung_Click,
      Needs::Nothing},

@@ -5,6 +5,8 @@
 
 #include "graphics/create_bitmap.h"
 
+class QPrinter;
+
 namespace kelvo {
 
 /// What the graphics editor needs of the program around it.
@@ -32,6 +34,8 @@ class GraphicsHost {
   virtual TerminalTraits Terminal() const = 0;
   /// Option: the window grows and shrinks with the zoom.
   virtual bool FensterMitZoomen() const = 0;
+  /// The system's print dialog; false when it was cancelled.
+  virtual bool ChoosePrinter(QPrinter& printer) = 0;
   /// Stores the selected picture in the Terminal's EEPROM.
   virtual void SaveBMPinEEProm() = 0;
   /// A drawing's or a macro's commands as they are stored.

@@ -1,5 +1,6 @@
 #include "shell/drawing_desk.h"
 
+#include <QPrintDialog>
 #include <stdexcept>
 
 #include "base/val.h"
@@ -47,6 +48,12 @@ DrawingDesk::DrawingDesk(Services services)
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
               DisplaySize(services_.defaults), services_.draftPath),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
+
+bool DrawingDesk::ChoosePrinter(QPrinter& printer) {
+  QPrintDialog dialog(&printer, &editor_);
+  dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);  // there is one page
+  return dialog.exec() == QDialog::Accepted;
+}
 
 TerminalTraits DrawingDesk::Terminal() const {
   TerminalTraits traits;

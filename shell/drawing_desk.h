@@ -74,6 +74,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
   TerminalTraits Terminal() const override;
   bool FensterMitZoomen() const override { return services_.fensterMitZoomen(); }
   std::vector<StoredText> StoredTexts() const override { return services_.storedTexts(); }
+  bool ChoosePrinter(QPrinter& printer) override;
   std::string Remembered(const std::string& name) const override {
     return services_.memory.Noted(name);
   }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QPrinter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -50,6 +51,16 @@ class HostModel : public GraphicsHost {
   }
 
   std::map<std::string, std::string> remembered;
+  bool ChoosePrinter(QPrinter& printer) override {
+    if (pdf.isEmpty()) return false;
+    landscape = printer.pageLayout().orientation() == QPageLayout::Landscape;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(pdf);
+    return true;
+  }
+
+  QString pdf;  // where the operator prints to; empty: the dialog is cancelled
+  bool landscape = false;
   std::vector<StoredText> stored;
   int sends = 0;
   int news = 0;

@@ -19,6 +19,7 @@ kelvo_test(grafik_test QT SOURCES
   grafik_group_test.cpp
   grafik_keys_test.cpp
   grafik_lists_test.cpp
+  grafik_print_test.cpp
   grafik_random_test.cpp
   grafik_test.cpp
   grafik_typing_test.cpp
