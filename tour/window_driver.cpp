@@ -13,6 +13,8 @@
 #include <QTimer>
 #include <utility>
 
+#include "widgets/wire_field.h"
+
 namespace kelvo {
 namespace {
 
@@ -53,8 +55,8 @@ void WindowDriver::Type(const QString& name, const QString& text) {
   if (auto* field = dynamic_cast<QLineEdit*>(&control)) {
     field->setText(text);
     Q_EMIT field->editingFinished();
-  } else if (auto* editor = dynamic_cast<QPlainTextEdit*>(&control)) {
-    editor->setPlainText(text);
+  } else if (auto* editor = dynamic_cast<WireEdit*>(&control)) {
+    editor->SetWire(text.toLatin1().toStdString());
   } else {
     throw std::runtime_error(name.toStdString() + " takes no text");
   }
