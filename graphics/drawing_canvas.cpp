@@ -295,7 +295,7 @@ void DrawingCanvas::mouseMoveEvent(QMouseEvent* event) {
   if (event->buttons().testFlag(Qt::LeftButton)) {
     Q_EMIT Dragged(event->position().toPoint());
     tool_->Drag(EventAt(*event));
-  } else {
+  } else if (!hand_.Draws()) {
     tool_->Hover(EventAt(*event));
     ShowHold();
   }

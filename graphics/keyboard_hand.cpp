@@ -33,7 +33,7 @@ void KeyboardHand::Enter(bool shift, bool control) {
 }
 
 void KeyboardHand::MouseMoved(Point at) {
-  if (tool_ != nullptr && Holding()) return;
+  if (Draws()) return;
   at_ = at;
   shown_ = false;
 }
@@ -41,7 +41,8 @@ void KeyboardHand::MouseMoved(Point at) {
 void KeyboardHand::MousePressed(Point at) {
   if (tool_ != nullptr && Holding()) tool_->Release({*at_});
   held_ = false;
-  MouseMoved(at);
+  at_ = at;
+  shown_ = false;
 }
 
 }  // namespace kelvo

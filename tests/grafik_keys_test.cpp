@@ -90,6 +90,7 @@ TEST_F(GrafikByKeys, ALineGrowsByEnterAndEndsWhereItIsPressedTwice) {
     Enter();
     Go(3, 0);
     Enter();
+    MoveMouse({100, 100});  // a push at the mouse
     Go(0, 2);
     Enter();
   };
