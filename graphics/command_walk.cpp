@@ -78,7 +78,7 @@ class Level {
         ConvertText(object, number, handOver);
         break;
       case Kind::Vertices:
-        ConvertVertices(object, number);
+        ConvertVertices(object, number, handOver);
         break;
     }
   }
@@ -127,12 +127,11 @@ class Level {
     if (handOver) handler_.Text(topLeft, *object.style, object.text);
   }
 
-  // Read like all others, although a vertex shape is deliberately never sent.
-  static void ConvertVertices(const DrawingObject& object, Sixteen& number) {
-    for (const Point& p : object.vertices) {
-      number(p.x);
-      number(p.y);
-    }
+  // Its numbers count like those of all others, although it is never sent.
+  void ConvertVertices(const DrawingObject& object, Sixteen& number, bool handOver) {
+    points_.clear();
+    for (const Point& p : object.vertices) points_.push_back({number(p.x), top_ - number(p.y)});
+    if (handOver) handler_.Shape(points_, object.filled);
   }
 
   const std::vector<DrawingObject>& objects_;

@@ -19,6 +19,8 @@ class CommandHandler {
   /// `object` is a picture, shown w by h pixels large.
   virtual void Bitmap(PixelPoint topLeft, const DrawingObject& object, int w, int h) = 0;
   virtual void Text(PixelPoint topLeft, const TextAttributes& style, const std::string& text) = 0;
+  /// A vertex shape, for which there is no command: it is deliberately never sent.
+  virtual void Shape(const std::vector<PixelPoint>&, bool /*filled*/) {}
   /// A level (the whole drawing, or a group's members) cannot be converted because a number leaves
   /// the 16-bit range; nothing of it is handed over.
   virtual void Overflow() = 0;

@@ -22,6 +22,8 @@ constexpr int kGripReach = 3;              // screen pixels from a grip's middle
 constexpr int kMaxWidgetSide = 32700;
 const QColor kSelectionColour(0x1e, 0x6f, 0xd9);
 const QColor kUnsentColour(0xd0, 0x60, 0x00);
+const QColor kUnsentSet(0xe8, 0xa0, 0x58);
+const QColor kUnsentCleared(0x6e, 0x40, 0x18);
 const QColor kCrossColour(0xc4, 0x18, 0x4a);
 const QColor kDimmedColour(0xb8, 0xb8, 0xb8);
 const QColor kSnapColour(0xd0, 0x20, 0x90);
@@ -129,6 +131,7 @@ void DrawingCanvas::RenderPixels() {
   PixelMap map(width_, height_);
   PaintDrawing(map, All(), fonts_, threshold_);
   pixels_ = ToImage(map);
+  TintUnsent(map);
   if (!document_.InGroup()) return;
   // Around an open group all is dimmed.
   PixelMap own(width_, height_);
@@ -136,6 +139,19 @@ void DrawingCanvas::RenderPixels() {
   for (int y = 0; y < height_; ++y) {
     for (int x = 0; x < width_; ++x) {
       if (map.At(x, y) && !own.At(x, y)) pixels_.setPixel(x, y, kDimmedColour.rgb());
+    }
+  }
+}
+
+// What vertex shapes would set or clear if they were sent, as a picture of them will.
+void DrawingCanvas::TintUnsent(const PixelMap& sent) {
+  if (CountKind(All(), Kind::Vertices) == 0) return;
+  PixelMap all(width_, height_);
+  PaintDrawing(all, All(), fonts_, threshold_, Unsent::Drawn);
+  for (int y = 0; y < height_; ++y) {
+    for (int x = 0; x < width_; ++x) {
+      if (all.At(x, y) == sent.At(x, y)) continue;
+      pixels_.setPixel(x, y, (all.At(x, y) ? kUnsentSet : kUnsentCleared).rgb());
     }
   }
 }

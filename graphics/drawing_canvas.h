@@ -7,6 +7,7 @@
 #include "graphics/device_font.h"
 #include "graphics/drawing_document.h"
 #include "graphics/keyboard_hand.h"
+#include "graphics/pixel_map.h"
 #include "graphics/tool.h"
 
 namespace kelvo {
@@ -89,6 +90,7 @@ class DrawingCanvas : public QWidget {
 
   const Drawing& All() const { return document_.InGroup() ? whole_ : document_.Shown(); }
   void RenderPixels();
+  void TintUnsent(const PixelMap& sent);
   void PaintPixels(QPainter& painter, const QRect& area);
   void PaintGrid(QPainter& painter, const QRect& area) const;
   void PaintUnsent(QPainter& painter) const;

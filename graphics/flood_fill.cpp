@@ -100,25 +100,30 @@ PixelMap FloodArea(const PixelMap& shown, Point at) {
   return Flood(shown, from).Take();
 }
 
+std::optional<DrawingObject> ObjectOf(const PixelMap& area) {
+  const Extent extent = ExtentOf(area);
+  if (extent.pixels == 0) return std::nullopt;
+  const int top = area.Height() - 1;
+  const Box box{extent.left, top - extent.bottom, extent.right, top - extent.top};
+  DrawingObject object;
+  SetCorners(object, box);
+  const auto all = static_cast<std::size_t>(box.Width()) * static_cast<std::size_t>(box.Height());
+  if (extent.pixels == all) {
+    object.kind = Kind::Rectangle;  // a few characters on the line
+    object.filled = true;
+  } else {
+    object.kind = Kind::Picture;
+    object.picture = PictureOf(area, extent);
+  }
+  return object;
+}
+
 std::optional<DrawingObject> MakeFill(const PixelMap& shown, Point at, PenMode penMode) {
   const Pixel from{at.x, shown.Height() - 1 - at.y};
   const bool black = shown.At(from.x, from.y);
   if (!Lies(shown, from) || black == (penMode != PenMode::Erase)) return std::nullopt;
-  const PixelMap area = FloodArea(shown, at);
-  const Extent extent = ExtentOf(area);
-  const int top = shown.Height() - 1;
-  const Box box{extent.left, top - extent.bottom, extent.right, top - extent.top};
-  DrawingObject fill;
-  fill.penMode = penMode;
-  SetCorners(fill, box);
-  const auto all = static_cast<std::size_t>(box.Width()) * static_cast<std::size_t>(box.Height());
-  if (extent.pixels == all) {
-    fill.kind = Kind::Rectangle;  // a few characters on the line
-    fill.filled = true;
-  } else {
-    fill.kind = Kind::Picture;
-    fill.picture = PictureOf(area, extent);
-  }
+  std::optional<DrawingObject> fill = ObjectOf(FloodArea(shown, at));
+  if (fill) fill->penMode = penMode;
   return fill;
 }
 

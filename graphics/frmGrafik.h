@@ -35,6 +35,8 @@ class QSpinBox;
 
 namespace kelvo {
 
+struct PixelView;
+
 class ObjectList;
 
 /// The graphics editor. It owns the one drawing; closing the window only hides it.
@@ -171,7 +173,7 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikPng_Click();
   void mnuGrafikDrucken_Click();
   void mnuGrafikZeichnung_Click();
-  void MakePicture();
+  void MakePicture(void (*make)(Drawing&, const PixelView&));
   void ShowSelection();
   void WalkObjects(bool forward);
   void LeaveTool();

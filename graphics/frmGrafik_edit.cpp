@@ -101,12 +101,10 @@ void frmGrafik::LeaveTool() {
   if (!toolAuswahl->isChecked()) toolAuswahl->trigger();
 }
 
-void frmGrafik::MakePicture() {
-  const TerminalTraits terminal = Terminal();
-  Edit([&](Drawing& drawing) {
-    MakePictureOfSelected(drawing, {Display->DisplayWidth(), Display->DisplayHeight(), fonts_,
-                                    terminal.blackThreshold});
-  });
+void frmGrafik::MakePicture(void (*make)(Drawing&, const PixelView&)) {
+  const PixelView view{Display->DisplayWidth(), Display->DisplayHeight(), fonts_,
+                       Terminal().blackThreshold};
+  Edit([&](Drawing& drawing) { make(drawing, view); });
 }
 
 // From object to object, the lowest first.

@@ -149,7 +149,7 @@ void frmGrafik::ReportLoaded(const WmfDrawing& loaded) {
   const std::size_t unsent = CountKind(loaded.drawing, Kind::Vertices);
   if (unsent > 0) {
     report << tr("Die Zeichnung enthält Vielecke (%1). Sie werden gezeichnet, aber nicht zum "
-                 "Terminal gesendet. Das Menü Objekt kann sie in Linienzüge umwandeln.")
+                 "Terminal gesendet. Das Menü Objekt kann sie in Linienzüge oder Bilder umwandeln.")
                   .arg(unsent);
   }
   if (!report.isEmpty()) person_.Message(report.join(u'\n').toStdString(), Icon::Information);

@@ -13,8 +13,8 @@ namespace {
 // The Terminal's part of the conversation: keeps its pen as the commands leave it.
 class Painter : public CommandHandler {
  public:
-  Painter(PixelMap& display, const DeviceFonts& fonts, std::int64_t blackThreshold)
-      : display_(display), fonts_(fonts), blackThreshold_(blackThreshold) {}
+  Painter(PixelMap& display, const DeviceFonts& fonts, std::int64_t blackThreshold, Unsent unsent)
+      : display_(display), fonts_(fonts), blackThreshold_(blackThreshold), unsent_(unsent) {}
 
   void PenMode(Ink ink) override { ink_ = ink; }
 
@@ -48,20 +48,25 @@ class Painter : public CommandHandler {
     DrawText(display_, fonts_, topLeft.x, topLeft.y, text, {style, GraphicTextMode(ink_)});
   }
 
+  void Shape(const std::vector<PixelPoint>& points, bool filled) override {
+    if (unsent_ == Unsent::Drawn) DrawPolygon(display_, points, filled, ink_);
+  }
+
   void Overflow() override {}
 
  private:
   PixelMap& display_;
   const DeviceFonts& fonts_;
   std::int64_t blackThreshold_;
+  Unsent unsent_;
   Ink ink_ = Ink::Set;
 };
 
 }  // namespace
 
 void PaintDrawing(PixelMap& display, const Drawing& drawing, const DeviceFonts& fonts,
-                  std::int64_t blackThreshold) {
-  Painter painter(display, fonts, blackThreshold);
+                  std::int64_t blackThreshold, Unsent unsent) {
+  Painter painter(display, fonts, blackThreshold, unsent);
   WalkDrawing(drawing, display.Height(), painter);
 }
 

@@ -62,29 +62,38 @@ int EllipseReach(int radiusX, int radiusY, int y) {
   return std::min(radiusX, static_cast<int>(reach));
 }
 
+// Where an outline crosses a row, and whether downward (1) or upward (-1).
+struct Crossing {
+  int x;
+  int direction;
+};
+
 // Half-open crossing rule: an edge counts for the rows from its upper end to just above its lower
 // one, so that a corner is never counted twice.
-std::vector<int> Crossings(const std::vector<PixelPoint>& points, int y) {
-  std::vector<int> crossings;
+void AddCrossings(std::vector<Crossing>& crossings, const std::vector<PixelPoint>& points, int y) {
   for (std::size_t i = 0; i < points.size(); ++i) {
     PixelPoint upper = points[i];
     PixelPoint lower = points[(i + 1) % points.size()];
-    if (upper.y > lower.y) std::swap(upper, lower);
+    const int direction = upper.y > lower.y ? -1 : 1;
+    if (direction < 0) std::swap(upper, lower);
     if (y < upper.y || y >= lower.y) continue;
     const std::int64_t height = lower.y - upper.y;
     const std::int64_t run = std::int64_t{lower.x - upper.x} * (y - upper.y);
-    crossings.push_back(static_cast<int>(upper.x + FloorDivide(2 * run + height, 2 * height)));
+    const auto x = static_cast<int>(upper.x + FloorDivide(2 * run + height, 2 * height));
+    crossings.push_back({x, direction});
   }
-  std::sort(crossings.begin(), crossings.end());
-  return crossings;
 }
 
-void FillPolygon(PixelMap& map, const std::vector<PixelPoint>& points, Ink ink) {
-  for (int y = 0; y < map.Height(); ++y) {
-    const std::vector<int> crossings = Crossings(points, y);
-    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
-      map.PutRow(crossings[i], crossings[i + 1], y, ink);
-    }
+void FillRow(PixelMap& map, std::vector<Crossing>& crossings, int y, FillRule rule, Ink ink) {
+  std::sort(crossings.begin(), crossings.end(),
+            [](const Crossing& a, const Crossing& b) { return a.x < b.x; });
+  int inside = 0;
+  int start = 0;
+  for (const Crossing& crossing : crossings) {
+    const bool was = inside != 0;
+    inside = rule == FillRule::EvenOdd ? 1 - inside : inside + crossing.direction;
+    if (!was) start = crossing.x;
+    if (was && inside == 0) map.PutRow(start, crossing.x, y, ink);
   }
 }
 
@@ -185,6 +194,24 @@ void DrawEllipse(PixelMap& map, int centreX, int centreY, int radiusX, int radiu
   }
 }
 
+void FillPolygons(PixelMap& map, const std::vector<std::vector<PixelPoint>>& polygons,
+                  FillRule rule, Ink ink) {
+  int first = map.Height();
+  int last = -1;
+  for (const auto& polygon : polygons) {
+    for (const PixelPoint& p : polygon) {
+      first = std::min(first, p.y);
+      last = std::max(last, p.y);
+    }
+  }
+  std::vector<Crossing> crossings;
+  for (int y = std::max(first, 0); y <= std::min(last, map.Height() - 1); ++y) {
+    crossings.clear();
+    for (const auto& polygon : polygons) AddCrossings(crossings, polygon, y);
+    FillRow(map, crossings, y, rule, ink);
+  }
+}
+
 void DrawPolygon(PixelMap& map, const std::vector<PixelPoint>& points, bool filled, Ink ink) {
   if (points.size() < 2) return;
   if (ink == Ink::Invert) {  // edges meet, and the outline lies on the inside: collect first
@@ -196,7 +223,7 @@ void DrawPolygon(PixelMap& map, const std::vector<PixelPoint>& points, bool fill
   std::vector<PixelPoint> corners;
   corners.reserve(points.size());
   for (const PixelPoint& p : points) corners.push_back({Limited(p.x), Limited(p.y)});
-  if (filled) FillPolygon(map, corners, ink);
+  if (filled) FillPolygons(map, {corners}, FillRule::EvenOdd, ink);
   for (std::size_t i = 0; i < corners.size(); ++i) {
     const PixelPoint& next = corners[(i + 1) % corners.size()];
     DrawLine(map, corners[i].x, corners[i].y, next.x, next.y, ink);

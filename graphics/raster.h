@@ -36,6 +36,11 @@ void DrawEllipse(PixelMap& map, int centreX, int centreY, int radiusX, int radiu
                  Ink ink);
 /// A closed outline or, filled, its even-odd inside and outline. Fewer than 2 points draw nothing.
 void DrawPolygon(PixelMap& map, const std::vector<PixelPoint>& points, bool filled, Ink ink);
+enum class FillRule { EvenOdd, Winding };
+/// What lies inside of all the polygons together, without outlines; a hole is a polygon, too.
+/// Corners must lie within kCoordinateLimit.
+void FillPolygons(PixelMap& map, const std::vector<std::vector<PixelPoint>>& polygons,
+                  FillRule rule, Ink ink);
 /// Draws the set pixels of `bits` with its top left corner at (x, y); where `bits` is unset the
 /// map stays as it is, so that a bitmap drawn with Ink::Clear erases its own shape.
 void DrawBitmap(PixelMap& map, int x, int y, const PixelMap& bits, Ink ink);

@@ -7,7 +7,6 @@
 
 #include "graphics/painter.h"
 #include "graphics/prepare.h"
-#include "graphics/raster.h"
 
 namespace kelvo {
 
@@ -38,32 +37,6 @@ void MapSelected(Drawing& drawing, const PointMap& map,
     SetCorners(object, after);
     if (object.kind == Kind::Picture) turn(object);
   });
-}
-
-// Even and odd, row by row, and the outline.
-void DrawPolygon(PixelMap& pixels, const DrawingObject& shape) {
-  const std::vector<Point>& points = shape.vertices;
-  const int top = pixels.Height() - 1;
-  const auto next = [&](std::size_t i) { return points[(i + 1) % points.size()]; };
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    DrawLine(pixels, points[i].x, top - points[i].y, next(i).x, top - next(i).y, Ink::Set);
-  }
-  for (int y = 0; shape.filled && y < pixels.Height(); ++y) {
-    std::vector<double> crossings;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-      const Point a = points[i];
-      const Point b = next(i);
-      if ((a.y <= y) == (b.y <= y)) continue;
-      crossings.push_back(a.x + static_cast<double>(y - a.y) * (b.x - a.x) / (b.y - a.y));
-    }
-    std::sort(crossings.begin(), crossings.end());
-    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
-      const int last = std::min(static_cast<int>(crossings[i + 1]), pixels.Width() - 1);
-      for (int x = std::max(static_cast<int>(crossings[i]), 0); x <= last; ++x) {
-        pixels.Put(x, top - y, Ink::Set);
-      }
-    }
-  }
 }
 
 Picture PictureOf(const PixelMap& pixels, const Box& box) {
@@ -138,11 +111,7 @@ void MakePictureOfSelected(Drawing& drawing, const PixelView& view) {
                                      [](const DrawingObject& object) { return object.selected; });
   if (selected == grouped.end()) return;
   PixelMap pixels(view.width, view.height);
-  PaintDrawing(pixels, {*selected}, view.fonts, view.blackThreshold);
-  const auto drawPolygon = [&pixels](const DrawingObject& object) {
-    if (object.kind == Kind::Vertices && object.vertices.size() > 1) DrawPolygon(pixels, object);
-  };
-  ForEachMember(*selected, drawPolygon);
+  PaintDrawing(pixels, {*selected}, view.fonts, view.blackThreshold, Unsent::Drawn);
   const std::optional<Box> box = SeenBounds(*selected, pixels);
   if (!box) return;
   DrawingObject picture;
@@ -152,6 +121,23 @@ void MakePictureOfSelected(Drawing& drawing, const PixelView& view) {
   SetCorners(picture, *box);
   *selected = std::move(picture);
   drawing = std::move(grouped);
+}
+
+void MakePicturesOfShapes(Drawing& drawing, const PixelView& view) {
+  ForEachSelected(drawing, [&view](DrawingObject& object) {
+    if (object.kind != Kind::Vertices) return;
+    PixelMap pixels(view.width, view.height);
+    DrawingObject shape = object;
+    shape.penMode = PenMode::Draw;
+    PaintDrawing(pixels, {shape}, view.fonts, view.blackThreshold, Unsent::Drawn);
+    const std::optional<Box> box = BoundsOfSet(pixels);
+    if (!box) return;
+    object.kind = Kind::Picture;
+    object.filled = false;
+    object.vertices.clear();
+    object.picture = PictureOf(pixels, *box);
+    SetCorners(object, *box);
+  });
 }
 
 }  // namespace kelvo

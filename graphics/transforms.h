@@ -29,5 +29,8 @@ struct PixelView {
 /// Shapes that are never sent are drawn, too, with their filling. Changes nothing where nothing
 /// would be seen.
 void MakePictureOfSelected(Drawing& drawing, const PixelView& view);
+/// Makes a picture of each selected shape that is never sent, in its place and with its filling, so
+/// that it is; as far as it lies on the display.
+void MakePicturesOfShapes(Drawing& drawing, const PixelView& view);
 
 }  // namespace kelvo

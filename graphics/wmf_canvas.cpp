@@ -120,6 +120,82 @@ void Canvas::Polygon(const std::vector<Point>& points) {
   AddShape(std::move(object));
 }
 
+// A first look asks only where it lies.
+bool Canvas::AddFill(const Outlines& outlines) {
+  if (!state_.brush.visible) return true;
+  std::optional<DrawingObject> fill;
+  if (placement_.firstLook) {
+    fill.emplace();
+    fill->kind = Kind::Vertices;
+    for (const std::vector<Point>& outline : outlines) {
+      fill->vertices.insert(fill->vertices.end(), outline.begin(), outline.end());
+    }
+  } else {
+    fill = FillOf(outlines, state_.windingFill ? FillRule::Winding : FillRule::EvenOdd,
+                  placement_.displayWidth, placement_.displayHeight);
+  }
+  if (!fill) return true;
+  fill->penMode = PenModeFor(state_.brush.dark);
+  const std::size_t pixels = fill->kind == Kind::Picture ? PicturePixels(*fill) : 0;
+  if (pixels > builder_.PixelsLeft()) return false;
+  builder_.CountPixels(pixels);
+  builder_.Add(std::move(*fill));
+  return true;
+}
+
+bool Canvas::Polygons(const std::vector<std::vector<Point>>& polygons) {
+  Outlines outlines;
+  for (const std::vector<Point>& polygon : polygons) {
+    builder_.CountVertices(polygon.size());
+    outlines.push_back(ToDrawing(polygon));
+  }
+  const bool filled = AddFill(outlines);
+  for (std::vector<Point>& outline : outlines) {
+    if (outline.empty()) continue;
+    const Point first = outline.front();
+    outline.push_back(first);
+    DrawingObject object;
+    object.kind = Kind::Polyline;
+    object.vertices = std::move(outline);
+    AddStroke(std::move(object));
+  }
+  return filled;
+}
+
+bool Canvas::AddCurve(std::vector<Point> points, bool filled) {
+  builder_.CountVertices(points.size());
+  const bool done = !filled || AddFill({points});
+  DrawingObject object;
+  object.kind = Kind::Polyline;
+  object.vertices = std::move(points);
+  AddStroke(std::move(object));
+  return done;
+}
+
+bool Canvas::Arc(ArcKind kind, Point upperLeft, Point lowerRight, Point from, Point to) {
+  DrawingObject frame;
+  frame.kind = Kind::Ellipse;
+  SetBox(frame, upperLeft, lowerRight);
+  return AddCurve(ArcPoints(kind, BoundsOf(frame), ToDrawing(from), ToDrawing(to)),
+                  kind != ArcKind::Arc);
+}
+
+bool Canvas::RoundedBox(Point upperLeft, Point lowerRight, Point corner) {
+  const Exact none = ToDisplay(upperLeft);
+  const Exact ellipse = ToDisplay({upperLeft.x + corner.x, upperLeft.y + corner.y});
+  const auto radius = [](double length) { return static_cast<int>(std::abs(length) / 2); };
+  const int radiusX = radius(ellipse.x - none.x);
+  const int radiusY = radius(ellipse.y - none.y);
+  if (radiusX == 0 || radiusY == 0 || !placement_.foreign) {
+    Boxed(Kind::Rectangle, upperLeft, lowerRight);
+    return true;
+  }
+  DrawingObject frame;
+  frame.kind = Kind::Rectangle;
+  SetBox(frame, upperLeft, lowerRight);
+  return AddCurve(wmf::RoundedBox(BoundsOf(frame), radiusX, radiusY), true);
+}
+
 void Canvas::Boxed(Kind kind, Point upperLeft, Point lowerRight) {
   DrawingObject object;
   object.kind = kind;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "graphics/wmf_builder.h"
+#include "graphics/wmf_shapes.h"
 
 namespace kelvo::wmf {
 
@@ -14,6 +15,8 @@ struct Placement {
   double originY = 0;
   double scale = 1;
   int displayHeight = 0;
+  int displayWidth = 0;    ///< of foreign metafiles alone
+  bool firstLook = false;  ///< for where things lie; fills are boxes
 };
 
 /// Turns what a metafile draws into objects. Points are logical units.
@@ -35,6 +38,11 @@ class Canvas {
   void Path(const std::vector<Point>& points);
   void Polyline(const std::vector<Point>& points);
   void Polygon(const std::vector<Point>& points);
+  /// Several, one of which may be a hole in another. False when the limit of pixels is reached.
+  bool Polygons(const std::vector<std::vector<Point>>& polygons);
+  bool Arc(ArcKind kind, Point upperLeft, Point lowerRight, Point from, Point to);
+  /// `corner` is width and height of the ellipse that the corners are taken from.
+  bool RoundedBox(Point upperLeft, Point lowerRight, Point corner);
   /// The right and bottom edges are outside.
   void Boxed(Kind kind, Point upperLeft, Point lowerRight);
   void FilledBox(Point upperLeft, Point size, bool dark);
@@ -59,6 +67,8 @@ class Canvas {
   PenMode PenModeFor(bool dark) const;
   void AddStroke(DrawingObject object);
   void AddShape(DrawingObject object);
+  bool AddFill(const Outlines& outlines);
+  bool AddCurve(std::vector<Point> points, bool filled);
 
   Placement placement_;
   Builder& builder_;

@@ -70,6 +70,7 @@ struct Context {
   bool darkGround = false;
   bool opaqueGround = true;
   unsigned textAlign = 0;
+  bool windingFill = false;  ///< of polygons that cross or hold each other
   PenMode penMode = PenMode::Draw;
   Point current;  ///< logical units
 };

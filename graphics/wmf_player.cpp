@@ -25,7 +25,7 @@ const Player::Row Player::kRows[] = {
     {U_WMR_SETWINDOWEXT, &Player::SetWindowExtent, ""},
     {U_WMR_SETMAPMODE, &Player::Ignore, ""},
     {U_WMR_SETRELABS, &Player::Ignore, ""},
-    {U_WMR_SETPOLYFILLMODE, &Player::Ignore, ""},
+    {U_WMR_SETPOLYFILLMODE, &Player::SetPolyFillMode, ""},
     {U_WMR_SETSTRETCHBLTMODE, &Player::Ignore, ""},
     {U_WMR_SETTEXTCHAREXTRA, &Player::Ignore, ""},
     {U_WMR_SETTEXTJUSTIFICATION, &Player::Ignore, ""},
@@ -50,9 +50,9 @@ const Player::Row Player::kRows[] = {
     {U_WMR_LINETO, &Player::LineTo, ""},
     {U_WMR_POLYLINE, &Player::DrawPolyline, ""},
     {U_WMR_POLYGON, &Player::DrawPolygon, ""},
-    {U_WMR_POLYPOLYGON, &Player::DrawPolyPolygon, ""},
+    {U_WMR_POLYPOLYGON, &Player::DrawPolyPolygon, "Füllung"},
     {U_WMR_RECTANGLE, &Player::DrawRectangle, ""},
-    {U_WMR_ROUNDRECT, &Player::DrawRoundRectangle, ""},
+    {U_WMR_ROUNDRECT, &Player::DrawRoundRectangle, "Füllung"},
     {U_WMR_ELLIPSE, &Player::DrawEllipse, ""},
     {U_WMR_SETPIXEL, &Player::DrawPixel, ""},
     {U_WMR_PATBLT, &Player::PaintBox, "Rasteroperation"},
@@ -65,9 +65,9 @@ const Player::Row Player::kRows[] = {
     {U_WMR_ESCAPE, &Player::ReadEscape, "Gerätebefehl"},
     {U_WMR_BITBLT, &Player::SkipRecord, "Bild"},
     {U_WMR_STRETCHBLT, &Player::SkipRecord, "Bild"},
-    {U_WMR_ARC, &Player::SkipRecord, "Bogen"},
-    {U_WMR_PIE, &Player::SkipRecord, "Kreisausschnitt"},
-    {U_WMR_CHORD, &Player::SkipRecord, "Kreisabschnitt"},
+    {U_WMR_ARC, &Player::DrawArc, "Füllung"},
+    {U_WMR_PIE, &Player::DrawPie, "Füllung"},
+    {U_WMR_CHORD, &Player::DrawChord, "Füllung"},
     {U_WMR_FLOODFILL, &Player::SkipRecord, "Flächenfüllung"},
     {U_WMR_EXTFLOODFILL, &Player::SkipRecord, "Flächenfüllung"},
     {U_WMR_FILLREGION, &Player::SkipRecord, "Bereich"},
@@ -175,6 +175,8 @@ void Player::SetRop2() { canvas_.State().penMode = static_cast<PenMode>(Number(0
 
 void Player::SetTextColor() { canvas_.State().darkText = IsDark(ColourAt(0)); }
 
+void Player::SetPolyFillMode() { canvas_.State().windingFill = Unsigned(0) == U_WINDING; }
+
 void Player::SetTextAlign() { canvas_.State().textAlign = Unsigned(0); }
 
 void Player::SetWindowOrigin() { canvas_.State().windowOrigin = TurnedPointAt(0); }
@@ -241,20 +243,25 @@ void Player::DrawPolyline() { canvas_.Polyline(PointsAt(1, Unsigned(0))); }
 void Player::DrawPolygon() { canvas_.Polygon(PointsAt(1, Unsigned(0))); }
 
 void Player::DrawPolyPolygon() {
-  const std::size_t polygons = Unsigned(0);
-  std::size_t at = 1 + polygons;
-  for (std::size_t i = 0; i < polygons; ++i) {
-    const std::size_t count = Unsigned(1 + i);
-    canvas_.Polygon(PointsAt(at, count));
-    at += 2 * count;
+  const std::size_t count = Unsigned(0);
+  std::size_t at = 1 + count;
+  std::vector<std::vector<Point>> polygons;
+  for (std::size_t i = 0; i < count; ++i) {
+    polygons.push_back(PointsAt(at, Unsigned(1 + i)));
+    at += 2 * polygons.back().size();
   }
+  if (count > 1 && Foreign()) return Report(canvas_.Polygons(polygons));
+  for (const std::vector<Point>& polygon : polygons) canvas_.Polygon(polygon);
 }
 
 void Player::DrawRectangle() { canvas_.Boxed(Kind::Rectangle, TurnedPointAt(2), TurnedPointAt(0)); }
 
-// The Terminal has no round corners.
 void Player::DrawRoundRectangle() {
-  canvas_.Boxed(Kind::Rectangle, TurnedPointAt(4), TurnedPointAt(2));
+  Report(canvas_.RoundedBox(TurnedPointAt(4), TurnedPointAt(2), TurnedPointAt(0)));
+}
+
+void Player::DrawArc(ArcKind kind) {
+  Report(canvas_.Arc(kind, TurnedPointAt(6), TurnedPointAt(4), TurnedPointAt(2), TurnedPointAt(0)));
 }
 
 void Player::DrawEllipse() { canvas_.Boxed(Kind::Ellipse, TurnedPointAt(2), TurnedPointAt(0)); }
@@ -286,6 +293,12 @@ void Player::DrawExtTextOut() {
   if (!Foreign()) return;
   constexpr unsigned kHasRectangle = U_ETO_OPAQUE | U_ETO_CLIPPED;
   const std::size_t textAt = (Unsigned(3) & kHasRectangle) != 0 ? 8 : 4;
+  if ((Unsigned(3) & U_ETO_OPAQUE) != 0) {
+    const Point corner = PointAt(4);
+    const Point opposite = PointAt(6);
+    canvas_.FilledBox(corner, {opposite.x - corner.x, opposite.y - corner.y},
+                      canvas_.State().darkGround);
+  }
   canvas_.Text(TurnedPointAt(0), BytesAt(textAt, Unsigned(2)));
 }
 
@@ -329,67 +342,6 @@ void Player::DrawDib(Point destination, Point size, Point source, Point sourceSi
   object.picture = std::move(*picture);
   if (!sources_.GiveTo(object)) Skip("Vorlage eines Bildes");
   if (!canvas_.Image(destination, size, std::move(object))) SkipRecord();
-}
-
-// ---- This program's comments ----
-
-void Player::ReadEscape() {
-  if (Unsigned(0) == kCommentEscape) {
-    ReadComment(BytesAt(2, Unsigned(1)));
-  } else {
-    SkipRecord();
-  }
-}
-
-// Comments of other programs say nothing about the picture.
-void Player::ReadComment(std::string_view comment) {
-  if (!comment.starts_with(kCommentMark) || comment.size() <= kCommentMark.size()) return;
-  const char tag = comment[kCommentMark.size()];
-  const std::string_view payload = comment.substr(kCommentMark.size() + 1);
-  if (tag == kDrawingTag) {
-    if (!drawn_) ReadMark(payload);
-  } else if (Foreign()) {
-    return;
-  } else if (tag == kGroupTag) {
-    builder_.BeginGroup(canvas_.State().penMode);
-  } else if (tag == kGroupEndTag) {
-    builder_.EndGroup();
-  } else if (tag == kTextTag) {
-    ReadOwnText(payload);
-  } else if (tag == kSourceTag) {
-    sources_.Begin(payload);
-  } else if (tag == kSourceDataTag) {
-    sources_.Continue(payload);
-  } else if (tag == kPreparationTag) {
-    sources_.ReadPreparation(payload);
-  }
-}
-
-namespace {
-
-int CommentNumber(std::string_view payload, std::size_t at) {
-  if (at + 2 > payload.size()) ThrowDamaged();
-  const auto low = static_cast<unsigned char>(payload[at]);
-  const auto high = static_cast<unsigned char>(payload[at + 1]);
-  return static_cast<std::int16_t>(static_cast<std::uint16_t>(low | high << 8));
-}
-
-}  // namespace
-
-void Player::ReadMark(std::string_view payload) {
-  if (payload.empty() || payload[0] != kFormatVersion) {
-    throw BadFile("Die Datei stammt von einer neueren Fassung des Programms.");
-  }
-  canvas_.Place() = Placement{false, 0, 0, 1, CommentNumber(payload, 1)};
-}
-
-void Player::ReadOwnText(std::string_view payload) {
-  const Point corner1{CommentNumber(payload, 0), CommentNumber(payload, 2)};
-  const Point corner2{CommentNumber(payload, 4), CommentNumber(payload, 6)};
-  const int length = CommentNumber(payload, 8);
-  const std::string_view text = payload.substr(10);
-  if (length < 0 || static_cast<std::size_t>(length) > text.size()) ThrowDamaged();
-  canvas_.OwnText(corner1, corner2, text.substr(0, static_cast<std::size_t>(length)));
 }
 
 }  // namespace kelvo::wmf

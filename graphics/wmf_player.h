@@ -39,6 +39,9 @@ class Player {
 
   void Ignore() {}
   void SkipRecord();
+  void Report(bool done) {
+    if (!done) SkipRecord();
+  }
   void Skip(const std::string& name) { ++skipped_[name]; }
   void FinishPath();
 
@@ -47,6 +50,7 @@ class Player {
   void SetRop2();
   void SetTextColor();
   void SetTextAlign();
+  void SetPolyFillMode();
   void SetWindowOrigin();
   void SetWindowExtent();
   void SaveContext();
@@ -66,6 +70,10 @@ class Player {
   void DrawPolyPolygon();
   void DrawRectangle();
   void DrawRoundRectangle();
+  void DrawArc(ArcKind kind);
+  void DrawArc() { DrawArc(ArcKind::Arc); }
+  void DrawPie() { DrawArc(ArcKind::Pie); }
+  void DrawChord() { DrawArc(ArcKind::Chord); }
   void DrawEllipse();
   void DrawPixel();
   void PaintBox();

@@ -64,7 +64,7 @@ void PlayAll(std::string_view records, Player& player) {
 // metafile that names no frame is framed by what it draws.
 Placement FitToDisplay(const Container& container, Player& firstLook, const Drawing& drawing,
                        int displayWidth, int displayHeight) {
-  Placement placement{true, 0, 0, 1, displayHeight};
+  Placement placement{true, 0, 0, 1, displayHeight, displayWidth, false};
   const Point extent = firstLook.WindowExtent();
   double width = extent.x != 0 ? std::abs(extent.x) : container.frameWidth;
   double height = extent.y != 0 ? std::abs(extent.y) : container.frameHeight;
@@ -83,7 +83,7 @@ WmfDrawing Read(std::string_view bytes, int displayWidth, int displayHeight,
                 const DeviceFonts& fonts, const WmfLimits& limits) {
   if (bytes.size() > limits.fileBytes) throw BadFile("Die Datei ist zu groß.");
   const Container container = OpenContainer(bytes);
-  Player firstLook({true, 0, 0, 1, displayHeight}, fonts, limits);
+  Player firstLook({true, 0, 0, 1, displayHeight, displayWidth, true}, fonts, limits);
   PlayAll(container.records, firstLook);
   Drawing drawing = firstLook.Take();
   if (!firstLook.Foreign()) return {std::move(drawing), false, firstLook.Skipped(), {}};

@@ -11,7 +11,7 @@ kelvo_test(drawing_test SOURCES
 target_compile_definitions(drawing_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(drawing_test kelvo_fonts)
 kelvo_test(editing_test SOURCES curves_test.cpp editing_test.cpp tool_test.cpp LINK kelvo_graphics)
-kelvo_test(wmf_test SOURCES prepare_test.cpp wmf_test.cpp LINK kelvo_graphics)
+kelvo_test(wmf_test SOURCES prepare_test.cpp wmf_foreign_test.cpp wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
 kelvo_test(grafik_test QT SOURCES

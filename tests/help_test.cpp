@@ -85,15 +85,16 @@ TEST_F(HelpTest, F1InAMessageBringsItsOwnRowIntoView) {
   StartWithManual();
   const struct {
     const char *title, *text, *row;
-  } messages[] = {{"", "unknown 21 / cmdSetMakro", "unknown 65 / …"},
-                  {"Fehler beim EEPROM", "EEPROM / cmdSetMakro", "Fehler beim EEPROM"},
-                  {"", "TimeOut", "TimeOut"},
-                  {"", "Schnittstellenfehler380", "Schnittstellenfehler380"},
-                  {"", "Makro 'Uhr' löschen ?", "Makro 'Begrüßung' löschen ?"},
-                  {"", "Die Datenbank \"/tmp/kelvo.mdb\" ist beschädigt.",
-                   "Die Datenbank \"…\" ist beschädigt."},
-                  {"", "Nicht übernommen wurden: 1 x Text", "Nicht übernommen wurden: 2 x Bogen"},
-                  {"", "Die Hilfedatei \"kelvo.hlp\" fehlt.", "Die Hilfedatei \"…\" fehlt."}};
+  } messages[] = {
+      {"", "unknown 21 / cmdSetMakro", "unknown 65 / …"},
+      {"Fehler beim EEPROM", "EEPROM / cmdSetMakro", "Fehler beim EEPROM"},
+      {"", "TimeOut", "TimeOut"},
+      {"", "Schnittstellenfehler380", "Schnittstellenfehler380"},
+      {"", "Makro 'Uhr' löschen ?", "Makro 'Begrüßung' löschen ?"},
+      {"", "Die Datenbank \"/tmp/kelvo.mdb\" ist beschädigt.",
+       "Die Datenbank \"…\" ist beschädigt."},
+      {"", "Nicht übernommen wurden: 1 x Text", "Nicht übernommen wurden: 2 x Flächenfüllung"},
+      {"", "Die Hilfedatei \"kelvo.hlp\" fehlt.", "Die Hilfedatei \"…\" fehlt."}};
   for (const auto& message : messages) {
     QMessageBox box;
     box.setWindowTitle(QString::fromUtf8(message.title));
