@@ -35,6 +35,8 @@ class DrawingCanvas : public QWidget {
   void SetGrid(int step, bool shown);
   void SetTool(Tool* tool, Qt::CursorShape cursor);
   void SetRubberBand(std::optional<Box> box);
+  /// The keyboard's cross, while it is shown.
+  std::optional<Point> Cross() const { return hand_.Shown() ? hand_.At() : std::nullopt; }
   /// The lines that hold what is dragged.
   void SetSnapPlaces(const SnapPlaces& places);
   /// Grips would hide the letters of a text that is being typed.

@@ -51,6 +51,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   MakeCanvas(display);
   MakePanels();
   MakeObjectList();
+  MakeSymbolPanel();
   MakeStatusBar();
   MakeTools();
   MakeMenus();
@@ -136,6 +137,7 @@ void frmGrafik::MakeStatusBar() {
   lineTimer_.setInterval(kLineInterval);
   connect(&lineTimer_, &QTimer::timeout, this, &frmGrafik::ShowSending);
   lblZaehlung = Named(new QLabel, "lblZaehlung");
+  lblZaehlung->setContentsMargins(0, 0, 12, 0);
   statusBar()->addPermanentWidget(lblZaehlung);
   statusBar()->addPermanentWidget(new QLabel(tr("Zoom:")));
   statusBar()->addPermanentWidget(ctlZoom);

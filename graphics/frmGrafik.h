@@ -38,6 +38,7 @@ namespace kelvo {
 struct PixelView;
 
 class ObjectList;
+class SymbolPanel;
 
 /// The graphics editor. It owns the one drawing; closing the window only hides it.
 class frmGrafik : public QMainWindow {
@@ -112,6 +113,7 @@ class frmGrafik : public QMainWindow {
   void MakeCanvas(QSize display);
   void MakePanels();
   void MakeObjectList();
+  void MakeSymbolPanel();
   QDockWidget* AddList(const char* name, const QString& title, QWidget* list);
   void MakeListEntries(QMenu* view);
   struct Choice {
@@ -195,6 +197,13 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikAufloesen_Click();
   void mnuGrafikUmwandeln_Click();
   void mnuGrafikText_Click();
+  void mnuGrafikSymbolMerken_Click();
+  void ShowSymbols();
+  void InsertSymbol(const DrawingObject& symbol, std::optional<Point> at);
+  bool DropSymbol(const QDropEvent& event);
+  std::optional<std::string> AskSymbolName(const std::string& proposed);
+  void RenameSymbol(const std::string& name);
+  void DeleteSymbol(const std::string& name);
   void mnuGrafikPunktEinfuegen_Click();
   void mnuGrafikPunktEntfernen_Click();
   void ShowPointActions();
@@ -250,6 +259,7 @@ class frmGrafik : public QMainWindow {
   CurvePanel* curve_ = nullptr;
   GeometryPanel* geometry_ = nullptr;
   ObjectList* objects_ = nullptr;
+  SymbolPanel* symbols_ = nullptr;
   std::vector<QWidget*> rulers_;
   QLabel* lblKoordinaten = nullptr;
   QLabel* lblKosten = nullptr;

@@ -16,6 +16,7 @@
 #include "graphics/pixel_image.h"
 #include "graphics/print_drawing.h"
 #include "graphics/stored_dialog.h"
+#include "graphics/symbol_panel.h"
 #include "graphics/wmf.h"
 #include "widgets/files.h"
 
@@ -324,12 +325,14 @@ Point frmGrafik::VisibleMiddle() const {
 
 void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {
   const QMimeData& mime = *event->mimeData();
-  if (mime.hasUrls() || mime.hasImage() || mime.hasText()) TakeCopy(*event);
+  const bool symbol = mime.hasFormat(SymbolList::MimeType());
+  if (symbol || mime.hasUrls() || mime.hasImage() || mime.hasText()) TakeCopy(*event);
 }
 
 // The picture's dialog waits until the drop is over: the program that it came from stands still
 // until then, and takes its data back.
 void frmGrafik::dropEvent(QDropEvent* event) {
+  if (DropSymbol(*event)) return TakeCopy(*event);
   const Point at = Display->ToDrawing(Display->mapFrom(this, event->position().toPoint()));
   const auto dropped = std::make_shared<QMimeData>();
   const QMimeData& mime = *event->mimeData();

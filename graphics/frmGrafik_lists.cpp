@@ -24,6 +24,10 @@ QDockWidget* frmGrafik::AddList(const char* name, const QString& title, QWidget*
   auto* dock = Named(new QDockWidget(title), name);
   dock->setWidget(list);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
+  if (auto* first = findChild<QDockWidget*>(QStringLiteral("dockObjekte")); first != dock) {
+    tabifyDockWidget(first, dock);
+    first->raise();
+  }
   dock->setVisible(ScreenIsRoomy());
   return dock;
 }
@@ -61,7 +65,8 @@ void frmGrafik::SelectRows(const std::vector<std::size_t>& rows) {
 
 void frmGrafik::MakeListEntries(QMenu* view) {
   view->addSeparator();
-  const std::pair<const char*, const char*> docks[] = {{"dockObjekte", "mnuGrafikObjekte"}};
+  const std::pair<const char*, const char*> docks[] = {{"dockObjekte", "mnuGrafikObjekte"},
+                                                       {"dockSymbole", "mnuGrafikSymbole"}};
   for (const auto& [dock, name] : docks) {
     view->addAction(
         Named(findChild<QDockWidget*>(QString::fromLatin1(dock))->toggleViewAction(), name));

@@ -46,6 +46,17 @@ class GraphicsHost {
   };
   /// The stored drawings, then the macros, each in the order of their records.
   virtual std::vector<StoredText> StoredTexts() const = 0;
+  /// A drawing of the operator's own to be put into others.
+  struct StoredSymbol {
+    std::string name;  ///< UTF-8
+    std::string commands;
+  };
+  /// Sorted by their names. These throw std::exception when the database cannot do it.
+  virtual std::vector<StoredSymbol> Symbols() const = 0;
+  /// In the place of one of the same name.
+  virtual void StoreSymbol(const std::string& name, const std::string& commands) = 0;
+  virtual void RenameSymbol(const std::string& name, const std::string& changed) = 0;
+  virtual void DeleteSymbol(const std::string& name) = 0;
   /// What the editor has remembered for the next start under a name of its own; empty when nothing
   /// is known. Remembering may fail silently: nothing of the operator's work is lost then.
   virtual std::string Remembered(const std::string& name) const = 0;

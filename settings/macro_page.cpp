@@ -121,16 +121,22 @@ std::string MacroPage::ListedTyp() const {
   return "Makro";
 }
 
-// The list may show records of another kind.
-std::string MacroPage::TypToSave() {
-  const std::string typ = services_.macros.Text("typ").value_or("");
+// What is no macro belongs to these, in the dative; empty for a macro and for what nobody knows.
+std::string MacroPage::OthersOf(const std::string& typ) {
+  if (typ == "Symbol") return "den Symbolen";
   const auto* const known =
       std::find_if(std::begin(kMakroTypen), std::end(kMakroTypen),
                    [&typ](const MakroTyp& kind) { return kind.index > 1 && kind.typ == typ; });
+  return known == std::end(kMakroTypen) ? std::string() : known->plural;
+}
+
+// The list may show records of another kind.
+std::string MacroPage::TypToSave() {
+  const std::string typ = services_.macros.Text("typ").value_or("");
+  const std::string others = OthersOf(typ);
   const bool stays =
-      known != std::end(kMakroTypen) &&
-      !services_.person.Ask("Der gezeigte Satz ist kein Makro, sondern gehört zu " +
-                                std::string(known->plural) +
+      !others.empty() &&
+      !services_.person.Ask("Der gezeigte Satz ist kein Makro, sondern gehört zu " + others +
                                 ". Als Makro speichern ? Mit Nein bleibt er, was er ist.",
                             Icon::Exclamation, "Speichern");
   return stays ? typ : "Makro";

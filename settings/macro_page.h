@@ -77,6 +77,7 @@ class MacroPage : public QWidget {
   void OfferNumber();
   bool CheckText(const std::string& text);
   std::string ListedTyp() const;
+  static std::string OthersOf(const std::string& typ);
   std::string TypToSave();
   void WriteMakro(int number, const std::string& suffix);
   void InvalidNumber(QLineEdit* field);

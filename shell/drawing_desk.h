@@ -11,6 +11,7 @@
 #include "graphics/graphics_host.h"
 #include "link/exchange.h"
 #include "shell/outside.h"
+#include "shell/symbol_records.h"
 #include "shell/window_memory.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
@@ -36,6 +37,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
     TerminalState& state;
     const DeviceFonts& fonts;
     WindowMemory& memory;
+    SymbolRecords& symbols;
     Recordset& options;                                        ///< `Optionen`
     Recordset& defaults;                                       ///< `Default`
     std::function<int()> baudRate;                             ///< of the open port, bit/s
@@ -75,6 +77,14 @@ class DrawingDesk : public QObject, private GraphicsHost {
   bool FensterMitZoomen() const override { return services_.fensterMitZoomen(); }
   std::vector<StoredText> StoredTexts() const override { return services_.storedTexts(); }
   bool ChoosePrinter(QPrinter& printer) override;
+  std::vector<StoredSymbol> Symbols() const override { return services_.symbols.All(); }
+  void StoreSymbol(const std::string& name, const std::string& commands) override {
+    services_.symbols.Store(name, commands);
+  }
+  void RenameSymbol(const std::string& name, const std::string& changed) override {
+    services_.symbols.Rename(name, changed);
+  }
+  void DeleteSymbol(const std::string& name) override { services_.symbols.Delete(name); }
   std::string Remembered(const std::string& name) const override {
     return services_.memory.Noted(name);
   }

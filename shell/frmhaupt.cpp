@@ -46,6 +46,7 @@ frmhaupt::frmhaupt(Outside outside)
       slot_(outside_.folders.data),
       data_(outside_.folders.data + "/" + kDatabaseFile),
       memory_(data_.database),
+      symbols_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
       line_(outside_.com1, exchange_),
       lineState_(line_, outside_.loop, exchange_),
@@ -100,7 +101,7 @@ void frmhaupt::MakePages() {
 
 void frmhaupt::MakeDrawingDesk() {
   desk_ = std::make_unique<DrawingDesk>(
-      DrawingDesk::Services{outside_, exchange_, state_, fonts_, memory_, data_.Optionen,
+      DrawingDesk::Services{outside_, exchange_, state_, fonts_, memory_, symbols_, data_.Optionen,
                             data_.Default, [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
                               return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);

@@ -28,6 +28,7 @@
 #include "shell/program_data.h"
 #include "shell/program_slot.h"
 #include "shell/record_drafts.h"
+#include "shell/symbol_records.h"
 #include "shell/tabs.h"
 #include "shell/window_memory.h"
 #include "terminal/terminal_state.h"
@@ -182,6 +183,7 @@ class frmhaupt : public QMainWindow {
   ProgramSlot slot_;
   ProgramData data_;
   WindowMemory memory_;
+  SymbolRecords symbols_;
   Exchange exchange_;
   LineWatch line_;
   TrafficRecord record_;

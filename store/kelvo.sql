@@ -5,7 +5,7 @@ pragma application_id = 1263293007;  -- "KLVO"
 pragma user_version = 1;
 
 create table "Makro" (
-  "typ" text,            -- 'Makro', 'MatrixTab', 'ATTab' or 'Grafik'
+  "typ" text,            -- 'Makro', 'MatrixTab', 'ATTab', 'Grafik' or 'Symbol'
   "lfdnr" integer,
   "Bezeichnung" text,
   "ausgang" text,

@@ -69,6 +69,28 @@ TEST_F(DrawingDeskTest, CommandsGoIntoATextFileAndIntoARecord) {
   EXPECT_TRUE(stored[0].isDrawing && !stored[1].isDrawing);
 }
 
+TEST_F(DrawingDeskTest, SymbolsAreRecordsThatNobodyTakesForMacros) {
+  Database database(folder.Path("kelvo.mdb"));
+  SymbolRecords symbols(database);
+  SymbolRecords others(database);
+  symbols.Store("Tor", commands);
+  symbols.Store("Alarm 'A'", "\x1bGP1,1;");
+  symbols.Store("Tor", "\x1bGP2,2;");
+  const auto names = [&] {
+    std::string all;
+    for (const auto& symbol : others.All()) all += symbol.name + "=" + symbol.commands + "|";
+    return all;
+  };
+  EXPECT_EQ(names(), "Alarm 'A'=\x1bGP1,1;|Tor=\x1bGP2,2;|");
+  EXPECT_EQ(StoredTexts(database).size(), 3U);
+  others.Rename("Tor", "Alarm 'A'");
+  EXPECT_EQ(names(), "Alarm 'A'=\x1bGP2,2;|");
+  EXPECT_THROW(symbols.Rename("Tor", "Tür"), StoreConflict);
+  symbols.Delete("Alarm 'A'");
+  symbols.Delete("Alarm 'A'");
+  EXPECT_EQ(names(), "");
+}
+
 TEST_F(DrawingDeskTest, WhatCannotBeTranslatedReplacesNothing) {
   drawing = {Boxed(Kind::Ellipse, {20000, 0}, {-20000, 0})};
   Start();

@@ -42,6 +42,19 @@ class HostModel : public GraphicsHost {
   void SaveBMPinEEProm() override { ++stores; }
   std::vector<StoredText> StoredTexts() const override { return stored; }
 
+  std::vector<StoredSymbol> Symbols() const override {
+    std::vector<StoredSymbol> all;
+    for (const auto& [name, commands] : symbols) all.push_back({name, commands});
+    return all;
+  }
+  void StoreSymbol(const std::string& name, const std::string& commands) override {
+    symbols[name] = commands;
+  }
+  void RenameSymbol(const std::string& name, const std::string& changed) override {
+    symbols[changed] = symbols[name];
+    symbols.erase(name);
+  }
+  void DeleteSymbol(const std::string& name) override { symbols.erase(name); }
   std::string Remembered(const std::string& name) const override {
     const auto found = remembered.find(name);
     return found == remembered.end() ? std::string() : found->second;
@@ -61,6 +74,7 @@ class HostModel : public GraphicsHost {
 
   QString pdf;  // where the operator prints to; empty: the dialog is cancelled
   bool landscape = false;
+  std::map<std::string, std::string> symbols;
   std::vector<StoredText> stored;
   int sends = 0;
   int news = 0;

@@ -21,6 +21,7 @@ kelvo_test(grafik_test QT SOURCES
   grafik_lists_test.cpp
   grafik_print_test.cpp
   grafik_random_test.cpp
+  grafik_symbols_test.cpp
   grafik_test.cpp
   grafik_typing_test.cpp
   grafik_view_test.cpp
