@@ -14,6 +14,19 @@ enum class Icon { None, Information, Question, Exclamation };
 enum class Proposal { ByIcon, No };
 enum class Decision { Save, Discard, Cancel };
 
+/// What a failure is explained by, beside its text.
+struct Advice {
+  std::string hint;     ///< what has happened and what to do; UTF-8
+  std::string chapter;  ///< of the manual, "meldungen.html#anchor"
+};
+/// Who explains failures, and what the box that reports one leads to.
+struct Adviser {
+  /// Nothing for a text that reports no failure of the line.
+  std::function<std::optional<Advice>(const std::string& text)> explain;
+  std::function<void(const std::string& chapter)> showHelp;
+  std::function<void()> showTraffic;
+};
+
 /// The person in front of the screen. All texts are UTF-8. While the program is closing nobody is
 /// asked any more: questions are answered with No, inputs and dialogs as cancelled.
 class Operator {
@@ -33,7 +46,11 @@ class Operator {
     portWanted_ = std::move(wanted);
   }
 
-  /// A message box with the OK button alone. An empty title means the program's name; `hint` stands
+  /// Every box that reports a failure says what its cause is, unless it brings a hint of its own.
+  void SetAdviser(Adviser adviser) { adviser_ = std::move(adviser); }
+
+  /// A message box with the OK button alone, where it reports a failure also with what leads to its
+  /// explanation. An empty title means the program's name; `hint` stands
   /// below the text and explains it.
   virtual void Message(const std::string& text, Icon icon = Icon::None,
                        const std::string& title = {}, const std::string& hint = {}) = 0;
@@ -59,11 +76,20 @@ class Operator {
                                               const std::string& filter) = 0;
   virtual void Beep() = 0;
 
+ protected:
+  const Adviser& Advisers() const { return adviser_; }
+  std::optional<Advice> AdviceOn(const std::string& text, const std::string& hint) const {
+    std::optional<Advice> advice = adviser_.explain ? adviser_.explain(text) : std::nullopt;
+    if (advice && !hint.empty()) advice->hint = hint;
+    return advice;
+  }
+
  private:
   Undertakings begun_;
   Deeds done_;
   std::function<bool()> portOpen_;
   std::function<void()> portWanted_;
+  Adviser adviser_;
 };
 
 inline bool Operator::MayTalk() {

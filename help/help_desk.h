@@ -27,6 +27,8 @@ class HelpDesk : public QObject {
   void ShowIndex();
   /// The chapter of the page that the main window shows.
   void ShowPage();
+  /// A place of the manual, "eeprom.html#loeschen"; with the row of a message, if one is given.
+  void ShowChapter(const QString& chapter, const QString& message = {});
   void Close();
   /// The help window; nullptr when it has not been asked for yet.
   const QWidget* Made() const { return window_.get(); }
@@ -39,7 +41,6 @@ class HelpDesk : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void ShowChapter(const QString& chapter, const QString& message = {});
   frmHilfe* Window();
   void Present();
 

@@ -93,6 +93,7 @@ void LineState::Settle(const Outcome& outcome) {
   } else {
     NoteAnswer(outcome, asked != nullptr ? asked->name : CommandName::Restart);
   }
+  failure_.reset();
   if (outcome.reply.Failed()) {
     failure_ = {outcome.reply.kind, std::string(outcome.sent), outcome.reply.received};
   }
@@ -119,6 +120,10 @@ Listening LineState::Listens() const {
   if (address == kAllAddresses) return Listening::All;
   const bool vain = unanswered_ > 0 || address == kClosingAddress;
   return vain && !answered_ ? Listening::Nobody : Listening::One;
+}
+
+bool LineState::SelectedAway() const {
+  return trace_.Nobody() || trace_.Address() == kClosingAddress;
 }
 
 Answering LineState::Answers() const {

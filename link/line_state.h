@@ -25,7 +25,7 @@ enum class Answering : std::uint8_t {
   Silent,
 };
 
-/// The last question or acknowledged command that failed.
+/// A question or acknowledged command that failed.
 struct LineFailure {
   ReplyKind kind = ReplyKind::Silent;
   std::string sent;
@@ -59,7 +59,9 @@ class LineState {
   std::chrono::seconds SinceAnswer() const;
   /// Questions and acknowledged commands since then to which nothing came.
   int Unanswered() const { return unanswered_; }
-  /// Of everything that failed since the port was opened.
+  /// Nobody has been selected on purpose: a transfer has ended, or a macro has handed over.
+  bool SelectedAway() const;
+  /// What failed last, if nothing has succeeded since.
   const std::optional<LineFailure>& LastFailure() const { return failure_; }
 
  private:

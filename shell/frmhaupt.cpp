@@ -82,7 +82,7 @@ frmhaupt::frmhaupt(Outside outside)
   cmdTab->setFocus();
 }
 
-frmhaupt::~frmhaupt() = default;
+frmhaupt::~frmhaupt() { outside_.person.SetAdviser({}); }
 
 void frmhaupt::MakePages() {
   interfaces_ =
@@ -190,6 +190,7 @@ void frmhaupt::MakeTabs() {
 }
 
 void frmhaupt::ConnectLink() {
+  MakeAdviser();
   outside_.person.SetPort([this] { return outside_.com1.IsOpen(); }, [this] { AskForPort(); });
   outside_.person.Begun().SetIdleListener([this] {
     if (pageWaits_) QMetaObject::invokeMethod(this, &frmhaupt::AskForPage, Qt::QueuedConnection);

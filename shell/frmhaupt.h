@@ -89,6 +89,7 @@ class frmhaupt : public QMainWindow {
   void MakeTabs();
   void MakeHistory();
   void FollowBus();
+  void MakeAdviser();
   QWidget* MakeAddressStrip();
   void ReadOptions();
   bool FirstRun() const;

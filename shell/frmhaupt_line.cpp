@@ -1,4 +1,6 @@
 #include "base/val.h"
+#include "help/help_desk.h"
+#include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
@@ -23,6 +25,20 @@ QWidget* frmhaupt::MakeAddressStrip() {
   return head_;
 }
 
+// Every box that reports a failure of the line says what its cause is, and leads on.
+void frmhaupt::MakeAdviser() {
+  const auto explain = [this](const std::string& text) -> std::optional<Advice> {
+    const auto cause = CauseOf(text, lineState_);
+    if (!cause) return std::nullopt;
+    return Advice{CauseWords(*cause, lineState_),
+                  "meldungen.html#" + std::string(AnchorOf(*cause))};
+  };
+  outside_.person.SetAdviser(
+      {explain,
+       [this](const std::string& chapter) { help_->ShowChapter(QString::fromStdString(chapter)); },
+       [this] { ShowTraffic(TrafficAt::LastFailure); }});
+}
+
 void frmhaupt::ShowStoredTerminals() {
   const std::vector<std::string> names = data_.ctlDovuData.Column("Bezeichnung");
   const std::vector<std::string> addresses = data_.ctlDovuData.Column("Adresse");
@@ -41,7 +57,9 @@ void frmhaupt::cmdVerbindungPruefen_Click() {
   if (!version.Failed()) NoteVersion(state_, version);
   const std::string words = CheckWords(
       lineState_, [this](int number) { return head_->NameOf(number); }, address, version);
-  chronicle_.Note(words, address.Failed() || version.Failed());
+  const bool failed = address.Failed() || version.Failed();
+  chronicle_.Note(words, failed);
+  if (failed) outside_.person.Message(words, Icon::Exclamation);
 }
 
 void frmhaupt::MakeHistory() {

@@ -97,14 +97,33 @@ QWidget* QtOperator::Owner() const {
   return active != nullptr ? active : window_;
 }
 
+QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,
+                                 const std::string& hint) const {
+  const std::optional<Advice> advice = AdviceOn(text, hint);
+  box.setInformativeText(QString::fromStdString(advice ? advice->hint : hint));
+  if (!advice) return nullptr;
+  auto* const traffic = Named(
+      box.addButton(QStringLiteral("&Datenverkehr zeigen"), QMessageBox::ActionRole), "cmdVerkehr");
+  auto* const help =
+      Named(box.addButton(QStringLiteral("&Hilfe"), QMessageBox::HelpRole), "cmdHilfe");
+  // The box stays beside the help, so it must not hear of the click.
+  help->disconnect();
+  QObject::connect(help, &QPushButton::clicked, &box,
+                   [this, chapter = advice->chapter] { Advisers().showHelp(chapter); });
+  return traffic;
+}
+
 void QtOperator::Message(const std::string& text, Icon icon, const std::string& title,
                          const std::string& hint) {
   if (loop_.Closing()) return;
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
-  box.setInformativeText(QString::fromStdString(hint));
-  box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  QPushButton* const ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  QPushButton* const traffic = Explain(box, text, hint);
+  box.setDefaultButton(ok);
+  box.setEscapeButton(ok);
   box.exec();
+  if (traffic != nullptr && box.clickedButton() == traffic) Advisers().showTraffic();
 }
 
 void QtOperator::Notify(const std::string& text, Icon icon) {
@@ -112,7 +131,12 @@ void QtOperator::Notify(const std::string& text, Icon icon) {
   auto* box = new QMessageBox(Owner());
   box->setAttribute(Qt::WA_DeleteOnClose);
   Fill(*box, text, icon, {});
-  box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  QPushButton* const ok = box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+  if (QPushButton* const traffic = Explain(*box, text, {})) {
+    QObject::connect(traffic, &QPushButton::clicked, box, [this] { Advisers().showTraffic(); });
+  }
+  box->setDefaultButton(ok);
+  box->setEscapeButton(ok);
   box->open();
 }
 
@@ -121,9 +145,13 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   if (loop_.Closing()) return false;
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
-  box.setInformativeText(QString::fromStdString(hint));
   QPushButton* const yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
   QPushButton* const no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
+  if (QPushButton* const traffic = Explain(box, text, hint)) {
+    // To look is no answer.
+    traffic->disconnect();
+    QObject::connect(traffic, &QPushButton::clicked, &box, [this] { Advisers().showTraffic(); });
+  }
   // A hasty Return must not destroy anything.
   box.setDefaultButton(proposal == Proposal::No || icon == Icon::Exclamation ? no : yes);
   box.setEscapeButton(no);

@@ -6,6 +6,8 @@
 #include "base/operator.h"
 
 class QFileDialog;
+class QMessageBox;
+class QPushButton;
 
 namespace kelvo {
 
@@ -35,6 +37,8 @@ class QtOperator : public Operator {
 
  private:
   QWidget* Owner() const;
+  /// Adds what leads on; the button that leads to the traffic, nullptr without any.
+  QPushButton* Explain(QMessageBox& box, const std::string& text, const std::string& hint) const;
   std::optional<std::string> ChooseFile(QFileDialog& dialog);
 
   const EventLoop& loop_;

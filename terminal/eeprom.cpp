@@ -1,7 +1,5 @@
 #include "terminal/eeprom.h"
 
-#include "base/wire_text.h"
-
 namespace kelvo {
 namespace {
 
@@ -10,29 +8,8 @@ constexpr std::chrono::milliseconds kFreeBytesInterval{10000};
 
 bool Fits(std::size_t bytes, const Reply& free, Operator& person) {
   if (static_cast<double>(bytes) <= free.Number() - kEepromReserve) return true;
-  person.Message("nicht genügend Platz im EEprom", Icon::Exclamation, {},
-                 free.Failed() ? "Das Terminal hat auf die Frage nach dem freien Platz nicht "
-                                 "geantwortet; wie viel es hat, ist nicht bekannt."
-                               : std::string());
+  person.Message("nicht genügend Platz im EEprom", Icon::Exclamation);
   return false;
-}
-
-std::string LikelyCause(const Reply& reply) {
-  switch (reply.kind) {
-    case ReplyKind::Silent:
-      return "Das Terminal hat in der erwarteten Zeit nicht geantwortet. Ob es den Befehl "
-             "ausgeführt hat, ist nicht bekannt.";
-    case ReplyKind::Refused:
-      return "Das Terminal hat den Befehl abgelehnt; meist ist im EEPROM kein Platz mehr.";
-    case ReplyKind::Unexpected:
-      return "Statt einer Quittung kam das Zeichen \"" + ReadableText(reply.received) +
-             "\". Vermutlich wurde während des Wartens am Terminal eine Taste gedrückt. Ob es den "
-             "Befehl ausgeführt hat, ist nicht bekannt.";
-    case ReplyKind::PortClosed:
-      return "Der Anschluss ist geschlossen.";
-    default:
-      return {};
-  }
 }
 
 }  // namespace
@@ -55,7 +32,7 @@ bool HasRoomForTable(Exchange& exchange, TerminalState& state, Operator& person)
 
 void ReportEEpromError(Operator& person, const Reply& reply, const std::string& suffix) {
   person.Message(reply.kind == ReplyKind::Refused ? "Fehler beim EEPROM" : reply.text + suffix,
-                 Icon::Exclamation, {}, LikelyCause(reply));
+                 Icon::Exclamation);
 }
 
 bool SendToEEprom(Exchange& exchange, Operator& person, const Command& command,

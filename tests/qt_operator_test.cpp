@@ -74,6 +74,42 @@ TEST_F(QtOperatorTest, HastyKeyDestroysNothing) {
   }
 }
 
+TEST_F(QtOperatorTest, AFailureLeadsToItsExplanationAndToTheTraffic) {
+  std::vector<std::string> shown;
+  person.SetAdviser(
+      {[](const std::string& text) {
+         return text == "Fehler" ? std::optional(Advice{"darum", "kapitel.html"}) : std::nullopt;
+       },
+       [&](const std::string& chapter) { shown.push_back(chapter); },
+       [&] { shown.emplace_back("traffic"); }});
+  const auto press = [](const char* name) {
+    return [name](QMessageBox& box) {
+      EXPECT_EQ(box.informativeText(), QStringLiteral("darum"));
+      auto* const button = box.findChild<QPushButton*>(QString::fromUtf8(name));
+      ASSERT_NE(button, nullptr);
+      button->click();
+    };
+  };
+  Next<QMessageBox>([&](QMessageBox& box) {
+    press("cmdHilfe")(box);
+    EXPECT_TRUE(box.isVisible()) << "the help stands beside it";
+  });
+  person.Message("Fehler", Icon::None, {}, {});
+  Next<QMessageBox>(press("cmdVerkehr"));
+  person.Message("Fehler", Icon::None, {}, {});
+  Next<QMessageBox>([&](QMessageBox& box) {
+    press("cmdVerkehr")(box);
+    EXPECT_TRUE(box.isVisible()) << "to look is no answer";
+    box.defaultButton()->click();
+  });
+  EXPECT_TRUE(person.Ask("Fehler", Icon::Question, {}, Proposal::ByIcon, {}));
+  EXPECT_EQ(shown, (std::vector<std::string>{"kapitel.html", "traffic", "traffic"}));
+  Next<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.findChild<QPushButton*>(QStringLiteral("cmdHilfe")), nullptr);
+  });
+  person.Message("Gut", Icon::None, {}, {});
+}
+
 TEST_F(QtOperatorTest, BoxComesUpOverTheWindowThatIsActive) {
   QWidget main;
   QDialog dialog(&main);

@@ -36,14 +36,14 @@ class FakeOperator : public Operator {
 
   void Message(const std::string& text, Icon icon, const std::string& title,
                const std::string& hint) override {
-    messages.push_back({text, title, icon, hint});
+    messages.push_back({text, title, icon, Hint(text, hint)});
     if (duringMessage) duringMessage();
   }
   void Notify(const std::string& text, Icon) override { notices.push_back(text); }
   bool Ask(const std::string& text, Icon icon, const std::string& title, Proposal proposal,
            const std::string& hint) override {
     questions.push_back(text);
-    lastQuestion = {text, title, icon, hint};
+    lastQuestion = {text, title, icon, Hint(text, hint)};
     proposesNo = proposal == Proposal::No || icon == Icon::Exclamation;
     return Take(answers).value_or(false);
   }
@@ -73,6 +73,10 @@ class FakeOperator : public Operator {
   Shown lastQuestion;
 
  private:
+  std::string Hint(const std::string& text, const std::string& own) const {
+    const auto advice = AdviceOn(text, own);
+    return advice ? advice->hint : own;
+  }
   template <typename T>
   static std::optional<T> Take(std::deque<T>& queue) {
     if (queue.empty()) return std::nullopt;
