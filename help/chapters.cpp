@@ -16,6 +16,7 @@ QString ChapterOf(const QWidget& window) {
       {"dlgBild", "grafik-editor.html#bild"},
       {"frmDovu", "senden-an-alle.html"},
       {"frmAnschluesse", "anschluesse.html"},
+      {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},
       {"frmVerlauf", "fenster.html#verlauf"},
       {"frmInfo", "eeprom.html"},

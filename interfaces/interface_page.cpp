@@ -34,6 +34,7 @@ InterfacePage::InterfacePage(Services services, QWidget* parent)
   page->addWidget(MakeRecordChoice());
   page->addLayout(groups, 1);
   ConnectButtons();
+  MakeFinder();
   services_.comData.SetRepositionHandler([this] { Repositioned(); });
 }
 
@@ -49,6 +50,7 @@ QComboBox* InterfacePage::MakeList(ComList list) {
 void InterfacePage::ConnectButtons() {
   Operator& person = services_.person;
   OnClick(cmdVerbinden, this, person, &InterfacePage::cmdVerbinden_Click);
+  OnClick(cmdVerbindungSuchen, this, person, &InterfacePage::cmdVerbindungSuchen_Click);
   OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click);
   OnSend(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
   OnClick(cmdDefaultCom1, this, person, &InterfacePage::cmdDefaultCom1_Click);

@@ -21,6 +21,7 @@ class QPushButton;
 namespace kelvo {
 
 class DataControl;
+class FindDialog;
 class WireEdit;
 class WireField;
 
@@ -99,6 +100,11 @@ class InterfacePage : public QWidget, public Receiver {
 
   void cboCom_Click(ComList list);
   void cmdVerbinden_Click();
+  void cmdVerbindungSuchen_Click();
+  void MakeFinder();
+  bool OpenForFinder();
+  void RestoreBeforeFinder();
+  void TakeFound(const std::string& settings);
   void cmdSetCom1_Click();
   void cmdSetCom2_Click();
   void cmdDefaultCom1_Click();
@@ -112,7 +118,10 @@ class InterfacePage : public QWidget, public Receiver {
   PortSettings openSettings_;
   std::array<QComboBox*, ComListCount> cboCom{};
   QLabel* lblAnschluss = nullptr;
+  FindDialog* finder_ = nullptr;
+  bool openBeforeFinder_ = false;
   QPushButton* cmdVerbinden = nullptr;
+  QPushButton* cmdVerbindungSuchen = nullptr;
   QPushButton* cmdSetCom1 = nullptr;
   QPushButton* cmdSetCom2 = nullptr;
   QPushButton* cmdDefaultCom1 = nullptr;

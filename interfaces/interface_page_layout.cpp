@@ -48,7 +48,9 @@ QWidget* InterfacePage::MakeFirst() {
   AddLists(form, {{ComPortNr, tr("Ansch&luss:")}});
   form->addRow(QString(), lblAnschluss);
   cmdVerbinden = MakeButton("cmdVerbinden", {});
-  form->addRow(QString(), ButtonRow({cmdVerbinden}));
+  cmdVerbindungSuchen = MakeButton("cmdVerbindungSuchen", tr("Verbindung suchen …"),
+                                   tr("Probiert, mit welchen Werten das Terminal antwortet."));
+  form->addRow(ButtonRow({cmdVerbinden, cmdVerbindungSuchen}));
   ShowOpen();
   AddLists(form, {{ComBaud1, tr("Baud&rate:")},
                   {ComParity1, tr("Par&ität:")},

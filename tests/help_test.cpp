@@ -71,9 +71,11 @@ TEST_F(HelpTest, F1LeadsToTheChapterOfThePageOrWindow) {
     Trigger("mnuHilfe_Seite");
     EXPECT_EQ(ShownChapter().toStdString(), chapters[tab]);
   }
-  const std::pair<const char*, const char*> windows[] = {{"frmDovu", "senden-an-alle.html"},
-                                                         {"frmAnschluesse", "anschluesse.html"},
-                                                         {"frmDatenverkehr", "datenverkehr.html"}};
+  const std::pair<const char*, const char*> windows[] = {
+      {"frmDovu", "senden-an-alle.html"},
+      {"frmAnschluesse", "anschluesse.html"},
+      {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
+      {"frmDatenverkehr", "datenverkehr.html"}};
   for (const auto& [name, chapter] : windows) {
     PressF1(*Find(name).findChild<QWidget*>());
     Find(name).hide();

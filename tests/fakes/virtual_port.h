@@ -22,6 +22,8 @@ class VirtualPort : public BufferedPort {
 
   /// The other end: called with each character that has left the line.
   std::function<void(char)> onCharacter;
+  /// The other end of the line learns how this one is set.
+  std::function<void(const std::string& settings)> onSetUp;
   /// Time of one character on the line; 0 for a line without delay.
   nanoseconds characterTime{0};
   /// A bridge that takes no notice of the rate: the other end has everything at once.
@@ -84,6 +86,7 @@ class VirtualPort : public BufferedPort {
   std::string SetUp(const std::string& text, Handshaking shake) override {
     settings = text;
     handshaking = shake;
+    if (onSetUp) onSetUp(text);
     return refusal;
   }
 
