@@ -23,9 +23,6 @@
 namespace kelvo {
 namespace {
 
-enum ResultColumn { Description, Verdict, Reply, CanChecksum, ResultColumns };
-
-constexpr QColor conflictColour(255, 0, 0);
 // Above it are the addresses that transfers need: nobody's, and that of all, who would all answer.
 constexpr int kUsualLimit = kClosingAddress - 1;
 
@@ -37,6 +34,8 @@ SearchPage::SearchPage(Services services, QWidget* parent)
     : QWidget(parent),
       services_(std::move(services)),
       search_({services_.exchange, services_.state, services_.reopenPort}),
+      quickSearch_({services_.exchange, services_.com1, services_.loop, services_.state,
+                    services_.reopenPort}),
       model_(new TerminalListModel(services_.terminals, this)) {
   auto* page = new QVBoxLayout(this);
   page->addWidget(MakeSearch(), 3);
@@ -54,6 +53,10 @@ QWidget* SearchPage::MakeSearch() {
       MakeButton("cmdDovusuchen", tr("Anzeigen s&uchen"),
                  tr("Fragt jede Adresse ab 0. Jedes gefundene Terminal zeigt seine Adresse an. Auf "
                     "240 x 128 Punkten sieht man davon nur die Nummer."));
+  cmdDovuSchnellsuche =
+      MakeButton("cmdDovuSchnellsuche", tr("Schnellsuche"),
+                 tr("Stellt dieselben Fragen, wartet aber nur so lange wie nötig; was zweifelhaft "
+                    "ist, wird noch einmal in Ruhe gefragt."));
   cmdDovuAbbrechen = MakeButton("cmdDovuAbbrechen", tr("Abb&rechen"),
                                 tr("Beendet die Suche nach der jetzigen Adresse (Esc)."));
   MakeProgress();
@@ -68,6 +71,7 @@ QWidget* SearchPage::MakeSearch() {
   top->addWidget(txtmaxDovu);
   top->addWidget(new QLabel(tr("0 … %1").arg(kLastBusAddress)));
   top->addWidget(cmdDovusuchen);
+  top->addWidget(cmdDovuSchnellsuche);
   top->addWidget(cmdDovuAbbrechen);
   top->addWidget(ctlDovuFortschritt, 1);
   auto* bottom = new QHBoxLayout;
@@ -127,6 +131,7 @@ QWidget* SearchPage::MakeStored() {
 void SearchPage::ConnectControls() {
   Operator& person = services_.person;
   OnSend(cmdDovusuchen, this, person, &SearchPage::cmdDovusuchen_Click);
+  OnSend(cmdDovuSchnellsuche, this, person, &SearchPage::cmdDovuSchnellsuche_Click);
   OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click, Speaks::ToStop);
   OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
   OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
@@ -229,111 +234,6 @@ void SearchPage::cmdClearDovuData_Click() {
 }
 
 void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
-
-// ---- the search ----
-
-void SearchPage::txtmaxDovu_LostFocus() {
-  const double typed = std::floor(Val(txtmaxDovu->text().toStdString()));
-  const double address = std::clamp(typed, 0.0, static_cast<double>(kLastBusAddress));
-  txtmaxDovu->setText(Text(NumberText(address)));
-}
-
-void SearchPage::cmdDovusuchen_Click() {
-  txtmaxDovu_LostFocus();  // a key that presses the button leaves the field where it is
-  const int last = txtmaxDovu->text().toInt();
-  ctlDovuSuchListe->clear();
-  results_.clear();
-  const Undertakings::Alone alone(services_.person.Begun(), "Die Suche nach Terminals läuft.");
-  SetSearching(true);
-  ShowProgress(0, last);
-  const auto end = search_.Run(last, services_.options.Number("ChecksumabVer"),
-                               [this, last](const SearchResult& result) {
-                                 AddResult(result);
-                                 ShowProgress(result.address + 1, last);
-                               });
-  SetSearching(false);
-  ShowEnd(end, last);
-  Q_EMIT Finished(tr("Suche: %1").arg(lblDovuStand->text()), end == TerminalSearch::End::LineLost);
-}
-
-void SearchPage::cmdDovuAbbrechen_Click() {
-  if (!searching_) return;
-  search_.Stop();
-  lblDovuStand->setText(tr("Die Suche endet nach dieser Adresse …"));
-}
-
-void SearchPage::SetSearching(bool searching) {
-  // A button that is switched off hands its focus to whatever comes next.
-  const QWidget* const focused = window()->focusWidget();
-  const bool toStop = searching && focused == cmdDovusuchen;
-  const bool toStart = !searching && focused == cmdDovuAbbrechen;
-  searching_ = searching;
-  searchStart_ = services_.loop.Now();
-  if (searching) lblDovuStand->clear();
-  ctlDovuFortschritt->setVisible(searching);
-  cmdDovuAbbrechen->setEnabled(searching);
-  if (toStop) cmdDovuAbbrechen->setFocus();
-  for (QPushButton* button :
-       {cmdDovusuchen, cmdDovuUebernehmen, cmdDovuNeu, cmdClearDovuData, cmdDovuSenden}) {
-    button->setEnabled(!searching);
-  }
-  cmdDovuExport->setEnabled(!searching && !results_.empty());
-  if (toStart) cmdDovusuchen->setFocus();
-  Q_EMIT SearchingChanged();
-}
-
-void SearchPage::ShowProgress(int address, int last) {
-  ctlDovuFortschritt->setRange(0, last + 1);
-  ctlDovuFortschritt->setValue(address);
-  ctlDovuFortschritt->setFormat(tr("Adresse %1 von %2, %3%4")
-                                    .arg(std::min(address, last))
-                                    .arg(last)
-                                    .arg(Text(Found()), TimeLeft(address, last + 1)));
-}
-
-// From what the addresses have taken until now.
-QString SearchPage::TimeLeft(int done, int all) const {
-  if (done == 0) return {};
-  const auto elapsed = services_.loop.Now() - searchStart_;
-  const auto left = std::chrono::duration_cast<std::chrono::seconds>(elapsed * (all - done) / done);
-  return tr(", noch etwa %1 s").arg(left.count() + (all > done ? 1 : 0));
-}
-
-std::string SearchPage::Found() const {
-  const auto found =
-      std::count_if(results_.begin(), results_.end(), [](const auto& r) { return r.Found(); });
-  const auto wrong = std::count_if(results_.begin(), results_.end(),
-                                   [](const auto& r) { return !r.Found() && !r.Absent(); });
-  return std::to_string(found) + " gefunden, " + std::to_string(wrong) + " Fehler/Kollision";
-}
-
-void SearchPage::AddResult(const SearchResult& result) {
-  results_.push_back(result);
-  const int row =
-      ctlDovuSuchListe->Add({Text(ResultName(result.address)), Text(ResultVerdict(result)),
-                             Text(ReadableText(result.reply)), Text(YesNoText(result.checksum))},
-                            result.Found());
-  if (!result.Found() && !result.Absent()) ctlDovuSuchListe->Colour(row, conflictColour);
-  QTreeWidgetItem* const item = ctlDovuSuchListe->topLevelItem(row);
-  for (int column = 0; column < ResultColumns; ++column) {
-    item->setToolTip(column, Text(ResultStory(result)));
-  }
-  ctlDovuSuchListe->ScrollTo(row);
-}
-
-void SearchPage::ShowEnd(TerminalSearch::End end, int last) {
-  const QString found = Text(Found());
-  const QString asked = tr("%1 von %2 Adressen").arg(results_.size()).arg(last + 1);
-  switch (end) {
-    case TerminalSearch::End::Complete:
-      return lblDovuStand->setText(tr("Alle %1 Adressen gefragt: %2.").arg(last + 1).arg(found));
-    case TerminalSearch::End::Stopped:
-      return lblDovuStand->setText(tr("Abgebrochen nach %1: %2.").arg(asked, found));
-    case TerminalSearch::End::LineLost:
-      return lblDovuStand->setText(
-          tr("Die Verbindung ging verloren, nach %1: %2.").arg(asked, found));
-  }
-}
 
 // ---- the results ----
 

@@ -7,6 +7,7 @@
 
 #include "base/event_loop.h"
 #include "base/operator.h"
+#include "bus/quick_search.h"
 #include "bus/terminal_search.h"
 #include "store/recordset.h"
 
@@ -34,6 +35,7 @@ class SearchPage : public QWidget {
     const Recordset& options;  ///< `Optionen`
     Recordset& terminals;      ///< `DOVU`, ordered by address
     std::function<bool()> reopenPort;
+    SerialPort& com1;
   };
   explicit SearchPage(Services services, QWidget* parent = nullptr);
 
@@ -66,6 +68,10 @@ class SearchPage : public QWidget {
   void SetSearching(bool searching);
   void ShowProgress(int address, int last);
   QString TimeLeft(int done, int all) const;
+  using Search =
+      std::function<TerminalSearch::End(int last, double from, const TerminalSearch::Listener&)>;
+  void RunSearch(const Search& search);
+  void cmdDovuSchnellsuche_Click();
   void AddResult(const SearchResult& result);
   void ShowEnd(TerminalSearch::End end, int last);
   std::string Found() const;
@@ -86,6 +92,7 @@ class SearchPage : public QWidget {
 
   Services services_;
   TerminalSearch search_;
+  QuickSearch quickSearch_;
   bool searching_ = false;
   bool selecting_ = false;
   std::chrono::nanoseconds searchStart_{0};
@@ -94,6 +101,7 @@ class SearchPage : public QWidget {
 
   QLineEdit* txtmaxDovu = nullptr;
   QPushButton* cmdDovusuchen = nullptr;
+  QPushButton* cmdDovuSchnellsuche = nullptr;
   QPushButton* cmdDovuAbbrechen = nullptr;
   QProgressBar* ctlDovuFortschritt = nullptr;
   QLabel* lblDovuStand = nullptr;

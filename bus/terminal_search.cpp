@@ -137,15 +137,20 @@ TerminalSearch::End TerminalSearch::Run(int last, double checksumFrom, const Lis
   exchange.SetInterval(kSearchInterval);
   bool connected = services_.reopenPort();
   for (int address = 0; connected && address <= last && !stopping_; ++address) {
-    const SearchResult result = Ask(address, checksumFrom);
-    connected = exchange.Alive();
-    if (!connected) break;  // nothing is known about this address
-    if (!result.Found() && !result.Absent()) connected = ShowConflict(address);
-    listener(result);
+    const auto result = Visit(address, checksumFrom);
+    if (result) listener(*result);
+    connected = result && exchange.Alive();
   }
   exchange.SetInterval(kUsualInterval);
   if (!connected) return End::LineLost;
   return stopping_ ? End::Stopped : End::Complete;
+}
+
+std::optional<SearchResult> TerminalSearch::Visit(int address, double checksumFrom) {
+  SearchResult result = Ask(address, checksumFrom);
+  if (!services_.exchange.Alive()) return std::nullopt;  // nothing is known about this address
+  if (!result.Found() && !result.Absent()) ShowConflict(address);
+  return result;
 }
 
 SearchResult TerminalSearch::Ask(int address, double checksumFrom) {
@@ -155,18 +160,24 @@ SearchResult TerminalSearch::Ask(int address, double checksumFrom) {
   exchange.SendString(SelectAddress(address).Text(), Pending::Discard);
   exchange.WaitUntilSent();
   const Reply reply = exchange.SendQuery(AskAddress());
+  result.took = exchange.LastWait();
   result.reply = reply.text;
   result.received = reply.received;
   result.heard = ReadAddressReply(address, reply);
-  if (result.heard == Heard::Itself) AskVersionOf(result, checksumFrom);
+  if (result.heard == Heard::Itself) {
+    ShowFound(address);
+    ReadVersionOf(result, checksumFrom);
+  }
   return result;
 }
 
-void TerminalSearch::AskVersionOf(SearchResult& result, double checksumFrom) {
-  Exchange& exchange = services_.exchange;
-  exchange.SendString(FoundDisplay(result.address), Pending::Discard);
-  exchange.WaitUntilSent();
-  const Reply reply = exchange.SendQuery(AskVersion());
+void TerminalSearch::ShowFound(int address) {
+  services_.exchange.SendString(FoundDisplay(address), Pending::Discard);
+  services_.exchange.WaitUntilSent();
+}
+
+void TerminalSearch::ReadVersionOf(SearchResult& result, double checksumFrom) {
+  const Reply reply = services_.exchange.SendQuery(AskVersion());
   result.versionReply = reply.text;
   result.versionReceived = reply.received;
   result.versionUsable = !reply.Failed() && IsVersion(reply.text);

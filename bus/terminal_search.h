@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,10 +28,11 @@ enum class Heard {
 struct SearchResult {
   int address = 0;
   Heard heard = Heard::Silence;
-  std::string reply;            ///< to "?A"; "TimeOut" when none was complete
-  std::string received;         ///< all that came after "?A", whatever it was
-  std::string versionReply;     ///< to "?V", empty when that was not asked
-  std::string versionReceived;  ///< all that came after "?V"
+  std::string reply;                 ///< to "?A"; "TimeOut" when none was complete
+  std::string received;              ///< all that came after "?A", whatever it was
+  std::string versionReply;          ///< to "?V", empty when that was not asked
+  std::string versionReceived;       ///< all that came after "?V"
+  std::chrono::nanoseconds took{0};  ///< until that was complete, or given up
   bool versionUsable = false;
   bool checksum = false;  ///< its version computes checksums
 
@@ -78,12 +80,16 @@ class TerminalSearch {
   /// listener is told of each address as soon as it is done. Afterwards the last address asked
   /// remains the selected one.
   End Run(int last, double checksumFrom, const Listener& listener);
+  /// The steps for one address, display and all; nothing when the line was lost in them.
+  std::optional<SearchResult> Visit(int address, double checksumFrom);
+  /// What a Terminal that has answered to its address is told and asked next.
+  void ShowFound(int address);
+  void ReadVersionOf(SearchResult& result, double checksumFrom);
   /// Ends it after the present address.
   void Stop() { stopping_ = true; }
 
  private:
   SearchResult Ask(int address, double checksumFrom);
-  void AskVersionOf(SearchResult& result, double checksumFrom);
   bool ShowConflict(int address);
 
   Services services_;

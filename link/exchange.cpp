@@ -191,8 +191,30 @@ Reply Exchange::SendQuery(const Command& query, Within within) {
   return reply;
 }
 
-void Exchange::TellOutcome(std::string_view sent, const Reply& reply, nanoseconds asked) const {
-  if (outcome_) outcome_({sent, reply, loop_.Now() - asked});
+Reply Exchange::SendQuickQuery(const Command& query, milliseconds first) {
+  Reply reply = TimeOutReply({}, false);
+  if (!Alive()) return reply;
+  const Activity activity(*this, {});
+  port_.SetReceiveThreshold(0);
+  port_.DiscardInput();
+  SendString(query.Text());
+  tmrTimeout_.SetInterval(kQueryInterval);
+  WaitUntilSent();
+  const nanoseconds asked = loop_.Now();
+  if (AwaitInput(asked + first)) {
+    reply = WaitAnswer(kEndMark);
+    if (!reply.Failed()) RemoveEcho(reply, query);
+  } else {
+    reply = TimeOutReply({}, Alive());
+    TellOutcome(query.Text(), reply, asked);
+  }
+  port_.SetReceiveThreshold(1);
+  return reply;
+}
+
+void Exchange::TellOutcome(std::string_view sent, const Reply& reply, nanoseconds asked) {
+  lastWait_ = loop_.Now() - asked;
+  if (outcome_) outcome_({sent, reply, lastWait_});
 }
 
 bool Exchange::IsOverdue(Answer answer) const {

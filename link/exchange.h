@@ -75,6 +75,10 @@ class Exchange {
   /// Sends a query and collects its reply; a copy of the query in front of it is removed.
   Reply SendQuery(const Command& query, Within within = {});
 
+  /// The same, but gives up when not one character has come `first` after the last bit; without the
+  /// pause then, because nobody has driven the line.
+  Reply SendQuickQuery(const Command& query, std::chrono::milliseconds first);
+
   /// Until the last bit of what was written has left the line; before the port is closed, so that
   /// the Terminal gets it. Takes no input and no tick, but windows repaint.
   void WaitUntilSent();
@@ -98,6 +102,8 @@ class Exchange {
   void SetActivityListener(std::function<void(std::string_view)> listener) {
     activity_ = std::move(listener);
   }
+  /// How long the last wait for an answer took, from the last bit on.
+  std::chrono::nanoseconds LastWait() const { return lastWait_; }
   /// Told of every wait for an answer when it is over; also at once, with the port closed.
   void SetOutcomeListener(std::function<void(const Outcome&)> listener) {
     outcome_ = std::move(listener);
@@ -132,7 +138,7 @@ class Exchange {
   void WaitForEvent();
   void Idle(bool nothingCame);
   void Leave(Within within);
-  void TellOutcome(std::string_view sent, const Reply& reply, std::chrono::nanoseconds asked) const;
+  void TellOutcome(std::string_view sent, const Reply& reply, std::chrono::nanoseconds asked);
 
   SerialPort& port_;
   EventLoop& loop_;
@@ -147,6 +153,7 @@ class Exchange {
   std::function<void(std::string_view)> activity_;
   std::function<void()> tick_;
   std::function<void(const Outcome&)> outcome_;
+  std::chrono::nanoseconds lastWait_{0};
   std::string sent_;  // the text written last
 };
 

@@ -132,7 +132,8 @@ void frmhaupt::MakeKeyboardPages() {
 
 void frmhaupt::MakeBus() {
   terminals_ = new SearchPage({exchange_, outside_.loop, outside_.person, state_, data_.Optionen,
-                               data_.ctlDovuData, [this] { return interfaces_->ReopenPort(); }});
+                               data_.ctlDovuData, [this] { return interfaces_->ReopenPort(); },
+                               outside_.com1});
   dovu_ = new frmDovu({exchange_, outside_.loop, outside_.person, data_.ctlDovuData,
                        [this] { return desk_->TryCreatePic(); }},
                       this);

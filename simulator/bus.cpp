@@ -28,8 +28,10 @@ Terminal* Bus::Add(TerminalSetup setup, const DeviceFonts& fonts) {
 }
 
 void Bus::Receive(unsigned char byte, const Frame& frame, Time now) {
-  for (const auto& terminal : terminals_) {
-    terminal->Receive(Resampled(byte, frame, terminal->Interface1().LineFrame()), now);
+  for (std::size_t i = 0; i < terminals_.size(); ++i) {
+    Terminal& terminal = *terminals_[i];
+    if (!terminal.OutputReady()) drivers_[i].on = false;
+    terminal.Receive(Resampled(byte, frame, terminal.Interface1().LineFrame()), now);
   }
 }
 

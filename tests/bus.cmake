@@ -1,5 +1,5 @@
 kelvo_test(bus_test
-  SOURCES terminal_search_test.cpp transfer_faults_test.cpp transfer_test.cpp
+  SOURCES quick_search_test.cpp terminal_search_test.cpp transfer_faults_test.cpp transfer_test.cpp
   LINK kelvo_bus kelvo_simulator)
 target_compile_definitions(bus_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(bus_test kelvo_fonts)

@@ -22,15 +22,21 @@ class SearchPageTest : public PageTest {
     }
     port.characterTime = testing_world::nanoseconds(520'833);
     page = &Put(new SearchPage({exchange, loop, person, state, Records("Optionen"),
-                                Records("select * from DOVU Order by Adresse"), [this] {
+                                Records("select * from DOVU Order by Adresse"),
+                                [this] {
                                   port.Close();
                                   return port.Open() == PortOk;
-                                }}));
+                                },
+                                com1}));
     page->Refresh();
   }
   void Search(const char* last) {
     Type("txtmaxDovu", last);
     Click("cmdDovusuchen");
+  }
+  void QuickSearch(const char* last) {
+    Type("txtmaxDovu", last);
+    Click("cmdDovuSchnellsuche");
   }
   QTreeWidget& Results() { return Find<QTreeWidget>("ctlDovuSuchListe"); }
   std::string Result(int address) {
@@ -71,7 +77,9 @@ TEST_F(SearchPageTest, EachAddressHasItsRow) {
   for (const int shown : {0, 3}) {
     EXPECT_TRUE(Results().topLevelItem(shown)->toolTip(0).contains(QStringLiteral("240 x 128")));
   }
-  EXPECT_EQ(Text("lblDovuStand"), "Alle 4 Adressen gefragt: 2 gefunden, 1 Fehler/Kollision.");
+  EXPECT_EQ(Text("lblDovuStand"),
+            "Alle 4 Adressen gefragt: 2 gefunden, 1 Fehler/Kollision. "
+            "Adresse 3: Dort antworten vermutlich mehrere Terminals zugleich.");
   Search("0");
   EXPECT_EQ(Results().topLevelItemCount(), 1);
 }
@@ -196,6 +204,21 @@ TEST_F(SearchPageTest, ResultIsExportedAsText) {
   person.file = folder.Path("no/such/folder.txt");
   Click("cmdDovuExport");
   EXPECT_NE(person.LastMessage().find("kann nicht geschrieben werden"), std::string::npos);
+}
+
+TEST_F(SearchPageTest, QuickSearchShowsTheSameAndCorrectsWhatWasDoubtful) {
+  Begin(
+      {{.address = 0}, {.address = 2}, {.address = 2}, {.address = 3, .fault = sim::Fault::Slow}});
+  QuickSearch("5");
+  std::string quick;
+  for (int address = 0; address <= 5; ++address) quick += Result(address);
+  EXPECT_EQ(Results().topLevelItemCount(), 6);
+  Search("5");
+  std::string usual;
+  for (int address = 0; address <= 5; ++address) usual += Result(address);
+  EXPECT_EQ(quick, usual);
+  QuickSearch("0");
+  EXPECT_EQ(Text("lblDovuStand"), "Alle 1 Adressen gefragt: 1 gefunden, 0 Fehler/Kollision.");
 }
 
 }  // namespace
