@@ -12,6 +12,7 @@
 #include "terminal/version.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/read_mark.h"
 
 namespace kelvo {
 namespace {
@@ -52,7 +53,7 @@ void EepromPage::MakeLayout() {
   auto* space = new QGroupBox(tr("Speicherplatz"));
   QFormLayout* form = MakeForm(space);
   AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Bytes"));
-  lblFreeBytesStand = Named(new QLabel, "lblFreeBytesStand");
+  lblFreeBytesStand = new ReadMark("lblFreeBytesStand", tr("noch nicht gelesen"));
   form->addRow(ButtonRow({cmdGetFreeBytes, lblFreeBytesStand}));
   page->addWidget(space);
   page->addWidget(Group(tr("Konfiguration"),
@@ -140,7 +141,7 @@ void EepromPage::EraseWithProgress() {
 void EepromPage::ShowFreeBytes() {
   const Reply reply = GetEEpromBytes(services_.exchange, services_.state);
   lblFreeBytes->setText(QString::fromStdString(NumberText(reply.Number())));
-  lblFreeBytesStand->setText(reply.Failed() ? tr("keine Antwort") : QString());
+  lblFreeBytesStand->Show(!reply.Failed());
   lblFreeBytes->repaint();
 }
 

@@ -13,6 +13,8 @@ class QPushButton;
 
 namespace kelvo {
 
+class ReadMark;
+
 /// The EEPROM page: stores and deletes the Terminal's configuration, erases everything, shows the
 /// free space.
 class EepromPage : public QWidget {
@@ -47,7 +49,7 @@ class EepromPage : public QWidget {
   QPushButton* cmdClearEEprom;
   QPushButton* cmdGetFreeBytes;
   QLabel* lblFreeBytes;
-  QLabel* lblFreeBytesStand;
+  ReadMark* lblFreeBytesStand;
 };
 
 }  // namespace kelvo

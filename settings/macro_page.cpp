@@ -90,7 +90,8 @@ void MacroPage::Shown() {
 void MacroPage::ShowFreeBytes() {
   const auto bytes = services_.state.freeBytes;
   lblMakroFrei->setText(bytes ? tr("%1 Bytes, zuletzt gelesen").arg(Text(NumberText(*bytes)))
-                              : tr("noch nicht gelesen"));
+                        : services_.state.freeBytesSilent ? tr("keine Antwort")
+                                                          : tr("noch nicht gelesen"));
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {

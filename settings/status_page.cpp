@@ -14,6 +14,7 @@
 #include "terminal/version.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/read_mark.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -53,7 +54,8 @@ QWidget* StatusPage::MakeIdentity() {
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
   form->addRow(LabelFor(lblVersion, tr("Firmware-Version:")), lblVersion);
   form->addRow(LabelFor(lblSysInfo, tr("System&information:")), lblSysInfo);
-  form->addRow(QString(), ButtonRow({cmdGetVersion}));
+  lblVersionStand = new ReadMark("lblVersionStand", tr("noch nicht gelesen"));
+  form->addRow(QString(), ButtonRow({cmdGetVersion, lblVersionStand}));
   return group;
 }
 
@@ -69,7 +71,8 @@ QWidget* StatusPage::MakeFlash() {
   QFormLayout* form = MakeForm(ctlFlashFrame);
   AddRow(form, tr("Sektoren:"), lblSektorAnzahl);
   AddRow(form, tr("Sektorgröße:"), lblSektorSize, tr("Bytes"));
-  form->addRow(ButtonRow({cmdGetFlashInfo, cmdFlashUpdate}));
+  lblFlashStand = new ReadMark("lblFlashStand");
+  form->addRow(ButtonRow({cmdGetFlashInfo, cmdFlashUpdate, lblFlashStand}));
   return ctlFlashFrame;
 }
 
@@ -81,7 +84,8 @@ QWidget* StatusPage::MakeAddress() {
   cmdSetAdresse = MakeButton("cmdSetAdresse", tr("Adresse &setzen"));
   QFormLayout* form = MakeForm(group);
   AddRow(form, tr("Ad&resse:"), txtAdresse, tr("0 … 255 (255 = alle)"));
-  form->addRow(ButtonRow({cmdGetAdresse, cmdSetAdresse}));
+  lblAdresseStand = new ReadMark("lblAdresseStand", tr("noch nicht gelesen"));
+  form->addRow(ButtonRow({cmdGetAdresse, cmdSetAdresse, lblAdresseStand}));
   return group;
 }
 
@@ -110,8 +114,10 @@ QWidget* StatusPage::MakePorts() {
   lblPortP0 = MakeValue("lblPortP0");
   lblPortP1 = MakeValue("lblPortP1");
   lblPortP0->setText(QStringLiteral("0"));
-  lblPortP1->setText(QStringLiteral("0"));
-  cmdSetPort = MakeButton("cmdSetPort", tr("P0 se&tzen"), tr("Setzt die acht Ausgänge."));
+  lblPortP1->setText(QStringLiteral("?"));
+  cmdSetPort = MakeButton("cmdSetPort", tr("P0 se&tzen"),
+                          tr("Setzt alle acht Ausgänge, auch die, deren Stand nicht bekannt ist: "
+                             "Diese werden ausgeschaltet."));
   cmdGetPort = MakeButton("cmdGetPort", tr("P1 l&esen"), tr("Liest die acht Eingänge."));
   grid->addWidget(new QLabel(tr("Leitung:")), 0, 0);
   grid->addWidget(new QLabel(tr("P0 (Ausgänge):")), 1, 0);
@@ -123,6 +129,10 @@ QWidget* StatusPage::MakePorts() {
     chkPortP1[i] = Named(new QCheckBox, ArrayName("chkPortP1", line));
     chkPortP0[i]->setAccessibleName(tr("Ausgang P0 Leitung %1").arg(line));
     chkPortP1[i]->setAccessibleName(tr("Eingang P1 Leitung %1").arg(line));
+    // What has neither been read nor set is not known.
+    for (QCheckBox* const box : {chkPortP0[i], chkPortP1[i]}) {
+      box->setCheckState(Qt::PartiallyChecked);
+    }
     // The inputs show what the Terminal reports; nobody sets them here.
     chkPortP1[i]->setAttribute(Qt::WA_TransparentForMouseEvents);
     chkPortP1[i]->setFocusPolicy(Qt::NoFocus);
@@ -139,7 +149,13 @@ QWidget* StatusPage::MakePorts() {
   grid->addWidget(lblPortP1, 2, 9);
   grid->addWidget(cmdSetPort, 1, 10);
   grid->addWidget(cmdGetPort, 2, 10);
-  grid->setColumnStretch(11, 1);
+  lblPortP0Stand = new ReadMark("lblPortP0Stand", tr("nicht bekannt"));
+  lblPortP1Stand = new ReadMark("lblPortP1Stand", tr("noch nicht gelesen"));
+  grid->addWidget(lblPortP0Stand, 1, 11);
+  grid->addWidget(lblPortP1Stand, 2, 11);
+  grid->addWidget(new QLabel(tr("P0 setzen setzt alle acht; was nicht bekannt ist, geht aus.")), 3,
+                  0, 1, 12);
+  grid->setColumnStretch(12, 1);
   return group;
 }
 
@@ -155,6 +171,7 @@ void StatusPage::ConnectControls() {
   OnSend(cmdSetRes, this, person, &StatusPage::cmdSetRes_Click);
   for (QCheckBox* line : chkPortP0) OnClick(line, this, person, &StatusPage::chkPortP0_Click);
   connect(txtAdresse, &QLineEdit::textChanged, this, &StatusPage::txtAdresse_Change);
+  connect(txtAdresse, &QLineEdit::textEdited, lblAdresseStand, &QLabel::clear);
   connect(txtDisplayX, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayX_LostFocus);
   connect(txtDisplayY, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayY_LostFocus);
   connect(txtAdresse, &QLineEdit::returnPressed, cmdSetAdresse, &QPushButton::click);
@@ -188,17 +205,22 @@ void StatusPage::cmdGetVersion_Click() {
   lblVersion->clear();
   const Reply version = QueryVersion(services_.exchange, services_.state);
   if (!version.Failed()) lblVersion->setText(GlyphText(version.text));
+  lblVersionStand->Show(!version.Failed());
   ctlFlashFrame->setVisible(ReadVersion(version.text).hasFlash);
   lblSysInfo->clear();
   services_.exchange.SendString(AskSystemInfo());
-  lblSysInfo->setPlainText(GlyphText(services_.exchange.WaitAnswer({}).text));
+  const Reply info = services_.exchange.WaitAnswer({});
+  lblSysInfo->setPlainText(GlyphText(info.text));
+  if (info.Failed() && !version.Failed()) lblVersionStand->setText(tr("Info: keine Antwort"));
 }
 
 void StatusPage::cmdGetAdresse_Click() {
   // A Terminal may repeat the query's letters in front of the number.
-  const std::string reply = services_.exchange.SendQuery(AskAddress()).text;
+  const Reply address = services_.exchange.SendQuery(AskAddress());
+  const std::string& reply = address.text;
   const std::size_t digit = reply.find_first_of("0123456789");
   txtAdresse->setText(Number(digit == std::string::npos ? 0 : Val(reply.substr(digit))));
+  lblAdresseStand->Show(!address.Failed());
 }
 
 void StatusPage::cmdSetAdresse_Click() {
@@ -213,20 +235,36 @@ void StatusPage::txtAdresse_Change() {
 }
 
 void StatusPage::cmdGetPort_Click() {
-  const double value = services_.exchange.SendQuery(AskPort()).Number();
+  const Reply reply = services_.exchange.SendQuery(AskPort());
+  const double value = reply.Number();
   lblPortP1->setText(Number(value));
   const PortLines lines = ReadPortLines(value);
-  for (std::size_t i = 0; i < lines.size(); ++i) chkPortP1[i]->setChecked(lines[i]);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    chkPortP1[i]->setTristate(false);
+    chkPortP1[i]->setCheckState(lines[i] ? Qt::Checked : Qt::Unchecked);
+  }
+  lblPortP1Stand->Show(!reply.Failed());
 }
 
 void StatusPage::chkPortP0_Click() {
   PortLines lines{};
-  for (std::size_t i = 0; i < lines.size(); ++i) lines[i] = chkPortP0[i]->isChecked();
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    lines[i] = chkPortP0[i]->checkState() == Qt::Checked;
+    // Once chosen it is on or off.
+    if (chkPortP0[i]->checkState() != Qt::PartiallyChecked) chkPortP0[i]->setTristate(false);
+  }
   lblPortP0->setText(QString::number(PortNumberOf(lines)));
+  lblPortP0Stand->setText(tr("noch nicht gesetzt"));
 }
 
 void StatusPage::cmdSetPort_Click() {
   services_.exchange.SendString(SetPort(lblPortP0->text().toStdString()));
+  for (QCheckBox* const line : chkPortP0) {
+    const bool on = line->checkState() == Qt::Checked;
+    line->setTristate(false);
+    line->setCheckState(on ? Qt::Checked : Qt::Unchecked);
+  }
+  lblPortP0Stand->ShowSet();
 }
 
 void StatusPage::txtDisplayX_LostFocus() {
@@ -258,7 +296,9 @@ void StatusPage::cmdSetRes_Click() {
 }
 
 void StatusPage::cmdGetFlashInfo_Click() {
-  const FlashInfo info = ReadFlashInfo(services_.exchange.SendQuery(AskFlash()).text);
+  const Reply reply = services_.exchange.SendQuery(AskFlash());
+  const FlashInfo info = ReadFlashInfo(reply.text);
+  lblFlashStand->Show(!reply.Failed());
   lblSektorAnzahl->setText(Number(info.sectors));
   lblSektorSize->setText(Number(info.sectorSize));
 }

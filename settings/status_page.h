@@ -17,6 +17,7 @@ class QPushButton;
 
 namespace kelvo {
 
+class ReadMark;
 class WireField;
 
 /// The status page: identity and state of the Terminal, and its basic settings.
@@ -69,19 +70,24 @@ class StatusPage : public QWidget {
   QLabel* lblVersion;
   QPlainTextEdit* lblSysInfo;
   QPushButton* cmdGetVersion;
+  ReadMark* lblVersionStand;
   QGroupBox* ctlFlashFrame;
   QLabel* lblSektorAnzahl;
   QLabel* lblSektorSize;
   QPushButton* cmdGetFlashInfo;
+  ReadMark* lblFlashStand;
   QPushButton* cmdFlashUpdate;
   QLineEdit* txtAdresse;
   QPushButton* cmdGetAdresse;
+  ReadMark* lblAdresseStand;
   QPushButton* cmdSetAdresse;
   std::array<QCheckBox*, 8> chkPortP0;
   std::array<QCheckBox*, 8> chkPortP1;
   QLabel* lblPortP0;
   QLabel* lblPortP1;
   QPushButton* cmdGetPort;
+  ReadMark* lblPortP0Stand;
+  ReadMark* lblPortP1Stand;
   QPushButton* cmdSetPort;
   QLineEdit* txtDisplayX;
   QLineEdit* txtDisplayY;

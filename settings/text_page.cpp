@@ -9,6 +9,7 @@
 #include "base/val.h"
 #include "link/commands.h"
 #include "settings/text_preview.h"
+#include "widgets/read_mark.h"
 #include "widgets/up_down.h"
 #include "widgets/wire_field.h"
 
@@ -78,6 +79,7 @@ void TextPage::cmdSetCursorHome_Click() {
 void TextPage::cmdGetCursor_Click() {
   const auto cursor = Ask(AskCursor());
   if (!cursor) return;
+  lblCursorStand->Show(!cursor->Failed());
   Choose(cboCursor, RoundToEven(cursor->Number()));
   const int kind = cboCursor->currentIndex();
   const auto shape = Ask(AskCursorShape());
@@ -86,11 +88,13 @@ void TextPage::cmdGetCursor_Click() {
     chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
   }
   txtCursorSize->setText(Number(ReadCursorSize(shape->text)));
+  if (shape->Failed()) lblCursorStand->ShowSilent();
   const auto reply = Ask(IsAtText(kind) ? AskTextPosition() : AskGraphicPosition());
   if (!reply) return;
   const Position position = ReadPosition(reply->text);
   txtCursorX->setText(Number(position.x));
   txtCursorY->setText(Number(position.y));
+  if (reply->Failed()) lblCursorStand->ShowSilent();
   cboCursor_Click();
 }
 
@@ -119,16 +123,20 @@ void TextPage::cmdSetText_Click() {
 void TextPage::cmdGetText_Click() {
   const std::pair<StyleList, Command> styles[] = {
       {FontList, AskTextFont()}, {AttributeList, AskTextAttribute()}, {ModeList, AskTextMode()}};
+  bool answered = true;
   for (const auto& [list, query] : styles) {
     const auto reply = Ask(query);
     if (!reply) return;
     Choose(cboTextStyle[list], ReadDigit(reply->text));
+    answered = answered && !reply->Failed();
+    lblTextStand->Show(answered);
   }
   const auto reply = Ask(AskTextZoom());
   if (!reply) return;
   const Zoom zoom = ReadZoom(reply->text);
   lblTextZoom[ZoomX]->setNum(zoom.x);
   lblTextZoom[ZoomY]->setText(Number(zoom.y));
+  lblTextStand->Show(answered && !reply->Failed());
   ShowZoomState(reply->Failed() ? tr("keine Antwort: kein Zoom gelesen") : tr("kein Zoom gelesen"));
   ShowPreview();
 }

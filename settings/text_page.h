@@ -19,6 +19,8 @@ class QRadioButton;
 
 namespace kelvo {
 
+class ReadMark;
+
 class TextPreview;
 class UpDown;
 class WireEdit;
@@ -95,6 +97,7 @@ class TextPage : public QWidget, public Receiver {
   QPushButton* cmdSetCursor;
   QPushButton* cmdSetCursorHome;
   QPushButton* cmdGetCursor;
+  ReadMark* lblCursorStand;
   std::array<QComboBox*, 3> cboTextStyle{};
   std::array<QLabel*, 2> lblTextZoom{};
   std::array<UpDown*, 2> ctlUpDown{};
@@ -102,6 +105,7 @@ class TextPage : public QWidget, public Receiver {
   TextPreview* ctlVorschau;
   QPushButton* cmdSetText;
   QPushButton* cmdGetText;
+  ReadMark* lblTextStand;
   QPushButton* cmdTextClear;
   QPushButton* cmdTextClr2;
   WireEdit* txtText;

@@ -11,6 +11,7 @@
 #include "settings/text_preview.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/read_mark.h"
 #include "widgets/up_down.h"
 #include "widgets/wire_field.h"
 
@@ -124,7 +125,9 @@ QWidget* TextPage::MakeCursor() {
   column->addLayout(shapes);
   column->addLayout(position);
   column->addStretch();
+  lblCursorStand = new ReadMark("lblCursorStand", tr("noch nicht gelesen"));
   column->addLayout(ButtonRow({cmdSetCursor, cmdSetCursorHome, cmdGetCursor}));
+  column->addWidget(lblCursorStand);
   return group;
 }
 
@@ -156,6 +159,8 @@ QWidget* TextPage::MakeTextStyle() {
   cmdTextClr2 =
       MakeButton("cmdTextClr2", tr("Display löschen"), tr("Löscht das Display und das Textfeld."));
   form->addRow(ButtonRow({cmdSetText, cmdGetText, cmdTextClr2}));
+  lblTextStand = new ReadMark("lblTextStand", tr("noch nicht gelesen"));
+  form->addRow(lblTextStand);
   return group;
 }
 

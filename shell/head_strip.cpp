@@ -17,8 +17,6 @@
 namespace kelvo {
 namespace {
 
-// So that all of it is seen in a window of 1024 points.
-constexpr int kLongestName = 14;
 constexpr int kLongestVersion = 12;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
@@ -39,15 +37,11 @@ class NarrowLabel : public QLabel {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    const QString words = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    const QString words = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
     style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
                           isEnabled(), words, foregroundRole());
   }
 };
-
-QString Cut(const QString& text, int length) {
-  return text.size() <= length ? text : text.left(length - 1) + u'…';
-}
 
 }  // namespace
 
@@ -66,7 +60,9 @@ HeadStrip::HeadStrip(const LineState& state, QWidget* parent) : QFrame(parent), 
     row->addWidget(Divider());
     row->addWidget(words);
   }
-  row->addStretch();
+  // It has what the others leave.
+  lblHoerer->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  row->setStretchFactor(lblHoerer, 1);
   row->addWidget(cmdVerbindungPruefen);
   age_.setSingleShot(true);
   connect(&age_, &QTimer::timeout, this, &HeadStrip::ShowAnswer);
@@ -134,15 +130,12 @@ std::string HeadStrip::NameOf(int address) const {
 
 void HeadStrip::ShowState() {
   const auto names = [this](int address) { return NameOf(address); };
-  const auto cutNames = [this](int address) {
-    return Cut(Text(NameOf(address)), kLongestName).toStdString();
-  };
-  lblHoerer->setText(Text(ListenerWords(state_, cutNames)));
+  lblHoerer->setText(Text(ListenerWords(state_, names)));
   lblHoerer->setToolTip(
       tr("Wer hört, was gesendet wird: %1").arg(Text(ListenerWords(state_, names))));
   const QString version = Text(ReadableText(state_.Version()));
   lblTerminal->setText(version.isEmpty() ? tr("Version ?")
-                                         : tr("Version %1").arg(Cut(version, kLongestVersion)));
+                                         : tr("Version %1").arg(version.left(kLongestVersion)));
   ShowAnswer();
 }
 

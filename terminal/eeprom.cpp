@@ -17,6 +17,7 @@ bool Fits(std::size_t bytes, const Reply& free, Operator& person) {
 Reply GetEEpromBytes(Exchange& exchange, TerminalState& state) {
   Reply reply = exchange.SendQuery(AskFreeBytes(), kFreeBytesInterval);
   state.freeBytes = reply.Failed() ? std::nullopt : std::optional(reply.Number());
+  state.freeBytesSilent = reply.Failed();
   state.Changed();
   return reply;
 }

@@ -39,7 +39,15 @@ TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
   for (const char* field : {"txtAdresse", "lblPortP1", "lblSektorAnzahl", "lblSektorSize"}) {
     EXPECT_EQ(Text(field), "0") << field;
   }
+  const char* const marks[] = {"lblVersionStand", "lblAdresseStand", "lblPortP1Stand",
+                               "lblFlashStand"};
+  for (const char* mark : marks) EXPECT_EQ(Text(mark), "keine Antwort") << mark;
   EXPECT_TRUE(person.messages.empty());
+  terminal.Answer("\x1b?A", "0;");
+  Click("cmdGetAdresse");
+  EXPECT_EQ(Text("lblAdresseStand").substr(0, 8), "gelesen ");
+  Q_EMIT Find<QLineEdit>("txtAdresse").textEdited(QStringLiteral("5"));
+  EXPECT_EQ(Text("lblAdresseStand"), "") << "what is typed has not been read";
 }
 
 TEST_F(StatusPageTest, PageAsksForTheFlashWhileItIsUnknown) {
@@ -101,11 +109,21 @@ TEST_F(StatusPageTest, PortLinesAreBits) {
   }
   EXPECT_EQ(ticked, "10100101");
   Forget();
+  const auto state = [&](int line) {
+    return Root().findChild<QCheckBox*>(QStringLiteral("chkPortP0_%1").arg(line))->checkState();
+  };
   Click("chkPortP0_0");
   Click("chkPortP0_3");
   EXPECT_EQ(Text("lblPortP0"), "9");
+  EXPECT_EQ(state(3), Qt::Checked);
+  EXPECT_EQ(state(4), Qt::PartiallyChecked) << "nobody has set it";
   Click("cmdSetPort");
   EXPECT_EQ(Written(), "←!P9;");
+  EXPECT_EQ(state(4), Qt::Unchecked);
+  Click("chkPortP0_3");
+  EXPECT_EQ(state(3), Qt::Unchecked) << "on or off, nothing between";
+  Click("chkPortP0_3");
+  EXPECT_EQ(Text("lblPortP0"), "9");
 }
 
 TEST_F(StatusPageTest, ResolutionIsClampedSentStoredAndKept) {
@@ -202,7 +220,7 @@ TEST_F(EepromPageTest, SilenceIsToldBesideTheFreeSpace) {
   EXPECT_EQ(Text("lblFreeBytes") + Text("lblFreeBytesStand"), "0keine Antwort");
   terminal.Answer("\033E?F", "0;");
   Click("cmdGetFreeBytes");
-  EXPECT_EQ(Text("lblFreeBytes") + Text("lblFreeBytesStand"), "0");
+  EXPECT_EQ((Text("lblFreeBytes") + Text("lblFreeBytesStand")).substr(0, 9), "0gelesen ");
 }
 
 TEST_F(EepromPageTest, OldTerminalIsErasedWithoutProgressAndAFailureEndsTheHandler) {

@@ -173,6 +173,7 @@ TEST_F(TextPageTest, ZoomThatIsNeitherReadNorChosenIsNotSent) {
   page.Shown();
   EXPECT_EQ(Text("lblTextZoom_0") + Text("lblTextZoom_1"), "00");
   EXPECT_TRUE(Text("lblTextZoomStand").starts_with("keine Antwort"));
+  EXPECT_EQ(Text("lblCursorStand") + Text("lblTextStand"), "keine Antwortkeine Antwort");
   for (const char* button : {"cmdSetText", "cmdSenden_1"}) {
     Forget();
     Click(button);
