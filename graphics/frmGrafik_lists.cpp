@@ -54,7 +54,9 @@ void frmGrafik::MakeObjectList() {
   });
 }
 
+// A line that is being drawn is complete then, and is not lost.
 void frmGrafik::SelectRows(const std::vector<std::size_t>& rows) {
+  if (tool_->Begun()) tool_->Leave();
   Edit([&](Drawing& drawing) {
     SelectAll(drawing, false);
     for (const std::size_t row : rows) {

@@ -50,6 +50,7 @@ void frmGrafik::ShowSymbols() {
 // Its middle comes to the place, or near it on the grid; without one to the keyboard's cross or the
 // middle of what is to be seen.
 void frmGrafik::InsertSymbol(const DrawingObject& symbol, std::optional<Point> at) {
+  if (tool_->Begun()) tool_->Leave();
   const Box box = BoundsOf(symbol);
   const Point middle = at.value_or(Display->Cross().value_or(VisibleMiddle()));
   const Point corner =

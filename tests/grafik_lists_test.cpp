@@ -115,6 +115,13 @@ TEST_F(GrafikLists, WhatIsSelectedIsSelectedInBothAndOrderedByDropsAndKeys) {
   QTest::keyClick(List(), Qt::Key_Delete);
   EXPECT_EQ(lefts(), (std::vector<int>{10, 50, 70}));
   EXPECT_EQ(SelectedInList(), "000");
+  // A line that has been begun is not lost.
+  Do("toolLinienzug");
+  Click({100, 50});
+  Click({120, 60});
+  ClickRow(0);
+  EXPECT_EQ(SelectedInList(), "1000");
+  EXPECT_EQ(Objects().at(3).vertices.size(), 2U);
 }
 
 TEST_F(GrafikLists, EnterOpensAndTheListShowsTheMembers) {
