@@ -1,3 +1,5 @@
+#include <QPushButton>
+
 #include "base/val.h"
 #include "help/help_desk.h"
 #include "link/failure_cause.h"
