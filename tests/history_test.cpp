@@ -26,7 +26,7 @@ TEST_F(HistoryTest, EachActionLeavesItsLineInTheStatusBarAndInTheHistory) {
   const int before = history.count();
   Click("cmdDovusuchen");
   EXPECT_EQ(history.count(), before + 1);
-  EXPECT_EQ(line(before), "✓ Suche: Alle 3 Adressen gefragt: 0 gefunden, 0 Fehler/Kollision.");
+  EXPECT_EQ(line(before), "✓ Suche: " + Text("lblDovuStand"));
   port.Lose();
   EXPECT_EQ(Text("lblAktivitaet"), "✗ Die Verbindung zu Com 6 ist verloren gegangen.");
 }
