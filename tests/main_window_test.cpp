@@ -1,3 +1,4 @@
+#include <QScreen>
 #include <QSpinBox>
 #include <filesystem>
 
@@ -59,6 +60,22 @@ TEST_F(MainWindowTest, WindowFitsTheScreenAndAllOfAPageCanBeReached) {
     Find(control).setFocus();
     EXPECT_FALSE(Find(control).visibleRegion().isEmpty()) << control;
   }
+}
+
+TEST_F(MainWindowTest, WindowsComeBackWhereTheyWere) {
+  Start();
+  window->setGeometry(20, 60, 751, 602);
+  window->close();
+  window.reset();
+  Start();
+  EXPECT_EQ(window->geometry(), QRect(20, 60, 751, 602));
+  // On a smaller screen they are as large as that.
+  window->setGeometry(300, 300, 2000, 1500);
+  window->close();
+  window.reset();
+  Start();
+  const QSize screen = window->screen()->availableSize();
+  EXPECT_EQ(window->size(), window->size().boundedTo(screen));
 }
 
 TEST_F(MainWindowTest, StoredRecordThatIsGoneLeavesTheEndOfTheRecords) {

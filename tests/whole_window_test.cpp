@@ -166,22 +166,6 @@ TEST_F(ToolbarTest, RecentDrawings) {
 
 class WholeWindowTest : public WindowTest {};
 
-TEST_F(WholeWindowTest, WindowsComeBackWhereTheyWere) {
-  Start();
-  window->setGeometry(20, 60, 751, 602);
-  window->close();
-  window.reset();
-  Start();
-  EXPECT_EQ(window->geometry(), QRect(20, 60, 751, 602));
-  // On a smaller screen they are as large as that.
-  window->setGeometry(300, 300, 2000, 1500);
-  window->close();
-  window.reset();
-  Start();
-  const QSize screen = window->screen()->availableSize();
-  EXPECT_EQ(window->size(), window->size().boundedTo(screen));
-}
-
 TEST_F(WholeWindowTest, ClosingAsksWhenThereAreDrafts) {
   StartOn(Tab::Macros);
   Type("txtMakro", "Entwurf");
