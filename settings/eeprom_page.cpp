@@ -44,8 +44,8 @@ EepromPage::EepromPage(Services services, QWidget* parent)
 
 void EepromPage::MakeLayout() {
   cmdSetConfig = MakeButton("cmdSetConfig", tr("Konfiguration &speichern"));
-  cmdClearConfig = MakeButton("cmdClearConfig", tr("Konfiguration &löschen"));
-  cmdClearEEprom = MakeButton("cmdClearEEprom", tr("Ganzes &EEPROM löschen …"));
+  cmdClearConfig = MakeDangerButton("cmdClearConfig", tr("Konfiguration &löschen"));
+  cmdClearEEprom = MakeDangerButton("cmdClearEEprom", tr("Ganzes &EEPROM löschen …"));
   cmdGetFreeBytes = MakeButton("cmdGetFreeBytes", tr("&Freien Platz lesen"));
   lblFreeBytes = MakeValue("lblFreeBytes");
 
@@ -60,6 +60,7 @@ void EepromPage::MakeLayout() {
                         tr("Das Terminal speichert seine jetzigen Einstellungen im EEPROM und "
                            "beginnt nach jedem Einschalten mit ihnen."),
                         cmdSetConfig));
+  page->addStretch();
   page->addWidget(Group(tr("Konfiguration löschen"),
                         tr("Nach dem nächsten Einschalten gelten die Einstellungen des "
                            "Herstellers. Es wird nicht nachgefragt."),
@@ -68,7 +69,6 @@ void EepromPage::MakeLayout() {
                         tr("Löscht Konfiguration, Makros, Tastaturtabellen und Bitmaps des "
                            "Terminals. Die Aufzeichnungen auf diesem PC bleiben erhalten."),
                         cmdClearEEprom));
-  page->addStretch();
 }
 
 void EepromPage::cmdSetConfig_Click() {

@@ -1,5 +1,6 @@
 #include "shell/frmhaupt.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
@@ -175,7 +176,7 @@ void frmhaupt::MakeFrame() {
 
 void frmhaupt::MakeTabs() {
   auto* const welcome = new WelcomePage;
-  connect(welcome, &WelcomePage::SimulatorWanted, this, &frmhaupt::mnuOptionenSimulator_Click);
+  connect(welcome, &WelcomePage::LinkFollowed, this, &frmhaupt::FollowLink);
   const std::array<std::pair<const char*, QWidget*>, kTabCount> pages{
       {{"Zeichnung", desk_->Page()},
        {"Schnittstellen", interfaces_},
@@ -224,6 +225,12 @@ void frmhaupt::ReadOptions() {
 }
 
 bool frmhaupt::FirstRun() const { return data_.Optionen.YesNo("FirstRun"); }
+
+void frmhaupt::FollowLink(const QString& link) {
+  if (link.startsWith(kTabLink)) return SetTab(static_cast<Tab>(link.mid(kTabLink.size()).toInt()));
+  if (auto* const action = findChild<QAction*>(link)) return action->trigger();
+  if (auto* const button = findChild<QAbstractButton*>(link)) button->click();
+}
 
 void frmhaupt::ShowFirstTab() { SetTab(FirstRun() ? Tab::Welcome : Tab::Drawing); }
 

@@ -94,6 +94,7 @@ class frmhaupt : public QMainWindow {
   void ReadOptions();
   bool FirstRun() const;
   void ShowFirstTab();
+  void FollowLink(const QString& link);
   void NoteFirstRunIsOver();
   void StoreOption(const char* field, bool on);
   void FirstPaint();

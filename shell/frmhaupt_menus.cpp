@@ -31,9 +31,16 @@ constexpr int kButtonSaveAsText = 2;
 constexpr int kButtonNew = 6;
 constexpr int kButtonLoad = 7;
 constexpr int kButtonSave = 8;
+constexpr int kGapBeforeReset = 9;
 constexpr int kButtonSend = 10;
 constexpr int kButtonSaveAsMakro = 11;
 constexpr int kButtonDelete = 12;
+
+QWidget* MakeSpace() {
+  auto* space = new QWidget;
+  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  return space;
+}
 
 }  // namespace
 
@@ -255,7 +262,8 @@ void frmhaupt::MakeHelpMenu() {
   AddAction(help, "mnuHilfe_about", tr("Ü&ber …"), {}, &frmhaupt::mnuHilfe_about_Click);
 }
 
-// Grouped by what they are about. The numbers that do nothing are the gaps between the groups.
+// Grouped by what they are about. The numbers that do nothing are the gaps between the groups. What
+// concerns every Terminal on the bus stands apart from what a hand in haste may miss.
 void frmhaupt::MakeToolbar() {
   const struct {
     int index;
@@ -279,13 +287,15 @@ void frmhaupt::MakeToolbar() {
       {5, {}, {}, {}},
       {kButtonDelete, Symbol::Delete, tr("Löschen"),
        tr("Löscht den gezeigten Satz (Strg+Umschalt+Entf).")},
-      {9, {}, {}, {}},
+      {kGapBeforeReset, {}, {}, {}},
       {kButtonReset, Symbol::Restart, tr("Alle neu starten"),
-       tr("Startet alle Terminals am Bus neu.")}};
+       tr("Startet jedes Terminal am Bus neu, nicht nur das gewählte. Es wird nicht "
+          "nachgefragt.")}};
   QToolBar* const bar = Named(addToolBar(tr("Werkzeuge")), "cmdToolbar");
   bar->setMovable(false);
   for (const auto& button : buttons) {
     if (!button.symbol) {
+      if (button.index == kGapBeforeReset) bar->addWidget(MakeSpace());
       Named(bar->addSeparator(), ArrayName("cmdToolbar", button.index));
       continue;
     }
@@ -295,7 +305,7 @@ void frmhaupt::MakeToolbar() {
     tool->setToolTip(button.tip);
     tool->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     tool->setFocusPolicy(Qt::TabFocus);
-    tool->setAutoRaise(true);
+    tool->setAutoRaise(button.index != kButtonReset);
     connect(tool, &QToolButton::clicked, this,
             [this, index = button.index] { cmdToolbar_Click(index); });
     bar->addWidget(tool);

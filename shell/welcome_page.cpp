@@ -17,7 +17,22 @@ QLabel* Paragraph(const QString& text) {
   return label;
 }
 
+QString Link(const QString& target, const QString& words) {
+  return QStringLiteral("<a href=\"%1\">%2</a>").arg(target, words);
+}
+
+QString Link(Tab tab, const QString& words) {
+  return Link(kTabLink + QString::number(static_cast<int>(tab)), words);
+}
+
 }  // namespace
+
+QLabel* WelcomePage::Linked(const char* name, const QString& text) {
+  QLabel* const label = Named(Paragraph(text), name);
+  label->setTextInteractionFlags(Qt::TextBrowserInteraction);
+  connect(label, &QLabel::linkActivated, this, &WelcomePage::LinkFollowed);
+  return label;
+}
 
 WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
   auto* page = new QVBoxLayout(this);
@@ -32,26 +47,39 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
 
   auto* help = Named(new QGroupBox(tr("Erste Schritte")), "ctlHilfeFrame");
   auto* steps = new QVBoxLayout(help);
-  steps->addWidget(Paragraph(tr(
-      "<ol>"
-      "<li><b>Verbinden.</b> Auf der Seite <i>Schnittstellen</i> den Anschluss wählen. Ohne Gerät "
-      "hilft der mitgelieferte Simulator.</li>"
-      "<li><b>Welches Gerät?</b> Unter <i>Optionen</i> / <i>Anschlüsse …</i> steht, welches Gerät "
-      "hinter \"Com 1\" … \"Com 6\" liegt und ob es bereit ist.</li>"
-      "<li><b>Prüfen.</b> Auf der Seite <i>Status</i> Version und Systeminformation lesen.</li>"
-      "<li><b>Ein Makro.</b> Auf der Seite <i>Makros</i> einen Text wählen oder schreiben, unter "
-      "einer Nummer in das Terminal schreiben und ausführen.</li>"
-      "<li><b>Mitlesen.</b> <i>Ansicht</i> / <i>Datenverkehr</i> zeigt jedes Zeichen auf der "
-      "Leitung und was es bedeutet.</li>"
-      "</ol>")));
+  steps->addWidget(Linked(
+      "lblErsteSchritte",
+      tr("<ol>"
+         "<li><b>Verbinden.</b> Auf der Seite %1 den Anschluss wählen. Welches Gerät hinter \"Com "
+         "1\" "
+         "… \"Com 6\" liegt, steht unter %2. Ohne Gerät hilft der mitgelieferte %3.</li>"
+         "<li><b>Prüfen.</b> %4 fragt nach Adresse und Version; mehr steht auf der Seite %5.</li>"
+         "<li><b>Ein Makro.</b> Auf der Seite %6 einen Text wählen oder schreiben, unter einer "
+         "Nummer in das Terminal schreiben und ausführen.</li>"
+         "<li><b>Ein Bild.</b> Auf der Seite %7 zeichnen und an das Terminal senden.</li>"
+         "<li><b>Ein ganzer Bus.</b> Auf der Seite %8 suchen, wer da ist, und an alle senden.</li>"
+         "</ol>")
+          .arg(Link(Tab::Interfaces, tr("Schnittstellen")),
+               Link("mnuOptionenAnschluesse", tr("Optionen / Anschlüsse …")),
+               Link("mnuOptionenSimulator", tr("Simulator")),
+               Link("cmdVerbindungPruefen", tr("Verbindung prüfen")),
+               Link(Tab::Status, tr("Status")), Link(Tab::Macros, tr("Makros")),
+               Link(Tab::Drawing, tr("Zeichnung")), Link(Tab::Terminals, tr("Terminals")))));
   page->addWidget(help);
   auto* simulator = MakeButton("cmdSimulatorStarten", tr("&Simulator starten"),
                                tr("Startet ein simuliertes Terminal und verbindet kelvo mit ihm."));
-  connect(simulator, &QPushButton::clicked, this, &WelcomePage::SimulatorWanted);
-  page->addLayout(ButtonRow({simulator}));
-  page->addWidget(
-      Paragraph(tr("Alles, was Sie anlegen, liegt in der Datenbank <i>kelvo.mdb</i>; ihren Ordner "
-                   "nennt <i>Hilfe</i> / <i>Über …</i>.")));
+  auto* manual = MakeButton("cmdHandbuch", tr("Handb&uch öffnen"), tr("Öffnet das Handbuch (F1)."));
+  connect(simulator, &QPushButton::clicked, this,
+          [this] { Q_EMIT LinkFollowed(QStringLiteral("mnuOptionenSimulator")); });
+  connect(manual, &QPushButton::clicked, this,
+          [this] { Q_EMIT LinkFollowed(QStringLiteral("mnuHilfe_Inhalt")); });
+  page->addLayout(ButtonRow({simulator, manual}));
+  page->addWidget(Linked("lblWillkommenMehr",
+                         tr("%1 zeigt jedes Zeichen auf der Leitung und was es bedeutet. Alles, "
+                            "was Sie anlegen, liegt in "
+                            "der Datenbank <i>kelvo.mdb</i>; ihren Ordner nennt %2.")
+                             .arg(Link("mnuAnsichtDatenverkehr", tr("Ansicht / Datenverkehr")),
+                                  Link("mnuHilfe_about", tr("Hilfe / Über …")))));
   page->addStretch();
 }
 

@@ -2,7 +2,14 @@
 
 #include <QWidget>
 
+#include "shell/tabs.h"
+
+class QLabel;
+
 namespace kelvo {
+
+/// What a link to a page begins with; the page's number follows.
+inline const QString kTabLink = QStringLiteral("Tab");
 
 /// The welcome and help page: what an operator does first.
 class WelcomePage : public QWidget {
@@ -12,7 +19,12 @@ class WelcomePage : public QWidget {
   explicit WelcomePage(QWidget* parent = nullptr);
 
  Q_SIGNALS:
-  void SimulatorWanted();
+  /// A link was followed: kTabLink and a page's number, or the name of the menu entry or button to
+  /// press.
+  void LinkFollowed(const QString& link);
+
+ private:
+  QLabel* Linked(const char* name, const QString& text);
 };
 
 }  // namespace kelvo

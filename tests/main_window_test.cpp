@@ -1,3 +1,4 @@
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSpinBox>
 #include <filesystem>
@@ -20,6 +21,30 @@ TEST_F(MainWindowTest, FirstRunShowsTheWelcomePageAndEveryLaterOneTheDrawing) {
   Start();
   EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 0);
   EXPECT_EQ(Stored("Optionen", "FirstRun"), "0");
+}
+
+TEST_F(MainWindowTest, EveryLinkOfTheWelcomePageLeadsSomewhere) {
+  Start();
+  QStringList names;
+  for (const char* label : {"lblErsteSchritte", "lblWillkommenMehr"}) {
+    auto& text = Find<QLabel>(label);
+    static const QRegularExpression links(QStringLiteral("href=\"([^\"]*)\""));
+    for (const auto& link : links.globalMatch(text.text())) {
+      const QString target = link.captured(1);
+      if (!target.startsWith(QStringLiteral("Tab"))) {
+        EXPECT_NE(window->findChild<QObject*>(target), nullptr) << target.toStdString();
+        continue;
+      }
+      Show(Tab::Welcome);
+      Q_EMIT text.linkActivated(target);
+      names += Find<QTabWidget>("cmdTab").tabText(Find<QTabWidget>("cmdTab").currentIndex());
+    }
+  }
+  EXPECT_EQ(names.join(u' '), QStringLiteral("Schnittstellen Status Makros Zeichnung Terminals"));
+  Show(Tab::Welcome);
+  Forget();
+  Q_EMIT Find<QLabel>("lblErsteSchritte").linkActivated(QStringLiteral("cmdVerbindungPruefen"));
+  EXPECT_EQ(port.written, "\x1b?A\x1b?V");
 }
 
 TEST_F(MainWindowTest, FirstPaintOpensTheStoredPortAndSetsItUp) {

@@ -3,6 +3,8 @@
 #include <QHBoxLayout>
 #include <QShortcut>
 
+#include "widgets/symbol.h"
+
 namespace kelvo {
 
 QLabel* LabelFor(QWidget* control, const QString& text) {
@@ -32,6 +34,12 @@ QLabel* AddRow(QFormLayout* form, const QString& label, QWidget* control, const 
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip) {
   auto* button = Named(new QPushButton(caption), name);
   button->setToolTip(tip);
+  return button;
+}
+
+QPushButton* MakeDangerButton(const char* name, const QString& caption, const QString& tip) {
+  QPushButton* const button = MakeButton(name, caption, tip);
+  button->setIcon(SymbolIcon(Symbol::Danger));
   return button;
 }
 

@@ -31,6 +31,8 @@ QLabel* LabelFor(QWidget* control, const QString& text);
 QLabel* AddRow(QFormLayout* form, const QString& label, QWidget* control, const QString& unit = {});
 /// A push button that names itself.
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip = {});
+/// The same for what cannot be taken back in a Terminal: it stands out by its sign.
+QPushButton* MakeDangerButton(const char* name, const QString& caption, const QString& tip = {});
 /// A key that presses the button, beside the mnemonic in its caption.
 void AddShortcut(QPushButton* button, const QKeySequence& keys);
 /// A label that shows a value: selectable, named for a screen reader by its row's label.

@@ -21,6 +21,8 @@ constexpr qreal kStrokeWidth = 1.7;
 // rectangle. Z: back to where the stroke began.
 const char* Strokes(Symbol symbol) {
   switch (symbol) {
+    case Symbol::Danger:
+      return "M 12 3 L 22 20.5 L 2 20.5 Z M 12 9.5 L 12 14.5 M 12 17.3 L 12 17.8";
     case Symbol::Restart:
       return "A 4 4 16 16 40 300 M 18.7 2.5 L 18.2 7 L 13.7 6.4";
     case Symbol::BitmapToEEprom:

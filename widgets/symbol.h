@@ -36,6 +36,7 @@ enum class Symbol {
   Eraser,
   Letter,
   Fill,
+  Danger,
 };
 
 /// Drawn anew at each size and in the palette's present colours, so that it is sharp on every
