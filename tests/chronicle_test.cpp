@@ -13,8 +13,8 @@ class ChronicleTest : public testing::Test, protected ExchangeWorld {
  protected:
   std::string Last() {
     if (chronicle.Lines().empty()) return {};
-    const Chronicle::Line& line = chronicle.Lines().back();
-    return (line.failed ? "failed: " : "") + line.text;
+    const Chronicle::Line& last = chronicle.Lines().back();
+    return (last.failed ? "failed: " : "") + last.text;
   }
   LineWatch line{com1, exchange};
   bool busy = false;
