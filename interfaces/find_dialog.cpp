@@ -65,7 +65,7 @@ QLayout* FindDialog::MakeTop() {
           Speaks::ToStop);
   auto* row = new QHBoxLayout;
   row->addWidget(lblSuchenAnschluss, 1);
-  row->addWidget(LabelFor(txtSuchenAdresse, tr("Adresse:")));
+  row->addWidget(LabelFor(txtSuchenAdresse, tr("Adresse (255 fragt alle):")));
   row->addWidget(txtSuchenAdresse);
   row->addWidget(cmdSuchen);
   row->addWidget(cmdSuchenAbbrechen);
@@ -123,7 +123,8 @@ void FindDialog::Search() {
   if (!finder_.Stopped()) ctlSuchenFortschritt->setValue(ctlSuchenFortschritt->maximum());
   const bool found = !results.empty() && results.back().heard == LineHeard::Terminal;
   const bool wanted =
-      found && services_.person.Ask(report.toStdString() + " Übernehmen und speichern ?");
+      found && services_.person.Ask(report.toStdString() + " Übernehmen und speichern ?",
+                                    Icon::Question, {}, Proposal::No);
   if (!wanted) return services_.restore();
   services_.take(results.back().settings);
   lblSuchenErgebnis->setText(report + tr(" Übernommen."));

@@ -110,9 +110,9 @@ std::string SilenceWords(FailureCause cause, const LineState& state) {
 std::string AnswerWords(FailureCause cause, const LineState& state) {
   switch (cause) {
     case Refused:
-      return "Das Terminal hat den Befehl abgelehnt (NAK); die Verbindung ist gut. Meist ist im "
-             "EEPROM kein Platz mehr: den freien Platz lesen, dann löschen, was nicht mehr "
-             "gebraucht wird.";
+      return "Das Terminal hat den Befehl abgelehnt (NAK); die Verbindung ist gut. Zuerst den "
+             "freien Platz im EEPROM lesen: Ist genug da, hilft Löschen nicht, und die Werte des "
+             "Befehls oder das EEPROM selbst sind nicht in Ordnung.";
     case Strange:
       return "Statt einer Quittung kam " + Received(state) + "." + kDoubt +
              " Vielleicht wurde am Terminal gerade eine Taste gedrückt; kommt es immer wieder, "
