@@ -155,7 +155,9 @@ void frmHilfe::ShowIndex() {
 
 void frmHilfe::ShowChapter(const QString& chapter) {
   const QUrl address = file_->Page(chapter);
-  if (!address.isEmpty()) ctlSeite->setSource(address);
+  if (address.isEmpty()) return;
+  ctlSeite->setSource(address);
+  if (address.hasFragment()) ctlSeite->ShowPlace(address.fragment());
 }
 
 void frmHilfe::ShowMessage(const QString& message) { ctlSeite->ShowMessage(message); }

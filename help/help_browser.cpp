@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QScrollBar>
+#include <utility>
 
 #include "help/help_file.h"
 #include "help/message_row.h"
@@ -22,21 +23,29 @@ HelpBrowser::HelpBrowser(const HelpFile& file, QWidget* parent)
     const int place = verticalScrollBar()->value();
     reload();
     verticalScrollBar()->setValue(place);
-    MarkMessage();
+    MarkRow();
   });
   connect(verticalScrollBar(), &QAbstractSlider::actionTriggered, this,
-          [this] { message_.clear(); });
+          [this] { findRow_ = nullptr; });
 }
 
 void HelpBrowser::ShowMessage(const QString& message) {
-  message_ = message;
-  messagePage_ = source();
-  MarkMessage();
+  Mark([this, message] { return RowOfMessage(*document(), message); });
 }
 
-void HelpBrowser::MarkMessage() {
-  if (message_.isEmpty() || source() != messagePage_) return;
-  const QTextCursor row = RowOfMessage(*document(), message_);
+void HelpBrowser::ShowPlace(const QString& anchor) {
+  Mark([this, anchor] { return RowOfAnchor(*document(), anchor); });
+}
+
+void HelpBrowser::Mark(std::function<QTextCursor()> findRow) {
+  findRow_ = std::move(findRow);
+  markedPage_ = source();
+  MarkRow();
+}
+
+void HelpBrowser::MarkRow() {
+  if (!findRow_ || source() != markedPage_) return;
+  const QTextCursor row = findRow_();
   if (!row.hasSelection()) return;
   setTextCursor(row);
   QTextCursor start(row);
@@ -67,7 +76,7 @@ int HelpBrowser::Room() const {
 
 void HelpBrowser::resizeEvent(QResizeEvent* event) {
   QTextBrowser::resizeEvent(event);
-  MarkMessage();
+  MarkRow();
   if (fittedTo_ != 0 && fittedTo_ != Room()) refit_.start(0);
 }
 

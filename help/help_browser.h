@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QTextBrowser>
+#include <QTextCursor>
 #include <QTimer>
 #include <QUrl>
+#include <functional>
 
 namespace kelvo {
 
@@ -18,6 +20,8 @@ class HelpBrowser : public QTextBrowser {
   /// Marks the row about this message in the page shown. It stays in view, whatever size the window
   /// takes, until the person scrolls or goes to another page.
   void ShowMessage(const QString& message);
+  /// The same for the row of a table that holds this anchor.
+  void ShowPlace(const QString& anchor);
 
   QVariant loadResource(int type, const QUrl& name) override;
 
@@ -27,11 +31,12 @@ class HelpBrowser : public QTextBrowser {
  private:
   QVariant Fitted(const QByteArray& bytes);
   int Room() const;
-  void MarkMessage();
+  void Mark(std::function<QTextCursor()> findRow);
+  void MarkRow();
 
   const HelpFile& file_;
-  QString message_;
-  QUrl messagePage_;
+  std::function<QTextCursor()> findRow_;
+  QUrl markedPage_;
   QTimer refit_;
   int fittedTo_ = 0;  // the width that a picture had to be made smaller for; 0: none had to
 };

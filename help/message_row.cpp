@@ -1,6 +1,7 @@
 #include "help/message_row.h"
 
 #include <QRegularExpression>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
@@ -70,6 +71,18 @@ QTextCursor RowOfMessage(QTextDocument& chapter, const QString& message) {
     }
   }
   return best;
+}
+
+QTextCursor RowOfAnchor(QTextDocument& chapter, const QString& anchor) {
+  for (QTextBlock block = chapter.begin(); block.isValid(); block = block.next()) {
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+      if (!it.fragment().charFormat().anchorNames().contains(anchor)) continue;
+      QTextCursor row(block);
+      const QTextTable* const table = row.currentTable();
+      return table != nullptr ? Select(table->cellAt(row)) : row;
+    }
+  }
+  return QTextCursor(&chapter);
 }
 
 }  // namespace kelvo

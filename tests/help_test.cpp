@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "help/frmHilfe.h"
 #include "help/help_file.h"
 #include "tests/window_fixture.h"
 
@@ -113,6 +114,14 @@ TEST_F(HelpTest, F1InAMessageBringsItsOwnRowIntoView) {
     expectRowInView();
     HelpWindow()->close();
   }
+  // The row that a box leads to by its cause.
+  PressF1(Find("cmdTab"));
+  dynamic_cast<frmHilfe&>(*HelpWindow())
+      .ShowChapter(QStringLiteral("meldungen.html#ursache-abgelehnt"));
+  QApplication::processEvents();
+  const auto& shown = InHelp<QTextBrowser>("ctlSeite");
+  EXPECT_EQ(shown.textCursor().selectedText().toStdString(), "Das Terminal hat abgelehnt (NAK)");
+  EXPECT_TRUE(shown.viewport()->rect().contains(shown.cursorRect()));
   QInputDialog input;
   input.setLabelText(QStringLiteral("Nr dieser Bitmap im EEProm :"));
   PressF1(input);
