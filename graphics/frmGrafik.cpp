@@ -11,6 +11,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <bitset>
 
 #include "graphics/costs.h"
 #include "graphics/create_pic.h"
@@ -40,6 +41,25 @@ class PanelArea : public QScrollArea {
   }
   QSize sizeHint() const override { return {minimumWidth(), widget()->sizeHint().height()}; }
 };
+
+// What of Needs the selection offers.
+std::bitset<8> OfferedBy(const Drawing& drawing) {
+  std::bitset<8> offered;
+  const auto offer = [&offered](Needs needs) { offered.set(static_cast<std::size_t>(needs)); };
+  const auto meet = [&offer](const DrawingObject& object) {
+    if (object.kind == Kind::Group) offer(Needs::Group);
+    if (object.kind == Kind::Picture) offer(Needs::Picture);
+    if (object.kind == Kind::Vertices) offer(Needs::Shape);
+  };
+  for (const DrawingObject& object : drawing) {
+    if (!object.selected) continue;
+    offer(Needs::Selection);
+    ForEachMember(object, meet);
+  }
+  const auto only = OnlySelected(drawing);
+  if (only && drawing[*only].kind == Kind::Picture) offer(Needs::OnePicture);
+  return offered;
+}
 
 }  // namespace
 
@@ -213,12 +233,11 @@ void frmGrafik::OptionsChanged() {
 
 void frmGrafik::ShowState() {
   const Drawing& drawing = document_.Shown();
-  const bool selected = AnySelected(drawing);
   ShowGeometry();
-  for (QAction* action : selectionActions_) action->setEnabled(selected);
-  const auto only = OnlySelected(drawing);
-  const bool picture = only && drawing[*only].kind == Kind::Picture;
-  for (QAction* action : pictureActions_) action->setEnabled(picture);
+  const auto offered = OfferedBy(drawing);
+  for (const auto& [action, needs] : needing_) {
+    action->setEnabled(offered.test(static_cast<std::size_t>(needs)));
+  }
   mnuGrafikRueckgaengig->setEnabled(document_.CanUndo() || typing_->Active() ||
                                     (tool_ && tool_->Begun()));
   mnuGrafikWiederholen->setEnabled(document_.CanRedo() || typing_->Active());

@@ -40,6 +40,10 @@ struct PixelView;
 class ObjectList;
 class SymbolPanel;
 
+/// What must be selected for a menu entry to do something: anything, one picture alone, or at least
+/// one object of a kind, also inside of groups.
+enum class Needs { Nothing, Selection, OnePicture, Group, Picture, Shape };
+
 /// The graphics editor. It owns the one drawing; closing the window only hides it.
 class frmGrafik : public QMainWindow {
   Q_OBJECT
@@ -273,8 +277,7 @@ class frmGrafik : public QMainWindow {
   QAction* mnuGrafikFang = nullptr;
   QAction* toolAuswahl = nullptr;
   QActionGroup* tools_ = nullptr;
-  std::vector<QAction*> selectionActions_;
-  std::vector<QAction*> pictureActions_;  // of one picture alone
+  std::vector<std::pair<QAction*, Needs>> needing_;
   QAction* mnuGrafikRueckgaengig = nullptr;
   QAction* mnuGrafikWiederholen = nullptr;
   std::unique_ptr<ToolDesk> desk_;

@@ -15,8 +15,6 @@
 
 namespace kelvo {
 
-enum class Needs { Nothing, Selection, Picture };
-
 /// A menu entry: a name of nullptr is a separator.
 struct frmGrafik::Entry {
   const char* name;
@@ -76,9 +74,9 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
     {"mnuGrafikGruppieren", "&Gruppieren", "Ctrl+G", &frmGrafik::mnuGrafikGruppieren_Click,
      Needs::Selection},
     {"mnuGrafikAufloesen", "Gruppe &auflösen", "Ctrl+Shift+G", &frmGrafik::mnuGrafikAufloesen_Click,
-     Needs::Selection},
+     Needs::Group},
     {"mnuGrafikGruppeOeffnen", "Gruppe ö&ffnen", "",
-     [](frmGrafik& window) { window.OpenSelected(); }, Needs::Selection},
+     [](frmGrafik& window) { window.OpenSelected(); }, Needs::Group},
     {"mnuGrafikGruppeVerlassen", "Gruppe verlasse&n", "",
      [](frmGrafik& window) { window.document_.Leave(); }, Needs::Nothing},
     {nullptr, "", "", nullptr, Needs::Nothing},
@@ -91,9 +89,9 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
     {"mnuGrafikDrehen", "Um 90° &drehen", "Ctrl+T",
      [](frmGrafik& window) { window.Edit(TurnSelected); }, Needs::Selection},
     {"mnuGrafikBildBearbeiten", "Bild &bearbeiten …", "Ctrl+Shift+I",
-     &frmGrafik::mnuGrafikBildBearbeiten_Click, Needs::Picture},
+     &frmGrafik::mnuGrafikBildBearbeiten_Click, Needs::OnePicture},
     {"mnuGrafikInvertieren", "Bild in&vertieren", "",
-     [](frmGrafik& window) { window.Edit(InvertSelected); }, Needs::Selection},
+     [](frmGrafik& window) { window.Edit(InvertSelected); }, Needs::Picture},
     {nullptr, "", "", nullptr, Needs::Nothing},
     {"mnuGrafikText", "Te&xt eingeben …", "Ctrl+E", &frmGrafik::mnuGrafikText_Click,
      Needs::Nothing},
@@ -102,9 +100,9 @@ const frmGrafik::Entry frmGrafik::kObjectEntries[] = {
     {"mnuGrafikPunktEntfernen", "Punkt entfernen", "Ctrl+Del",
      &frmGrafik::mnuGrafikPunktEntfernen_Click, Needs::Nothing},
     {"mnuGrafikUmwandeln", "Vielecke in Linien&züge umwandeln", "",
-     &frmGrafik::mnuGrafikUmwandeln_Click, Needs::Selection},
+     &frmGrafik::mnuGrafikUmwandeln_Click, Needs::Shape},
     {"mnuGrafikVieleckBild", "Vielecke in Bil&der umwandeln", "",
-     [](frmGrafik& window) { window.MakePicture(MakePicturesOfShapes); }, Needs::Selection},
+     [](frmGrafik& window) { window.MakePicture(MakePicturesOfShapes); }, Needs::Shape},
     {"mnuGrafikInBild", "Auswahl in &Bild umwandeln", "Ctrl+B",
      [](frmGrafik& window) { window.MakePicture(MakePictureOfSelected); }, Needs::Selection},
     {nullptr, "", "", nullptr, Needs::Nothing},
@@ -153,8 +151,7 @@ void frmGrafik::AddEntries(QMenu* menu, const Entry (&entries)[count]) {
       typing_->End();
       Guarded(person_, entry.name, [&] { entry.handler(*this); });
     });
-    if (entry.needs == Needs::Selection) selectionActions_.push_back(action);
-    if (entry.needs == Needs::Picture) pictureActions_.push_back(action);
+    if (entry.needs != Needs::Nothing) needing_.emplace_back(action, entry.needs);
   }
 }
 
