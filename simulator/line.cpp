@@ -42,6 +42,11 @@ void Line::DiscardFromHost(Time now) {
   incoming_.resize(begun);
 }
 
+void Line::ForgetXoff(Time now) {
+  xoff_ = false;
+  FollowHandshake(now);
+}
+
 // ---- times ----
 
 Time Line::FrontBegin() const {

@@ -53,6 +53,8 @@ class Line {
   std::size_t WaitingFromHost() const { return incoming_.size(); }
   /// The host gives up what has not begun to leave.
   void DiscardFromHost(Time now);
+  /// The host's port has been opened anew: an XOFF from before stops its driver no more.
+  void ForgetXoff(Time now);
   /// Lets time pass up to `now` and returns what has reached the host by then.
   std::string Advance(Time now);
   /// When Advance has something to do; nothing while the line is idle.

@@ -54,7 +54,8 @@ Pty::Pty() : master_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
   keeper_ = Handle(open(hostPath_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
   if (!keeper_.Open()) Fail(hostPath_.c_str());
   MakeRaw(keeper_.Get());
-  // Packet mode tells when the host empties its output buffer, which a real port would do too.
+  // Packet mode tells when the host empties its output buffer or sets its handshake, which a real
+  // port would take notice of too.
   int on = 1;
   if (ioctl(master_.Get(), TIOCPKT, &on) != 0) Fail("TIOCPKT");
 }
@@ -63,8 +64,11 @@ Pty::Received Pty::Read() {
   std::array<char, 4096> packet;
   const ssize_t count = read(master_.Get(), packet.data(), packet.size());
   if (count <= 0) return {};
-  if (packet[0] != TIOCPKT_DATA) return {{}, (packet[0] & TIOCPKT_FLUSHWRITE) != 0};
-  return {std::string(packet.data() + 1, static_cast<std::size_t>(count - 1)), false};
+  const int told = packet[0];
+  if (told != TIOCPKT_DATA) {
+    return {{}, (told & TIOCPKT_FLUSHWRITE) != 0, (told & (TIOCPKT_DOSTOP | TIOCPKT_NOSTOP)) != 0};
+  }
+  return {std::string(packet.data() + 1, static_cast<std::size_t>(count - 1))};
 }
 
 void Pty::Write(std::string_view bytes) {

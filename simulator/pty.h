@@ -39,6 +39,8 @@ class Pty {
     std::string bytes;
     /// The host has given up what it had sent before `bytes`, as far as it has not left yet.
     bool discarded = false;
+    /// The host has switched XON/XOFF on or off, as it does when it opens its port.
+    bool handshakeSet = false;
   };
   /// The next piece of what the host has sent; empty when that is nothing.
   Received Read();

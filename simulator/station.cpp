@@ -58,6 +58,7 @@ void Station::Unplug() {
     link_.reset();
     pty_.reset();
     line_.DiscardFromHost(Now());  // it was in the adapter
+    line_.ForgetXoff(Now());
   }
   Wake();
 }
@@ -95,6 +96,7 @@ bool Station::Serve(bool readable) {
     const Pty::Received received = pty_->Read();
     const Time now = Now();
     if (received.discarded) line_.DiscardFromHost(now);
+    if (received.handshakeSet) line_.ForgetXoff(now);
     line_.SetHostFraming(Framing());
     line_.FromHost(received.bytes, now);
     busy = true;

@@ -234,6 +234,18 @@ TEST_F(BarePortTest, MoreThanTheDriverTakesGoesOnWhenTheLineIsReleased) {
   EXPECT_FALSE(port.Held());
 }
 
+TEST_F(BarePortTest, PortThatIsOpenedAgainIsNotHeldAnyMore) {
+  Hold();
+  port.Write("lost");
+  WaitUntilHeld();
+  port.Close();
+  ASSERT_EQ(port.Open(), PortOk);
+  SetLine("19200,N,8,1");
+  EXPECT_FALSE(port.Held());
+  port.Write("new");
+  EXPECT_EQ(Sent(3), "new");
+}
+
 TEST_F(BarePortTest, SerialDeviceIsSetAsTheOperatorChoseAndAskedToSend) {
   port.Close();
   driver.inPlace = true;

@@ -171,6 +171,22 @@ TEST_F(LiveTest, TerminalsOfABusAreFoundStoredAndSentADrawing) {
   EXPECT_EQ(simulator->Command(Q("@5 status")).left(21), Q("ok power=on selected="));
 }
 
+// A garbled "T" is an XOFF.
+TEST_F(LiveTest, LineThatIsHeldIsFreeAgainWhenItsPortIsOpenedAnew) {
+  Start({QStringLiteral("--fault"), QStringLiteral("garbled")});
+  Show(Tab::Status);
+  driver->Click(Q("cmdGetVersion"));
+  driver->Click(Q("cmdGetAdresse"));
+  EXPECT_TRUE(program.Port().Held());
+  simulator->Command(Q("fault none"));
+  Show(Tab::Interfaces);
+  driver->Click(Q("cmdVerbinden"));
+  driver->Click(Q("cmdVerbinden"));
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
+}
+
 TEST_F(LiveTest, SecondProgramOnTheSamePortIsTold) {
   Start();
   QtEventLoop loop;
