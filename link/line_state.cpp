@@ -51,6 +51,8 @@ void LineState::PortIs(int number) {
       trace_.Forget();
       Anew();
     }
+    // Of a line that has just been opened nothing is known yet.
+    if (port_ == 0) NotAsked();
     lastPort_ = number;
     lost_ = false;
   }
@@ -69,6 +71,10 @@ void LineState::PortLost() {
 
 void LineState::Anew() {
   version_.clear();
+  NotAsked();
+}
+
+void LineState::NotAsked() {
   answered_.reset();
   unanswered_ = 0;
 }

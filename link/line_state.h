@@ -69,6 +69,7 @@ class LineState {
   void Settle(const Outcome& outcome);
   void NoteAnswer(const Outcome& outcome, CommandName asked);
   void Anew();
+  void NotAsked();
   void Changed() const;
 
   const EventLoop& loop_;

@@ -144,6 +144,12 @@ TEST_F(LineStateTest, PortThatIsHeldLostOrAnotherOneIsSaid) {
   EXPECT_EQ(state.Answers(), Answering::Disconnected);
   state.PortIs(1);
   EXPECT_EQ(Who(), "7") << "opened again";
+  EXPECT_EQ(state.Answers(), Answering::NotAsked);
+  Silence();
+  AskVersion();
+  state.PortIs(0);
+  state.PortIs(1);
+  EXPECT_EQ(state.Answers(), Answering::NotAsked);
   port.held = true;
   exchange.SendString(AskPort());
   EXPECT_EQ(state.Answers(), Answering::Held);
