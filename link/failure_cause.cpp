@@ -91,8 +91,8 @@ std::string SilenceWords(FailureCause cause, const LineState& state) {
   const std::string address = std::to_string(state.Address().value_or(kAllAddresses));
   switch (cause) {
     case NobodySelected:
-      return "Es ist kein Terminal gewählt; nach dem Senden an alle ist das so. Oben die Adresse "
-             "einsetzen, „Terminal wählen“ drücken und wiederholen.";
+      return "Es ist kein Terminal gewählt; nach dem Senden an alle und nach einer Suche ist das "
+             "so. Oben die Adresse einsetzen, „Terminal wählen“ drücken und wiederholen.";
     case SelectedSilent:
       return "Das Terminal mit der Adresse " + address + " hat in der Zeit nicht geantwortet." +
              kDoubt + " Stimmt die Adresse? Ist es eingeschaltet? Stimmen Rate und Kabel?";

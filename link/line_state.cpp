@@ -69,6 +69,11 @@ void LineState::PortLost() {
   Changed();
 }
 
+void LineState::SearchEnded() {
+  searched_ = true;
+  Changed();
+}
+
 void LineState::Anew() {
   version_.clear();
   NotAsked();
@@ -83,6 +88,7 @@ void LineState::Sent(std::string_view characters) {
   const std::optional<int> before = trace_.Address();
   const auto change = trace_.Sent(characters);
   if (change == ListenerTrace::Change::None) return;
+  searched_ = false;
   // To select once more who has just answered is no reason to doubt them.
   const bool same = before && before == trace_.Address() && !trace_.Nobody() && unanswered_ == 0;
   if (!same) Anew();
@@ -129,7 +135,7 @@ Listening LineState::Listens() const {
 }
 
 bool LineState::SelectedAway() const {
-  return trace_.Nobody() || trace_.Address() == kClosingAddress;
+  return searched_ || trace_.Nobody() || trace_.Address() == kClosingAddress;
 }
 
 Answering LineState::Answers() const {

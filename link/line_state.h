@@ -47,6 +47,8 @@ class LineState {
   void PortIs(int number);
   /// Its device has gone; the port is closed.
   void PortLost();
+  /// A search is over. Whom it asked last the operator has not chosen.
+  void SearchEnded();
 
   Listening Listens() const;
   /// The address selected last, if it is known: where Nobody listens, the one under which nobody
@@ -59,7 +61,8 @@ class LineState {
   std::chrono::seconds SinceAnswer() const;
   /// Questions and acknowledged commands since then to which nothing came.
   int Unanswered() const { return unanswered_; }
-  /// Nobody has been selected on purpose: a transfer has ended, or a macro has handed over.
+  /// Nobody has been selected on purpose: a transfer has ended, or a macro has handed over; or a
+  /// search has left an address selected.
   bool SelectedAway() const;
   /// What failed last, if nothing has succeeded since.
   const std::optional<LineFailure>& LastFailure() const { return failure_; }
@@ -78,6 +81,7 @@ class LineState {
   int port_ = 0;
   int lastPort_ = 0;
   bool lost_ = false;
+  bool searched_ = false;  // by a search, nothing has been selected since
   std::string version_;
   std::optional<std::chrono::nanoseconds> answered_;
   bool clear_ = true;  // the last answer was whole

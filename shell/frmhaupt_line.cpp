@@ -78,6 +78,7 @@ void frmhaupt::FollowBus() {
     chronicle_.Note(result.toStdString(), failed);
   };
   connect(terminals_, &SearchPage::Finished, this, note);
+  connect(terminals_, &SearchPage::Finished, this, [this] { lineState_.SearchEnded(); });
   connect(dovu_, &frmDovu::Finished, this, note);
 }
 

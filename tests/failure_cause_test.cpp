@@ -43,6 +43,14 @@ TEST_F(FailureCauseTest, TheTextStaysAndBelowItStandsWhatHasHappened) {
     EXPECT_NE(Hint("cmdSetConfig", row.text).find(row.hint), std::string::npos)
         << row.hint << ": " << person.messages.back().hint;
   }
+  Show(Tab::Terminals);
+  terminal.Answer("\x1b?A", "");
+  Type("txtmaxDovu", "3");
+  Click("cmdDovuSchnellsuche");
+  EXPECT_EQ(Text("lblHoerer"), "keines gewählt");
+  EXPECT_NE(Hint("cmdVerbindungPruefen", "Es hat kein Terminal geantwortet.")
+                .find("Es ist kein Terminal gewählt"),
+            std::string::npos);
   Show(Tab::Macros);
   Type("txtMakro", "x");
   EXPECT_NE(Hint("cmdSetMakro", "nicht genügend Platz im EEprom").find("Löschen hilft nicht"),
