@@ -1,5 +1,4 @@
 #include <QMenu>
-#include <QStatusBar>
 
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"
@@ -16,7 +15,6 @@ constexpr char kKeepSimulator[] = "SimulatorBehalten";
 constexpr char kReopenLost[] = "WiederOeffnen";
 constexpr char kYes[] = "ja";
 constexpr char kNo[] = "nein";
-constexpr int kHintMilliseconds = 8000;
 
 }  // namespace
 
@@ -58,8 +56,7 @@ bool frmhaupt::ReturnsByItself() const {
 
 void frmhaupt::com1_Returned() {
   if (!ReturnsByItself() || outside_.com1.IsOpen() || !interfaces_->OpenAgain()) return;
-  const QString port = QString::fromStdString(interfaces_->ChosenPort());
-  statusBar()->showMessage(tr("%1 ist wieder da und wieder offen.").arg(port));
+  chronicle_.Note(interfaces_->ChosenPort() + " ist wieder da und wieder offen.");
 }
 
 void frmhaupt::mnuOptionenWiederOeffnen_Click() {
@@ -86,9 +83,7 @@ void frmhaupt::mnuOptionenAnschluesse_Click() {
 }
 
 void frmhaupt::mnuOptionenSimulator_Click() {
-  if (simulator_->Start()) {
-    statusBar()->showMessage(tr("Mit dem Simulator verbunden."), kHintMilliseconds);
-  }
+  if (simulator_->Start()) chronicle_.Note("Mit dem Simulator verbunden.");
 }
 
 void frmhaupt::mnuOptionenSimulatorBehalten_Click() {

@@ -92,6 +92,7 @@ void StatusDisplay::ShowActivity(std::string_view command) {
 
 void StatusDisplay::ShowResult(const QString& text) {
   result_ = text;
+  clearMessage();  // an older hint would hide it
   lblAktivitaet->setText(text);
 }
 

@@ -1,4 +1,5 @@
 #include <QListWidget>
+#include <QStatusBar>
 
 #include "tests/window_fixture.h"
 
@@ -17,6 +18,9 @@ TEST_F(HistoryTest, EachActionLeavesItsLineInTheStatusBarAndInTheHistory) {
             "✓ Makro 1 geschrieben: 5 Byte, bestätigt, vorher 8142 Byte frei");
   Click("cmdClearConfig");
   EXPECT_EQ(Text("lblAktivitaet"), "✗ Konfiguration löschen: keine Antwort");
+  window->statusBar()->showMessage(QStringLiteral("hint"));
+  Click("cmdClearConfig");
+  EXPECT_EQ(InStatusBar(), "") << "the newer line shows";
   Trigger("mnuAnsichtVerlauf");
   auto& history = Find<QListWidget>("ctlVerlauf");
   const auto line = [&](int row) { return history.item(row)->text().mid(10).toStdString(); };

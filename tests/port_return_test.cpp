@@ -44,7 +44,7 @@ TEST_F(PortReturnTest, LostDeviceIsOpenedAgainAsItWasAndNothingIsSent) {
   EXPECT_EQ(port.number, 6);
   EXPECT_EQ(port.settings, "19200,N,8,1");
   EXPECT_EQ(Chosen("cboCom_13"), "Com 6");
-  EXPECT_EQ(InStatusBar(), "Com 6 ist wieder da und wieder offen.");
+  EXPECT_EQ(Text("lblAktivitaet"), "✓ Com 6 ist wieder da und wieder offen.");
   EXPECT_EQ(port.written, "");
   EXPECT_FALSE(tmrReturn.Enabled());
 }

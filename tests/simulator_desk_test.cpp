@@ -51,7 +51,7 @@ TEST_F(SimulatorDeskTest, IsStartedConnectedAndEndsWithTheProgram) {
   Click("cmdSimulatorStarten");
   EXPECT_TRUE(port.IsOpen());
   EXPECT_EQ(port.number, 6);
-  EXPECT_EQ(InStatusBar(), "Mit dem Simulator verbunden.");
+  EXPECT_EQ(Text("lblAktivitaet"), "✓ Mit dem Simulator verbunden.");
   EXPECT_EQ(port.written, "");
   Click("cmdSimulatorStarten");
   EXPECT_EQ(simulator.starts, 1);
