@@ -65,6 +65,12 @@ Drawing Tool::WithObject(DrawingObject object) const {
   return drawing;
 }
 
+Drawing Tool::WithStroke(DrawingObject object) const {
+  Drawing drawing = WithObject(std::move(object));
+  drawing.back().selected = false;
+  return drawing;
+}
+
 bool Tool::Escape() {
   const bool begun = Begun();
   Cancel();
@@ -205,7 +211,7 @@ void FreehandTool::Drag(const ToolEvent& event) {
 void FreehandTool::Release(const ToolEvent& event) {
   if (points_.empty()) return;
   Drag(event);
-  Drawing drawing = WithObject(Object());
+  Drawing drawing = WithStroke(Object());
   points_.clear();
   surface_.Commit(std::move(drawing));
 }
@@ -226,7 +232,7 @@ DrawingObject FreehandTool::Object() const {
 
 void FillTool::Press(const ToolEvent& event) {
   auto fill = MakeFill(surface_.Pixels(), event.at, surface_.Style().penMode);
-  if (fill) surface_.Commit(WithObject(std::move(*fill)));
+  if (fill) surface_.Commit(WithStroke(std::move(*fill)));
 }
 
 void TextTool::Release(const ToolEvent& event) {

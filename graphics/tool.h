@@ -123,6 +123,9 @@ class Tool {
   void EndSnapping();
   /// Adds an object on top, selected alone.
   Drawing WithObject(DrawingObject object) const;
+  /// Adds one that is not selected, nor is anything else: what has a style of the tool's own must
+  /// not lend it to the next object.
+  Drawing WithStroke(DrawingObject object) const;
 
   ToolSurface& surface_;
 

@@ -38,6 +38,21 @@ TEST_F(Grafik, DrawsWithTheMouse) {
   EXPECT_EQ(Objects().back().vertices, (std::vector<Point>{{0, 0}, {5, 5}, {9, 0}}));
 }
 
+TEST_F(Grafik, WhatHasAStyleOfItsOwnLeavesTheNextObjectsAlone) {
+  DrawBoxes();
+  Do("toolFuellen");
+  Click({20, 15});
+  Do("toolRadierer");
+  Drag({5, 5}, {70, 60});
+  EXPECT_TRUE(Find<QAbstractButton>("optZeichnen")->isChecked());
+  EXPECT_FALSE(Find<QAbstractButton>("chkGefuellt")->isChecked());
+  Do("toolRechteck");
+  Drag({150, 60}, {170, 80});
+  EXPECT_EQ(Objects()[4].penMode, PenMode::Erase);
+  EXPECT_EQ(Objects()[5].penMode, PenMode::Draw);
+  EXPECT_FALSE(Objects()[5].filled);
+}
+
 TEST_F(Grafik, EachControlChangesItsOwnAttributeAloneInGroupsToo) {
   const auto text = [&](Point at, int font, int zoom) {
     return MakeText(at, {.font = font, .zoomX = zoom}, "T", TestFonts());
@@ -212,6 +227,8 @@ TEST_F(Grafik, HandsFindWhatTheyExpect) {
   EXPECT_EQ(Objects()[4].vertices, (std::vector<Point>{{5, 5}, {5, 5}}));
   Key(Qt::Key_Escape);
   EXPECT_TRUE(Find<QAction>("toolAuswahl")->isChecked());
+  EXPECT_EQ(SelectedCount(Objects()), 0U);
+  Click({5, 5});
   EXPECT_EQ(SelectedCount(Objects()), 1U);
   Key(Qt::Key_Escape);
   EXPECT_EQ(SelectedCount(Objects()), 0U);

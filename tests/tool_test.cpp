@@ -277,7 +277,7 @@ TEST(Tools, AFillGoesUpToWhatIsDrawn) {
   desk.Take(ToolKind::Fill).Click({30, 30});
   ASSERT_EQ(desk.drawing.size(), 2U);
   EXPECT_EQ(BoundsOf(desk.drawing[1]), (Box{21, 21, 39, 39}));
-  EXPECT_TRUE(desk.drawing[1].selected);
+  EXPECT_FALSE(desk.drawing[1].selected);
   desk.Click({30, 30});
   EXPECT_EQ(desk.drawing.size(), 2U) << "nothing is left to fill";
   desk.style.penMode = PenMode::Erase;
