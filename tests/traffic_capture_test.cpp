@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "base/wire_text.h"
-
 #include "link/traffic_words.h"
 
 namespace kelvo {
@@ -102,6 +101,11 @@ TEST_F(TrafficCaptureTest, SavedTextIsReadBackLikeTheLiveTraffic) {
   read = ReadCapture(CaptureLines(record, some));
   EXPECT_EQ(Read(read.record, 1), Read(record, 1));
   EXPECT_EQ(DurationWords(read.record.At(2)), "30,2 ms");
+  // From a machine whose clock goes behind, the same moment was later.
+  const auto inZone = [&](const char* zone) {
+    return ReadCapture(std::string(lines).replace(24, 5, zone)).record.At(0).time;
+  };
+  EXPECT_EQ(inZone("-0130") - inZone("+0200"), 3h + 30min);
 }
 
 TEST_F(TrafficCaptureTest, WhatIsNoCaptureIsNotUnderstood) {
