@@ -50,6 +50,7 @@ void LineState::PortIs(int number) {
     if (lost_ || number != lastPort_) {
       trace_.Forget();
       Anew();
+      StartedAnew();
     }
     // Of a line that has just been opened nothing is known yet.
     if (port_ == 0) NotAsked();
@@ -66,6 +67,7 @@ void LineState::PortLost() {
   lost_ = true;
   trace_.Forget();
   Anew();
+  StartedAnew();
   Changed();
 }
 
@@ -92,6 +94,7 @@ void LineState::Sent(std::string_view characters) {
   // To select once more who has just answered is no reason to doubt them.
   const bool same = before && before == trace_.Address() && !trace_.Nobody() && unanswered_ == 0;
   if (!same) Anew();
+  if (change == ListenerTrace::Change::Restarted) StartedAnew();
   Changed();
 }
 
@@ -149,6 +152,10 @@ Answering LineState::Answers() const {
 std::chrono::seconds LineState::SinceAnswer() const {
   return std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() -
                                                           answered_.value_or(loop_.Now()));
+}
+
+void LineState::StartedAnew() const {
+  if (anew_) anew_();
 }
 
 void LineState::Changed() const {

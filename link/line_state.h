@@ -43,6 +43,10 @@ class LineState {
   /// Told when any of this may have changed, except for the time that passes.
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
+  /// Told when what the Terminals were set to may hold no more: they have been restarted, or they
+  /// are others, behind another port or a device that was away.
+  void SetStartedAnewListener(std::function<void()> listener) { anew_ = std::move(listener); }
+
   /// The number of the port that is open; 0 for none.
   void PortIs(int number);
   /// Its device has gone; the port is closed.
@@ -72,6 +76,7 @@ class LineState {
   void Settle(const Outcome& outcome);
   void NoteAnswer(const Outcome& outcome, CommandName asked);
   void Anew();
+  void StartedAnew() const;
   void NotAsked();
   void Changed() const;
 
@@ -88,6 +93,7 @@ class LineState {
   int unanswered_ = 0;
   std::optional<LineFailure> failure_;
   std::function<void()> listener_;
+  std::function<void()> anew_;
 };
 
 }  // namespace kelvo

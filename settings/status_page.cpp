@@ -201,6 +201,12 @@ void StatusPage::Shown() {
 
 void StatusPage::BlankSysInfo() { lblSysInfo->clear(); }
 
+void StatusPage::ForgetOutputs() {
+  for (QCheckBox* const line : chkPortP0) line->setCheckState(Qt::PartiallyChecked);
+  lblPortP0->setText(QStringLiteral("0"));
+  lblPortP0Stand->setText(tr("nicht bekannt"));
+}
+
 void StatusPage::cmdGetVersion_Click() {
   lblVersion->clear();
   const Reply version = QueryVersion(services_.exchange, services_.state);

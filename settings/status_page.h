@@ -39,6 +39,8 @@ class StatusPage : public QWidget {
   void Shown();
   /// What is shown of the system's information is out of date.
   void BlankSysInfo();
+  /// How the outputs P0 stand is not known any more.
+  void ForgetOutputs();
 
  Q_SIGNALS:
   /// The display has a new size, in pixels; the drawing surface follows.

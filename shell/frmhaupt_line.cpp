@@ -22,6 +22,7 @@ QWidget* frmhaupt::MakeAddressStrip() {
   OnSend(head_->SelectButton(), this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
   OnSend(head_->CheckButton(), this, outside_.person, &frmhaupt::cmdVerbindungPruefen_Click);
   lineState_.SetListener([this] { head_->ShowState(); });
+  lineState_.SetStartedAnewListener([this] { status_->ForgetOutputs(); });
   connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);
   ShowStoredTerminals();
   return head_;

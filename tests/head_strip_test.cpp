@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QMenu>
 #include <QSpinBox>
 #include <QTimer>
@@ -55,6 +56,26 @@ TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
   Sql("update DOVU set Bezeichnung = 'Tor'");
   Show(Tab::Terminals);
   EXPECT_EQ(Find<QToolButton>("cmdDovuName").menu()->actions().at(0)->text(), "Tor (7)");
+}
+
+TEST_F(HeadStripTest, HowTheOutputsStandIsNotKnownBehindARestartAnotherPortAndALoss) {
+  StartOn(Tab::Status);
+  const auto forgets = [this](const char* why, const std::function<void()>& act) {
+    Show(Tab::Status);
+    Click("chkPortP0_3");
+    Click("cmdSetPort");
+    EXPECT_TRUE(Text("lblPortP0Stand").starts_with("gesetzt")) << why;
+    act();
+    EXPECT_EQ(Text("lblPortP0Stand"), "nicht bekannt") << why;
+    EXPECT_EQ(Text("lblPortP0"), "0") << why;
+    EXPECT_EQ(Find<QCheckBox>("chkPortP0_3").checkState(), Qt::PartiallyChecked) << why;
+  };
+  forgets("restart", [this] { Click("cmdToolbar_0"); });
+  forgets("another port", [this] {
+    Click("cmdVerbinden");
+    Choose("cboCom_13", "Com 2");
+  });
+  forgets("loss", [this] { port.Lose(); });
 }
 
 TEST_F(HeadStripTest, TheWordsAgeOnlyWhileTheyAreSeenAndChange) {
