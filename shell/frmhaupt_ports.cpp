@@ -1,4 +1,5 @@
 #include <QMenu>
+#include <QTimer>
 
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"
@@ -104,10 +105,12 @@ bool frmhaupt::ConnectTo(const std::string& device) {
 void frmhaupt::mnuAnsichtDatenverkehr_Click() { ShowTraffic(TrafficAt::Now); }
 
 void frmhaupt::ShowTraffic(TrafficAt where) {
-  traffic_->show();
-  traffic_->raise();
-  traffic_->activateWindow();
-  if (where == TrafficAt::LastFailure) traffic_->ShowLastFailure();
+  traffic_->Present();
+  // A box that is just going would give the front to its own window.
+  QTimer::singleShot(0, traffic_, [this] {
+    if (traffic_->isVisible()) traffic_->Present();
+  });
+  if (where == TrafficAt::LastFailure) traffic_->ShowLastFailureOfLine();
 }
 
 }  // namespace kelvo

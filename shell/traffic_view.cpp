@@ -194,6 +194,18 @@ void TrafficView::Choose() {
   ShowState();
 }
 
+void TrafficView::Present() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  raise();
+  activateWindow();
+}
+
+void TrafficView::ShowLastFailureOfLine() {
+  if (opened_) cmdVerkehrLeitung_Click();
+  ShowLastFailure();
+}
+
 void TrafficView::ShowLastFailure() {
   const auto number = LastFailure(Shown());
   if (!number) return lblVerkehr->setText(tr("Keine Störung ist aufgezeichnet."));

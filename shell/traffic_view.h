@@ -26,8 +26,12 @@ class TrafficView : public QWidget {
   /// Both must outlive it, but for its own destruction; it takes the record's listener.
   TrafficView(TrafficRecord& record, Operator& person, QWidget* parent);
 
+  /// Comes to the front, also when it is open already.
+  void Present();
   /// Leads to the newest failure of what is shown, and takes away whatever hides it.
   void ShowLastFailure();
+  /// The same on the line, also while a file is shown.
+  void ShowLastFailureOfLine();
 
   /// How wide the columns are.
   QByteArray Columns() const;

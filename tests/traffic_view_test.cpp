@@ -102,13 +102,22 @@ TEST_F(TrafficViewTest, SavedTrafficIsOpenedAgain) {
   EXPECT_TRUE(Find("frmDatenverkehr").windowTitle().endsWith(QStringLiteral("traffic.txt")));
   Click("cmdVerkehrLeitung");
   EXPECT_EQ(Table().rowCount(), 6);
+  Click("cmdVerkehrOeffnen");
+  terminal.Answer("\x1b?A", "");
+  Ask();
+  Find("frmDatenverkehr").showMinimized();
+  window->ShowTraffic(frmhaupt::TrafficAt::LastFailure);
+  EXPECT_FALSE(Find("frmDatenverkehr").isMinimized());
+  EXPECT_EQ(Row(Find<QTableView>("ctlVerkehr").currentIndex().row()),
+            "Adresse abfragen|500,0 ms|⚠ keine Antwort|1B 3F 41");
+  EXPECT_EQ(Table().rowCount(), 7);
   person.file = folder.Path("kelvo.mdb");
   Click("cmdVerkehrOeffnen");
   EXPECT_NE(person.LastMessage().find("keinen gespeicherten"), std::string::npos);
   person.file = folder.Path("no/such/folder.txt");
   Click("cmdVerkehrSpeichern");
   EXPECT_NE(person.LastMessage().find("nicht geschrieben"), std::string::npos);
-  EXPECT_EQ(Table().rowCount(), 6);
+  EXPECT_EQ(Table().rowCount(), 7);
 }
 
 TEST_F(TrafficViewTest, ColumnsAreAsWideAsTheyWere) {
