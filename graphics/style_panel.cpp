@@ -19,18 +19,18 @@ const char* const kFontNames[] = {"8 x 8",         "8 x 10",     "8 x 14",      
                                   "4 x 6 Ziffern", "8 x 8 fett", "8 x 10 fett", "8 x 14 fett",
                                   "8 x 16 fett",   "16 x 32"};
 
-void ShowBox(QCheckBox* box, const CommonStyle::Attribute& attribute) {
+// What objects do not differ in, or do not have, is as it will be for the next one.
+void ShowBox(QCheckBox* box, const CommonStyle::Attribute& attribute, bool next) {
   box->setTristate(attribute.mixed);
   if (attribute.mixed) return box->setCheckState(Qt::PartiallyChecked);
-  if (attribute.value) box->setChecked(*attribute.value != 0);
+  box->setCheckState(next ? Qt::Checked : Qt::Unchecked);
 }
 
 // 0 stands for different zooms.
-void ShowNumber(QSpinBox* box, const CommonStyle::Attribute& attribute) {
+void ShowNumber(QSpinBox* box, const CommonStyle::Attribute& attribute, int next) {
   box->setMinimum(attribute.mixed ? 0 : 1);
   box->setSpecialValueText(attribute.mixed ? QStringLiteral("–") : QString());
-  if (attribute.mixed) box->setValue(0);
-  if (attribute.value) box->setValue(*attribute.value);
+  box->setValue(attribute.mixed ? 0 : next);
 }
 
 template <typename Value>
@@ -155,13 +155,13 @@ void StylePanel::ShowStyle(const CommonStyle& style) {
   optZeichnen->setChecked(!style.penMode.mixed && style_.penMode != PenMode::Erase);
   optLoeschen->setChecked(!style.penMode.mixed && style_.penMode == PenMode::Erase);
   for (QRadioButton* option : {optZeichnen, optLoeschen}) option->setAutoExclusive(true);
-  ShowBox(chkGefuellt, style.filled);
-  cboTextStyle->setCurrentIndex(style.font.mixed ? -1 : style_.text.font);
-  ShowNumber(txtTextZoomX, style.zoomX);
-  ShowNumber(txtTextZoomY, style.zoomY);
-  ShowBox(ctlFontBold, style.bold);
-  ShowBox(ctlFontInvers, style.inverse);
-  ShowBox(ctlFontUdrline, style.underline);
+  ShowBox(chkGefuellt, style.filled, kept.filled);
+  cboTextStyle->setCurrentIndex(style.font.mixed ? -1 : kept.text.font);
+  ShowNumber(txtTextZoomX, style.zoomX, kept.text.zoomX);
+  ShowNumber(txtTextZoomY, style.zoomY, kept.text.zoomY);
+  ShowBox(ctlFontBold, style.bold, kept.text.bold);
+  ShowBox(ctlFontInvers, style.inverse, kept.text.inverse);
+  ShowBox(ctlFontUdrline, style.underline, kept.text.underline);
   ShowZoom();
   style_ = kept;  // showing chooses nothing
 }

@@ -67,6 +67,9 @@ TEST_F(Grafik, EachControlChangesItsOwnAttributeAloneInGroupsToo) {
   auto& bold = *Find<QCheckBox>("ctlFontBold");
   EXPECT_EQ(fonts.currentIndex(), -1);
   EXPECT_EQ(Find<QSpinBox>("txtTextZoomX")->text(), "–");
+  Click({200, 20});  // with nothing selected it is as for the next object
+  EXPECT_EQ(Find<QSpinBox>("txtTextZoomX")->text(), "1");
+  Do("mnuGrafikAlles");
   EXPECT_EQ(Find<QSpinBox>("txtTextZoomY")->text(), "1");
   bold.click();
   const auto styles = [&] {
@@ -85,6 +88,9 @@ TEST_F(Grafik, EachControlChangesItsOwnAttributeAloneInGroupsToo) {
   bold.click();
   Do("mnuGrafikAlles");
   EXPECT_EQ(bold.checkState(), Qt::PartiallyChecked);
+  Click({200, 20});
+  EXPECT_NE(bold.checkState(), Qt::PartiallyChecked);
+  Do("mnuGrafikAlles");
   bold.click();
   EXPECT_TRUE(styles().first.bold && styles().second.bold);
   Find<QAbstractButton>("optZeichnen")->click();
