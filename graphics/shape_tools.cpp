@@ -77,6 +77,12 @@ bool Tool::Escape() {
   return begun;
 }
 
+bool Tool::StepBack() {
+  const bool begun = Begun();
+  if (begun) Cancel();
+  return begun;
+}
+
 void DragTool::Press(const ToolEvent& event) {
   start_ = Snap(event);
   state_ = State::Dragging;

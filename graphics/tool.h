@@ -107,8 +107,9 @@ class Tool {
   virtual bool Begun() const { return false; }
   /// Another tool is taken.
   virtual void Leave() { Cancel(); }
-  /// Undo, while something is begun: takes back its last step. False when there is none.
-  virtual bool StepBack() { return false; }
+  /// Undo, while something is begun: takes back its last step, which may be all of it. False when
+  /// nothing was begun.
+  virtual bool StepBack();
   /// The Escape key: ends what is begun. False when nothing was.
   virtual bool Escape();
 

@@ -153,6 +153,22 @@ TEST_F(Grafik, MenusActOnTheSelection) {
 }
 
 // A tool keeps what it has begun by its place in the drawing, which every command may change.
+TEST_F(Grafik, UndoInADragTakesBackTheDragAlone) {
+  DrawBoxes();
+  const Drawing drawn = Objects();
+  for (const char* tool : {"toolAuswahl", "toolRechteck", "toolStift", "toolRundrechteck"}) {
+    Do(tool);
+    Press({120, 25});
+    MoveTo({160, 60});
+    Do("mnuGrafikRueckgaengig");
+    MoveTo({170, 60});
+    Let({170, 60});
+    EXPECT_EQ(Objects(), drawn) << tool;
+  }
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(Objects().size(), 2U);
+}
+
 TEST_F(Grafik, AnyChangeOfTheDrawingEndsWhatAToolIsDoing) {
   const char* const commands[] = {
       "mnuGrafikLoeschen",    "mnuGrafikAlles",      "mnuGrafikRueckgaengig",
