@@ -4,6 +4,7 @@
 #include "graphics/drawing_canvas.h"
 #include "graphics/editing.h"
 #include "graphics/grips.h"
+#include "graphics/points.h"
 
 // The keys of the drawing surface.
 
@@ -106,16 +107,18 @@ void DrawingCanvas::keyReleaseEvent(QKeyEvent* event) {
   setCursor(toolCursor_);
 }
 
-// From a picked point to the next one; behind the last one none is picked.
+// From a picked point to the next one, round and round.
 bool DrawingCanvas::WalkPoints(bool next) {
   const auto picked = document_.Picked();
-  if (!picked) return false;
-  document_.Pick(next ? *picked + 1 : *picked - 1);
-  return document_.Picked().has_value();
+  const auto lines = OnlyWithPoints(document_.Current());
+  if (!picked || !lines) return false;
+  const std::size_t count = document_.Current()[*lines].vertices.size();
+  document_.Pick((*picked + (next ? 1 : count - 1)) % count);
+  return true;
 }
 
-// Tab walks the objects, and the points of an opened one; behind the last one it goes on to the
-// next control.
+// Tab walks the points of an opened object, else the objects; behind the last object it goes on to
+// the next control.
 bool DrawingCanvas::focusNextPrevChild(bool next) {
   if (hasFocus() && WalkPoints(next)) return true;
   const Drawing& drawing = document_.Current();

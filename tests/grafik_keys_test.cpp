@@ -218,7 +218,15 @@ TEST_F(GrafikPoints, KeysWalkMoveInsertAndRemoveThem) {
   EXPECT_EQ(Path()[0], (Point{11, 10}));
   Do("mnuGrafikPunktEinfuegen");  // in the longest way
   EXPECT_EQ(Path()[1], (Point{36, 16}));
+  const auto shows = [this](const char* text) {
+    return Find<QLabel>("lblHinweis")->text().startsWith(QString::fromUtf8(text));
+  };
   Key(Qt::Key_Backtab);
+  Key(Qt::Key_Backtab);
+  EXPECT_TRUE(shows("Punkt 6 von 6")) << "round again";
+  Key(Qt::Key_Tab);
+  EXPECT_TRUE(shows("Punkt 1 von 6"));
+  Key(Qt::Key_Escape);
   Key(Qt::Key_Backtab);
   EXPECT_FALSE(Canvas()->hasFocus());
 }
