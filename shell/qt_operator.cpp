@@ -10,6 +10,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QWindow>
+#include <algorithm>
 
 #include "widgets/form.h"
 
@@ -87,14 +89,31 @@ bool Stays(const QWidget& window) {
 
 }  // namespace
 
-// What is asked comes up over the window that it is about: the editor's over the editor, a dialog's
-// over the dialog. Another box is none, because it goes when it has been read.
-QWidget* QtOperator::Owner() const {
+void QtOperator::SetWindow(QWidget* window) {
+  window_ = window;
+  QObject::disconnect(qApp, nullptr, &following_, nullptr);
+  QObject::connect(qApp, &QApplication::focusWindowChanged, &following_, [this] { Remember(); });
+}
+
+void QtOperator::Remember() {
   QWidget* active = QApplication::activeWindow();
-  while (active != nullptr && !Stays(*active)) {
+  while (active != nullptr && (!Stays(*active) || !active->isVisible())) {
     active = active->parentWidget() != nullptr ? active->parentWidget()->window() : nullptr;
   }
-  return active != nullptr ? active : window_;
+  if (active == nullptr) return;
+  std::erase_if(used_, [&](const auto& window) { return !window || window == active; });
+  used_.emplace_back(active);
+}
+
+// What is asked comes up over the window that it is about: the editor's over the editor, a dialog's
+// over the dialog. Another box is none, because it goes when it has been read. When a dialog has
+// just closed no window is active yet: then it is the one before.
+QWidget* QtOperator::Owner() {
+  Remember();
+  const auto open = std::find_if(used_.rbegin(), used_.rend(), [](const auto& window) {
+    return window != nullptr && window->isVisible();
+  });
+  return open != used_.rend() ? open->data() : window_;
 }
 
 QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+#include <vector>
 
 #include "base/event_loop.h"
 #include "base/operator.h"
@@ -16,8 +18,9 @@ class QtOperator : public Operator {
  public:
   explicit QtOperator(const EventLoop& loop) : loop_(loop) {}
 
-  /// The window that boxes belong to while the person works in none of the program's.
-  void SetWindow(QWidget* window) { window_ = window; }
+  /// The window that boxes belong to while the person works in none of the program's
+  /// and has worked in none that is still open.
+  void SetWindow(QWidget* window);
   /// Where the next file dialog opens; empty or gone: in the current folder. Each dialog in which a
   /// file is chosen sets it.
   void SetFolder(const QString& folder) { folder_ = folder; }
@@ -36,13 +39,16 @@ class QtOperator : public Operator {
   void Beep() override;
 
  private:
-  QWidget* Owner() const;
+  QWidget* Owner();
+  void Remember();
   /// Adds what leads on; the button that leads to the traffic, nullptr without any.
   QPushButton* Explain(QMessageBox& box, const std::string& text, const std::string& hint) const;
   std::optional<std::string> ChooseFile(QFileDialog& dialog);
 
   const EventLoop& loop_;
   QWidget* window_ = nullptr;
+  std::vector<QPointer<QWidget>> used_;  // windows that stay, the one used last at the end
+  QObject following_;
   QString folder_;
 };
 

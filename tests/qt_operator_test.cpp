@@ -131,6 +131,21 @@ TEST_F(QtOperatorTest, BoxComesUpOverTheWindowThatIsActive) {
   progress.activateWindow();
   QApplication::processEvents();
   EXPECT_EQ(owner(), &dialog);
+  // The second question of a chain: the first one's dialog has just gone.
+  dialog.hide();
+  QWidget editor;
+  editor.show();
+  editor.activateWindow();
+  QApplication::processEvents();
+  Next<QFileDialog>([](QFileDialog& file) {
+    QApplication::processEvents();
+    EXPECT_TRUE(file.isActiveWindow());
+  });
+  EXPECT_EQ(person.OpenFile("", "Text (txt) |*.txt"), std::nullopt);
+  EXPECT_EQ(owner(), &editor);
+  EXPECT_EQ(owner(), &editor);
+  editor.hide();
+  EXPECT_EQ(owner(), &main);
 }
 
 TEST_F(QtOperatorTest, FileDialogsOpenWhereTheLastOneWas) {
