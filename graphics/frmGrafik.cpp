@@ -78,6 +78,7 @@ frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fo
   MakeToolbar();
   MakeContextMenu();
   ConnectPanels();
+  WatchFields();
   connect(&document_, &DrawingDocument::Changed, this, &frmGrafik::ShowState);
   // What a tool has begun refers to the drawing as it was.
   connect(&document_, &DrawingDocument::Replaced, this, [this] {

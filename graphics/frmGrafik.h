@@ -104,6 +104,7 @@ class frmGrafik : public QMainWindow {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -141,6 +142,8 @@ class frmGrafik : public QMainWindow {
   template <std::size_t count>
   void AddEntries(QMenu* menu, const Entry (&entries)[count]);
   void ConnectPanels();
+  void WatchFields();
+  void LeaveField();
   void FitWindow();
 
   QImage Pixels(const Drawing& drawing) const;

@@ -235,6 +235,18 @@ TEST_F(Grafik, HandsFindWhatTheyExpect) {
   QTest::keyClick(&x, Qt::Key_Return);
   QApplication::processEvents();
   EXPECT_TRUE(Canvas()->hasFocus());
+  // Esc gives it back, too, and what is half typed up; undo means the drawing behind a step.
+  Click({12, 10});
+  const Drawing placed = Objects();
+  x.setFocus();
+  QTest::keyClick(&x, Qt::Key_Up);
+  EXPECT_NE(Objects(), placed);
+  QTest::keyClick(&x, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Objects(), placed);
+  QTest::keyClick(&x, Qt::Key_7);
+  QTest::keyClick(&x, Qt::Key_Escape);
+  EXPECT_TRUE(Canvas()->hasFocus());
+  EXPECT_EQ(Objects(), placed);
   // Inside a polyline a step back is its last point; another tool ends it well.
   Do("toolLinienzug");
   for (const Point p : {Point{10, 90}, {50, 90}, {50, 120}, {90, 120}}) Click(p);
