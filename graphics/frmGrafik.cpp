@@ -149,6 +149,7 @@ void frmGrafik::MakeStatusBar() {
   ctlZoom->setAccessibleName(tr("Zoom"));
   ctlZoom->setRange(1, Display->MaxZoom());
   ctlZoom->setFixedWidth(120);
+  ctlZoom->installEventFilter(this);  // Esc goes back to the canvas
   lblZoom = Named(new QLabel, "lblZoom");
   statusBar()->addWidget(lblKoordinaten);
   statusBar()->addWidget(lblKosten);

@@ -323,6 +323,15 @@ Point frmGrafik::VisibleMiddle() const {
   return Display->ToDrawing(visible.center());
 }
 
+Point frmGrafik::PlaceFor(const Box& box) const {
+  const auto fitted = [](int from, int length, int display) {
+    return length > display ? from : std::clamp(from, 0, display - length);
+  };
+  const Point middle = VisibleMiddle();
+  return {fitted(middle.x - box.Width() / 2, box.Width(), Display->DisplayWidth()),
+          fitted(middle.y - box.Height() / 2, box.Height(), Display->DisplayHeight())};
+}
+
 void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {
   const QMimeData& mime = *event->mimeData();
   const bool symbol = mime.hasFormat(SymbolList::MimeType());

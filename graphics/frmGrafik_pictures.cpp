@@ -67,8 +67,9 @@ void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
   if (dialog.exec() != QDialog::Accepted) return;
   DrawingObject object = dialog.Result();
   const Box box = BoundsOf(object);
-  const Point middle = at.value_or(VisibleMiddle());
-  MoveBy(object, middle.x - box.Width() / 2, middle.y - box.Height() / 2);
+  const Point half{box.Width() / 2, box.Height() / 2};
+  const Point corner = at ? Point{at->x - half.x, at->y - half.y} : PlaceFor(box);
+  MoveBy(object, corner.x, corner.y);
   Drawing drawing = document_.Current();
   Paste(drawing, {std::move(object)}, 0, 0);
   document_.Commit(std::move(drawing));

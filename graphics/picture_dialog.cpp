@@ -93,6 +93,8 @@ void PictureDialog::MakeControls(QSize display) {
                     std::abs(Length(cut.width, scaleY_) - size.width()) <= 1;
   SetQuietly(chkSeitenverhaeltnis, kept);
   Rescale();
+  txtBildBreite->setFocus();
+  txtBildBreite->selectAll();  // what is typed takes its place
 }
 
 QWidget* PictureDialog::MakeSizeGroup() {

@@ -63,6 +63,21 @@ TEST_F(Grafik, PicturesAreScaledAndMadeBlackAndWhite) {
   EXPECT_EQ(Objects().size(), 1U);
 }
 
+TEST_F(Grafik, APictureAsLargeAsTheDisplayCoversIt) {
+  QImage image(480, 256, QImage::Format_RGB32);
+  image.fill(Qt::black);
+  QApplication::clipboard()->setImage(image);
+  AnswerPictureDialog("cmdBildEinfuegen", [](PictureDialog& dialog) {
+    auto* width = dialog.findChild<QSpinBox*>(QStringLiteral("txtBildBreite"));
+    QTest::keyClicks(width, QStringLiteral("240"));  // in the place of what stood there
+    EXPECT_EQ(width->value(), 240);
+  });
+  Do("mnuGrafikEinfuegen");
+  EXPECT_EQ(BoundsOf(Objects().at(0)), (Box{0, 0, 239, 127}));
+  QTest::keyClick(Find<QSlider>("ctlZoom"), Qt::Key_Escape);
+  EXPECT_EQ(window->focusWidget(), Canvas());
+}
+
 TEST_F(Grafik, APictureIsPreparedAnew) {
   QImage image(100, 50, QImage::Format_RGB32);
   image.fill(Qt::white);
