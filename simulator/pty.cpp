@@ -64,7 +64,7 @@ Pty::Received Pty::Read() {
   std::array<char, 4096> packet;
   const ssize_t count = read(master_.Get(), packet.data(), packet.size());
   if (count <= 0) return {};
-  const int told = packet[0];
+  const auto told = static_cast<unsigned char>(packet[0]);
   if (told != TIOCPKT_DATA) {
     return {{}, (told & TIOCPKT_FLUSHWRITE) != 0, (told & (TIOCPKT_DOSTOP | TIOCPKT_NOSTOP)) != 0};
   }
