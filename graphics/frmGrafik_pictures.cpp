@@ -69,9 +69,8 @@ void frmGrafik::InsertImage(const QImage& image, std::optional<Point> at) {
   const Box box = BoundsOf(object);
   const Point half{box.Width() / 2, box.Height() / 2};
   const Point corner = at ? Point{at->x - half.x, at->y - half.y} : PlaceFor(box);
-  MoveBy(object, corner.x, corner.y);
   Drawing drawing = document_.Current();
-  Paste(drawing, {std::move(object)}, 0, 0);
+  Paste(drawing, {std::move(object)}, corner.x, corner.y);
   document_.Commit(std::move(drawing));
 }
 
