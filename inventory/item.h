@@ -44,6 +44,7 @@ struct ItemChange {
   enum class Kind : std::uint8_t { Written, Deleted, Erased };
   Kind kind = Kind::Written;
   ItemKey key;  ///< none where all is erased; a table is deleted whatever keyboard it is for
+  bool operator==(const ItemChange&) const = default;
 };
 
 /// What a command that begins with its ESC does; nothing when it leaves the EEPROM as it is, or

@@ -1,89 +1,58 @@
 #include "inventory/journal.h"
 
-#include <algorithm>
-#include <set>
 #include <utility>
 
+#include "inventory/journal_text.h"
 #include "link/addresses.h"
 
 namespace kelvo {
 namespace {
 
-template <typename Map>
-auto FindPlace(Map& map, const ItemKey& key) {
-  return std::find_if(map.begin(), map.end(),
-                      [&key](const auto& entry) { return SamePlace(entry.first, key); });
+// What a Terminal that is not there has, too.
+bool TellsNothing(const JournalEntry& entry) {
+  return entry.event == Event::Begun || entry.event == Event::Silent;
 }
 
 }  // namespace
 
-void Inventory::Take(const JournalEntry& entry, bool broadcast) {
-  switch (entry.event) {
-    case Event::Acknowledged:
-      return Apply(entry, broadcast);
-    case Event::Proven:
-      return Prove(entry);
-    case Event::FreeBytes:
-      return;
-    default:
-      return DoubtPlace(entry.change, {entry.event, entry.time});
+WriteJournal::WriteJournal(const std::string& path) : file_(path) { TakeLines(); }
+
+bool WriteJournal::Add(JournalEntry entry) {
+  const auto failed = file_ ? file_->Append(JournalLine(entry)) : std::nullopt;
+  if (!file_ || failed) {
+    if (failed) entry.event = Event::NotRecorded;
+    entries_.push_back(std::move(entry));
+  } else {
+    TakeLines();
+  }
+  if (listener_) listener_();
+  if (failed && !std::exchange(told_, true) && failure_) failure_(*failed);
+  return !failed;
+}
+
+void WriteJournal::Refresh() {
+  const std::size_t before = entries_.size();
+  TakeLines();
+  if (entries_.size() != before && listener_) listener_();
+}
+
+// What is not in the file goes on to count, also when that has been exchanged.
+void WriteJournal::TakeLines() {
+  if (!file_) return;
+  const JournalFile::Lines news = file_->Read();
+  if (news.anew) {
+    std::erase_if(entries_,
+                  [](const JournalEntry& entry) { return entry.event != Event::NotRecorded; });
+    unreadable_ = 0;
+  }
+  for (const std::string& line : news.lines) {
+    if (auto entry = ReadJournalLine(line)) {
+      entries_.push_back(*std::move(entry));
+    } else if (!line.empty()) {
+      ++unreadable_;
+    }
   }
 }
-
-void Inventory::TakeUncertain(const JournalEntry& entry) {
-  if (entry.event == Event::FreeBytes || entry.event == Event::Proven) return;
-  DoubtPlace(entry.change, {entry.event, entry.time});
-}
-
-void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
-  using enum ItemChange::Kind;
-  const ItemChange& change = entry.change;
-  if (change.kind == Erased) {
-    items_.clear();
-    doubtful_.clear();
-    emptied_ = true;
-    return;
-  }
-  Forget(change.key);
-  if (change.kind == Deleted) return;
-  items_[change.key] = {
-      {change.key, entry.command, entry.name}, Proof::Acknowledged, entry.time, broadcast};
-}
-
-void Inventory::Prove(const JournalEntry& entry) {
-  const auto held = items_.find(entry.change.key);
-  if (held == items_.end() || held->second.broadcast) return;
-  held->second.proof = Proof::Checksum;
-}
-
-void Inventory::DoubtPlace(const ItemChange& change, Doubt doubt) {
-  if (change.kind != ItemChange::Kind::Erased) {
-    Forget(change.key);
-    doubtful_[change.key] = doubt;
-    return;
-  }
-  for (const auto& [key, held] : items_) doubtful_[key] = doubt;
-  items_.clear();
-}
-
-void Inventory::Forget(const ItemKey& key) {
-  const auto held = FindPlace(items_, key);
-  if (held != items_.end()) items_.erase(held);
-  const auto doubt = FindPlace(doubtful_, key);
-  if (doubt != doubtful_.end()) doubtful_.erase(doubt);
-}
-
-const Held* Inventory::At(const ItemKey& key) const {
-  const auto held = FindPlace(items_, key);
-  return held == items_.end() ? nullptr : &held->second;
-}
-
-const Doubt* Inventory::DoubtAt(const ItemKey& key) const {
-  const auto doubt = FindPlace(doubtful_, key);
-  return doubt == doubtful_.end() ? nullptr : &doubt->second;
-}
-
-void WriteJournal::Add(JournalEntry entry) { entries_.push_back(std::move(entry)); }
 
 Inventory WriteJournal::Of(const TerminalId& terminal) const {
   Inventory inventory;
@@ -103,10 +72,16 @@ Inventory WriteJournal::Of(const TerminalId& terminal) const {
 
 std::vector<TerminalId> WriteJournal::Terminals() const {
   std::set<TerminalId> all;
+  std::map<TerminalId, Event> last;
   std::set<std::string> single;  // lines of which a Terminal is known
   for (const JournalEntry& entry : entries_) {
+    last[entry.terminal] = entry.event;
+    if (TellsNothing(entry)) continue;
     all.insert(entry.terminal);
     if (entry.terminal.address != kAllAddresses) single.insert(entry.terminal.device);
+  }
+  for (const auto& [terminal, event] : last) {
+    if (event == Event::Begun) all.insert(terminal);
   }
   std::erase_if(all, [&single](const TerminalId& id) {
     return id.address == kAllAddresses && single.contains(id.device);

@@ -1,38 +1,31 @@
 #pragma once
 
-#include <chrono>
-#include <compare>
-#include <cstdint>
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "inventory/item.h"
+#include "inventory/entry.h"
+#include "inventory/journal_file.h"
+#include "inventory/room.h"
 
 // What was written from here into which Terminal: entries in the order in which they happened, and
 // what lies there after them.
 
 namespace kelvo {
 
-/// Who listened is not known: no address has been selected or told.
-inline constexpr int kUnknownAddress = -1;
-
-/// A Terminal: the device of the port that it is at, and its address, which may be 255 for all on
-/// that line, or kUnknownAddress.
-struct TerminalId {
-  std::string device;
-  int address = kUnknownAddress;
-  auto operator<=>(const TerminalId&) const = default;
-};
+/// The journal's file in the data folder.
+inline constexpr char kJournalFile[] = "bestand.txt";
 
 /// What says that an item lies there as it was sent.
 enum class Proof : std::uint8_t {
   Acknowledged,  ///< the Terminal has answered ACK
   Checksum,      ///< the sum of what it received was right, too
 };
-
-using JournalTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
 struct Held {
   Item item;
@@ -41,33 +34,9 @@ struct Held {
   bool broadcast = false;  ///< written to all at once; any of them may have answered
 };
 
-/// What has happened.
-enum class Event : std::uint8_t {
-  Begun,         ///< sent, the answer is awaited
-  Acknowledged,  ///< ACK
-  Proven,        ///< what was acknowledged before is proven by the checksum
-  Refused,       ///< NAK
-  Silent,        ///< no answer
-  Unclear,       ///< something else than an answer
-  LineLost,      ///< the port has gone before the answer
-  WrongSum,      ///< acknowledged before, but the checksum is wrong
-  ByMacro,       ///< a macro that was run has done it; nobody has answered
-  FreeBytes,     ///< the room in the EEPROM was read
-};
-
-struct JournalEntry {
-  JournalTime time;
-  TerminalId terminal;
-  Event event = Event::Begun;
-  ItemChange change;
-  std::string name;        ///< of the record, UTF-8
-  std::string command;     ///< of what was written, the whole wire text
-  std::int64_t bytes = 0;  ///< free in the EEPROM
-};
-
 /// Why nothing can be said of what lies under a number.
 struct Doubt {
-  Event event = Event::Begun;  ///< Acknowledged: somebody was written to, and it is not known who
+  Event event = Event::Begun;  ///< Acknowledged: it is not known to whom
   JournalTime time;
 };
 
@@ -85,36 +54,83 @@ class Inventory {
   const std::map<ItemKey, Doubt>& Doubtful() const { return doubtful_; }
   /// It was erased from here, so nothing else lies there.
   bool KnownEmptyBefore() const { return emptied_; }
+  /// The place of `key` is known to be empty.
+  bool KnownEmpty(const ItemKey& key) const;
   /// What is held in the place of `key`: of tables, that of either keyboard.
   const Held* At(const ItemKey& key) const;
   /// The place of `key` is in doubt.
   const Doubt* DoubtAt(const ItemKey& key) const;
+  /// No answer of the Terminal since contradicts that it lies there.
+  bool Trusts(const Held& held) const;
+  const Room& FreeBytes() const { return room_; }
 
  private:
+  /// What was known of a place before the command went out that has made it doubtful.
+  struct Before {
+    ItemKey place;
+    std::optional<Held> held;
+    bool empty = false;
+  };
+
+  void Begin(const JournalEntry& entry);
+  Before TakeBefore(const ItemKey& key);
+  Before Now(const ItemKey& key) const;
   void Apply(const JournalEntry& entry, bool broadcast);
+  void Write(const JournalEntry& entry, bool broadcast);
   void DoubtPlace(const ItemChange& change, Doubt doubt);
   void Forget(const ItemKey& key);
   void Prove(const JournalEntry& entry);
+  void Read(const JournalEntry& entry);
 
   std::map<ItemKey, Held> items_;
   std::map<ItemKey, Doubt> doubtful_;
+  std::set<ItemKey> deleted_;
   bool emptied_ = false;
+  std::optional<Before> before_;
+  Room room_;
 };
 
-/// The entries of all Terminals.
+/// The entries of all Terminals, in a file that several programs may write.
 class WriteJournal {
  public:
-  void Add(JournalEntry entry);
+  /// Without a file.
+  WriteJournal() = default;
+  explicit WriteJournal(const std::string& path);
+  WriteJournal(const WriteJournal&) = delete;
+  WriteJournal& operator=(const WriteJournal&) = delete;
+
+  /// Told the reason (UTF-8) when the file cannot be written, the first time only.
+  void SetFailureListener(std::function<void(const std::string& reason)> listener) {
+    failure_ = std::move(listener);
+  }
+  /// Told after entries have come.
+  void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
+
+  /// Records an entry; on the disc when the call returns. One that cannot be is kept as
+  /// NotRecorded, which makes its place doubtful; false then.
+  bool Add(JournalEntry entry);
+  /// Takes what other programs have recorded meanwhile.
+  void Refresh();
+
   const std::vector<JournalEntry>& Entries() const { return entries_; }
+  /// Lines of the file that are torn or damaged.
+  std::size_t Unreadable() const { return unreadable_; }
 
   /// What lies in a Terminal: what was written to it or to all on its line.
   Inventory Of(const TerminalId& terminal) const;
-  /// Every Terminal that an entry names, all on a line (255) only where something was written to
-  /// them and no single one is known there.
+  /// Every Terminal that an entry tells something of; all on a line (255) only where something was
+  /// written to them and no single one is known there.
   std::vector<TerminalId> Terminals() const;
 
  private:
+  void TakeLines();
+
+  std::optional<JournalFile> file_;
   std::vector<JournalEntry> entries_;
+  std::size_t unreadable_ = 0;
+  bool told_ = false;
+  std::function<void(const std::string&)> failure_;
+  std::function<void()> listener_;
 };
 
 }  // namespace kelvo

@@ -31,26 +31,6 @@ std::string UserDataFolder() {
   return (given ? std::string(data) : HomeFolder() + "/.local/share") + "/kelvo";
 }
 
-std::string Reason(int error) {
-  switch (error) {
-    case EACCES:
-    case EPERM:
-      return "keine Berechtigung";
-    case EROFS:
-      return "der Datenträger ist schreibgeschützt";
-    case ENOSPC:
-    case EDQUOT:
-      return "kein Platz mehr";
-    case ENOENT:
-      return "nicht gefunden";
-    case ENOTDIR:
-    case EEXIST:
-      return "es gibt dort eine Datei dieses Namens";
-    default:
-      return std::strerror(error);
-  }
-}
-
 // A copy that the user may write, whatever the delivered file allows, and that is on the disc when
 // it gets its name. (std::filesystem's copy takes a full disc for a fault of the disc.)
 std::error_code Copy(const std::string& from, const std::string& to) {
@@ -80,6 +60,26 @@ std::error_code Place(const std::string& copy, const std::string& name) {
 
 }  // namespace
 
+std::string FileReason(int error) {
+  switch (error) {
+    case EACCES:
+    case EPERM:
+      return "keine Berechtigung";
+    case EROFS:
+      return "der Datenträger ist schreibgeschützt";
+    case ENOSPC:
+    case EDQUOT:
+      return "kein Platz mehr";
+    case ENOENT:
+      return "nicht gefunden";
+    case ENOTDIR:
+    case EEXIST:
+      return "es gibt dort eine Datei dieses Namens";
+    default:
+      return std::strerror(error);
+  }
+}
+
 std::string DataFolder(const DataPlace& place) {
   const std::string& program = place.programFolder;
   const bool system = program.starts_with("/usr/lib/") || program.starts_with("/usr/local/lib/");
@@ -98,7 +98,7 @@ void MakeDataFolder(const std::string& dataFolder) {
   if (!error) fs::permissions(dataFolder, fs::perms::owner_all, error);
   if (!error) return;
   throw std::runtime_error("Der Ordner \"" + dataFolder +
-                           "\" kann nicht angelegt werden: " + Reason(error.value()) + ".");
+                           "\" kann nicht angelegt werden: " + FileReason(error.value()) + ".");
 }
 
 void TakeDeliveredDatabase(const std::string& programFolder, const std::string& dataFolder) {
@@ -115,7 +115,7 @@ void TakeDeliveredDatabase(const std::string& programFolder, const std::string& 
   fs::remove(fresh, ignored);
   if (!error) return;
   throw std::runtime_error("Die Datenbank \"" + to + "\" kann nicht aus \"" + from +
-                           "\" angelegt werden: " + Reason(error.value()) + ".");
+                           "\" angelegt werden: " + FileReason(error.value()) + ".");
 }
 
 }  // namespace kelvo

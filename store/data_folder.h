@@ -21,6 +21,9 @@ std::string DataFolder(const DataPlace& place);
 /// The same on this machine, for the user who runs the program. Touches nothing.
 std::string DataFolder(const std::string& programFolder);
 
+/// Why the system could not do something with a file, UTF-8: "kein Platz mehr".
+std::string FileReason(int error);
+
 /// Makes the folder, with those above it, where it is missing: for this user alone. Throws
 /// std::runtime_error, for the operator, naming the folder and the reason.
 void MakeDataFolder(const std::string& dataFolder);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvo {
+
+/// A file of lines that only grows. Several programs may append to it.
+class JournalFile {
+ public:
+  explicit JournalFile(std::string path) : path_(std::move(path)) {}
+
+  /// Appends a line (with its end) in one piece and returns when it is on the disc; behind a line
+  /// that was torn it begins a new one. Nothing when that is done, else the reason, UTF-8.
+  std::optional<std::string> Append(std::string_view line) const;
+
+  struct Lines {
+    bool anew = false;  ///< it is another file than before, and these are all of its lines
+    std::vector<std::string> lines;
+  };
+  /// The whole lines that have been appended since the last call, without their ends.
+  Lines Read();
+
+ private:
+  std::string path_;
+  std::uint64_t read_ = 0;  // bytes
+  std::uint64_t inode_ = 0;
+};
+
+}  // namespace kelvo
