@@ -18,6 +18,8 @@ inline constexpr std::chrono::milliseconds kReturnInterval{1000};
 inline constexpr std::chrono::milliseconds kQueryInterval{500};
 /// A collection by time.
 inline constexpr std::chrono::milliseconds kCollectionInterval{100};
+/// A write that is proven waits so long for its acknowledge.
+inline constexpr std::chrono::milliseconds kProvenWriteInterval{2000};
 /// What every operation with a time of its own leaves behind.
 inline constexpr std::chrono::milliseconds kUsualInterval{1000};
 

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "base/event_loop.h"
+#include "inventory/item.h"
+#include "link/exchange.h"
+
+// One item goes into the EEPROM of one Terminal, which shows first that it is the one that listens
+// and proves afterwards by its checksum what it has received.
+
+namespace kelvo {
+
+/// What came of a write. Only the first two are successes.
+enum class WriteVerdict : std::uint8_t {
+  Proven,            ///< acknowledged, and the checksum is the one expected
+  AcknowledgedOnly,  ///< acknowledged; this Terminal computes no checksum
+  Unproven,          ///< acknowledged, but no checksum came
+  WrongSum,          ///< acknowledged, but something else has arrived
+  Refused,           ///< NAK
+  UnknownCode,       ///< neither ACK nor NAK
+  Silent,            ///< no acknowledge
+  NoTerminal,        ///< nobody answers at this address; nothing was written
+  OtherAnswer,       ///< what answers there is not it; nothing was written
+  LineLost,          ///< or the program is closing
+};
+
+struct WriteResult {
+  WriteVerdict verdict = WriteVerdict::LineLost;
+  Reply reply{};         ///< the one that decided
+  std::string detail{};  ///< German, why it is not proven; empty when it is. UTF-8
+  bool sent = false;     ///< the command has gone out: what the Terminal holds may have changed
+
+  bool Done() const {
+    return verdict == WriteVerdict::Proven || verdict == WriteVerdict::AcknowledgedOnly;
+  }
+};
+
+/// In German what a verdict is, without the reason. UTF-8.
+std::string VerdictText(WriteVerdict verdict);
+/// The verdict, and the reason behind ": ".
+std::string ResultText(const WriteResult& result);
+
+/// What goes to the Terminal before and behind an item, without an answer and outside of the sum: a
+/// keyboard table is read in the mode that stands before it.
+struct WriteFrame {
+  std::string before{};
+  std::string behind{};  ///< only when the write is done
+};
+
+/// Select, "?A", what stands before, "C!", the item, its acknowledge, "C?", what stands behind. The
+/// Terminal stays selected. The room in the EEPROM is not asked for.
+class ProvenWrite {
+ public:
+  ProvenWrite(Exchange& exchange, EventLoop& loop) : exchange_(exchange), loop_(loop) {}
+
+  /// `canSum`: the Terminal computes checksums; another one is never asked for it. An answer that
+  /// may still come is waited for, so that the next question does not take it.
+  WriteResult Write(int address, bool canSum, const Item& item, const WriteFrame& frame = {});
+
+ private:
+  std::optional<WriteResult> Reach(int address);
+  WriteResult WriteAndProve(bool canSum, const Item& item);
+  WriteResult ReadSum(const std::string& command);
+  void AwaitStrayAnswer();
+
+  Exchange& exchange_;
+  EventLoop& loop_;
+};
+
+}  // namespace kelvo
