@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "base/val.h"
 #include "base/wire_text.h"
 #include "bus/transfer.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
 #include "link/intervals.h"
+#include "terminal/eeprom.h"
 
 namespace kelvo {
 namespace {
@@ -80,6 +82,7 @@ std::string VerdictText(WriteVerdict verdict) {
       return "nicht bestätigt";
     case WriteVerdict::NoTerminal:
     case WriteVerdict::OtherAnswer:
+    case WriteVerdict::NoRoom:
       return "nicht geschrieben";
     case WriteVerdict::LineLost:
       break;
@@ -94,6 +97,7 @@ std::string ResultText(const WriteResult& result) {
 WriteResult ProvenWrite::Write(int address, bool canSum, const Item& item,
                                const WriteFrame& frame) {
   std::optional<WriteResult> result = Reach(address);
+  if (!result && frame.room) result = LacksRoom(*frame.room);
   if (!result) {
     if (!frame.before.empty()) exchange_.SendString(frame.before);
     result = WriteAndProve(canSum, item);
@@ -118,6 +122,17 @@ std::optional<WriteResult> ProvenWrite::Reach(int address) {
   if (IsAddressReply(reply.text, address)) return std::nullopt;
   return Failure(WriteVerdict::OtherAnswer, reply,
                  "auf die Frage nach Adresse " + number + " kam " + Quoted(reply.text));
+}
+
+std::optional<WriteResult> ProvenWrite::LacksRoom(std::size_t bytes) {
+  const Reply free = exchange_.SendQuery(AskFreeBytes());
+  if (!exchange_.Alive()) return Lost(free);
+  if (free.Failed()) {
+    return Failure(WriteVerdict::NoRoom, free, "auf die Frage nach dem freien Platz kam nichts");
+  }
+  if (static_cast<double>(bytes) <= free.Number() - kEepromReserve) return std::nullopt;
+  return Failure(WriteVerdict::NoRoom, free,
+                 "nicht genügend Platz, frei sind " + NumberText(free.Number()) + " Bytes");
 }
 
 WriteResult ProvenWrite::WriteAndProve(bool canSum, const Item& item) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,6 +25,7 @@ enum class WriteVerdict : std::uint8_t {
   Silent,            ///< no acknowledge
   NoTerminal,        ///< nobody answers at this address; nothing was written
   OtherAnswer,       ///< what answers there is not it; nothing was written
+  NoRoom,            ///< too few bytes are free, or how many was not told; nothing was written
   LineLost,          ///< or the program is closing
 };
 
@@ -48,10 +50,12 @@ std::string ResultText(const WriteResult& result);
 struct WriteFrame {
   std::string before{};
   std::string behind{};  ///< only when the write is done
+  /// Bytes that must be free beside the reserve; without a number they are not asked for.
+  std::optional<std::size_t> room{};
 };
 
-/// Select, "?A", what stands before, "C!", the item, its acknowledge, "C?", what stands behind. The
-/// Terminal stays selected. The room in the EEPROM is not asked for.
+/// Select, "?A", the free bytes if they matter, what stands before, "C!", the item, its
+/// acknowledge, "C?", what stands behind. The Terminal stays selected.
 class ProvenWrite {
  public:
   ProvenWrite(Exchange& exchange, EventLoop& loop) : exchange_(exchange), loop_(loop) {}
@@ -62,6 +66,7 @@ class ProvenWrite {
 
  private:
   std::optional<WriteResult> Reach(int address);
+  std::optional<WriteResult> LacksRoom(std::size_t bytes);
   WriteResult WriteAndProve(bool canSum, const Item& item);
   WriteResult ReadSum(const std::string& command);
   void AwaitStrayAnswer();
