@@ -88,7 +88,7 @@ std::optional<std::string> Keyboards::Answer(Command query) const {
 
 std::optional<std::string> Keyboards::Table(std::optional<int> number) const {
   if (!number || *number < 0 || *number > 255) return std::nullopt;
-  return eeprom_.Read(Eeprom::Kind::KeyTable, static_cast<unsigned char>(*number));
+  return eeprom_->Read(Eeprom::Kind::KeyTable, static_cast<unsigned char>(*number));
 }
 
 // The active table as it was written: number, first code, codes.

@@ -30,7 +30,9 @@ class Keyboards {
   static constexpr int kColumns = 8;
 
   /// The tables lie in the EEPROM, which must outlive this.
-  explicit Keyboards(const Eeprom& eeprom) : eeprom_(eeprom) {}
+  explicit Keyboards(const Eeprom& eeprom) : eeprom_(&eeprom) {}
+  /// From now on they lie in this one.
+  void LieIn(const Eeprom& eeprom) { eeprom_ = &eeprom; }
 
   void Reset();
   bool Execute(Command command, const Parameters& parameters);
@@ -51,7 +53,7 @@ class Keyboards {
   std::optional<std::string> Table(std::optional<int> number) const;
   std::string Describe(std::optional<int> number) const;
 
-  const Eeprom& eeprom_;
+  const Eeprom* eeprom_;
   bool scanning_ = false;
   KeyTimes times_;
   int columns_ = kColumns;

@@ -30,6 +30,13 @@ Terminal::Terminal(TerminalSetup setup, const DeviceFonts& fonts)
   ResetState();
 }
 
+std::unique_ptr<Terminal> Terminal::CopyOf(const Terminal& other) {
+  std::unique_ptr<Terminal> copy(new Terminal(other));
+  copy->keyboards_.LieIn(copy->eeprom_);
+  copy->follower_ = nullptr;
+  return copy;
+}
+
 void Terminal::PowerOn(Time now) {
   now_ = now;
   powered_ = true;
@@ -127,6 +134,10 @@ void Terminal::Advance(Time now) {
   now_ = std::max(now_, now);
 }
 
+void Terminal::Finish() {
+  while (Busy()) Advance(*NextEvent());
+}
+
 std::optional<Time> Terminal::NextEvent() const {
   if (!key_ && !Busy()) return std::nullopt;  // nearly always
   std::optional<Time> next = KeyCounts();
@@ -186,6 +197,7 @@ void Terminal::OnText(unsigned char byte) {
   if (!selected_) return;
   const char character = static_cast<char>(byte);
   AddToLog(nullptr, {&character, 1});
+  if (follower_ != nullptr) follower_->Prints(byte);
   screen_.PutText(byte);
 }
 
@@ -195,6 +207,7 @@ void Terminal::OnGraphicText(unsigned char byte) {
     log_.back().text += static_cast<char>(byte);
     ++logCount_;
   }
+  if (follower_ != nullptr) follower_->PrintsGraphic(byte);
   screen_.PutGraphicText(byte);
 }
 
@@ -207,7 +220,9 @@ void Terminal::OnCommand(const CommandRow& row, std::string_view text) {
   if (!selected_) return;
   AddToLog(&row, text);
   const Parameters parameters(text);
-  if (parameters.Count() >= row.parameters) Execute(row, parameters);
+  if (parameters.Count() < row.parameters) return;
+  if (follower_ != nullptr && !restoring_) follower_->Does(row, parameters);
+  Execute(row, parameters);
 }
 
 // The bytes of a selection do not count in the checksum: a host that reads the sums of several

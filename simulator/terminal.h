@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include "simulator/frame.h"
 #include "simulator/keyboards.h"
 #include "simulator/screen.h"
+#include "simulator/terminal_follower.h"
 
 namespace kelvo::sim {
 
@@ -68,8 +70,14 @@ class Terminal : private CommandParser::Handler {
  public:
   /// The fonts must outlive the Terminal. It starts without power.
   Terminal(TerminalSetup setup, const DeviceFonts& fonts);
-  Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
+  /// Another one in the same state, which nobody follows.
+  static std::unique_ptr<Terminal> CopyOf(const Terminal& other);
+
+  /// Told of everything that is carried out from now on; null for nobody.
+  void SetFollower(TerminalFollower* follower) { follower_ = follower; }
+  /// Carries out a text as if it were that of a macro.
+  void Run(const std::string& text);
 
   /// How long a restart by command takes. Its effects are there at once, but for so long the
   /// Terminal answers nothing and does nothing. Switched on by its operator it is ready at once.
@@ -88,6 +96,8 @@ class Terminal : private CommandParser::Handler {
   void Receive(unsigned char byte, Time now);
   /// Does what has become due, at the latest at `now`.
   void Advance(Time now);
+  /// Lets it end at once what it needs time for, an erasure or a restart.
+  void Finish();
   /// When Advance has something to do.
   std::optional<Time> NextEvent() const;
   /// When the next character of an answer is, or was, ready to be sent.
@@ -128,6 +138,7 @@ class Terminal : private CommandParser::Handler {
   /// The settings in force on the line to the host.
   const InterfaceSettings& Interface1() const { return interface1_; }
   const Screen& Display() const { return screen_; }
+  Screen& Display() { return screen_; }
   /// Whether a blinking cursor is in its visible half second.
   static bool CursorLit(Time now);
   const Keyboards& Keys() const { return keyboards_; }
@@ -146,6 +157,8 @@ class Terminal : private CommandParser::Handler {
   std::uint64_t LogCount() const { return logCount_; }
 
  private:
+  Terminal(const Terminal&) = default;
+
   struct OutputByte {
     Time ready;
     unsigned char byte;
@@ -203,6 +216,7 @@ class Terminal : private CommandParser::Handler {
   static void SetBuffer(InterfaceSettings& settings, int bytes);
   void AddToLog(const CommandRow* row, std::string_view text);
 
+  TerminalFollower* follower_ = nullptr;
   TerminalSetup setup_;
   bool powered_ = false;
   Time now_{};

@@ -93,12 +93,20 @@ std::string Terminal::ConfigCommands() const {
 }
 
 void Terminal::RunMacro(int number) {
-  if (number < 0 || number > 255 || macroDepth_ >= kMacroDepth) return;
+  if (number < 0 || number > 255) return;
+  if (follower_ != nullptr) follower_->Calls(number);
   const auto text = eeprom_.Read(Eeprom::Kind::Macro, static_cast<unsigned char>(number));
-  if (!text) return;
+  const MacroRun run = !text                        ? MacroRun::Missing
+                       : macroDepth_ >= kMacroDepth ? MacroRun::TooDeep
+                                                    : MacroRun::Runs;
+  if (follower_ != nullptr) follower_->Called(number, run);
+  if (run == MacroRun::Runs) Run(*text);
+}
+
+void Terminal::Run(const std::string& text) {
   if (macroDepth_ == 0) macroBudget_ = kMacroBudget;
   ++macroDepth_;
-  RunText(*text);
+  RunText(text);
   --macroDepth_;
 }
 
@@ -106,7 +114,11 @@ void Terminal::RunMacro(int number) {
 void Terminal::RunText(const std::string& text) {
   const std::uint64_t restarts = restarts_;
   for (const char byte : text) {
-    if (macroBudget_-- <= 0 || restarts != restarts_) return;
+    if (restarts != restarts_) return;
+    if (macroBudget_-- <= 0) {
+      if (follower_ != nullptr) follower_->GivesUp();
+      return;
+    }
     parser_.Feed(static_cast<unsigned char>(byte), *this);
   }
 }
@@ -127,6 +139,7 @@ void Terminal::Restart(bool keepStaged) {
   interface1_ = stagedInterface1_;
   resolution_ = stagedResolution_;
   screen_.Resize(resolution_.width, resolution_.height);
+  if (follower_ != nullptr) follower_->HasRestarted();
   if (keepStaged) startEnd_ = now_ + kRestartTime;
   RunMacro(0);
   starting_ = false;
