@@ -1,10 +1,13 @@
-# kelvo_library(NAME SOURCES... [QT] [LINK libs...])
+# kelvo_library(NAME SOURCES... [ALONE sources...] [QT] [LINK libs...])
 #
 # One room of the house, or one room's page. Without QT the target sees no Qt
 # header at all, so that a feature which reaches for a widget does not compile.
+# Most presets compile several sources together; those that share a name with
+# others in what is theirs alone stand behind ALONE.
 function(kelvo_library name)
-  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
-  add_library(${name} STATIC ${ARG_SOURCES})
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;ALONE;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES} ${ARG_ALONE})
+  kelvo_alone(${ARG_ALONE})
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
   if(ARG_QT)
     kelvo_settings(${name} QT)
@@ -12,6 +15,13 @@ function(kelvo_library name)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)
   else()
     kelvo_settings(${name})
+  endif()
+endfunction()
+
+# kelvo_alone([sources...]): they are compiled one by one always.
+function(kelvo_alone)
+  if(ARGN)
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   endif()
 endfunction()
 

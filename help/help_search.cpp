@@ -16,13 +16,13 @@ namespace {
 
 constexpr int kMostResults = 100;
 
-QStringList Words(const QString& text) { return text.split(u' ', Qt::SkipEmptyParts); }
+QStringList WordsOf(const QString& text) { return text.split(u' ', Qt::SkipEmptyParts); }
 
 // Each word as it stands, whatever its characters mean to the engine; the beginning of a word is
 // enough.
 QString Query(const QString& text) {
   QStringList terms;
-  for (QString word : Words(text)) {
+  for (QString word : WordsOf(text)) {
     terms << u'"' + word.replace(u'"', QStringLiteral("\"\"")) + QStringLiteral("\"*");
   }
   return terms.join(u' ');
@@ -51,7 +51,7 @@ HelpSearch::HelpSearch(QHelpSearchEngine& engine, QWidget* parent)
   connect(txtSuche, &QLineEdit::returnPressed, this, &HelpSearch::Search);
   connect(cmdSuchen, &QPushButton::clicked, this, &HelpSearch::Search);
   connect(ctlTreffer, &QListWidget::itemActivated, this, [this](const QListWidgetItem* item) {
-    Q_EMIT Chosen(item->data(Qt::UserRole).toUrl(), Words(asked_).value(0));
+    Q_EMIT Chosen(item->data(Qt::UserRole).toUrl(), WordsOf(asked_).value(0));
   });
   connect(ctlTreffer, &QListWidget::itemClicked, ctlTreffer, &QListWidget::itemActivated);
   connect(&engine_, &QHelpSearchEngine::searchingFinished, this, &HelpSearch::ShowResults);

@@ -19,7 +19,7 @@ namespace kelvo {
 namespace {
 
 // As many as the label has room for, so that the newest are seen.
-constexpr std::size_t kKlartextKept = 24;
+constexpr std::size_t kKlartextShown = 24;
 
 QString RefusalText(CellRefusal refusal) {
   switch (refusal) {
@@ -212,7 +212,7 @@ void MatrixPage::SetKeyText(int index, const std::string& text) { Cell(index)->S
 void MatrixPage::PaintKey(int index, KeyColour colour) { Cell(index)->Paint(colour); }
 
 void MatrixPage::SetKlartext(const std::string& text) {
-  klartext_ = text.substr(text.size() - std::min(text.size(), kKlartextKept));
+  klartext_ = text.substr(text.size() - std::min(text.size(), kKlartextShown));
   lblTastKlartext->setText(GlyphText(klartext_));
 }
 

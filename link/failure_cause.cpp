@@ -8,7 +8,7 @@ namespace {
 
 using enum FailureCause;
 
-constexpr std::size_t kLongestQuote = 20;
+constexpr std::size_t kQuotedCharacters = 20;
 
 constexpr FailureText kTexts[] = {{"keine Reaktion"},
                                   {"unknown "},
@@ -80,7 +80,7 @@ FailureCause CauseByLine(const LineState& state) {
 
 std::string Received(const LineState& state) {
   const auto& failure = state.LastFailure();
-  const std::string received = failure ? failure->received.substr(0, kLongestQuote) : "";
+  const std::string received = failure ? failure->received.substr(0, kQuotedCharacters) : "";
   if (received.empty()) return "nur ein Teil des Erwarteten";
   return "„" + ReadableText(received) + "“ (" + HexText(received) + ")";
 }

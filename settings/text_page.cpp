@@ -22,7 +22,7 @@ enum ZoomAxis { ZoomX, ZoomY };
 // More than the preview has room for. The text grows by all that the Terminal sends.
 constexpr int kPreviewedCharacters = 2000;
 
-QString Number(double number) { return QString::fromStdString(NumberText(number)); }
+QString Digits(double number) { return QString::fromStdString(NumberText(number)); }
 
 std::string Caption(const QLabel* label) { return label->text().toStdString(); }
 
@@ -87,13 +87,13 @@ void TextPage::cmdGetCursor_Click() {
   if (const auto index = ReadCursorShape(kind, shape->text)) {
     chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
   }
-  txtCursorSize->setText(Number(ReadCursorSize(shape->text)));
+  txtCursorSize->setText(Digits(ReadCursorSize(shape->text)));
   if (shape->Failed()) lblCursorStand->ShowSilent();
   const auto reply = Ask(IsAtText(kind) ? AskTextPosition() : AskGraphicPosition());
   if (!reply) return;
   const Position position = ReadPosition(reply->text);
-  txtCursorX->setText(Number(position.x));
-  txtCursorY->setText(Number(position.y));
+  txtCursorX->setText(Digits(position.x));
+  txtCursorY->setText(Digits(position.y));
   if (reply->Failed()) lblCursorStand->ShowSilent();
   cboCursor_Click();
 }
@@ -135,7 +135,7 @@ void TextPage::cmdGetText_Click() {
   if (!reply) return;
   const Zoom zoom = ReadZoom(reply->text);
   lblTextZoom[ZoomX]->setNum(zoom.x);
-  lblTextZoom[ZoomY]->setText(Number(zoom.y));
+  lblTextZoom[ZoomY]->setText(Digits(zoom.y));
   lblTextStand->Show(answered && !reply->Failed());
   ShowZoomState(reply->Failed() ? tr("keine Antwort: kein Zoom gelesen") : tr("kein Zoom gelesen"));
   ShowPreview();

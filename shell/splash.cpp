@@ -10,7 +10,7 @@ namespace {
 
 const QString loading = QStringLiteral("Programm wird geladen");
 
-QPixmap Picture() {
+QPixmap TitlePicture() {
   const QFontMetrics metrics(QApplication::font());
   const qreal ratio = qApp->devicePixelRatio();
   const QSize size(metrics.averageCharWidth() * 50, metrics.lineSpacing() * 8);
@@ -34,7 +34,7 @@ QPixmap Picture() {
 
 }  // namespace
 
-Splash::Splash() : QSplashScreen(Picture()) {
+Splash::Splash() : QSplashScreen(TitlePicture()) {
   setObjectName(QStringLiteral("frmSplash"));
   setWindowTitle(loading);
 }

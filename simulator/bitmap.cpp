@@ -5,7 +5,7 @@
 namespace kelvo::sim {
 namespace {
 
-constexpr std::size_t kHead = 3;
+constexpr std::size_t kBitmapHead = 3;
 
 int ByteAt(std::string_view bytes, std::size_t index) {
   return static_cast<unsigned char>(bytes[index]);
@@ -30,10 +30,10 @@ std::optional<std::string> PackBitmap(const Parameters& parameters) {
 }
 
 PixelMap UnpackBitmap(std::string_view record) {
-  if (record.size() < kHead) return {};
+  if (record.size() < kBitmapHead) return {};
   const int rowBytes = ByteAt(record, 0);
   const int height = ByteAt(record, 1) + 256 * ByteAt(record, 2);
-  const std::string_view rows = record.substr(kHead);
+  const std::string_view rows = record.substr(kBitmapHead);
   if (rows.size() != static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(height)) {
     return {};
   }

@@ -19,7 +19,7 @@ namespace kelvo {
 namespace {
 
 // Far beyond what any step takes; only a program that hangs gets here.
-constexpr int kLimitMilliseconds = 60000;
+constexpr int kJobMilliseconds = 60000;
 
 QString Bare(QString caption) { return caption.remove(u'&'); }
 
@@ -86,9 +86,9 @@ void WindowDriver::Until(const QString& what, const std::function<bool()>& done)
   QElapsedTimer elapsed;
   elapsed.start();
   QTimer alarm;  // the wait below ends also when nothing happens any more
-  alarm.start(kLimitMilliseconds);
+  alarm.start(kJobMilliseconds);
   while (!done()) {
-    if (elapsed.elapsed() > kLimitMilliseconds) {
+    if (elapsed.elapsed() > kJobMilliseconds) {
       throw std::runtime_error("waited in vain: " + what.toStdString());
     }
     QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
