@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-
-#include "link/command_table.h"
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -96,12 +95,36 @@ bool SamePlace(const ItemKey& one, const ItemKey& other) {
          (one.kind == other.kind || (IsTable(one.kind) && IsTable(other.kind)));
 }
 
+std::string RecordTyp(ItemKind kind) {
+  switch (kind) {
+    case ItemKind::Macro:
+      return "Makro";
+    case ItemKind::MatrixTable:
+      return "MatrixTab";
+    case ItemKind::AtTable:
+      return "ATTab";
+    default:
+      return {};
+  }
+}
+
+std::optional<ItemKind> KindOfRecord(std::string_view typ) {
+  for (const ItemKind kind : {ItemKind::Macro, ItemKind::MatrixTable, ItemKind::AtTable}) {
+    if (typ == RecordTyp(kind)) return kind;
+  }
+  return std::nullopt;
+}
+
 std::optional<ItemChange> ChangeOf(std::string_view command) {
-  using enum ItemChange::Kind;
   const auto sent = FirstCommand(command);
-  if (!sent) return std::nullopt;
-  const std::string_view parameters = sent->parameters;
-  switch (sent->row->name) {
+  return sent ? ChangeOf(*sent) : std::nullopt;
+}
+
+std::optional<ItemChange> ChangeOf(const SentCommand& command) {
+  using enum ItemChange::Kind;
+  if (command.row == nullptr) return std::nullopt;
+  const std::string_view parameters = command.parameters;
+  switch (command.row->name) {
     case WriteConfig:
       return ItemChange{Written, {ItemKind::Config, 0}};
     case DeleteConfig:

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "link/command_table.h"
+
 // What can lie in a Terminal's EEPROM, and which of it a command changes.
 
 namespace kelvo {
@@ -30,6 +32,11 @@ struct Item {
 std::string ItemText(const ItemKey& key);
 /// "Makro", "Matrix-Tabelle", UTF-8.
 std::string ItemKindText(ItemKind kind);
+/// The field `typ` of the database's records that are written as such an item: "MatrixTab"; empty
+/// where there are none. Macros are written from records of other kinds, too.
+std::string RecordTyp(ItemKind kind);
+/// The kind that a record of that `typ` is written as; nothing for one that none is.
+std::optional<ItemKind> KindOfRecord(std::string_view typ);
 /// What is kept under the number: of a macro its text, else the parameters behind the number, as
 /// they stand in the command. A view of the command.
 std::string_view ItemContent(const Item& item);
@@ -51,6 +58,7 @@ struct ItemChange {
 /// names no number that there is. A table that is written is taken for the keyboard that it looks
 /// made for, as the command does not tell.
 std::optional<ItemChange> ChangeOf(std::string_view command);
+std::optional<ItemChange> ChangeOf(const SentCommand& command);
 /// The item that a command writes; nothing for any other command.
 std::optional<Item> ItemOf(std::string_view command, std::string name = {},
                            std::optional<ItemKind> kind = {});

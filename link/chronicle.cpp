@@ -25,14 +25,6 @@ bool IsQuestion(const CommandRow& row) {
   return row.answer == Answer::Value || row.answer == Answer::FreeText;
 }
 
-// Collected by time an acknowledge is an answer like any other.
-Reply Judged(const Reply& reply) {
-  if (reply.kind != ReplyKind::Answered) return reply;
-  if (reply.received.find(kAck) != std::string::npos) return reply;
-  const bool refused = reply.received.find(kNak) != std::string::npos;
-  return {refused ? ReplyKind::Refused : ReplyKind::Sent, reply.text, reply.received};
-}
-
 }  // namespace
 
 std::string FailureWords(const Reply& reply) {
@@ -92,7 +84,7 @@ void Chronicle::Settle(const Outcome& outcome) {
 }
 
 void Chronicle::NoteAcknowledged(const Outcome& outcome) {
-  const Reply reply = Judged(outcome.reply);
+  const Reply reply = JudgedAcknowledge(outcome.reply);
   if (reply.kind == ReplyKind::Sent) return;  // it still counts
   if (reply.Failed()) {
     Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(reply), true);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/event_loop.h"
 #include "base/serial_port.h"
@@ -36,6 +37,12 @@ inline constexpr std::size_t kPieceLength = 5000;
 /// The sum of the character codes, wrapped into the signed 16-bit range; the Terminal computes its
 /// transfer checksum the same way.
 std::int16_t StringSum(std::string_view text);
+
+/// The record that a text is made from: its name (UTF-8) and its kind, as the database has them.
+struct Origin {
+  std::string name;
+  std::string typ;
+};
 
 /// The exchange of one command with its reply, over the one serial port.
 ///
@@ -102,6 +109,8 @@ class Exchange {
   void SetActivityListener(std::function<void(std::string_view)> listener) {
     activity_ = std::move(listener);
   }
+  /// The record that is being sent; an empty one when it is none.
+  const Origin& SentFrom() const { return origin_; }
   /// How long the last wait for an answer took, from the last bit on.
   std::chrono::nanoseconds LastWait() const { return lastWait_; }
   /// Told of every wait for an answer when it is over; also at once, with the port closed.
@@ -117,6 +126,7 @@ class Exchange {
 
  private:
   class Activity;
+  friend class Sending;
 
   void tmrTimeout_Timer();
   void tmrRS485_Timer() { rs485Tick_ = true; }
@@ -155,6 +165,21 @@ class Exchange {
   std::function<void(const Outcome&)> outcome_;
   std::chrono::nanoseconds lastWait_{0};
   std::string sent_;  // the text written last
+  Origin origin_;
+};
+
+/// While it lives, what is sent is made from that record.
+class Sending {
+ public:
+  Sending(Exchange& exchange, Origin origin)
+      : exchange_(exchange), before_(std::exchange(exchange.origin_, std::move(origin))) {}
+  ~Sending() { exchange_.origin_ = std::move(before_); }
+  Sending(const Sending&) = delete;
+  Sending& operator=(const Sending&) = delete;
+
+ private:
+  Exchange& exchange_;
+  Origin before_;
 };
 
 }  // namespace kelvo

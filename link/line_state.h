@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "link/line_watch.h"
 #include "link/listener_trace.h"
@@ -40,6 +41,11 @@ class LineState {
   LineState(const LineState&) = delete;
   LineState& operator=(const LineState&) = delete;
 
+  /// Told what the trace of the listeners tells (ListenerTrace), while Address() is still who hears
+  /// it, and before a character of it is on the line.
+  void SetCommandListener(std::function<void(std::string_view command)> listener) {
+    trace_.SetListener(std::move(listener));
+  }
   /// Told when any of this may have changed, except for the time that passes.
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }
 

@@ -12,11 +12,13 @@ namespace {
 
 using enum CommandName;
 
-// The Terminal's macros are shorter.
-constexpr std::size_t kLongestCommand = 1100;
+// The Terminal's macros are shorter. A bitmap has a display at most.
+constexpr std::size_t kLongestMakro = 1100;
+constexpr std::size_t kLongestBitmap = 160'000;
 constexpr int kDeepestMakro = 4;
-constexpr CommandName kFollowed[] = {SelectAddress, Restart,     WriteMakro,         DeleteMakro,
-                                     RunMakro,      EraseEEprom, EraseEEpromCounting};
+constexpr CommandName kFollowed[] = {
+    SelectAddress, Restart,     WriteMakro,          DeleteMakro,   RunMakro,       WriteConfig,
+    DeleteConfig,  EraseEEprom, EraseEEpromCounting, WriteKeyTable, DeleteKeyTable, WriteBitmap};
 
 bool IsFollowed(std::string_view command) {
   return std::any_of(std::begin(kFollowed), std::end(kFollowed), [command](CommandName name) {
@@ -27,6 +29,10 @@ bool IsFollowed(std::string_view command) {
 
 bool Is(std::string_view command, CommandName name) {
   return command.starts_with(RowOf(name).letters);
+}
+
+std::size_t LongestOf(std::string_view command) {
+  return Is(command, WriteBitmap) ? kLongestBitmap : kLongestMakro;
 }
 
 bool IsComplete(std::string_view command) {
@@ -69,10 +75,12 @@ void ListenerTrace::Take(char character) {
 
 void ListenerTrace::TakeOfCommand(char character) {
   command_ += character;
-  open_ = IsFollowed(command_) && command_.size() <= kLongestCommand;
+  open_ = IsFollowed(command_) && command_.size() <= LongestOf(command_);
   if (!open_ || !IsComplete(command_)) return;
   open_ = false;
-  Act(std::string(command_));
+  const std::string command = command_;
+  if (depth_ == 0 && listener_) listener_(command);
+  Act(command);
 }
 
 void ListenerTrace::Act(std::string_view command) {
@@ -92,8 +100,11 @@ void ListenerTrace::Act(std::string_view command) {
     case DeleteMakro:
       texts_.erase({address_.value_or(kAllAddresses), static_cast<int>(Val(parameters))});
       return;
+    case EraseEEprom:
+    case EraseEEpromCounting:
+      return texts_.clear();
     default:
-      return texts_.clear();  // erased
+      return;
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -19,6 +20,13 @@ class ListenerTrace {
 
   /// What of these characters was the last to decide who listens.
   Change Sent(std::string_view characters);
+
+  /// Told each command that selects, restarts or works on the EEPROM when the last of its
+  /// characters is there, before any of it counts here; without its ESC. What a macro does is not
+  /// told.
+  void SetListener(std::function<void(std::string_view command)> listener) {
+    listener_ = std::move(listener);
+  }
 
   /// The address selected last, 255 for all; nothing when that is not known.
   std::optional<int> Address() const { return address_; }
@@ -47,6 +55,7 @@ class ListenerTrace {
   int depth_ = 0;                                     // of macros that run
   std::optional<int> runs_;                           // who runs them
   std::map<std::pair<int, int>, std::string> texts_;  // of address and number
+  std::function<void(std::string_view)> listener_;
 };
 
 }  // namespace kelvo

@@ -32,6 +32,13 @@ Reply AcknowledgeReply(std::string_view answer, bool alive) {
   return {kind, ErrorText(kind, answer), std::string(answer)};
 }
 
+Reply JudgedAcknowledge(const Reply& reply) {
+  if (reply.kind != ReplyKind::Answered) return reply;
+  if (reply.received.find(kAck) != std::string::npos) return reply;
+  const bool refused = reply.received.find(kNak) != std::string::npos;
+  return {refused ? ReplyKind::Refused : ReplyKind::Sent, reply.text, reply.received};
+}
+
 Reply CompleteReply(std::string received, std::string_view endMark) {
   std::string values = received.substr(0, received.size() - endMark.size());
   return {ReplyKind::Answered, std::move(values), std::move(received)};

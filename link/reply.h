@@ -35,6 +35,9 @@ struct Reply {
 
 /// The reply to an acknowledged command, from what has come: nothing, or the characters read.
 Reply AcknowledgeReply(std::string_view answer, bool alive);
+/// An acknowledge that was collected by time is an answer like any other; here it is Answered or
+/// Refused. Without one in it the reply is Sent: it may still come.
+Reply JudgedAcknowledge(const Reply& reply);
 /// The reply to a query, from the characters up to the end mark.
 Reply CompleteReply(std::string received, std::string_view endMark);
 /// Some Terminals repeat the query in front of their reply: its text goes without that.

@@ -1,0 +1,188 @@
+#include "inventory/write_recorder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/val.h"
+#include "bus/transfer.h"
+#include "link/addresses.h"
+#include "link/commands.h"
+#include "link/control_characters.h"
+
+namespace kelvo {
+namespace {
+
+// Macros may run macros.
+constexpr int kDeepestMacro = 4;
+constexpr int kNoDoubts = -1;
+
+std::string_view Parameters(std::string_view command, CommandName name) {
+  return command.substr(RowOf(name).letters.size());
+}
+
+// What a reply to an acknowledged command says; nothing as long as it may still come.
+std::optional<Event> EventOf(const Reply& reply, bool counts) {
+  switch (JudgedAcknowledge(reply).kind) {
+    case ReplyKind::Answered:
+      return Event::Acknowledged;
+    case ReplyKind::Refused:
+      return Event::Refused;
+    case ReplyKind::PortClosed:
+      return Event::LineLost;
+    case ReplyKind::Silent:
+      return counts ? std::nullopt : std::optional(Event::Silent);
+    case ReplyKind::Unfinished:
+    case ReplyKind::Unexpected:
+      return counts ? std::nullopt : std::optional(Event::Unclear);
+    case ReplyKind::Sent:
+      break;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+WriteRecorder::WriteRecorder(Services services) : services_(std::move(services)) {
+  services_.state.SetCommandListener([this](std::string_view command) { Sent(command); });
+  services_.line.FollowTraffic([this](Direction direction, std::string_view characters) {
+    if (direction == Direction::ToTerminal) CountSum(characters);
+  });
+  services_.line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
+}
+
+TerminalId WriteRecorder::Listener() const {
+  return {services_.device(), services_.state.Address().value_or(kUnknownAddress)};
+}
+
+void WriteRecorder::Sent(std::string_view command) {
+  const CommandName name = FindCommand(command)->name;
+  if (name == CommandName::SelectAddress || name == CommandName::Restart) proof_.reset();
+  if (name == CommandName::Restart) return RunMacro(0);
+  if (name == CommandName::RunMakro) {
+    return RunMacro(static_cast<int>(Val(Parameters(command, name))));
+  }
+  const std::string wire = std::string(1, kEsc).append(command);
+  if (const auto change = ChangeOf(wire)) Begin(wire, *change);
+}
+
+void WriteRecorder::Begin(std::string_view command, const ItemChange& change) {
+  const Origin& origin = services_.exchange.SentFrom();
+  JournalEntry entry{{}, Listener(), Event::Begun, change, origin.name, {}};
+  if (const auto item = ItemOf(command, {}, KindOfRecord(origin.typ))) entry.change.key = item->key;
+  const bool unsure = TornAt(entry.terminal.device);
+  Record(entry, Event::Begun);
+  const bool counts = LastCommand(command)->answer == Answer::CountDown;
+  pending_.push_back({std::move(entry), std::string(command), counts, unsure});
+}
+
+// Whoever listens runs it, if it is there.
+void WriteRecorder::RunMacro(int number) {
+  const TerminalId listener = Listener();
+  const bool one = listener.address != kAllAddresses && listener.address != kUnknownAddress;
+  bool others = false;
+  for (const TerminalId& terminal : services_.journal.Terminals()) {
+    const bool may = !one && terminal.device == listener.device && terminal != listener;
+    others = others || may;
+    if (may) RunMacro(terminal, number, 0);
+  }
+  // Where it is not known who listens, the others have told what is in doubt.
+  const bool doubts = !others || listener.address != kUnknownAddress;
+  RunMacro(listener, number, doubts ? 0 : kNoDoubts);
+}
+
+// A macro that is in doubt may have changed anything.
+void WriteRecorder::RunMacro(const TerminalId& terminal, int number, int depth) {
+  const Inventory inventory = services_.journal.Of(terminal);
+  const ItemKey key{ItemKind::Macro, number};
+  const Held* const macro = inventory.At(key);
+  if (depth != kNoDoubts && inventory.DoubtAt(key) != nullptr) {
+    Record({{}, terminal, Event::ByMacro, {ItemChange::Kind::Erased, {}}, {}, {}}, Event::ByMacro);
+  }
+  if (macro == nullptr || depth == kDeepestMacro) return;
+  WalkCommands(ItemContent(macro->item), [&](const SentCommand& command) {
+    if (command.row == nullptr) return true;
+    if (const auto change = ChangeOf(command)) {
+      Record({{}, terminal, Event::ByMacro, *change, macro->item.name, {}}, Event::ByMacro);
+    } else if (command.row->name == CommandName::RunMakro) {
+      RunMacro(terminal, static_cast<int>(Val(command.parameters)), std::max(depth, 0) + 1);
+    }
+    return true;
+  });
+}
+
+// A program that died may have left it so.
+bool& WriteRecorder::TornAt(const std::string& device) {
+  const auto known = torn_.find(device);
+  if (known != torn_.end()) return known->second;
+  bool torn = false;
+  for (const JournalEntry& entry : services_.journal.Entries()) {
+    if (entry.terminal.device != device) continue;
+    torn = entry.event == Event::Begun || entry.event == Event::LineLost;
+  }
+  return torn_[device] = torn;
+}
+
+// Only a sum that was set to 0 by a text of its own is known to the character.
+void WriteRecorder::CountSum(std::string_view characters) {
+  if (characters.find(kEtx) != std::string_view::npos) TornAt(services_.device()) = false;
+  if (characters == ResetChecksum().Text()) {
+    proof_ = Proof();
+  } else if (proof_) {
+    proof_->sum = static_cast<std::uint16_t>(proof_->sum + StringSum(characters));
+  }
+}
+
+void WriteRecorder::Settle(const Outcome& outcome) {
+  const CommandRow* const asked = LastCommand(outcome.sent);
+  if (asked == nullptr) return;
+  if (asked->name == CommandName::AskFreeBytes) return NoteFreeBytes(outcome.reply);
+  if (asked->name == CommandName::AskChecksum) return Prove(outcome.reply);
+  End(outcome);
+}
+
+// Of several commands in one text nobody knows which one the answer is to.
+void WriteRecorder::End(const Outcome& outcome) {
+  if (pending_.empty() || !outcome.sent.ends_with(pending_.back().command)) return;
+  const auto event = EventOf(outcome.reply, pending_.back().counts);
+  if (!event) return;
+  const bool one = pending_.size() == 1;
+  Pending pending = std::exchange(pending_, {}).back();
+  if (!one) return;
+  if (*event == Event::LineLost) TornAt(pending.entry.terminal.device) = true;
+  if (*event != Event::Acknowledged) return Record(pending.entry, *event);
+  if (pending.entry.change.kind == ItemChange::Kind::Written)
+    pending.entry.command = pending.command;
+  Record(pending.entry, pending.unsure ? Event::Unclear : Event::Acknowledged);
+  if (proof_) proof_->acknowledged.push_back(std::move(pending));
+}
+
+void WriteRecorder::Prove(const Reply& reply) {
+  const auto proof = std::exchange(proof_, std::nullopt);
+  const auto sum = reply.Failed() ? std::nullopt : ReadChecksum(reply.text);
+  if (!proof || !sum) return;
+  const bool good = *sum == proof->sum;
+  for (const Pending& written : proof->acknowledged) {
+    if (good && written.unsure) Record(written.entry, Event::Acknowledged);
+    Record(written.entry, good ? Event::Proven : Event::WrongSum);
+  }
+}
+
+// The same number once more tells nothing.
+void WriteRecorder::NoteFreeBytes(const Reply& reply) {
+  const TerminalId listener = Listener();
+  if (reply.Failed() || listener.address == kAllAddresses) return;
+  const std::int64_t bytes = RoundToEven(reply.Number());
+  const Inventory inventory = services_.journal.Of(listener);
+  const auto& last = inventory.FreeBytes().LastReading();
+  if (last && last->bytes == bytes && !inventory.FreeBytes().Changed()) return;
+  Record({{}, listener, Event::FreeBytes, {}, {}, {}, bytes}, Event::FreeBytes);
+}
+
+void WriteRecorder::Record(JournalEntry entry, Event event) {
+  entry.time = services_.loop.WallClock();
+  entry.event = event;
+  if (event != Event::Acknowledged) entry.command.clear();
+  services_.journal.Add(std::move(entry));
+}
+
+}  // namespace kelvo

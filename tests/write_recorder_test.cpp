@@ -1,0 +1,197 @@
+#include "inventory/write_recorder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+
+#include "link/commands.h"
+#include "tests/fakes/bus_world.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::BusWorld;
+using testing_world::TemporaryFolder;
+
+constexpr char kDevice[] = "/dev/ttyS0";
+constexpr int kAddresses[] = {0, 5, 6};
+
+class WriteRecorderTest : public testing::Test, protected BusWorld {
+ protected:
+  explicit WriteRecorderTest(bool onDisc = false)
+      : journal(onDisc ? WriteJournal(folder.Path(kJournalFile)) : WriteJournal()) {
+    for (const int address : kAddresses) Add({.address = address});
+    state.PortIs(1);
+  }
+  Reply Write(const Command& command) {
+    Reply reply = exchange.SendString(command);
+    exchange.WaitUntilSent();
+    // One that restarts takes its time.
+    const auto end = loop.Now() + std::chrono::milliseconds(500);
+    while (loop.Now() < end) loop.WaitForEvent(end - loop.Now());
+    return reply;
+  }
+  sim::Eeprom& Memory(int address) {
+    return At(static_cast<std::size_t>(std::find(kAddresses, kAddresses + 3, address) - kAddresses))
+        .Memory();
+  }
+  Inventory Of(int address) { return journal.Of({kDevice, address}); }
+  const Held* Macro(const Inventory& inventory, int number) {
+    return inventory.At({ItemKind::Macro, number});
+  }
+  void LoseLine() {
+    port.Lose();
+    state.PortLost();
+  }
+  void OpenLine() {
+    port.Open();
+    state.PortIs(1);
+  }
+
+  TemporaryFolder folder;
+  LineWatch watch{com1, exchange};
+  LineState state{watch, loop, exchange};
+  WriteJournal journal;
+  WriteRecorder recorder{{watch, state, exchange, loop, journal, [] { return kDevice; }}};
+};
+
+TEST_F(WriteRecorderTest, EachWriteIsKeptForWhoListenedWithItsRecordAndItsProof) {
+  Write(SelectAddress(5));
+  {
+    const Sending sending(exchange, {"Gruß", "Makro"});
+    Write(WriteMakro(7, "eins"));
+  }
+  {
+    const Sending sending(exchange, {"Zehner", "ATTab"});
+    Write(WriteKeyTable("3", "80", ",1,2,3,4,5,6,7,8"));
+  }
+  exchange.SendQuery(AskFreeBytes());
+  exchange.SendQuery(AskFreeBytes());
+  Write(ResetChecksum());
+  Write(WriteMakro(8, "acht"));
+  exchange.SendQuery(AskChecksum());
+  const Inventory five = Of(5);
+  EXPECT_EQ(Macro(five, 7)->item,
+            (Item{{ItemKind::Macro, 7}, WriteMakro(7, "eins").Text(), "Gruß"}));
+  EXPECT_EQ(Macro(five, 7)->proof, Proof::Acknowledged);
+  EXPECT_EQ(Macro(five, 8)->proof, Proof::Checksum);
+  EXPECT_EQ(five.Items().count({ItemKind::AtTable, 3}), 1u);
+  EXPECT_EQ(five.FreeBytes().LastReading()->bytes, Memory(5).Free() + 8);
+  EXPECT_TRUE(Of(6).Items().empty());
+  EXPECT_EQ(journal.Entries().size(), 8u) << "begun and acknowledged, room once, proof";
+}
+
+TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {
+  Write(SelectAddress(5));
+  Write(WriteMakro(7, "alt"));
+  Write(WriteMakro(9, DeleteMakro("7").Text()));
+  Write(WriteMakro(8, RunMakro(9).Text()));
+  ASSERT_NE(Macro(Of(5), 7), nullptr);
+  Write(RunMakro(8));
+  EXPECT_EQ(Macro(Of(5), 7), nullptr);
+  EXPECT_EQ(Of(5).Doubtful().size(), 1u);
+}
+
+class RecordedOnDiscTest : public WriteRecorderTest {
+ protected:
+  RecordedOnDiscTest() : WriteRecorderTest(true) {}
+};
+
+TEST_F(RecordedOnDiscTest, AWriteIsOnTheDiscAsBegunBeforeItsFirstCharacterLeaves) {
+  Write(SelectAddress(5));
+  Write(WriteMakro(7, "alt"));
+  std::string atFirstCharacter;
+  const auto pass = port.onCharacter;
+  port.onCharacter = [&](char character) {
+    if (atFirstCharacter.empty()) {
+      atFirstCharacter = testing_world::ReadFile(folder.Path(kJournalFile));
+    }
+    pass(character);
+  };
+  Write(WriteMakro(7, "neu"));
+  std::ofstream(folder.Path("killed.txt")) << atFirstCharacter;
+  EXPECT_EQ(WriteJournal(folder.Path("killed.txt")).Of({kDevice, 5}).Items().size(), 0u);
+  EXPECT_EQ(ItemContent(Macro(WriteJournal(folder.Path(kJournalFile)).Of({kDevice, 5}), 7)->item),
+            "neu");
+}
+
+TEST_F(WriteRecorderTest, AMacroThatWasCutOffTakesTheNextOneForItsText) {
+  Write(SelectAddress(5));
+  int left = 8;
+  const auto pass = port.onCharacter;
+  port.onCharacter = [&](char character) {
+    if (left-- == 0) LoseLine();
+    if (left >= 0) pass(character);
+  };
+  Write(WriteMakro(7, "siebensieben"));
+  port.onCharacter = pass;
+  OpenLine();
+  Write(SelectAddress(5));
+  EXPECT_FALSE(Write(WriteMakro(8, "acht")).Failed()) << "it is the other one's acknowledge";
+  EXPECT_FALSE(Memory(5).Read(sim::Eeprom::Kind::Macro, 8));
+  EXPECT_EQ(Macro(Of(5), 8), nullptr);
+  Write(SelectAddress(5));
+  Write(WriteMakro(8, "acht"));
+  EXPECT_NE(Macro(Of(5), 8), nullptr);
+}
+
+TEST_F(WriteRecorderTest, ARandomUseNeverLeavesSomethingHeldThatIsNotThere) {
+  std::mt19937 random(4711);
+  const auto upTo = [&random](int end) { return static_cast<int>(random() % unsigned(end)); };
+  const auto text = [&] {
+    return std::string(static_cast<std::size_t>(1 + upTo(30)), char('a' + upTo(26)));
+  };
+  const std::vector<std::function<void()>> uses = {
+      [&] { Write(SelectAddress(kAddresses[upTo(3)])); },
+      [&] { Write(SelectAddress(upTo(4) == 0 ? 255 : 5)); },
+      [&] { Write(WriteMakro(1 + upTo(4), text())); },
+      [&] { Write(WriteMakro(1 + upTo(4), text())); },
+      [&] { Write(WriteMakro(5, upTo(2) == 0 ? DeleteMakro("1").Text() : RunMakro(6).Text())); },
+      [&] { Write(WriteMakro(6, WriteKeyTable("1", "41", ",61").Text() + WriteConfig().Text())); },
+      [&] { Write(WriteKeyTable(std::to_string(1 + upTo(2)), upTo(2) == 0 ? "41" : "B8", ",61")); },
+      [&] { Write(DeleteKeyTable("1")); },
+      [&] { Write(DeleteMakro(std::to_string(1 + upTo(6)))); },
+      [&] { Write(WriteBitmap(1, "1,1," + std::to_string(10 + upTo(80)) + ";")); },
+      [&] { Write(RunMakro(1 + upTo(6))); },
+      [&] {
+        if (upTo(4) == 0) Write(upTo(2) == 0 ? EraseEEprom() : DeleteConfig());
+      },
+      [&] {
+        if (upTo(4) == 0) Write(Restart());
+      },
+      [&] {
+        At(static_cast<std::size_t>(upTo(3)))
+            .SetFault(upTo(2) == 0 ? sim::Fault::Silent : sim::Fault::None);
+      },
+      [&] { exchange.SendQuery(AskAddress()); },
+      [&] {
+        LoseLine();
+        OpenLine();
+      }};
+  int held = 0;
+  for (int i = 0; i < 1500; ++i) {
+    uses[random() % uses.size()]();
+    for (const int address : kAddresses) {
+      const Inventory inventory = Of(address);
+      for (const auto& [key, item] : inventory.Items()) {
+        using Kind = sim::Eeprom::Kind;
+        const Kind kind = key.kind == ItemKind::Config   ? Kind::Config
+                          : key.kind == ItemKind::Macro  ? Kind::Macro
+                          : key.kind == ItemKind::Bitmap ? Kind::Bitmap
+                                                         : Kind::KeyTable;
+        const auto there = Memory(address).Read(kind, static_cast<unsigned char>(key.number));
+        ASSERT_TRUE(there) << ItemText(key) << " of " << address << " after " << i;
+        if (kind == Kind::Macro) {
+          ASSERT_EQ(*there, ItemContent(item.item)) << key.number << " after " << i;
+        }
+        ++held;
+      }
+    }
+  }
+  EXPECT_GT(held, 2000);
+}
+
+}  // namespace
+}  // namespace kelvo
