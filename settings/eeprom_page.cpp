@@ -4,11 +4,10 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "base/val.h"
-#include "link/control_characters.h"
 #include "terminal/eeprom.h"
+#include "terminal/erase.h"
 #include "terminal/version.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -16,9 +15,6 @@
 
 namespace kelvo {
 namespace {
-
-// What an erase may take.
-constexpr std::chrono::milliseconds kEraseInterval{30000};
 
 QGroupBox* Group(const QString& title, const QString& explanation, QWidget* button) {
   auto* group = new QGroupBox(title);
@@ -101,8 +97,8 @@ bool EepromPage::EraseAll() {
   const Undertakings::Alone alone(services_.person.Begun(), "Das EEPROM wird gelöscht.");
   QueryVersion(services_.exchange, services_.state);
   const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"));
-  const double firstWithProgress = services_.options.Number("EEPromelegantlöschenabVer");
-  if (firstWithProgress > services_.state.TerminalVersion) {
+  if (!CountsWhileErasing(services_.state.TerminalVersion,
+                          services_.options.Number("EEPromelegantlöschenabVer"))) {
     if (!ErasePlain()) return false;
   } else {
     EraseWithProgress();
@@ -113,28 +109,19 @@ bool EepromPage::EraseAll() {
 
 bool EepromPage::ErasePlain() {
   frmInfo->ShowBusy();
-  const Reply reply = services_.exchange.SendString(EraseEEprom(), kEraseInterval);
+  const Reply reply = kelvo::ErasePlain(services_.exchange);
   frmInfo->End();
   if (reply.Failed()) ReportEEpromError(services_.person, reply, " / cmdClearEEprom");
   return !reply.Failed();
 }
 
-// The Terminal counts down the blocks still to erase, then acknowledges.
 void EepromPage::EraseWithProgress() {
-  Exchange& exchange = services_.exchange;
-  const std::string_view countEnd(&kCarriageReturn, 1);
-  exchange.SendString(EraseEEpromCounting());
-  double count = exchange.WaitAnswer(countEnd).Number();
-  const int blocks = std::max(RoundToEven(count), 1);
-  frmInfo->ShowProgress(blocks);
-  while (count > 0) {
-    count = exchange.WaitAnswer(countEnd).Number();
-    frmInfo->SetProgress(RoundToEven(blocks - count));
-  }
-  const Reply end = exchange.WaitAnswer({});
+  const bool acknowledged = EraseCounting(services_.exchange, [this](int done, int blocks) {
+    done == 0 ? frmInfo->ShowProgress(blocks) : frmInfo->SetProgress(done);
+  });
   frmInfo->HideProgress();
   frmInfo->End();
-  if (end.text.find(kAck) != std::string::npos) return;
+  if (acknowledged) return;
   services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
 }
 

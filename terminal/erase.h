@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+
+#include "link/exchange.h"
+
+// The erase of the whole EEPROM.
+
+namespace kelvo {
+
+/// Told how many of the blocks are erased, at first none.
+using EraseProgress = std::function<void(int done, int blocks)>;
+
+/// Whether a Terminal of this version counts while it erases; `from` is the first that does.
+inline bool CountsWhileErasing(double version, double from) { return version >= from; }
+
+/// Acknowledged when it is over, which may take half a minute.
+Reply ErasePlain(Exchange& exchange);
+/// The Terminal counts down the blocks still to erase, then acknowledges; false when it does not.
+bool EraseCounting(Exchange& exchange, const EraseProgress& progress);
+
+}  // namespace kelvo
