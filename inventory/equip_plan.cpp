@@ -1,0 +1,124 @@
+#include "inventory/equip_plan.h"
+
+#include <algorithm>
+
+#include "base/wire_text.h"
+#include "terminal/eeprom.h"
+
+namespace kelvo {
+namespace {
+
+std::string Bytes(std::int64_t bytes) {
+  return std::to_string(bytes) + (bytes == 1 ? " Byte" : " Bytes");
+}
+
+std::string RoomRemark(std::int64_t needed, std::int64_t free, bool fits) {
+  return "Platz: gebraucht werden mindestens " + Bytes(needed) + " (errechnet) und " +
+         std::to_string(kEepromReserve) + " Reserve; frei sind " + Bytes(free) + " (gelesen)." +
+         (fits ? "" : " Das reicht nicht.");
+}
+
+void AddRoom(TargetPlan& plan, const EquipJob& job, const std::optional<TargetReading>& reading) {
+  const auto needed = static_cast<std::int64_t>(LeastBytes(job.equipment.items));
+  if (!reading || !reading->freeBytes) {
+    plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
+                           " (errechnet); der freie Platz ist nicht gelesen.");
+  } else if (job.erase) {
+    plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
+                           " (errechnet); der freie Platz wird nach dem Löschen gelesen.");
+  } else {
+    plan.fits = needed <= *reading->freeBytes - kEepromReserve;
+    plan.remarks.push_back(RoomRemark(needed, *reading->freeBytes, plan.fits));
+  }
+}
+
+// What stays beside that which is written.
+void AddRest(TargetPlan& plan, const EquipJob& job, const Inventory& there) {
+  if (job.erase) {
+    plan.remarks.emplace_back("Das ganze EEPROM wird vorher gelöscht, auch die Konfiguration.");
+    return;
+  }
+  const auto& items = job.equipment.items;
+  const auto stays =
+      std::count_if(there.Items().begin(), there.Items().end(), [&items](const auto& held) {
+        return std::none_of(items.begin(), items.end(),
+                            [&held](const Item& item) { return SamePlace(item.key, held.first); });
+      });
+  if (stays > 0) {
+    plan.remarks.push_back("Es bleibt liegen, was sonst von hier geschrieben wurde: " +
+                           std::to_string(stays) + (stays == 1 ? " Posten." : " Posten."));
+  }
+  if (!there.KnownEmptyBefore()) {
+    plan.remarks.emplace_back(
+        "Was sonst im Terminal liegt, ist nicht bekannt. Ohne Löschen bleibt es liegen.");
+  }
+}
+
+}  // namespace
+
+std::string StepText(const EquipJob& job, std::size_t step) {
+  if (step >= job.equipment.items.size()) return "Einstellungen und Konfiguration";
+  const Item& item = job.equipment.items[step];
+  return ItemText(item.key) + (item.name.empty() ? "" : " \"" + item.name + "\"");
+}
+
+std::string TargetText(const EquipTarget& target) {
+  const std::string address = "Adresse " + std::to_string(target.id.address);
+  return target.name.empty() ? address : target.name + " (" + address + ")";
+}
+
+Outlook OutlookOf(const Item& item, const Inventory* there, bool erase) {
+  if (erase) return Outlook::AfterErase;
+  if (there == nullptr) return Outlook::Unknown;
+  if (there->DoubtAt(item.key) != nullptr) return Outlook::Doubtful;
+  const Held* const held = there->At(item.key);
+  if (held == nullptr) return there->KnownEmptyBefore() ? Outlook::Free : Outlook::Unknown;
+  return held->item.command == item.command ? Outlook::Same : Outlook::Overwrites;
+}
+
+std::string OutlookText(Outlook outlook, const Item& item, const Inventory* there) {
+  switch (outlook) {
+    case Outlook::Free:
+      return "frei";
+    case Outlook::Same:
+      return "gleich dem zuletzt von hier Geschriebenen";
+    case Outlook::Doubtful:
+      return "ungewiss, letztes Schreiben nicht bestätigt";
+    case Outlook::AfterErase:
+      return "frei nach dem Löschen";
+    case Outlook::Overwrites:
+      break;
+    case Outlook::Unknown:
+      return "nicht bekannt";
+  }
+  const Item& held = there->At(item.key)->item;
+  return "überschreibt " + ItemText(held.key) + (held.name.empty() ? "" : " \"" + held.name + "\"");
+}
+
+TargetPlan PlanFor(const EquipJob& job, const EquipTarget& target, const Inventory& there,
+                   const std::optional<TargetReading>& reading) {
+  TargetPlan plan;
+  if (reading && !reading->answers) {
+    plan.remarks.emplace_back("Es hat nicht geantwortet.");
+    plan.fits = false;
+    return plan;
+  }
+  if (reading) {
+    plan.remarks.push_back("Version " + ScreenText(reading->version) + " (gelesen).");
+  }
+  AddRoom(plan, job, reading);
+  AddRest(plan, job, there);
+  plan.remarks.push_back("Die Adresse " + std::to_string(target.id.address) +
+                         " muss am Gerät eingestellt sein; über die Leitung wird sie nicht "
+                         "geändert.");
+  return plan;
+}
+
+std::vector<std::string> Obstacles(const EquipJob& job) {
+  std::vector<std::string> obstacles = Conflicts(job.equipment.items);
+  if (job.Steps() == 0) obstacles.emplace_back("Es ist nichts zum Schreiben gewählt.");
+  if (job.targets.empty()) obstacles.emplace_back("Es ist kein Terminal als Ziel gewählt.");
+  return obstacles;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,102 @@
+#include "inventory/equip_report.h"
+
+#include <algorithm>
+
+namespace kelvo {
+namespace {
+
+using State = StepProgress::State;
+
+std::string ProofText(WriteVerdict verdict) {
+  return verdict == WriteVerdict::Proven ? "geschrieben, mit Prüfsumme geprüft"
+                                         : "geschrieben und bestätigt, ohne Prüfsumme";
+}
+
+std::size_t Proven(const TargetProgress& target) {
+  return static_cast<std::size_t>(
+      std::count_if(target.steps.begin(), target.steps.end(), [](const StepProgress& step) {
+        return step.Done() && step.verdict == WriteVerdict::Proven;
+      }));
+}
+
+std::string EraseText(const EquipJob& job, const TargetProgress& target) {
+  if (!job.erase) return "  Vorher nicht gelöscht.\n";
+  switch (target.erase) {
+    case TargetProgress::Erase::Done:
+      return "  EEPROM gelöscht und bestätigt.\n";
+    case TargetProgress::Erase::Begun:
+      return "  Löschen begonnen; ob es ausgeführt wurde, ist nicht bekannt.\n";
+    case TargetProgress::Erase::Failed:
+      return "  Löschen gesendet, aber nicht bestätigt.\n";
+    case TargetProgress::Erase::No:
+      break;
+  }
+  return "  Nicht gelöscht.\n";
+}
+
+std::string TargetReport(const EquipJob& job, const EquipTarget& target,
+                         const TargetProgress& progress) {
+  std::string text = TargetText(target) + " an " + target.id.device + "\n";
+  text += "  " + TargetStateText(progress) + "\n";
+  if (progress.version) text += "  Version " + *progress.version + " (gelesen)\n";
+  text += EraseText(job, progress);
+  if (progress.anew) {
+    text +=
+        "  Das Terminal hatte mehr freien Platz als zuvor; alles wurde noch einmal "
+        "geschrieben.\n";
+  }
+  for (std::size_t step = 0; step < progress.steps.size(); ++step) {
+    text += "  " + StepText(job, step) + ": " + StepStateText(progress.steps[step]) + "\n";
+  }
+  if (progress.freeBytes) {
+    text += "  Freier Platz zuletzt: " + std::to_string(*progress.freeBytes) + " Bytes (gelesen)\n";
+  }
+  return text + "\n";
+}
+
+// What no command does, or what no command was sent for.
+std::string ByHand(const EquipJob& job) {
+  std::string text = "Von Hand bleibt zu tun\n";
+  for (const std::string& missing : job.equipment.missing) text += "  - " + missing + "\n";
+  text += "  - Die Adresse ist am Gerät einzustellen.\n";
+  text += job.HasSettings()
+              ? "  - Nach einem Neustart gelten die gespeicherten Einstellungen, auch die der "
+                "Schnittstelle; der Neustart wurde nicht gesendet.\n"
+              : "  - Einstellungen (Auflösung, Schnittstellen, Cursor, Text, Tastaturen) sind von "
+                "Hand zu setzen und mit \"Konfiguration speichern\" zu sichern.\n";
+  return text;
+}
+
+}  // namespace
+
+std::string StepStateText(const StepProgress& step) {
+  const std::string why = step.detail.empty() ? "" : ": " + step.detail;
+  switch (step.state) {
+    case State::Open:
+      return "nicht geschrieben";
+    case State::Begun:
+      return "begonnen, die Antwort wurde nicht gesehen";
+    case State::NoRoom:
+      return "nicht geschrieben: nicht genügend Platz im EEPROM";
+    case State::Over:
+      break;
+  }
+  return step.Done() ? ProofText(step.verdict) : VerdictText(step.verdict) + why;
+}
+
+std::string TargetStateText(const TargetProgress& target) {
+  std::string text = std::to_string(target.StepsDone()) + " von " +
+                     std::to_string(target.steps.size()) + " geschrieben";
+  if (target.StepsDone() > 0) text += ", davon " + std::to_string(Proven(target)) + " geprüft";
+  return text + (target.stopped.empty() ? "" : ". " + target.stopped);
+}
+
+std::string EquipReport(const EquipJob& job, const EquipProgress& progress) {
+  std::string text = "Terminal ausstatten: Bericht\n\nQuelle: " + job.equipment.origin + "\n\n";
+  for (std::size_t i = 0; i < job.targets.size(); ++i) {
+    text += TargetReport(job, job.targets[i], progress.targets[i]);
+  }
+  return text + ByHand(job);
+}
+
+}  // namespace kelvo
