@@ -43,6 +43,8 @@ std::string DescribeDevice(const std::string& device) {
       return "nicht vorhanden";
     case DeviceState::NoPermission:
       return NoPermission(device);
+    case DeviceState::NotSerial:
+      return "kein serieller Anschluss";
     case DeviceState::Ready:
       break;
   }

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-enum class DeviceState { Ready, Missing, NoPermission };
+enum class DeviceState { Ready, Missing, NoPermission, NotSerial };
 
 /// The path of a device that may be named as the system lists it ("ttyS0").
 std::string DevicePath(const std::string& name);

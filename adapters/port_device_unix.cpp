@@ -36,6 +36,16 @@ bool IsLocked(const struct stat& device) {
   return false;
 }
 
+// The system knows the device, and not as a terminal line; a pseudo-terminal it does not list.
+bool IsOfAnotherKind(const struct stat& device) {
+  const std::string number =
+      std::to_string(major(device.st_rdev)) + ':' + std::to_string(minor(device.st_rdev));
+  std::error_code error;
+  const auto kind =
+      std::filesystem::read_symlink("/sys/dev/char/" + number + "/subsystem", error).filename();
+  return !error && kind != "tty";
+}
+
 // Whether a process that may be looked into has the device open.
 bool IsOpenSomewhere(const std::string& path) {
   namespace fs = std::filesystem;
@@ -62,6 +72,7 @@ DeviceState StateOfDevice(const std::string& path) {
     return errno == EACCES ? DeviceState::NoPermission : DeviceState::Missing;
   }
   if (!S_ISCHR(device.st_mode)) return DeviceState::Missing;
+  if (IsOfAnotherKind(device)) return DeviceState::NotSerial;
   return access(path.c_str(), R_OK | W_OK) == 0 ? DeviceState::Ready : DeviceState::NoPermission;
 }
 

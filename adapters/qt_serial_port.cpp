@@ -70,7 +70,7 @@ PortError QtSerialPort::Open() {
   if (device.empty()) return PortNotAvailable;
   const std::string path = DevicePath(device);
   const DeviceState state = StateOfDevice(path);
-  if (state == DeviceState::Missing) return PortNotAvailable;
+  if (state == DeviceState::Missing || state == DeviceState::NotSerial) return PortNotAvailable;
   if (state == DeviceState::NoPermission) return PortNoPermission;
   const PortError error = OpenDevice(path);
   if (error != PortOk) CloseDevice();

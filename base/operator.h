@@ -18,6 +18,7 @@ enum class Decision { Save, Discard, Cancel };
 struct Advice {
   std::string hint;     ///< what has happened and what to do; UTF-8
   std::string chapter;  ///< of the manual, "meldungen.html#anchor"
+  bool traffic = true;  ///< whether what crossed the line has to do with it
 };
 /// Who explains failures, and what the box that reports one leads to.
 struct Adviser {
@@ -25,6 +26,8 @@ struct Adviser {
   std::function<std::optional<Advice>(const std::string& text)> explain;
   std::function<void(const std::string& chapter)> showHelp;
   std::function<void()> showTraffic;
+  /// Told the text of every message.
+  std::function<void(const std::string& text)> told{};
 };
 
 /// The person in front of the screen. All texts are UTF-8. While the program is closing nobody is
@@ -78,6 +81,10 @@ class Operator {
 
  protected:
   const Adviser& Advisers() const { return adviser_; }
+  /// To be called with each message.
+  void Told(const std::string& text) const {
+    if (adviser_.told) adviser_.told(text);
+  }
   std::optional<Advice> AdviceOn(const std::string& text, const std::string& hint) const {
     std::optional<Advice> advice = adviser_.explain ? adviser_.explain(text) : std::nullopt;
     if (advice && !hint.empty()) advice->hint = hint;

@@ -54,7 +54,7 @@ void SearchPage::RunSearch(const Search& search) {
                           });
   SetSearching(false);
   ShowEnd(end, last);
-  Q_EMIT Finished(tr("Suche: %1").arg(lblDovuStand->text()), end == TerminalSearch::End::LineLost);
+  Q_EMIT Finished(tr("Suche: %1").arg(lblDovuStand->text()), end != TerminalSearch::End::Complete);
 }
 
 void SearchPage::cmdDovuAbbrechen_Click() {

@@ -44,6 +44,14 @@ std::string FailureWords(const Reply& reply) {
   }
 }
 
+std::string MarkWords(const Reply& reply, const Exchange& exchange) {
+  if (reply.kind == ReplyKind::PortClosed) return "Anschluss geschlossen";
+  if (reply.kind == ReplyKind::Silent && exchange.LineHeld()) return "Leitung gehalten";
+  if (reply.Failed()) return FailureWords(reply);
+  const bool readable = reply.text.find_first_of("0123456789") != std::string::npos;
+  return readable ? "" : "Antwort unlesbar";
+}
+
 Chronicle::Chronicle(LineWatch& line, std::function<Moment()> clock, std::function<bool()> busy)
     : clock_(std::move(clock)), busy_(std::move(busy)) {
   line.FollowTraffic([this](Direction direction, std::string_view characters) {
@@ -79,7 +87,7 @@ void Chronicle::Settle(const Outcome& outcome) {
   freeBytes_.reset();
   const bool answered = !outcome.reply.Failed();
   if (answered && asked->name == CommandName::AskFreeBytes) freeBytes_ = outcome.reply.Number();
-  if (answered || busy_()) return;
+  if (answered || asking_ > 0 || busy_()) return;
   Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(outcome.reply), true);
 }
 

@@ -32,6 +32,17 @@ class Chronicle {
 
   /// Something that the line alone does not tell.
   void Note(const std::string& text, bool failed = false);
+  /// While it lives, questions that fail leave no line: who asks them says what they mean.
+  class Asking {
+   public:
+    explicit Asking(Chronicle& chronicle) : chronicle_(chronicle) { ++chronicle_.asking_; }
+    ~Asking() { --chronicle_.asking_; }
+    Asking(const Asking&) = delete;
+    Asking& operator=(const Asking&) = delete;
+
+   private:
+    Chronicle& chronicle_;
+  };
   /// Told each line when it is made.
   void SetListener(std::function<void(const Line&)> listener) { listener_ = std::move(listener); }
   /// The last kLines, the oldest first.
@@ -45,6 +56,7 @@ class Chronicle {
 
   std::function<Moment()> clock_;
   std::function<bool()> busy_;
+  int asking_ = 0;
   std::deque<Line> lines_;
   bool whole_ = true;                // the text sent last has not been one piece of several
   std::size_t length_ = 0;           // of the drawing sent last
@@ -54,5 +66,8 @@ class Chronicle {
 
 /// What has come in place of a good answer: "keine Antwort".
 std::string FailureWords(const Reply& reply);
+/// The same of a question for numbers, short enough to stand beside its field; empty when it was
+/// answered with one.
+std::string MarkWords(const Reply& reply, const Exchange& exchange);
 
 }  // namespace kelvo

@@ -33,7 +33,7 @@ constexpr Parameter kNumber[] = {{"Nummer", 0, 255}};
 constexpr Parameter kKeyTable[] = {
     {"Nummer", 0, 255}, {"erster Code", 0, 255, Form::Hex}, {"Codes", 0, 255, Form::HexList}};
 constexpr Parameter kStoredBitmap[] = {{"Nummer", 0, 255},
-                                       {"Bytes je Zeile", 1, 80},
+                                       {"Byte je Zeile", 1, 80},
                                        {"Höhe", 1, 480},
                                        {"Punkte", 0, 255, Form::HexBytes}};
 constexpr Parameter kMatrixSize[] = {{"Spalten", 1, 8}, {"Zeilen", 1, 8}};
@@ -56,7 +56,7 @@ constexpr Parameter kRadii[] = {{"Radius X", kLowest16, kHighest16},
                                 {"Radius Y", kLowest16, kHighest16}};
 constexpr Parameter kBitmap[] = {{"X", kLowest16, kHighest16},
                                  {"Y", kLowest16, kHighest16},
-                                 {"Bytes je Zeile, oder - Breite", kLowest16, kHighest16},
+                                 {"Byte je Zeile, oder - Breite", kLowest16, kHighest16},
                                  {"Höhe", 1, kHighest16},
                                  {"Punkte", 0, 255, Form::HexBytes}};
 
@@ -90,7 +90,7 @@ constexpr CommandRow kRows[] = {
     {SetReceiveMode2, "2I", kReceiveMode, Semicolon, None, "Empfang der zweiten Schnittstelle"},
     {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle",
      "Ausgabe auf zweiter Schnittstelle: &1", "auf der zweiten Schnittstelle ausgegeben: $1"},
-    {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freie EEPROM-Bytes abfragen"},
+    {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freien Platz im EEPROM abfragen"},
     {WriteConfig, "EWC", kNothing, AtOnce, Acknowledge, "Konfiguration speichern", "",
      "Konfiguration gespeichert"},
     {DeleteConfig, "EDC", kNothing, AtOnce, Acknowledge, "Konfiguration löschen", "",

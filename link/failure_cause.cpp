@@ -1,5 +1,7 @@
 #include "link/failure_cause.h"
 
+#include <algorithm>
+
 #include "base/wire_text.h"
 #include "link/addresses.h"
 
@@ -17,14 +19,17 @@ constexpr FailureText kTexts[] = {{"keine Reaktion"},
                                   {"unerwartetes Zeichen"},
                                   {"kein ACK nach löschen"},
                                   {"keine Verbindung, PC-Schnittstelle trotzdem ändern ?"},
-                                  {"nicht genügend Platz im EEprom", NoRoom},
-                                  {"stellen Sie zuerst eine Schnittstelle ein", PortClosed},
-                                  {"zuerst Anschluß wählen", PortClosed},
-                                  {"Schnittstelle belegt", PortBusy},
-                                  {"Schnittstelle nicht vorhanden", PortMissing},
-                                  {"Schnittstelle bereits geöffnet", PortFault},
-                                  {"Schnittstellenfehler8012", PortForbidden},
-                                  {"Schnittstellenfehler", PortFault},
+                                  {"nicht genügend Platz im EEprom", NoRoom, true},
+                                  {"stellen Sie zuerst eine Schnittstelle ein", PortClosed, true},
+                                  {"zuerst Anschluß wählen", PortClosed, true},
+                                  {"Schnittstelle belegt", PortBusy, true},
+                                  {"Schnittstelle nicht vorhanden", PortMissing, true},
+                                  {"Schnittstelle bereits geöffnet", PortFault, true},
+                                  {"Schnittstellenfehler8012", PortForbidden, true},
+                                  {"Schnittstellenfehler", PortFault, true},
+                                  {"Keine gültige Makro-Nummer", WrongNumber, true},
+                                  {"Makro zu lang", TooLong, true},
+                                  {"Die Tabelle ist leer", NothingIn, true},
                                   {"Die Verbindung zu ", DeviceGone},
                                   {"Es hat kein Terminal geantwortet."},
                                   {"Die Antwort war nicht vollständig.", Unfinished}};
@@ -38,7 +43,29 @@ constexpr CausePlace kPlaces[] = {
     {NotConfirmed, "ursache-halb"},      {NoRoom, "ursache-platz"},
     {RoomUnknown, "ursache-platz"},      {PortBusy, "ursache-belegt"},
     {PortMissing, "ursache-fehlt"},      {PortForbidden, "ursache-rechte"},
-    {PortFault, "ursache-fehlt"}};
+    {PortFault, "ursache-fehlt"},        {StillGone, "ursache-geraet"},
+    {WrongNumber, "ursache-nummer"},     {TooLong, "ursache-lang"},
+    {NothingIn, "ursache-leer"}};
+
+// Refusals that explain themselves.
+constexpr std::string_view kPlainRefusals[] = {"Das Makro enthält an Position",
+                                               "Bitte zuerst in jeder Liste einen Wert wählen.",
+                                               "Einstellung "};
+constexpr std::string_view kAnotherRuns = " Solange wird nichts anderes gesendet.";
+
+const FailureText* RowOf(std::string_view text) {
+  const auto* const row =
+      std::find_if(std::begin(kTexts), std::end(kTexts),
+                   [text](const FailureText& some) { return text.starts_with(some.beginning); });
+  return row != std::end(kTexts) ? row : nullptr;
+}
+
+// Without an answer to the question for the room nothing is known of it; a port that was lost is
+// not one that nobody has opened.
+FailureCause Sharpened(FailureCause cause, const LineState& state) {
+  if (cause == NoRoom && state.LastFailure()) return RoomUnknown;
+  return cause == PortClosed && state.Answers() == Answering::Lost ? StillGone : cause;
+}
 
 FailureCause CauseOfSilence(const LineState& state) {
   switch (state.Listens()) {
@@ -85,7 +112,14 @@ std::string Received(const LineState& state) {
   return "„" + ReadableText(received) + "“ (" + HexText(received) + ")";
 }
 
-constexpr char kDoubt[] = " Ob es den Befehl ausgeführt hat, ist nicht bekannt.";
+// A question has nothing to carry out.
+std::string Doubt(const LineState& state) {
+  const auto& failure = state.LastFailure();
+  const CommandRow* const asked = failure ? LastCommand(failure->sent) : nullptr;
+  const bool question =
+      asked != nullptr && (asked->answer == Answer::Value || asked->answer == Answer::FreeText);
+  return question ? "" : " Ob es den Befehl ausgeführt hat, ist nicht bekannt.";
+}
 
 std::string SilenceWords(FailureCause cause, const LineState& state) {
   const std::string address = std::to_string(state.Address().value_or(kAllAddresses));
@@ -95,13 +129,13 @@ std::string SilenceWords(FailureCause cause, const LineState& state) {
              "so. Oben die Adresse einsetzen, „Terminal wählen“ drücken und wiederholen.";
     case SelectedSilent:
       return "Das Terminal mit der Adresse " + address + " hat in der Zeit nicht geantwortet." +
-             kDoubt + " Stimmt die Adresse? Ist es eingeschaltet? Stimmen Rate und Kabel?";
+             Doubt(state) + " Stimmt die Adresse? Ist es eingeschaltet? Stimmen Rate und Kabel?";
     case AllSilent:
       return "Gewählt sind alle Terminals, und keines hat in der Zeit geantwortet. Kabel, Strom "
              "und "
              "Rate prüfen.";
     default:
-      return std::string("Es kam kein einziges Zeichen.") + kDoubt +
+      return "Es kam kein einziges Zeichen." + Doubt(state) +
              " Welches Terminal hört, ist nicht bekannt: Oben eines wählen (255: alle), dann "
              "Kabel, Strom und Rate prüfen.";
   }
@@ -114,7 +148,7 @@ std::string AnswerWords(FailureCause cause, const LineState& state) {
              "freien Platz im EEPROM lesen: Ist genug da, hilft Löschen nicht, und die Werte des "
              "Befehls oder das EEPROM selbst sind nicht in Ordnung.";
     case Strange:
-      return "Statt einer Quittung kam " + Received(state) + "." + kDoubt +
+      return "Statt einer Quittung kam " + Received(state) + "." + Doubt(state) +
              " Vielleicht wurde am Terminal gerade eine Taste gedrückt; kommt es immer wieder, "
              "stimmt wohl die Rate oder die Parität nicht.";
     case Unfinished:
@@ -123,6 +157,23 @@ std::string AnswerWords(FailureCause cause, const LineState& state) {
     default:
       return "Es wurde geantwortet, aber die Bestätigung am Ende fehlte. Den freien Platz lesen: "
              "Er zeigt, ob das Terminal es getan hat.";
+  }
+}
+
+std::string NothingSentWords(FailureCause cause) {
+  switch (cause) {
+    case StillGone:
+      return "Das Gerät ist vom Rechner verschwunden; seitdem ist kein Anschluss offen, und es "
+             "wurde nichts gesendet. Kabel und Adapter prüfen, oder auf der Seite "
+             "„Schnittstellen“ einen anderen Anschluss wählen.";
+    case WrongNumber:
+      return "Eine Makro-Nummer ist eine ganze Zahl von 0 bis 255. Es wurde nichts gesendet.";
+    case TooLong:
+      return "Ein Makro fasst im Terminal höchstens 1023 Zeichen. Es wurde nichts gesendet. "
+             "Kürzen, "
+             "oder auf zwei Makros verteilen, von denen das erste das zweite ausführt.";
+    default:
+      return "In der Tabelle steht nichts, was sich übertragen ließe. Es wurde nichts gesendet.";
   }
 }
 
@@ -155,13 +206,24 @@ std::string_view AnchorOf(FailureCause cause) {
 }
 
 std::optional<FailureCause> CauseOf(std::string_view text, const LineState& state) {
-  for (const FailureText& row : kTexts) {
-    if (!text.starts_with(row.beginning)) continue;
-    // Without an answer to the question for the room nothing is known of it.
-    if (row.cause == NoRoom && state.LastFailure()) return RoomUnknown;
-    return row.cause ? *row.cause : CauseByLine(state);
+  const FailureText* const row = RowOf(text);
+  if (row == nullptr) return std::nullopt;
+  return row->cause ? Sharpened(*row->cause, state) : CauseByLine(state);
+}
+
+std::optional<std::string> RefusalWords(std::string_view text, const LineState& state) {
+  const FailureText* const row = RowOf(text);
+  const bool plain =
+      std::any_of(std::begin(kPlainRefusals), std::end(kPlainRefusals),
+                  [text](std::string_view beginning) { return text.starts_with(beginning); });
+  if (!plain && !text.ends_with(kAnotherRuns) && (row == nullptr || !row->local)) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  if (row != nullptr && row->cause && Sharpened(*row->cause, state) == RoomUnknown) {
+    return "nicht geschrieben: Der freie Platz ist nicht bekannt";
+  }
+  const std::string words(text.substr(0, text.find(" / ")));
+  return words.substr(0, words.find_last_not_of(' ') + 1);
 }
 
 std::string CauseWords(FailureCause cause, const LineState& state) {
@@ -193,6 +255,11 @@ std::string CauseWords(FailureCause cause, const LineState& state) {
     case Unfinished:
     case NotConfirmed:
       return AnswerWords(cause, state);
+    case StillGone:
+    case WrongNumber:
+    case TooLong:
+    case NothingIn:
+      return NothingSentWords(cause);
     default:
       return PortWords(cause);
   }

@@ -30,6 +30,10 @@ enum class FailureCause : std::uint8_t {
   PortMissing,
   PortForbidden,
   PortFault,
+  StillGone,
+  WrongNumber,
+  TooLong,
+  NothingIn,
 };
 
 /// How a failure text that the operator may be shown begins.
@@ -37,6 +41,8 @@ struct FailureText {
   std::string_view beginning;
   /// What it means by itself; nothing where the line knows better.
   std::optional<FailureCause> cause{};
+  /// Nothing crosses the line where it is said, so only its box tells of it.
+  bool local = false;
 };
 std::span<const FailureText> FailureTexts();
 /// All causes, with their place in the chapter "meldungen.html".
@@ -49,6 +55,9 @@ std::string_view AnchorOf(FailureCause cause);
 
 /// Why this text is shown now; nothing for a text that reports no such failure.
 std::optional<FailureCause> CauseOf(std::string_view text, const LineState& state);
+/// What a text says that refuses an action before anything has been sent, as a line without its
+/// box; nothing for other texts.
+std::optional<std::string> RefusalWords(std::string_view text, const LineState& state);
 /// What has happened and what to do next, in German, UTF-8.
 std::string CauseWords(FailureCause cause, const LineState& state);
 

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "base/val.h"
+#include "link/chronicle.h"
 #include "terminal/eeprom.h"
 #include "terminal/erase.h"
 #include "terminal/version.h"
@@ -48,7 +49,7 @@ void EepromPage::MakeLayout() {
   auto* page = new QVBoxLayout(this);
   auto* space = new QGroupBox(tr("Speicherplatz"));
   QFormLayout* form = MakeForm(space);
-  AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Bytes"));
+  AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Byte"));
   lblFreeBytesStand = new ReadMark("lblFreeBytesStand", tr("noch nicht gelesen"));
   form->addRow(ButtonRow({cmdGetFreeBytes, lblFreeBytesStand}));
   page->addWidget(space);
@@ -128,7 +129,7 @@ void EepromPage::EraseWithProgress() {
 void EepromPage::ShowFreeBytes() {
   const Reply reply = GetEEpromBytes(services_.exchange, services_.state);
   lblFreeBytes->setText(QString::fromStdString(NumberText(reply.Number())));
-  lblFreeBytesStand->Show(!reply.Failed());
+  lblFreeBytesStand->Show(MarkWords(reply, services_.exchange));
   lblFreeBytes->repaint();
 }
 

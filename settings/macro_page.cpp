@@ -89,9 +89,10 @@ void MacroPage::Shown() {
 
 void MacroPage::ShowFreeBytes() {
   const auto bytes = services_.state.freeBytes;
-  lblMakroFrei->setText(bytes ? tr("%1 Bytes, zuletzt gelesen").arg(Text(NumberText(*bytes)))
-                        : services_.state.freeBytesSilent ? tr("keine Antwort")
-                                                          : tr("noch nicht gelesen"));
+  lblMakroFrei->setText(bytes ? tr("%1 Byte, zuletzt gelesen").arg(Text(NumberText(*bytes)))
+                        : services_.state.freeBytesLack.empty()
+                            ? tr("noch nicht gelesen")
+                            : Text(services_.state.freeBytesLack));
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {

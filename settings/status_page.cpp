@@ -8,6 +8,7 @@
 #include <QPushButton>
 
 #include "base/val.h"
+#include "link/chronicle.h"
 #include "link/commands.h"
 #include "settings/status.h"
 #include "terminal/eeprom.h"
@@ -34,6 +35,7 @@ StatusPage::StatusPage(Services services, QWidget* parent) : QWidget(parent), se
   auto* grid = new QGridLayout(this);
   grid->addWidget(MakeIdentity(), 0, 0, 2, 1);
   grid->addWidget(MakeFlash(), 2, 0);
+  grid->addWidget(lblFlashLack, 2, 0, Qt::AlignTop);
   grid->addWidget(MakeAddress(), 0, 1);
   grid->addWidget(MakeResolution(), 1, 1);
   grid->addWidget(MakePorts(), 2, 1);
@@ -70,9 +72,11 @@ QWidget* StatusPage::MakeFlash() {
   cmdFlashUpdate = MakeButton("cmdFlashUpdate", tr("Flash a&ktualisieren …"));
   QFormLayout* form = MakeForm(ctlFlashFrame);
   AddRow(form, tr("Sektoren:"), lblSektorAnzahl);
-  AddRow(form, tr("Sektorgröße:"), lblSektorSize, tr("Bytes"));
+  AddRow(form, tr("Sektorgröße:"), lblSektorSize, tr("Byte"));
   lblFlashStand = new ReadMark("lblFlashStand");
   form->addRow(ButtonRow({cmdGetFlashInfo, cmdFlashUpdate, lblFlashStand}));
+  // In its place.
+  lblFlashLack = Named(new QLabel, "lblFlashLack");
   return ctlFlashFrame;
 }
 
@@ -187,7 +191,14 @@ void StatusPage::ShowStoredResolution() {
 }
 
 void StatusPage::ShowFlashFrame() {
-  ctlFlashFrame->setVisible(services_.state.flash == FlashState::Yes);
+  const FlashState flash = services_.state.flash;
+  ShowFlash(flash == FlashState::Yes, flash == FlashState::No ? tr("keiner") : tr("nicht bekannt"));
+}
+
+void StatusPage::ShowFlash(bool has, const QString& lack) {
+  ctlFlashFrame->setVisible(has);
+  lblFlashLack->setText(tr("Flash-Speicher: %1").arg(lack));
+  lblFlashLack->setVisible(!has);
 }
 
 void StatusPage::Shown() {
@@ -199,25 +210,36 @@ void StatusPage::Shown() {
   ShowFlashFrame();
 }
 
+std::string StatusPage::Mark(const Reply& reply) const {
+  return MarkWords(reply, services_.exchange);
+}
+
 void StatusPage::BlankSysInfo() { lblSysInfo->clear(); }
 
-void StatusPage::ForgetOutputs() {
-  for (QCheckBox* const line : chkPortP0) line->setCheckState(Qt::PartiallyChecked);
+void StatusPage::ForgetPorts() {
+  for (const auto& lines : {chkPortP0, chkPortP1}) {
+    for (QCheckBox* const line : lines) line->setCheckState(Qt::PartiallyChecked);
+  }
   lblPortP0->setText(QStringLiteral("0"));
   lblPortP0Stand->setText(tr("nicht bekannt"));
+  lblPortP1->setText(QStringLiteral("?"));
+  lblPortP1Stand->setText(tr("noch nicht gelesen"));
 }
 
 void StatusPage::cmdGetVersion_Click() {
   lblVersion->clear();
   const Reply version = QueryVersion(services_.exchange, services_.state);
   if (!version.Failed()) lblVersion->setText(GlyphText(version.text));
-  lblVersionStand->Show(!version.Failed());
-  ctlFlashFrame->setVisible(ReadVersion(version.text).hasFlash);
+  lblVersionStand->Show(Mark(version));
+  const QString why = QString::fromStdString(Mark(version));
+  ShowFlash(ReadVersion(version.text).hasFlash,
+            why.isEmpty() ? tr("keiner") : tr("nicht bekannt (%1)").arg(why));
   lblSysInfo->clear();
   services_.exchange.SendString(AskSystemInfo());
   const Reply info = services_.exchange.WaitAnswer({});
   lblSysInfo->setPlainText(GlyphText(info.text));
-  if (info.Failed() && !version.Failed()) lblVersionStand->setText(tr("Info: keine Antwort"));
+  if (!info.Failed() || version.Failed()) return;
+  lblVersionStand->setText(tr("Info: %1").arg(QString::fromStdString(Mark(info))));
 }
 
 void StatusPage::cmdGetAdresse_Click() {
@@ -226,7 +248,7 @@ void StatusPage::cmdGetAdresse_Click() {
   const std::string& reply = address.text;
   const std::size_t digit = reply.find_first_of("0123456789");
   txtAdresse->setText(Number(digit == std::string::npos ? 0 : Val(reply.substr(digit))));
-  lblAdresseStand->Show(!address.Failed());
+  lblAdresseStand->Show(Mark(address));
 }
 
 void StatusPage::cmdSetAdresse_Click() {
@@ -249,7 +271,7 @@ void StatusPage::cmdGetPort_Click() {
     chkPortP1[i]->setTristate(false);
     chkPortP1[i]->setCheckState(lines[i] ? Qt::Checked : Qt::Unchecked);
   }
-  lblPortP1Stand->Show(!reply.Failed());
+  lblPortP1Stand->Show(Mark(reply));
 }
 
 void StatusPage::chkPortP0_Click() {
@@ -304,7 +326,7 @@ void StatusPage::cmdSetRes_Click() {
 void StatusPage::cmdGetFlashInfo_Click() {
   const Reply reply = services_.exchange.SendQuery(AskFlash());
   const FlashInfo info = ReadFlashInfo(reply.text);
-  lblFlashStand->Show(!reply.Failed());
+  lblFlashStand->Show(Mark(reply));
   lblSektorAnzahl->setText(Number(info.sectors));
   lblSektorSize->setText(Number(info.sectorSize));
 }

@@ -39,8 +39,8 @@ class StatusPage : public QWidget {
   void Shown();
   /// What is shown of the system's information is out of date.
   void BlankSysInfo();
-  /// How the outputs P0 stand is not known any more.
-  void ForgetOutputs();
+  /// How the port lines stand is not known any more.
+  void ForgetPorts();
 
  Q_SIGNALS:
   /// The display has a new size, in pixels; the drawing surface follows.
@@ -54,6 +54,8 @@ class StatusPage : public QWidget {
   QWidget* MakeResolution();
   void ConnectControls();
   void ShowFlashFrame();
+  void ShowFlash(bool has, const QString& lack);
+  std::string Mark(const Reply& reply) const;
 
   void cmdGetVersion_Click();
   void cmdGetAdresse_Click();
@@ -78,6 +80,7 @@ class StatusPage : public QWidget {
   QLabel* lblSektorSize;
   QPushButton* cmdGetFlashInfo;
   ReadMark* lblFlashStand;
+  QLabel* lblFlashLack;
   QPushButton* cmdFlashUpdate;
   QLineEdit* txtAdresse;
   QPushButton* cmdGetAdresse;

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "base/val.h"
+#include "link/chronicle.h"
 #include "link/commands.h"
 #include "settings/text_preview.h"
 #include "widgets/read_mark.h"
@@ -60,6 +61,10 @@ std::optional<Reply> TextPage::Ask(const Command& query) {
   return left_ ? std::nullopt : std::optional(std::move(reply));
 }
 
+std::string TextPage::Mark(const Reply& reply) const {
+  return MarkWords(reply, services_.exchange);
+}
+
 void TextPage::Received(const std::string& characters) { txtText->AppendWire(characters); }
 
 // The cursor.
@@ -79,7 +84,7 @@ void TextPage::cmdSetCursorHome_Click() {
 void TextPage::cmdGetCursor_Click() {
   const auto cursor = Ask(AskCursor());
   if (!cursor) return;
-  lblCursorStand->Show(!cursor->Failed());
+  lblCursorStand->Show(Mark(*cursor));
   Choose(cboCursor, RoundToEven(cursor->Number()));
   const int kind = cboCursor->currentIndex();
   const auto shape = Ask(AskCursorShape());
@@ -88,13 +93,13 @@ void TextPage::cmdGetCursor_Click() {
     chkCursor[static_cast<std::size_t>(*index)]->setChecked(true);
   }
   txtCursorSize->setText(Digits(ReadCursorSize(shape->text)));
-  if (shape->Failed()) lblCursorStand->ShowSilent();
+  if (shape->Failed()) lblCursorStand->Show(Mark(*shape));
   const auto reply = Ask(IsAtText(kind) ? AskTextPosition() : AskGraphicPosition());
   if (!reply) return;
   const Position position = ReadPosition(reply->text);
   txtCursorX->setText(Digits(position.x));
   txtCursorY->setText(Digits(position.y));
-  if (reply->Failed()) lblCursorStand->ShowSilent();
+  if (reply->Failed()) lblCursorStand->Show(Mark(*reply));
   cboCursor_Click();
 }
 
@@ -123,21 +128,23 @@ void TextPage::cmdSetText_Click() {
 void TextPage::cmdGetText_Click() {
   const std::pair<StyleList, Command> styles[] = {
       {FontList, AskTextFont()}, {AttributeList, AskTextAttribute()}, {ModeList, AskTextMode()}};
-  bool answered = true;
+  std::string lack;
   for (const auto& [list, query] : styles) {
     const auto reply = Ask(query);
     if (!reply) return;
     Choose(cboTextStyle[list], ReadDigit(reply->text));
-    answered = answered && !reply->Failed();
-    lblTextStand->Show(answered);
+    if (lack.empty()) lack = Mark(*reply);
+    lblTextStand->Show(lack);
   }
   const auto reply = Ask(AskTextZoom());
   if (!reply) return;
   const Zoom zoom = ReadZoom(reply->text);
   lblTextZoom[ZoomX]->setNum(zoom.x);
   lblTextZoom[ZoomY]->setText(Digits(zoom.y));
-  lblTextStand->Show(answered && !reply->Failed());
-  ShowZoomState(reply->Failed() ? tr("keine Antwort: kein Zoom gelesen") : tr("kein Zoom gelesen"));
+  const std::string zoomLack = Mark(*reply);
+  lblTextStand->Show(lack.empty() ? zoomLack : lack);
+  const QString none = tr("kein Zoom gelesen");
+  ShowZoomState(zoomLack.empty() ? none : QString::fromStdString(zoomLack + ": ") + none);
   ShowPreview();
 }
 

@@ -66,6 +66,7 @@ class TextPage : public QWidget, public Receiver {
   CursorSettings Cursor() const;
   TextModeSettings TextMode() const;
   TextStyle PreviewStyle() const;
+  std::string Mark(const Reply& reply) const;
   std::optional<Reply> Ask(const Command& query);
   void ShowPreview();
   void ShowZoomState(const QString& lack);

@@ -198,6 +198,7 @@ class frmhaupt : public QMainWindow {
 
   std::optional<RecordDrafts> drafts_;
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
+  bool portWasOpen_ = false;
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
 

@@ -22,7 +22,7 @@ QWidget* frmhaupt::MakeAddressStrip() {
   OnSend(head_->SelectButton(), this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
   OnSend(head_->CheckButton(), this, outside_.person, &frmhaupt::cmdVerbindungPruefen_Click);
   lineState_.SetListener([this] { head_->ShowState(); });
-  lineState_.SetStartedAnewListener([this] { status_->ForgetOutputs(); });
+  lineState_.SetStartedAnewListener([this] { status_->ForgetPorts(); });
   connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);
   ShowStoredTerminals();
   return head_;
@@ -33,13 +33,16 @@ void frmhaupt::MakeAdviser() {
   const auto explain = [this](const std::string& text) -> std::optional<Advice> {
     const auto cause = CauseOf(text, lineState_);
     if (!cause) return std::nullopt;
-    return Advice{CauseWords(*cause, lineState_),
-                  "meldungen.html#" + std::string(AnchorOf(*cause))};
+    return Advice{CauseWords(*cause, lineState_), "meldungen.html#" + std::string(AnchorOf(*cause)),
+                  !RefusalWords(text, lineState_)};
   };
   outside_.person.SetAdviser(
       {explain,
        [this](const std::string& chapter) { help_->ShowChapter(QString::fromStdString(chapter)); },
-       [this] { ShowTraffic(TrafficAt::LastFailure); }});
+       [this] { ShowTraffic(TrafficAt::LastFailure); },
+       [this](const std::string& text) {
+         if (const auto words = RefusalWords(text, lineState_)) chronicle_.Note(*words, true);
+       }});
 }
 
 void frmhaupt::ShowStoredTerminals() {
@@ -55,6 +58,7 @@ void frmhaupt::ShowStoredTerminals() {
 void frmhaupt::cmdDovuAktivieren_Click() { exchange_.SendString(SelectAddress(head_->Address())); }
 
 void frmhaupt::cmdVerbindungPruefen_Click() {
+  const Chronicle::Asking asking(chronicle_);
   const Reply address = exchange_.SendQuery(AskAddress());
   const Reply version = exchange_.SendQuery(AskVersion());
   if (!version.Failed()) NoteVersion(state_, version);
@@ -88,10 +92,9 @@ void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
 void frmhaupt::ShowPort() {
   const QString text = interfaces_->PortText();
   const bool open = outside_.com1.IsOpen();
-  if (text != head_->Port()) {
-    const std::string port = text.toStdString();
-    chronicle_.Note(open ? "Anschluss offen: " + port : "Anschluss geschlossen");
-  }
+  if (open && text != head_->Port()) chronicle_.Note("Anschluss offen: " + text.toStdString());
+  if (!open && portWasOpen_) chronicle_.Note("Anschluss geschlossen");
+  portWasOpen_ = open;
   head_->ShowPort(text);
   lineState_.PortIs(open ? interfaces_->OpenPortNumber() : 0);
   desk_->Editor().OptionsChanged();
@@ -106,6 +109,7 @@ void frmhaupt::ShowTerminal() {
 // failures, and this is said once.
 void frmhaupt::com1_Lost() {
   const std::string port = interfaces_->ChosenPort();
+  portWasOpen_ = false;  // that it is lost says more
   interfaces_->ShowNoPort();
   lineState_.PortLost();
   const std::string loss = "Die Verbindung zu " + port + " ist verloren gegangen.";

@@ -11,6 +11,7 @@
 #include <QToolButton>
 
 #include "base/wire_text.h"
+#include "bus/terminal_search.h"
 #include "shell/line_words.h"
 #include "widgets/form.h"
 
@@ -114,8 +115,8 @@ void HeadStrip::SetTerminals(std::vector<std::pair<int, std::string>> terminals)
   for (const auto& [address, name] : terminals_) {
     const int number = address;
     QString entry = Text(name).replace(u'&', tr("&&"));
-    cmdDovuName->menu()->addAction(tr("%1 (%2)").arg(entry).arg(number), this,
-                                   [this, number] { SetAddress(number); });
+    if (name != ResultName(address)) entry = tr("%1 (%2)").arg(entry).arg(number);
+    cmdDovuName->menu()->addAction(entry, this, [this, number] { SetAddress(number); });
   }
   cmdDovuName->setEnabled(!terminals_.empty());
   ShowState();
@@ -123,7 +124,7 @@ void HeadStrip::SetTerminals(std::vector<std::pair<int, std::string>> terminals)
 
 std::string HeadStrip::NameOf(int address) const {
   for (const auto& [number, name] : terminals_) {
-    if (number == address) return name;
+    if (number == address) return name == ResultName(address) ? std::string() : name;
   }
   return {};
 }

@@ -32,7 +32,7 @@ class HeadStrip : public QFrame {
   QString Port() const;
   /// The stored Terminals: address and name, in the list's order.
   void SetTerminals(std::vector<std::pair<int, std::string>> terminals);
-  /// The stored name of an address; empty for none.
+  /// The stored name of an address; empty for none, and for the one that a search gives.
   std::string NameOf(int address) const;
   /// Something of the state has changed.
   void ShowState();

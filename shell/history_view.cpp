@@ -37,6 +37,7 @@ HistoryView::HistoryView(const Chronicle& chronicle, QWidget* parent)
   column->addWidget(ctlVerlauf, 1);
   column->addLayout(ButtonRow({copy}));
   resize(fontMetrics().averageCharWidth() * 80, fontMetrics().lineSpacing() * 20);
+  CloseByEscape(this);
   connect(copy, &QPushButton::clicked, this, [this] {
     QStringList lines;
     for (int row = 0; row < ctlVerlauf->count(); ++row) lines << ctlVerlauf->item(row)->text();

@@ -9,7 +9,8 @@
 
 namespace kelvo {
 
-/// The stored name of the Terminal with this address; empty for none.
+/// The stored name of the Terminal with this address; empty for none, and for the one that the
+/// search gives, which is its address.
 using TerminalNames = std::function<std::string(int address)>;
 
 /// "Halle 1 Tor, Adresse 7", "Adresse 7", "alle Terminals", "keines gewählt",

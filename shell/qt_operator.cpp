@@ -121,8 +121,11 @@ QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,
   const std::optional<Advice> advice = AdviceOn(text, hint);
   box.setInformativeText(QString::fromStdString(advice ? advice->hint : hint));
   if (!advice) return nullptr;
-  auto* const traffic = Named(
-      box.addButton(QStringLiteral("&Datenverkehr zeigen"), QMessageBox::ActionRole), "cmdVerkehr");
+  auto* const traffic =
+      advice->traffic
+          ? Named(box.addButton(QStringLiteral("&Datenverkehr zeigen"), QMessageBox::ActionRole),
+                  "cmdVerkehr")
+          : nullptr;
   auto* const help =
       Named(box.addButton(QStringLiteral("&Hilfe"), QMessageBox::HelpRole), "cmdHilfe");
   // The box stays beside the help, so it must not hear of the click.
@@ -135,6 +138,7 @@ QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,
 void QtOperator::Message(const std::string& text, Icon icon, const std::string& title,
                          const std::string& hint) {
   if (loop_.Closing()) return;
+  Told(text);
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
   QPushButton* const ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
@@ -147,6 +151,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
 
 void QtOperator::Notify(const std::string& text, Icon icon) {
   if (loop_.Closing()) return;
+  Told(text);
   auto* box = new QMessageBox(Owner());
   box->setAttribute(Qt::WA_DeleteOnClose);
   Fill(*box, text, icon, {});

@@ -46,11 +46,10 @@ void TrafficModel::Show(const TrafficRecord* record, Number from) {
 void TrafficModel::Follow(Number changed, bool grows) {
   if (record_ == nullptr) return;
   DropOld();
-  if (changed >= begin_ && changed < end_) {
-    const int row = *RowOf(changed);
-    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
-  }
   if (grows) Grow();
+  NoteChange(changed);
+  // Whether it is shown may depend on its answer.
+  if (const auto sent = record_->Sent(changed)) NoteChange(*sent);
 }
 
 void TrafficModel::Grow() {
@@ -60,6 +59,11 @@ void TrafficModel::Grow() {
   beginInsertRows({}, rows, rows + static_cast<int>(record_->End() - end_) - 1);
   end_ = record_->End();
   endInsertRows();
+}
+
+void TrafficModel::NoteChange(Number number) {
+  const auto row = RowOf(number);
+  if (row) Q_EMIT dataChanged(index(*row, 0), index(*row, ColumnCount - 1));
 }
 
 // What the record has dropped is gone already; these rows are not asked for any more.
@@ -149,18 +153,38 @@ void TrafficFilter::SetChoice(const TrafficChoice& choice) {
   invalidateFilter();
 }
 
+const TrafficModel& TrafficFilter::Model() const {
+  return static_cast<const TrafficModel&>(*sourceModel());
+}
+
 bool TrafficFilter::filterAcceptsRow(int row, const QModelIndex&) const {
-  const auto& model = static_cast<const TrafficModel&>(*sourceModel());
-  const TrafficModel::Number number = model.NumberAt(row);
-  const TrafficRecord& record = model.Record();
+  const TrafficModel::Number number = Model().NumberAt(row);
+  const TrafficRecord& record = Model().Record();
   if (number < record.Begin()) return false;
   if (choice_.direction && record.At(number).direction != *choice_.direction) return false;
   if (choice_.kind && KindOf(record, number) != *choice_.kind) return false;
   if (choice_.failuresAlone && !IsFailure(record, number)) return false;
-  if (choice_.text.isEmpty()) return true;
+  return choice_.text.isEmpty() || Mentioned(number) || MentionedByPartner(number);
+}
+
+// What is searched for may stand in the question alone, or in its answer alone; both are shown.
+bool TrafficFilter::MentionedByPartner(TrafficModel::Number number) const {
+  const TrafficRecord& record = Model().Record();
+  if (record.At(number).direction == Direction::FromTerminal) {
+    const auto sent = record.Sent(number);
+    return sent && KindOf(record, number) != TrafficKind::Unasked && Mentioned(*sent);
+  }
+  for (auto next = number + 1; next < record.End(); ++next) {
+    if (record.At(next).direction == Direction::ToTerminal) return false;
+    if (KindOf(record, next) != TrafficKind::Unasked && Mentioned(next)) return true;
+  }
+  return false;
+}
+
+bool TrafficFilter::Mentioned(TrafficModel::Number number) const {
   for (const int column :
        {TrafficModel::Meaning, TrafficModel::Result, TrafficModel::Readable, TrafficModel::Hex}) {
-    if (model.Text(number, column).contains(choice_.text, Qt::CaseInsensitive)) return true;
+    if (Model().Text(number, column).contains(choice_.text, Qt::CaseInsensitive)) return true;
   }
   return false;
 }

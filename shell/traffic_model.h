@@ -37,6 +37,7 @@ class TrafficModel : public QAbstractTableModel {
 
  private:
   void DropOld();
+  void NoteChange(Number number);
   QString Hint(Number number) const;
 
   const TrafficRecord* record_ = nullptr;
@@ -65,6 +66,10 @@ class TrafficFilter : public QSortFilterProxyModel {
   bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
  private:
+  const TrafficModel& Model() const;
+  bool Mentioned(TrafficModel::Number number) const;
+  bool MentionedByPartner(TrafficModel::Number number) const;
+
   TrafficChoice choice_;
 };
 

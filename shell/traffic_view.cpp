@@ -59,7 +59,7 @@ QWidget* TrafficView::MakeTable() {
   for (const auto& [column, widths] : {std::pair{TrafficModel::Time, 15},
                                        {TrafficModel::Way, 16},
                                        {TrafficModel::Meaning, 44},
-                                       {TrafficModel::Took, 10},
+                                       {TrafficModel::Took, 13},
                                        {TrafficModel::Result, 22},
                                        {TrafficModel::Readable, 20}}) {
     ctlVerkehr->setColumnWidth(column, em * widths);
@@ -137,6 +137,7 @@ QWidget* TrafficView::MakeButtons() {
   auto* const keys =
       new QShortcut(QKeySequence::Copy, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(keys, &QShortcut::activated, copy, &QPushButton::click);
+  CloseByEscape(this);
   return bar;
 }
 

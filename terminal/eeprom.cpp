@@ -1,5 +1,7 @@
 #include "terminal/eeprom.h"
 
+#include "link/chronicle.h"
+
 namespace kelvo {
 namespace {
 
@@ -17,7 +19,7 @@ bool Fits(std::size_t bytes, const Reply& free, Operator& person) {
 Reply GetEEpromBytes(Exchange& exchange, TerminalState& state) {
   Reply reply = exchange.SendQuery(AskFreeBytes(), kFreeBytesInterval);
   state.freeBytes = reply.Failed() ? std::nullopt : std::optional(reply.Number());
-  state.freeBytesSilent = reply.Failed();
+  state.freeBytesLack = MarkWords(reply, exchange);
   state.Changed();
   return reply;
 }

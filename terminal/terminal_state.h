@@ -20,8 +20,8 @@ class TerminalState {
   FlashState flash = FlashState::Unknown;
   /// Free EEPROM bytes when they were last read, if there was a reply.
   std::optional<double> freeBytes;
-  /// They were asked for last without an answer.
-  bool freeBytesSilent = false;
+  /// What came in place of a good answer when they were asked for last, in German, UTF-8.
+  std::string freeBytesLack;
 
   /// Called after any of these has changed.
   void SetListener(std::function<void()> listener) { listener_ = std::move(listener); }

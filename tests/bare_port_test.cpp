@@ -20,6 +20,7 @@
 #include <utility>
 
 #include "adapters/device_lock.h"
+#include "adapters/port_device.h"
 #include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
 
@@ -351,6 +352,11 @@ TEST_F(BarePortTest, WaitsThatOnlyPaintRepaintHoweverShortTheyAreAndTakeNoTick) 
   }
   EXPECT_EQ(ticks, 0);
   while (ticks == 0) loop.WaitForEvent();
+}
+
+TEST(PortDeviceTest, WhatIsNoLineIsNeitherReadyNorInUse) {
+  EXPECT_EQ(StateOfDevice("/dev/null"), DeviceState::NotSerial);
+  EXPECT_EQ(StateOfDevice("/dev/no such line"), DeviceState::Missing);
 }
 
 TEST(DeviceLockTest, LockOfAnyProgramThatRunsIsHonoured) {

@@ -64,8 +64,22 @@ TEST_F(FailureCauseTest, TheTextStaysAndBelowItStandsWhatHasHappened) {
   EXPECT_NE(Hint("cmdClearConfig", "keine Reaktion / cmdClearConfig").find("verschwunden"),
             std::string::npos);
   EXPECT_NE(Hint("cmdClearConfig", "stellen Sie zuerst eine Schnittstelle ein            ")
-                .find("Kein Anschluss ist offen"),
+                .find("verschwunden; seitdem ist kein Anschluss offen"),
             std::string::npos);
+  Click("cmdVerbinden");
+  EXPECT_NE(person.messages.back().hint.find("verschwunden"), std::string::npos);
+}
+
+TEST_F(FailureCauseTest, OnlyAfterACommandItIsInDoubtWhetherItWasCarriedOut) {
+  Start();
+  const auto doubted = [this](const char* button) {
+    Click(button);
+    return person.messages.back().hint.find("ausgeführt") != std::string::npos;
+  };
+  EXPECT_TRUE(doubted("cmdSetConfig"));
+  EXPECT_TRUE(doubted("cmdClearMatrixTast"));
+  EXPECT_FALSE(doubted("cmdVerbindungPruefen"));
+  EXPECT_FALSE(doubted("cmdMatrixRead"));
 }
 
 TEST_F(FailureCauseTest, AHeldLineIsTheCauseWhileItIsHeld) {

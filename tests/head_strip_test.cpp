@@ -52,10 +52,13 @@ TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
   EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | ? noch nicht gefragt");
   port.Lose();
   EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | – getrennt, das Gerät fehlt");
-  Click("cmdClearDovuData");
-  Sql("update DOVU set Bezeichnung = 'Tor'");
-  Show(Tab::Terminals);
-  EXPECT_EQ(Find<QToolButton>("cmdDovuName").menu()->actions().at(0)->text(), "Tor (7)");
+  for (const auto& [name, entry] :
+       {std::pair("Tor", "Tor (7)"), {"(Anzeige Nr.7)", "(Anzeige Nr.7)"}}) {
+    Sql("update DOVU set Bezeichnung = '" + std::string(name) + "'");
+    Show(Tab::Text);
+    Show(Tab::Terminals);
+    EXPECT_EQ(Find<QToolButton>("cmdDovuName").menu()->actions().at(0)->text(), entry);
+  }
 }
 
 TEST_F(HeadStripTest, HowTheOutputsStandIsNotKnownBehindARestartAnotherPortAndALoss) {

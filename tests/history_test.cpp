@@ -33,6 +33,43 @@ TEST_F(HistoryTest, EachActionLeavesItsLineInTheStatusBarAndInTheHistory) {
   EXPECT_EQ(line(before), "✓ Suche: " + Text("lblDovuStand"));
   port.Lose();
   EXPECT_EQ(Text("lblAktivitaet"), "✗ Die Verbindung zu Com 6 ist verloren gegangen.");
+  EXPECT_NE(line(history.count() - 2), "✓ Anschluss geschlossen") << "the loss says it";
+}
+
+TEST_F(HistoryTest, WhatIsRefusedOnThisSideLeavesItsLineToo) {
+  Sql("delete from Makro");
+  StartOn(Tab::Macros);
+  const auto after = [this](const char* button) {
+    Click(button);
+    return Text("lblAktivitaet");
+  };
+  Type("txtMakroNr", "300");
+  EXPECT_EQ(after("cmdSetMakro"), "✗ Keine gültige Makro-Nummer");
+  EXPECT_NE(person.messages.back().hint.find("ganze Zahl von 0 bis 255"), std::string::npos);
+  Type("txtMakroNr", "3");
+  Type("txtMakro", std::string(1024, 'x'));
+  EXPECT_EQ(after("cmdSetMakro"), "✗ Makro zu lang (max. 1024 Zeichen)");
+  Type("txtMakro", "x");
+  EXPECT_EQ(after("cmdSetMakro"), "✗ nicht geschrieben: Der freie Platz ist nicht bekannt");
+  terminal.Answer("E?F", "12;");
+  EXPECT_EQ(after("cmdSetMakro"), "✗ nicht genügend Platz im EEprom");
+  terminal.Answer("E?F", "8142;");
+  EXPECT_EQ(after("cmdSetATTab"), "✗ Die Tabelle ist leer");
+  EXPECT_EQ(after("cmdVerbinden"), "✓ Anschluss geschlossen");
+  EXPECT_EQ(after("cmdSetMakro"), "✗ stellen Sie zuerst eine Schnittstelle ein");
+  port.openError = static_cast<PortError>(8000);
+  EXPECT_EQ(after("cmdVerbinden"), "✗ Schnittstellenfehler8000");
+  EXPECT_EQ(after("cmdVerbinden"), "✗ zuerst Anschluß wählen");
+}
+
+TEST_F(HistoryTest, ACheckThatFailsIsOneLine) {
+  Start();
+  Trigger("mnuAnsichtVerlauf");
+  auto& history = Find<QListWidget>("ctlVerlauf");
+  const int before = history.count();
+  Click("cmdVerbindungPruefen");
+  EXPECT_EQ(history.count(), before + 1);
+  EXPECT_EQ(Text("lblAktivitaet"), "✗ Es hat kein Terminal geantwortet.");
 }
 
 }  // namespace

@@ -50,6 +50,42 @@ TEST_F(StatusPageTest, SilenceLeavesZerosAndABlankVersion) {
   EXPECT_EQ(Text("lblAdresseStand"), "") << "what is typed has not been read";
 }
 
+TEST_F(StatusPageTest, TheMarkSaysWhatCameAndNothingMovesForIt) {
+  const auto place = [this] { return Find("txtDisplayX").mapTo(shown.get(), QPoint()); };
+  const QPoint before = place();
+  const auto mark = [this] {
+    Click("cmdGetAdresse");
+    QApplication::processEvents();
+    return Text("lblAdresseStand");
+  };
+  terminal.Answer("\x1b?A", "5");
+  EXPECT_EQ(mark(), "Antwort unvollständig");
+  EXPECT_EQ(place(), before);
+  terminal.Answer("\x1b?A", "x#;");
+  EXPECT_EQ(mark(), "Antwort unlesbar");
+  port.characterTime = milliseconds(1);
+  port.held = true;
+  EXPECT_EQ(mark(), "Leitung gehalten");
+  port.held = false;
+  terminal.Answer("\x1b?A", "");
+  loop.After(milliseconds(20), [this] { port.Close(); });
+  EXPECT_EQ(mark(), "Anschluss geschlossen");
+  EXPECT_EQ(place(), before);
+}
+
+TEST_F(StatusPageTest, WhereTheFlashGroupIsHiddenItSaysWhy) {
+  const auto lack = [this] {
+    Click("cmdGetVersion");
+    return Find("lblFlashLack").isVisible() ? Text("lblFlashLack") : "";
+  };
+  terminal.Answer("\x1b?V", "1.9F;");
+  EXPECT_EQ(lack(), "");
+  terminal.Answer("\x1b?V", "");
+  EXPECT_EQ(lack(), "Flash-Speicher: nicht bekannt (keine Antwort)");
+  terminal.Answer("\x1b?V", "1.9;");
+  EXPECT_EQ(lack(), "Flash-Speicher: keiner");
+}
+
 TEST_F(StatusPageTest, PageAsksForTheFlashWhileItIsUnknown) {
   terminal.Answer("\x1b?V", "2.10F;", milliseconds(5));
   terminal.Answer("\033F??", "64,4096;", milliseconds(5));

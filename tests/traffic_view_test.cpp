@@ -70,18 +70,23 @@ TEST_F(TrafficViewTest, ShowsWhatIsChosenAndLeadsToTheLastFailure) {
   EXPECT_EQ(Table().rowCount(), 0);
   Click("cmdVerkehrAlles");
   EXPECT_EQ(Table().rowCount(), 4);
+  // A question and its answer stay together.
   Type("txtVerkehrFilter", "41 35");
-  EXPECT_EQ(Table().rowCount(), 1);
+  EXPECT_EQ(Table().rowCount(), 2);
+  Ask();
+  EXPECT_EQ(Table().rowCount(), 4);
+  Type("txtVerkehrFilter", "1B 3F");
+  EXPECT_EQ(Table().rowCount(), 5);
   EXPECT_TRUE(Find("cmdVerkehrAlles").isEnabled());
   Click("cmdVerkehrLeeren");
   window->ShowTraffic(frmhaupt::TrafficAt::LastFailure);  // neither hides it
   EXPECT_EQ(Find<QTableView>("ctlVerkehr").currentIndex().row(), 0);
-  EXPECT_EQ(Table().rowCount(), 4);
+  EXPECT_EQ(Table().rowCount(), 6);
   EXPECT_FALSE(Find("cmdVerkehrAlles").isEnabled());
   Click("cmdVerkehrLeeren");
   EXPECT_EQ(Table().rowCount(), 0);
   Ask();
-  EXPECT_EQ(Text("lblVerkehr"), "2 von 6 Einträgen, ältere ausgeblendet");
+  EXPECT_EQ(Text("lblVerkehr"), "2 von 8 Einträgen, ältere ausgeblendet");
 }
 
 TEST_F(TrafficViewTest, SavedTrafficIsOpenedAgain) {

@@ -48,6 +48,12 @@ void AddShortcut(QPushButton* button, const QKeySequence& keys) {
   QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
 }
 
+void CloseByEscape(QWidget* window) {
+  auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), window, nullptr, nullptr,
+                                     Qt::WidgetWithChildrenShortcut);
+  QObject::connect(escape, &QShortcut::activated, window, &QWidget::close);
+}
+
 QLabel* MakeValue(const char* name) {
   auto* label = Named(new QLabel, name);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

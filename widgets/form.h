@@ -35,6 +35,8 @@ QPushButton* MakeButton(const char* name, const QString& caption, const QString&
 QPushButton* MakeDangerButton(const char* name, const QString& caption, const QString& tip = {});
 /// A key that presses the button, beside the mnemonic in its caption.
 void AddShortcut(QPushButton* button, const QKeySequence& keys);
+/// Escape closes a window that only shows something.
+void CloseByEscape(QWidget* window);
 /// A label that shows a value: selectable, named for a screen reader by its row's label.
 QLabel* MakeValue(const char* name);
 /// A group with a form inside whose labels line up.

@@ -12,6 +12,8 @@ ReadMark::ReadMark(const char* name, const QString& unread) : QLabel(unread) {
   QFont small = font();
   small.setItalic(true);
   setFont(small);
+  const QString widest = tr("Antwort unvollständig");
+  setMinimumWidth(fontMetrics().horizontalAdvance(widest) + fontMetrics().averageCharWidth());
 }
 
 void ReadMark::ShowTime(const QString& text) {

@@ -1,20 +1,23 @@
 #pragma once
 
 #include <QLabel>
+#include <string>
 
 namespace kelvo {
 
 /// Stands beside a value that the Terminal is asked for and says how the value came about: not at
-/// all yet, read when, or that nothing was answered. What the field shows is not told by it.
+/// all yet, read when, or what came in place of a good answer. What the field shows is not told by
+/// it. It has room for any of these words from the start, so that nothing moves when they change.
 class ReadMark : public QLabel {
  public:
   explicit ReadMark(const char* name, const QString& unread = {});
 
   void ShowRead() { ShowTime(tr("gelesen %1")); }
   void ShowSet() { ShowTime(tr("gesetzt %1")); }
-  void ShowSilent() { setText(tr("keine Antwort")); }
-  /// By whether an answer came.
-  void Show(bool answered) { answered ? ShowRead() : ShowSilent(); }
+  /// What came in place of a good answer, UTF-8; empty when it was one.
+  void Show(const std::string& failure) {
+    failure.empty() ? ShowRead() : setText(QString::fromStdString(failure));
+  }
 
  private:
   void ShowTime(const QString& text);

@@ -36,10 +36,14 @@ class FakeOperator : public Operator {
 
   void Message(const std::string& text, Icon icon, const std::string& title,
                const std::string& hint) override {
+    Told(text);
     messages.push_back({text, title, icon, Hint(text, hint)});
     if (duringMessage) duringMessage();
   }
-  void Notify(const std::string& text, Icon) override { notices.push_back(text); }
+  void Notify(const std::string& text, Icon) override {
+    Told(text);
+    notices.push_back(text);
+  }
   bool Ask(const std::string& text, Icon icon, const std::string& title, Proposal proposal,
            const std::string& hint) override {
     questions.push_back(text);
