@@ -107,7 +107,7 @@ class MacroCheck {
     lastAtOnce_ = command.row->ending == Ending::AtOnce ? command.row : nullptr;
     if (command.row->ending == Ending::Eot) {
       CheckGlyphs(command.parameters, command.end, graphicFont_, false);
-    } else if (command.row->ending != Ending::Etx) {
+    } else if (command.row->ending != Ending::Etx && command.close == Close::Closed) {
       CheckParameters(remarks_, text_, command, context_.display);
     }
     NoteFont(command);

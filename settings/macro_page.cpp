@@ -9,7 +9,10 @@
 
 #include "base/val.h"
 #include "base/wire_text.h"
+#include "graphics/device_font.h"
 #include "link/control_characters.h"
+#include "settings/macro_desk.h"
+#include "settings/macro_edit.h"
 #include "settings/macros.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
@@ -18,11 +21,22 @@
 namespace kelvo {
 namespace {
 
+constexpr unsigned char kHardBlank = 160;
+
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 QString NumberInTerminal() {
   return MacroPage::tr(
       "Nummer im Terminal: 0 bis 255, die Nummer, unter der das Makro geschrieben wurde.");
+}
+
+// A font that is missing has been told of already.
+bool HasGlyph(const DeviceFont& font, unsigned char character) {
+  if (font.Empty() || character == ' ' || character == kHardBlank) return true;
+  for (int y = 0; y < font.Height(); ++y) {
+    if (font.Row(character, y) != 0) return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -57,6 +71,7 @@ void MacroPage::Show(const Edit& edit) {
   txtMakroNr->SetWire(edit.number);
   ShowLength();
   OfferNumber();
+  ShowContext();
 }
 
 void MacroPage::Edited() {
@@ -73,6 +88,19 @@ void MacroPage::OfferNumber() {
                                    : tr("Nummer übernehmen"));
 }
 
+// What the text is checked against: its own number, its kind, the display.
+void MacroPage::ShowContext() {
+  MacroContext context;
+  context.display = {RoundToEven(services_.defaults.Number("displayx")),
+                     RoundToEven(services_.defaults.Number("displayy"))};
+  context.isMacro = services_.macros.Text("typ").value_or("Makro") == "Makro";
+  context.number = MakroNumber(txtMakroNr->Wire());
+  context.hasGlyph = [this](int font, unsigned char character) {
+    return HasGlyph(services_.fonts.Font(font), character);
+  };
+  desk_->SetContext(std::move(context));
+}
+
 void MacroPage::ShowLength() {
   const std::size_t length = txtMakro->Wire().size();
   const bool tooLong = length > kLongestMakro;
@@ -84,6 +112,7 @@ void MacroPage::ShowLength() {
 
 void MacroPage::Shown() {
   records_->Refresh();
+  ShowContext();  // the display may be another one now
   ShowFreeBytes();
 }
 
@@ -147,6 +176,12 @@ std::string MacroPage::TypToSave() {
 void MacroPage::cmdInsertESC_Click() {
   txtMakro->setFocus();
   txtMakro->InsertWire({kEsc});
+  txtMakro->Complete();
+}
+
+void MacroPage::cmdInsertTextende_Click() {
+  txtMakro->setFocus();
+  txtMakro->InsertWire({kEot});
 }
 
 void MacroPage::InvalidNumber(QLineEdit* field) {

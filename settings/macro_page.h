@@ -20,7 +20,9 @@ class QRadioButton;
 
 namespace kelvo {
 
-class WireEdit;
+class DeviceFonts;
+class MacroDesk;
+class MacroEdit;
 class WireField;
 
 /// The macro page: edits macro texts, keeps them under names in the database, writes them into the
@@ -34,6 +36,8 @@ class MacroPage : public QWidget {
     Operator& person;
     TerminalState& state;
     Recordset& macros;  ///< ctlMakroData
+    Recordset& defaults;
+    const DeviceFonts& fonts;
   };
   explicit MacroPage(Services services, QWidget* parent = nullptr);
 
@@ -74,6 +78,7 @@ class MacroPage : public QWidget {
   Edit OnScreen() const;
   void Edited();
   void ShowLength();
+  void ShowContext();
   void OfferNumber();
   bool CheckText(const std::string& text);
   std::string ListedTyp() const;
@@ -86,6 +91,7 @@ class MacroPage : public QWidget {
   void cboMakro_Click() { records_->SelectChosen(); }
   void chkMakroTyp_Click(int index);
   void cmdInsertESC_Click();
+  void cmdInsertTextende_Click();
   void cmdSetMakro_Click();
   void cmdSetAutostartMakro_Click();
   void cmdMakroNrNehmen_Click();
@@ -97,12 +103,14 @@ class MacroPage : public QWidget {
 
   QComboBox* cboMakro;
   std::array<QRadioButton*, 5> chkMakroTyp{};  // 1..4
-  WireEdit* txtMakro;
+  MacroDesk* desk_;
+  MacroEdit* txtMakro;  // on the desk
   WireField* txtMakroNr;
   WireField* txtMakroNrDisplay;
   QLabel* lblMakroLaenge;
   QLabel* lblMakroFrei;
   QPushButton* cmdInsertESC;
+  QPushButton* cmdInsertTextende;
   QPushButton* cmdSetMakro;
   QPushButton* cmdSetAutostartMakro;
   QPushButton* cmdMakroNrNehmen;

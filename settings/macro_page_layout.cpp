@@ -5,6 +5,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "settings/macro_desk.h"
+#include "settings/macro_edit.h"
 #include "settings/macro_page.h"
 #include "settings/macros.h"
 #include "widgets/form.h"
@@ -57,20 +59,27 @@ QWidget* MacroPage::MakeRecords() {
 QWidget* MacroPage::MakeEditor() {
   auto* group = new QGroupBox(tr("Makrotext"));
   auto* column = new QVBoxLayout(group);
-  txtMakro = Named(new WireEdit, "txtMakro");
-  txtMakro->setPlaceholderText(tr("(Makrotext)"));
-  txtMakro->setAccessibleName(tr("Makrotext"));
+  desk_ = new MacroDesk;
+  txtMakro = &desk_->Editor();
   cmdInsertESC = MakeButton("cmdInsertESC", tr("&ESC einfügen"),
                             tr("Fügt an der Schreibmarke das Zeichen ESC ein (Strg+E)."));
   AddShortcut(cmdInsertESC, QKeySequence(tr("Ctrl+E")));
+  cmdInsertTextende = MakeButton(
+      "cmdInsertTextende", tr("Textende e&infügen"),
+      tr("Fügt an der Schreibmarke das Zeichen ♦ ein (Code 4, Strg+T), das einen Grafiktext "
+         "beendet."));
+  AddShortcut(cmdInsertTextende, QKeySequence(tr("Ctrl+T")));
   lblMakroLaenge = Named(new QLabel, "lblMakroLaenge");
   auto* row = new QHBoxLayout;
   row->addWidget(cmdInsertESC);
-  row->addWidget(
-      new QLabel(tr("← ist ESC, der Anfang jedes Befehls; ♦ (Code 4) beendet einen Grafiktext.")));
+  row->addWidget(cmdInsertTextende);
+  auto* signs = new QLabel(tr("← ESC, ♦ Textende"));
+  signs->setToolTip(
+      tr("← ist ESC, der Anfang jedes Befehls; ♦ (Code 4) beendet einen Grafiktext."));
+  row->addWidget(signs);
   row->addStretch();
   row->addWidget(lblMakroLaenge);
-  column->addWidget(txtMakro, 1);
+  column->addWidget(desk_, 1);
   column->addLayout(row);
   return group;
 }
@@ -120,6 +129,7 @@ QWidget* MacroPage::MakeRunning() {
 void MacroPage::ConnectControls() {
   Operator& person = services_.person;
   OnClick(cmdInsertESC, this, person, &MacroPage::cmdInsertESC_Click);
+  OnClick(cmdInsertTextende, this, person, &MacroPage::cmdInsertTextende_Click);
   OnSend(cmdSetMakro, this, person, &MacroPage::cmdSetMakro_Click);
   OnSend(cmdSetAutostartMakro, this, person, &MacroPage::cmdSetAutostartMakro_Click);
   OnClick(cmdMakroNrNehmen, this, person, &MacroPage::cmdMakroNrNehmen_Click);
@@ -136,6 +146,7 @@ void MacroPage::ConnectControls() {
           [this] { Guarded(services_.person, "cboMakro", [&] { cboMakro_Click(); }); });
   connect(txtMakro, &WireEdit::textChanged, this, &MacroPage::Edited);
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::Edited);
+  connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::ShowContext);
   connect(txtMakro, &WireEdit::Refused, this, [&person] { person.Beep(); });
   connect(txtMakroNrDisplay, &WireField::textChanged, lblMakroHinweis, &QWidget::hide);
   for (WireField* field : {txtMakroNr, txtMakroNrDisplay}) {

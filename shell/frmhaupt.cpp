@@ -91,7 +91,8 @@ void frmhaupt::MakePages() {
                          data_.Default, [this](int number) { return DescribePort(number); }});
   status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
   eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen});
-  macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData});
+  macros_ = new MacroPage(
+      {exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default, fonts_});
   text_ = new TextPage(
       {exchange_, outside_.person, fonts_, new RawCommand(exchange_, outside_.person)});
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);

@@ -3,6 +3,7 @@
 
 #include "settings/macro_page.h"
 #include "tests/page_fixture.h"
+#include "tests/test_fonts.h"
 
 namespace kelvo {
 namespace {
@@ -12,7 +13,8 @@ class MacroPageTest : public PageTest {
   void StartOnPage() {
     terminal.Answer("\033E?F", "8000;");
     terminal.Answer("\x03", "\x06");
-    page = &Put(new MacroPage({exchange, person, state, Records("Makro")}));
+    page = &Put(new MacroPage(
+        {exchange, person, state, Records("Makro"), Records("Default"), TestFonts()}));
     page->Records().SelectFirst();
   }
   MacroPage* page = nullptr;

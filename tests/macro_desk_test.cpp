@@ -1,0 +1,140 @@
+#include <QListWidget>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
+
+#include "settings/macro_edit.h"
+#include "settings/macro_page.h"
+#include "tests/page_fixture.h"
+#include "tests/test_fonts.h"
+
+namespace kelvo {
+namespace {
+
+class MacroDeskTest : public PageTest {
+ protected:
+  MacroDeskTest() {
+    page = &Put(new MacroPage(
+        {exchange, person, state, Records("Makro"), Records("Default"), TestFonts()}));
+    page->Records().SelectFirst();
+    page->resize(1000, 640);
+  }
+  MacroEdit& Edit() { return Find<MacroEdit>("txtMakro"); }
+  QListWidget& Letters() { return Find<QListWidget>("lstMakroBefehle"); }
+  std::vector<std::string> Remarks() {
+    auto& list = Find<QListWidget>("lstMakroHinweise");
+    std::vector<std::string> remarks;
+    for (int i = 0; i < list.count(); ++i) remarks.push_back(list.item(i)->text().toStdString());
+    return remarks;
+  }
+  void PutCaret(int position) {
+    QTextCursor cursor = Edit().textCursor();
+    cursor.setPosition(position);
+    Edit().setTextCursor(cursor);
+  }
+  QTextCharFormat FormatAt(int position) {
+    for (const auto& range : Edit().document()->firstBlock().layout()->formats()) {
+      if (range.start <= position && position < range.start + range.length) return range.format;
+    }
+    return {};
+  }
+  std::string Selected() { return Edit().textCursor().selectedText().toStdString(); }
+
+  MacroPage* page = nullptr;
+};
+
+TEST_F(MacroDeskTest, LettersAreOfferedAndWrittenOnlyWhenTheyAreChosen) {
+  Type("txtMakro", "");
+  Click("cmdInsertESC");
+  EXPECT_TRUE(Letters().isVisible());
+  EXPECT_GT(Letters().count(), 50);
+  QTest::keyClicks(&Edit(), "Gf");
+  ASSERT_EQ(Letters().count(), 2);
+  EXPECT_EQ(Letters().item(0)->text().toStdString(), "GfR gefülltes Rechteck: X 0…239, Y 0…127");
+  QTest::keyClick(&Edit(), Qt::Key_Return);  // nothing chosen: a line end like ever
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGf\r\n");
+  EXPECT_FALSE(Letters().isVisible());
+  QTest::keyClick(&Edit(), Qt::Key_Backspace);
+  QTest::keyClick(&Edit(), Qt::Key_Down);
+  QTest::keyClick(&Edit(), Qt::Key_Down);
+  QTest::keyClick(&Edit(), Qt::Key_Return);
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGfE");
+  Edit().undo();
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGf");
+  QTest::keyClick(&Edit(), Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_TRUE(Letters().isVisible());
+  QTest::keyClick(&Edit(), Qt::Key_Escape);
+  EXPECT_FALSE(Letters().isVisible());
+  QTest::keyClicks(&Edit(), "R1,2;");
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGfR1,2;");
+  Click("cmdInsertTextende");
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGfR1,2;\x04");
+}
+
+TEST_F(MacroDeskTest, TheLineBelowSaysWhatTheCaretStandsIn) {
+  Type("txtMakro", "ab\r\n\x1bGR10,20;\x1bGTxy\x04");
+  const std::pair<int, const char*> places[] = {
+      {1, "Text für das Display"},
+      {4, "GR Rechteck: X 0…239, Y 0…127; Ende: „;“"},
+      {6, "GR Rechteck: <b>X 0…239</b>, Y 0…127; Ende: „;“"},
+      {8, "GR Rechteck: <b>X 0…239</b>, Y 0…127; Ende: „;“"},
+      {9, "GR Rechteck: X 0…239, <b>Y 0…127</b>; Ende: „;“"},
+      {12, "Text für das Display"},
+      {15, "GT Grafiktext: <b>Text</b>; Ende: Textende ♦ (Code 4)"}};
+  for (const auto& [position, words] : places) {
+    PutCaret(position);
+    EXPECT_EQ(Text("lblMakroParameter"), words) << position;
+  }
+}
+
+TEST_F(MacroDeskTest, RemarksLeadToTheirPlaces) {
+  Type("txtMakro", "\x1bGP1,2\r\n\x1bTF99;\x1bGL1;x");
+  ASSERT_EQ(Remarks().size(), 3u);
+  EXPECT_TRUE(Remarks()[1].starts_with("Fehler, Zeichen 12: Schrift 99")) << Remarks()[1];
+  PutCaret(0);
+  QTest::keyClick(&Edit(), Qt::Key_F8);
+  QTest::keyClick(&Edit(), Qt::Key_F8);
+  EXPECT_EQ(Selected(), "99");
+  QTest::keyClick(&Edit(), Qt::Key_F8);
+  EXPECT_EQ(Selected(), "←GL1;");
+  QTest::keyClick(&Edit(), Qt::Key_F8);
+  EXPECT_TRUE(Selected().starts_with("←GP1,2"));
+  QTest::keyClick(&Edit(), Qt::Key_F8, Qt::ShiftModifier);
+  EXPECT_EQ(Selected(), "←GL1;");
+  auto& list = Find<QListWidget>("lstMakroHinweise");
+  Q_EMIT list.itemActivated(list.item(1));
+  EXPECT_EQ(Selected(), "99");
+  Type("txtMakro", "\x1bGC");
+  EXPECT_EQ(Remarks(), std::vector<std::string>{"Keine Anmerkungen zu diesem Text."});
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(MacroDeskTest, TheNumberAndTheDisplayCount) {
+  Type("txtMakro", "\x1bR");
+  Type("txtMakroNr", "0");
+  EXPECT_TRUE(Remarks()[0].starts_with("Fehler")) << Remarks()[0];
+  Type("txtMakroNr", "1");
+  EXPECT_TRUE(Remarks()[0].starts_with("Warnung")) << Remarks()[0];
+  Type("txtMakro", "\x1bGP300,0;");
+  EXPECT_NE(Remarks()[0].find("0 bis 239 dieses Displays"), std::string::npos);
+}
+
+TEST_F(MacroDeskTest, ColoursFollowTheText) {
+  Type("txtMakro", "\x1bGR1,x;");
+  EXPECT_EQ(FormatAt(1).fontWeight(), QFont::Bold);
+  EXPECT_NE(FormatAt(3).foreground().color(), FormatAt(1).foreground().color());
+  EXPECT_EQ(FormatAt(3).underlineStyle(), QTextCharFormat::NoUnderline);
+  EXPECT_EQ(FormatAt(5).underlineStyle(), QTextCharFormat::WaveUnderline);
+  PutCaret(6);
+  QTest::keyClick(&Edit(), Qt::Key_Backspace);
+  QTest::keyClicks(&Edit(), "5");
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGR1,5;");
+  EXPECT_EQ(FormatAt(5).underlineStyle(), QTextCharFormat::NoUnderline);
+  Edit().undo();
+  Edit().undo();
+  EXPECT_EQ(Editor("txtMakro"), "\x1bGR1,x;");
+  EXPECT_FALSE(page->Records().DraftNames().empty());
+}
+
+}  // namespace
+}  // namespace kelvo
