@@ -319,6 +319,7 @@ std::optional<Command> AtPage::TableCommand(const Edit& edit) {
 void AtPage::cmdSetATTab_Click() {
   if (!RowsComplete()) return;
   const Edit edit = OnScreen();
+  const Sending sending(services_.exchange, {tables_->CurrentName(), "ATTab"});
   if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto command = TableCommand(edit);
   if (!command) return;

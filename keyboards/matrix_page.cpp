@@ -233,6 +233,7 @@ void MatrixPage::cmdMatrixDisable_Click() { services_.exchange.SendString(StopMa
 
 void MatrixPage::cmdSetMatrixTab_Click() {
   const Edit edit = OnScreen();
+  const Sending sending(services_.exchange, {tables_->CurrentName(), "MatrixTab"});
   if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto mode = ModeCommand(edit.table);
   if (!mode) return;

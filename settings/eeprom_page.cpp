@@ -46,7 +46,14 @@ void EepromPage::MakeLayout() {
   cmdGetFreeBytes = MakeButton("cmdGetFreeBytes", tr("&Freien Platz lesen"));
   lblFreeBytes = MakeValue("lblFreeBytes");
 
-  auto* page = new QVBoxLayout(this);
+  auto* page = new QHBoxLayout(this);
+  auto* column = new QVBoxLayout;
+  AddGroups(column);
+  page->addLayout(column, 2);
+  if (services_.inventory != nullptr) page->addWidget(services_.inventory, 5);
+}
+
+void EepromPage::AddGroups(QVBoxLayout* page) {
   auto* space = new QGroupBox(tr("Speicherplatz"));
   QFormLayout* form = MakeForm(space);
   AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Byte"));

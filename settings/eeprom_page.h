@@ -10,6 +10,7 @@
 
 class QLabel;
 class QPushButton;
+class QVBoxLayout;
 
 namespace kelvo {
 
@@ -25,12 +26,14 @@ class EepromPage : public QWidget {
     Exchange& exchange;
     Operator& person;
     TerminalState& state;
-    Recordset& options;  ///< `Optionen`
+    Recordset& options;            ///< `Optionen`
+    QWidget* inventory = nullptr;  ///< shown beside all else, if there is one
   };
   explicit EepromPage(Services services, QWidget* parent = nullptr);
 
  private:
   void MakeLayout();
+  void AddGroups(QVBoxLayout* page);
   bool ErasePlain();
   void EraseWithProgress();
   bool EraseAll();

@@ -129,6 +129,14 @@ void MacroPage::chkMakroTyp_Click(int index) {
   records_->SetSource(MakroSource(index));
 }
 
+void MacroPage::ShowRecord(std::int64_t bookmark) {
+  for (QRadioButton* const kind : chkMakroTyp) {
+    if (records_->Select(bookmark)) return;
+    if (kind != nullptr) kind->click();
+  }
+  records_->Select(bookmark);
+}
+
 bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, double number,
                           const std::string& proposedName) {
   return records_->Save(FieldsOf(typ, wire, number), {wire, {}}, proposedName);
@@ -224,6 +232,7 @@ bool MacroPage::CheckText(const std::string& text) {
 void MacroPage::WriteMakro(int number, const std::string& suffix) {
   const std::string text = txtMakro->Wire();
   if (!CheckText(text)) return;
+  const Sending sending(services_.exchange, {records_->CurrentName(), "Makro"});
   if (!HasRoom(services_.exchange, services_.state, services_.person, text.size())) return;
   SendToEEprom(services_.exchange, services_.person, kelvo::WriteMakro(number, text), suffix);
 }

@@ -43,6 +43,8 @@ class MacroPage : public QWidget {
 
   /// The stored records and the edits that are not saved.
   RecordEditorBase& Records() { return *records_; }
+  /// Shows a stored record, of whatever kind.
+  void ShowRecord(std::int64_t bookmark);
   /// The page is shown.
   void Shown();
   /// Shows what is known about the Terminal's memory.

@@ -13,6 +13,7 @@
 #include "base/guard.h"
 #include "help/help_desk.h"
 #include "interfaces/raw_command.h"
+#include "inventory_page/inventory_view.h"
 #include "shell/drawing_desk.h"
 #include "shell/head_strip.h"
 #include "shell/port_dialog.h"
@@ -52,6 +53,9 @@ frmhaupt::frmhaupt(Outside outside)
       line_(outside_.com1, exchange_),
       lineState_(line_, outside_.loop, exchange_),
       chronicle_(line_, WallClock, [this] { return !outside_.person.Begun().RunsAlone().empty(); }),
+      journal_(outside_.folders.data + "/" + kJournalFile),
+      recorder_(
+          {line_, lineState_, exchange_, outside_.loop, journal_, [this] { return OpenDevice(); }}),
       receive_(outside_.com1, exchange_),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
@@ -90,7 +94,7 @@ void frmhaupt::MakePages() {
       new InterfacePage({exchange_, outside_.com1, portControl_, outside_.person, data_.ctlComData,
                          data_.Default, [this](int number) { return DescribePort(number); }});
   status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
-  eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen});
+  eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen, MakeInventory()});
   macros_ = new MacroPage(
       {exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default, fonts_});
   text_ = new TextPage(

@@ -13,6 +13,7 @@
 #include "graphics/device_font.h"
 #include "interfaces/interface_page.h"
 #include "interfaces/port_control.h"
+#include "inventory/write_recorder.h"
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
 #include "link/chronicle.h"
@@ -45,6 +46,7 @@ class DrawingDesk;
 class HeadStrip;
 class HelpDesk;
 class HistoryView;
+class InventoryView;
 class PortDialog;
 class PortReturn;
 class SimulatorDesk;
@@ -90,6 +92,9 @@ class frmhaupt : public QMainWindow {
   void MakeHistory();
   void FollowBus();
   void MakeAdviser();
+  InventoryView* MakeInventory();
+  std::string OpenDevice();
+  void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
   void ReadOptions();
   bool FirstRun() const;
@@ -191,6 +196,8 @@ class frmhaupt : public QMainWindow {
   TrafficRecord record_;
   LineState lineState_;
   Chronicle chronicle_;
+  WriteJournal journal_;
+  WriteRecorder recorder_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
@@ -207,6 +214,7 @@ class frmhaupt : public QMainWindow {
   InterfacePage* interfaces_ = nullptr;
   StatusPage* status_ = nullptr;
   EepromPage* eeprom_ = nullptr;
+  InventoryView* inventory_ = nullptr;
   TextPage* text_ = nullptr;
   AtPage* at_ = nullptr;
   MatrixPage* matrix_ = nullptr;

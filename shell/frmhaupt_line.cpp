@@ -2,6 +2,7 @@
 
 #include "base/val.h"
 #include "help/help_desk.h"
+#include "inventory_page/inventory_view.h"
 #include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
@@ -21,7 +22,10 @@ QWidget* frmhaupt::MakeAddressStrip() {
   head_ = new HeadStrip(lineState_);
   OnSend(head_->SelectButton(), this, outside_.person, &frmhaupt::cmdDovuAktivieren_Click);
   OnSend(head_->CheckButton(), this, outside_.person, &frmhaupt::cmdVerbindungPruefen_Click);
-  lineState_.SetListener([this] { head_->ShowState(); });
+  lineState_.SetListener([this] {
+    head_->ShowState();
+    inventory_->Refresh();
+  });
   lineState_.SetStartedAnewListener([this] { status_->ForgetPorts(); });
   connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);
   ShowStoredTerminals();

@@ -80,6 +80,8 @@ class RecordEditorBase {
   /// Told when there are other drafts than before.
   void SetDraftListener(std::function<void()> listener) { draftListener_ = std::move(listener); }
 
+  /// Empty without a record.
+  std::string CurrentName() const;
   /// The current record's wire text; nothing for NULL.
   std::optional<std::string> Wert() const;
   /// Its number in the Terminal, as the field shows it.
@@ -98,7 +100,6 @@ class RecordEditorBase {
   /// 0 without a record: the screen holds what may become the first.
   std::int64_t Current() const { return records_.Bookmark(); }
   bool HasCurrent() const { return Current() != 0; }
-  std::string CurrentName() const;
   void SelectCurrent() { names_.Select(Current()); }
   void EnableDiscard(bool on);
   void TellDrafts() {

@@ -1,0 +1,98 @@
+#include "inventory/compare.h"
+
+namespace kelvo {
+namespace {
+
+// Drawings and what else has a text can be written as a macro.
+bool IsKind(const StoredRecord& record, ItemKind kind) {
+  const auto known = KindOfRecord(record.typ);
+  return known ? *known == kind : kind == ItemKind::Macro;
+}
+
+ItemKey KeyOf(const StoredRecord& record) {
+  return {KindOfRecord(record.typ).value_or(ItemKind::Macro), record.number};
+}
+
+// A table's record holds its whole command, with the number that it had when it was saved.
+std::string ContentOf(const StoredRecord& record) {
+  const ItemKey key = KeyOf(record);
+  if (key.kind == ItemKind::Macro) return record.wire;
+  return std::string(ItemContent({key, record.wire, {}}));
+}
+
+bool SameContent(const Held& held, const StoredRecord& record) {
+  return held.item.key.kind == KeyOf(record).kind && ItemContent(held.item) == ContentOf(record);
+}
+
+}  // namespace
+
+InTerminal StateOf(const Inventory& inventory, const StoredRecord& record) {
+  if (record.number < 0) return InTerminal::Absent;
+  const ItemKey key = KeyOf(record);
+  if (inventory.KnownEmpty(key)) return InTerminal::Absent;
+  const Held* const held = inventory.At(key);
+  if (held == nullptr || !inventory.Trusts(*held)) return InTerminal::Unknown;
+  if (SameContent(*held, record)) return InTerminal::Same;
+  const bool own = held->item.key.kind == key.kind && held->item.name == record.name;
+  return own ? InTerminal::Changed : InTerminal::Absent;
+}
+
+std::string InTerminalText(InTerminal state) {
+  switch (state) {
+    case InTerminal::Same:
+      return "gleich";
+    case InTerminal::Changed:
+      return "geändert";
+    case InTerminal::Absent:
+      return "nicht";
+    case InTerminal::Unknown:
+      break;
+  }
+  return "unbekannt";
+}
+
+Against AgainstDatabase(const Inventory& inventory, const Held& held,
+                        const std::vector<StoredRecord>& records) {
+  const ItemKind kind = held.item.key.kind;
+  const StoredRecord* named = nullptr;
+  const StoredRecord* same = nullptr;
+  for (const StoredRecord& record : records) {
+    if (!IsKind(record, kind)) continue;
+    const bool name = !held.item.name.empty() && record.name == held.item.name;
+    const bool content = SameContent(held, record);
+    if (name && (named == nullptr || content)) named = &record;
+    if (content && (same == nullptr || name)) same = &record;
+  }
+  const StoredRecord* const record = same != nullptr ? same : named;
+  const std::int64_t id = record == nullptr ? 0 : record->id;
+  if (kind == ItemKind::Config || !inventory.Trusts(held)) return {Against::Kind::Unknown, id};
+  if (same != nullptr) return {Against::Kind::Same, id};
+  return {named != nullptr ? Against::Kind::Changed : Against::Kind::NotInDatabase, id};
+}
+
+std::string AgainstText(Against::Kind kind) {
+  switch (kind) {
+    case Against::Kind::Same:
+      return "gleich";
+    case Against::Kind::Changed:
+      return "geändert";
+    case Against::Kind::NotInDatabase:
+      return "nicht in der Datenbank";
+    case Against::Kind::Unknown:
+      break;
+  }
+  return "unbekannt";
+}
+
+std::string TakenText(const Inventory& inventory, const ItemKey& key, const std::string& name) {
+  const std::string number = "Nummer " + std::to_string(key.number) + ": ";
+  if (inventory.DoubtAt(key) != nullptr) return number + "Was dort liegt, ist ungewiss.";
+  const Held* const held = inventory.At(key);
+  if (held == nullptr) return {};
+  const bool own = held->item.key.kind == key.kind && held->item.name == name && !name.empty();
+  if (own) return {};
+  const std::string what = held->item.name.empty() ? "ohne Namen" : "„" + held->item.name + "“";
+  return number + "belegt mit " + ItemKindText(held->item.key.kind) + " " + what + ".";
+}
+
+}  // namespace kelvo

@@ -1,0 +1,172 @@
+#include "inventory_page/inventory_model.h"
+
+#include <QDateTime>
+#include <QFont>
+#include <algorithm>
+
+#include "inventory/journal_text.h"
+
+namespace kelvo {
+namespace {
+
+QString Utf8(const std::string& text) { return QString::fromStdString(text); }
+
+QString RestsText(const InventoryModel::Row& row) {
+  if (row.doubt) {
+    const bool whom = row.doubt->event == Event::Acknowledged;
+    return whom ? InventoryModel::tr("bestätigt, aber nicht bekannt, von wem")
+                : Utf8(EventText(row.doubt->event));
+  }
+  const QString proof = row.held->proof == Proof::Checksum ? InventoryModel::tr("geprüft")
+                                                           : InventoryModel::tr("bestätigt");
+  return row.held->broadcast ? InventoryModel::tr("an alle, %1").arg(proof) : proof;
+}
+
+QString RestsTip(const InventoryModel::Row& row) {
+  if (row.doubt) {
+    return InventoryModel::tr(
+        "Es wurde etwas begonnen, dessen Ausgang nicht bekannt ist: Was unter "
+        "dieser Nummer liegt, weiß kelvo nicht.");
+  }
+  if (row.held->broadcast) {
+    return InventoryModel::tr(
+        "An alle Terminals der Leitung zugleich geschrieben; bestätigt hat es "
+        "mindestens eines von ihnen.");
+  }
+  return row.held->proof == Proof::Checksum
+             ? InventoryModel::tr("Vom Terminal bestätigt, und die Prüfsumme stimmte.")
+             : InventoryModel::tr("Vom Terminal bestätigt.");
+}
+
+QString AgainstTip(Against::Kind kind) {
+  switch (kind) {
+    case Against::Kind::Same:
+      return InventoryModel::tr(
+          "Der Satz der Datenbank gleicht dem, was zuletzt von hier "
+          "geschrieben wurde. Was an kelvo vorbei geschah, sieht kelvo nicht.");
+    case Against::Kind::Changed:
+      return InventoryModel::tr("Der Satz in der Datenbank ist heute ein anderer.");
+    case Against::Kind::NotInDatabase:
+      return InventoryModel::tr("Kein Satz der Datenbank hat diesen Inhalt oder Namen.");
+    case Against::Kind::Unknown:
+      break;
+  }
+  return InventoryModel::tr("Dazu kann kelvo nichts sagen.");
+}
+
+}  // namespace
+
+QString MomentText(JournalTime time) {
+  return QDateTime::fromMSecsSinceEpoch(time.time_since_epoch().count())
+      .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+}
+
+void InventoryModel::Show(const Inventory& inventory, const std::vector<StoredRecord>& records) {
+  beginResetModel();
+  rows_.clear();
+  for (const auto& [key, held] : inventory.Items()) {
+    rows_.push_back({key, held, {}, AgainstDatabase(inventory, held, records)});
+  }
+  for (const auto& [key, doubt] : inventory.Doubtful()) rows_.push_back({key, {}, doubt, {}});
+  std::sort(rows_.begin(), rows_.end(),
+            [](const Row& one, const Row& other) { return one.key < other.key; });
+  endResetModel();
+}
+
+int InventoryModel::RowOf(const ItemKey& key) const {
+  const auto row =
+      std::find_if(rows_.begin(), rows_.end(), [&key](const Row& one) { return one.key == key; });
+  return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
+}
+
+int InventoryModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int InventoryModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant InventoryModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  switch (section) {
+    case Kind:
+      return tr("Art");
+    case Number:
+      return tr("Nr");
+    case Name:
+      return tr("Name");
+    case Bytes:
+      return tr("Zeichen");
+    case Time:
+      return tr("geschrieben");
+    case Rests:
+      return tr("Nachweis");
+    default:
+      return tr("Datenbank");
+  }
+}
+
+QString InventoryModel::Text(int row, int column) const {
+  const Row& shown = At(row);
+  switch (column) {
+    case Kind:
+      return Utf8(ItemKindText(shown.key.kind));
+    case Number:
+      return shown.key.kind == ItemKind::Config ? QString() : QString::number(shown.key.number);
+    case Name:
+      return shown.held ? Utf8(shown.held->item.name) : QString();
+    case Bytes: {
+      const bool counts = shown.held && shown.key.kind != ItemKind::Config;
+      return counts ? QString::number(ItemBytes(shown.held->item)) : QString();
+    }
+    case Time:
+      return MomentText(shown.held ? shown.held->written : shown.doubt->time);
+    case Rests:
+      return RestsText(shown);
+    default:
+      return Utf8(AgainstText(shown.against.kind));
+  }
+}
+
+QVariant InventoryModel::SortKey(const Row& row, int column) const {
+  switch (column) {
+    case Number:
+      return row.key.kind == ItemKind::Config ? -1 : row.key.number;
+    case Bytes:
+      return row.held ? static_cast<int>(ItemBytes(row.held->item)) : -1;
+    case Time:
+      return qint64{(row.held ? row.held->written : row.doubt->time).time_since_epoch().count()};
+    default:
+      return Text(static_cast<int>(&row - rows_.data()), column);
+  }
+}
+
+QVariant InventoryModel::data(const QModelIndex& index, int role) const {
+  const Row& row = At(index.row());
+  const int column = index.column();
+  switch (role) {
+    case Qt::DisplayRole:
+      return Text(index.row(), column);
+    case kSortRole:
+      return SortKey(row, column);
+    case Qt::TextAlignmentRole:
+      if (column == Number || column == Bytes) {
+        return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
+      }
+      return {};
+    case Qt::ToolTipRole:
+      if (column == Rests) return RestsTip(row);
+      return column == Database ? AgainstTip(row.against.kind) : Text(index.row(), column);
+    case Qt::FontRole: {
+      const bool plain = row.against.kind == Against::Kind::Same || column != Database;
+      QFont font;
+      font.setBold(true);
+      return plain ? QVariant() : QVariant(font);
+    }
+    default:
+      return {};
+  }
+}
+
+}  // namespace kelvo

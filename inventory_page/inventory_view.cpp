@@ -1,0 +1,268 @@
+#include "inventory_page/inventory_view.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QShortcut>
+#include <QTableView>
+#include <QTimer>
+
+#include "inventory/journal_text.h"
+#include "link/addresses.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+namespace {
+
+QString Utf8(const std::string& text) { return QString::fromStdString(text); }
+
+QLabel* MakeLine(const char* name) {
+  auto* const label = Named(new QLabel, name);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return label;
+}
+
+QString DisagreementText(const Room::Disagreement& disagreement) {
+  const auto& [before, read, least, most] = disagreement;
+  const QString expected = least == most ? QString::number(least)
+                           : least == 0  ? InventoryView::tr("höchstens %1").arg(most)
+                                         : InventoryView::tr("%1 bis %2").arg(least).arg(most);
+  return InventoryView::tr(
+             "Achtung: Am %1 meldete das Terminal %2 Bytes frei; nach dem, was von "
+             "hier geschrieben wurde, müssten es %3 sein. Getauscht, oder von anderer "
+             "Stelle beschrieben? Was davor geschrieben wurde, gilt als unbekannt.")
+      .arg(MomentText(read.time))
+      .arg(read.bytes)
+      .arg(expected);
+}
+
+}  // namespace
+
+InventoryView::InventoryView(Services services, QWidget* parent)
+    : QWidget(parent), services_(std::move(services)) {
+  Named(this, "ctlBestandSeite");
+  lblBestand = MakeLine("lblBestand");
+  lblBestandWarnung = MakeLine("lblBestandWarnung");
+  QFont bold = font();
+  bold.setBold(true);
+  lblBestandWarnung->setFont(bold);
+  MakeTable();
+  auto* const page = new QVBoxLayout(this);
+  page->setContentsMargins(0, 0, 0, 0);
+  page->addWidget(MakeChoice());
+  page->addWidget(lblBestandWarnung);
+  page->addWidget(ctlBestand, 1);
+  page->addWidget(lblBestand);
+  cmdBestandText = MakeButton("cmdBestandText", tr("Gan&zer Text …"),
+                              tr("Zeigt, was geschrieben wurde, Zeichen für Zeichen (Enter)."));
+  cmdBestandSatz = MakeButton("cmdBestandSatz", tr("Zum &Satz"),
+                              tr("Zeigt den Satz der Datenbank auf seiner Seite."));
+  cmdBestandKopieren = MakeButton("cmdBestandKopieren", tr("Liste &kopieren"),
+                                  tr("Kopiert die gewählten Zeilen, sonst alle (Strg+C)."));
+  page->addLayout(ButtonRow({cmdBestandText, cmdBestandSatz, cmdBestandKopieren}));
+  OnClick(cmdBestandText, this, services_.person, &InventoryView::cmdBestandText_Click);
+  OnClick(cmdBestandSatz, this, services_.person, &InventoryView::cmdBestandSatz_Click);
+  OnClick(cmdBestandKopieren, this, services_.person, &InventoryView::cmdBestandKopieren_Click);
+  auto* const keys = new QShortcut(QKeySequence::Copy, ctlBestand, nullptr, nullptr,
+                                   Qt::WidgetWithChildrenShortcut);
+  connect(keys, &QShortcut::activated, cmdBestandKopieren, &QPushButton::click);
+  EnableButtons();
+}
+
+QWidget* InventoryView::MakeChoice() {
+  auto* const bar = new QWidget;
+  auto* const row = new QHBoxLayout(bar);
+  row->setContentsMargins(0, 0, 0, 0);
+  cboBestandTerminal = Named(new QComboBox, "cboBestandTerminal");
+  cboBestandTerminal->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  cboBestandTerminal->setMinimumContentsLength(24);
+  row->addWidget(LabelFor(cboBestandTerminal, tr("&Bestand von:")));
+  row->addWidget(cboBestandTerminal, 1);
+  connect(cboBestandTerminal, &QComboBox::activated, this, &InventoryView::ShowNow);
+  return bar;
+}
+
+void InventoryView::MakeTable() {
+  sorted_.setSourceModel(&model_);
+  sorted_.setSortRole(InventoryModel::kSortRole);
+  ctlBestand = Named(new QTableView, "ctlBestand");
+  ctlBestand->setModel(&sorted_);
+  ctlBestand->setSelectionBehavior(QAbstractItemView::SelectRows);
+  ctlBestand->setWordWrap(false);
+  ctlBestand->setTabKeyNavigation(false);
+  ctlBestand->setSortingEnabled(true);
+  ctlBestand->setAccessibleName(tr("Bestand des Terminals"));
+  ctlBestand->verticalHeader()->hide();
+  ctlBestand->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
+  const int em = fontMetrics().averageCharWidth();
+  for (const auto& [column, width] : {std::pair{InventoryModel::Kind, 15},
+                                      {InventoryModel::Number, 6},
+                                      {InventoryModel::Name, 22},
+                                      {InventoryModel::Bytes, 10},
+                                      {InventoryModel::Time, 19},
+                                      {InventoryModel::Rests, 15},
+                                      {InventoryModel::Database, 22}}) {
+    ctlBestand->setColumnWidth(column, em * width);
+  }
+  ctlBestand->horizontalHeader()->setStretchLastSection(true);
+  ctlBestand->sortByColumn(InventoryModel::Kind, Qt::AscendingOrder);
+  connect(ctlBestand, &QAbstractItemView::activated, this, &InventoryView::OpenCurrent);
+  connect(ctlBestand->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &InventoryView::EnableButtons);
+}
+
+void InventoryView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  ShowNow();
+}
+
+// Much may change at once.
+void InventoryView::Refresh() {
+  if (!isVisible() || std::exchange(waits_, true)) return;
+  QTimer::singleShot(0, this, [this] {
+    waits_ = false;
+    if (isVisible()) ShowNow();
+  });
+}
+
+TerminalId InventoryView::Shown() const {
+  const int chosen = cboBestandTerminal->currentIndex();
+  if (chosen <= 0) return services_.listener();
+  return terminals_[static_cast<std::size_t>(chosen - 1)];
+}
+
+QString InventoryView::TerminalText(const TerminalId& terminal) const {
+  const QString device = QFileInfo(Utf8(terminal.device)).fileName();
+  const QString at = device.isEmpty() ? tr("kein Anschluss") : device;
+  if (terminal.address == kUnknownAddress) return tr("ohne gewählte Adresse, %1").arg(at);
+  if (terminal.address == kAllAddresses) return tr("alle an %1").arg(at);
+  const std::string name = services_.nameOf(terminal.address);
+  return tr("%1%2, %3")
+      .arg(terminal.address)
+      .arg(name.empty() ? QString() : " – " + Utf8(name))
+      .arg(at);
+}
+
+void InventoryView::ListTerminals() {
+  const bool chosen = cboBestandTerminal->currentIndex() > 0;
+  const TerminalId before = Shown();
+  terminals_ = services_.journal.Terminals();
+  cboBestandTerminal->clear();
+  cboBestandTerminal->addItem(tr("wer zuhört: %1").arg(TerminalText(services_.listener())));
+  for (const TerminalId& terminal : terminals_) {
+    cboBestandTerminal->addItem(TerminalText(terminal));
+    if (chosen && terminal == before) {
+      cboBestandTerminal->setCurrentIndex(cboBestandTerminal->count() - 1);
+    }
+  }
+}
+
+void InventoryView::ShowNow() {
+  services_.journal.Refresh();
+  ListTerminals();
+  const InventoryModel::Row* const row = Current();
+  const std::optional<ItemKey> current = row == nullptr ? std::nullopt : std::optional(row->key);
+  const Inventory inventory = services_.journal.Of(Shown());
+  model_.Show(inventory, services_.records());
+  const int again = current ? model_.RowOf(*current) : -1;
+  if (again >= 0) ctlBestand->selectRow(sorted_.mapFromSource(model_.index(again, 0)).row());
+  ShowState(inventory);
+  EnableButtons();
+}
+
+void InventoryView::ShowState(const Inventory& inventory) {
+  std::size_t bytes = 0;
+  for (const auto& [key, held] : inventory.Items()) bytes += ItemBytes(held.item);
+  const auto count = inventory.Items().size();
+  QString text = inventory.Items().empty() && inventory.Doubtful().empty()
+                     ? tr("Von hier wurde noch nichts in dieses Terminal geschrieben.")
+                     : tr("%1 von hier geschrieben, zusammen %2 Zeichen.")
+                           .arg(count == 1 ? tr("1 Eintrag") : tr("%1 Einträge").arg(count))
+                           .arg(bytes);
+  text += inventory.KnownEmptyBefore() ? tr(" Sonst liegt dort nichts: Es wurde von hier gelöscht.")
+                                       : tr(" Was vorher dort lag, weiß kelvo nicht.");
+  if (const auto& read = inventory.FreeBytes().LastReading()) {
+    text += tr(" Frei waren %1 Bytes, gelesen %2.").arg(read->bytes).arg(MomentText(read->time));
+  }
+  if (const auto lines = services_.journal.Unreadable()) {
+    text += tr(" %1 Zeilen der Aufzeichnung sind nicht lesbar.").arg(lines);
+  }
+  lblBestand->setText(text);
+  const auto& disagreement = inventory.FreeBytes().LastDisagreement();
+  lblBestandWarnung->setVisible(disagreement.has_value());
+  if (disagreement) lblBestandWarnung->setText(DisagreementText(*disagreement));
+}
+
+const InventoryModel::Row* InventoryView::Current() const {
+  const QModelIndex index = sorted_.mapToSource(ctlBestand->currentIndex());
+  return index.isValid() ? &model_.At(index.row()) : nullptr;
+}
+
+void InventoryView::EnableButtons() {
+  const InventoryModel::Row* const row = Current();
+  cmdBestandText->setEnabled(row != nullptr && row->held.has_value());
+  cmdBestandSatz->setEnabled(row != nullptr && row->against.record != 0);
+  cmdBestandKopieren->setEnabled(model_.rowCount() > 0);
+}
+
+void InventoryView::OpenCurrent() {
+  if (cmdBestandText->isEnabled()) cmdBestandText->click();
+}
+
+void InventoryView::cmdBestandText_Click() {
+  const InventoryModel::Row* const row = Current();
+  if (row == nullptr || !row->held) return;
+  const Held held = *row->held;
+  QDialog dialog(this);
+  dialog.setObjectName(QStringLiteral("frmBestandText"));
+  dialog.setWindowTitle(
+      tr("%1, geschrieben %2").arg(Utf8(ItemText(held.item.key))).arg(MomentText(held.written)));
+  auto* const column = new QVBoxLayout(&dialog);
+  auto* const text = Named(new QPlainTextEdit, "txtBestandText");
+  text->setReadOnly(true);
+  text->setFont(WireFont());
+  text->setAccessibleName(tr("Was geschrieben wurde"));
+  const bool macro = held.item.key.kind == ItemKind::Macro;
+  text->setPlainText(GlyphText(macro ? std::string(ItemContent(held.item)) : held.item.command));
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+  buttons->button(QDialogButtonBox::Close)->setText(tr("Schließen"));
+  connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  column->addWidget(text);
+  column->addWidget(buttons);
+  dialog.resize(fontMetrics().averageCharWidth() * 80, fontMetrics().lineSpacing() * 18);
+  dialog.exec();
+}
+
+void InventoryView::cmdBestandSatz_Click() {
+  const InventoryModel::Row* const row = Current();
+  if (row == nullptr || row->against.record == 0) return;
+  Q_EMIT RecordWanted(row->key.kind, row->against.record);
+}
+
+void InventoryView::cmdBestandKopieren_Click() {
+  QModelIndexList rows = ctlBestand->selectionModel()->selectedRows();
+  if (rows.isEmpty()) {
+    for (int row = 0; row < sorted_.rowCount(); ++row) rows << sorted_.index(row, 0);
+  }
+  QStringList lines;
+  for (const QModelIndex& index : rows) {
+    const int row = sorted_.mapToSource(index).row();
+    QStringList cells;
+    for (int column = 0; column < InventoryModel::ColumnCount; ++column) {
+      cells << model_.Text(row, column);
+    }
+    lines << cells.join('\t');
+  }
+  QApplication::clipboard()->setText(lines.join('\n') + '\n');
+}
+
+}  // namespace kelvo

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <QWidget>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/operator.h"
+#include "inventory_page/inventory_model.h"
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QTableView;
+
+namespace kelvo {
+
+/// The table of what was written into a Terminal: the one that listens, or one that is chosen.
+/// Nothing is asked of any Terminal for it. It reads the journal and the records while it is seen.
+class InventoryView : public QWidget {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    WriteJournal& journal;
+    Operator& person;
+    std::function<TerminalId()> listener;
+    std::function<std::vector<StoredRecord>()> records;
+    std::function<std::string(int address)> nameOf;  ///< of a stored Terminal, UTF-8
+  };
+  explicit InventoryView(Services services, QWidget* parent = nullptr);
+
+  /// Something of it has changed. Takes effect soon, while it is seen.
+  void Refresh();
+  /// The Terminal that is shown.
+  TerminalId Shown() const;
+
+ Q_SIGNALS:
+  /// The operator wants to see the record of an item.
+  void RecordWanted(ItemKind kind, qint64 record);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  QWidget* MakeChoice();
+  void MakeTable();
+  void ShowNow();
+  void ListTerminals();
+  void ShowState(const Inventory& inventory);
+  QString TerminalText(const TerminalId& terminal) const;
+  const InventoryModel::Row* Current() const;
+  void EnableButtons();
+  void OpenCurrent();
+  void cmdBestandText_Click();
+  void cmdBestandSatz_Click();
+  void cmdBestandKopieren_Click();
+
+  Services services_;
+  InventoryModel model_;
+  QSortFilterProxyModel sorted_;
+  bool waits_ = false;
+  std::vector<TerminalId> terminals_;  // behind the first entry, which is who listens
+  QComboBox* cboBestandTerminal;
+  QTableView* ctlBestand;
+  QLabel* lblBestand;
+  QLabel* lblBestandWarnung;
+  QPushButton* cmdBestandText;
+  QPushButton* cmdBestandSatz;
+  QPushButton* cmdBestandKopieren;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,65 @@
+#include "base/wire_text.h"
+#include "inventory_page/inventory_view.h"
+#include "shell/frmhaupt.h"
+#include "shell/head_strip.h"
+
+// What the main window knows of what was written into the Terminals.
+
+namespace kelvo {
+namespace {
+
+std::vector<StoredRecord> StoredRecords(Database& database) {
+  std::vector<StoredRecord> all;
+  Recordset records(database, "select * from Makro where typ <> 'Symbol'");
+  for (; !records.Eof(); records.MoveNext()) {
+    auto wire = WireText(records.Text("wert").value_or(""));
+    if (!wire) continue;
+    const auto number = records.Text("nr_im_display");
+    all.push_back({records.Bookmark(), records.Text("typ").value_or(""),
+                   records.Text("Bezeichnung").value_or(""),
+                   number ? static_cast<int>(records.Number("nr_im_display")) : -1,
+                   *std::move(wire)});
+  }
+  return all;
+}
+
+}  // namespace
+
+std::string frmhaupt::OpenDevice() {
+  return data_.DeviceOf(interfaces_->OpenPortNumber(), outside_.folders.data);
+}
+
+InventoryView* frmhaupt::MakeInventory() {
+  const std::string path = outside_.folders.data + "/" + kJournalFile;
+  journal_.SetFailureListener([this, path](const std::string& reason) {
+    outside_.person.Notify(
+        "Was in die Terminals geschrieben wird, kann nicht aufgezeichnet werden: \"" + path +
+            "\", " + reason + ". Gesendet wird trotzdem; der Bestand nennt es ungewiss.",
+        Icon::Exclamation);
+  });
+  inventory_ =
+      new InventoryView({journal_, outside_.person, [this] { return recorder_.Listener(); },
+                         [this] { return StoredRecords(data_.database); },
+                         [this](int address) { return head_->NameOf(address); }});
+  journal_.SetListener([this] { inventory_->Refresh(); });
+  connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
+  return inventory_;
+}
+
+void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {
+  switch (kind) {
+    case ItemKind::MatrixTable:
+      SetTab(Tab::MatrixKeyboard);
+      matrix_->Records().Select(record);
+      return;
+    case ItemKind::AtTable:
+      SetTab(Tab::AtKeyboard);
+      at_->Records().Select(record);
+      return;
+    default:
+      SetTab(Tab::Macros);
+      macros_->ShowRecord(record);
+  }
+}
+
+}  // namespace kelvo
