@@ -11,7 +11,7 @@ bool IsDark(const QColor& ground) { return ground.lightness() < 128; }
 
 }  // namespace
 
-TickList::TickList(const QStringList& titles, std::initializer_list<int> widths) {
+TickList::TickList(const QStringList& titles, const std::vector<int>& widths) {
   setHeaderLabels(titles);
   setRootIsDecorated(false);
   setUniformRowHeights(true);

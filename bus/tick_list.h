@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTreeWidget>
+#include <vector>
 
 namespace kelvo {
 
@@ -8,7 +9,7 @@ namespace kelvo {
 class TickList : public QTreeWidget {
  public:
   /// `widths` are those of the first columns, in characters.
-  TickList(const QStringList& titles, std::initializer_list<int> widths);
+  TickList(const QStringList& titles, const std::vector<int>& widths);
 
   int Rows() const { return topLevelItemCount(); }
   /// Adds a row at the end and returns its number (from 0).

@@ -53,9 +53,11 @@ DrawingPage::DrawingPage(frmGrafik& editor, GraphicsHost& host, Operator& person
 }
 
 QWidget* DrawingPage::MakeButtons() {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
+  auto* rows = new QWidget;
+  auto* column = new QVBoxLayout(rows);
+  column->setContentsMargins(0, 0, 0, 0);
+  auto* layout = new QHBoxLayout;
+  column->addLayout(layout);
   const auto add = [&](const char* name, const QString& caption,
                        const std::function<void()>& handler) {
     QPushButton* const button = MakeButton(name, caption);
@@ -70,7 +72,15 @@ QWidget* DrawingPage::MakeButtons() {
   add("cmdGrafikText", tr("Als &Text speichern …"), [this] { host_.SaveAsText(); });
   add("cmdGrafikMakro", tr("Als &Makro speichern …"), [this] { host_.SaveAsMakro(); });
   layout->addStretch();
-  return row;
+  layout = new QHBoxLayout;
+  column->addLayout(layout);
+  layout->addWidget(new QLabel(tr("Bild ins EEPROM:")));
+  add("cmdGrafikBildGeprueft", tr("Geprüft schreiben …"),
+      [this] { host_.SaveBMPinEEProm(GraphicsHost::BitmapTo::SelectedProven); });
+  add("cmdGrafikBildAktive", tr("An aktive Terminals …"),
+      [this] { host_.SaveBMPinEEProm(GraphicsHost::BitmapTo::Many); });
+  layout->addStretch();
+  return rows;
 }
 
 void DrawingPage::cmdGrafik_Click() {

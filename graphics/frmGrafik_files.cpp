@@ -260,7 +260,9 @@ void frmGrafik::mnuGrafikZeichnung_Click() {
   ReportLoaded(loaded);
 }
 
-void frmGrafik::mnuGrafikBildEEProm_Click() { host_.SaveBMPinEEProm(); }
+void frmGrafik::mnuGrafikBildEEProm_Click() {
+  host_.SaveBMPinEEProm(GraphicsHost::BitmapTo::Selected);
+}
 
 void frmGrafik::mnuGrafikSenden_Click() { SendNow(); }
 

@@ -43,6 +43,14 @@ const frmGrafik::Entry frmGrafik::kFileEntries[] = {
      Needs::Nothing},
     {"mnuGrafikBildEEProm", "Bild ins EE&PROM schreiben …", "",
      &frmGrafik::mnuGrafikBildEEProm_Click, Needs::Nothing},
+    {"mnuGrafikBildGeprueft", "Bild &geprüft ins EEPROM schreiben …", "",
+     [](frmGrafik& window) {
+       window.host_.SaveBMPinEEProm(GraphicsHost::BitmapTo::SelectedProven);
+     },
+     Needs::Nothing},
+    {"mnuGrafikBildAktive", "Bild an &aktive Terminals schreiben …", "",
+     [](frmGrafik& window) { window.host_.SaveBMPinEEProm(GraphicsHost::BitmapTo::Many); },
+     Needs::Nothing},
     {"mnuGrafikSenden", "Zum Terminal s&enden", "F9", &frmGrafik::mnuGrafikSenden_Click,
      Needs::Nothing},
     {nullptr, "", "", nullptr, Needs::Nothing},

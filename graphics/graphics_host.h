@@ -36,8 +36,14 @@ class GraphicsHost {
   virtual bool FensterMitZoomen() const = 0;
   /// The system's print dialog; false when it was cancelled.
   virtual bool ChoosePrinter(QPrinter& printer) = 0;
-  /// Stores the selected picture in the Terminal's EEPROM.
-  virtual void SaveBMPinEEProm() = 0;
+  /// Where a picture goes, and how.
+  enum class BitmapTo {
+    Selected,        ///< the Terminal that listens
+    SelectedProven,  ///< the same, with a proof of what has arrived
+    Many,            ///< those of the list that are ticked, each with its proof
+  };
+  /// Stores the selected picture in the EEPROM.
+  virtual void SaveBMPinEEProm(BitmapTo how) = 0;
   /// A drawing's or a macro's commands as they are stored.
   struct StoredText {
     std::string name;  ///< UTF-8

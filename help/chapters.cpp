@@ -15,6 +15,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmGrafik", "grafik-editor.html"},
       {"dlgBild", "grafik-editor.html#bild"},
       {"frmDovu", "senden-an-alle.html"},
+      {"frmSchreiben", "geprueft.html"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},

@@ -15,6 +15,7 @@
 #include "base/wire_text.h"
 #include "keyboards/at_list.h"
 #include "keyboards/key_codes.h"
+#include "keyboards/table_order.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
@@ -326,6 +327,15 @@ void AtPage::cmdSetATTab_Click() {
   if (SendToEEprom(services_.exchange, services_.person, *command, " / cmdSetATTab")) {
     services_.exchange.SendString(ActivateAtTable(TableNumber(edit.number)));
   }
+}
+
+std::optional<WriteOrder> AtPage::OrderShown() {
+  if (!RowsComplete()) return std::nullopt;
+  const Edit edit = OnScreen();
+  const auto command = TableCommand(edit);
+  if (!command) return std::nullopt;
+  return TableOrder(ItemKind::AtTable, *command, services_.tables.Text("Bezeichnung").value_or(""),
+                    services_.person, {{}, ActivateAtTable(TableNumber(edit.number)).Text(), 0});
 }
 
 void AtPage::cmdClearATTast_Click() {

@@ -8,6 +8,7 @@
 #include "base/event_loop.h"
 #include "base/operator.h"
 #include "base/serial_port.h"
+#include "inventory/write_run.h"
 #include "keyboards/at_table.h"
 #include "link/exchange.h"
 #include "link/receive_events.h"
@@ -26,6 +27,7 @@ namespace kelvo {
 
 class AtList;
 class WireField;
+class WriteDesk;
 
 /// The AT keyboard page: which keys of the PC keyboard at the Terminal get another code, the stored
 /// tables and the Terminal's own, and a field that shows what the keyboard sends.
@@ -44,6 +46,8 @@ class AtPage : public QWidget, public Receiver {
     Operator& person;
     TerminalState& state;
     Recordset& tables;  ///< ctlATData
+    /// Writes with a proof; a page without it offers none.
+    WriteDesk* writeDesk = nullptr;
   };
   explicit AtPage(Services services, QWidget* parent = nullptr);
 
@@ -112,6 +116,7 @@ class AtPage : public QWidget, public Receiver {
   void cmdATTab_Click(int page);
   void cmdATKlartextclear_Click();
   void cmdSetATTab_Click();
+  std::optional<WriteOrder> OrderShown();
   void cmdClearATTast_Click();
   void cmdATRead_Click();
 

@@ -9,6 +9,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "inventory_page/proven_bar.h"
 #include "keyboards/at_list.h"
 #include "keyboards/at_page.h"
 #include "keyboards/table_number_hint.h"
@@ -121,6 +122,10 @@ QWidget* AtPage::MakeTerminalTable() {
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtATTastNr, tr("0 … 255")),
                               "lblATTastNrBereich"));
   form->addRow(ButtonRow({cmdSetATTab, cmdClearATTast, cmdATRead}));
+  if (services_.writeDesk != nullptr) {
+    form->addRow(new ProvenBar("ATTab", *services_.writeDesk, services_.person,
+                               [this] { return OrderShown(); }));
+  }
   return ctlATTerminal;
 }
 

@@ -11,6 +11,7 @@
 #include "base/wire_text.h"
 #include "keyboards/key_cell.h"
 #include "keyboards/key_codes.h"
+#include "keyboards/table_order.h"
 #include "link/control_characters.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
@@ -242,6 +243,16 @@ void MatrixPage::cmdSetMatrixTab_Click() {
                    CreateTastTab(Val(edit.number), edit.table), " / cmdSetMatrixTab")) {
     services_.exchange.SendString(ActivateMatrixTable(TableNumber(edit.number)));
   }
+}
+
+// The Terminal reads the table in the mode that goes out in front of it.
+std::optional<WriteOrder> MatrixPage::OrderShown() {
+  const Edit edit = OnScreen();
+  const auto mode = ModeCommand(edit.table);
+  if (!mode) return std::nullopt;
+  return TableOrder(ItemKind::MatrixTable, CreateTastTab(Val(edit.number), edit.table),
+                    services_.tables.Text("Bezeichnung").value_or(""), services_.person,
+                    {*mode, ActivateMatrixTable(TableNumber(edit.number)).Text(), 0});
 }
 
 void MatrixPage::cmdClearMatrixTast_Click() {

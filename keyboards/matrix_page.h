@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/operator.h"
+#include "inventory/write_run.h"
 #include "keyboards/key_display.h"
 #include "keyboards/matrix_table.h"
 #include "link/exchange.h"
@@ -24,6 +25,7 @@ namespace kelvo {
 
 class KeyCell;
 class WireField;
+class WriteDesk;
 
 /// The matrix keyboard page: which lines the keypad is wired to, what its keys send, the stored
 /// tables and the Terminal's own. Pressed keys show on the grid.
@@ -39,6 +41,8 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
     Operator& person;
     TerminalState& state;
     Recordset& tables;  ///< ctlTastData
+    /// Writes with a proof; a page without it offers none.
+    WriteDesk* writeDesk = nullptr;
   };
   explicit MatrixPage(Services services, QWidget* parent = nullptr);
 
@@ -107,6 +111,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void cmdMatrixEnable_Click();
   void cmdMatrixDisable_Click();
   void cmdSetMatrixTab_Click();
+  std::optional<WriteOrder> OrderShown();
   void cmdClearMatrixTast_Click();
   void cmdMatrixRead_Click();
 

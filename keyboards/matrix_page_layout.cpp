@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "inventory_page/proven_bar.h"
 #include "keyboards/key_cell.h"
 #include "keyboards/matrix_page.h"
 #include "keyboards/table_number_hint.h"
@@ -134,6 +135,10 @@ QWidget* MatrixPage::MakeTerminalTable() {
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255")),
                               "lblTastTabNrBereich"));
   form->addRow(cmdSetMatrixTab);
+  if (services_.writeDesk != nullptr) {
+    form->addRow(new ProvenBar("MatrixTab", *services_.writeDesk, services_.person,
+                               [this] { return OrderShown(); }));
+  }
   form->addRow(cmdClearMatrixTast);
   form->addRow(cmdMatrixRead);
   return group;

@@ -20,6 +20,12 @@ constexpr FailureText kTexts[] = {{"keine Reaktion"},
                                   {"kein ACK nach löschen"},
                                   {"keine Verbindung, PC-Schnittstelle trotzdem ändern ?"},
                                   {"nicht genügend Platz im EEprom", NoRoom, true},
+                                  {"nicht bestätigt: "},
+                                  {"nicht geschrieben: auf die Frage", WrongTerminal},
+                                  {"nicht geschrieben: "},
+                                  {"angekommen ist etwas anderes: ", OtherArrived},
+                                  {"bestätigt, aber nicht geprüft: ", NotProven},
+                                  {"Verbindung verloren: "},
                                   {"stellen Sie zuerst eine Schnittstelle ein", PortClosed, true},
                                   {"zuerst Anschluß wählen", PortClosed, true},
                                   {"Schnittstelle belegt", PortBusy, true},
@@ -45,7 +51,8 @@ constexpr CausePlace kPlaces[] = {
     {PortMissing, "ursache-fehlt"},      {PortForbidden, "ursache-rechte"},
     {PortFault, "ursache-fehlt"},        {StillGone, "ursache-geraet"},
     {WrongNumber, "ursache-nummer"},     {TooLong, "ursache-lang"},
-    {NothingIn, "ursache-leer"}};
+    {NothingIn, "ursache-leer"},         {OtherArrived, "ursache-anderes"},
+    {NotProven, "ursache-ungeprueft"},   {WrongTerminal, "ursache-anderes-terminal"}};
 
 // Refusals that explain themselves.
 constexpr std::string_view kPlainRefusals[] = {"Das Makro enthält an Position",
@@ -177,6 +184,24 @@ std::string NothingSentWords(FailureCause cause) {
   }
 }
 
+std::string ProofWords(FailureCause cause) {
+  switch (cause) {
+    case OtherArrived:
+      return "Auf der Leitung sind Zeichen verloren gegangen oder verändert worden: Das Terminal "
+             "hat etwas anderes gespeichert, als gesendet wurde, vielleicht auch unter einer "
+             "anderen Nummer. Noch einmal schreiben; kommt es wieder vor, Rate, Kabel und "
+             "Handshake prüfen.";
+    case NotProven:
+      return "Das Terminal hat den Befehl bestätigt, aber seine Prüfsumme kam nicht; ob alles "
+             "richtig angekommen ist, ist nicht bekannt. Noch einmal schreiben. Kann das Terminal "
+             "keine Prüfsummen bilden, in der Liste der Terminals „Checksumme“ ausschalten.";
+    default:
+      return "Unter dieser Adresse antwortet nicht das Terminal, das gemeint ist; geschrieben "
+             "wurde nichts. Antworten zwei Terminals zugleich, oder stimmt die Rate nicht? Die "
+             "Suche auf der Seite „Terminals“ zeigt es.";
+  }
+}
+
 std::string PortWords(FailureCause cause) {
   switch (cause) {
     case PortBusy:
@@ -245,6 +270,10 @@ std::string CauseWords(FailureCause cause, const LineState& state) {
       return "Auf die Frage nach dem freien Platz kam keine brauchbare Antwort; wie viel frei ist, "
              "ist nicht bekannt. Löschen hilft nicht. " +
              CauseWords(CauseByLine(state), state);
+    case OtherArrived:
+    case NotProven:
+    case WrongTerminal:
+      return ProofWords(cause);
     case NobodySelected:
     case SelectedSilent:
     case AllSilent:

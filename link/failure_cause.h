@@ -34,6 +34,9 @@ enum class FailureCause : std::uint8_t {
   WrongNumber,
   TooLong,
   NothingIn,
+  OtherArrived,
+  NotProven,
+  WrongTerminal,
 };
 
 /// How a failure text that the operator may be shown begins.

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "base/val.h"
+#include "inventory_page/proven_bar.h"
 #include "link/chronicle.h"
 #include "terminal/eeprom.h"
 #include "terminal/erase.h"
@@ -16,6 +17,11 @@
 
 namespace kelvo {
 namespace {
+
+// The Terminal stores what it is set to; there is nothing to check.
+std::optional<WriteOrder> ConfigOrder() {
+  return WriteOrder{{{ItemKind::Config, 0}, WriteConfig().Text(), {}}, {}};
+}
 
 QGroupBox* Group(const QString& title, const QString& explanation, QWidget* button) {
   auto* group = new QGroupBox(title);
@@ -60,10 +66,15 @@ void EepromPage::AddGroups(QVBoxLayout* page) {
   lblFreeBytesStand = new ReadMark("lblFreeBytesStand", tr("noch nicht gelesen"));
   form->addRow(ButtonRow({cmdGetFreeBytes, lblFreeBytesStand}));
   page->addWidget(space);
-  page->addWidget(Group(tr("Konfiguration"),
-                        tr("Das Terminal speichert seine jetzigen Einstellungen im EEPROM und "
-                           "beginnt nach jedem Einschalten mit ihnen."),
-                        cmdSetConfig));
+  auto* const config = Group(tr("Konfiguration"),
+                             tr("Das Terminal speichert seine jetzigen Einstellungen im EEPROM "
+                                "und beginnt nach jedem Einschalten mit ihnen."),
+                             cmdSetConfig);
+  if (services_.writeDesk != nullptr) {
+    config->layout()->addWidget(
+        new ProvenBar("Config", *services_.writeDesk, services_.person, &ConfigOrder));
+  }
+  page->addWidget(config);
   page->addStretch();
   page->addWidget(Group(tr("Konfiguration löschen"),
                         tr("Nach dem nächsten Einschalten gelten die Einstellungen des "

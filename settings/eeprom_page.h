@@ -15,6 +15,7 @@ class QVBoxLayout;
 namespace kelvo {
 
 class ReadMark;
+class WriteDesk;
 
 /// The EEPROM page: stores and deletes the Terminal's configuration, erases everything, shows the
 /// free space.
@@ -28,6 +29,8 @@ class EepromPage : public QWidget {
     TerminalState& state;
     Recordset& options;            ///< `Optionen`
     QWidget* inventory = nullptr;  ///< shown beside all else, if there is one
+    /// Writes with a proof; a page without it offers none.
+    WriteDesk* writeDesk = nullptr;
   };
   explicit EepromPage(Services services, QWidget* parent = nullptr);
 

@@ -237,6 +237,20 @@ void MacroPage::WriteMakro(int number, const std::string& suffix) {
   SendToEEprom(services_.exchange, services_.person, kelvo::WriteMakro(number, text), suffix);
 }
 
+// The same checks as in front of a usual write.
+std::optional<WriteOrder> MacroPage::OrderShown() {
+  const auto number = MakroNumber(txtMakroNr->Wire());
+  const std::string text = txtMakro->Wire();
+  if (!number) InvalidNumber(txtMakroNr);
+  if (!number || !CheckText(text)) return std::nullopt;
+  WriteOrder order;
+  order.item = {{ItemKind::Macro, *number},
+                kelvo::WriteMakro(*number, text).Text(),
+                services_.macros.Text("Bezeichnung").value_or("")};
+  order.frame.room = text.size();
+  return order;
+}
+
 void MacroPage::cmdMakroNrNehmen_Click() {
   const auto number = MakroNumber(txtMakroNr->Wire());
   if (number) txtMakroNrDisplay->SetWire(std::to_string(*number));

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/operator.h"
+#include "inventory/write_run.h"
 #include "link/exchange.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
@@ -24,6 +25,7 @@ class DeviceFonts;
 class MacroDesk;
 class MacroEdit;
 class WireField;
+class WriteDesk;
 
 /// The macro page: edits macro texts, keeps them under names in the database, writes them into the
 /// Terminal, runs and deletes them there.
@@ -38,6 +40,8 @@ class MacroPage : public QWidget {
     Recordset& macros;  ///< ctlMakroData
     Recordset& defaults;
     const DeviceFonts& fonts;
+    /// Writes with a proof; a page without it offers none.
+    WriteDesk* writeDesk = nullptr;
   };
   explicit MacroPage(Services services, QWidget* parent = nullptr);
 
@@ -87,6 +91,7 @@ class MacroPage : public QWidget {
   static std::string OthersOf(const std::string& typ);
   std::string TypToSave();
   void WriteMakro(int number, const std::string& suffix);
+  std::optional<WriteOrder> OrderShown();
   void InvalidNumber(QLineEdit* field);
   void LackingNumber(const QString& hint);
 

@@ -5,6 +5,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "inventory_page/proven_bar.h"
 #include "settings/macro_desk.h"
 #include "settings/macro_edit.h"
 #include "settings/macro_page.h"
@@ -100,6 +101,10 @@ QWidget* MacroPage::MakeWriting() {
   AddRow(form, tr("Makro-&Nummer:"), txtMakroNr, tr("0 … 255"));
   form->addRow(new QLabel(tr("Freies EEPROM:")), lblMakroFrei);
   form->addRow(ButtonRow({cmdSetMakro, cmdSetAutostartMakro}));
+  if (services_.writeDesk != nullptr) {
+    form->addRow(new ProvenBar("Makro", *services_.writeDesk, services_.person,
+                               [this] { return OrderShown(); }));
+  }
   return group;
 }
 

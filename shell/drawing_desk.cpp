@@ -10,6 +10,7 @@
 #include "terminal/eeprom.h"
 #include "terminal/version.h"
 #include "widgets/files.h"
+#include "widgets/handlers.h"
 
 namespace kelvo {
 namespace {
@@ -99,16 +100,40 @@ void DrawingDesk::SaveAsText() {
   if (name) SaveasText(*commands, *name);
 }
 
-void DrawingDesk::SaveBMPinEEProm() {
-  const EEPromAccess eeprom{
-      [this](std::size_t bytes) {
-        return HasRoom(services_.exchange, services_.state, services_.outside.person, bytes);
-      },
-      [this](const Command& command, const std::string& suffix) {
-        SendToEEprom(services_.exchange, services_.outside.person, command, suffix);
-      }};
-  kelvo::SaveBMPinEEProm(editor_.CurrentDrawing(), editor_.Terminal(), services_.outside.person,
-                         eeprom);
+// The check of room runs in front of the question for the number, for one Terminal here, for many
+// when each is reached.
+EEPromAccess DrawingDesk::BitmapAccess(BitmapTo how, std::size_t& room) {
+  return {[this, how, &room](std::size_t bytes) {
+            room = bytes;
+            return how == BitmapTo::Many ||
+                   HasRoom(services_.exchange, services_.state, services_.outside.person, bytes);
+          },
+          [this, how, &room](const Command& command, const std::string& suffix) {
+            if (how == BitmapTo::Selected) {
+              SendToEEprom(services_.exchange, services_.outside.person, command, suffix);
+              return;
+            }
+            WriteOrder order{ItemOf(command.Text()).value(), {}};
+            if (how == BitmapTo::SelectedProven) {
+              services_.writeDesk.Write(order);
+              return;
+            }
+            order.frame.room = room;
+            services_.writeDesk.WriteToMany(order);
+          }};
+}
+
+void DrawingDesk::SaveBMPinEEProm(BitmapTo how) {
+  Operator& person = services_.outside.person;
+  if (how != BitmapTo::Selected && !person.MayTalk()) return;
+  if (how != BitmapTo::Selected && TalkLater(person, this, [this, how] { SaveBMPinEEProm(how); })) {
+    return;
+  }
+  if (how == BitmapTo::SelectedProven && !services_.writeDesk.HasTarget()) return;
+  const Undertakings::Talking talking(person.Begun());
+  std::size_t room = 0;
+  kelvo::SaveBMPinEEProm(editor_.CurrentDrawing(), editor_.Terminal(), person,
+                         BitmapAccess(how, room));
 }
 
 }  // namespace kelvo

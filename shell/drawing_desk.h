@@ -9,6 +9,8 @@
 #include "graphics/drawing_page.h"
 #include "graphics/frmGrafik.h"
 #include "graphics/graphics_host.h"
+#include "graphics/save_bitmap.h"
+#include "inventory_page/write_desk.h"
 #include "link/exchange.h"
 #include "shell/outside.h"
 #include "shell/symbol_records.h"
@@ -38,8 +40,9 @@ class DrawingDesk : public QObject, private GraphicsHost {
     const DeviceFonts& fonts;
     WindowMemory& memory;
     SymbolRecords& symbols;
-    Recordset& options;                                        ///< `Optionen`
-    Recordset& defaults;                                       ///< `Default`
+    Recordset& options;   ///< `Optionen`
+    Recordset& defaults;  ///< `Default`
+    WriteDesk& writeDesk;
     std::function<int()> baudRate;                             ///< of the open port, bit/s
     std::function<bool(const std::string& text)> saveAsMakro;  ///< typ "Grafik"
     std::function<std::vector<StoredText>()> storedTexts;      ///< typ "Grafik", then "Makro"
@@ -58,7 +61,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
   void NewDrawing() override;
   void SaveAsMakro() override;
   void SaveAsText() override;
-  void SaveBMPinEEProm() override;
+  void SaveBMPinEEProm(BitmapTo how = BitmapTo::Selected) override;
   /// What is drawn, as commands; nothing when it could not be translated, which has been said.
   std::optional<std::string> TryCreatePic() { return editor_.TryCreatePic(); }
 
@@ -67,6 +70,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
   void SendShown(bool on);
 
  private:
+  EEPromAccess BitmapAccess(BitmapTo how, std::size_t& room);
   bool CanSend() const override {
     return services_.outside.com1.IsOpen() && !Sending() &&
            !services_.outside.person.Begun().HandlersRun();

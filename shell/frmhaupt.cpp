@@ -14,6 +14,7 @@
 #include "help/help_desk.h"
 #include "interfaces/raw_command.h"
 #include "inventory_page/inventory_view.h"
+#include "inventory_page/write_desk.h"
 #include "shell/drawing_desk.h"
 #include "shell/head_strip.h"
 #include "shell/port_dialog.h"
@@ -90,13 +91,17 @@ frmhaupt::frmhaupt(Outside outside)
 frmhaupt::~frmhaupt() { outside_.person.SetAdviser({}); }
 
 void frmhaupt::MakePages() {
+  writeDesk_ = new WriteDesk({exchange_, outside_.loop, outside_.person, state_, lineState_,
+                              data_.ctlDovuData, data_.Optionen},
+                             this);
   interfaces_ =
       new InterfacePage({exchange_, outside_.com1, portControl_, outside_.person, data_.ctlComData,
                          data_.Default, [this](int number) { return DescribePort(number); }});
   status_ = new StatusPage({exchange_, outside_.person, state_, data_.Default});
-  eeprom_ = new EepromPage({exchange_, outside_.person, state_, data_.Optionen, MakeInventory()});
+  eeprom_ = new EepromPage(
+      {exchange_, outside_.person, state_, data_.Optionen, MakeInventory(), writeDesk_});
   macros_ = new MacroPage(
-      {exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default, fonts_});
+      {exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default, fonts_, writeDesk_});
   text_ = new TextPage(
       {exchange_, outside_.person, fonts_, new RawCommand(exchange_, outside_.person)});
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
@@ -108,7 +113,7 @@ void frmhaupt::MakePages() {
 void frmhaupt::MakeDrawingDesk() {
   desk_ = std::make_unique<DrawingDesk>(
       DrawingDesk::Services{outside_, exchange_, state_, fonts_, memory_, symbols_, data_.Optionen,
-                            data_.Default, [this] { return interfaces_->BaudRate(); },
+                            data_.Default, *writeDesk_, [this] { return interfaces_->BaudRate(); },
                             [this](const std::string& text) {
                               return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
                             },
@@ -126,9 +131,9 @@ void frmhaupt::MakeDrawingDesk() {
 }
 
 void frmhaupt::MakeKeyboardPages() {
-  at_ = new AtPage(
-      {exchange_, outside_.com1, outside_.loop, outside_.person, state_, data_.ctlATData});
-  matrix_ = new MatrixPage({exchange_, outside_.person, state_, data_.ctlTastData});
+  at_ = new AtPage({exchange_, outside_.com1, outside_.loop, outside_.person, state_,
+                    data_.ctlATData, writeDesk_});
+  matrix_ = new MatrixPage({exchange_, outside_.person, state_, data_.ctlTastData, writeDesk_});
   const auto showHint = [this](const QString& text) {
     statusBar()->showMessage(text, kHintMilliseconds);
   };

@@ -52,6 +52,7 @@ class PortReturn;
 class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
+class WriteDesk;
 
 /// The main window. It opens the database while it is built (StoreError when that fails) and the
 /// port at its first paint.
@@ -219,6 +220,7 @@ class frmhaupt : public QMainWindow {
   AtPage* at_ = nullptr;
   MatrixPage* matrix_ = nullptr;
   MacroPage* macros_ = nullptr;
+  WriteDesk* writeDesk_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
   std::unique_ptr<SimulatorDesk> simulator_;

@@ -3,6 +3,7 @@
 #include "base/val.h"
 #include "help/help_desk.h"
 #include "inventory_page/inventory_view.h"
+#include "inventory_page/write_desk.h"
 #include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
@@ -89,6 +90,7 @@ void frmhaupt::FollowBus() {
   connect(terminals_, &SearchPage::Finished, this, note);
   connect(terminals_, &SearchPage::Finished, this, [this] { lineState_.SearchEnded(); });
   connect(dovu_, &frmDovu::Finished, this, note);
+  connect(writeDesk_, &WriteDesk::Finished, this, note);
 }
 
 void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }

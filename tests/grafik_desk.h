@@ -39,7 +39,7 @@ class HostModel : public GraphicsHost {
     return traits;
   }
   bool FensterMitZoomen() const override { return follow; }
-  void SaveBMPinEEProm() override { ++stores; }
+  void SaveBMPinEEProm(BitmapTo) override { ++stores; }
   std::vector<StoredText> StoredTexts() const override { return stored; }
 
   std::vector<StoredSymbol> Symbols() const override {

@@ -1,0 +1,51 @@
+#include "inventory_page/proven_bar.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTime>
+#include <QVBoxLayout>
+
+#include "inventory_page/write_desk.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+
+namespace kelvo {
+
+ProvenBar::ProvenBar(const char* what, WriteDesk& desk, Operator& person, Order order)
+    : desk_(desk), order_(std::move(order)) {
+  const std::string name = what;
+  one_ = MakeButton(("cmdSet" + name + "Geprueft").c_str(), tr("Geprüft schreiben"),
+                    tr("Schreibt in das gewählte Terminal: fragt vorher seine Adresse und nachher "
+                       "seine Prüfsumme ab."));
+  many_ = MakeButton(("cmdSet" + name + "Aktive").c_str(), tr("An aktive Terminals …"),
+                     tr("Schreibt dasselbe geprüft in mehrere Terminals der Liste."));
+  result_ = Named(new QLabel, ("lbl" + name + "Geprueft").c_str());
+  result_->setWordWrap(true);
+  result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  result_->hide();
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addLayout(ButtonRow({one_, many_}));
+  column->addWidget(result_);
+  OnSend(one_, this, person, &ProvenBar::Write);
+  OnClick(many_, this, person, &ProvenBar::WriteToMany);
+}
+
+void ProvenBar::Write() {
+  if (!desk_.HasTarget()) return;
+  const std::optional<WriteOrder> order = order_();
+  if (!order) return;
+  const std::optional<WriteResult> result = desk_.Write(*order);
+  if (!result) return;
+  result_->setText(tr("%1 %2: %3")
+                       .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),
+                            QString::fromStdString(ItemText(order->item.key)),
+                            QString::fromStdString(ResultText(*result))));
+  result_->show();
+}
+
+void ProvenBar::WriteToMany() {
+  if (const std::optional<WriteOrder> order = order_()) desk_.WriteToMany(*order);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,112 @@
+#include "inventory_page/write_desk.h"
+
+#include "base/val.h"
+#include "bus/terminal_search.h"
+#include "inventory_page/write_dialog.h"
+#include "terminal/eeprom.h"
+#include "terminal/version.h"
+
+namespace kelvo {
+namespace {
+
+bool IsTable(ItemKind kind) { return kind == ItemKind::MatrixTable || kind == ItemKind::AtTable; }
+
+std::string NoTarget(Listening listens) {
+  const std::string one =
+      " Geprüft wird, was ein einzelnes Terminal empfangen hat: Oben seine Adresse einsetzen und "
+      "„Terminal wählen“ drücken. An mehrere schreibt „An aktive Terminals …“.";
+  switch (listens) {
+    case Listening::All:
+      return "Gewählt sind alle Terminals zugleich (255)." + one;
+    case Listening::Nobody:
+      return "Es ist kein Terminal gewählt." + one;
+    default:
+      return "Welches Terminal hört, ist nicht bekannt." + one;
+  }
+}
+
+}  // namespace
+
+WriteDesk::WriteDesk(Services services, QWidget* window)
+    : QObject(window),
+      services_(services),
+      dialog_(new WriteDialog(
+          {services_.exchange, services_.loop, services_.person, [this] { return Selected(); }},
+          window)) {
+  connect(dialog_, &WriteDialog::Finished, this, &WriteDesk::Finished);
+}
+
+std::optional<int> WriteDesk::Selected() const {
+  return services_.line.Listens() == Listening::One ? services_.line.Address() : std::nullopt;
+}
+
+bool WriteDesk::HasTarget() {
+  if (Selected()) return true;
+  services_.person.Message(NoTarget(services_.line.Listens()), Icon::Exclamation);
+  return false;
+}
+
+std::optional<WriteResult> WriteDesk::Write(const WriteOrder& order) {
+  if (!HasTarget()) return std::nullopt;
+  const int address = *Selected();
+  std::optional<WriteResult> result = WriteTo(address, order);
+  if (!result) return std::nullopt;
+  const std::string what =
+      ItemText(order.item.key) + " an Adresse " + std::to_string(address) + ": ";
+  Q_EMIT Finished(QString::fromStdString(what + ResultText(*result)), !result->Done());
+  if (!result->Done()) {
+    services_.person.Message(ResultText(*result) + " (" + ItemText(order.item.key) +
+                                 " an Adresse " + std::to_string(address) + ")",
+                             Icon::Exclamation);
+  }
+  return result;
+}
+
+std::optional<WriteResult> WriteDesk::WriteTo(int address, const WriteOrder& order) {
+  const Undertakings::Alone alone(services_.person.Begun(),
+                                  ItemText(order.item.key) + " wird geschrieben und geprüft.");
+  if (!HasRoomFor(order)) return std::nullopt;
+  const bool canSum = CanSum(address);
+  WriteFrame frame = order.frame;
+  frame.room.reset();
+  return ProvenWrite(services_.exchange, services_.loop).Write(address, canSum, order.item, frame);
+}
+
+// The same check as in front of a usual write.
+bool WriteDesk::HasRoomFor(const WriteOrder& order) {
+  if (!order.frame.room) return true;
+  if (IsTable(order.item.key.kind)) {
+    return HasRoomForTable(services_.exchange, services_.state, services_.person);
+  }
+  return HasRoom(services_.exchange, services_.state, services_.person, *order.frame.room);
+}
+
+// What the list says of it counts; of one that is not there, its version, which is asked for once.
+bool WriteDesk::CanSum(int address) {
+  const auto addresses = services_.terminals.Column("Adresse");
+  const auto checksums = services_.terminals.Column("Checksum");
+  for (std::size_t i = 0; i < addresses.size(); ++i) {
+    if (RoundToEven(Val(addresses[i])) == address) return Val(checksums[i]) != 0;
+  }
+  if (services_.line.Version().empty()) QueryVersion(services_.exchange, services_.state);
+  const std::string& version = services_.line.Version();
+  return IsVersion(version) &&
+         ReadVersion(version).number >= services_.options.Number("ChecksumabVer");
+}
+
+void WriteDesk::WriteToMany(const WriteOrder& order) {
+  const Recordset& terminals = services_.terminals;
+  const auto names = terminals.Column("Bezeichnung");
+  const auto addresses = terminals.Column("Adresse");
+  const auto checksums = terminals.Column("Checksum");
+  const auto active = terminals.Column("aktiv");
+  std::vector<WriteJob> jobs;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    WriteJob job{names[i], RoundToEven(Val(addresses[i])), Val(checksums[i]) != 0,
+                 Val(active[i]) != 0, order};
+    jobs.push_back(std::move(job));
+  }
+  dialog_->Open(QString::fromStdString(ItemText(order.item.key)), std::move(jobs));
+}
+
+}  // namespace kelvo

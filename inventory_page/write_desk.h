@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/event_loop.h"
+#include "base/operator.h"
+#include "inventory/write_run.h"
+#include "link/line_state.h"
+#include "store/recordset.h"
+#include "terminal/terminal_state.h"
+
+namespace kelvo {
+
+class WriteDialog;
+
+/// Where the pages take what is to be written with a proof: to the Terminal that is selected, or to
+/// those of the list that the operator ticks.
+class WriteDesk : public QObject {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    EventLoop& loop;
+    Operator& person;
+    TerminalState& state;
+    const LineState& line;
+    const Recordset& terminals;  ///< `DOVU`
+    const Recordset& options;    ///< `Optionen`
+  };
+  /// The window is that of the dialog.
+  WriteDesk(Services services, QWidget* window);
+
+  /// Writes to the one Terminal that is selected and returns what came of it; a failure has been
+  /// reported. Nothing when it did not begin, which has been said.
+  std::optional<WriteResult> Write(const WriteOrder& order);
+  /// Whether one Terminal is selected; says so when not.
+  bool HasTarget();
+  /// Shows the dialog that writes to many.
+  void WriteToMany(const WriteOrder& order);
+
+ Q_SIGNALS:
+  /// Something is over: what came of it.
+  void Finished(const QString& result, bool failed);
+
+ private:
+  std::optional<int> Selected() const;
+  std::optional<WriteResult> WriteTo(int address, const WriteOrder& order);
+  bool HasRoomFor(const WriteOrder& order);
+  bool CanSum(int address);
+
+  Services services_;
+  WriteDialog* dialog_;
+};
+
+}  // namespace kelvo

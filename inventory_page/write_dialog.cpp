@@ -1,0 +1,97 @@
+#include "inventory_page/write_dialog.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <algorithm>
+
+#include "bus/terminal_search.h"
+#include "bus/tick_list.h"
+
+namespace kelvo {
+namespace {
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+}  // namespace
+
+WriteDialog::WriteDialog(Services services, QWidget* parent)
+    : TerminalsDialog(
+          {"frmSchreiben", "ctlSchreibenListe", "lblSchreibenMoment", "lblSchreibenErgebnis",
+           "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAbbruch"},
+          {{tr("Terminal"), tr("Adresse"), tr("Was"), tr("Checksumme"), tr("Zustand")},
+           {22, 10, 20, 13},
+           tr("&Schreiben"),
+           tr("Wählt die angekreuzten nacheinander, schreibt und prüft, was angekommen ist."),
+           tr("&Alle"),
+           tr("Hört auf, wenn das Terminal fertig ist, das gerade an der Reihe ist."),
+           tr("Es hört auf, wenn das Terminal fertig ist, das gerade an der Reihe ist …"),
+           "Es wird in mehrere Terminals geschrieben."},
+          services.exchange, services.person, parent),
+      services_(std::move(services)),
+      run_(services_.exchange, services_.loop) {}
+
+void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
+  if (!Running()) {
+    setWindowTitle(tr("%1 an aktive Terminals schreiben").arg(title));
+    jobs_ = std::move(jobs);
+    FillList();
+  }
+  Present();
+}
+
+void WriteDialog::FillList() {
+  List()->clear();
+  for (const WriteJob& job : jobs_) {
+    List()->Add({Text(job.terminal), QString::number(job.address),
+                 Text(ItemText(job.order.item.key)), Text(YesNoText(job.canSum)), QString()},
+                job.ticked);
+  }
+  StartButton()->setEnabled(!jobs_.empty());
+  ResultLabel()->setText(jobs_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());
+}
+
+void WriteDialog::Run() {
+  for (std::size_t i = 0; i < jobs_.size(); ++i) {
+    jobs_[i].ticked = List()->Ticked(static_cast<int>(i));
+    // What a run before this one has shown stays, but for those that take part again.
+    if (jobs_[i].ticked) jobs_[i].state = JobState::None;
+    ShowJob(i);
+  }
+  ResultLabel()->clear();
+  const std::optional<int> selected = services_.selected();
+  run_.Run(jobs_, selected, [this](std::size_t index) {
+    ShowJob(index);
+    if (jobs_[index].state != JobState::Waiting) List()->ScrollTo(static_cast<int>(index));
+  });
+  ShowSummary(selected);
+}
+
+void WriteDialog::ShowJob(std::size_t index) {
+  const WriteJob& job = jobs_[index];
+  const bool proven = job.Done() && job.result.verdict == WriteVerdict::Proven;
+  const int row = static_cast<int>(index);
+  ShowState(row, job.ticked, JobText(job),
+            proven         ? GoodColour()
+            : job.Failed() ? FailedColour()
+                           : QColor());
+  List()->topLevelItem(row)->setToolTip(List()->columnCount() - 1, Text(JobText(job)));
+}
+
+void WriteDialog::ShowSummary(std::optional<int> selected) {
+  const bool alive = services_.exchange.Alive();
+  const auto failed =
+      std::find_if(jobs_.begin(), jobs_.end(), [](const WriteJob& job) { return job.Failed(); });
+  const QString summary = Text(JobSummary(jobs_));
+  QString text = summary;
+  const bool left = std::any_of(jobs_.begin(), jobs_.end(),
+                                [](const WriteJob& j) { return j.ticked && !j.Done(); });
+  if (left) text += tr(" Angekreuzt ist noch, was fehlt; \"Schreiben\" wiederholt nur das.");
+  text += !alive     ? tr(" Die Verbindung ging verloren.")
+          : selected ? tr(" Gewählt ist wieder die Adresse %1.").arg(*selected)
+                     : tr(" Keines ist mehr gewählt; \"Terminal wählen\" wählt wieder eines.");
+  ResultLabel()->setText(text);
+  Q_EMIT Finished(tr("%1: %2").arg(windowTitle(), summary), failed != jobs_.end() || !alive);
+  if (failed != jobs_.end()) List()->ScrollTo(static_cast<int>(failed - jobs_.begin()));
+}
+
+}  // namespace kelvo

@@ -1,0 +1,142 @@
+#include <QSpinBox>
+#include <QTableView>
+#include <QTreeWidget>
+
+#include "keyboards/at_list.h"
+#include "tests/fakes/simulated_terminal.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+using sim::Eeprom;
+using testing_world::milliseconds;
+
+/// The program, and Terminals on its line.
+class WriteDeskTest : public WindowTest {
+ protected:
+  void BeginOn(Tab tab) {
+    Sql("insert into DOVU (Adresse, Bezeichnung, Checksum, aktiv) values "
+        "(3, 'Tor', 1, 1), (7, 'Pult', 1, 1), (9, 'alt', 0, 0)");
+    port.characterTime = testing_world::nanoseconds(520'833);
+    for (const int address : {3, 7, 9}) {
+      line.bus.Add({.address = address}, fonts)->PowerOn(loop.Now());
+    }
+    StartOn(tab);
+  }
+  void Select(int address) {
+    Find<QSpinBox>("ctlUpDownAdrDovu").setValue(address);
+    Click("cmdDovuAktivieren");
+    Forget();
+  }
+  std::string Macro(std::size_t terminal, int number) {
+    return line.bus.At(terminal)
+        .Memory()
+        .Read(Eeprom::Kind::Macro, static_cast<unsigned char>(number))
+        .value_or("-");
+  }
+  std::string State(int row) {
+    const QTreeWidgetItem& item = *Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(row);
+    return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(4).toStdString();
+  }
+
+  DeviceFonts fonts;
+  testing_world::SimulatedLine line{loop, port};
+};
+
+TEST_F(WriteDeskTest, MacroIsProvenToTheOneThatIsSelected) {
+  BeginOn(Tab::Macros);
+  Type("txtMakroNr", "5");
+  Click("cmdSetMakroGeprueft");
+  EXPECT_TRUE(person.LastMessage().starts_with("Welches Terminal hört, ist nicht bekannt."));
+  EXPECT_EQ(Written(), "");
+  Select(255);
+  Click("cmdSetMakroGeprueft");
+  EXPECT_TRUE(person.LastMessage().starts_with("Gewählt sind alle Terminals zugleich (255)."));
+  Select(7);
+  Find<QPlainTextEdit>("txtMakro").setPlainText(QStringLiteral("Hallo"));
+  const auto messages = person.messages.size();
+  Click("cmdSetMakroGeprueft");
+  EXPECT_EQ(Written(), "←E?F←!A7;←?A←C!" + std::string("←") + "EWM5,Hallo♥←C?");
+  EXPECT_EQ(Macro(1, 5), "Hallo");
+  EXPECT_TRUE(Text("lblMakroGeprueft").ends_with("Makro 5: empfangen und bestätigt"));
+  EXPECT_NE(Text("lblAktivitaet").find("Makro 5 an Adresse 7: empfangen und bestätigt"),
+            std::string::npos);
+  EXPECT_EQ(person.messages.size(), messages);
+  line.bus.At(1).SetFault(sim::Fault::Nak);
+  Click("cmdSetMakroGeprueft");
+  EXPECT_EQ(person.LastMessage(),
+            "nicht bestätigt: das Terminal hat es abgelehnt (NAK) (Makro 5 an Adresse 7)");
+}
+
+// The same macro, keyboard tables and all: what each page writes with a proof is what its usual
+// button writes.
+TEST_F(WriteDeskTest, EachPageWritesTheSameAsItsUsualButton) {
+  BeginOn(Tab::MatrixKeyboard);
+  Select(3);
+  const auto records = [this] { return line.bus.At(0).Memory().Records(); };
+  Find<QCheckBox>("chkTastZeile_0").setChecked(true);
+  Find<QCheckBox>("chkTastSpalte_0").setChecked(true);
+  Type("txtTastMatrix_0", "A");
+  Type("txtTastTabNr", "4");
+  auto& list = *Find<QTableView>("ctlATTabListe").model();
+  list.setData(list.index(0, AtList::OldCode), 65);
+  list.setData(list.index(0, AtList::NewCode), 66);
+  struct Pair {
+    Tab tab;
+    const char* usual;
+    const char* proven;
+  };
+  for (const Pair& pair : {Pair{Tab::MatrixKeyboard, "cmdSetMatrixTab", "cmdSetMatrixTabGeprueft"},
+                           Pair{Tab::AtKeyboard, "cmdSetATTab", "cmdSetATTabGeprueft"},
+                           Pair{Tab::Eeprom, "cmdSetConfig", "cmdSetConfigGeprueft"}}) {
+    Show(pair.tab);
+    line.bus.At(0).Memory().Erase();
+    Click(pair.usual);
+    const auto usual = records();
+    EXPECT_EQ(usual.size(), 1U) << pair.usual;
+    line.bus.At(0).Memory().Erase();
+    Click(pair.proven);
+    EXPECT_EQ(records(), usual) << pair.proven;
+  }
+  EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
+  Show(Tab::MatrixKeyboard);
+  Type("txtTastTabNr", "256");
+  Forget();
+  Click("cmdSetMatrixTabGeprueft");
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
+  BeginOn(Tab::Macros);
+  Select(9);
+  Type("txtMakroNr", "5");
+  Find<QPlainTextEdit>("txtMakro").setPlainText(QStringLiteral("Hallo"));
+  Forget();
+  Click("cmdSetMakroAktive");
+  EXPECT_EQ(Written(), "");
+  line.bus.At(1).SetFault(sim::Fault::Silent);
+  Click("cmdSchreiben");
+  EXPECT_EQ(State(0), "empfangen und bestätigt");
+  EXPECT_EQ(State(1), "*nicht geschrieben: unter Adresse 7 antwortet niemand");
+  EXPECT_EQ(State(2), "");
+  EXPECT_EQ(Text("lblSchreibenErgebnis"),
+            "1 geprüft, 0 bestätigt ohne Prüfsumme, 1 fehlgeschlagen. Angekreuzt ist noch, was "
+            "fehlt; \"Schreiben\" wiederholt nur das. Gewählt ist wieder die Adresse 9.");
+  line.bus.At(1).SetFault(sim::Fault::None);
+  Forget();
+  Click("cmdSchreiben");
+  EXPECT_EQ(Written(), "←!A7;←?A←E?F←C!←EWM5,Hallo♥←C?←!A9;");
+  EXPECT_EQ(Macro(0, 5) + Macro(1, 5) + Macro(2, 5), "HalloHallo-");
+  // Closed in the middle it ends behind the one whose turn it is.
+  Click("cmdSchreibenAlle");
+  loop.After(milliseconds(30), [this] { Find("frmSchreiben").close(); });
+  Click("cmdSchreiben");
+  EXPECT_FALSE(Find("frmSchreiben").isVisible());
+  EXPECT_EQ(State(0), "empfangen und bestätigt");
+  EXPECT_EQ(State(2), "*wartet");
+  EXPECT_TRUE(port.written.ends_with("\x1b!A9;"));
+}
+
+}  // namespace
+}  // namespace kelvo
