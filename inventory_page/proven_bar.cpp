@@ -35,12 +35,10 @@ void ProvenBar::Write() {
   if (!desk_.HasTarget()) return;
   const std::optional<WriteOrder> order = order_();
   if (!order) return;
-  const std::optional<WriteResult> result = desk_.Write(*order);
+  const std::optional<std::string> result = desk_.Write(*order);
   if (!result) return;
-  result_->setText(tr("%1 %2: %3")
-                       .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),
-                            QString::fromStdString(ItemText(order->item.key)),
-                            QString::fromStdString(ResultText(*result))));
+  result_->setText(tr("%1 %2").arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),
+                                   QString::fromStdString(*result)));
   result_->show();
 }
 

@@ -46,20 +46,18 @@ bool WriteDesk::HasTarget() {
   return false;
 }
 
-std::optional<WriteResult> WriteDesk::Write(const WriteOrder& order) {
+std::optional<std::string> WriteDesk::Write(const WriteOrder& order) {
   if (!HasTarget()) return std::nullopt;
   const int address = *Selected();
-  std::optional<WriteResult> result = WriteTo(address, order);
+  const std::optional<WriteResult> result = WriteTo(address, order);
   if (!result) return std::nullopt;
-  const std::string what =
-      ItemText(order.item.key) + " an Adresse " + std::to_string(address) + ": ";
-  Q_EMIT Finished(QString::fromStdString(what + ResultText(*result)), !result->Done());
+  const std::string what = ItemText(order.item.key) + " an Adresse " + std::to_string(address);
+  const std::string text = what + ": " + ResultText(*result);
+  Q_EMIT Finished(QString::fromStdString(text), !result->Done());
   if (!result->Done()) {
-    services_.person.Message(ResultText(*result) + " (" + ItemText(order.item.key) +
-                                 " an Adresse " + std::to_string(address) + ")",
-                             Icon::Exclamation);
+    services_.person.Message(ResultText(*result) + " (" + what + ")", Icon::Exclamation);
   }
-  return result;
+  return text;
 }
 
 std::optional<WriteResult> WriteDesk::WriteTo(int address, const WriteOrder& order) {

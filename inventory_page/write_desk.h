@@ -35,9 +35,9 @@ class WriteDesk : public QObject {
   /// The window is that of the dialog.
   WriteDesk(Services services, QWidget* window);
 
-  /// Writes to the one Terminal that is selected and returns what came of it; a failure has been
-  /// reported. Nothing when it did not begin, which has been said.
-  std::optional<WriteResult> Write(const WriteOrder& order);
+  /// Writes to the one Terminal that is selected and returns in words what came of it (UTF-8); a
+  /// failure has been reported. Nothing when it did not begin, which has been said.
+  std::optional<std::string> Write(const WriteOrder& order);
   /// Whether one Terminal is selected; says so when not.
   bool HasTarget();
   /// Shows the dialog that writes to many.

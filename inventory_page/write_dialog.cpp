@@ -19,7 +19,7 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
           {"frmSchreiben", "ctlSchreibenListe", "lblSchreibenMoment", "lblSchreibenErgebnis",
            "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAbbruch"},
           {{tr("Terminal"), tr("Adresse"), tr("Was"), tr("Checksumme"), tr("Zustand")},
-           {22, 10, 20, 13},
+           {18, 9, 18, 14},
            tr("&Schreiben"),
            tr("Wählt die angekreuzten nacheinander, schreibt und prüft, was angekommen ist."),
            tr("&Alle"),

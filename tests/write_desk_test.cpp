@@ -59,7 +59,7 @@ TEST_F(WriteDeskTest, MacroIsProvenToTheOneThatIsSelected) {
   Click("cmdSetMakroGeprueft");
   EXPECT_EQ(Written(), "←E?F←!A7;←?A←C!" + std::string("←") + "EWM5,Hallo♥←C?");
   EXPECT_EQ(Macro(1, 5), "Hallo");
-  EXPECT_TRUE(Text("lblMakroGeprueft").ends_with("Makro 5: empfangen und bestätigt"));
+  EXPECT_TRUE(Text("lblMakroGeprueft").ends_with("Makro 5 an Adresse 7: empfangen und bestätigt"));
   EXPECT_NE(Text("lblAktivitaet").find("Makro 5 an Adresse 7: empfangen und bestätigt"),
             std::string::npos);
   EXPECT_EQ(person.messages.size(), messages);
