@@ -44,14 +44,15 @@ bool HasGlyph(const DeviceFont& font, unsigned char character) {
 MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
   auto* bottom = new QHBoxLayout;
   QWidget* const records = MakeRecords();
-  QWidget* const editor = MakeEditor();
+  QWidget* const panes = MakePanes();
   bottom->addWidget(MakeWriting(), 1);
   bottom->addWidget(MakeRunning(), 1);
   auto* page = new QVBoxLayout(this);
   page->addWidget(records);
-  page->addWidget(editor, 1);
+  page->addWidget(panes, 1);
   page->addLayout(bottom);
   ConnectControls();
+  ConnectTable();
 }
 
 Fields MacroPage::FieldsOf(const std::string& typ, const std::string& wire, double number) {
@@ -72,6 +73,7 @@ void MacroPage::Show(const Edit& edit) {
   ShowLength();
   OfferNumber();
   ShowContext();
+  ShowRecordsSoon();
 }
 
 void MacroPage::Edited() {
@@ -95,6 +97,7 @@ void MacroPage::ShowContext() {
                      RoundToEven(services_.defaults.Number("displayy"))};
   context.isMacro = services_.macros.Text("typ").value_or("Makro") == "Makro";
   context.number = MakroNumber(txtMakroNr->Wire());
+  context.macroText = [this](int number) { return NumberedText(number); };
   context.hasGlyph = [this](int font, unsigned char character) {
     return HasGlyph(services_.fonts.Font(font), character);
   };
@@ -112,6 +115,7 @@ void MacroPage::ShowLength() {
 
 void MacroPage::Shown() {
   records_->Refresh();
+  ShowRecordsSoon();
   ShowContext();  // the display may be another one now
   ShowFreeBytes();
 }
@@ -139,11 +143,13 @@ void MacroPage::ShowRecord(std::int64_t bookmark) {
 
 bool MacroPage::SaveMakro(const std::string& typ, const std::string& wire, double number,
                           const std::string& proposedName) {
+  ShowRecordsSoon();
   return records_->Save(FieldsOf(typ, wire, number), {wire, {}}, proposedName);
 }
 
 void MacroPage::SaveShown() {
   const Edit edit = OnScreen();
+  ShowRecordsSoon();
   records_->SaveShown(FieldsOf(TypToSave(), edit.text, NumberOf(edit)), edit);
 }
 

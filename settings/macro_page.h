@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "base/operator.h"
 #include "inventory/write_run.h"
 #include "link/exchange.h"
+#include "settings/macro_table_model.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
 #include "widgets/record_editor.h"
@@ -18,12 +20,14 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class QSplitter;
 
 namespace kelvo {
 
 class DeviceFonts;
 class MacroDesk;
 class MacroEdit;
+class MacroTable;
 class WireField;
 class WriteDesk;
 
@@ -54,6 +58,14 @@ class MacroPage : public QWidget {
   /// Shows what is known about the Terminal's memory.
   void ShowFreeBytes();
 
+  /// How the stored texts stand to what the Terminal holds; without it the table does not know.
+  void SetInTerminal(InTerminalOf inTerminal);
+  /// What that function tells may be different now.
+  void TerminalChanged();
+  /// How the page is divided, to be remembered.
+  QByteArray Arrangement() const;
+  void Arrange(const QByteArray& arrangement);
+
   /// Stores a text under a name that the operator is asked for; `number` below 0 means that it has
   /// none in the Terminal. Overwrites a record of that name only after a Yes. False when the
   /// operator gave up.
@@ -77,7 +89,13 @@ class MacroPage : public QWidget {
   QWidget* MakeEditor();
   QWidget* MakeWriting();
   QWidget* MakeRunning();
+  QWidget* MakePanes();
   void ConnectControls();
+  void ConnectTable();
+  void ShowRecordsSoon();
+  void ShowRecords();
+  void NoteMacros();
+  std::optional<std::string> NumberedText(int number) const;
   void Show(const Edit& edit);
   static Fields FieldsOf(const std::string& typ, const std::string& wire, double number);
   static double NumberOf(const Edit& edit);
@@ -107,9 +125,13 @@ class MacroPage : public QWidget {
 
   Services services_;
   std::optional<RecordEditor<Edit>> records_;
+  bool recordsPending_ = false;
+  std::map<int, std::string> numbered_;  // macros in the database by their numbers
 
   QComboBox* cboMakro;
   std::array<QRadioButton*, 5> chkMakroTyp{};  // 1..4
+  QSplitter* splMakros;
+  MacroTable* table_;
   MacroDesk* desk_;
   MacroEdit* txtMakro;  // on the desk
   WireField* txtMakroNr;

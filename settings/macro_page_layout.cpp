@@ -3,12 +3,14 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 #include "inventory_page/proven_bar.h"
 #include "settings/macro_desk.h"
 #include "settings/macro_edit.h"
 #include "settings/macro_page.h"
+#include "settings/macro_table.h"
 #include "settings/macros.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -55,6 +57,19 @@ QWidget* MacroPage::MakeRecords() {
   column->addLayout(kinds);
   column->addLayout(row.layout);
   return group;
+}
+
+// The editor takes what is over; the others can be drawn together to nothing.
+QWidget* MacroPage::MakePanes() {
+  splMakros = Named(new QSplitter, "splMakros");
+  table_ = new MacroTable;
+  splMakros->addWidget(table_);
+  splMakros->addWidget(MakeEditor());
+  splMakros->setStretchFactor(1, 1);
+  splMakros->setCollapsible(1, false);
+  const int character = fontMetrics().averageCharWidth();
+  splMakros->setSizes({character * 45, character * 90});
+  return splMakros;
 }
 
 QWidget* MacroPage::MakeEditor() {

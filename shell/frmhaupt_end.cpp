@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kBesideFirst = 48;  // pixels
 constexpr char kTrafficColumns[] = "ctlVerkehr";
+constexpr char kMacroPanes[] = "Makro-Seite";
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string joined;
@@ -37,6 +38,7 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());
+  memory_.RememberState(kMacroPanes, macros_->Arrangement());
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   if (!mnuOptionenSimulatorBehalten->isChecked()) simulator_->End();
   desk_->Editor().SetAutomaticSend(false);
@@ -82,6 +84,7 @@ std::array<QWidget*, 5> frmhaupt::RememberedWindows() {
 void frmhaupt::RestoreWindows() {
   for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
   traffic_->RestoreColumns(memory_.State(kTrafficColumns));
+  macros_->Arrange(memory_.State(kMacroPanes));
   // A second program opens beside the first one.
   if (slot_.Number() > 1) move(pos() + QPoint(kBesideFirst, kBesideFirst) * (slot_.Number() - 1));
   connect(help_.get(), &HelpDesk::WindowMade, this,

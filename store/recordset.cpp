@@ -72,7 +72,9 @@ void Recordset::ReadRecords() {
   while (statement.Step()) {
     records.push_back({std::get<std::int64_t>(statement.Column(0)), RowOf(statement)});
   }
+  if (records == records_) return;
   records_ = std::move(records);
+  ++revision_;
 }
 
 void Recordset::SetSource(std::string source) {
@@ -206,6 +208,7 @@ void Recordset::Update() {
       adding_ ? sqlite3_last_insert_rowid(database_.Handle()) : records_[position_].key;
   Row stored = Stored(key);
   transaction.Commit();
+  ++revision_;
   if (adding_) {
     records_.push_back({key, std::move(stored)});
   } else {
@@ -222,6 +225,7 @@ void Recordset::Delete() {
   statement.Bind(1, records_[position_].key);
   statement.Step();
   transaction.Commit();
+  ++revision_;
   records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(position_));
   deleted_ = true;
 }

@@ -91,6 +91,9 @@ class Recordset {
   /// current then.
   void Restore(std::int64_t bookmark, const Row& row);
 
+  /// Another number whenever the records here, or what they hold, have changed.
+  std::uint64_t Revision() const { return revision_; }
+
   /// Called after each change of the current record, also when it stays the same after a refresh.
   void SetRepositionHandler(std::function<void()> handler) { repositioned_ = std::move(handler); }
 
@@ -98,6 +101,7 @@ class Recordset {
   struct Record {
     std::int64_t key;
     Row row;
+    bool operator==(const Record&) const = default;
   };
 
   void ReadRecords();
@@ -113,6 +117,7 @@ class Recordset {
   std::string table_;  // quoted
   std::vector<std::string> fields_;
   std::vector<Record> records_;
+  std::uint64_t revision_ = 0;
   std::size_t position_ = 0;
   bool deleted_ = false;  // the record before records_[position_] was current and is gone
   bool adding_ = false;

@@ -14,6 +14,7 @@ constexpr int kBookmarkRole = Qt::UserRole + 1;
 
 void NameList::Fill(const Recordset& records) {
   box_.clear();
+  indexes_.clear();
   std::size_t position = 0;
   for (const std::string& name : records.Column("Bezeichnung")) {
     Add(NewEntry::Last, records.BookmarkAt(position++), name);
@@ -34,6 +35,7 @@ void NameList::Add(NewEntry where, std::int64_t bookmark, const std::string& nam
   const int index = where == NewEntry::First ? 0 : box_.count();
   box_.insertItem(index, QString());
   box_.setItemData(index, qlonglong{bookmark}, kBookmarkRole);
+  NoteIndexes(index);
   Rename(bookmark, name);
 }
 
@@ -43,7 +45,13 @@ void NameList::Rename(std::int64_t bookmark, const std::string& name) {
   box_.setItemText(index, QString::fromStdString(name));
 }
 
-void NameList::Remove(std::int64_t bookmark) { box_.removeItem(IndexOf(bookmark)); }
+void NameList::Remove(std::int64_t bookmark) {
+  const int index = IndexOf(bookmark);
+  if (index < 0) return;
+  indexes_.erase(bookmark);
+  box_.removeItem(index);
+  NoteIndexes(index);
+}
 
 void NameList::Mark(std::int64_t bookmark, bool unsaved) {
   const int index = IndexOf(bookmark);
@@ -57,8 +65,15 @@ std::string NameList::ChosenName() const { return NameAt(box_.currentIndex()); }
 
 std::int64_t NameList::Chosen() const { return box_.currentData(kBookmarkRole).toLongLong(); }
 
+void NameList::NoteIndexes(int first) {
+  for (int index = first; index < box_.count(); ++index) {
+    indexes_[box_.itemData(index, kBookmarkRole).toLongLong()] = index;
+  }
+}
+
 int NameList::IndexOf(std::int64_t bookmark) const {
-  return box_.findData(qlonglong{bookmark}, kBookmarkRole);
+  const auto found = indexes_.find(bookmark);
+  return found == indexes_.end() ? -1 : found->second;
 }
 
 std::string NameList::NameAt(int index) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 
 class QComboBox;
 
@@ -41,10 +42,13 @@ class NameList {
   std::int64_t Chosen() const;
 
  private:
+  /// Of this entry and all behind it.
+  void NoteIndexes(int first);
   int IndexOf(std::int64_t bookmark) const;
   std::string NameAt(int index) const;
 
   QComboBox& box_;
+  std::unordered_map<std::int64_t, int> indexes_;  // by bookmark; thousands of records are usual
 };
 
 }  // namespace kelvo
