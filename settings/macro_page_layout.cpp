@@ -134,6 +134,7 @@ QWidget* MacroPage::MakeRunning() {
   lblMakroHinweis = Named(new QLabel, "lblMakroHinweis");
   lblMakroHinweis->setWordWrap(true);
   lblMakroHinweis->hide();
+  KeepRoom(lblMakroHinweis, 2);
   cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
                             tr("Führt das Makro dieser Nummer im Terminal aus (F7)."));
   AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F7));

@@ -153,6 +153,7 @@ QWidget* TextPage::MakeTextStyle() {
   form->addRow(new QLabel(tr("Zoom:")), MakeZoom());
   lblTextZoomStand = Named(new QLabel, "lblTextZoomStand");
   lblTextZoomStand->hide();
+  KeepRoom(lblTextZoomStand, 1);
   form->addRow(QString(), lblTextZoomStand);
   cmdSetText = MakeButton("cmdSetText", tr("Te&xtmodus setzen"));
   cmdGetText = MakeButton("cmdGetText", tr("Textmodus lesen"));

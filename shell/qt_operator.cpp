@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
@@ -109,11 +110,21 @@ void QtOperator::Remember() {
 // over the dialog. Another box is none, because it goes when it has been read. When a dialog has
 // just closed no window is active yet: then it is the one before.
 QWidget* QtOperator::Owner() {
+  if (asking_ != nullptr && asking_->isVisible()) return asking_;
   Remember();
   const auto open = std::find_if(used_.rbegin(), used_.rend(), [](const auto& window) {
     return window != nullptr && window->isVisible();
   });
   return open != used_.rend() ? open->data() : window_;
+}
+
+// What one action asks one after the other stays over one window, whichever the system brings to
+// the front meanwhile.
+int QtOperator::Run(QDialog& dialog) {
+  const int result = dialog.exec();
+  asking_ = dialog.parentWidget();
+  QTimer::singleShot(0, &following_, [this] { asking_ = nullptr; });
+  return result;
 }
 
 QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,
@@ -145,7 +156,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
   QPushButton* const traffic = Explain(box, text, hint);
   box.setDefaultButton(ok);
   box.setEscapeButton(ok);
-  box.exec();
+  Run(box);
   if (traffic != nullptr && box.clickedButton() == traffic) Advisers().showTraffic();
 }
 
@@ -179,7 +190,7 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   // A hasty Return must not destroy anything.
   box.setDefaultButton(proposal == Proposal::No || icon == Icon::Exclamation ? no : yes);
   box.setEscapeButton(no);
-  box.exec();
+  Run(box);
   return box.clickedButton() == yes;
 }
 
@@ -193,7 +204,7 @@ Decision QtOperator::AskToSave(const std::string& text) {
   QPushButton* const cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
   box.setDefaultButton(save);
   box.setEscapeButton(cancel);
-  box.exec();
+  Run(box);
   if (box.clickedButton() == save) return Decision::Save;
   return box.clickedButton() == discard ? Decision::Discard : Decision::Cancel;
 }
@@ -211,13 +222,13 @@ std::optional<std::string> QtOperator::Input(const std::string& prompt, const st
     QObject::connect(&dialog, &QInputDialog::textValueChanged,
                      [&typed](const QString& text) { typed(text.toStdString()); });
   }
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   return dialog.textValue().toStdString();
 }
 
 std::optional<std::string> QtOperator::ChooseFile(QFileDialog& dialog) {
   if (QFileInfo(folder_).isDir()) dialog.setDirectory(folder_);
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   const QString name = dialog.selectedFiles().value(0);
   if (name.isEmpty()) return std::nullopt;
   folder_ = QFileInfo(name).absolutePath();

@@ -7,6 +7,7 @@
 #include "base/event_loop.h"
 #include "base/operator.h"
 
+class QDialog;
 class QFileDialog;
 class QMessageBox;
 class QPushButton;
@@ -40,6 +41,7 @@ class QtOperator : public Operator {
 
  private:
   QWidget* Owner();
+  int Run(QDialog& dialog);
   void Remember();
   /// Adds what leads on; the button that leads to the traffic, nullptr without any.
   QPushButton* Explain(QMessageBox& box, const std::string& text, const std::string& hint) const;
@@ -48,6 +50,7 @@ class QtOperator : public Operator {
   const EventLoop& loop_;
   QWidget* window_ = nullptr;
   std::vector<QPointer<QWidget>> used_;  // windows that stay, the one used last at the end
+  QPointer<QWidget> asking_;             // until the action that asks is over
   QObject following_;
   QString folder_;
 };

@@ -144,6 +144,17 @@ TEST_F(QtOperatorTest, BoxComesUpOverTheWindowThatIsActive) {
   EXPECT_EQ(person.OpenFile("", "Text (txt) |*.txt"), std::nullopt);
   EXPECT_EQ(owner(), &editor);
   EXPECT_EQ(owner(), &editor);
+  // When it goes, the system may give the front to another.
+  Next<QFileDialog>([&main](QFileDialog& file) {
+    QObject::connect(&file, &QDialog::finished, &main, [&main] {
+      main.activateWindow();
+      QApplication::processEvents();
+    });
+  });
+  EXPECT_EQ(person.OpenFile("", "Text (txt) |*.txt"), std::nullopt);
+  EXPECT_EQ(owner(), &editor);
+  editor.activateWindow();
+  QApplication::processEvents();
   editor.hide();
   EXPECT_EQ(owner(), &main);
 }

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QShortcut>
+#include <algorithm>
 
 #include "widgets/symbol.h"
 
@@ -46,6 +47,24 @@ QPushButton* MakeDangerButton(const char* name, const QString& caption, const QS
 void AddShortcut(QPushButton* button, const QKeySequence& keys) {
   auto* shortcut = new QShortcut(keys, button);
   QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+}
+
+void KeepRoom(QLabel* label, int lines) {
+  label->setMinimumHeight(label->fontMetrics().lineSpacing() * lines);
+  QSizePolicy policy = label->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  label->setSizePolicy(policy);
+}
+
+void FitCaptions(QPushButton* button, std::initializer_list<QString> captions) {
+  const QString shown = button->text();
+  int widest = 0;
+  for (const QString& caption : captions) {
+    button->setText(caption);
+    widest = std::max(widest, button->sizeHint().width());
+  }
+  button->setText(shown);
+  button->setMinimumWidth(widest);
 }
 
 void CloseByEscape(QWidget* window) {

@@ -35,6 +35,10 @@ QPushButton* MakeButton(const char* name, const QString& caption, const QString&
 QPushButton* MakeDangerButton(const char* name, const QString& caption, const QString& tip = {});
 /// A key that presses the button, beside the mnemonic in its caption.
 void AddShortcut(QPushButton* button, const QKeySequence& keys);
+/// A label keeps the room of so many lines while it is hidden or has fewer.
+void KeepRoom(QLabel* label, int lines);
+/// A button as wide as each of these captions needs, whichever it bears.
+void FitCaptions(QPushButton* button, std::initializer_list<QString> captions);
 /// Escape closes a window that only shows something.
 void CloseByEscape(QWidget* window);
 /// A label that shows a value: selectable, named for a screen reader by its row's label.
