@@ -38,13 +38,17 @@ FindDialog::FindDialog(Services services, QWidget* parent)
   lblSuchenErgebnis = Named(new QLabel, "lblSuchenErgebnis");
   lblSuchenErgebnis->setWordWrap(true);
   lblSuchenErgebnis->setTextFormat(Qt::PlainText);
-  lblSuchenErgebnis->setMinimumHeight(fontMetrics().lineSpacing() * 3);
+  lblSuchenErgebnis->setMinimumHeight(fontMetrics().lineSpacing() * 4);
   auto* page = new QVBoxLayout(this);
   page->addWidget(what);
   page->addLayout(MakeTop());
   page->addWidget(ctlSuchenFortschritt);
   page->addWidget(ctlSuchenListe, 1);
   page->addWidget(lblSuchenErgebnis);
+  auto* close = MakeButton("cmdSuchenSchliessen", tr("Schließen"));
+  close->setAutoDefault(false);
+  connect(close, &QPushButton::clicked, this, &QDialog::reject);
+  page->addLayout(ButtonRow({close}));
   resize(fontMetrics().averageCharWidth() * 80, fontMetrics().lineSpacing() * 26);
 }
 
@@ -112,16 +116,17 @@ void FindDialog::cmdSuchen_Click() {
 
 void FindDialog::Search() {
   const int address = txtSuchenAdresse->value();
+  results_.clear();
   const auto results = finder_.Run(address, services_.handshaking(),
                                    [this](const LineResult& result) { Show(result); });
   if (!services_.exchange.Alive()) {
     services_.restore();
-    return lblSuchenErgebnis->setText(tr("Die Verbindung zum Gerät ging verloren."));
+    return End(tr("Die Verbindung zum Gerät ging verloren."), true);
   }
   const QString report = Text(FinderReport(results, address, finder_.Stopped()));
-  lblSuchenErgebnis->setText(report);
   if (!finder_.Stopped()) ctlSuchenFortschritt->setValue(ctlSuchenFortschritt->maximum());
   const bool found = !results.empty() && results.back().heard == LineHeard::Terminal;
+  End(report, !found);
   const bool wanted =
       found && services_.person.Ask(report.toStdString() + " Übernehmen und speichern ?",
                                     Icon::Question, {}, Proposal::No);
@@ -130,7 +135,15 @@ void FindDialog::Search() {
   lblSuchenErgebnis->setText(report + tr(" Übernommen."));
 }
 
+void FindDialog::End(const QString& report, bool failed) {
+  lblSuchenErgebnis->setText(report);
+  if (services_.ended) services_.ended(report.toStdString(), failed);
+}
+
 void FindDialog::Show(const LineResult& result) {
+  results_.push_back(result);
+  const std::string advice = AdviceAfterRates(results_, txtSuchenAdresse->value());
+  if (!advice.empty() && !finder_.Stopped()) lblSuchenErgebnis->setText(Text(advice));
   auto* item =
       new QTreeWidgetItem(ctlSuchenListe, {Text(result.settings), Text(HeardText(result))});
   ctlSuchenListe->scrollToItem(item);

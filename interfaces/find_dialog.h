@@ -31,6 +31,8 @@ class FindDialog : public QDialog {
     std::function<void(const std::string& settings)> take;
     /// Makes the port again what it was before `open`.
     std::function<void()> restore;
+    /// Told what came of a search.
+    std::function<void(const std::string& report, bool failed)> ended{};
   };
   FindDialog(Services services, QWidget* parent);
 
@@ -41,6 +43,7 @@ class FindDialog : public QDialog {
 
  private:
   QLayout* MakeTop();
+  void End(const QString& report, bool failed);
   void SetSearching(bool searching);
   void Search();
   void Show(const LineResult& result);
@@ -50,6 +53,7 @@ class FindDialog : public QDialog {
   Services services_;
   LineFinder finder_;
   bool searching_ = false;
+  std::vector<LineResult> results_;
   QLabel* lblSuchenAnschluss;
   QSpinBox* txtSuchenAdresse;
   QPushButton* cmdSuchen;

@@ -76,6 +76,8 @@ class InterfacePage : public QWidget, public Receiver {
  Q_SIGNALS:
   /// The PC port has been opened, closed or set up anew.
   void PortChanged();
+  /// What came of "Verbindung suchen …".
+  void SearchEnded(const QString& report, bool failed);
 
  private:
   QWidget* MakeFirst();

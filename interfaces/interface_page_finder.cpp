@@ -9,12 +9,16 @@
 namespace kelvo {
 
 void InterfacePage::MakeFinder() {
-  finder_ =
-      new FindDialog({services_.exchange, services_.com1, services_.person,
-                      [this] { return OpenForFinder(); }, [this] { return Settings().handshaking; },
-                      [this](const std::string& settings) { TakeFound(settings); },
-                      [this] { RestoreBeforeFinder(); }},
-                     this);
+  finder_ = new FindDialog(
+      {services_.exchange, services_.com1, services_.person, [this] { return OpenForFinder(); },
+       [this] { return Settings().handshaking; },
+       [this](const std::string& settings) { TakeFound(settings); },
+       [this] { RestoreBeforeFinder(); },
+       [this](const std::string& report, bool failed) {
+         Q_EMIT SearchEnded(tr("Verbindung suchen: %1").arg(QString::fromStdString(report)),
+                            failed);
+       }},
+      this);
 }
 
 void InterfacePage::cmdVerbindungSuchen_Click() {

@@ -44,7 +44,9 @@ std::string Unreadable(const std::vector<LineResult>& results, int address) {
 }
 
 std::string Asked(int address) {
-  return address == kAllAddresses ? "Gefragt wurden alle Adressen (255)."
+  return address == kAllAddresses ? "Gefragt wurden alle Adressen (255). Am Bus antworten darauf "
+                                    "alle Terminals zugleich, und keines ist zu verstehen: Dann "
+                                    "mit der Adresse eines einzelnen suchen."
                                   : "Gefragt wurde nur die Adresse " + std::to_string(address) +
                                         "; vielleicht hat das Terminal eine andere.";
 }
@@ -92,7 +94,10 @@ std::string FinderReport(const std::vector<LineResult>& results, int address, bo
   if (!results.empty() && results.back().heard == LineHeard::Terminal) {
     return "Gefunden: Das Terminal antwortet mit " + results.back().settings + ".";
   }
-  if (stopped) return "Abgebrochen, bis dahin nichts gefunden.";
+  if (stopped) {
+    const bool rates = results.size() >= kUsualTries && address == kAllAddresses;
+    return "Abgebrochen, bis dahin nichts gefunden." + (rates ? " " + Asked(address) : "");
+  }
   if (Any(results, LineHeard::Unreadable)) return Unreadable(results, address);
   if (Any(results, LineHeard::Held)) {
     return "Nichts gefunden: Die Leitung wird gehalten. Vermutlich fehlt beim Handshake RTS / CTS "
@@ -103,6 +108,13 @@ std::string FinderReport(const std::vector<LineResult>& results, int address, bo
          "an "
          "B)? " +
          Asked(address);
+}
+
+std::string AdviceAfterRates(const std::vector<LineResult>& results, int address) {
+  const bool found = Any(results, LineHeard::Terminal);
+  if (results.size() != kUsualTries || address != kAllAddresses || found) return {};
+  return "Mit den sechs üblichen Einstellungen nichts gefunden. " + Asked(address) +
+         " Die Suche geht noch etwa eine Minute weiter.";
 }
 
 std::vector<LineResult> LineFinder::Run(int address, Handshaking handshaking,

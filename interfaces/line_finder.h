@@ -38,6 +38,10 @@ std::string HeardText(const LineResult& result);
 /// What the whole search means; `address` is the one that was asked.
 std::string FinderReport(const std::vector<LineResult>& results, int address, bool stopped);
 
+/// What to try sooner than the rest, once the usual settings have been tried in vain; empty before
+/// and after.
+std::string AdviceAfterRates(const std::vector<LineResult>& results, int address);
+
 class LineFinder {
  public:
   LineFinder(Exchange& exchange, SerialPort& com1) : exchange_(exchange), com1_(com1) {}

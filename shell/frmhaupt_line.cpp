@@ -89,6 +89,7 @@ void frmhaupt::FollowBus() {
   };
   connect(terminals_, &SearchPage::Finished, this, note);
   connect(terminals_, &SearchPage::Finished, this, [this] { lineState_.SearchEnded(); });
+  connect(interfaces_, &InterfacePage::SearchEnded, this, note);
   connect(dovu_, &frmDovu::Finished, this, note);
   connect(writeDesk_, &WriteDesk::Finished, this, note);
 }

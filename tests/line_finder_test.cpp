@@ -143,5 +143,21 @@ TEST_F(FindDialogTest, IsStoppedAndLeavesThePortAsItWas) {
   EXPECT_EQ(report, "Die Verbindung zum Gerät ging verloren.");
 }
 
+TEST_F(FindDialogTest, AdvisesToAskOneAddressOnceTheUsualRatesHaveFailed) {
+  line.bus.Add({.address = 1, .baud = 2400}, fonts)->PowerOn(loop.Now());
+  line.bus.Add({.version = "1.95x", .address = 2, .baud = 2400}, fonts)->PowerOn(loop.Now());
+  std::string early;
+  std::string advice;
+  loop.After(milliseconds(2000), [&] { early = Text("lblSuchenErgebnis"); });
+  loop.After(milliseconds(8000), [&] {
+    advice = Text("lblSuchenErgebnis");
+    Click("cmdSuchenSchliessen");
+  });
+  Search();
+  EXPECT_EQ(early, "");
+  EXPECT_NE(advice.find("Am Bus antworten darauf alle Terminals zugleich"), std::string::npos);
+  EXPECT_NE(report.find("mit der Adresse eines einzelnen"), std::string::npos) << report;
+}
+
 }  // namespace
 }  // namespace kelvo

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTimer>
 #include <QTreeWidget>
@@ -104,6 +105,22 @@ TEST_F(LiveTest, BothEndsChangeTheirRateAndStillUnderstandEachOther) {
     EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000) << rate;
     Show(Tab::Interfaces);
   }
+}
+
+TEST_F(LiveTest, TheConnectionIsFoundAtAnotherRate) {
+  Start({QStringLiteral("--baud"), QStringLiteral("4800")});
+  Show(Tab::Interfaces);
+  driver->OnDialog([this](QDialog& finder) {
+    driver->OnDialog([](QDialog& question) { WindowDriver::Press(question, Q("Ja")); });
+    WindowDriver::Press(finder, Q("Suchen"));
+    EXPECT_EQ(finder.findChild<QLabel*>(Q("lblSuchenErgebnis"))->text(),
+              Q("Gefunden: Das Terminal antwortet mit 4800,N,8,1. Übernommen."));
+    WindowDriver::Press(finder, Q("Schließen"));
+  });
+  driver->Click(Q("cmdVerbindungSuchen"));
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  EXPECT_GT(driver->Text(Q("lblFreeBytes")).toInt(), 1000);
 }
 
 TEST_F(LiveTest, UnpluggedDeviceIsNoticedSaidOnceAndChosenAgain) {
