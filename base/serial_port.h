@@ -59,6 +59,8 @@ class SerialPort {
   virtual bool Held() const = 0;
 
   // Reading.
+  /// Characters of whole texts that the line has brought back; they only ever become more.
+  virtual std::size_t CharactersEchoed() const = 0;
   virtual std::size_t InBufferCount() const = 0;
   /// Drops everything that waits.
   virtual void DiscardInput() = 0;

@@ -48,6 +48,7 @@ void QuickSearch::Pass(int address) {
   SearchResult result;
   result.address = address;
   NoteStray();
+  const EchoCheck echo(exchange);
   exchange.SendString(SelectAddress(address).Text(), Pending::Discard);
   exchange.WaitUntilSent();
   NoteStray();
@@ -58,6 +59,7 @@ void QuickSearch::Pass(int address) {
   result.reply = reply.text;
   result.received = reply.received;
   result.heard = ReadAddressReply(address, reply);
+  result.echoed = echo.Came();
   NoteStray();
   if (result.heard == Heard::Itself) {
     Took(result.took);
@@ -155,28 +157,6 @@ std::vector<int> QuickSearch::Gaps() const {
 
 void QuickSearch::AskGapsAgain() {
   for (const int address : Gaps()) AskAgain(address);
-}
-
-std::string SearchMeaning(const std::vector<SearchResult>& results) {
-  std::string shared;
-  bool found = false;
-  bool heard = false;
-  for (const SearchResult& result : results) {
-    found = found || result.Found();
-    heard = heard || result.heard != Heard::Silence;
-    if (result.Found() || result.Absent()) continue;
-    shared += (shared.empty() ? "" : ", ") + std::to_string(result.address);
-  }
-  if (!heard) {
-    return "Niemand hat geantwortet. Vermutlich liegt es am Kabel, am Anschluss oder an der "
-           "Baudrate.";
-  }
-  if (!found) {
-    return "Jede Antwort war beschädigt. Vermutlich stimmt die Baudrate nicht, oder der Abschluss "
-           "der Leitung fehlt.";
-  }
-  if (shared.empty()) return {};
-  return "Adresse " + shared + ": Dort antworten vermutlich mehrere Terminals zugleich.";
 }
 
 }  // namespace kelvo

@@ -52,8 +52,4 @@ class QuickSearch {
   bool stopping_ = false;
 };
 
-/// What the results together mean, where that is a guess with "vermutlich"; empty when they speak
-/// for themselves. German, UTF-8.
-std::string SearchMeaning(const std::vector<SearchResult>& results);
-
 }  // namespace kelvo

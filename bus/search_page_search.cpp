@@ -7,6 +7,7 @@
 
 #include "base/val.h"
 #include "base/wire_text.h"
+#include "bus/search_meaning.h"
 #include "bus/search_page.h"
 #include "bus/tick_list.h"
 

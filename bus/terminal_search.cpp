@@ -157,6 +157,7 @@ SearchResult TerminalSearch::Ask(int address, double checksumFrom) {
   Exchange& exchange = services_.exchange;
   SearchResult result;
   result.address = address;
+  const EchoCheck echo(exchange);
   exchange.SendString(SelectAddress(address).Text(), Pending::Discard);
   exchange.WaitUntilSent();
   const Reply reply = exchange.SendQuery(AskAddress());
@@ -164,6 +165,7 @@ SearchResult TerminalSearch::Ask(int address, double checksumFrom) {
   result.reply = reply.text;
   result.received = reply.received;
   result.heard = ReadAddressReply(address, reply);
+  result.echoed = echo.Came();
   if (result.heard == Heard::Itself) {
     ShowFound(address);
     ReadVersionOf(result, checksumFrom);

@@ -35,6 +35,7 @@ struct SearchResult {
   std::chrono::nanoseconds took{0};  ///< until that was complete, or given up
   bool versionUsable = false;
   bool checksum = false;  ///< its version computes checksums
+  bool echoed = false;    ///< the line has brought back what was sent
 
   bool Found() const { return heard == Heard::Itself && versionUsable; }
   bool Absent() const { return heard == Heard::Silence || heard == Heard::Unfinished; }
@@ -60,6 +61,18 @@ std::string YesNoText(bool yes);                        ///< "ja", "nein"
 std::string ResultStory(const SearchResult& result);
 /// The results as a text of lines with tabulators between the columns, UTF-8.
 std::string SearchReport(const std::vector<SearchResult>& results);
+
+/// Whether the line brings back what is sent from now on.
+class EchoCheck {
+ public:
+  explicit EchoCheck(const Exchange& exchange)
+      : exchange_(exchange), before_(exchange.CharactersEchoed()) {}
+  bool Came() const { return exchange_.CharactersEchoed() > before_; }
+
+ private:
+  const Exchange& exchange_;
+  std::size_t before_;
+};
 
 /// The search itself. It ends early when it is stopped or the line is lost, in either case with the
 /// same closing steps.

@@ -17,6 +17,7 @@ class BufferedPort : public SerialPort {
   /// An unattended line must not fill the memory.
   static constexpr std::size_t kKept = 65536;
 
+  std::size_t CharactersEchoed() const override { return echo_.Returned(); }
   std::size_t InBufferCount() const override { return input_.size() - read_; }
   void DiscardInput() override;
   std::string Input() override;

@@ -27,6 +27,7 @@ bool EchoFilter::IsEcho(char character) {
   if (texts_.empty()) return false;
   if (texts_.front().characters[matched_] != character && !SkipTo(character)) return false;
   if (++matched_ == texts_.front().characters.size()) {
+    returned_ += matched_;
     texts_.pop_front();
     matched_ = 0;
   }

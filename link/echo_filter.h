@@ -38,6 +38,8 @@ class EchoFilter {
   std::string Expire(Time now);
   /// Nothing has been written.
   void Reset();
+  /// Characters of whole texts that have come back, ever.
+  std::size_t Returned() const { return returned_; }
   /// Something may still come back.
   bool Expected() const { return !texts_.empty(); }
   /// Something has come that may be the beginning of an echo.
@@ -52,7 +54,8 @@ class EchoFilter {
   bool IsEcho(char character);
   bool SkipTo(char character);
 
-  std::deque<Text> texts_;   // whose echo may still come, in the order of writing
+  std::deque<Text> texts_;  // whose echo may still come, in the order of writing
+  std::size_t returned_ = 0;
   std::size_t matched_ = 0;  // characters of the first text that have come back
 };
 

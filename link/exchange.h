@@ -119,6 +119,8 @@ class Exchange {
   }
   /// Characters of the present text that have not left the line yet.
   std::size_t CharactersToSend() const { return unsent_ + port_.OutBufferCount(); }
+  /// Characters of whole texts that the line has brought back, since the program's start.
+  std::size_t CharactersEchoed() const { return port_.CharactersEchoed(); }
   /// Characters wait to be sent, but the other end lets nothing pass.
   bool LineHeld() const { return port_.Held(); }
   /// The port is open and the program goes on; otherwise every exchange ends at once.

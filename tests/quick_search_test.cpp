@@ -6,6 +6,7 @@
 #include <random>
 
 #include "base/wire_text.h"
+#include "bus/search_meaning.h"
 #include "tests/fakes/bus_world.h"
 
 namespace kelvo {
@@ -55,8 +56,10 @@ struct RandomBus : ExchangeWorld {
   template <typename Search>
   std::string Found(Search&& search, int last) {
     std::map<int, std::string> rows;
+    results.resize(static_cast<std::size_t>(last) + 1);
     seconds = Duration([&] {
                 const auto end = search.Run(last, kChecksumFrom, [&](const SearchResult& result) {
+                  results[static_cast<std::size_t>(result.address)] = result;
                   rows[result.address] = ResultVerdict(result) + '|' + ReadableText(result.reply) +
                                          '|' + YesNoText(result.checksum) + '\n';
                 });
@@ -78,6 +81,7 @@ struct RandomBus : ExchangeWorld {
   std::string heard;
   int selected = -1;
   double seconds = 0;
+  std::vector<SearchResult> results;
   TerminalState state;
 };
 
@@ -186,6 +190,34 @@ TEST(QuickSearchTest, TheWholeRunIsExplained) {
   EXPECT_NE(SearchMeaning({silent, garbled}).find("Jede Antwort"), std::string::npos);
   EXPECT_TRUE(SearchMeaning({silent, garbled, good}).starts_with("Adresse 3: "));
   EXPECT_EQ(SearchMeaning({silent, good}), "");
+}
+
+// Both searches over a line that brings back what is sent, until it fails.
+TEST(QuickSearchTest, WhatTheEchoMeansIsToldAtTheEnd) {
+  const struct {
+    int terminal;
+    int echoEnds;  ///< in milliseconds; 0 for never
+    const char* meaning;
+  } cases[] = {{-1, 0, "Es kam nur zurück, was gesendet wurde"},
+               {3, 0, ""},
+               {3, 3200, " kam das Echo der Leitung nicht mehr"},
+               {-1, 3200, "Es kam nur zurück"}};
+  for (const bool quick : {false, true}) {
+    for (const auto& c : cases) {
+      std::map<int, Station> stations;
+      if (c.terminal >= 0) stations[c.terminal] = {"?A3;", "2.10;", milliseconds(5)};
+      RandomBus bus(stations);
+      bus.port.echo = milliseconds(1);
+      if (c.echoEnds > 0) {
+        bus.loop.After(milliseconds(c.echoEnds), [&bus] { bus.port.echo.reset(); });
+      }
+      quick ? bus.Quick(60) : bus.Usual(60);
+      const std::string meaning = SearchMeaning(bus.results);
+      EXPECT_NE(meaning.find(c.meaning), std::string::npos) << meaning;
+      EXPECT_EQ(meaning.empty(), *c.meaning == '\0') << meaning;
+      EXPECT_EQ(meaning.find("Ab Adresse") != std::string::npos, c.echoEnds > 0) << meaning;
+    }
+  }
 }
 
 }  // namespace
