@@ -20,8 +20,10 @@ WriteJournal::WriteJournal(const std::string& path) : file_(path) { TakeLines();
 bool WriteJournal::Add(JournalEntry entry) {
   const auto failed = file_ ? file_->Append(JournalLine(entry)) : std::nullopt;
   if (!file_ || failed) {
+    // What only adds to what is known is left out.
+    const bool adds = entry.event == Event::FreeBytes || entry.event == Event::Proven;
     if (failed) entry.event = Event::NotRecorded;
-    entries_.push_back(std::move(entry));
+    if (!failed || !adds) entries_.push_back(std::move(entry));
   } else {
     TakeLines();
   }

@@ -1,0 +1,105 @@
+#include <QClipboard>
+#include <QSpinBox>
+#include <QTableView>
+
+#include "link/commands.h"
+#include "tests/fakes/simulated_terminal.h"
+#include "tests/window_fixture.h"
+
+namespace kelvo {
+namespace {
+
+class InventoryViewTest : public WindowTest {
+ protected:
+  InventoryViewTest() {
+    port.characterTime = testing_world::nanoseconds(520'833);
+    Sql("update Optionen set FirstRun = 0");
+    Sql("delete from Makro");
+    Sql("insert into Makro (typ, lfdnr, Bezeichnung, nr_im_display, wert) values "
+        "('Makro', 0, 'Gruß', 7, 'Hallo'), ('Makro', 1, 'Logo', 8, 'Bild')");
+    Sql("insert into DOVU values (5, 'Halle', 1, 1)");
+    line.bus.Add({.address = 5}, fonts)->PowerOn(loop.Now());
+  }
+  void WriteShown(const char* record) {
+    Show(Tab::Macros);
+    Choose("cboMakro", record);
+    Click("cmdSetMakro");
+  }
+  void Select(int address) {
+    Find<QSpinBox>("ctlUpDownAdrDovu").setValue(address);
+    Click("cmdDovuAktivieren");
+  }
+  // "Makro 7 Gruß gleich"
+  std::vector<std::string> Rows() {
+    Show(Tab::Eeprom);
+    QApplication::processEvents();
+    const QAbstractItemModel& model = *Find<QTableView>("ctlBestand").model();
+    std::vector<std::string> rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+      QString text;
+      for (const int column : {0, 1, 2, 5, 6}) {
+        text += model.index(row, column).data().toString() + (column == 6 ? "" : " ");
+      }
+      rows.push_back(text.toStdString());
+    }
+    return rows;
+  }
+  DeviceFonts fonts;
+  testing_world::SimulatedLine line{loop, port};
+};
+
+TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheRecord) {
+  Start();
+  Select(5);
+  EXPECT_EQ(Rows(), std::vector<std::string>{});
+  WriteShown("Gruß");
+  WriteShown("Logo");
+  EXPECT_EQ(Rows(), (std::vector<std::string>{"Makro 7 Gruß bestätigt gleich",
+                                              "Makro 8 Logo bestätigt gleich"}));
+  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: 5 – Halle, simulator.tty");
+  Find<QTableView>("ctlBestand").selectRow(1);
+  Click("cmdBestandKopieren");
+  EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Makro\t8\tLogo\t4\t"));
+  Click("cmdBestandSatz");
+  EXPECT_EQ(Editor("txtMakro"), "Bild");
+  Sql("update Makro set wert = 'Anders' where Bezeichnung = 'Gruß'");
+  Sql("delete from Makro where Bezeichnung = 'Logo'");
+  Show(Tab::Text);
+  EXPECT_EQ(Rows(), (std::vector<std::string>{"Makro 7 Gruß bestätigt geändert",
+                                              "Makro 8 Logo bestätigt nicht in der Datenbank"}));
+  Select(6);
+  EXPECT_EQ(Rows(), std::vector<std::string>{});
+  Find<QComboBox>("cboBestandTerminal").setCurrentIndex(1);
+  Find<QComboBox>("cboBestandTerminal").activated(1);
+  EXPECT_EQ(Rows().size(), 2u) << "the chosen one stays";
+}
+
+TEST_F(InventoryViewTest, AnotherTerminalInItsPlaceIsNoticedByItsFreeBytes) {
+  Start();
+  Select(5);
+  WriteShown("Gruß");
+  Rows();
+  Click("cmdGetFreeBytes");
+  EXPECT_FALSE(Find("lblBestandWarnung").isVisible());
+  line.bus.At(0).Memory().Write(sim::Eeprom::Kind::Macro, 9, std::string(50, 'x'));
+  Click("cmdGetFreeBytes");
+  EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt unbekannt"});
+  EXPECT_TRUE(Find("lblBestandWarnung").isVisible());
+  EXPECT_NE(Text("lblBestandWarnung").find("8129 Bytes frei"), std::string::npos);
+  WriteShown("Gruß");
+  EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt gleich"});
+}
+
+TEST_F(InventoryViewTest, WhatCannotBeRecordedIsSaidOnceAndSentAllTheSame) {
+  std::filesystem::create_directory(folder.Path("bestand.txt"));
+  Start();
+  Select(5);
+  WriteShown("Gruß");
+  WriteShown("Logo");
+  EXPECT_EQ(person.notices.size(), 1u);
+  EXPECT_TRUE(person.messages.empty());
+  EXPECT_EQ(Rows()[0], "Makro 7  nicht aufgezeichnet unbekannt");
+}
+
+}  // namespace
+}  // namespace kelvo
