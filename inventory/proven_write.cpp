@@ -96,6 +96,7 @@ std::string ResultText(const WriteResult& result) {
 
 WriteResult ProvenWrite::Write(int address, bool canSum, const Item& item,
                                const WriteFrame& frame) {
+  const Sending sending(exchange_, {item.name, RecordTyp(item.key.kind)});
   std::optional<WriteResult> result = Reach(address);
   if (!result && frame.room) result = LacksRoom(*frame.room);
   if (!result) {

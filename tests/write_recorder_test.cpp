@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <random>
 
+#include "inventory/proven_write.h"
 #include "link/commands.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
@@ -69,14 +70,14 @@ TEST_F(WriteRecorderTest, EachWriteIsKeptForWhoListenedWithItsRecordAndItsProof)
   }
   exchange.SendQuery(AskFreeBytes());
   exchange.SendQuery(AskFreeBytes());
-  Write(ResetChecksum());
-  Write(WriteMakro(8, "acht"));
-  exchange.SendQuery(AskChecksum());
+  const Item eight{{ItemKind::Macro, 8}, WriteMakro(8, "acht").Text(), "Acht"};
+  EXPECT_EQ(ProvenWrite(exchange, loop).Write(5, true, eight).verdict, WriteVerdict::Proven);
   const Inventory five = Of(5);
   EXPECT_EQ(Macro(five, 7)->item,
             (Item{{ItemKind::Macro, 7}, WriteMakro(7, "eins").Text(), "Gruß"}));
   EXPECT_EQ(Macro(five, 7)->proof, Proof::Acknowledged);
   EXPECT_EQ(Macro(five, 8)->proof, Proof::Checksum);
+  EXPECT_EQ(Macro(five, 8)->item, eight);
   EXPECT_EQ(five.Items().count({ItemKind::AtTable, 3}), 1u);
   EXPECT_EQ(five.FreeBytes().LastReading()->bytes, Memory(5).Free() + 8);
   EXPECT_TRUE(Of(6).Items().empty());
