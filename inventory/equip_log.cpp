@@ -14,6 +14,8 @@ constexpr std::string_view kHead = "kelvo-ausstattung 1";
 constexpr std::string_view kTarget = "ziel";
 constexpr std::string_view kErase = "vorher löschen";
 constexpr std::string_view kBegin = "beginn";
+constexpr std::string_view kWithChecksum = "mit Prüfsumme";
+constexpr std::string_view kByVersion = "nach Version";
 
 constexpr std::pair<What, std::string_view> kWhats[] = {{What::Version, "version"},
                                                         {What::FreeBytes, "frei"},
@@ -51,9 +53,14 @@ std::optional<Value> ValueOf(const std::pair<Value, std::string_view> (&words)[s
   return std::nullopt;
 }
 
+std::string_view ChecksumWord(std::optional<bool> checksum) {
+  if (!checksum) return kByVersion;
+  return *checksum ? kWithChecksum : "ohne Prüfsumme";
+}
+
 std::string TargetLine(const EquipTarget& target) {
   return std::string(kTarget) + "\t" + EscapedText(target.id.device) + "\t" +
-         std::to_string(target.id.address) + "\t" + (target.checksum ? "prüfsumme" : "ohne") +
+         std::to_string(target.id.address) + "\t" + std::string(ChecksumWord(target.checksum)) +
          "\t" + EscapedText(target.name);
 }
 
@@ -63,7 +70,9 @@ std::optional<EquipTarget> ReadTargetLine(const std::vector<std::string_view>& f
   const auto address = NumberIn<int>(fields[2]);
   const auto name = PlainText(fields[4]);
   if (!device || !address || !name) return std::nullopt;
-  return EquipTarget{{*device, *address}, *name, fields[3] == "prüfsumme"};
+  std::optional<bool> checksum;
+  if (fields[3] != kByVersion) checksum = fields[3] == kWithChecksum;
+  return EquipTarget{{*device, *address}, *name, checksum};
 }
 
 }  // namespace

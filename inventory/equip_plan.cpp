@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/wire_text.h"
 #include "terminal/eeprom.h"
 
 namespace kelvo {
@@ -20,15 +19,15 @@ std::string RoomRemark(std::int64_t needed, std::int64_t free, bool fits) {
 
 void AddRoom(TargetPlan& plan, const EquipJob& job, const std::optional<TargetReading>& reading) {
   const auto needed = static_cast<std::int64_t>(LeastBytes(job.equipment.items));
-  if (!reading || !reading->freeBytes) {
+  if (!reading) {
     plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
                            " (errechnet); der freie Platz ist nicht gelesen.");
   } else if (job.erase) {
     plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
                            " (errechnet); der freie Platz wird nach dem Löschen gelesen.");
   } else {
-    plan.fits = needed <= *reading->freeBytes - kEepromReserve;
-    plan.remarks.push_back(RoomRemark(needed, *reading->freeBytes, plan.fits));
+    plan.fits = needed <= reading->freeBytes - kEepromReserve;
+    plan.remarks.push_back(RoomRemark(needed, reading->freeBytes, plan.fits));
   }
 }
 
@@ -46,7 +45,7 @@ void AddRest(TargetPlan& plan, const EquipJob& job, const Inventory& there) {
       });
   if (stays > 0) {
     plan.remarks.push_back("Es bleibt liegen, was sonst von hier geschrieben wurde: " +
-                           std::to_string(stays) + (stays == 1 ? " Posten." : " Posten."));
+                           std::to_string(stays) + " Posten.");
   }
   if (!there.KnownEmptyBefore()) {
     plan.remarks.emplace_back(
@@ -98,14 +97,8 @@ std::string OutlookText(Outlook outlook, const Item& item, const Inventory* ther
 TargetPlan PlanFor(const EquipJob& job, const EquipTarget& target, const Inventory& there,
                    const std::optional<TargetReading>& reading) {
   TargetPlan plan;
-  if (reading && !reading->answers) {
-    plan.remarks.emplace_back("Es hat nicht geantwortet.");
-    plan.fits = false;
-    return plan;
-  }
-  if (reading) {
-    plan.remarks.push_back("Version " + ScreenText(reading->version) + " (gelesen).");
-  }
+  if (reading && !reading->Complete()) return {{reading->problem}, false};
+  if (reading) plan.remarks.push_back("Version " + reading->version + " (gelesen).");
   AddRoom(plan, job, reading);
   AddRest(plan, job, there);
   plan.remarks.push_back("Die Adresse " + std::to_string(target.id.address) +

@@ -15,8 +15,9 @@ namespace kelvo {
 /// A Terminal that is to be equipped.
 struct EquipTarget {
   TerminalId id;
-  std::string name;       ///< as it is stored, UTF-8
-  bool checksum = false;  ///< the list says that it computes one
+  std::string name;  ///< as it is stored, UTF-8
+  /// Whether it computes a checksum, as the list says; where nothing does, its version decides.
+  std::optional<bool> checksum;
 
   bool operator==(const EquipTarget&) const = default;
 };
@@ -38,11 +39,14 @@ std::string StepText(const EquipJob& job, std::size_t step);
 /// "Pumpe 3 (Adresse 5)"
 std::string TargetText(const EquipTarget& target);
 
-/// What a Terminal has told of itself when it was asked before the run.
+/// What a Terminal tells of itself when it is asked.
 struct TargetReading {
-  bool answers = false;
-  std::string version;  ///< a wire text
-  std::optional<std::int64_t> freeBytes;
+  std::string problem;    ///< why it has not told all of it, a German sentence; UTF-8
+  std::string version{};  ///< UTF-8
+  double versionNumber = 0;
+  std::int64_t freeBytes = 0;
+
+  bool Complete() const { return problem.empty(); }
 };
 
 /// What an item meets in its place.

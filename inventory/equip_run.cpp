@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "base/wire_text.h"
-#include "bus/terminal_search.h"
 #include "bus/transfer.h"
-#include "inventory/line_text.h"
+#include "inventory/equip_target.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
 #include "terminal/eeprom.h"
 #include "terminal/erase.h"
-#include "terminal/version.h"
 
 namespace kelvo {
 namespace {
@@ -61,8 +58,7 @@ class EquipRun::Visit {
   bool Stop(const std::string& why);
   bool Meet();
   void CloseOpenMacro();
-  bool AskVersion();
-  std::optional<std::int64_t> AskFree();
+  bool CanSum() const;
   bool AskFreeAgain();
   bool Erase();
   bool Step(std::size_t step);
@@ -77,7 +73,7 @@ class EquipRun::Visit {
   const std::size_t index_;
   const EquipTarget& target_;
   const Listener& listener_;
-  bool canSum_ = false;
+  double version_ = 0;
   bool logged_ = true;
 };
 
@@ -136,40 +132,27 @@ void EquipRun::Visit::CloseOpenMacro() {
 
 // That it is the Terminal that was meant, and holds what it should.
 bool EquipRun::Visit::Meet() {
-  Exchange& exchange = services_.exchange;
   CloseOpenMacro();
-  exchange.SendString(SelectAddress(target_.id.address));
-  const Heard heard = ReadAddressReply(target_.id.address, exchange.SendQuery(AskAddress()));
-  if (heard == Heard::Silence || heard == Heard::Unfinished) return Stop("Es antwortet nicht.");
-  if (heard != Heard::Itself) return Stop("Unter seiner Adresse antwortet etwas anderes.");
-  if (!AskVersion()) return false;
-  const std::optional<std::int64_t> before = Progress().freeBytes;
-  const bool touched = Progress().Touched();
-  if (!AskFreeAgain()) return false;
-  const bool lessThere = touched && before && *Progress().freeBytes > *before;
-  return !lessThere || Note({.what = What::Anew});
-}
-
-bool EquipRun::Visit::AskVersion() {
-  const Reply reply = QueryVersion(services_.exchange, services_.state);
-  if (reply.Failed()) return Stop("Es hat seine Version nicht genannt.");
-  const std::string version = ScreenText(reply.text);
-  const std::optional<std::string>& before = Progress().version;
-  if (before && *before != version) {
-    return Stop("Es ist nicht mehr dasselbe Terminal: Version " + version + " statt " + *before +
-                ".");
+  const TargetReading reading = AskTarget(services_.exchange, services_.state, target_.id.address);
+  if (!reading.Complete()) return Stop(reading.problem);
+  if (const auto& before = Progress().version; before && *before != reading.version) {
+    return Stop("Es ist nicht mehr dasselbe Terminal: Version " + reading.version + " statt " +
+                *before + ".");
   }
-  canSum_ = target_.checksum || ReadVersion(reply.text).number >= services_.sumsFrom;
-  return Note({.what = What::Version, .text = version});
+  version_ = reading.versionNumber;
+  const auto before = Progress().freeBytes;
+  const bool lessThere = Progress().Touched() && before && reading.freeBytes > *before;
+  return Note({.what = What::Version, .text = reading.version}) &&
+         Note({.what = What::FreeBytes, .bytes = reading.freeBytes}) &&
+         (!lessThere || Note({.what = What::Anew}));
 }
 
-std::optional<std::int64_t> EquipRun::Visit::AskFree() {
-  const Reply reply = GetEEpromBytes(services_.exchange, services_.state);
-  return reply.Failed() ? std::nullopt : NumberIn<std::int64_t>(reply.text);
+bool EquipRun::Visit::CanSum() const {
+  return target_.checksum.value_or(version_ >= services_.sumsFrom);
 }
 
 bool EquipRun::Visit::AskFreeAgain() {
-  const auto bytes = AskFree();
+  const auto bytes = AskFreeBytesOf(services_.exchange, services_.state);
   if (!bytes) return Stop("Es hat seinen freien Platz nicht genannt.");
   return Note({.what = What::FreeBytes, .bytes = *bytes});
 }
@@ -178,8 +161,7 @@ bool EquipRun::Visit::AskFreeAgain() {
 bool EquipRun::Visit::Erase() {
   if (!log_.Job().erase || Progress().erase == TargetProgress::Erase::Done) return GoesOn();
   if (!GoesOn() || !Note({.what = What::EraseBegun})) return false;
-  const double version = services_.state.TerminalVersion;
-  const bool erased = CountsWhileErasing(version, services_.countsFrom)
+  const bool erased = CountsWhileErasing(version_, services_.countsFrom)
                           ? EraseCounting(services_.exchange, [](int, int) {})
                           : !ErasePlain(services_.exchange).Failed();
   if (!Alive()) return false;
@@ -223,9 +205,9 @@ bool EquipRun::Visit::Attempt(std::size_t step) {
 WriteResult EquipRun::Visit::Write(std::size_t step) {
   const auto& items = log_.Job().equipment.items;
   const int address = target_.id.address;
-  if (step < items.size()) return services_.write(address, canSum_, items[step]);
+  if (step < items.size()) return services_.write(address, CanSum(), items[step]);
   if (auto failure = WriteSettings()) return *std::move(failure);
-  return services_.write(address, canSum_, *ItemOf(WriteConfig().Text()));
+  return services_.write(address, CanSum(), *ItemOf(WriteConfig().Text()));
 }
 
 // The settings that the configuration then keeps; nothing when they have arrived, as far as that
@@ -233,9 +215,9 @@ WriteResult EquipRun::Visit::Write(std::size_t step) {
 std::optional<WriteResult> EquipRun::Visit::WriteSettings() {
   Exchange& exchange = services_.exchange;
   const std::string& settings = log_.Job().equipment.settings;
-  if (canSum_) exchange.SendString(ResetChecksum());
+  if (CanSum()) exchange.SendString(ResetChecksum());
   exchange.SendString(settings);
-  if (!canSum_) return std::nullopt;
+  if (!CanSum()) return std::nullopt;
   const Reply reply = exchange.SendQuery(AskChecksum());
   const bool right = !reply.Failed() && ReadChecksum(reply.text) == ExpectedChecksum(settings);
   if (right) return std::nullopt;

@@ -60,7 +60,7 @@ class Equipping {
                      Equipment equipment = Original())
       : world_(setups), job_{std::move(equipment), {}, false} {
     for (std::size_t i = 0; i < setups.size(); ++i) {
-      job_.targets.push_back({{kDevice, world_.At(i).Setup().address}, "Ziel", false});
+      job_.targets.push_back({{kDevice, world_.At(i).Setup().address}, "Ziel", {}});
     }
     for (const Item& item : job_.equipment.items) Hear(*original_, item.command);
     const auto hear = world_.port.onCharacter;
