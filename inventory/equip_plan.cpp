@@ -53,6 +53,14 @@ void AddRest(TargetPlan& plan, const EquipJob& job, const Inventory& there) {
   }
 }
 
+std::string Order(const EquipJob& job) {
+  std::string order;
+  for (std::size_t step = 0; step < job.Steps(); ++step) {
+    order += (order.empty() ? "" : ", ") + StepText(job, step);
+  }
+  return order + ".";
+}
+
 }  // namespace
 
 std::string StepText(const EquipJob& job, std::size_t step) {
@@ -94,17 +102,34 @@ std::string OutlookText(Outlook outlook, const Item& item, const Inventory* ther
   return "überschreibt " + ItemText(held.key) + (held.name.empty() ? "" : " \"" + held.name + "\"");
 }
 
-TargetPlan PlanFor(const EquipJob& job, const EquipTarget& target, const Inventory& there,
-                   const std::optional<TargetReading>& reading) {
+TargetPlan PlanFor(const EquipJob& job, const TargetView& view) {
   TargetPlan plan;
+  const auto& reading = view.reading;
   if (reading && !reading->Complete()) return {{reading->problem}, false};
   if (reading) plan.remarks.push_back("Version " + reading->version + " (gelesen).");
   AddRoom(plan, job, reading);
-  AddRest(plan, job, there);
-  plan.remarks.push_back("Die Adresse " + std::to_string(target.id.address) +
-                         " muss am Gerät eingestellt sein; über die Leitung wird sie nicht "
-                         "geändert.");
+  AddRest(plan, job, view.there);
+  if (view.isOrigin && !job.erase) {
+    plan.remarks.emplace_back(
+        "Von dieser Adresse stammt die Quelle. Ist es ein Ersatzgerät, so stimmt sein Bestand nur, "
+        "wenn vorher gelöscht wird.");
+  }
   return plan;
+}
+
+std::string PlanText(const EquipJob& job, const std::vector<TargetView>& targets) {
+  std::string text;
+  const auto add = [&text](const std::string& title, const std::vector<std::string>& lines) {
+    if (!lines.empty()) text += title + "\n";
+    for (const std::string& line : lines) text += "  - " + line + "\n";
+  };
+  add("So kann nicht begonnen werden", Obstacles(job));
+  if (job.Steps() > 0) add("Geschrieben wird in dieser Reihenfolge", {Order(job)});
+  for (const TargetView& view : targets) add(TargetText(view.target), PlanFor(job, view).remarks);
+  add("Nicht oder nicht sicher übertragen wird", job.equipment.missing);
+  add("Von Hand", {"Die Adresse wird am Gerät eingestellt; über die Leitung wird sie nicht "
+                   "geändert."});
+  return text;
 }
 
 std::vector<std::string> Obstacles(const EquipJob& job) {

@@ -63,13 +63,21 @@ Outlook OutlookOf(const Item& item, const Inventory* there, bool erase);
 /// In German. UTF-8.
 std::string OutlookText(Outlook outlook, const Item& item, const Inventory* there);
 
+/// What is known of a target before the run.
+struct TargetView {
+  EquipTarget target;
+  std::optional<TargetReading> reading{};  ///< when it was asked
+  Inventory there{};                       ///< what was written to it from here
+  bool isOrigin = false;  ///< at its place was the Terminal that the equipment comes from
+};
 /// What has to be known of one target before the run: a sentence each, UTF-8.
 struct TargetPlan {
   std::vector<std::string> remarks;
   bool fits = true;  ///< as far as it is known
 };
-TargetPlan PlanFor(const EquipJob& job, const EquipTarget& target, const Inventory& there,
-                   const std::optional<TargetReading>& reading);
+TargetPlan PlanFor(const EquipJob& job, const TargetView& view);
+/// The whole plan as a text of lines. UTF-8.
+std::string PlanText(const EquipJob& job, const std::vector<TargetView>& targets);
 
 /// Why nothing can be begun with this job: sentences, UTF-8; empty when it can.
 std::vector<std::string> Obstacles(const EquipJob& job);

@@ -205,9 +205,13 @@ bool EquipRun::Visit::Attempt(std::size_t step) {
 WriteResult EquipRun::Visit::Write(std::size_t step) {
   const auto& items = log_.Job().equipment.items;
   const int address = target_.id.address;
-  if (step < items.size()) return services_.write(address, CanSum(), items[step]);
+  ProvenWrite writer(services_.exchange, services_.loop);
+  if (step < items.size()) {
+    const Sending made(services_.exchange, {items[step].name, RecordTyp(items[step].key.kind)});
+    return writer.Write(address, CanSum(), items[step]);
+  }
   if (auto failure = WriteSettings()) return *std::move(failure);
-  return services_.write(address, CanSum(), *ItemOf(WriteConfig().Text()));
+  return writer.Write(address, CanSum(), *ItemOf(WriteConfig().Text()));
 }
 
 // The settings that the configuration then keeps; nothing when they have arrived, as far as that

@@ -19,8 +19,6 @@ class EquipRun {
     TerminalState& state;  ///< takes version and free bytes
     double countsFrom;     ///< the first version that counts while it erases
     double sumsFrom;       ///< the first version that computes checksums
-    /// Writes an item under its record's name and notes what came of it.
-    std::function<WriteResult(int address, bool canSum, const Item& item)> write;
   };
   enum class End : std::uint8_t {
     Complete,   ///< every target has had its turn

@@ -92,12 +92,8 @@ class Equipping {
         std::make_unique<Exchange>(world_.com1, world_.loop, world_.tmrTimeout, world_.tmrRS485);
     Exchange& exchange = *exchange_;
     world_.tmrTimeout.SetEnabled(true);
-    ProvenWrite writer(exchange, world_.loop);
     TerminalState state;
-    EquipRun run(
-        {exchange, world_.loop, state, 2.0, 2.0, [&](int address, bool canSum, const Item& item) {
-           return writer.Write(address, canSum, item);
-         }});
+    EquipRun run({exchange, world_.loop, state, 2.0, 2.0});
     stop = [&run] { run.Stop(); };
     auto log = EquipLog::Open(path_);
     if (!log) log = EquipLog::Create(path_, job_);
