@@ -68,7 +68,7 @@ QWidget* EquipPlanPage::MakeSource() {
 QWidget* EquipPlanPage::MakeTargets() {
   auto* group = new QGroupBox(tr("Ziele"));
   ctlAusstattenZiele = Named(
-      new TickList({tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("gelesen")}, {22, 9, 12}),
+      new TickList({tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("gelesen")}, {20, 9, 13}),
       "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
@@ -292,9 +292,8 @@ void EquipPlanPage::cmdAusstattenLesen_Click() {
 void EquipPlanPage::ShowReading(std::size_t row) {
   const TargetReading& reading = readings_.at(row);
   const QString text =
-      reading.Complete()
-          ? tr("Version %1, %2 Bytes frei").arg(Text(reading.version)).arg(reading.freeBytes)
-          : Text(reading.problem);
+      reading.Complete() ? tr("%1, %2 Bytes frei").arg(Text(reading.version)).arg(reading.freeBytes)
+                         : Text(reading.problem);
   ctlAusstattenZiele->topLevelItem(static_cast<int>(row))->setText(kReadColumn, text);
 }
 
