@@ -118,13 +118,16 @@ QWidget* SearchPage::MakeStored() {
   ctlDovuListe->setAccessibleName(tr("gespeicherte Terminals"));
   cmdDovuSenden = MakeButton("cmdDovuSenden", tr("An aktive Ter&minals senden …"),
                              tr("Sendet die Zeichnung an die gespeicherten Terminals."));
+  cmdDovuAusstatten =
+      MakeButton("cmdDovuAusstatten", tr("Terminal ausstatten …"),
+                 tr("Schreibt in ein Ersatzgerät, was in einem anderen Terminal liegt."));
   cmdDovuNeu = MakeButton("cmdDovuNeu", tr("neues &Terminal …"),
                           tr("Speichert ein Terminal, ohne danach zu suchen."));
   cmdClearDovuData = MakeButton("cmdClearDovuData", tr("alle &löschen"),
                                 tr("Löscht alle gespeicherten Terminals, nach einer Rückfrage."));
   auto* column = new QVBoxLayout(group);
   column->addWidget(ctlDovuListe, 1);
-  column->addLayout(ButtonRow({cmdDovuSenden, cmdDovuNeu, cmdClearDovuData}));
+  column->addLayout(ButtonRow({cmdDovuSenden, cmdDovuAusstatten, cmdDovuNeu, cmdClearDovuData}));
   return group;
 }
 
@@ -135,6 +138,7 @@ void SearchPage::ConnectControls() {
   OnClick(cmdDovuAbbrechen, this, person, &SearchPage::cmdDovuAbbrechen_Click, Speaks::ToStop);
   OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
   OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
+  OnClick(cmdDovuAusstatten, this, person, &SearchPage::cmdDovuAusstatten_Click);
   OnClick(cmdDovuNeu, this, person, &SearchPage::cmdDovuNeu_Click);
   OnClick(cmdClearDovuData, this, person, &SearchPage::cmdClearDovuData_Click);
   OnClick(cmdDovuSenden, this, person, &SearchPage::cmdDovuSenden_Click);
@@ -234,6 +238,8 @@ void SearchPage::cmdClearDovuData_Click() {
 }
 
 void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
+
+void SearchPage::cmdDovuAusstatten_Click() { Q_EMIT EquipRequested(); }
 
 // ---- the results ----
 

@@ -53,6 +53,8 @@ class SearchPage : public QWidget {
   void AddressChosen(int address);
   /// The drawing is to be sent to the stored Terminals.
   void SendRequested();
+  /// Terminals are to be equipped with what another one held.
+  void EquipRequested();
   /// A search has begun or ended.
   void SearchingChanged();
   /// A search is over: what came of it.
@@ -89,6 +91,7 @@ class SearchPage : public QWidget {
   void cmdDovuNeu_Click();
   void cmdClearDovuData_Click();
   void cmdDovuSenden_Click();
+  void cmdDovuAusstatten_Click();
 
   Services services_;
   TerminalSearch search_;
@@ -110,6 +113,7 @@ class SearchPage : public QWidget {
   QPushButton* cmdDovuExport = nullptr;
   QTableView* ctlDovuListe = nullptr;
   QPushButton* cmdDovuSenden = nullptr;
+  QPushButton* cmdDovuAusstatten = nullptr;
   QPushButton* cmdDovuNeu = nullptr;
   QPushButton* cmdClearDovuData = nullptr;
 };

@@ -77,7 +77,7 @@ void SearchPage::SetSearching(bool searching) {
   cmdDovuAbbrechen->setEnabled(searching);
   if (toStop) cmdDovuAbbrechen->setFocus();
   for (QPushButton* button : {cmdDovusuchen, cmdDovuSchnellsuche, cmdDovuUebernehmen, cmdDovuNeu,
-                              cmdClearDovuData, cmdDovuSenden}) {
+                              cmdClearDovuData, cmdDovuSenden, cmdDovuAusstatten}) {
     button->setEnabled(!searching);
   }
   cmdDovuExport->setEnabled(!searching && !results_.empty());

@@ -71,26 +71,26 @@ bool IsOneCommand(std::string_view wire) {
 }
 
 // The macro that a record would be written as; nothing, and why, when it cannot be.
-std::optional<Item> MacroOf(const EquipRecord& record, std::string& why) {
+std::optional<Item> MacroOf(const StoredRecord& record, std::string& why) {
   if (record.number < 0 || record.number > kHighestNumber) {
     why = "hat keine Nummer im Terminal";
-  } else if (record.value.size() > kLongestMakro) {
+  } else if (record.wire.size() > kLongestMakro) {
     why = "ist zu lang für ein Makro";
-  } else if (EtxPosition(record.value) != 0) {
+  } else if (EtxPosition(record.wire) != 0) {
     why = "enthält das Zeichen 3, das ein Makro beendet";
   } else {
-    return ItemOf(WriteMakro(record.number, record.value).Text(), record.name);
+    return ItemOf(WriteMakro(record.number, record.wire).Text(), record.name);
   }
   return std::nullopt;
 }
 
-std::optional<Item> ItemOfRecord(const EquipRecord& record, std::string& why) {
+std::optional<Item> ItemOfRecord(const StoredRecord& record, std::string& why) {
   const bool matrix = record.typ == "MatrixTab";
   if (!matrix && record.typ != "ATTab") return MacroOf(record, why);
-  auto item = ItemOf(record.value, record.name, matrix ? ItemKind::MatrixTable : ItemKind::AtTable);
+  auto item = ItemOf(record.wire, record.name, matrix ? ItemKind::MatrixTable : ItemKind::AtTable);
   const bool isTable =
       item && (item->key.kind == ItemKind::MatrixTable || item->key.kind == ItemKind::AtTable);
-  if (!isTable || !IsOneCommand(record.value)) {
+  if (!isTable || !IsOneCommand(record.wire)) {
     why = "enthält keine Tabelle mit einer Nummer von 0 bis 255";
     return std::nullopt;
   }
@@ -164,9 +164,9 @@ Equipment EquipmentOf(const Inventory& inventory, std::string origin) {
   return equipment;
 }
 
-Equipment EquipmentOf(const std::vector<EquipRecord>& records, std::string origin) {
+Equipment EquipmentOf(const std::vector<StoredRecord>& records, std::string origin) {
   Equipment equipment{std::move(origin), {}, {}, {}};
-  for (const EquipRecord& record : records) {
+  for (const StoredRecord& record : records) {
     std::string why;
     auto item = ItemOfRecord(record, why);
     if (item) {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "inventory/compare.h"
 #include "inventory/item.h"
 #include "inventory/journal.h"
 
@@ -28,15 +29,8 @@ void SortForWriting(std::vector<Item>& items);
 /// What was written from here into a Terminal.
 Equipment EquipmentOf(const Inventory& inventory, std::string origin);
 
-/// A record of the database as it is.
-struct EquipRecord {
-  std::string typ;    ///< 'Makro', 'MatrixTab', 'ATTab' or 'Grafik'
-  std::string name;   ///< UTF-8
-  int number = -1;    ///< in the Terminal
-  std::string value;  ///< a wire text
-};
 /// What these records are in a Terminal. Those that cannot be written are among the missing.
-Equipment EquipmentOf(const std::vector<EquipRecord>& records, std::string origin);
+Equipment EquipmentOf(const std::vector<StoredRecord>& records, std::string origin);
 
 /// Items of which only one can lie in the Terminal, as sentences: tables of both keyboards with one
 /// number, two macros with one number.

@@ -24,7 +24,7 @@ struct EquipServices {
   WriteJournal& journal;
   const Recordset& terminals;                         ///< `DOVU`
   const Recordset& options;                           ///< `Optionen`
-  std::function<std::vector<EquipRecord>()> records;  ///< that can be written
+  std::function<std::vector<StoredRecord>()> records;  ///< that can be written
   std::function<std::string()> device;                ///< of the port that is open
   std::function<std::optional<int>()> selected;       ///< the one Terminal that listens
   std::string logPath;

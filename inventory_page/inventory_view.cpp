@@ -68,9 +68,14 @@ InventoryView::InventoryView(Services services, QWidget* parent)
                               tr("Zeigt den Satz der Datenbank auf seiner Seite."));
   cmdBestandKopieren = MakeButton("cmdBestandKopieren", tr("Liste &kopieren"),
                                   tr("Kopiert die gewählten Zeilen, sonst alle (Strg+C)."));
-  page->addLayout(ButtonRow({cmdBestandText, cmdBestandSatz, cmdBestandKopieren}));
+  cmdBestandAusstatten =
+      MakeButton("cmdBestandAusstatten", tr("Terminal ausstatten …"),
+                 tr("Schreibt in ein Ersatzgerät, was in einem Terminal liegt."));
+  page->addLayout(
+      ButtonRow({cmdBestandText, cmdBestandSatz, cmdBestandKopieren, cmdBestandAusstatten}));
   OnClick(cmdBestandText, this, services_.person, &InventoryView::cmdBestandText_Click);
   OnClick(cmdBestandSatz, this, services_.person, &InventoryView::cmdBestandSatz_Click);
+  OnClick(cmdBestandAusstatten, this, services_.person, &InventoryView::cmdBestandAusstatten_Click);
   OnClick(cmdBestandKopieren, this, services_.person, &InventoryView::cmdBestandKopieren_Click);
   auto* const keys = new QShortcut(QKeySequence::Copy, ctlBestand, nullptr, nullptr,
                                    Qt::WidgetWithChildrenShortcut);
@@ -247,6 +252,8 @@ void InventoryView::cmdBestandSatz_Click() {
   if (row == nullptr || row->against.record == 0) return;
   Q_EMIT RecordWanted(row->key.kind, row->against.record);
 }
+
+void InventoryView::cmdBestandAusstatten_Click() { Q_EMIT EquipRequested(); }
 
 void InventoryView::cmdBestandKopieren_Click() {
   QModelIndexList rows = ctlBestand->selectionModel()->selectedRows();

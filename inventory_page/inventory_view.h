@@ -40,6 +40,8 @@ class InventoryView : public QWidget {
  Q_SIGNALS:
   /// The operator wants to see the record of an item.
   void RecordWanted(ItemKind kind, qint64 record);
+  /// Terminals are to be equipped with what another one held.
+  void EquipRequested();
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -57,6 +59,7 @@ class InventoryView : public QWidget {
   void cmdBestandText_Click();
   void cmdBestandSatz_Click();
   void cmdBestandKopieren_Click();
+  void cmdBestandAusstatten_Click();
 
   Services services_;
   InventoryModel model_;
@@ -70,6 +73,7 @@ class InventoryView : public QWidget {
   QPushButton* cmdBestandText;
   QPushButton* cmdBestandSatz;
   QPushButton* cmdBestandKopieren;
+  QPushButton* cmdBestandAusstatten;
 };
 
 }  // namespace kelvo

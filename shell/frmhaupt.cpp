@@ -282,6 +282,7 @@ void frmhaupt::FirstPaint() {
   TellOfMissingFonts();
   TellOfFirstProgram();
   TakeLeftDrawing();
+  TakeLeftEquipping();
   desk_->Editor().OfferDraft();
   Guarded(outside_.person, "Form_Paint", [this] { drafts_->Offer(slot_.LeftBehind("entwuerfe")); });
   Q_EMIT Loaded();

@@ -43,6 +43,7 @@ class QToolButton;
 namespace kelvo {
 
 class DrawingDesk;
+class EquipDialog;
 class HeadStrip;
 class HelpDesk;
 class HistoryView;
@@ -94,6 +95,9 @@ class frmhaupt : public QMainWindow {
   void FollowBus();
   void MakeAdviser();
   InventoryView* MakeInventory();
+  void MakeEquipping(QMenu* menu);
+  void mnuAusstatten_Click();
+  void TakeLeftEquipping();
   std::string OpenDevice();
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
@@ -216,6 +220,7 @@ class frmhaupt : public QMainWindow {
   StatusPage* status_ = nullptr;
   EepromPage* eeprom_ = nullptr;
   InventoryView* inventory_ = nullptr;
+  EquipDialog* equip_ = nullptr;
   TextPage* text_ = nullptr;
   AtPage* at_ = nullptr;
   MatrixPage* matrix_ = nullptr;

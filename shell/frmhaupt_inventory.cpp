@@ -1,4 +1,8 @@
+#include <QMenu>
+#include <filesystem>
+
 #include "base/wire_text.h"
+#include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
@@ -44,6 +48,41 @@ InventoryView* frmhaupt::MakeInventory() {
   journal_.SetListener([this] { inventory_->Refresh(); });
   connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
   return inventory_;
+}
+
+void frmhaupt::MakeEquipping(QMenu* menu) {
+  const auto selected = [this] {
+    return lineState_.Listens() == Listening::One ? lineState_.Address() : std::nullopt;
+  };
+  equip_ = new EquipDialog(
+      {exchange_, outside_.loop, outside_.person, state_, journal_, data_.ctlDovuData,
+       data_.Optionen, [this] { return StoredRecords(data_.database); },
+       [this] { return OpenDevice(); }, selected, slot_.File("ausstattung")},
+      this);
+  connect(equip_, &EquipDialog::Finished, this, [this](const QString& result, bool failed) {
+    chronicle_.Note(result.toStdString(), failed);
+  });
+  connect(terminals_, &SearchPage::EquipRequested, equip_, &EquipDialog::Open);
+  connect(inventory_, &InventoryView::EquipRequested, equip_, &EquipDialog::Open);
+  AddAction(menu, "mnuAusstatten", tr("Terminal &ausstatten …"), {},
+            &frmhaupt::mnuAusstatten_Click);
+}
+
+void frmhaupt::mnuAusstatten_Click() { equip_->Open(); }
+
+// A run that a program has left behind which died is offered as this one's own.
+void frmhaupt::TakeLeftEquipping() {
+  const std::vector<std::string> left = slot_.LeftBehind("ausstattung");
+  const std::string own = slot_.File("ausstattung");
+  std::error_code ignored;
+  if (!left.empty() && !std::filesystem::exists(own)) {
+    std::filesystem::rename(left.front(), own, ignored);
+  }
+  if (!equip_->HasLeftOver()) return;
+  chronicle_.Note(
+      "Das Ausstatten von Terminals ist nicht zu Ende; Bearbeiten / Terminal ausstatten … setzt es "
+      "fort.",
+      true);
 }
 
 void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {

@@ -142,6 +142,7 @@ void frmhaupt::MakeEditMenu() {
   AddToolbarAction(edit, "mnuBearbeitenSend", tr("&Senden"), QKeySequence(tr("F9")), kButtonSend);
   mnuDovuSenden = AddAction(edit, "mnuDovuSenden", tr("An aktive &Terminals senden …"),
                             QKeySequence(tr("Shift+F9")), &frmhaupt::mnuDovuSenden_Click);
+  MakeEquipping(edit);
   edit->addSeparator();
   mnuBearbeitenRueckgaengig = AddAction(edit, "mnuBearbeitenRueckgaengig", {}, QKeySequence::Undo,
                                         &frmhaupt::mnuBearbeitenRueckgaengig_Click);

@@ -41,7 +41,7 @@ class EquipDialogTest : public PageTest {
   /// The program starts, and the dialog is opened.
   void Begin() {
     Put(new EquipDialog({exchange, loop, person, state, journal, Records("DOVU"),
-                         Records("Optionen"), [] { return std::vector<EquipRecord>(); },
+                         Records("Optionen"), [] { return std::vector<StoredRecord>(); },
                          [] { return std::string("/dev/line"); }, [this] { return selected; },
                          folder.Path("kelvo.ausstattung")}))
         .Open();

@@ -299,19 +299,19 @@ TEST(Equipment, AFileKeepsItAndADamagedOneIsRefused) {
 }
 
 TEST(Equipment, OfRecordsThatCannotBeWrittenTheReasonIsTold) {
-  const Equipment equipment = EquipmentOf({{"Makro", "gut", 7, "\x1bGC"},
-                                           {"Makro", "ohne", -1, "x"},
-                                           {"Makro", "ETX", 1,
+  const Equipment equipment = EquipmentOf({{0, "Makro", "gut", 7, "\x1bGC"},
+                                           {0, "Makro", "ohne", -1, "x"},
+                                           {0, "Makro", "ETX", 1,
                                             "a\x03\x1b"
                                             "EE"},
-                                           {"Makro", "lang", 2, std::string(1024, 'x')},
-                                           {"MatrixTab", "M", 3,
+                                           {0, "Makro", "lang", 2, std::string(1024, 'x')},
+                                           {0, "MatrixTab", "M", 3,
                                             "\x1b"
                                             "EWK3,80,FF,FF,FF,FF,FF,FF,FF,FF;"},
-                                           {"ATTab", "A", 3,
+                                           {0, "ATTab", "A", 3,
                                             "\x1b"
                                             "EWK3,41,61;"},
-                                           {"ATTab", "mehr", 4,
+                                           {0, "ATTab", "mehr", 4,
                                             "\x1b"
                                             "EWK4,41,61;\x1b"
                                             "EE"}},
