@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "inventory/journal.h"
+#include "settings/in_terminal.h"
 
 // What was written into a Terminal against the records of the database. That something is the same
 // means: the same as what was last written from here. What others do with the Terminal nobody sees.
@@ -21,12 +22,6 @@ struct StoredRecord {
 };
 
 /// Whether a record lies in a Terminal.
-enum class InTerminal : std::uint8_t {
-  Same,
-  Changed,  ///< under its number lies an older text of it
-  Absent,   ///< nothing lies there, or something else
-  Unknown,
-};
 InTerminal StateOf(const Inventory& inventory, const StoredRecord& record);
 /// "gleich", "geändert", "nicht", "unbekannt"
 std::string InTerminalText(InTerminal state);

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "settings/in_terminal.h"
+
 namespace kelvo {
 
 class Recordset;
 
-/// How a stored text stands to what a Terminal holds under its number.
-enum class InTerminal { Unknown, Same, Changed, Absent };
-/// Tells it of a record; `wire` is its text. Records without a number are not asked about.
+/// Tells how a record stands to the Terminal; `wire` is its text. Records without a number are not asked about.
 using InTerminalOf =
     std::function<InTerminal(const std::string& typ, int number, const std::string& wire)>;
 
