@@ -90,6 +90,7 @@ PortError QtSerialPort::OpenDevice(const std::string& path) {
 }
 
 void QtSerialPort::Close() {
+  Discarding();
   // The system would wait for a held line, up to half a minute.
   if (Held()) device_.DiscardOutput();
   CloseDevice();
@@ -108,6 +109,7 @@ void QtSerialPort::CloseDevice() {
 
 std::string QtSerialPort::SetUp(const std::string& settings, Handshaking handshaking) {
   if (!IsOpen()) return "Die Schnittstelle ist nicht geöffnet.";
+  SettingUp(settings, handshaking);
   const LineSettings line = Settings(settings, handshaking, pseudoTerminal_);
   int error = device_.SetUp(line);
   if (error != 0) return "Einstellung " + settings + ": " + Description(error);
@@ -171,6 +173,7 @@ bool QtSerialPort::Held() const {
 
 void QtSerialPort::DiscardOutput() {
   if (!IsOpen()) return;
+  Discarding();
   device_.DiscardOutput();
   backlog_.clear();
   writable_.setEnabled(false);

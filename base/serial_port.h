@@ -27,6 +27,13 @@ enum class Handshaking { XOnXOff = 1, RtsCts = 2 };
 enum class Direction : std::uint8_t { ToTerminal, FromTerminal };
 using TrafficListener = std::function<void(Direction direction, std::string_view characters)>;
 
+/// Why what is written may not reach the other end as it was written.
+enum class LineBreak : std::uint8_t {
+  Discarded,  ///< characters that had not left the line are dropped
+  SetAnew,    ///< the line goes on with other settings
+};
+using BreakListener = std::function<void(LineBreak how)>;
+
 /// The serial port control. Characters are 8 bit, one std::string element each.
 ///
 /// "Not yet sent" means the line: a character counts until its last bit has left, whatever the
@@ -82,6 +89,8 @@ class SerialPort {
   virtual void SetErrorHandler(std::function<void(const std::string&)> handler) = 0;
   /// Told of everything that crosses the line; an empty listener costs nothing.
   virtual void SetTrafficListener(TrafficListener listener) = 0;
+  /// Told of each break just before it comes into force.
+  virtual void SetBreakListener(BreakListener listener) = 0;
 };
 
 }  // namespace kelvo

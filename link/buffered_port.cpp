@@ -42,6 +42,17 @@ void BufferedPort::Received(std::string_view characters, Time now) {
   if (traffic_) traffic_(Direction::FromTerminal, characters);
 }
 
+void BufferedPort::Discarding() {
+  if (break_ && OutBufferCount() > 0) break_(LineBreak::Discarded);
+}
+
+void BufferedPort::SettingUp(const std::string& settings, Handshaking handshaking) {
+  const LineSetting setting{settings, handshaking};
+  const bool anew = setting_ && *setting_ != setting;
+  setting_ = setting;
+  if (break_ && anew) break_(LineBreak::SetAnew);
+}
+
 void BufferedPort::ExpireEcho(Time now) {
   // An exchange that waits knows how long: until its end whatever it has written may come back.
   if (threshold_ == 1) Add(echo_.Expire(now));

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/serial_port.h"
 #include "link/echo_filter.h"
@@ -28,6 +30,7 @@ class BufferedPort : public SerialPort {
   int ReceiveThreshold() const override { return threshold_; }
   void SetReceiveHandler(std::function<void()> handler) override { receive_ = std::move(handler); }
   void SetTrafficListener(TrafficListener listener) override { traffic_ = std::move(listener); }
+  void SetBreakListener(BreakListener listener) override { break_ = std::move(listener); }
 
  protected:
   using Time = EchoFilter::Time;
@@ -41,6 +44,10 @@ class BufferedPort : public SerialPort {
   void Received(std::string_view characters, Time now);
   /// Tells of what waits, character by character, as long as somebody takes it.
   void RaiseReceiveEvents();
+  /// Characters that have not left the line are about to be dropped, if there are any.
+  void Discarding();
+  /// The line is about to be set up so.
+  void SettingUp(const std::string& settings, Handshaking handshaking);
   /// To be called now and then, so that what only looked like the beginning of an echo is shown.
   void ExpireEcho(Time now);
   bool EchoExpected() const { return echo_.Expected(); }
@@ -60,6 +67,9 @@ class BufferedPort : public SerialPort {
   bool raising_ = false;
   std::function<void()> receive_;
   TrafficListener traffic_;
+  BreakListener break_;
+  using LineSetting = std::pair<std::string, Handshaking>;
+  std::optional<LineSetting> setting_;
 };
 
 }  // namespace kelvo

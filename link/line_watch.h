@@ -19,12 +19,16 @@ class LineWatch {
     port_.SetTrafficListener([this](Direction direction, std::string_view characters) {
       for (const auto& follow : traffic_) follow(direction, characters);
     });
+    port_.SetBreakListener([this](LineBreak how) {
+      for (const auto& follow : breaks_) follow(how);
+    });
     exchange_.SetOutcomeListener([this](const Outcome& outcome) {
       for (const auto& follow : outcomes_) follow(outcome);
     });
   }
   ~LineWatch() {
     port_.SetTrafficListener({});
+    port_.SetBreakListener({});
     exchange_.SetOutcomeListener({});
   }
   LineWatch(const LineWatch&) = delete;
@@ -32,6 +36,8 @@ class LineWatch {
 
   /// Every stretch of characters that crosses the line, whoever sent it.
   void FollowTraffic(TrafficListener listener) { traffic_.push_back(std::move(listener)); }
+  /// Where what was handed to the line may not have reached the Terminals.
+  void FollowBreaks(BreakListener listener) { breaks_.push_back(std::move(listener)); }
   /// What came of each question and each acknowledged command.
   void FollowOutcomes(Outcomes listener) { outcomes_.push_back(std::move(listener)); }
 
@@ -39,6 +45,7 @@ class LineWatch {
   SerialPort& port_;
   Exchange& exchange_;
   std::vector<TrafficListener> traffic_;
+  std::vector<BreakListener> breaks_;
   std::vector<Outcomes> outcomes_;
 };
 

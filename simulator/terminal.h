@@ -76,6 +76,8 @@ class Terminal : private CommandParser::Handler {
 
   /// Told of everything that is carried out from now on; null for nobody.
   void SetFollower(TerminalFollower* follower) { follower_ = follower; }
+  /// Forgets a command that is not complete.
+  void DropCommand() { parser_.Reset(); }
   /// Carries out a text as if it were that of a macro.
   void Run(const std::string& text);
 

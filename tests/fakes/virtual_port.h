@@ -78,12 +78,14 @@ class VirtualPort : public BufferedPort {
     return openError;
   }
   void Close() override {
+    if (open_) Discarding();
     open_ = false;
     ClearInput();
     line_.clear();
   }
   bool IsOpen() const override { return open_; }
   std::string SetUp(const std::string& text, Handshaking shake) override {
+    SettingUp(text, shake);
     settings = text;
     handshaking = shake;
     if (onSetUp) onSetUp(text);
@@ -102,7 +104,10 @@ class VirtualPort : public BufferedPort {
     for (const char character : text) Reach(character);
   }
   std::size_t OutBufferCount() const override { return line_.size(); }
-  void DiscardOutput() override { line_.clear(); }
+  void DiscardOutput() override {
+    Discarding();
+    line_.clear();
+  }
   nanoseconds OutBufferTime() const override {
     return std::max(nanoseconds(1), characterTime * static_cast<long>(line_.size()));
   }
