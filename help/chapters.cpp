@@ -20,6 +20,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},
       {"frmVerlauf", "fenster.html#verlauf"},
+      {"frmAnzeigen", "nachbildung.html"},
       {"frmInfo", "eeprom.html"},
       {"frmHilfe", "hilfe.html"},
       {"frmAbout", "index.html"},

@@ -58,6 +58,7 @@ frmhaupt::frmhaupt(Outside outside)
       recorder_(
           {line_, lineState_, exchange_, outside_.loop, journal_, [this] { return OpenDevice(); }}),
       receive_(outside_.com1, exchange_),
+      twins_(line_, outside_.com1, outside_.loop, TwinServices()),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
   Named(this, "frmhaupt");
@@ -178,6 +179,7 @@ void frmhaupt::MakeFrame() {
       outside_, [this](const std::string& device) { return ConnectTo(device); });
   traffic_ = new TrafficView(record_, outside_.person, this);
   MakeHistory();
+  MakeTwins();
   portDialog_ = new PortDialog(
       outside_, data_.Anschluss,
       [this](const std::string& device) { return DescribeDevice(device); }, this);

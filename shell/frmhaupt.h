@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "bus/frmDovu.h"
 #include "bus/search_page.h"
@@ -33,9 +34,11 @@
 #include "shell/tabs.h"
 #include "shell/window_memory.h"
 #include "terminal/terminal_state.h"
+#include "twin/twins.h"
 #include "widgets/wheel_guard.h"
 
 class QAction;
+class QDockWidget;
 class QLabel;
 class QTabWidget;
 class QToolButton;
@@ -53,6 +56,8 @@ class PortReturn;
 class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
+class TwinPanel;
+class TwinWall;
 class WriteDesk;
 
 /// The main window. It opens the database while it is built (StoreError when that fails) and the
@@ -92,6 +97,10 @@ class frmhaupt : public QMainWindow {
   void MakeFrame();
   void MakeTabs();
   void MakeHistory();
+  void MakeTwins();
+  void AddTwinActions(QMenu* view);
+  Twins::Services TwinServices();
+  std::vector<int> StoredAddresses();
   void FollowBus();
   void MakeAdviser();
   InventoryView* MakeInventory();
@@ -125,7 +134,7 @@ class frmhaupt : public QMainWindow {
   void ShowLatestDeed();
   void ShowPageActions();
   void RestoreWindows();
-  std::array<QWidget*, 5> RememberedWindows();
+  std::array<QWidget*, 6> RememberedWindows();
   QAction* AddAction(QMenu* menu, const char* name, const QString& text,
                      const QKeySequence& shortcut, void (frmhaupt::*handler)());
   void AddToolbarAction(QMenu* menu, const char* name, const QString& text,
@@ -175,6 +184,7 @@ class frmhaupt : public QMainWindow {
   void mnuAnsichtGrafik_Click();
   void mnuAnsichtDatenverkehr_Click();
   void mnuAnsichtVerlauf_Click();
+  void mnuAnsichtAnzeigen_Click();
   void mnuHilfe_Inhalt_Click();
   void mnuHilfe_index_Click();
   void mnuHilfe_Seite_Click();
@@ -207,6 +217,7 @@ class frmhaupt : public QMainWindow {
   TerminalState state_;
   DeviceFonts fonts_;
   std::vector<int> missingFonts_;
+  Twins twins_;
 
   std::optional<RecordDrafts> drafts_;
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
@@ -237,6 +248,9 @@ class frmhaupt : public QMainWindow {
   StatusDisplay* statusDisplay_ = nullptr;
   TrafficView* traffic_ = nullptr;
   HistoryView* history_ = nullptr;
+  QDockWidget* dckAnzeige = nullptr;
+  TwinPanel* twin_ = nullptr;
+  TwinWall* wall_ = nullptr;
   PortDialog* portDialog_ = nullptr;
   QAction* mnuOptionenSofortSenden = nullptr;
   QAction* mnuOptionenZoom = nullptr;

@@ -10,6 +10,7 @@
 #include "shell/history_view.h"
 #include "shell/simulator_desk.h"
 #include "shell/traffic_view.h"
+#include "twin_page/twin_wall.h"
 
 // What the main window keeps from run to run, and how it ends.
 
@@ -19,6 +20,7 @@ namespace {
 constexpr int kBesideFirst = 48;  // pixels
 constexpr char kTrafficColumns[] = "ctlVerkehr";
 constexpr char kMacroPanes[] = "Makro-Seite";
+constexpr char kDocks[] = "frmhauptDocks";
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string joined;
@@ -39,12 +41,14 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());
   memory_.RememberState(kMacroPanes, macros_->Arrangement());
+  memory_.RememberState(kDocks, saveState());
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   if (!mnuOptionenSimulatorBehalten->isChecked()) simulator_->End();
   desk_->Editor().SetAutomaticSend(false);
   desk_->Editor().hide();
   traffic_->hide();
   history_->hide();
+  wall_->hide();
   dovu_->hide();
   help_->Close();
   Q_EMIT Unloaded();
@@ -77,14 +81,15 @@ bool frmhaupt::MayEnd() {
   return desk_->Editor().MayEnd();
 }
 
-std::array<QWidget*, 5> frmhaupt::RememberedWindows() {
-  return {this, &desk_->Editor(), dovu_, traffic_, history_};
+std::array<QWidget*, 6> frmhaupt::RememberedWindows() {
+  return {this, &desk_->Editor(), dovu_, traffic_, history_, wall_};
 }
 
 void frmhaupt::RestoreWindows() {
   for (QWidget* some : RememberedWindows()) memory_.Restore(*some);
   traffic_->RestoreColumns(memory_.State(kTrafficColumns));
   macros_->Arrange(memory_.State(kMacroPanes));
+  restoreState(memory_.State(kDocks));
   // A second program opens beside the first one.
   if (slot_.Number() > 1) move(pos() + QPoint(kBesideFirst, kBesideFirst) * (slot_.Number() - 1));
   connect(help_.get(), &HelpDesk::WindowMade, this,

@@ -104,6 +104,7 @@ void frmhaupt::ShowPort() {
   portWasOpen_ = open;
   head_->ShowPort(text);
   lineState_.PortIs(open ? interfaces_->OpenPortNumber() : 0);
+  twins_.PortIs(open ? interfaces_->OpenPortNumber() : 0);
   desk_->Editor().OptionsChanged();
 }
 
@@ -119,6 +120,7 @@ void frmhaupt::com1_Lost() {
   portWasOpen_ = false;  // that it is lost says more
   interfaces_->ShowNoPort();
   lineState_.PortLost();
+  twins_.PortLost();
   const std::string loss = "Die Verbindung zu " + port + " ist verloren gegangen.";
   chronicle_.Note(loss, true);
   const bool returns = ReturnsByItself();

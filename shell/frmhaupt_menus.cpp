@@ -236,6 +236,7 @@ void frmhaupt::MakeViewMenu() {
             &frmhaupt::mnuAnsichtDatenverkehr_Click);
   AddAction(view, "mnuAnsichtVerlauf", tr("&Verlauf"), QKeySequence(tr("Ctrl+L")),
             &frmhaupt::mnuAnsichtVerlauf_Click);
+  AddTwinActions(view);
 }
 
 void frmhaupt::MakeOptionMenu() {

@@ -98,7 +98,7 @@ TEST(Twins, KnowWhatTheyCannotKnow) {
 TEST(Twins, KeepWhatIsKnownWhenTheAddressIsTold) {
   TwinWorld world({{.address = 7}});
   world.memory.makros[3] = Esc + "GfR50,50;";
-  world.Real(7)->Memory().Write(sim::Eeprom::Kind::Macro, 3, world.memory.makros[3]);
+  world.Real(7)->Memory().Write(sim::Eeprom::Kind::Macro, 3, *world.memory.makros[3]);
   world.twins.MemoryKnownAnew();
   world.Query("?V");
   world.Say(Esc + "GC" + Esc + "GP5,5;" + RandomMacros::Call(3));

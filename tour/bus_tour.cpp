@@ -115,6 +115,11 @@ void BusTour::Send() {
   Expect(summary.startsWith(QStringLiteral("2 gut, 0 falsch, 0 ohne Antwort")), "two are good");
   simulator_.Picture(album_.File("bus-wand"));
   driver_.Click(QStringLiteral("cmdAbbruch"));
+  album_.Step("Die Nachbildungen aller Terminals.");
+  driver_.Click(QStringLiteral("mnuAnsichtAnzeigen"));
+  auto& wall = driver_.Find(QStringLiteral("frmAnzeigen"));
+  album_.Shoot(wall, "nachbildungen");
+  wall.close();
 }
 
 }  // namespace kelvo

@@ -51,6 +51,7 @@ void TerminalTour::Run() {
   Eeprom();
   Erase();
   Traffic();
+  Twin();
   Ports();
   Boxes();
   Help();
@@ -251,6 +252,21 @@ void TerminalTour::Traffic() {
   auto& traffic = driver_.Find(QStringLiteral("frmDatenverkehr"));
   Shoot(traffic, "datenverkehr");
   traffic.close();
+}
+
+void TerminalTour::Twin() {
+  Step("Die Nachbildung zeigt, was das Terminal anzeigt.");
+  Click("mnuAnsichtAnzeige");
+  Click("cmdVerbindungPruefen");
+  Show(Tab::Macros);
+  Click("cmdPlayMakro");
+  TerminalIsThrough();
+  driver_.Until(QStringLiteral("the model is certain"), [this] {
+    return driver_.Text(QStringLiteral("lblAnzeigeStand")).startsWith(QStringLiteral("Errechnet"));
+  });
+  Show(Tab::Macros);
+  Shoot(window_, "nachbildung");
+  Click("mnuAnsichtAnzeige");
 }
 
 void TerminalTour::Ports() {

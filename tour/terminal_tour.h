@@ -29,6 +29,7 @@ class TerminalTour {
   void Eeprom();
   void Erase();
   void Traffic();
+  void Twin();
   void Ports();
   void Boxes();
   void Help();

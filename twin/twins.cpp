@@ -97,15 +97,9 @@ Twin& Twins::MakeOf(int address) {
 }
 
 void Twins::TellMemory(Twin& twin, std::optional<int> address) const {
-  if (!services_.memory) return;
-  const KnownMemory memory = services_.memory(address);
-  for (int number = 0; number < 256; ++number) {
-    const auto found = memory.makros.find(number);
-    if (found != memory.makros.end()) {
-      twin.knowledge.Holds(number, found->second);
-    } else if (memory.nothingElse) {
-      twin.knowledge.Holds(number, std::nullopt);
-    }
+  if (!services_.memory || lastPort_ == 0) return;
+  for (const auto& [number, text] : services_.memory(address).makros) {
+    twin.knowledge.Holds(number, text);
   }
 }
 
@@ -285,15 +279,18 @@ void Twins::Told(int address) {
 
 void Twins::PortIs(int number) {
   if (number == 0) return;
-  if (lastPort_ != 0 && number != lastPort_) DropAll();
-  if (lost_) {
+  const int before = std::exchange(lastPort_, number);
+  const bool lost = std::exchange(lost_, false);
+  if (before != 0 && before != number) {
+    DropAll();
+  } else if (lost) {
     listening_.reset();
     present_.reset();
     nameless_ = MakeTwin({});
     nameless_->knowledge.Deafen(TwinDoubt::LineLost);
   }
-  lastPort_ = number;
-  lost_ = false;
+  // Whose EEPROM is meant is known with the port.
+  if (lost || before == 0) MemoryKnownAnew();
   Tell();
 }
 
@@ -306,7 +303,6 @@ void Twins::PortLost() {
     twin.knowledge.Deafen(TwinDoubt::LineLost);
     twin.knowledge.ForgetMemory();
   });
-  MemoryKnownAnew();
   Tell();
 }
 

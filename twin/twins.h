@@ -20,8 +20,8 @@ namespace kelvo {
 
 /// What is known of a Terminal's EEPROM from elsewhere.
 struct KnownMemory {
-  std::map<int, std::string> makros;
-  bool nothingElse = false;  ///< no other macro lies there
+  /// The texts of macros; nothing where it is known that there is none.
+  std::map<int, std::optional<std::string>> makros;
 };
 
 /// The model of one Terminal, and what is known of it.

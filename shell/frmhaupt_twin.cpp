@@ -1,0 +1,91 @@
+#include <QAction>
+#include <QDockWidget>
+#include <QMenu>
+
+#include "base/val.h"
+#include "link/control_characters.h"
+#include "shell/frmhaupt.h"
+#include "shell/head_strip.h"
+#include "twin_page/twin_panel.h"
+#include "twin_page/twin_wall.h"
+#include "widgets/form.h"
+
+// What the main window shows of the Terminals' displays.
+
+namespace kelvo {
+namespace {
+
+constexpr int kMakros = 256;
+
+std::string MakroText(const std::string& command) {
+  const std::size_t comma = command.find(',');
+  const std::size_t end = command.rfind(kEtx);
+  return end == std::string::npos || comma > end ? "" : command.substr(comma + 1, end - comma - 1);
+}
+
+// What several may have acknowledged proves nothing for a single one.
+KnownMemory MakrosIn(const Inventory& inventory) {
+  KnownMemory known;
+  for (int number = 0; number < kMakros; ++number) {
+    const ItemKey key{ItemKind::Macro, number};
+    const Held* const held = inventory.At(key);
+    if (held != nullptr && !held->broadcast && inventory.Trusts(*held)) {
+      known.makros[number] = MakroText(held->item.command);
+    } else if (held == nullptr && inventory.KnownEmpty(key)) {
+      known.makros[number] = std::nullopt;
+    }
+  }
+  return known;
+}
+
+}  // namespace
+
+// As the operator has noted it on the page Status, whoever's display it is.
+Twins::Services frmhaupt::TwinServices() {
+  const auto size = [this] {
+    return std::pair(static_cast<int>(data_.Default.Number("displayx")),
+                     static_cast<int>(data_.Default.Number("displayy")));
+  };
+  const auto memory = [this](std::optional<int> address) {
+    return MakrosIn(journal_.Of({OpenDevice(), address.value_or(kUnknownAddress)}));
+  };
+  return {.fonts = fonts_, .size = size, .memory = memory};
+}
+
+void frmhaupt::MakeTwins() {
+  const auto names = [this](int address) { return head_->NameOf(address); };
+  twin_ = new TwinPanel(twins_, names);
+  dckAnzeige = Named(new QDockWidget(tr("Anzeige (Nachbildung)"), this), "dckAnzeige");
+  dckAnzeige->setWidget(twin_);
+  addDockWidget(Qt::RightDockWidgetArea, dckAnzeige);
+  dckAnzeige->hide();
+  wall_ = new TwinWall(
+      twins_, names, [this] { return StoredAddresses(); }, this);
+  connect(wall_, &TwinWall::AddressChosen, this,
+          [this](int address) { head_->SetAddress(address); });
+  twins_.SetListener([this] {
+    twin_->Changed();
+    wall_->Changed();
+  });
+}
+
+std::vector<int> frmhaupt::StoredAddresses() {
+  std::vector<int> addresses;
+  for (const std::string& address : data_.ctlDovuData.Column("Adresse")) {
+    addresses.push_back(static_cast<int>(Val(address)));
+  }
+  return addresses;
+}
+
+void frmhaupt::AddTwinActions(QMenu* view) {
+  QAction* const dock = Named(dckAnzeige->toggleViewAction(), "mnuAnsichtAnzeige");
+  dock->setText(tr("&Anzeige (Nachbildung)"));
+  dock->setShortcut(QKeySequence(tr("Ctrl+Shift+A")));
+  view->addAction(dock);
+  AddAction(view, "mnuAnsichtAnzeigen", tr("Anzeigen a&ller Terminals"),
+            QKeySequence(tr("Ctrl+Shift+L")), &frmhaupt::mnuAnsichtAnzeigen_Click);
+}
+
+void frmhaupt::mnuAnsichtAnzeigen_Click() { wall_->Present(); }
+
+}  // namespace kelvo

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "twin/twins.h"
+
+class QLabel;
+
+namespace kelvo {
+
+class TwinPicture;
+
+/// A Terminal's stored name; empty for none.
+using TwinNames = std::function<std::string(int address)>;
+
+/// "Pumpe 3, Adresse 5"
+QString TwinName(int address, const TwinNames& names);
+/// What is said of it; of null that nobody has been spoken with.
+QString TwinText(const Twin* twin);
+
+/// Lets a widget that is seen follow the models, without a timer while nothing happens.
+class TwinFollower {
+ public:
+  TwinFollower(Twins& twins, QWidget& seen, std::function<void()> show);
+  /// Something has happened on the line.
+  void Changed();
+  /// At once.
+  void Show();
+
+ private:
+  Twins& twins_;
+  QWidget& seen_;
+  std::function<void()> show_;
+  QTimer pause_;
+};
+
+/// The display of the Terminal that is of interest now, as far as it can be reckoned, and what that
+/// rests on.
+class TwinPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  TwinPanel(Twins& twins, TwinNames names, QWidget* parent = nullptr);
+
+  void Changed() { follower_.Changed(); }
+  const TwinPicture& Picture() const { return *ctlAnzeigeBild; }
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void ShowTwin();
+
+  Twins& twins_;
+  TwinNames names_;
+  QLabel* lblAnzeigeWer;
+  TwinPicture* ctlAnzeigeBild;
+  QLabel* lblAnzeigeStand;
+  TwinFollower follower_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,78 @@
+#include "twin_page/twin_picture.h"
+
+#include <QPainter>
+#include <algorithm>
+
+namespace kelvo {
+namespace {
+
+// As the simulator shows it: dark dots on a light ground.
+constexpr QRgb kGround = qRgb(0xC8, 0xD6, 0xA8);
+constexpr QRgb kDullGround = qRgb(0xB4, 0xB8, 0xAC);
+constexpr QRgb kDot = qRgb(0x1C, 0x2A, 0x38);
+constexpr QRgb kDullDot = qRgb(0x5C, 0x64, 0x6A);
+constexpr QSize kNobody(240, 128);
+
+}  // namespace
+
+QImage TwinImage(const Twin* twin) {
+  if (twin == nullptr) {
+    QImage nothing(kNobody, QImage::Format_RGB32);
+    nothing.fill(kDullGround);
+    return nothing;
+  }
+  const bool certain = twin->Certain();
+  const sim::Screen& display = twin->terminal.Display();
+  const PixelMap pixels = twin->knowledge.KnowsCursor() ? display.Picture(true) : display.Pixels();
+  QImage image(pixels.Width(), pixels.Height(), QImage::Format_RGB32);
+  for (int y = 0; y < pixels.Height(); ++y) {
+    auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < pixels.Width(); ++x) {
+      row[x] = pixels.At(x, y) ? (certain ? kDot : kDullDot) : (certain ? kGround : kDullGround);
+    }
+  }
+  return image;
+}
+
+void PaintDoubt(QPainter& painter, const QRect& place) {
+  painter.fillRect(place, QBrush(QColor(0x50, 0x50, 0x50, 0x90), Qt::BDiagPattern));
+}
+
+TwinPicture::TwinPicture(QWidget* parent) : QWidget(parent), image_(TwinImage(nullptr)) {
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+}
+
+void TwinPicture::Show(const Twin* twin) {
+  const QSize before = image_.size();
+  image_ = TwinImage(twin);
+  doubted_ = twin == nullptr || !twin->Certain();
+  if (image_.size() != before) updateGeometry();
+  update();
+}
+
+QSize TwinPicture::sizeHint() const { return minimumSizeHint(); }
+
+QSize TwinPicture::minimumSizeHint() const { return image_.size() / devicePixelRatioF(); }
+
+// In screen pixels, which on a fine screen are smaller than the window's.
+double TwinPicture::Scale(int width) const {
+  const double ratio = devicePixelRatioF();
+  return std::max(1, static_cast<int>(width * ratio / image_.width())) / ratio;
+}
+
+int TwinPicture::heightForWidth(int width) const {
+  return static_cast<int>(image_.height() * Scale(width));
+}
+
+void TwinPicture::paintEvent(QPaintEvent*) {
+  const QRectF place(QPointF(), QSizeF(image_.size()) * Scale(width()));
+  QPainter painter(this);
+  painter.drawImage(place, image_);
+  if (doubted_) PaintDoubt(painter, place.toAlignedRect());
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(place.adjusted(0, 0, -1, -1));
+}
+
+}  // namespace kelvo
