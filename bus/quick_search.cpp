@@ -62,10 +62,10 @@ void QuickSearch::Pass(int address) {
   result.echoed = echo.Came();
   NoteStray();
   if (result.heard == Heard::Itself) {
-    Took(result.took);
     search_.ShowFound(address);
     NoteStray();
     search_.ReadVersionOf(result, checksumFrom_);
+    Took(result.took);
     NoteStray();
   }
   connected_ = exchange.Alive();

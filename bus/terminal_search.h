@@ -32,7 +32,7 @@ struct SearchResult {
   std::string received;              ///< all that came after "?A", whatever it was
   std::string versionReply;          ///< to "?V", empty when that was not asked
   std::string versionReceived;       ///< all that came after "?V"
-  std::chrono::nanoseconds took{0};  ///< until that was complete, or given up
+  std::chrono::nanoseconds took{0};  ///< until an answer was complete, or given up
   bool versionUsable = false;
   bool checksum = false;  ///< its version computes checksums
   bool echoed = false;    ///< the line has brought back what was sent

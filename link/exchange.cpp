@@ -112,7 +112,9 @@ Reply Exchange::WaitAcknowledge() {
   return reply;
 }
 
-Reply Exchange::WaitAnswer(std::string_view endMark) {
+Reply Exchange::WaitAnswer(std::string_view endMark) { return WaitAnswer(endMark, {}); }
+
+Reply Exchange::WaitAnswer(std::string_view endMark, std::optional<nanoseconds> since) {
   const bool byTime = endMark.empty();
   const std::string sent = sent_;  // another exchange may run in the middle
   if (!Alive()) {
@@ -127,7 +129,7 @@ Reply Exchange::WaitAnswer(std::string_view endMark) {
   port_.SetReceiveThreshold(0);
   WaitUntilSent();
   port_.SetInputLen(1);
-  const nanoseconds asked = loop_.Now();
+  const nanoseconds asked = since.value_or(loop_.Now());
   Reply reply = byTime ? CollectForTime() : CollectUntil(endMark);
   if (endMark == kEndMark) reply = ReplyBehindOverdue(std::move(reply), asked);
   port_.SetInputLen(inputLen);
@@ -202,7 +204,7 @@ Reply Exchange::SendQuickQuery(const Command& query, milliseconds first) {
   WaitUntilSent();
   const nanoseconds asked = loop_.Now();
   if (AwaitInput(asked + first)) {
-    reply = WaitAnswer(kEndMark);
+    reply = WaitAnswer(kEndMark, asked);
     if (!reply.Failed()) RemoveEcho(reply, query);
   } else {
     reply = TimeOutReply({}, Alive());

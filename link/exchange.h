@@ -137,6 +137,7 @@ class Exchange {
   void RestartTimer();
   void WriteInPieces(std::string_view text);
   Reply WaitAcknowledge();
+  Reply WaitAnswer(std::string_view endMark, std::optional<std::chrono::nanoseconds> since);
   Reply CollectForTime();
   Reply CollectUntil(std::string_view endMark);
   bool IsOverdue(Answer answer) const;
