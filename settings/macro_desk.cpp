@@ -32,7 +32,8 @@ MacroDesk::MacroDesk(QWidget* parent)
       txtMakro(Named(new MacroEdit, "txtMakro")),
       lblMakroParameter(Named(new QLabel, "lblMakroParameter")),
       lstMakroHinweise(Named(new RemarkList, "lstMakroHinweise")),
-      divider_(Named(new QSplitter(Qt::Vertical), "splMakroHinweise")) {
+      divider_(Named(new QSplitter(Qt::Vertical), "splMakroHinweise")),
+      hintRow_(new QHBoxLayout) {
   txtMakro->setPlaceholderText(tr("(Makrotext)"));
   txtMakro->setAccessibleName(tr("Makrotext"));
   lblMakroParameter->setTextFormat(Qt::RichText);
@@ -47,7 +48,8 @@ MacroDesk::MacroDesk(QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins({});
   column->addWidget(divider_, 1);
-  column->addWidget(lblMakroParameter);
+  hintRow_->addWidget(lblMakroParameter, 1);
+  column->addLayout(hintRow_);
   connect(txtMakro, &QPlainTextEdit::textChanged, this, &MacroDesk::Check);
   connect(txtMakro, &MacroEdit::PaletteChanged, this, &MacroDesk::Check);
   connect(txtMakro, &QPlainTextEdit::cursorPositionChanged, this, &MacroDesk::ShowHint);
@@ -62,6 +64,8 @@ MacroDesk::MacroDesk(QWidget* parent)
   ShowHint();
 }
 
+void MacroDesk::AddBesideHint(QWidget* widget) { hintRow_->addWidget(widget); }
+
 void MacroDesk::SetContext(MacroContext context) {
   context_ = std::move(context);
   txtMakro->SetDisplay(context_.display);
@@ -74,6 +78,7 @@ void MacroDesk::Check() {
   std::vector<Remark> remarks = CheckMacro(wire, context_);
   txtMakro->ShowRemarks(wire, remarks);
   lstMakroHinweise->Show(std::move(remarks));
+  Q_EMIT Checked(wire);
 }
 
 void MacroDesk::ShowHint() {

@@ -4,6 +4,7 @@
 
 #include "settings/macro_check.h"
 
+class QHBoxLayout;
 class QLabel;
 class QSplitter;
 
@@ -22,11 +23,17 @@ class MacroDesk : public QWidget {
 
   MacroEdit& Editor() { return *txtMakro; }
   QSplitter& Divider() { return *divider_; }
+  /// Puts a short text to the right of the line about the parameters.
+  void AddBesideHint(QWidget* widget);
   /// What the text is checked against from now on.
   void SetContext(MacroContext context);
   const MacroContext& Context() const { return context_; }
   /// The text, or what others hold, has changed.
   void Check();
+
+ Q_SIGNALS:
+  /// The text has been checked anew.
+  void Checked(const std::string& wire);
 
  private:
   void ShowHint();
@@ -37,6 +44,7 @@ class MacroDesk : public QWidget {
   QLabel* lblMakroParameter;
   RemarkList* lstMakroHinweise;
   QSplitter* divider_;
+  QHBoxLayout* hintRow_;
 };
 
 }  // namespace kelvo

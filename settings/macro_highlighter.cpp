@@ -35,37 +35,28 @@ MacroHighlighter::MacroHighlighter(QPlainTextEdit& editor)
 void MacroHighlighter::Show(std::vector<Piece> pieces, std::vector<Remark> remarks) {
   pieces_ = std::move(pieces);
   remarks_ = std::move(remarks);
+  MakeFormats();
   // Colours are no change of the text, which the document would report them as.
   const QSignalBlocker silent(document());
   rehighlight();
 }
 
-QTextCharFormat MacroHighlighter::Format(PieceKind kind) const {
+void MacroHighlighter::MakeFormats() {
   const QPalette& palette = editor_.palette();
-  QTextCharFormat format;
-  switch (kind) {
-    case PieceKind::Letters:
-      format.setForeground(Coloured(palette, Blue));
-      format.setFontWeight(QFont::Bold);
-      break;
-    case PieceKind::Unknown:
-      format.setForeground(palette.color(QPalette::PlaceholderText));
-      format.setFontWeight(QFont::Bold);
-      break;
-    case PieceKind::Parameter:
-      format.setForeground(Coloured(palette, Green));
-      break;
-    case PieceKind::Mark:
-      format.setForeground(palette.color(QPalette::PlaceholderText));
-      break;
-    case PieceKind::GraphicText:
-      format.setForeground(Coloured(palette, Violet));
-      break;
-    case PieceKind::Control:
-      format.setForeground(Coloured(palette, Amber));
-      break;
+  const QColor faint = palette.color(QPalette::PlaceholderText);
+  const std::pair<PieceKind, QColor> colours[] = {
+      {PieceKind::Letters, Coloured(palette, Blue)},
+      {PieceKind::Unknown, faint},
+      {PieceKind::Parameter, Coloured(palette, Green)},
+      {PieceKind::Mark, faint},
+      {PieceKind::GraphicText, Coloured(palette, Violet)},
+      {PieceKind::Control, Coloured(palette, Amber)}};
+  for (const auto& [kind, colour] : colours) {
+    QTextCharFormat& format = formats_[static_cast<std::size_t>(kind)];
+    format.setForeground(colour);
+    const bool letters = kind == PieceKind::Letters || kind == PieceKind::Unknown;
+    format.setFontWeight(letters ? QFont::Bold : QFont::Normal);
   }
-  return format;
 }
 
 // A line end is one character here and two in the wire text.
@@ -79,7 +70,7 @@ void MacroHighlighter::highlightBlock(const QString& text) {
   };
   for (const Piece& piece : pieces_) {
     const auto [from, count] = inBlock(piece.begin, piece.length);
-    if (count > 0) setFormat(from, count, Format(piece.kind));
+    if (count > 0) setFormat(from, count, formats_[static_cast<std::size_t>(piece.kind)]);
   }
   for (const Remark& remark : remarks_) {
     const auto [from, count] = inBlock(remark.position, std::max<std::size_t>(remark.length, 1));

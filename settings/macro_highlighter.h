@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSyntaxHighlighter>
+#include <array>
 #include <vector>
 
 #include "settings/macro_check.h"
@@ -24,10 +25,11 @@ class MacroHighlighter : public QSyntaxHighlighter {
   void highlightBlock(const QString& text) override;
 
  private:
-  QTextCharFormat Format(PieceKind kind) const;
+  void MakeFormats();
   void Underline(const Remark& remark, int begin, int length);
 
   const QPlainTextEdit& editor_;
+  std::array<QTextCharFormat, kPieceKinds> formats_;  // by PieceKind, in the palette's colours
   std::vector<Piece> pieces_;
   std::vector<Remark> remarks_;
 };

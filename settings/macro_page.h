@@ -10,11 +10,13 @@
 #include "base/operator.h"
 #include "inventory/write_run.h"
 #include "link/exchange.h"
+#include "settings/macro_preview.h"
 #include "settings/macro_table_model.h"
 #include "store/recordset.h"
 #include "terminal/terminal_state.h"
 #include "widgets/record_editor.h"
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -46,6 +48,8 @@ class MacroPage : public QWidget {
     const DeviceFonts& fonts;
     /// Writes with a proof; a page without it offers none.
     WriteDesk* writeDesk = nullptr;
+    std::function<int()> baudRate{};             ///< of the port, bit/s
+    std::function<PresentTerminal()> present{};  ///< for the preview
   };
   explicit MacroPage(Services services, QWidget* parent = nullptr);
 
@@ -134,6 +138,8 @@ class MacroPage : public QWidget {
   MacroTable* table_;
   MacroDesk* desk_;
   MacroEdit* txtMakro;  // on the desk
+  MacroPreview* preview_;
+  QCheckBox* chkVorschau;
   WireField* txtMakroNr;
   WireField* txtMakroNrDisplay;
   QLabel* lblMakroLaenge;

@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -64,11 +65,13 @@ QWidget* MacroPage::MakePanes() {
   splMakros = Named(new QSplitter, "splMakros");
   table_ = new MacroTable;
   splMakros->addWidget(table_);
+  preview_ = new MacroPreview({services_.fonts, services_.baudRate, services_.present});
   splMakros->addWidget(MakeEditor());
   splMakros->setStretchFactor(1, 1);
   splMakros->setCollapsible(1, false);
   const int character = fontMetrics().averageCharWidth();
-  splMakros->setSizes({character * 45, character * 90});
+  splMakros->addWidget(preview_);
+  splMakros->setSizes({character * 45, character * 80, character * 42});
   return splMakros;
 }
 
@@ -93,8 +96,12 @@ QWidget* MacroPage::MakeEditor() {
   signs->setToolTip(
       tr("← ist ESC, der Anfang jedes Befehls; ♦ (Code 4) beendet einen Grafiktext."));
   row->addWidget(signs);
+  chkVorschau = Named(new QCheckBox(tr("&Vorschau")), "chkVorschau");
+  chkVorschau->setToolTip(tr("Zeigt daneben, was der Text auf dem Display hinterlässt."));
+  chkVorschau->setChecked(true);
   row->addStretch();
-  row->addWidget(lblMakroLaenge);
+  row->addWidget(chkVorschau);
+  desk_->AddBesideHint(lblMakroLaenge);
   column->addWidget(desk_, 1);
   column->addLayout(row);
   return group;
@@ -165,6 +172,9 @@ void MacroPage::ConnectControls() {
   }
   connect(cboMakro, &QComboBox::activated, this,
           [this] { Guarded(services_.person, "cboMakro", [&] { cboMakro_Click(); }); });
+  connect(chkVorschau, &QCheckBox::toggled, preview_, &QWidget::setVisible);
+  connect(desk_, &MacroDesk::Checked, preview_,
+          [this](const std::string& wire) { preview_->Show(wire, desk_->Context()); });
   connect(txtMakro, &WireEdit::textChanged, this, &MacroPage::Edited);
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::Edited);
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::ShowContext);

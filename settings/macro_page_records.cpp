@@ -1,6 +1,7 @@
 // The table of the macro page: it follows the list of names, and the list follows it.
 
 #include <QAbstractItemModel>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDataStream>
 #include <QIODevice>
@@ -69,7 +70,8 @@ void MacroPage::TerminalChanged() { table_->Model().TerminalChanged(); }
 QByteArray MacroPage::Arrangement() const {
   QByteArray bytes;
   QDataStream stream(&bytes, QIODevice::WriteOnly);
-  stream << splMakros->saveState() << desk_->Divider().saveState() << table_->Columns();
+  stream << splMakros->saveState() << desk_->Divider().saveState() << table_->Columns()
+         << chkVorschau->isChecked();
   return bytes;
 }
 
@@ -78,11 +80,13 @@ void MacroPage::Arrange(const QByteArray& arrangement) {
   QByteArray panes;
   QByteArray remarks;
   QByteArray columns;
-  stream >> panes >> remarks >> columns;
+  bool preview = true;
+  stream >> panes >> remarks >> columns >> preview;
   if (stream.status() != QDataStream::Ok) return;
   splMakros->restoreState(panes);
   desk_->Divider().restoreState(remarks);
   table_->RestoreColumns(columns);
+  chkVorschau->setChecked(preview);
 }
 
 }  // namespace kelvo

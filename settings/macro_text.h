@@ -48,6 +48,7 @@ enum class PieceKind {
   GraphicText,  ///< behind "GT"
   Control,      ///< a control character in a text
 };
+inline constexpr std::size_t kPieceKinds = 6;
 /// A run of characters that look alike; what is in none is text for the display.
 struct Piece {
   PieceKind kind;

@@ -5,6 +5,7 @@
 
 #include "settings/macro_edit.h"
 #include "settings/macro_page.h"
+#include "settings/macro_picture.h"
 #include "tests/page_fixture.h"
 #include "tests/test_fonts.h"
 
@@ -14,8 +15,9 @@ namespace {
 class MacroDeskTest : public PageTest {
  protected:
   MacroDeskTest() {
-    page = &Put(new MacroPage(
-        {exchange, person, state, Records("Makro"), Records("Default"), TestFonts()}));
+    page = &Put(
+        new MacroPage({exchange, person, state, Records("Makro"), Records("Default"), TestFonts(),
+                       nullptr, [] { return 1200; }, [this] { return present; }}));
     page->Records().SelectFirst();
     page->resize(1000, 640);
   }
@@ -40,6 +42,7 @@ class MacroDeskTest : public PageTest {
   }
   std::string Selected() { return Edit().textCursor().selectedText().toStdString(); }
 
+  PresentTerminal present;
   MacroPage* page = nullptr;
 };
 
@@ -134,6 +137,60 @@ TEST_F(MacroDeskTest, ColoursFollowTheText) {
   Edit().undo();
   EXPECT_EQ(Editor("txtMakro"), "\x1bGR1,x;");
   EXPECT_FALSE(page->Records().DraftNames().empty());
+}
+
+TEST_F(MacroDeskTest, ThePreviewRunsWhatIsTypedAndFollowsKnownMacros) {
+  const auto dots = [this] {
+    const QImage& image = Find<MacroPicture>("picVorschau").Image();
+    int dark = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) dark += qGray(image.pixel(x, y)) < 100 ? 1 : 0;
+    }
+    return dark;
+  };
+  QApplication::processEvents();
+  Type("txtMakro", "");
+  EXPECT_EQ(dots(), 0);
+  QTest::keyClicks(&Edit(), "ab");
+  EXPECT_GT(dots(), 10);
+  EXPECT_EQ(Text("lblVorschauKosten"),
+            "Errechnet, nicht gelesen. 2 Zeichen, 0,02 s bei 1200 Bit/s; im EEPROM 2 Byte.");
+  // "Rahmen" lies under 2.
+  Type("txtMakro",
+       ""
+       "ECM2;");
+  EXPECT_EQ(dots(), 2 * 240 + 2 * 126);
+  EXPECT_FALSE(Find("lblVorschauHinweis").isVisible());
+  Type("txtMakro",
+       ""
+       "ECM99;");
+  EXPECT_NE(Text("lblVorschauHinweis").find("Makro 99"), std::string::npos);
+  Click("chkVorschau");
+  EXPECT_FALSE(Find("picVorschau").isVisible());
+  Type("txtMakro", "");
+  Click("chkVorschau");
+  EXPECT_EQ(dots(), 0);
+  EXPECT_EQ(Written(), "");
+}
+
+TEST_F(MacroDeskTest, ThePreviewBeginsOnThePresentPictureWhereThatIsKnown) {
+  auto& start = Find<QComboBox>("cboVorschauStart");
+  const auto can = [&start] {
+    return start.model()->flags(start.model()->index(1, 0)).testFlag(Qt::ItemIsEnabled);
+  };
+  Type("txtMakro", "GP0,0;GL0,0;");
+  EXPECT_FALSE(can());
+  sim::Terminal terminal({.width = 60, .height = 40}, TestFonts());
+  terminal.PowerOn({});
+  present = {&terminal, false};
+  page->Shown();
+  EXPECT_TRUE(can());
+  start.setCurrentIndex(1);
+  EXPECT_EQ(Find<MacroPicture>("picVorschau").Image().size(), QSize(60, 40));
+  EXPECT_NE(Text("lblVorschauHinweis").find("nicht sicher"), std::string::npos);
+  present.certain = true;
+  page->Shown();
+  EXPECT_FALSE(Find("lblVorschauHinweis").isVisible());
 }
 
 }  // namespace
