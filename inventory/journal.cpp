@@ -46,6 +46,7 @@ void WriteJournal::TakeLines() {
     std::erase_if(entries_,
                   [](const JournalEntry& entry) { return entry.event != Event::NotRecorded; });
     unreadable_ = 0;
+    folded_.clear();
   }
   for (const std::string& line : news.lines) {
     if (auto entry = ReadJournalLine(line)) {
@@ -57,8 +58,9 @@ void WriteJournal::TakeLines() {
 }
 
 Inventory WriteJournal::Of(const TerminalId& terminal) const {
-  Inventory inventory;
-  for (const JournalEntry& entry : entries_) {
+  auto& [inventory, taken] = folded_[terminal];
+  for (; taken < entries_.size(); ++taken) {
+    const JournalEntry& entry = entries_[taken];
     if (entry.terminal.device != terminal.device) continue;
     if (entry.terminal.address == kAllAddresses) {
       inventory.Take(entry, true);

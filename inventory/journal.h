@@ -127,6 +127,8 @@ class WriteJournal {
 
   std::optional<JournalFile> file_;
   std::vector<JournalEntry> entries_;
+  /// What has been folded already, of how many entries.
+  mutable std::map<TerminalId, std::pair<Inventory, std::size_t>> folded_;
   std::size_t unreadable_ = 0;
   bool told_ = false;
   std::function<void(const std::string&)> failure_;

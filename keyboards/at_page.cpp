@@ -18,6 +18,7 @@
 #include "keyboards/table_order.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -36,6 +37,7 @@ AtPage::Edit AtPage::OnScreen() const { return {list_->Pairs(), txtATTastNr->Wir
 
 void AtPage::Show(const Edit& edit) {
   txtATTastNr->SetWire(edit.number);
+  lblATTastBelegt->Refresh();                                     // it is another record's
   if (list_->Pairs() != edit.pairs) list_->SetPairs(edit.pairs);  // else the cursor stays
 }
 
@@ -47,6 +49,7 @@ void AtPage::DisplayATTab(std::optional<std::string> table) {
 
 void AtPage::ShowStored() {
   txtATTastNr->SetWire(tables_->NumberField());
+  lblATTastBelegt->Refresh();
   DisplayATTab();
 }
 

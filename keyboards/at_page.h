@@ -26,6 +26,7 @@ class QTableView;
 namespace kelvo {
 
 class AtList;
+class NumberNote;
 class WireField;
 class WriteDesk;
 
@@ -53,6 +54,8 @@ class AtPage : public QWidget, public Receiver {
 
   /// The stored records and the edits that are not saved.
   RecordEditorBase& Records() { return *tables_; }
+  /// What is said of the number that a table is written under.
+  NumberNote& Note() { return *lblATTastBelegt; }
   /// The page is shown.
   void Shown();
   /// Another page is shown.
@@ -135,6 +138,7 @@ class AtPage : public QWidget, public Receiver {
   QPushButton* cmdATSortieren;
   QLabel* lblATHinweis;
   WireField* txtATTastNr;
+  NumberNote* lblATTastBelegt;
   QPushButton* cmdSetATTab;
   QPushButton* cmdClearATTast;
   QPushButton* cmdATRead;

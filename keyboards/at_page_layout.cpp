@@ -15,6 +15,7 @@
 #include "keyboards/table_number_hint.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -121,6 +122,9 @@ QWidget* AtPage::MakeTerminalTable() {
   ShowTableNumberRange(*txtATTastNr,
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtATTastNr, tr("0 … 255")),
                               "lblATTastNrBereich"));
+  lblATTastBelegt =
+      new NumberNote("lblATTastBelegt", *txtATTastNr, [this] { return tables_->CurrentName(); });
+  form->addRow(lblATTastBelegt);
   form->addRow(ButtonRow({cmdSetATTab, cmdClearATTast, cmdATRead}));
   if (services_.writeDesk != nullptr) {
     form->addRow(new ProvenBar("ATTab", *services_.writeDesk, services_.person,

@@ -15,6 +15,7 @@
 #include "link/control_characters.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 
 namespace kelvo {
 namespace {
@@ -65,6 +66,7 @@ MatrixPage::Edit MatrixPage::OnScreen() const {
 
 void MatrixPage::Show(const Edit& edit) {
   txtTastTabNr->SetWire(edit.number);
+  lblTastTabBelegt->Refresh();  // it is another record's
   for (std::size_t line = 0; line < kMatrixLines; ++line) {
     chkTastZeile[line]->setChecked(edit.table.rows[line]);
     chkTastSpalte[line]->setChecked(edit.table.columns[line]);
@@ -87,6 +89,7 @@ void MatrixPage::DisplayTastTab(std::optional<std::string> table) {
 
 void MatrixPage::ShowStored() {
   txtTastTabNr->SetWire(tables_->NumberField());
+  lblTastTabBelegt->Refresh();
   DisplayTastTab();
 }
 

@@ -24,6 +24,7 @@ class QPushButton;
 namespace kelvo {
 
 class KeyCell;
+class NumberNote;
 class WireField;
 class WriteDesk;
 
@@ -48,6 +49,8 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
 
   /// The stored records and the edits that are not saved.
   RecordEditorBase& Records() { return *tables_; }
+  /// What is said of the number that a table is written under.
+  NumberNote& Note() { return *lblTastTabBelegt; }
   /// The page is shown.
   void Shown() { tables_->Refresh(); }
 
@@ -130,6 +133,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   QLabel* lblTastHinweis;
   QLabel* lblTastKlartext;
   WireField* txtTastTabNr;
+  NumberNote* lblTastTabBelegt;
   QPushButton* cmdSetMatrixTab;
   QPushButton* cmdClearMatrixTast;
   QPushButton* cmdMatrixRead;

@@ -12,6 +12,7 @@
 #include "keyboards/table_number_hint.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 
 namespace kelvo {
 
@@ -134,6 +135,9 @@ QWidget* MatrixPage::MakeTerminalTable() {
   ShowTableNumberRange(*txtTastTabNr,
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255")),
                               "lblTastTabNrBereich"));
+  lblTastTabBelegt =
+      new NumberNote("lblTastTabBelegt", *txtTastTabNr, [this] { return tables_->CurrentName(); });
+  form->addRow(lblTastTabBelegt);
   form->addRow(cmdSetMatrixTab);
   if (services_.writeDesk != nullptr) {
     form->addRow(new ProvenBar("MatrixTab", *services_.writeDesk, services_.person,

@@ -16,6 +16,7 @@
 #include "settings/macros.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -74,6 +75,7 @@ void MacroPage::Show(const Edit& edit) {
   OfferNumber();
   ShowContext();
   ShowRecordsSoon();
+  lblMakroBelegt->Refresh();  // it is another record's
 }
 
 void MacroPage::Edited() {

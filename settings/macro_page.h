@@ -30,6 +30,7 @@ class DeviceFonts;
 class MacroDesk;
 class MacroEdit;
 class MacroTable;
+class NumberNote;
 class WireField;
 class WriteDesk;
 
@@ -55,6 +56,8 @@ class MacroPage : public QWidget {
 
   /// The stored records and the edits that are not saved.
   RecordEditorBase& Records() { return *records_; }
+  /// What is said of the number that a macro is written under.
+  NumberNote& Note() { return *lblMakroBelegt; }
   /// Shows a stored record, of whatever kind.
   void ShowRecord(std::int64_t bookmark);
   /// The page is shown.
@@ -144,6 +147,7 @@ class MacroPage : public QWidget {
   WireField* txtMakroNrDisplay;
   QLabel* lblMakroLaenge;
   QLabel* lblMakroFrei;
+  NumberNote* lblMakroBelegt;
   QPushButton* cmdInsertESC;
   QPushButton* cmdInsertTextende;
   QPushButton* cmdSetMakro;

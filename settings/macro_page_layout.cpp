@@ -15,6 +15,7 @@
 #include "settings/macros.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/number_note.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -120,7 +121,10 @@ QWidget* MacroPage::MakeWriting() {
   cmdSetAutostartMakro =
       MakeButton("cmdSetAutostartMakro", tr("Als A&utostart schreiben"),
                  tr("Schreibt den Text als Makro 0, das das Terminal beim Einschalten ausführt."));
+  lblMakroBelegt =
+      new NumberNote("lblMakroBelegt", *txtMakroNr, [this] { return records_->CurrentName(); });
   AddRow(form, tr("Makro-&Nummer:"), txtMakroNr, tr("0 … 255"));
+  form->addRow(lblMakroBelegt);
   form->addRow(new QLabel(tr("Freies EEPROM:")), lblMakroFrei);
   form->addRow(ButtonRow({cmdSetMakro, cmdSetAutostartMakro}));
   if (services_.writeDesk != nullptr) {

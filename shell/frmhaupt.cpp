@@ -108,6 +108,7 @@ void frmhaupt::MakePages() {
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
   connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
   MakeKeyboardPages();
+  NoteTakenNumbers();
   MakeDrawingDesk();
 }
 

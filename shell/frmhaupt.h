@@ -108,6 +108,8 @@ class frmhaupt : public QMainWindow {
   void mnuAusstatten_Click();
   void TakeLeftEquipping();
   std::string OpenDevice();
+  void NoteTakenNumbers();
+  void ShowInventory();
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
   void ReadOptions();
@@ -220,6 +222,7 @@ class frmhaupt : public QMainWindow {
   Twins twins_;
 
   std::optional<RecordDrafts> drafts_;
+  bool inventoryWaits_ = false;
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool SofortSenden_ = false;

@@ -1,11 +1,13 @@
 #include <QMenu>
 #include <filesystem>
+#include <QTimer>
 
 #include "base/wire_text.h"
 #include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
+#include "widgets/number_note.h"
 
 // What the main window knows of what was written into the Terminals.
 
@@ -45,7 +47,7 @@ InventoryView* frmhaupt::MakeInventory() {
       new InventoryView({journal_, outside_.person, [this] { return recorder_.Listener(); },
                          [this] { return StoredRecords(data_.database); },
                          [this](int address) { return head_->NameOf(address); }});
-  journal_.SetListener([this] { inventory_->Refresh(); });
+  journal_.SetListener([this] { ShowInventory(); });
   connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
   return inventory_;
 }
@@ -83,6 +85,30 @@ void frmhaupt::TakeLeftEquipping() {
       "Das Ausstatten von Terminals ist nicht zu Ende; Bearbeiten / Terminal ausstatten … setzt es "
       "fort.",
       true);
+}
+
+// Each page says what a number is taken by that it writes under.
+void frmhaupt::NoteTakenNumbers() {
+  const auto taken = [this](ItemKind kind) {
+    return [this, kind](int number, const std::string& record) {
+      return TakenText(journal_.Of(recorder_.Listener()), {kind, number}, record);
+    };
+  };
+  macros_->Note().SetWords(taken(ItemKind::Macro));
+  matrix_->Note().SetWords(taken(ItemKind::MatrixTable));
+  at_->Note().SetWords(taken(ItemKind::AtTable));
+}
+
+// Much may change at once.
+void frmhaupt::ShowInventory() {
+  inventory_->Refresh();
+  if (std::exchange(inventoryWaits_, true)) return;
+  QTimer::singleShot(0, this, [this] {
+    inventoryWaits_ = false;
+    for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
+      note->Refresh();
+    }
+  });
 }
 
 void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {

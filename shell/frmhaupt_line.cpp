@@ -2,7 +2,6 @@
 
 #include "base/val.h"
 #include "help/help_desk.h"
-#include "inventory_page/inventory_view.h"
 #include "inventory_page/write_desk.h"
 #include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
@@ -25,7 +24,7 @@ QWidget* frmhaupt::MakeAddressStrip() {
   OnSend(head_->CheckButton(), this, outside_.person, &frmhaupt::cmdVerbindungPruefen_Click);
   lineState_.SetListener([this] {
     head_->ShowState();
-    inventory_->Refresh();
+    ShowInventory();
   });
   lineState_.SetStartedAnewListener([this] { status_->ForgetPorts(); });
   connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);

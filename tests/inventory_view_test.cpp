@@ -74,6 +74,28 @@ TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheReco
   EXPECT_EQ(Rows().size(), 2u) << "the chosen one stays";
 }
 
+TEST_F(InventoryViewTest, ANumberThatIsTakenIsMarkedWhereItIsTyped) {
+  Sql("insert into Makro (typ, lfdnr, Bezeichnung, nr_im_display, eingang, ausgang, wert) values "
+      "('MatrixTab', 0, 'Feld', 3, 1, 128, char(27) || 'EWK3,80,31,FF,FF,FF,FF,FF,FF,FF;')");
+  Start();
+  Select(5);
+  WriteShown("Gruß");
+  QApplication::processEvents();
+  EXPECT_EQ(Text("lblMakroBelegt"), "") << "its own number";
+  Choose("cboMakro", "Logo");
+  EXPECT_EQ(Text("lblMakroBelegt"), "");
+  Type("txtMakroNr", "7");
+  EXPECT_EQ(Text("lblMakroBelegt"), "⚠ Nummer 7: belegt mit Makro „Gruß“.");
+  Show(Tab::MatrixKeyboard);
+  Click("cmdSetMatrixTab");
+  Show(Tab::AtKeyboard);
+  Type("txtATTastNr", "3");
+  EXPECT_EQ(Text("lblATTastBelegt"), "⚠ Nummer 3: belegt mit Matrix-Tabelle „Feld“.");
+  Select(6);
+  QApplication::processEvents();
+  EXPECT_EQ(Text("lblATTastBelegt"), "");
+}
+
 TEST_F(InventoryViewTest, AnotherTerminalInItsPlaceIsNoticedByItsFreeBytes) {
   Start();
   Select(5);

@@ -1,0 +1,38 @@
+#include "widgets/number_note.h"
+
+#include "widgets/form.h"
+#include "widgets/wire_field.h"
+
+namespace kelvo {
+
+NumberNote::NumberNote(const char* name, WireField& field, std::function<std::string()> record)
+    : field_(field), record_(std::move(record)) {
+  Named(this, name);
+  setTextFormat(Qt::PlainText);
+  setWordWrap(true);
+  setMinimumHeight(fontMetrics().lineSpacing());
+  connect(&field, &WireField::textChanged, this, &NumberNote::Refresh);
+}
+
+void NumberNote::SetWords(Words words) {
+  words_ = std::move(words);
+  Refresh();
+}
+
+void NumberNote::Refresh() {
+  if (!isVisible()) return;
+  bool whole = false;
+  const int number = field_.text().trimmed().toInt(&whole);
+  const bool asks = whole && number >= 0 && number <= 255 && words_;
+  const QString words = asks ? QString::fromStdString(words_(number, record_())) : QString();
+  setText(words.isEmpty() ? QString() : tr("⚠ %1").arg(words));
+  setToolTip(words.isEmpty() ? QString()
+                             : tr("Wird geschrieben, so ist das dort Liegende überschrieben."));
+}
+
+void NumberNote::showEvent(QShowEvent* event) {
+  QLabel::showEvent(event);
+  Refresh();
+}
+
+}  // namespace kelvo
