@@ -15,6 +15,7 @@
 #include "base/wire_text.h"
 #include "keyboards/at_list.h"
 #include "keyboards/key_codes.h"
+#include "keyboards/table_number_hint.h"
 #include "keyboards/table_order.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
@@ -347,7 +348,24 @@ void AtPage::cmdClearATTast_Click() {
 }
 
 void AtPage::cmdATRead_Click() {
-  services_.person.Message(ScreenText(services_.exchange.SendQuery(AskAtTable()).text));
+  const Reply reply = services_.exchange.SendQuery(AskAtTable());
+  read_ = reply.Failed() ? std::nullopt : AtTableOf(reply.text);
+  ShowReadTable(*cmdATUebernehmen, *lblATGelesen, reply,
+                read_ ? std::optional(read_->number) : std::nullopt);
+  services_.person.Message(ScreenText(reply.text));
+}
+
+void AtPage::cmdATUebernehmen_Click() {
+  if (!read_) return;
+  StopLearning();
+  const std::int64_t record = services_.tables.Bookmark();
+  const Edit before = OnScreen();
+  Show({read_->pairs, std::to_string(read_->number)});
+  Edited();
+  services_.person.Done().Note("Übernehmen der Tabelle", [this, record, before] {
+    if (record == 0 || tables_->Select(record)) Show(before);
+  });
+  Q_EMIT Hint(tr("Die gelesene Tabelle steht in der Liste; gespeichert ist sie noch nicht."));
 }
 
 }  // namespace kelvo

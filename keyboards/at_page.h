@@ -9,7 +9,7 @@
 #include "base/operator.h"
 #include "base/serial_port.h"
 #include "inventory/write_run.h"
-#include "keyboards/at_table.h"
+#include "keyboards/read_table.h"
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
@@ -122,8 +122,10 @@ class AtPage : public QWidget, public Receiver {
   std::optional<WriteOrder> OrderShown();
   void cmdClearATTast_Click();
   void cmdATRead_Click();
+  void cmdATUebernehmen_Click();
 
   Services services_;
+  std::optional<ReadAt> read_;  // what the Terminal has told last
   std::optional<RecordEditor<Edit>> tables_;
   /// True ends the learn mode.
   bool LearnStopFlag = true;
@@ -139,6 +141,8 @@ class AtPage : public QWidget, public Receiver {
   QLabel* lblATHinweis;
   WireField* txtATTastNr;
   NumberNote* lblATTastBelegt;
+  QPushButton* cmdATUebernehmen;
+  QLabel* lblATGelesen;
   QPushButton* cmdSetATTab;
   QPushButton* cmdClearATTast;
   QPushButton* cmdATRead;

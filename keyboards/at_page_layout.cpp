@@ -125,7 +125,17 @@ QWidget* AtPage::MakeTerminalTable() {
   lblATTastBelegt =
       new NumberNote("lblATTastBelegt", *txtATTastNr, [this] { return tables_->CurrentName(); });
   form->addRow(lblATTastBelegt);
+  cmdATUebernehmen = MakeButton("cmdATUebernehmen", tr("Gelesenes ü&bernehmen"),
+                                tr("Zeigt die gelesene Tabelle in der Liste, als Änderung dieses "
+                                   "Satzes."));
+  cmdATUebernehmen->setEnabled(false);
+  lblATGelesen = Named(new QLabel, "lblATGelesen");
+  lblATGelesen->setWordWrap(true);
   form->addRow(ButtonRow({cmdSetATTab, cmdClearATTast, cmdATRead}));
+  auto* read = new QHBoxLayout;
+  read->addWidget(cmdATUebernehmen);
+  read->addWidget(lblATGelesen, 1);
+  form->addRow(read);
   if (services_.writeDesk != nullptr) {
     form->addRow(new ProvenBar("ATTab", *services_.writeDesk, services_.person,
                                [this] { return OrderShown(); }));
@@ -198,6 +208,7 @@ void AtPage::ConnectControls() {
   OnSend(cmdSetATTab, this, person, &AtPage::cmdSetATTab_Click);
   OnSend(cmdClearATTast, this, person, &AtPage::cmdClearATTast_Click);
   OnSend(cmdATRead, this, person, &AtPage::cmdATRead_Click);
+  OnClick(cmdATUebernehmen, this, person, &AtPage::cmdATUebernehmen_Click);
   OnClick(cmdATKlartextclear, this, person, &AtPage::cmdATKlartextclear_Click);
   OnSend(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click);
   OnClick(cmdATumkodierenEnde, this, person, &AtPage::cmdATumkodierenEnde_Click, Speaks::ToStop);

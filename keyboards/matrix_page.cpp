@@ -11,6 +11,7 @@
 #include "base/wire_text.h"
 #include "keyboards/key_cell.h"
 #include "keyboards/key_codes.h"
+#include "keyboards/table_number_hint.h"
 #include "keyboards/table_order.h"
 #include "link/control_characters.h"
 #include "terminal/eeprom.h"
@@ -264,7 +265,23 @@ void MatrixPage::cmdClearMatrixTast_Click() {
 }
 
 void MatrixPage::cmdMatrixRead_Click() {
-  services_.person.Message(ScreenText(services_.exchange.SendQuery(AskMatrixTable()).text));
+  const Reply reply = services_.exchange.SendQuery(AskMatrixTable());
+  read_ = reply.Failed() ? std::nullopt : MatrixTableOf(reply.text);
+  ShowReadTable(*cmdMatrixUebernehmen, *lblMatrixGelesen, reply,
+                read_ ? std::optional(read_->number) : std::nullopt);
+  services_.person.Message(ScreenText(reply.text));
+}
+
+void MatrixPage::cmdMatrixUebernehmen_Click() {
+  if (!read_) return;
+  const std::int64_t record = services_.tables.Bookmark();
+  const Edit before = OnScreen();
+  Show({read_->table, std::to_string(read_->number)});
+  tables_->Edited();
+  services_.person.Done().Note("Übernehmen der Tabelle", [this, record, before] {
+    if (record == 0 || tables_->Select(record)) Show(before);
+  });
+  Q_EMIT Hint(tr("Die gelesene Tabelle steht im Tastenfeld; gespeichert ist sie noch nicht."));
 }
 
 }  // namespace kelvo

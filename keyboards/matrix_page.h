@@ -9,7 +9,7 @@
 #include "base/operator.h"
 #include "inventory/write_run.h"
 #include "keyboards/key_display.h"
-#include "keyboards/matrix_table.h"
+#include "keyboards/read_table.h"
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
@@ -117,8 +117,10 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   std::optional<WriteOrder> OrderShown();
   void cmdClearMatrixTast_Click();
   void cmdMatrixRead_Click();
+  void cmdMatrixUebernehmen_Click();
 
   Services services_;
+  std::optional<ReadMatrix> read_;  // what the Terminal has told last
   std::optional<RecordEditor<Edit>> tables_;
   std::string klartext_;
   KeyDisplay keys_{*this};
@@ -134,6 +136,8 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   QLabel* lblTastKlartext;
   WireField* txtTastTabNr;
   NumberNote* lblTastTabBelegt;
+  QPushButton* cmdMatrixUebernehmen;
+  QLabel* lblMatrixGelesen;
   QPushButton* cmdSetMatrixTab;
   QPushButton* cmdClearMatrixTast;
   QPushButton* cmdMatrixRead;

@@ -144,7 +144,16 @@ QWidget* MatrixPage::MakeTerminalTable() {
                                [this] { return OrderShown(); }));
   }
   form->addRow(cmdClearMatrixTast);
+  cmdMatrixUebernehmen = MakeButton("cmdMatrixUebernehmen", tr("Gelesenes ü&bernehmen"),
+                                    tr("Zeigt die gelesene Tabelle im Tastenfeld, als Änderung "
+                                       "dieses Satzes."));
+  cmdMatrixUebernehmen->setEnabled(false);
+  lblMatrixGelesen = Named(new QLabel, "lblMatrixGelesen");
+  lblMatrixGelesen->setWordWrap(true);
+  lblMatrixGelesen->hide();
   form->addRow(cmdMatrixRead);
+  form->addRow(cmdMatrixUebernehmen);
+  form->addRow(lblMatrixGelesen);
   return group;
 }
 
@@ -167,6 +176,7 @@ void MatrixPage::ConnectControls() {
   OnSend(cmdSetMatrixTab, this, person, &MatrixPage::cmdSetMatrixTab_Click);
   OnSend(cmdClearMatrixTast, this, person, &MatrixPage::cmdClearMatrixTast_Click);
   OnSend(cmdMatrixRead, this, person, &MatrixPage::cmdMatrixRead_Click);
+  OnClick(cmdMatrixUebernehmen, this, person, &MatrixPage::cmdMatrixUebernehmen_Click);
   OnSend(cmdMatrixEnable, this, person, &MatrixPage::cmdMatrixEnable_Click);
   OnSend(cmdMatrixDisable, this, person, &MatrixPage::cmdMatrixDisable_Click);
   connect(cboTastTabBez, &QComboBox::activated, this, [this] {

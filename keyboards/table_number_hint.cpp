@@ -1,6 +1,8 @@
 #include "keyboards/table_number_hint.h"
 
 #include <QLabel>
+#include <QPushButton>
+#include <QTime>
 
 #include "base/val.h"
 #include "widgets/wire_field.h"
@@ -17,6 +19,18 @@ void ShowTableNumberRange(WireField& field, QLabel& range) {
                        : QObject::tr("0 … 255 – gesendet würde %1").arg(sent));
   };
   QObject::connect(&field, &WireField::textChanged, &range, show);
+}
+
+void ShowReadTable(QPushButton& take, QLabel& words, const Reply& reply,
+                   std::optional<int> number) {
+  const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+  take.setEnabled(number.has_value());
+  words.setText(number           ? QObject::tr("%1 gelesen: Tabelle %2").arg(time).arg(*number)
+                : reply.Failed() ? QObject::tr("%1: keine Antwort").arg(time)
+                                 : QObject::tr("%1 gelesen: keine Tabelle, die sich hier zeigen "
+                                               "lässt")
+                                       .arg(time));
+  words.show();
 }
 
 }  // namespace kelvo

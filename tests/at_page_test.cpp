@@ -252,6 +252,14 @@ TEST_F(AtPageTest, ReportsWhatTheTerminalDoesNotTake) {
   terminal.Answer("EA?", "5,41,61;", kSoon);
   Click("cmdATRead");
   EXPECT_EQ(person.LastMessage(), "5,41,61");
+  const AtPairs before = Pairs();
+  Click("cmdATUebernehmen");
+  EXPECT_EQ(Pairs(), (AtPairs{{65, 97}}));
+  person.Done().Undo();
+  EXPECT_EQ(Pairs(), before);
+  terminal.Answer("EA?", "leer;", kSoon);
+  Click("cmdATRead");
+  EXPECT_FALSE(Find("cmdATUebernehmen").isEnabled());
   EXPECT_EQ(port.written.find("EAK"), std::string::npos);
 }
 

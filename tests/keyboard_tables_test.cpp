@@ -5,7 +5,7 @@
 
 #include "keyboards/at_table.h"
 #include "keyboards/key_codes.h"
-#include "keyboards/matrix_table.h"
+#include "keyboards/read_table.h"
 
 namespace kelvo {
 namespace {
@@ -209,6 +209,25 @@ TEST(AtTable, DamagedShowsWhatCanBeRead) {
   for (const std::string& nothing :
        std::initializer_list<std::string>{"", ",", ",,;", Ewk("1;"), Ewk("1,41;")}) {
     EXPECT_EQ(ReadAtTable(nothing), AtPairs{}) << nothing;
+  }
+}
+
+TEST(ReadTable, OnlyWhatCouldHaveBeenWrittenIsTaken) {
+  const std::string row = ",41,FF,FF,FF,FF,FF,FF,D";
+  const auto matrix = MatrixTableOf("3,90" + row + row);
+  ASSERT_TRUE(matrix);
+  EXPECT_EQ(CreateTastTab(matrix->number, matrix->table).Text(), "\033EWK3,90" + row + row + ";");
+  EXPECT_EQ(AtTableOf("255,41,61,42,63"), (ReadAt{255, {{65, 97}, {67, 99}}}));
+  for (const std::string& reply : std::vector<std::string>{
+           "", "leer", "TimeOut", "3", "3,90", "3,90,41", "256,90" + row, "-3,90" + row,
+           "3,91" + row, "3,78" + row, "3,B8" + row + row, "3,90" + row + ",", "3, 90" + row,
+           "3,90" + row + ";", "EWK3,90" + row, "3,90,41,FF,FF,FF,FF,FF,FF,100",
+           "3,90,,FF,FF,FF,FF,FF,FF,FF", "3,90,4x,FF,FF,FF,FF,FF,FF,FF",
+           "3,90,041,FF,FF,FF,FF,FF,FF,FF"}) {
+    EXPECT_FALSE(MatrixTableOf(reply)) << reply;
+  }
+  for (const char* reply : {"", "leer", "5,41", "5,41,41", "5,FF,1,2", "5,41,61,", "5,41,G"}) {
+    EXPECT_FALSE(AtTableOf(reply)) << reply;
   }
 }
 

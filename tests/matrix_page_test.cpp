@@ -215,8 +215,24 @@ TEST_F(MatrixPageTest, ShowsTheTableMemoryAsReceived) {
   terminal.Answer("EM?", "3,80,\xE4;", kSoon);
   Click("cmdMatrixRead");
   EXPECT_EQ(person.LastMessage(), "3,80,ä");
+  EXPECT_FALSE(Find("cmdMatrixUebernehmen").isEnabled());
   Click("cmdMatrixDisable");
   EXPECT_EQ(Written(), ReadableText("\033EM?\x1BMD"));
+}
+
+TEST_F(MatrixPageTest, TakesOverATableThatItUnderstandsAndGivesItBack) {
+  StartOnPage();
+  TypeCell(5, "k");
+  const std::string before = Cell(5).Wire();
+  terminal.Answer("EM?", "3,88,41,FF,FF,FF,FF,FF,FF,FF,FF,D,FF,FF,FF,FF,FF,FF;", kSoon);
+  Click("cmdMatrixRead");
+  EXPECT_EQ(Text("lblMatrixGelesen").substr(5), " gelesen: Tabelle 3");
+  Click("cmdMatrixUebernehmen");
+  EXPECT_EQ(Cell(1).Wire() + Cell(10).Wire() + Cell(5).Wire(), "A#13");
+  EXPECT_EQ(Text("txtTastTabNr"), "3");
+  EXPECT_TRUE(page->Records().DraftNames().size() == 1);
+  person.Done().Undo();
+  EXPECT_EQ(Cell(5).Wire() + Cell(1).Wire(), before);
 }
 
 TEST_F(MatrixPageTest, ShowsPressedKeys) {
