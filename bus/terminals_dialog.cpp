@@ -62,7 +62,10 @@ void TerminalsDialog::ConnectButtons() {
 }
 
 // Window modal and not a wait of its own: what is sent runs in the handler of its button.
-void TerminalsDialog::Present() { open(); }
+void TerminalsDialog::Present() {
+  open();
+  raise();
+}
 
 void TerminalsDialog::ShowState(int row, bool ticked, const std::string& state, QColor colour) {
   list_->Tick(row, ticked);

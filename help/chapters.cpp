@@ -16,6 +16,7 @@ QString ChapterOf(const QWidget& window) {
       {"dlgBild", "grafik-editor.html#bild"},
       {"frmDovu", "senden-an-alle.html"},
       {"frmSchreiben", "geprueft.html"},
+      {"frmVergleich", "vergleichen.html"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},

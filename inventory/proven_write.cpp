@@ -98,7 +98,9 @@ WriteResult ProvenWrite::Write(int address, bool canSum, const Item& item,
                                const WriteFrame& frame) {
   const Sending sending(exchange_, {item.name, RecordTyp(item.key.kind)});
   std::optional<WriteResult> result = Reach(address);
-  if (!result && frame.room) result = LacksRoom(*frame.room);
+  if (result->verdict == WriteVerdict::Proven) {
+    result = frame.room ? LacksRoom(*frame.room) : std::nullopt;
+  }
   if (!result) {
     if (!frame.before.empty()) exchange_.SendString(frame.before);
     result = WriteAndProve(canSum, item);
@@ -108,8 +110,14 @@ WriteResult ProvenWrite::Write(int address, bool canSum, const Item& item,
   return *std::move(result);
 }
 
-// Nothing when the Terminal has told its address.
-std::optional<WriteResult> ProvenWrite::Reach(int address) {
+WriteResult ProvenWrite::Ask(int address) {
+  WriteResult result = Reach(address);
+  if (MayBeLate(result.verdict)) AwaitStrayAnswer();
+  return result;
+}
+
+// Proven when the Terminal has told its address.
+WriteResult ProvenWrite::Reach(int address) {
   exchange_.SendString(SelectAddress(address));
   const Reply reply = exchange_.SendQuery(AskAddress());
   if (!exchange_.Alive()) return Lost(reply);
@@ -120,7 +128,9 @@ std::optional<WriteResult> ProvenWrite::Reach(int address) {
                        ? "unter Adresse " + number + " antwortet niemand"
                        : "die Antwort unter Adresse " + number + " war nicht vollständig");
   }
-  if (IsAddressReply(reply.text, address)) return std::nullopt;
+  if (IsAddressReply(reply.text, address)) {
+    return {.verdict = WriteVerdict::Proven, .reply = reply};
+  }
   return Failure(WriteVerdict::OtherAnswer, reply,
                  "auf die Frage nach Adresse " + number + " kam " + Quoted(reply.text));
 }

@@ -64,8 +64,11 @@ class ProvenWrite {
   /// may still come is waited for, so that the next question does not take it.
   WriteResult Write(int address, bool canSum, const Item& item, const WriteFrame& frame = {});
 
+  /// Selects the Terminal and asks its address alone; Proven when it is that one.
+  WriteResult Ask(int address);
+
  private:
-  std::optional<WriteResult> Reach(int address);
+  WriteResult Reach(int address);
   std::optional<WriteResult> LacksRoom(std::size_t bytes);
   WriteResult WriteAndProve(bool canSum, const Item& item);
   WriteResult ReadSum(const std::string& command);

@@ -64,6 +64,10 @@ std::optional<WriteResult> WriteDesk::WriteTo(int address, const WriteOrder& ord
   const Undertakings::Alone alone(services_.person.Begun(),
                                   ItemText(order.item.key) + " wird geschrieben und geprüft.");
   if (!HasRoomFor(order)) return std::nullopt;
+  const bool listed = StoredField(services_.terminals.Column("Adresse"), address) != nullptr;
+  if (!listed && services_.line.Version().empty()) {
+    QueryVersion(services_.exchange, services_.state);
+  }
   const bool canSum = CanSum(address);
   WriteFrame frame = order.frame;
   frame.room.reset();
@@ -79,16 +83,21 @@ bool WriteDesk::HasRoomFor(const WriteOrder& order) {
   return HasRoom(services_.exchange, services_.state, services_.person, *order.frame.room);
 }
 
-// What the list says of it counts; of one that is not there, its version, which is asked for once.
-bool WriteDesk::CanSum(int address) {
+const std::string* WriteDesk::StoredField(const std::vector<std::string>& column,
+                                          int address) const {
   const auto addresses = services_.terminals.Column("Adresse");
-  const auto checksums = services_.terminals.Column("Checksum");
   for (std::size_t i = 0; i < addresses.size(); ++i) {
-    if (RoundToEven(Val(addresses[i])) == address) return Val(checksums[i]) != 0;
+    if (RoundToEven(Val(addresses[i])) == address) return &column[i];
   }
-  if (services_.line.Version().empty()) QueryVersion(services_.exchange, services_.state);
+  return nullptr;
+}
+
+// What the list says of it counts; of one that is not there, its version, as far as it is known.
+bool WriteDesk::CanSum(int address) const {
+  const auto checksums = services_.terminals.Column("Checksum");
+  if (const auto* const stored = StoredField(checksums, address)) return Val(*stored) != 0;
   const std::string& version = services_.line.Version();
-  return IsVersion(version) &&
+  return Selected() == address && IsVersion(version) &&
          ReadVersion(version).number >= services_.options.Number("ChecksumabVer");
 }
 
@@ -104,7 +113,20 @@ void WriteDesk::WriteToMany(const WriteOrder& order) {
                  Val(active[i]) != 0, order};
     jobs.push_back(std::move(job));
   }
-  dialog_->Open(QString::fromStdString(ItemText(order.item.key)), std::move(jobs));
+  dialog_->Open(
+      tr("%1 an aktive Terminals schreiben").arg(QString::fromStdString(ItemText(order.item.key))),
+      std::move(jobs));
+}
+
+void WriteDesk::WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders) {
+  const auto names = services_.terminals.Column("Bezeichnung");
+  std::vector<WriteJob> jobs;
+  for (const auto& [address, order] : orders) {
+    const std::string* const name = StoredField(names, address);
+    jobs.push_back(
+        {name == nullptr ? std::string() : *name, address, CanSum(address), true, order});
+  }
+  dialog_->Open(tr("Geändertes schreiben"), std::move(jobs));
 }
 
 }  // namespace kelvo

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/event_loop.h"
@@ -42,16 +43,20 @@ class WriteDesk : public QObject {
   bool HasTarget();
   /// Shows the dialog that writes to many.
   void WriteToMany(const WriteOrder& order);
+  /// The same dialog with these, each for the Terminal of its address.
+  void WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders);
+  /// The Terminal that listens, if it is one and known.
+  std::optional<int> Selected() const;
 
  Q_SIGNALS:
   /// Something is over: what came of it.
   void Finished(const QString& result, bool failed);
 
  private:
-  std::optional<int> Selected() const;
   std::optional<WriteResult> WriteTo(int address, const WriteOrder& order);
   bool HasRoomFor(const WriteOrder& order);
-  bool CanSum(int address);
+  bool CanSum(int address) const;
+  const std::string* StoredField(const std::vector<std::string>& column, int address) const;
 
   Services services_;
   WriteDialog* dialog_;

@@ -32,7 +32,7 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
 
 void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
   if (!Running()) {
-    setWindowTitle(tr("%1 an aktive Terminals schreiben").arg(title));
+    setWindowTitle(title);
     jobs_ = std::move(jobs);
     FillList();
   }

@@ -24,8 +24,8 @@ class WriteDialog : public TerminalsDialog {
   };
   explicit WriteDialog(Services services, QWidget* parent = nullptr);
 
-  /// Shows the dialog with these jobs; while it still runs, with those that it has. `title` is what
-  /// is written.
+  /// Shows the dialog with these jobs; while it still runs, with those that it has. `title` is the
+  /// window's.
   void Open(const QString& title, std::vector<WriteJob> jobs);
 
  private:

@@ -45,6 +45,7 @@ class QToolButton;
 
 namespace kelvo {
 
+class CompareDialog;
 class DrawingDesk;
 class EquipDialog;
 class HeadStrip;
@@ -187,6 +188,7 @@ class frmhaupt : public QMainWindow {
   void mnuAnsichtDatenverkehr_Click();
   void mnuAnsichtVerlauf_Click();
   void mnuAnsichtAnzeigen_Click();
+  void mnuAnsichtVergleich_Click();
   void mnuHilfe_Inhalt_Click();
   void mnuHilfe_index_Click();
   void mnuHilfe_Seite_Click();
@@ -240,6 +242,7 @@ class frmhaupt : public QMainWindow {
   MatrixPage* matrix_ = nullptr;
   MacroPage* macros_ = nullptr;
   WriteDesk* writeDesk_ = nullptr;
+  CompareDialog* compare_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
   std::unique_ptr<SimulatorDesk> simulator_;

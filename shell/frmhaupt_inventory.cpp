@@ -2,7 +2,9 @@
 #include <filesystem>
 #include <QTimer>
 
+#include "base/val.h"
 #include "base/wire_text.h"
+#include "inventory_page/compare_dialog.h"
 #include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
 #include "shell/frmhaupt.h"
@@ -125,6 +127,30 @@ void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {
       SetTab(Tab::Macros);
       macros_->ShowRecord(record);
   }
+}
+
+// Made at its first use: until then nobody needs what was read earlier.
+void frmhaupt::mnuAnsichtVergleich_Click() {
+  if (compare_ == nullptr) {
+    const auto addresses = [this] {
+      std::vector<int> stored;
+      for (const std::string& address : data_.ctlDovuData.Column("Adresse")) {
+        stored.push_back(RoundToEven(Val(address)));
+      }
+      return stored;
+    };
+    compare_ = new CompareDialog(
+        {exchange_, outside_.loop, outside_.person, journal_,
+         outside_.folders.data + "/" + kReadingsFile, *writeDesk_,
+         [this] { return StoredRecords(data_.database); }, addresses,
+         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); },
+         [] {
+           return std::chrono::time_point_cast<std::chrono::milliseconds>(
+               std::chrono::system_clock::now());
+         }},
+        this);
+  }
+  compare_->Present();
 }
 
 }  // namespace kelvo

@@ -237,6 +237,8 @@ void frmhaupt::MakeViewMenu() {
   AddAction(view, "mnuAnsichtVerlauf", tr("&Verlauf"), QKeySequence(tr("Ctrl+L")),
             &frmhaupt::mnuAnsichtVerlauf_Click);
   AddTwinActions(view);
+  AddAction(view, "mnuAnsichtVergleich", tr("&Terminals vergleichen …"), {},
+            &frmhaupt::mnuAnsichtVergleich_Click);
 }
 
 void frmhaupt::MakeOptionMenu() {

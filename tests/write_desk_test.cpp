@@ -138,5 +138,50 @@ TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   EXPECT_TRUE(port.written.ends_with("\x1b!A9;"));
 }
 
+// Nothing is asked before "Lesen", and what the database has anew is written only where it stays
+// ticked.
+TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
+  BeginOn(Tab::Macros);
+  Select(7);
+  Type("txtMakroNr", "5");
+  Click("cmdSetMakroGeprueft");
+  Find<QPlainTextEdit>("txtMakro").setPlainText(QStringLiteral("neuer Text"));
+  Forget();
+  person.inputs = {std::string("Begrüßung")};
+  person.answers = {true};
+  Click("cmdToolbar_8");
+  Trigger("mnuAnsichtVergleich");
+  EXPECT_EQ(Written(), "");
+  auto& table = *Find<QTableView>("ctlVergleich").model();
+  const auto row = [&table](const QString& what) -> std::string {
+    for (int i = 0; i < table.rowCount(); ++i) {
+      if (table.index(i, 1).data() != what) continue;
+      return table.index(i, 5).data().toString().toStdString();
+    }
+    return "-";
+  };
+  EXPECT_EQ(row("Makro 5"), "≠ geändert");
+  EXPECT_EQ(row("Version"), "nicht gelesen");
+  Find<QCheckBox>("chkVergleichUnterschiede").setChecked(true);
+  EXPECT_EQ(row("Version"), "-");
+  EXPECT_EQ(row("Makro 5"), "≠ geändert");
+  Click("cmdVergleichSchreiben");
+  EXPECT_EQ(Written(), "");
+  Click("cmdSchreiben");
+  EXPECT_EQ(State(0), "empfangen und bestätigt");
+  EXPECT_EQ(Macro(1, 5), "neuer Text");
+  Find<QCheckBox>("chkVergleichUnterschiede").setChecked(false);
+  EXPECT_EQ(row("Makro 5"), "= gleich");
+  Forget();
+  Click("cmdVergleichLesen");
+  EXPECT_TRUE(Written().starts_with("←!A7;←?A←?V←F??←E?F")) << Written();
+  EXPECT_TRUE(Written().ends_with("←!A7;"));
+  EXPECT_EQ(row("Version"), "");
+  // Closed in the middle, the reading ends.
+  loop.After(milliseconds(200), [this] { Find("frmVergleich").close(); });
+  Click("cmdVergleichLesen");
+  EXPECT_FALSE(Find("frmVergleich").isVisible());
+}
+
 }  // namespace
 }  // namespace kelvo

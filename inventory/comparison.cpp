@@ -1,0 +1,125 @@
+#include "inventory/comparison.h"
+
+#include <algorithm>
+#include <set>
+
+#include "link/commands.h"
+#include "settings/macros.h"
+
+namespace kelvo {
+namespace {
+
+ComparisonRow RowFor(const TerminalId& terminal, std::string what) {
+  ComparisonRow row;
+  row.terminal = terminal;
+  row.what = std::move(what);
+  return row;
+}
+
+ComparisonRow ReadRow(const TerminalId& terminal, const Question& question,
+                      const Readings& readings) {
+  ComparisonRow row = RowFor(terminal, question.what);
+  const Reading* const last = readings.Last(terminal, question.query);
+  row.words = last == nullptr ? "nicht gelesen" : "";
+  if (last == nullptr) return row;
+  row.read = last->reply;
+  row.readAt = last->time;
+  const Reading* const before = readings.Before(terminal, question.query);
+  if (!question.lasting || before == nullptr) return row;
+  const bool other = before->reply != last->reply;
+  if (other) row.readBefore = before->reply;
+  row.compared = other ? Compared::Different : Compared::Same;
+  row.words = other ? "anders als zuvor gelesen" : "wie zuvor gelesen";
+  return row;
+}
+
+const StoredRecord* RecordOf(const std::vector<StoredRecord>& records, std::int64_t id) {
+  const auto record = std::find_if(records.begin(), records.end(),
+                                   [id](const StoredRecord& some) { return some.id == id; });
+  return record == records.end() ? nullptr : &*record;
+}
+
+ComparisonRow HeldRow(const TerminalId& terminal, const Inventory& inventory, const Held& held,
+                      const std::vector<StoredRecord>& records) {
+  ComparisonRow row = RowFor(terminal, ItemText(held.item.key));
+  row.written = held;
+  const Against against = AgainstDatabase(inventory, held, records);
+  const StoredRecord* const record = RecordOf(records, against.record);
+  if (record != nullptr) row.database = record->name;
+  row.words = AgainstText(against.kind);
+  switch (against.kind) {
+    case Against::Kind::Same:
+      row.compared = Compared::Same;
+      break;
+    case Against::Kind::Changed:
+      row.order = OrderOf(*record, held.item.key);
+      [[fallthrough]];
+    case Against::Kind::NotInDatabase:
+      row.compared = Compared::Different;
+      break;
+    case Against::Kind::Unknown:
+      row.compared = Compared::Unknown;
+      break;
+  }
+  return row;
+}
+
+// A record that has a number, of a kind that lies in the Terminal as it is.
+std::optional<ItemKey> KeyOf(const StoredRecord& record) {
+  const std::optional<ItemKind> kind = KindOfRecord(record.typ);
+  if (!kind || record.number < 0 || record.number > 255) return std::nullopt;
+  return ItemKey{*kind, record.number};
+}
+
+ComparisonRow RecordRow(const TerminalId& terminal, const Inventory& inventory,
+                        const StoredRecord& record, const ItemKey& key) {
+  ComparisonRow row = RowFor(terminal, ItemText(key));
+  row.database = record.name;
+  const bool absent = StateOf(inventory, record) == InTerminal::Absent;
+  row.compared = absent ? Compared::Different : Compared::Unknown;
+  row.words = absent ? "nicht im Terminal" : "unbekannt";
+  return row;
+}
+
+}  // namespace
+
+std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& inventory,
+                                   const Readings& readings,
+                                   const std::vector<StoredRecord>& records) {
+  std::vector<ComparisonRow> rows;
+  for (const Question& question : Questions()) {
+    rows.push_back(ReadRow(terminal, question, readings));
+  }
+  for (const auto& [key, held] : inventory.Items()) {
+    rows.push_back(HeldRow(terminal, inventory, held, records));
+  }
+  for (const auto& [key, doubt] : inventory.Doubtful()) {
+    ComparisonRow row = RowFor(terminal, ItemText(key));
+    row.compared = Compared::Unknown;
+    row.words = "ungewiss, ein Schreiben endete unklar";
+    rows.push_back(std::move(row));
+  }
+  for (const StoredRecord& record : records) {
+    const std::optional<ItemKey> key = KeyOf(record);
+    if (!key || inventory.Items().contains(*key) || inventory.DoubtAt(*key) != nullptr) continue;
+    rows.push_back(RecordRow(terminal, inventory, record, *key));
+  }
+  return rows;
+}
+
+std::optional<WriteOrder> OrderOf(const StoredRecord& record, const ItemKey& key) {
+  WriteOrder order;
+  if (key.kind == ItemKind::Macro) {
+    if (record.wire.size() > kLongestMakro || EtxPosition(record.wire) != 0) return std::nullopt;
+    order.item = {key, WriteMakro(key.number, record.wire).Text(), record.name};
+    order.frame.room = record.wire.size();
+    return order;
+  }
+  const std::optional<Item> item = ItemOf(record.wire, record.name, key.kind);
+  if (!item || item->key != key) return std::nullopt;
+  order.item = *item;
+  order.frame.room = 0;  // the Terminal itself refuses a table that is too large
+  return order;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "inventory/compare.h"
+#include "inventory/readings.h"
+#include "inventory/write_run.h"
+
+// What a Terminal has told, what was written into it and what the database has, side by side.
+
+namespace kelvo {
+
+enum class Compared : std::uint8_t {
+  Plain,  ///< there is nothing to compare it with
+  Same,
+  Different,
+  Unknown,
+};
+
+/// One thing of one Terminal.
+struct ComparisonRow {
+  TerminalId terminal;
+  std::string what;    ///< UTF-8
+  std::string read{};  ///< a wire text, as it came
+  std::optional<JournalTime> readAt{};
+  std::string readBefore{};  ///< where that was another one
+  std::optional<Held> written{};
+  std::string database{};  ///< the record's name, UTF-8
+  Compared compared = Compared::Plain;
+  std::string words{};                ///< what the comparison says, UTF-8
+  std::optional<WriteOrder> order{};  ///< writes what the database has
+};
+
+/// Everything that is known of a Terminal: its replies first, then what can lie in its EEPROM.
+std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& inventory,
+                                   const Readings& readings,
+                                   const std::vector<StoredRecord>& records);
+/// What writes a record under a number; nothing for what cannot be written so.
+std::optional<WriteOrder> OrderOf(const StoredRecord& record, const ItemKey& key);
+
+}  // namespace kelvo

@@ -1,0 +1,125 @@
+#include "inventory/readings.h"
+
+#include <algorithm>
+
+#include "inventory/line_text.h"
+#include "inventory/proven_write.h"
+#include "link/addresses.h"
+
+namespace kelvo {
+namespace {
+
+using Query = CommandName;
+
+constexpr Question kQuestions[] = {{Query::AskAddress, "Adresse", true},
+                                   {Query::AskVersion, "Version", true},
+                                   {Query::AskFlash, "Flash-Speicher", true},
+                                   {Query::AskFreeBytes, "Freier Platz im EEPROM", false},
+                                   {Query::AskPort, "Eingänge P1", false},
+                                   {Query::AskMatrixTable, "Aktive Matrix-Tabelle", true},
+                                   {Query::AskAtTable, "Aktive AT-Tabelle", true},
+                                   {Query::AskCursor, "Cursor", false},
+                                   {Query::AskCursorShape, "Cursorform", false},
+                                   {Query::AskTextPosition, "Textposition", false},
+                                   {Query::AskTextFont, "Textschrift", false},
+                                   {Query::AskTextAttribute, "Textattribut", false},
+                                   {Query::AskTextMode, "Textmodus", false},
+                                   {Query::AskTextZoom, "Textzoom", false}};
+
+constexpr std::size_t kFields = 5;
+
+std::string LineOf(const Reading& reading) {
+  return Sealed(TimeText(reading.time) + '\t' + EscapedText(reading.terminal.device) + '\t' +
+                std::to_string(reading.terminal.address) + '\t' +
+                std::string(RowOf(reading.query).letters) + '\t' + EscapedWire(reading.reply)) +
+         '\n';
+}
+
+std::optional<CommandName> QueryOf(std::string_view letters) {
+  for (const Question& question : kQuestions) {
+    if (RowOf(question.query).letters == letters) return question.query;
+  }
+  return std::nullopt;
+}
+
+std::optional<Reading> ReadingIn(std::string_view line) {
+  const auto unsealed = Unsealed(line);
+  if (!unsealed) return std::nullopt;
+  const std::vector<std::string_view> fields = SplitAt(*unsealed, '\t');
+  if (fields.size() != kFields) return std::nullopt;
+  const auto time = TimeIn(fields[0]);
+  const auto device = PlainText(fields[1]);
+  const auto address = NumberIn<int>(fields[2]);
+  const auto query = QueryOf(fields[3]);
+  auto reply = PlainWire(fields[4]);
+  if (!time || !device || !address || !query || !reply) return std::nullopt;
+  return Reading{*time, {*device, *address}, *query, *std::move(reply)};
+}
+
+}  // namespace
+
+std::span<const Question> Questions() { return kQuestions; }
+
+Readings::Readings(const std::string& path) : file_(path) {
+  for (const std::string& line : file_->Read().lines) {
+    if (auto reading = ReadingIn(line)) readings_.push_back(*std::move(reading));
+  }
+}
+
+std::optional<std::string> Readings::Add(const Reading& reading) {
+  readings_.push_back(reading);
+  return file_ ? file_->Append(LineOf(reading)) : std::nullopt;
+}
+
+const Reading* Readings::Last(const TerminalId& terminal, CommandName query) const {
+  return Latest(terminal, query, 0);
+}
+
+const Reading* Readings::Before(const TerminalId& terminal, CommandName query) const {
+  return Latest(terminal, query, 1);
+}
+
+const Reading* Readings::Latest(const TerminalId& terminal, CommandName query, int behind) const {
+  const auto found = std::find_if(readings_.rbegin(), readings_.rend(), [&](const Reading& some) {
+    return some.terminal == terminal && some.query == query && behind-- == 0;
+  });
+  return found == readings_.rend() ? nullptr : &*found;
+}
+
+ReadRun::Result ReadRun::Run(const std::string& device, const std::vector<int>& addresses,
+                             std::optional<int> selectAfter, const Listener& listener) {
+  stopping_ = false;
+  Result result;
+  for (const int address : addresses) {
+    services_.loop.ProcessPending();  // a wish to stop
+    if (!GoesOn()) break;
+    listener(address);
+    (AskAll({device, address}, result) ? result.answered : result.silent).push_back(address);
+  }
+  result.complete = GoesOn();
+  if (services_.exchange.Alive()) {
+    services_.exchange.SendString(SelectAddress(selectAfter.value_or(kClosingAddress)));
+  }
+  return result;
+}
+
+// Who is silent to its address is asked nothing else; what is not answered is not known.
+bool ReadRun::AskAll(const TerminalId& terminal, Result& result) {
+  ProvenWrite reach(services_.exchange, services_.loop);
+  const WriteResult there = reach.Ask(terminal.address);
+  if (there.verdict != WriteVerdict::Proven) return false;
+  const auto keep = [&](CommandName query, const Reply& reply) {
+    const auto reason = services_.readings.Add({services_.clock(), terminal, query, reply.text});
+    if (reason) result.notKept = reason;
+  };
+  keep(Query::AskAddress, there.reply);
+  for (const Question& question : kQuestions) {
+    if (question.query == Query::AskAddress) continue;
+    if (!GoesOn()) break;
+    const Reply reply = services_.exchange.SendQuery(Command(question.query));
+    if (!reply.Failed()) keep(question.query, reply);
+  }
+  return true;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,245 @@
+#include "inventory_page/compare_dialog.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <stdexcept>
+
+#include "inventory_page/write_desk.h"
+#include "widgets/files.h"
+#include "widgets/form.h"
+#include "widgets/handlers.h"
+
+namespace kelvo {
+namespace {
+
+constexpr char kTextFilter[] = "Text (txt) |*.txt";
+
+}  // namespace
+
+CompareDialog::CompareDialog(Services services, QWidget* parent)
+    : QDialog(parent),
+      services_(std::move(services)),
+      readings_(services_.readingsPath),
+      run_({services_.exchange, services_.loop, readings_, services_.clock}) {
+  Named(this, "frmVergleich");
+  setWindowTitle(tr("Terminals vergleichen"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  auto* column = new QVBoxLayout(this);
+  column->addLayout(MakeChoice());
+  MakeTable();
+  column->addWidget(ctlVergleich, 1);
+  lblVergleich = Named(new QLabel, "lblVergleich");
+  lblVergleich->setWordWrap(true);
+  column->addWidget(lblVergleich);
+  column->addLayout(MakeButtons());
+  connect(&services_.desk, &WriteDesk::Finished, this, [this] {
+    if (isVisible() && !reading_) Compare();
+  });
+  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 34);
+}
+
+QLayout* CompareDialog::MakeChoice() {
+  auto* row = new QHBoxLayout;
+  cboVergleichTerminal = Named(new QComboBox, "cboVergleichTerminal");
+  cboVergleichTerminal->setMinimumContentsLength(30);
+  chkVergleichUnterschiede =
+      Named(new QCheckBox(tr("Nur &Unterschiede")), "chkVergleichUnterschiede");
+  row->addWidget(LabelFor(cboVergleichTerminal, tr("&Terminal:")));
+  row->addWidget(cboVergleichTerminal);
+  row->addSpacing(fontMetrics().averageCharWidth() * 3);
+  row->addWidget(chkVergleichUnterschiede);
+  row->addStretch();
+  connect(cboVergleichTerminal, &QComboBox::activated, this,
+          [this] { Guarded(services_.person, "cboVergleichTerminal", [this] { Compare(); }); });
+  connect(chkVergleichUnterschiede, &QCheckBox::toggled, this, [this](bool only) {
+    filtered_.setFilterFixedString(only ? QStringLiteral("≠") : QString());
+  });
+  return row;
+}
+
+void CompareDialog::MakeTable() {
+  filtered_.setSourceModel(&model_);
+  filtered_.setFilterKeyColumn(ComparisonModel::Result);
+  ctlVergleich = Named(new QTableView, "ctlVergleich");
+  ctlVergleich->setAccessibleName(tr("Vergleich"));
+  ctlVergleich->setModel(&filtered_);
+  ctlVergleich->setTabKeyNavigation(false);
+  ctlVergleich->setSelectionBehavior(QAbstractItemView::SelectRows);
+  ctlVergleich->setAlternatingRowColors(true);
+  ctlVergleich->verticalHeader()->hide();
+  ctlVergleich->horizontalHeader()->setStretchLastSection(true);
+  const int character = fontMetrics().averageCharWidth();
+  int column = 0;
+  for (const int width : {22, 24, 30, 36, 18}) {
+    ctlVergleich->setColumnWidth(column++, character * width);
+  }
+}
+
+QLayout* CompareDialog::MakeButtons() {
+  cmdVergleichLesen = MakeButton("cmdVergleichLesen", tr("&Lesen"),
+                                 tr("Wählt die gezeigten Terminals nacheinander und fragt alles "
+                                    "ab, was sie von sich sagen."));
+  cmdVergleichSchreiben =
+      MakeButton("cmdVergleichSchreiben", tr("Geändertes &schreiben …"),
+                 tr("Zeigt, was in der Datenbank anders ist als zuletzt geschrieben, und schreibt "
+                    "davon geprüft, was angekreuzt bleibt."));
+  cmdVergleichKopieren = MakeButton("cmdVergleichKopieren", tr("&Kopieren"),
+                                    tr("Legt die gezeigten Zeilen als Text in die Ablage."));
+  cmdVergleichSpeichern = MakeButton("cmdVergleichSpeichern", tr("Spei&chern …"),
+                                     tr("Speichert die gezeigten Zeilen als Text."));
+  cmdVergleichSchliessen = MakeButton("cmdVergleichSchliessen", tr("Schl&ießen"));
+  auto* row = new QHBoxLayout;
+  row->addWidget(cmdVergleichLesen);
+  row->addWidget(cmdVergleichSchreiben);
+  row->addStretch();
+  for (QPushButton* const button :
+       {cmdVergleichKopieren, cmdVergleichSpeichern, cmdVergleichSchliessen}) {
+    row->addWidget(button);
+  }
+  Operator& person = services_.person;
+  OnSend(cmdVergleichLesen, this, person, &CompareDialog::cmdVergleichLesen_Click);
+  OnClick(cmdVergleichSchreiben, this, person, &CompareDialog::cmdVergleichSchreiben_Click);
+  OnClick(cmdVergleichKopieren, this, person, &CompareDialog::cmdVergleichKopieren_Click);
+  OnClick(cmdVergleichSpeichern, this, person, &CompareDialog::cmdVergleichSpeichern_Click);
+  OnClick(cmdVergleichSchliessen, this, person, &CompareDialog::reject, Speaks::ToStop);
+  return row;
+}
+
+void CompareDialog::Present() {
+  if (!reading_) {
+    FillChoice();
+    Compare();
+  }
+  show();
+  raise();
+  activateWindow();
+}
+
+// The one that listens is chosen, and all of the list stand first.
+void CompareDialog::FillChoice() {
+  const std::optional<int> selected = services_.desk.Selected();
+  std::vector<int> addresses = services_.addresses();
+  if (selected && std::count(addresses.begin(), addresses.end(), *selected) == 0) {
+    addresses.push_back(*selected);
+  }
+  cboVergleichTerminal->clear();
+  cboVergleichTerminal->addItem(tr("Alle der Liste"));
+  for (const int address : addresses) {
+    const QString name = QString::fromStdString(services_.nameOf(address));
+    cboVergleichTerminal->addItem(name.isEmpty() ? tr("Adresse %1").arg(address)
+                                                 : tr("%1, Adresse %2").arg(name).arg(address),
+                                  address);
+  }
+  const int chosen = selected ? cboVergleichTerminal->findData(*selected) : 0;
+  cboVergleichTerminal->setCurrentIndex(std::max(chosen, 0));
+}
+
+std::vector<int> CompareDialog::Chosen() const {
+  const QVariant address = cboVergleichTerminal->currentData();
+  return address.isValid() ? std::vector<int>{address.toInt()} : services_.addresses();
+}
+
+void CompareDialog::Compare() {
+  services_.journal.Refresh();
+  const std::vector<StoredRecord> records = services_.records();
+  const std::string device = services_.device();
+  std::vector<ComparisonRow> rows;
+  for (const int address : Chosen()) {
+    const TerminalId terminal{device, address};
+    for (ComparisonRow& row :
+         kelvo::Compare(terminal, services_.journal.Of(terminal), readings_, records)) {
+      rows.push_back(std::move(row));
+    }
+  }
+  model_.Show(std::move(rows), services_.nameOf);
+  ShowSummary();
+}
+
+void CompareDialog::ShowSummary(const QString& reading) {
+  const auto& rows = model_.Rows();
+  const auto different = std::count_if(rows.begin(), rows.end(), [](const ComparisonRow& row) {
+    return row.compared == Compared::Different;
+  });
+  const auto writable = std::count_if(rows.begin(), rows.end(),
+                                      [](const auto& row) { return row.order.has_value(); });
+  cmdVergleichSchreiben->setEnabled(writable > 0 && !reading_);
+  const QString counted =
+      different == 1 ? tr("1 Unterschied, ") : tr("%1 Unterschiede, ").arg(different);
+  lblVergleich->setText(
+      (reading.isEmpty() ? QString() : reading + u' ') + counted +
+      tr("davon %1 mit „Geändertes schreiben …“ zu beheben. „gleich“ heißt: wie zuletzt von hier "
+         "geschrieben; was ein EEPROM enthält, lässt sich nicht zurücklesen.")
+          .arg(writable));
+}
+
+void CompareDialog::cmdVergleichLesen_Click() {
+  const std::vector<int> addresses = Chosen();
+  const Undertakings::Alone alone(services_.person.Begun(), "Die Terminals werden gelesen.");
+  reading_ = true;
+  for (QWidget* const control : std::initializer_list<QWidget*>{
+           cboVergleichTerminal, cmdVergleichLesen, cmdVergleichSchreiben}) {
+    control->setEnabled(false);
+  }
+  cmdVergleichSchliessen->setText(tr("A&bbrechen"));
+  const ReadRun::Result result = run_.Run(
+      services_.device(), addresses, services_.desk.Selected(),
+      [this](int address) { lblVergleich->setText(tr("Liest Adresse %1 …").arg(address)); });
+  reading_ = false;
+  cboVergleichTerminal->setEnabled(true);
+  cmdVergleichLesen->setEnabled(true);
+  cmdVergleichSchliessen->setText(tr("Schl&ießen"));
+  Compare();
+  QString text = tr("%1 gelesen, %2 ohne Antwort%3.")
+                     .arg(result.answered.size())
+                     .arg(result.silent.size())
+                     .arg(result.complete ? QString() : tr(", abgebrochen"));
+  if (result.notKept) {
+    text += tr(" Die Antworten konnten nicht aufbewahrt werden: %1.")
+                .arg(QString::fromStdString(*result.notKept));
+  }
+  ShowSummary(text);
+  if (closing_) reject();
+}
+
+// Each order is a row of the dialog that writes: there it is named, and may be left out.
+void CompareDialog::cmdVergleichSchreiben_Click() {
+  std::vector<std::pair<int, WriteOrder>> orders;
+  for (const ComparisonRow& row : model_.Rows()) {
+    if (row.order) orders.emplace_back(row.terminal.address, *row.order);
+  }
+  services_.desk.WriteAll(orders);
+}
+
+QString CompareDialog::Report() const {
+  return model_.Report(
+      [this](int row) { return filtered_.mapFromSource(model_.index(row, 0)).isValid(); });
+}
+
+void CompareDialog::cmdVergleichKopieren_Click() {
+  QGuiApplication::clipboard()->setText(Report());
+}
+
+void CompareDialog::cmdVergleichSpeichern_Click() {
+  const auto name = services_.person.SaveFile("Vergleich speichern", kTextFilter);
+  if (!name) return;
+  const auto reason = WriteFile(*name, Report().toStdString());
+  if (!reason) return;
+  throw std::runtime_error("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " + *reason);
+}
+
+// Escape or the window's frame: a reading under way is stopped first.
+void CompareDialog::reject() {
+  closing_ = reading_;
+  if (reading_) return run_.Stop();
+  QDialog::reject();
+}
+
+}  // namespace kelvo

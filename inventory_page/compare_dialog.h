@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDialog>
+#include <QSortFilterProxyModel>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/event_loop.h"
+#include "base/operator.h"
+#include "inventory/journal.h"
+#include "inventory_page/comparison_model.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QTableView;
+
+namespace kelvo {
+
+class WriteDesk;
+
+/// What Terminals have told, what was written into them and what the database has, side by side.
+/// Only "Lesen" asks a Terminal anything.
+class CompareDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  struct Services {
+    Exchange& exchange;
+    EventLoop& loop;
+    Operator& person;
+    WriteJournal& journal;
+    std::string readingsPath;
+    WriteDesk& desk;
+    std::function<std::vector<StoredRecord>()> records;
+    std::function<std::vector<int>()> addresses;     ///< of the stored Terminals
+    std::function<std::string(int address)> nameOf;  ///< UTF-8
+    std::function<std::string()> device;             ///< of the port that is open
+    std::function<JournalTime()> clock;
+  };
+  explicit CompareDialog(Services services, QWidget* parent = nullptr);
+
+  /// Compares anew and shows the dialog.
+  void Present();
+  void reject() override;
+
+ private:
+  QLayout* MakeChoice();
+  void MakeTable();
+  QLayout* MakeButtons();
+  void FillChoice();
+  std::vector<int> Chosen() const;
+  void Compare();
+  void ShowSummary(const QString& reading = {});
+  QString Report() const;
+
+  void cmdVergleichLesen_Click();
+  void cmdVergleichSchreiben_Click();
+  void cmdVergleichKopieren_Click();
+  void cmdVergleichSpeichern_Click();
+
+  Services services_;
+  Readings readings_;
+  ReadRun run_;
+  ComparisonModel model_;
+  QSortFilterProxyModel filtered_;
+  bool reading_ = false;
+  bool closing_ = false;
+  QComboBox* cboVergleichTerminal;
+  QCheckBox* chkVergleichUnterschiede;
+  QTableView* ctlVergleich;
+  QLabel* lblVergleich;
+  QPushButton* cmdVergleichLesen;
+  QPushButton* cmdVergleichSchreiben;
+  QPushButton* cmdVergleichKopieren;
+  QPushButton* cmdVergleichSpeichern;
+  QPushButton* cmdVergleichSchliessen;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,102 @@
+#include "inventory/comparison.h"
+
+#include <gtest/gtest.h>
+
+#include "link/commands.h"
+#include "tests/fakes/bus_world.h"
+#include "tests/fakes/temporary_folder.h"
+
+namespace kelvo {
+namespace {
+
+using testing_world::BusWorld;
+
+const TerminalId Tor{"/dev/ttyUSB0", 3};
+
+class ComparisonTest : public testing::Test, protected BusWorld {
+ protected:
+  ComparisonTest() {
+    Add({.version = "2.10", .address = 3});
+    Add({.address = 4, .fault = sim::Fault::Silent});
+  }
+  ReadRun::Result Read(Readings& readings, std::vector<int> addresses = {3}) {
+    ReadRun run({exchange, loop, readings,
+                 [this] { return JournalTime(std::chrono::milliseconds(++clock)); }});
+    return run.Run(Tor.device, addresses, {}, [](int) {});
+  }
+  /// An item that was written and acknowledged, or proven.
+  void Written(const Item& item) {
+    JournalEntry entry{
+        JournalTime(), Tor, Event::Begun, {ItemChange::Kind::Written, item.key}, item.name,
+        item.command,  0};
+    journal.Add(entry);
+    entry.event = Event::Acknowledged;
+    journal.Add(entry);
+  }
+  /// The row of that name: what the comparison says of it.
+  std::string Words(const std::string& what, const Readings& readings = {}) {
+    for (const ComparisonRow& row : Compare(Tor, journal.Of(Tor), readings, records)) {
+      if (row.what == what) return row.words + (row.order ? ", " + row.order->item.name : "");
+    }
+    return "-";
+  }
+
+  testing_world::TemporaryFolder folder;
+  WriteJournal journal;
+  std::vector<StoredRecord> records;
+  int clock = 0;
+};
+
+TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedIsOffered) {
+  const auto macro = [](int number, const std::string& text) { return WriteMakro(number, text); };
+  Written({{ItemKind::Macro, 1}, macro(1, "alt").Text(), "Pumpe"});
+  Written({{ItemKind::Macro, 2}, macro(2, "gleich").Text(), "Logo"});
+  Written({{ItemKind::Macro, 5}, macro(5, "fremd").Text(), "weg"});
+  records = {{1, "Makro", "Pumpe", 1, "neu"},
+             {2, "Makro", "Logo", 2, "gleich"},
+             {3, "Makro", "Start", 0, "nirgends"},
+             {4, "Makro", "ohne Nummer", -1, "x"}};
+  EXPECT_EQ(Words("Makro 1"), "geändert, Pumpe");
+  EXPECT_EQ(Words("Makro 2"), "gleich");
+  EXPECT_EQ(Words("Makro 5"), "nicht in der Datenbank");
+  EXPECT_EQ(Words("Makro 0"), "unbekannt");
+  EXPECT_EQ(Words("Version"), "nicht gelesen");
+  // What cannot be written is not offered.
+  records[0].wire = std::string("a\x03", 2);
+  EXPECT_EQ(Words("Makro 1"), "geändert");
+  journal.Add({JournalTime(),
+               Tor,
+               Event::Begun,
+               {ItemChange::Kind::Written, {ItemKind::Macro, 2}},
+               {},
+               {},
+               0});
+  EXPECT_EQ(Words("Makro 2"), "ungewiss, ein Schreiben endete unklar");
+}
+
+TEST_F(ComparisonTest, RepliesAreKeptOverRunsAndAnotherOneThanBeforeStandsOut) {
+  const std::string path = folder.Path("gelesen.txt");
+  {
+    Readings readings(path);
+    const auto result = Read(readings, {3, 4});
+    EXPECT_EQ(result.answered, std::vector<int>{3});
+    EXPECT_EQ(result.silent, std::vector<int>{4});
+    EXPECT_TRUE(result.complete);
+    EXPECT_EQ(readings.Last(Tor, CommandName::AskVersion)->reply, "2.10F");
+    EXPECT_EQ(readings.Last(Tor, CommandName::AskFreeBytes)->reply, "8192");
+    EXPECT_EQ(Words("Version", readings), "");
+    // The silent one was asked nothing but its address.
+    EXPECT_TRUE(port.written.ends_with("\x1b!A4;\x1b?A\x1b!A254;"));
+  }
+  At(0).SetVersion("2.20", true);
+  Readings readings(path);
+  EXPECT_EQ(readings.Last(Tor, CommandName::AskVersion)->reply, "2.10F");
+  Read(readings);
+  EXPECT_EQ(Words("Version", readings), "anders als zuvor gelesen");
+  EXPECT_EQ(Words("Aktive Matrix-Tabelle", readings), "wie zuvor gelesen");
+  Read(readings);
+  EXPECT_EQ(Words("Version", readings), "wie zuvor gelesen");
+}
+
+}  // namespace
+}  // namespace kelvo
