@@ -17,6 +17,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmDovu", "senden-an-alle.html"},
       {"frmSchreiben", "geprueft.html"},
       {"frmVergleich", "vergleichen.html"},
+      {"frmAusstatten", "ausstatten.html"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},
