@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "inventory/line_text.h"
+#include "inventory/settings_trace.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
 #include "settings/macros.h"
@@ -19,6 +20,7 @@ constexpr std::string_view kMissing = "fehlt";
 constexpr std::string_view kEnd = "ende";
 constexpr std::size_t kItemFields = 5;
 constexpr int kHighestNumber = 255;
+constexpr int kAllSettings = 30;
 
 int Rank(const ItemKey& key) {
   switch (key.kind) {
@@ -57,6 +59,20 @@ std::string DoubtSentence(const ItemKey& key, const Doubt& doubt) {
              "Das letzte Schreiben wurde nicht bestätigt; was dort liegt, ist nicht "
              "bekannt.";
   }
+}
+
+void TakeConfig(Equipment& equipment, const Item& item) {
+  equipment.settings = Settings(item.command).Text();
+  equipment.missing.emplace_back(
+      equipment.settings.empty()
+          ? "Konfiguration: Das Terminal hat seine damaligen Einstellungen gespeichert; welche das "
+            "waren, ist nicht bekannt. Sie sind am neuen Terminal von Hand einzustellen und mit "
+            "\"Konfiguration speichern\" zu sichern."
+          : "Konfiguration: Übertragen werden die Einstellungen, die von hier gesendet wurden, "
+            "bevor "
+            "das Terminal sie gespeichert hat (" +
+                CommandMeaning(equipment.settings, kAllSettings) +
+                "). Andere sind nicht bekannt, und ob es dazwischen aus war, auch nicht.");
 }
 
 // Nothing else may go out with an item.
@@ -123,8 +139,8 @@ bool TakeLine(Equipment& equipment, std::string_view line) {
   if (fields[0] == kOrigin) equipment.origin = *text;
   if (fields[0] != kSettings) return fields[0] == kMissing || fields[0] == kOrigin;
   const auto wire = PlainWire(fields[1]);
-  equipment.settings = wire.value_or(std::string());
-  return wire.has_value();
+  equipment.settings = Settings(wire.value_or(std::string())).Text();
+  return wire == equipment.settings;
 }
 
 }  // namespace
@@ -139,10 +155,7 @@ Equipment EquipmentOf(const Inventory& inventory, std::string origin) {
   Equipment equipment{std::move(origin), {}, {}, {}};
   for (const auto& [key, held] : inventory.Items()) {
     if (key.kind == ItemKind::Config) {
-      equipment.missing.emplace_back(
-          "Konfiguration: Das Terminal hat seine damaligen Einstellungen gespeichert; welche das "
-          "waren, ist nicht bekannt. Sie sind am neuen Terminal von Hand einzustellen und mit "
-          "\"Konfiguration speichern\" zu sichern.");
+      TakeConfig(equipment, held.item);
       continue;
     }
     equipment.items.push_back(held.item);

@@ -84,6 +84,7 @@ std::string ItemText(const ItemKey& key) {
 }
 
 std::string_view ItemContent(const Item& item) {
+  if (item.key.kind == ItemKind::Config) return {};
   const auto command = FirstCommand(item.command);
   return command ? BehindComma(command->parameters) : std::string_view();
 }

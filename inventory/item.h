@@ -23,8 +23,10 @@ struct ItemKey {
 
 struct Item {
   ItemKey key;
-  std::string command;  ///< the whole wire text, ESC first
-  std::string name;     ///< of the record that it is made from, UTF-8; empty when there is none
+  /// The whole wire text, ESC first; of a configuration also the settings that it is known to keep,
+  /// in front.
+  std::string command;
+  std::string name;  ///< of the record that it is made from, UTF-8; empty when there is none
   bool operator==(const Item&) const = default;
 };
 

@@ -45,7 +45,9 @@ std::optional<Event> EventOf(const Reply& reply, bool counts) {
 WriteRecorder::WriteRecorder(Services services) : services_(std::move(services)) {
   services_.state.SetCommandListener([this](std::string_view command) { Sent(command); });
   services_.line.FollowTraffic([this](Direction direction, std::string_view characters) {
-    if (direction == Direction::ToTerminal) CountSum(characters);
+    if (direction != Direction::ToTerminal) return;
+    CountSum(characters);
+    settings_.Sent(characters, services_.device());
   });
   services_.line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
 }
@@ -70,9 +72,12 @@ void WriteRecorder::Begin(std::string_view command, const ItemChange& change) {
   JournalEntry entry{{}, Listener(), Event::Begun, change, origin.name, {}};
   if (const auto item = ItemOf(command, {}, KindOfRecord(origin.typ))) entry.change.key = item->key;
   const bool unsure = TornAt(entry.terminal.device);
+  const Inventory before = services_.journal.Of(entry.terminal);
+  const Held* const config = before.At({ItemKind::Config, 0});
   Record(entry, Event::Begun);
   const bool counts = LastCommand(command)->answer == Answer::CountDown;
-  pending_.push_back({std::move(entry), std::string(command), counts, unsure});
+  pending_.push_back({std::move(entry), std::string(command), counts, unsure,
+                      Settings(config != nullptr ? config->item.command : std::string())});
 }
 
 // Whoever listens runs it, if it is there.
@@ -151,9 +156,18 @@ void WriteRecorder::End(const Outcome& outcome) {
   if (*event == Event::LineLost) TornAt(pending.entry.terminal.device) = true;
   if (*event != Event::Acknowledged) return Record(pending.entry, *event);
   if (pending.entry.change.kind == ItemChange::Kind::Written)
-    pending.entry.command = pending.command;
+    pending.entry.command = StoredText(pending);
   Record(pending.entry, pending.unsure ? Event::Unclear : Event::Acknowledged);
   if (proof_) proof_->acknowledged.push_back(std::move(pending));
+}
+
+// A configuration is what the Terminal is set to: of that only what was set from here is known,
+// now or before it kept the last one.
+std::string WriteRecorder::StoredText(const Pending& pending) const {
+  if (pending.entry.change.key.kind != ItemKind::Config) return pending.command;
+  Settings settings = pending.settings;
+  settings.Take(settings_.Of(pending.entry.terminal));
+  return settings.Text() + pending.command;
 }
 
 void WriteRecorder::Prove(const Reply& reply) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "inventory/journal.h"
+#include "inventory/settings_trace.h"
 #include "link/line_state.h"
 #include "link/line_watch.h"
 
@@ -51,7 +52,9 @@ class WriteRecorder {
     std::string command;
     bool counts = false;  ///< it is answered by numbers first
     bool unsure = false;  ///< a macro cut off before may have taken it for a part of its text
+    Settings settings{};  ///< that the configuration before it is known to keep
   };
+  std::string StoredText(const Pending& pending) const;
   /// What has been sent since the Terminal's sum was set to 0.
   struct Proof {
     std::uint16_t sum = 0;
@@ -61,6 +64,7 @@ class WriteRecorder {
   Services services_;
   std::vector<Pending> pending_;
   std::optional<Proof> proof_;
+  SettingsTrace settings_;
   std::map<std::string, bool> torn_;  // devices; the last write has not got through to its end
 };
 

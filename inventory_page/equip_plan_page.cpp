@@ -197,6 +197,10 @@ EquipJob EquipPlanPage::Job() const {
     if (!ctlAusstattenPosten->Ticked(static_cast<int>(i))) continue;
     job.equipment.items.push_back(equipment_.items[i]);
   }
+  const int settings = static_cast<int>(equipment_.items.size());
+  if (settings == ctlAusstattenPosten->Rows() || !ctlAusstattenPosten->Ticked(settings)) {
+    job.equipment.settings.clear();
+  }
   for (std::size_t i = 0; i < targets_.size(); ++i) {
     if (ctlAusstattenZiele->Ticked(static_cast<int>(i))) job.targets.push_back(targets_[i]);
   }

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "inventory/equip_report.h"
+#include "link/commands.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -63,6 +64,7 @@ class Equipping {
       job_.targets.push_back({{kDevice, world_.At(i).Setup().address}, "Ziel", {}});
     }
     for (const Item& item : job_.equipment.items) Hear(*original_, item.command);
+    if (job_.HasSettings()) Hear(*original_, job_.equipment.settings + WriteConfig().Text());
     const auto hear = world_.port.onCharacter;
     world_.port.onCharacter = [this, hear](char character) {
       hear(character);
@@ -188,6 +190,20 @@ TEST(Equip, EndedAnywhereItGoesOnUntilAllIsThereAndNeverTellsTooMuch) {
     ASSERT_TRUE(equipping.Progress().Done()) << equipping.Report();
     ASSERT_TRUE(equipping.Equal(0)) << "round " << round;
   }
+}
+
+TEST(Equip, TheSettingsThatAreKnownAreSetProvenAndKept) {
+  Equipment equipment = Original();
+  equipment.settings =
+      "\x1b!P5;\x1bTF2;\x1b"
+      "EMK3;";
+  Equipping equipping({{.address = 5}}, equipment);
+  EXPECT_EQ(equipping.Run(), EquipRun::End::Complete);
+  EXPECT_TRUE(equipping.Equal(0)) << equipping.Report();
+  EXPECT_TRUE(equipping.Progress().Done());
+  Equipping disturbed({{.address = 5, .fault = Fault::Flips, .faultEvery = 23}}, equipment);
+  disturbed.Run();
+  EXPECT_TRUE(!disturbed.Progress().Done() || disturbed.Equal(0));
 }
 
 TEST(Equip, WhatWasWrittenIsNotErasedAgain) {

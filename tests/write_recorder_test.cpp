@@ -95,6 +95,33 @@ TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {
   EXPECT_EQ(Of(5).Doubtful().size(), 1u);
 }
 
+TEST_F(WriteRecorderTest, AConfigurationKeepsWhatWasSetFromHereSinceTheRestartOrTheOneBefore) {
+  const auto config = [this](int address) {
+    const Inventory inventory = Of(address);
+    const Held* const held = inventory.At({ItemKind::Config, 0});
+    return held == nullptr ? std::string("none") : held->item.command;
+  };
+  Write(SelectAddress(6));
+  Write(SetTextFont(9));
+  Write(SelectAddress(5));
+  Write(SetPort("1"));
+  Write(SetTextFont(1));
+  Write(SetPort("3"));
+  Write(WriteConfig());
+  EXPECT_EQ(config(5),
+            "\x1bTF1;\x1b!P3;\x1b"
+            "EWC");
+  Write(SetPort("7"));  // lost by the restart
+  Write(Restart());
+  Write(SelectAddress(5));
+  Write(SetTextFont(2));
+  Write(WriteConfig());
+  EXPECT_EQ(config(5),
+            "\x1b!P3;\x1bTF2;\x1b"
+            "EWC");
+  EXPECT_EQ(config(6), "none");
+}
+
 class RecordedOnDiscTest : public WriteRecorderTest {
  protected:
   RecordedOnDiscTest() : WriteRecorderTest(true) {}
