@@ -29,7 +29,7 @@ class EquipRun {
   /// Told of every entry.
   using Listener = std::function<void(const EquipEntry& entry)>;
 
-  explicit EquipRun(Services services) : services_(std::move(services)) {}
+  explicit EquipRun(const Services& services) : services_(services) {}
 
   /// Does what is not done yet. It serves the event loop all the time.
   End Run(EquipLog& log, const Listener& listener);

@@ -129,8 +129,8 @@ bool TakeLine(Equipment& equipment, std::string_view line) {
   const auto fields = SplitAt(line, '\t');
   if (fields.size() < 2) return false;
   if (fields[0] == kItem) {
-    auto item = ReadItemLine(fields);
-    if (item) equipment.items.push_back(*std::move(item));
+    const std::optional<Item> item = ReadItemLine(fields);
+    if (item) equipment.items.push_back(*item);
     return item.has_value();
   }
   const auto text = PlainText(fields[1]);

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QMouseEvent>
+#include <QSpinBox>
 #include <QTimer>
 #include <QTreeWidget>
 #include <stdexcept>
@@ -72,6 +73,7 @@ void BusTour::Run() {
   Search();
   Draw();
   Send();
+  Equip();
   window_.close();
 }
 
@@ -120,6 +122,38 @@ void BusTour::Send() {
   auto& wall = driver_.Find(QStringLiteral("frmAnzeigen"));
   album_.Shoot(wall, "nachbildungen");
   wall.close();
+}
+
+void BusTour::Select(int address) {
+  driver_.Find<QSpinBox>(QStringLiteral("ctlUpDownAdrDovu")).setValue(address);
+  driver_.Click(QStringLiteral("cmdDovuAktivieren"));
+}
+
+void BusTour::Equip() {
+  album_.Step("Ein Ersatzgerät bekommt, was in einem anderen Terminal liegt.");
+  Select(2);
+  driver_.ShowTab(static_cast<int>(Tab::Macros));
+  driver_.Click(QStringLiteral("mnuDateiNeu"));
+  driver_.Type(QStringLiteral("txtMakro"), QStringLiteral("\x1bGC\x1bGTBereit\x04"));
+  for (const char* number : {"7", "0"}) {
+    driver_.Type(QStringLiteral("txtMakroNr"), QString::fromLatin1(number));
+    driver_.Click(QStringLiteral("cmdSetMakro"));
+  }
+  Select(0);
+  bool shown = false;
+  driver_.OnDialog([&shown](QDialog&) { shown = true; });
+  driver_.Click(QStringLiteral("mnuAusstatten"));
+  driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
+  auto& dialog = driver_.Find(QStringLiteral("frmAusstatten"));
+  driver_.Click(QStringLiteral("cmdAusstattenLesen"));
+  album_.Shoot(dialog, "ausstatten-plan");
+  driver_.OnDialog([](QDialog& box) { WindowDriver::Press(box, QStringLiteral("Ja")); });
+  driver_.Click(QStringLiteral("cmdAusstatten"));
+  album_.Shoot(dialog, "ausstatten");
+  Expect(driver_.Text(QStringLiteral("lblAusstattenStand")) ==
+             QStringLiteral("Alles ist geschrieben."),
+         "both macros are in the other Terminal");
+  driver_.Click(QStringLiteral("cmdAusstattenSchliessen"));
 }
 
 }  // namespace kelvo

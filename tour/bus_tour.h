@@ -19,6 +19,8 @@ class BusTour {
   void Search();
   void Draw();
   void Send();
+  void Select(int address);
+  void Equip();
 
   SimulatorProcess& simulator_;
   Album& album_;
