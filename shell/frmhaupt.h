@@ -205,6 +205,7 @@ class frmhaupt : public QMainWindow {
   std::string DescribeDevice(const std::string& device);
 
   Outside outside_;
+  InterfacePage* interfaces_ = nullptr;  // who follows the line asks it from the start on
   PortControl portControl_;  // FormLoading is true from here to the first paint
   ProgramSlot slot_;
   ProgramData data_;
@@ -232,7 +233,6 @@ class frmhaupt : public QMainWindow {
 
   QTabWidget* cmdTab = nullptr;
   HeadStrip* head_ = nullptr;
-  InterfacePage* interfaces_ = nullptr;
   StatusPage* status_ = nullptr;
   EepromPage* eeprom_ = nullptr;
   InventoryView* inventory_ = nullptr;

@@ -34,6 +34,7 @@ std::vector<StoredRecord> StoredRecords(Database& database) {
 }  // namespace
 
 std::string frmhaupt::OpenDevice() {
+  if (interfaces_ == nullptr) return {};  // the window is being built
   return data_.DeviceOf(interfaces_->OpenPortNumber(), outside_.folders.data);
 }
 
