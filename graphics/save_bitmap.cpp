@@ -49,7 +49,12 @@ std::variant<int, std::string> ParseNumber(const std::string& typed) {
 }
 
 void AskNumberAndSend(const std::string& bitmap, Operator& person, const EEPromAccess& eeprom) {
-  const auto typed = person.Input("Nr dieser Bitmap im EEProm :", {});
+  const auto tell = [&eeprom](const std::string& text) {
+    const auto number = ParseNumber(text);
+    const int* const valid = std::get_if<int>(&number);
+    if (eeprom.typed) eeprom.typed(valid != nullptr ? std::optional(*valid) : std::nullopt);
+  };
+  const auto typed = person.Input("Nr dieser Bitmap im EEProm :", {}, tell);
   if (!typed) return;
   const auto number = ParseNumber(*typed);
   if (const auto* refusal = std::get_if<std::string>(&number)) return person.Message(*refusal);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "base/operator.h"
@@ -16,6 +17,8 @@ struct EEPromAccess {
   std::function<bool(std::size_t bytes)> hasRoom;
   /// Sends an acknowledged command; reports a failure, with the suffix of the one who writes.
   std::function<void(const Command& command, const std::string& suffix)> write;
+  /// Told each valid number as it is typed, nothing when there is none; may be empty.
+  std::function<void(std::optional<int> number)> typed{};
 };
 
 /// The picture that would be stored: the lowest selected one, or the lowest one when none is

@@ -24,6 +24,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmVerlauf", "fenster.html#verlauf"},
       {"frmAnzeigen", "nachbildung.html"},
       {"frmInfo", "eeprom.html"},
+      {"frmBestandText", "bestand.html"},
       {"frmHilfe", "hilfe.html"},
       {"frmAbout", "index.html"},
   };

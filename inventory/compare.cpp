@@ -33,22 +33,8 @@ InTerminal StateOf(const Inventory& inventory, const StoredRecord& record) {
   const Held* const held = inventory.At(key);
   if (held == nullptr || !inventory.Trusts(*held)) return InTerminal::Unknown;
   if (SameContent(*held, record)) return InTerminal::Same;
-  const bool own = held->item.key.kind == key.kind && held->item.name == record.name;
-  return own ? InTerminal::Changed : InTerminal::Absent;
-}
-
-std::string InTerminalText(InTerminal state) {
-  switch (state) {
-    case InTerminal::Same:
-      return "gleich";
-    case InTerminal::Changed:
-      return "geändert";
-    case InTerminal::Absent:
-      return "nicht";
-    case InTerminal::Unknown:
-      break;
-  }
-  return "unbekannt";
+  const bool named = record.name.empty() || held->item.name == record.name;
+  return named && held->item.key.kind == key.kind ? InTerminal::Changed : InTerminal::Absent;
 }
 
 Against AgainstDatabase(const Inventory& inventory, const Held& held,

@@ -21,10 +21,9 @@ struct StoredRecord {
   std::string wire;
 };
 
-/// Whether a record lies in a Terminal.
+/// Whether a record lies in a Terminal. Of one without a name any text under its number is taken
+/// for an older one.
 InTerminal StateOf(const Inventory& inventory, const StoredRecord& record);
-/// "gleich", "geändert", "nicht", "unbekannt"
-std::string InTerminalText(InTerminal state);
 
 /// What the database has of an item.
 struct Against {

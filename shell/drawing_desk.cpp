@@ -120,7 +120,8 @@ EEPromAccess DrawingDesk::BitmapAccess(BitmapTo how, std::size_t& room) {
             }
             order.frame.room = room;
             services_.writeDesk.WriteToMany(order);
-          }};
+          },
+          services_.bitmapNumberTyped};
 }
 
 void DrawingDesk::SaveBMPinEEProm(BitmapTo how) {

@@ -48,6 +48,7 @@ class DrawingDesk : public QObject, private GraphicsHost {
     std::function<std::vector<StoredText>()> storedTexts;      ///< typ "Grafik", then "Makro"
     std::function<bool()> fensterMitZoomen;                    ///< the option, as it is now
     std::string draftPath;                                     ///< of the drawing
+    std::function<void(std::optional<int> number)> bitmapNumberTyped{};  ///< see EEPromAccess
   };
   explicit DrawingDesk(Services services);
 

@@ -84,6 +84,7 @@ frmhaupt::frmhaupt(Outside outside)
     help_->SetFile(outside_.folders.program + kHelpName);
     NoteFirstRunIsOver();
   }
+  ShowInventory();
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);
   EnableToolbar();
   cmdTab->setFocus();
@@ -113,14 +114,14 @@ void frmhaupt::MakePages() {
 }
 
 void frmhaupt::MakeDrawingDesk() {
-  desk_ = std::make_unique<DrawingDesk>(
-      DrawingDesk::Services{outside_, exchange_, state_, fonts_, memory_, symbols_, data_.Optionen,
-                            data_.Default, *writeDesk_, [this] { return interfaces_->BaudRate(); },
-                            [this](const std::string& text) {
-                              return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
-                            },
-                            [this] { return StoredTexts(data_.database); },
-                            [this] { return FensterMitZoomen_; }, slot_.File("entwurf")});
+  desk_ = std::make_unique<DrawingDesk>(DrawingDesk::Services{
+      outside_, exchange_, state_, fonts_, memory_, symbols_, data_.Optionen, data_.Default,
+      *writeDesk_, [this] { return interfaces_->BaudRate(); },
+      [this](const std::string& text) {
+        return macros_->SaveMakro("Grafik", text, -1, kNewRecordName);
+      },
+      [this] { return StoredTexts(data_.database); }, [this] { return FensterMitZoomen_; },
+      slot_.File("entwurf"), [this](std::optional<int> number) { TellTakenBitmap(number); }});
   connect(desk_.get(), &DrawingDesk::SendShown, this, [this](bool on) {
     ctlSendeanzeige->setText(on ? tr("●") : tr("○"));
     if (!on) statusDisplay_->WatchDrawing();

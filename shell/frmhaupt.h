@@ -109,8 +109,11 @@ class frmhaupt : public QMainWindow {
   void mnuAusstatten_Click();
   void TakeLeftEquipping();
   std::string OpenDevice();
+  std::string Taken(ItemKey key, const std::string& record);
   void NoteTakenNumbers();
+  void TellTakenBitmap(std::optional<int> number);
   void ShowInventory();
+  void ShowRecordStates();
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
   void ReadOptions();
@@ -206,7 +209,7 @@ class frmhaupt : public QMainWindow {
 
   Outside outside_;
   InterfacePage* interfaces_ = nullptr;  // who follows the line asks it from the start on
-  PortControl portControl_;  // FormLoading is true from here to the first paint
+  PortControl portControl_;              // FormLoading is true from here to the first paint
   ProgramSlot slot_;
   ProgramData data_;
   WindowMemory memory_;
@@ -226,6 +229,7 @@ class frmhaupt : public QMainWindow {
 
   std::optional<RecordDrafts> drafts_;
   bool inventoryWaits_ = false;
+  std::pair<TerminalId, std::size_t> shownOf_;  // whose inventory is shown, of how many entries
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool SofortSenden_ = false;

@@ -1,6 +1,7 @@
 #include <QMenu>
-#include <filesystem>
+#include <QStatusBar>
 #include <QTimer>
+#include <filesystem>
 
 #include "base/val.h"
 #include "base/wire_text.h"
@@ -90,27 +91,52 @@ void frmhaupt::TakeLeftEquipping() {
       true);
 }
 
+std::string frmhaupt::Taken(ItemKey key, const std::string& record) {
+  return TakenText(journal_.Of(recorder_.Listener()), key, record);
+}
+
 // Each page says what a number is taken by that it writes under.
 void frmhaupt::NoteTakenNumbers() {
   const auto taken = [this](ItemKind kind) {
     return [this, kind](int number, const std::string& record) {
-      return TakenText(journal_.Of(recorder_.Listener()), {kind, number}, record);
+      return Taken({kind, number}, record);
     };
   };
-  macros_->Note().SetWords(taken(ItemKind::Macro));
+  macros_->Note().SetWords([this](int number, const std::string& record) {
+    const std::string own = Taken({ItemKind::Macro, number}, record);
+    const std::string start = Taken({ItemKind::Macro, 0}, record);
+    return !own.empty() || start.empty() ? own : "Autostart, " + start;
+  });
   matrix_->Note().SetWords(taken(ItemKind::MatrixTable));
   at_->Note().SetWords(taken(ItemKind::AtTable));
 }
 
+// The box that asks for the number stays as it is.
+void frmhaupt::TellTakenBitmap(std::optional<int> number) {
+  const std::string words = number ? Taken({ItemKind::Bitmap, *number}, {}) : std::string();
+  statusBar()->showMessage(words.empty() ? QString() : "⚠ " + QString::fromStdString(words));
+}
+
 // Much may change at once.
 void frmhaupt::ShowInventory() {
-  inventory_->Refresh();
   if (std::exchange(inventoryWaits_, true)) return;
   QTimer::singleShot(0, this, [this] {
     inventoryWaits_ = false;
+    const std::pair now(recorder_.Listener(), journal_.Entries().size());
+    if (std::exchange(shownOf_, now) == now) return;
+    inventory_->Refresh();
     for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
       note->Refresh();
     }
+    ShowRecordStates();
+  });
+}
+
+// The table of the texts asks for each row; what it is told is of one moment.
+void frmhaupt::ShowRecordStates() {
+  const auto inventory = std::make_shared<const Inventory>(journal_.Of(recorder_.Listener()));
+  macros_->SetInTerminal([inventory](const std::string& typ, int number, const std::string& wire) {
+    return StateOf(*inventory, {0, typ, {}, number, wire});
   });
 }
 

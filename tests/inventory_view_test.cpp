@@ -29,10 +29,15 @@ class InventoryViewTest : public WindowTest {
     Find<QSpinBox>("ctlUpDownAdrDovu").setValue(address);
     Click("cmdDovuAktivieren");
   }
+  // What is told when the line has come to rest.
+  static void Tell() {
+    QApplication::processEvents();
+    QApplication::processEvents();
+  }
   // "Makro 7 Gruß gleich"
   std::vector<std::string> Rows() {
     Show(Tab::Eeprom);
-    QApplication::processEvents();
+    Tell();
     const QAbstractItemModel& model = *Find<QTableView>("ctlBestand").model();
     std::vector<std::string> rows;
     for (int row = 0; row < model.rowCount(); ++row) {
@@ -62,6 +67,8 @@ TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheReco
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Makro\t8\tLogo\t4\t"));
   Click("cmdBestandSatz");
   EXPECT_EQ(Editor("txtMakro"), "Bild");
+  const QAbstractItemModel& texts = *Find<QTableView>("tblMakros").model();
+  EXPECT_EQ(texts.index(0, 2).data().toString().toStdString(), "gleich");
   Sql("update Makro set wert = 'Anders' where Bezeichnung = 'Gruß'");
   Sql("delete from Makro where Bezeichnung = 'Logo'");
   Show(Tab::Text);
@@ -80,7 +87,7 @@ TEST_F(InventoryViewTest, ANumberThatIsTakenIsMarkedWhereItIsTyped) {
   Start();
   Select(5);
   WriteShown("Gruß");
-  QApplication::processEvents();
+  Tell();
   EXPECT_EQ(Text("lblMakroBelegt"), "") << "its own number";
   Choose("cboMakro", "Logo");
   EXPECT_EQ(Text("lblMakroBelegt"), "");
@@ -91,8 +98,14 @@ TEST_F(InventoryViewTest, ANumberThatIsTakenIsMarkedWhereItIsTyped) {
   Show(Tab::AtKeyboard);
   Type("txtATTastNr", "3");
   EXPECT_EQ(Text("lblATTastBelegt"), "⚠ Nummer 3: belegt mit Matrix-Tabelle „Feld“.");
+  Show(Tab::Macros);
+  Click("cmdSetAutostartMakro");
+  Choose("cboMakro", "Gruß");
+  Tell();
+  EXPECT_EQ(Text("lblMakroBelegt"), "⚠ Autostart, Nummer 0: belegt mit Makro „Logo“.");
+  Show(Tab::AtKeyboard);
   Select(6);
-  QApplication::processEvents();
+  Tell();
   EXPECT_EQ(Text("lblATTastBelegt"), "");
 }
 
