@@ -103,7 +103,8 @@ void frmhaupt::MakePages() {
   eeprom_ = new EepromPage(
       {exchange_, outside_.person, state_, data_.Optionen, MakeInventory(), writeDesk_});
   macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default,
-                           fonts_, writeDesk_, [this] { return interfaces_->BaudRate(); }});
+                           fonts_, writeDesk_, [this] { return interfaces_->BaudRate(); },
+                           [this] { return Present(); }});
   text_ = new TextPage(
       {exchange_, outside_.person, fonts_, new RawCommand(exchange_, outside_.person)});
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);

@@ -99,6 +99,7 @@ class frmhaupt : public QMainWindow {
   void MakeTabs();
   void MakeHistory();
   void MakeTwins();
+  PresentTerminal Present();
   void AddTwinActions(QMenu* view);
   Twins::Services TwinServices();
   std::vector<int> StoredAddresses();

@@ -69,6 +69,13 @@ void frmhaupt::MakeTwins() {
   });
 }
 
+// What a preview can begin on.
+PresentTerminal frmhaupt::Present() {
+  twins_.CatchUp();
+  const Twin* const twin = twins_.Present();
+  return twin == nullptr ? PresentTerminal() : PresentTerminal{&twin->terminal, twin->Certain()};
+}
+
 std::vector<int> frmhaupt::StoredAddresses() {
   std::vector<int> addresses;
   for (const std::string& address : data_.ctlDovuData.Column("Adresse")) {
