@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include "widgets/wire_field.h"
+
 namespace kelvo {
 namespace {
 
@@ -109,8 +111,17 @@ void TerminalTour::WriteMacro() {
        "läuft\x04");
   Type("txtMakroNr", "7");
   Shoot(window_, "makro-entwurf");
+  CheckMacro();
   OnDialog("eingabe", "OK", "Anlage läuft");
   Click("mnuDateiSave");
+}
+
+// A slip on the way, and what is said about it.
+void TerminalTour::CheckMacro() {
+  const std::string right = driver_.Find<WireEdit>(QStringLiteral("txtMakro")).Wire();
+  Type("txtMakro", "\x1bGC\x1bGP10,10\x1bGR299,117;\x1bGTAnlage");
+  Shoot(window_, "makro-anmerkungen");
+  driver_.Find<WireEdit>(QStringLiteral("txtMakro")).SetWire(right);
 }
 
 void TerminalTour::RunMacro() {

@@ -18,6 +18,7 @@ class TerminalTour {
   void Interfaces();
   void Status();
   void WriteMacro();
+  void CheckMacro();
   void RunMacro();
   void Drawing();
   void DrawWithTools(WindowDriver& hands);
