@@ -235,6 +235,7 @@ class frmGrafik : public QMainWindow {
   /// Where the lower left corner comes of what has this size and no place yet: in that middle, and
   /// wholly on the display where it fits there.
   Point PlaceFor(const Box& box) const;
+  Point OntoDisplay(Point corner, const Box& box) const;
   LoadedDrawing FromCommands(std::string_view commands) const;
   LoadedDrawing ReadDrawing(const std::string& path) const;
   bool TakeLoaded(const LoadedDrawing& loaded, const std::string& path);

@@ -326,12 +326,16 @@ Point frmGrafik::VisibleMiddle() const {
 }
 
 Point frmGrafik::PlaceFor(const Box& box) const {
+  const Point middle = VisibleMiddle();
+  return OntoDisplay({middle.x - box.Width() / 2, middle.y - box.Height() / 2}, box);
+}
+
+Point frmGrafik::OntoDisplay(Point corner, const Box& box) const {
   const auto fitted = [](int from, int length, int display) {
     return length > display ? from : std::clamp(from, 0, display - length);
   };
-  const Point middle = VisibleMiddle();
-  return {fitted(middle.x - box.Width() / 2, box.Width(), Display->DisplayWidth()),
-          fitted(middle.y - box.Height() / 2, box.Height(), Display->DisplayHeight())};
+  return {fitted(corner.x, box.Width(), Display->DisplayWidth()),
+          fitted(corner.y, box.Height(), Display->DisplayHeight())};
 }
 
 void frmGrafik::dragEnterEvent(QDragEnterEvent* event) {

@@ -47,14 +47,15 @@ void frmGrafik::ShowSymbols() {
   symbols_->ShowOwn(std::move(own));
 }
 
-// Its middle comes to the place, or near it on the grid; without one to the keyboard's cross or the
-// middle of what is to be seen.
+// Its middle comes to the place, or near it on the grid; without one to the keyboard's cross, or to
+// the middle of what is to be seen, and all of it onto the display.
 void frmGrafik::InsertSymbol(const DrawingObject& symbol, std::optional<Point> at) {
   if (tool_->Begun()) tool_->Leave();
   const Box box = BoundsOf(symbol);
   const Point middle = at.value_or(Display->Cross().value_or(VisibleMiddle()));
-  const Point corner =
+  Point corner =
       Snapped({middle.x - box.Width() / 2, middle.y - box.Height() / 2}, desk_->GridStep());
+  if (!at) corner = OntoDisplay(corner, box);
   Edit([&](Drawing& drawing) { Paste(drawing, {symbol}, corner.x, corner.y); });
   Display->setFocus();  // where keys move it
 }

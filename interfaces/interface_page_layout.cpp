@@ -47,7 +47,7 @@ QWidget* InterfacePage::MakeFirst() {
   lblAnschluss->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
   AddLists(form, {{ComPortNr, tr("Ansch&luss:")}});
   form->addRow(QString(), lblAnschluss);
-  KeepRoom(lblAnschluss, 4);  // the device, and what is marked but does not hold yet
+  KeepRoom(lblAnschluss, 6);  // the device, and what is marked but does not hold yet
   lblAnschluss->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   cmdVerbinden = MakeButton("cmdVerbinden", {});
   FitCaptions(cmdVerbinden, {tr("Verbinden"), tr("Trennen")});

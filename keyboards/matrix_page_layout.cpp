@@ -24,12 +24,12 @@ MatrixPage::MatrixPage(Services services, QWidget* parent) : QWidget(parent), se
   column->addWidget(MakeScanning());
   column->addStretch();
   auto* row = new QHBoxLayout;
-  row->addWidget(grid);
+  row->addWidget(grid, 0, Qt::AlignTop);
   row->addLayout(column, 1);
   auto* page = new QVBoxLayout(this);
   page->addWidget(records);
   page->addLayout(row);
-  page->addStretch();
+  page->addStretch(1);
   OrderTabs();
   ConnectControls();
 }

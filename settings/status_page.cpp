@@ -1,5 +1,6 @@
 #include "settings/status_page.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -32,15 +33,17 @@ QLineEdit* NumberField(const char* name) {
 }  // namespace
 
 StatusPage::StatusPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
-  auto* grid = new QGridLayout(this);
-  grid->addWidget(MakeIdentity(), 0, 0, 2, 1);
-  grid->addWidget(MakeFlash(), 2, 0);
-  grid->addWidget(lblFlashLack, 2, 0, Qt::AlignTop);
-  grid->addWidget(MakeAddress(), 0, 1);
-  grid->addWidget(MakeResolution(), 1, 1);
-  grid->addWidget(MakePorts(), 2, 1);
-  grid->setColumnStretch(0, 1);
-  grid->setRowStretch(3, 1);
+  auto* left = new QGridLayout;
+  left->addWidget(MakeIdentity(), 0, 0);
+  left->addWidget(MakeFlash(), 1, 0);
+  left->addWidget(lblFlashLack, 1, 0, Qt::AlignTop);
+  left->setRowStretch(0, 1);
+  auto* right = new QVBoxLayout;
+  for (QWidget* group : {MakeAddress(), MakeResolution(), MakePorts()}) right->addWidget(group);
+  right->addStretch();
+  auto* page = new QHBoxLayout(this);
+  page->addLayout(left, 1);
+  page->addLayout(right);
   ConnectControls();
   ShowFlashFrame();
 }

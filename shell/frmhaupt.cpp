@@ -35,6 +35,7 @@ namespace {
 constexpr char kHelpName[] = "/kelvo.hlp";
 constexpr char kFontFolder[] = "/fonts";
 constexpr int kHintMilliseconds = 8000;
+constexpr int kWidestForm = 190;  // characters
 
 Chronicle::Moment WallClock() {
   using std::chrono::milliseconds;
@@ -203,6 +204,10 @@ void frmhaupt::MakeTabs() {
        {"Makros", macros_},
        {"Willkommen", welcome},
        {"Terminals", terminals_}}};
+  // Forms that are no better for more width stay together.
+  for (QWidget* form : std::initializer_list<QWidget*>{interfaces_, status_, matrix_, welcome}) {
+    form->setMaximumWidth(fontMetrics().averageCharWidth() * kWidestForm);
+  }
   for (const auto& [title, page] : pages) cmdTab->addTab(new ScrolledPage(page), tr(title));
 }
 

@@ -81,6 +81,18 @@ TEST_F(GrafikSymbols, AreInsertedByKeysAndByDropsAsOneStep) {
   Do("mnuGrafikRueckgaengig");
   EXPECT_TRUE(Objects().empty());
   Do("mnuGrafikRaster");
+  // With the keyboard's cross in a corner all of it comes onto the display all the same.
+  Do("toolLinie");
+  for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down}) {
+    for (int step = 0; step < 240; ++step) QTest::keyClick(Canvas(), key);
+  }
+  Do("toolAuswahl");
+  QTest::keyClick(List(), Qt::Key_Return);
+  ASSERT_EQ(Objects().size(), 1U);
+  const Box corner = BoundsOf(Objects()[0]);
+  EXPECT_LE(corner.right, 239);
+  EXPECT_GE(corner.bottom, 0);
+  Do("mnuGrafikRueckgaengig");
   // Dropped on the canvas, and beside it.
   QMimeData held;
   held.setData(SymbolList::MimeType(),

@@ -10,6 +10,7 @@ ScrolledPage::ScrolledPage(QWidget* page) {
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::NoFocus);
   setWidget(page);
+  setAlignment(Qt::AlignHCenter | Qt::AlignTop);  // of one that has a greatest size
   // The tab strip's own ground shows through.
   viewport()->setAutoFillBackground(false);
   page->setAutoFillBackground(false);
