@@ -9,6 +9,7 @@
 #include <fstream>
 #include <memory>
 #include <sstream>
+#include <utility>
 
 #include "adapters/port_device.h"
 
@@ -46,6 +47,17 @@ bool IsOfAnotherKind(const struct stat& device) {
   return !error && kind != "tty";
 }
 
+// A link that was made for a pseudo-terminal which has gone; its number has been given to another
+// since, which is none of ours. Traffic leaves this time as it is.
+bool IsLeftBehind(const std::string& path, const struct stat& device) {
+  struct stat link {};
+  if (lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return false;
+  const auto made = [](const struct stat& file) {
+    return std::pair(file.st_ctim.tv_sec, file.st_ctim.tv_nsec);
+  };
+  return IsPseudoTerminal(path) && made(device) > made(link);
+}
+
 // Whether a process that may be looked into has the device open.
 bool IsOpenSomewhere(const std::string& path) {
   namespace fs = std::filesystem;
@@ -71,7 +83,7 @@ DeviceState StateOfDevice(const std::string& path) {
   if (stat(path.c_str(), &device) != 0) {
     return errno == EACCES ? DeviceState::NoPermission : DeviceState::Missing;
   }
-  if (!S_ISCHR(device.st_mode)) return DeviceState::Missing;
+  if (!S_ISCHR(device.st_mode) || IsLeftBehind(path, device)) return DeviceState::Missing;
   if (IsOfAnotherKind(device)) return DeviceState::NotSerial;
   return access(path.c_str(), R_OK | W_OK) == 0 ? DeviceState::Ready : DeviceState::NoPermission;
 }

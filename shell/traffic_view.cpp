@@ -60,7 +60,7 @@ QWidget* TrafficView::MakeTable() {
                                        {TrafficModel::Way, 16},
                                        {TrafficModel::Meaning, 44},
                                        {TrafficModel::Took, 13},
-                                       {TrafficModel::Result, 22},
+                                       {TrafficModel::Result, 26},
                                        {TrafficModel::Readable, 20}}) {
     ctlVerkehr->setColumnWidth(column, em * widths);
   }
