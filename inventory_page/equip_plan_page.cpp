@@ -68,7 +68,7 @@ QWidget* EquipPlanPage::MakeSource() {
 QWidget* EquipPlanPage::MakeTargets() {
   auto* group = new QGroupBox(tr("Ziele"));
   ctlAusstattenZiele = Named(
-      new TickList({tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("gelesen")}, {20, 9, 13}),
+      new TickList({tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("gelesen")}, {20, 9, 15}),
       "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
@@ -116,14 +116,24 @@ void EquipPlanPage::Refresh() {
   cboAusstattenQuelle_Click();
 }
 
+// The stored Terminals are those of the line that is open.
+QString EquipPlanPage::NameOf(const TerminalId& id) const {
+  EquipTarget target{id, {}, {}};
+  const auto names = services_.terminals.Column("Bezeichnung");
+  const auto addresses = services_.terminals.Column("Adresse");
+  for (std::size_t i = 0; i < names.size() && id.device == services_.device(); ++i) {
+    if (RoundToEven(Val(addresses[i])) == id.address) target.name = names[i];
+  }
+  return Text(TargetText(target));
+}
+
 void EquipPlanPage::FillSources() {
   const QSignalBlocker blocker(cboAusstattenQuelle);
   const QString before = cboAusstattenQuelle->currentText();
   std::erase_if(sources_, [](const Source& source) { return !source.file; });
   for (const TerminalId& id : services_.journal.Terminals()) {
     if (id.address == kUnknownAddress || services_.journal.Of(id).Items().empty()) continue;
-    sources_.push_back(
-        {tr("Bestand von Adresse %1 an %2").arg(id.address).arg(Text(id.device)), id});
+    sources_.push_back({tr("Bestand von %1 an %2").arg(NameOf(id), Text(id.device)), id});
   }
   sources_.push_back({tr("Datensätze der Datenbank")});
   cboAusstattenQuelle->clear();

@@ -42,6 +42,7 @@ class EquipPlanPage : public QWidget {
   QWidget* MakePlan();
   void ConnectControls();
   void FillSources();
+  QString NameOf(const TerminalId& id) const;
   void FillTargets();
   void AddTarget(EquipTarget target, bool ticked);
   void FillItems();

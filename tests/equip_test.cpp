@@ -173,7 +173,7 @@ TEST(Equip, EndedAnywhereItGoesOnUntilAllIsThereAndNeverTellsTooMuch) {
   std::mt19937 dice(20261122);
   // Each ends three times before its time.
   for (int round = 0; round < 34; ++round) {
-    Equipping equipping({{.address = 5, .eepromBytes = 1000}});
+    Equipping equipping({{.address = 5, .eepromBytes = 730}});
     equipping.Job().erase = round % 2 == 0;
     if (equipping.Job().erase) equipping.At(0).Memory().Write(sim::Eeprom::Kind::Macro, 99, "old");
     for (int end = 0; end < 3; ++end) {
