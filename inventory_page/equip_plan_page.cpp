@@ -49,7 +49,7 @@ QWidget* EquipPlanPage::MakeSource() {
   cboAusstattenQuelle->setAccessibleName(tr("Quelle"));
   cmdAusstattenLaden =
       MakeButton("cmdAusstattenLaden", tr("&Laden …"), tr("Nimmt einen Bestand aus einer Datei."));
-  cmdAusstattenSichern = MakeButton("cmdAusstattenSichern", tr("S&ichern …"),
+  cmdAusstattenSichern = MakeButton("cmdAusstattenSichern", tr("Si&chern …"),
                                     tr("Speichert diesen Bestand in einer Textdatei."));
   ctlAusstattenPosten = Named(
       new TickList({tr("Posten"), tr("Bezeichnung"), tr("Bytes"), tr("am Ziel")}, {18, 18, 7}),
