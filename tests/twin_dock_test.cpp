@@ -1,4 +1,5 @@
 #include <QDockWidget>
+#include <QSpinBox>
 
 #include "tests/window_fixture.h"
 
@@ -30,6 +31,37 @@ TEST_F(TwinDockTest, IsOffAtTheFirstStartRememberedAndSendsNothing) {
   Trigger("mnuAnsichtAnzeige");
   Trigger("mnuAnsichtAnzeige");
   EXPECT_NE(Text("lblAnzeigeStand").find("die Verbindung verloren ging"), std::string::npos);
+}
+
+// The inventory tells which macros an earlier run has written.
+TEST_F(TwinDockTest, KnowsTheMacrosOfAnEarlierRun) {
+  terminal.Answer("E?F", "8142;");
+  terminal.Answer("\x03", "\x06");
+  terminal.Answer("?A", "?A9;");
+  terminal.Answer("?V", "2.10F;");
+  for (const bool first : {true, false}) {
+    StartOn(Tab::Macros);
+    Find<QSpinBox>("ctlUpDownAdrDovu").setValue(9);
+    Click("cmdDovuAktivieren");
+    Click("cmdVerbindungPruefen");
+    if (first) {
+      Type("txtMakroNr", "4");
+      Type("txtMakro", "Hallo");
+      Click("cmdSetMakro");
+      window->close();
+      window.reset();
+    }
+  }
+  Trigger("mnuAnsichtAnzeige");
+  for (const char* const number : {"4", "5"}) {
+    Type("txtMakroNrDisplay", number);
+    Click("cmdPlayMakro");
+    loop.RunFor(std::chrono::seconds(1));
+    Trigger("mnuAnsichtAnzeige");
+    Trigger("mnuAnsichtAnzeige");
+    const bool unknown = Text("lblAnzeigeStand").find("gelaufen ist") != std::string::npos;
+    EXPECT_EQ(unknown, std::string(number) == "5") << Text("lblAnzeigeStand");
+  }
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ void Knowledge::Deafen(TwinDoubt doubt, int number) {
 
 void Knowledge::Heard() {
   if (!std::exchange(deaf_, false)) return;
+  if (why_ == TwinDoubt::NeverAnswered) why_ = TwinDoubt::FromBefore;
   // Who answers waits for no end of a command.
   terminal_.DropCommand();
 }

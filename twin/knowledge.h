@@ -14,6 +14,7 @@ namespace kelvo {
 enum class TwinDoubt : std::uint8_t {
   None,
   NeverAnswered,  ///< not since this program follows the line
+  FromBefore,     ///< it has answered, but what was sent before is not known
   Silent,         ///< to a question or an acknowledged command
   Garbled,        ///< what it answered was no whole answer
   LineLost,

@@ -34,6 +34,8 @@ std::string DoubtWords(const Knowledge& knowledge) {
     case TwinDoubt::None:
     case TwinDoubt::NeverAnswered:
       return "das Terminal noch nicht geantwortet hat";
+    case TwinDoubt::FromBefore:
+      return "nicht bekannt ist, was es vorher gezeigt hat";
     case TwinDoubt::Silent:
       return "das Terminal nicht geantwortet hat; vielleicht war es aus";
     case TwinDoubt::Garbled:
