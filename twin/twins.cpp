@@ -66,7 +66,8 @@ std::optional<std::pair<int, int>> SizeIn(std::string_view text) {
 }  // namespace
 
 Twins::Twins(LineWatch& line, SerialPort& port, const EventLoop& loop, Services services)
-    : port_(port), loop_(loop), services_(std::move(services)), nameless_(MakeTwin({})) {
+    : port_(port), loop_(loop), services_(std::move(services)) {
+  nameless_ = MakeTwin({});
   line.FollowTraffic([this](Direction direction, std::string_view characters) {
     if (direction != Direction::ToTerminal) return;
     if (line_.size() > kLongestBehind) CatchUp();
