@@ -109,7 +109,8 @@ bool ReadRun::AskAll(const TerminalId& terminal, Result& result) {
   const WriteResult there = reach.Ask(terminal.address);
   if (there.verdict != WriteVerdict::Proven) return false;
   const auto keep = [&](CommandName query, const Reply& reply) {
-    const auto reason = services_.readings.Add({services_.clock(), terminal, query, reply.text});
+    const auto reason =
+        services_.readings.Add({services_.loop.WallClock(), terminal, query, reply.text});
     if (reason) result.notKept = reason;
   };
   keep(Query::AskAddress, there.reply);

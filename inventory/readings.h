@@ -67,9 +67,8 @@ class ReadRun {
     Exchange& exchange;
     EventLoop& loop;
     Readings& readings;
-    std::function<JournalTime()> clock;
   };
-  explicit ReadRun(Services services) : services_(std::move(services)) {}
+  explicit ReadRun(Services services) : services_(services) {}
 
   /// Told in front of each address.
   using Listener = std::function<void(int address)>;

@@ -28,7 +28,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
     : QDialog(parent),
       services_(std::move(services)),
       readings_(services_.readingsPath),
-      run_({services_.exchange, services_.loop, readings_, services_.clock}) {
+      run_({services_.exchange, services_.loop, readings_}) {
   Named(this, "frmVergleich");
   setWindowTitle(tr("Terminals vergleichen"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -43,7 +43,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   connect(&services_.desk, &WriteDesk::Finished, this, [this] {
     if (isVisible() && !reading_) Compare();
   });
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 34);
+  resize(fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 34);
 }
 
 QLayout* CompareDialog::MakeChoice() {
@@ -72,13 +72,14 @@ void CompareDialog::MakeTable() {
   ctlVergleich->setAccessibleName(tr("Vergleich"));
   ctlVergleich->setModel(&filtered_);
   ctlVergleich->setTabKeyNavigation(false);
+  ctlVergleich->setWordWrap(false);
   ctlVergleich->setSelectionBehavior(QAbstractItemView::SelectRows);
   ctlVergleich->setAlternatingRowColors(true);
   ctlVergleich->verticalHeader()->hide();
   ctlVergleich->horizontalHeader()->setStretchLastSection(true);
   const int character = fontMetrics().averageCharWidth();
   int column = 0;
-  for (const int width : {22, 24, 30, 36, 18}) {
+  for (const int width : {22, 22, 30, 36, 16}) {
     ctlVergleich->setColumnWidth(column++, character * width);
   }
 }
@@ -160,6 +161,8 @@ void CompareDialog::Compare() {
     }
   }
   model_.Show(std::move(rows), services_.nameOf);
+  ctlVergleich->setColumnHidden(ComparisonModel::Terminal,
+                                cboVergleichTerminal->currentData().isValid());
   ShowSummary();
 }
 

@@ -38,7 +38,6 @@ class CompareDialog : public QDialog {
     std::function<std::vector<int>()> addresses;     ///< of the stored Terminals
     std::function<std::string(int address)> nameOf;  ///< UTF-8
     std::function<std::string()> device;             ///< of the port that is open
-    std::function<JournalTime()> clock;
   };
   explicit CompareDialog(Services services, QWidget* parent = nullptr);
 

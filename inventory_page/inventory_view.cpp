@@ -71,8 +71,13 @@ InventoryView::InventoryView(Services services, QWidget* parent)
   cmdBestandAusstatten =
       MakeButton("cmdBestandAusstatten", tr("Terminal ausstatten …"),
                  tr("Schreibt in ein Ersatzgerät, was in einem Terminal liegt."));
-  page->addLayout(
-      ButtonRow({cmdBestandText, cmdBestandSatz, cmdBestandKopieren, cmdBestandAusstatten}));
+  cmdBestandVergleichen =
+      MakeButton("cmdBestandVergleichen", tr("Vergleichen …"),
+                 tr("Zeigt nebeneinander, was gelesen, geschrieben und gespeichert ist."));
+  page->addLayout(ButtonRow({cmdBestandText, cmdBestandSatz, cmdBestandKopieren,
+                             cmdBestandVergleichen, cmdBestandAusstatten}));
+  ConnectClick(cmdBestandVergleichen, services_.person, Speaks::No,
+               [this] { Q_EMIT CompareRequested(); });
   OnClick(cmdBestandText, this, services_.person, &InventoryView::cmdBestandText_Click);
   OnClick(cmdBestandSatz, this, services_.person, &InventoryView::cmdBestandSatz_Click);
   OnClick(cmdBestandAusstatten, this, services_.person, &InventoryView::cmdBestandAusstatten_Click);

@@ -42,6 +42,7 @@ class InventoryView : public QWidget {
   void RecordWanted(ItemKind kind, qint64 record);
   /// Terminals are to be equipped with what another one held.
   void EquipRequested();
+  void CompareRequested();
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -74,6 +75,7 @@ class InventoryView : public QWidget {
   QPushButton* cmdBestandSatz;
   QPushButton* cmdBestandKopieren;
   QPushButton* cmdBestandAusstatten;
+  QPushButton* cmdBestandVergleichen;
 };
 
 }  // namespace kelvo

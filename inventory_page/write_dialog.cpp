@@ -12,6 +12,11 @@ namespace {
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
+// With the name of the record.
+std::string WhatText(const Item& item) {
+  return ItemText(item.key) + (item.name.empty() ? "" : " „" + item.name + "“");
+}
+
 }  // namespace
 
 WriteDialog::WriteDialog(Services services, QWidget* parent)
@@ -19,7 +24,7 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
           {"frmSchreiben", "ctlSchreibenListe", "lblSchreibenMoment", "lblSchreibenErgebnis",
            "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAbbruch"},
           {{tr("Terminal"), tr("Adresse"), tr("Was"), tr("Checksumme"), tr("Zustand")},
-           {18, 9, 18, 14},
+           {18, 9, 30, 14},
            tr("&Schreiben"),
            tr("Wählt die angekreuzten nacheinander, schreibt und prüft, was angekommen ist."),
            tr("&Alle"),
@@ -28,7 +33,9 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
            "Es wird in mehrere Terminals geschrieben."},
           services.exchange, services.person, parent),
       services_(std::move(services)),
-      run_(services_.exchange, services_.loop) {}
+      run_(services_.exchange, services_.loop) {
+  resize(fontMetrics().averageCharWidth() * 140, height());
+}
 
 void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
   if (!Running()) {
@@ -42,8 +49,8 @@ void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
 void WriteDialog::FillList() {
   List()->clear();
   for (const WriteJob& job : jobs_) {
-    List()->Add({Text(job.terminal), QString::number(job.address),
-                 Text(ItemText(job.order.item.key)), Text(YesNoText(job.canSum)), QString()},
+    List()->Add({Text(job.terminal), QString::number(job.address), Text(WhatText(job.order.item)),
+                 Text(YesNoText(job.canSum)), QString()},
                 job.ticked);
   }
   StartButton()->setEnabled(!jobs_.empty());
@@ -61,9 +68,19 @@ void WriteDialog::Run() {
   const std::optional<int> selected = services_.selected();
   run_.Run(jobs_, selected, [this](std::size_t index) {
     ShowJob(index);
-    if (jobs_[index].state != JobState::Waiting) List()->ScrollTo(static_cast<int>(index));
+    if (jobs_[index].state == JobState::Waiting) return;
+    List()->ScrollTo(static_cast<int>(index));
+    if (jobs_[index].state == JobState::Writing) ShowProgress(index);
   });
   ShowSummary(selected);
+}
+
+void WriteDialog::ShowProgress(std::size_t index) {
+  const auto all = std::count_if(jobs_.begin(), jobs_.end(), [](const WriteJob& job) {
+    return job.state == JobState::Waiting || job.state == JobState::Writing;
+  });
+  ResultLabel()->setText(
+      tr("Schreibt in \"%1\", danach noch %2 …").arg(Text(jobs_[index].terminal)).arg(all - 1));
 }
 
 void WriteDialog::ShowJob(std::size_t index) {

@@ -33,6 +33,7 @@ class WriteDialog : public TerminalsDialog {
   void Run() override;
   void StopRun() override { run_.Stop(); }
   void ShowJob(std::size_t index);
+  void ShowProgress(std::size_t index);
   void ShowSummary(std::optional<int> selected);
 
   Services services_;

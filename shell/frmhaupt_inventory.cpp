@@ -70,6 +70,7 @@ void frmhaupt::MakeEquipping(QMenu* menu) {
   });
   connect(terminals_, &SearchPage::EquipRequested, equip_, &EquipDialog::Open);
   connect(inventory_, &InventoryView::EquipRequested, equip_, &EquipDialog::Open);
+  connect(inventory_, &InventoryView::CompareRequested, this, &frmhaupt::mnuAnsichtVergleich_Click);
   AddAction(menu, "mnuAusstatten", tr("Terminal &ausstatten …"), {},
             &frmhaupt::mnuAusstatten_Click);
 }
@@ -170,11 +171,7 @@ void frmhaupt::mnuAnsichtVergleich_Click() {
         {exchange_, outside_.loop, outside_.person, journal_,
          outside_.folders.data + "/" + kReadingsFile, *writeDesk_,
          [this] { return StoredRecords(data_.database); }, addresses,
-         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); },
-         [] {
-           return std::chrono::time_point_cast<std::chrono::milliseconds>(
-               std::chrono::system_clock::now());
-         }},
+         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); }},
         this);
   }
   compare_->Present();

@@ -20,8 +20,7 @@ class ComparisonTest : public testing::Test, protected BusWorld {
     Add({.address = 4, .fault = sim::Fault::Silent});
   }
   ReadRun::Result Read(Readings& readings, std::vector<int> addresses = {3}) {
-    ReadRun run({exchange, loop, readings,
-                 [this] { return JournalTime(std::chrono::milliseconds(++clock)); }});
+    ReadRun run({exchange, loop, readings});
     return run.Run(Tor.device, addresses, {}, [](int) {});
   }
   /// An item that was written and acknowledged, or proven.
@@ -44,7 +43,6 @@ class ComparisonTest : public testing::Test, protected BusWorld {
   testing_world::TemporaryFolder folder;
   WriteJournal journal;
   std::vector<StoredRecord> records;
-  int clock = 0;
 };
 
 TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedIsOffered) {
