@@ -51,13 +51,17 @@ std::bitset<8> OfferedBy(const Drawing& drawing) {
     if (object.kind == Kind::Picture) offer(Needs::Picture);
     if (object.kind == Kind::Vertices) offer(Needs::Shape);
   };
+  std::size_t selected = 0;
   for (const DrawingObject& object : drawing) {
     if (!object.selected) continue;
+    ++selected;
     offer(Needs::Selection);
     ForEachMember(object, meet);
   }
   const auto only = OnlySelected(drawing);
   if (only && drawing[*only].kind == Kind::Picture) offer(Needs::OnePicture);
+  if (selected >= 3) offer(Needs::Three);  // two have nothing between them
+  if (selected > 0 && selected < drawing.size()) offer(Needs::Others);
   return offered;
 }
 

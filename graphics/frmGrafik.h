@@ -40,9 +40,9 @@ struct PixelView;
 class ObjectList;
 class SymbolPanel;
 
-/// What must be selected for a menu entry to do something: anything, one picture alone, or at least
-/// one object of a kind, also inside of groups.
-enum class Needs { Nothing, Selection, OnePicture, Group, Picture, Shape };
+/// What must be selected for a menu entry to do something: anything, one picture alone, at least
+/// one object of a kind, also inside of groups, at least three, or some while others are not.
+enum class Needs { Nothing, Selection, OnePicture, Group, Picture, Shape, Three, Others };
 
 /// The graphics editor. It owns the one drawing; closing the window only hides it.
 class frmGrafik : public QMainWindow {
@@ -164,7 +164,7 @@ class frmGrafik : public QMainWindow {
   // Changing it.
   void Edit(const std::function<void(Drawing&)>& change, const std::string& mergeKey = {});
   void MoveSelection(int dx, int dy);
-  void TypeBox(const Box& box);
+  void TypeBox(const Box& box, const std::string& mergeKey);
   void ChoosePenMode(PenMode penMode);
   void ChooseFilled(bool filled);
   void ChooseText(const TextChange& change);

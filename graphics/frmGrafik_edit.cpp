@@ -71,8 +71,9 @@ void frmGrafik::MoveSelection(int dx, int dy) {
   Edit([=](Drawing& drawing) { MoveSelected(drawing, dx, dy); }, "move");
 }
 
-void frmGrafik::TypeBox(const Box& box) {
-  Edit([&](Drawing& drawing) { StretchSelected(drawing, SelectionBounds(drawing), box, fonts_); });
+void frmGrafik::TypeBox(const Box& box, const std::string& mergeKey) {
+  Edit([&](Drawing& drawing) { StretchSelected(drawing, SelectionBounds(drawing), box, fonts_); },
+       mergeKey);
 }
 
 void frmGrafik::ChoosePenMode(PenMode penMode) {

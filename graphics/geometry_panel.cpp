@@ -13,6 +13,21 @@ namespace {
 // Half of the range of a command's numbers, so that sums stay inside.
 constexpr int kFarthestPixel = 16000;
 
+// Knows whether its number comes from an arrow, a key or the wheel, and not from typing.
+class StepField : public QSpinBox {
+ public:
+  void stepBy(int steps) override {
+    stepping_ = true;
+    QSpinBox::stepBy(steps);
+    stepping_ = false;
+  }
+  /// Steps with the same key are taken back together.
+  std::string MergeKey() const { return stepping_ ? objectName().toStdString() : std::string(); }
+
+ private:
+  bool stepping_ = false;
+};
+
 }  // namespace
 
 GeometryPanel::GeometryPanel(const Counting& counting, QWidget* parent)
@@ -30,12 +45,13 @@ GeometryPanel::GeometryPanel(const Counting& counting, QWidget* parent)
 
 // A number counts when it is complete, not digit by digit.
 QSpinBox* GeometryPanel::MakeField(const char* name, int min) {
-  auto* field = Named(new QSpinBox, name);
+  auto* field = Named(new StepField, name);
   field->setRange(min, kFarthestPixel);
   field->setKeyboardTracking(false);
-  connect(field, &QSpinBox::valueChanged, this, [this] {
+  connect(field, &QSpinBox::valueChanged, this, [this, field] {
     Q_EMIT BoxTyped(counting_.BoxAt({txtPosX->value(), txtPosY->value()}, txtBreite->value(),
-                                    txtHoehe->value()));
+                                    txtHoehe->value()),
+                    field->MergeKey());
   });
   connect(field->findChild<QLineEdit*>(), &QLineEdit::returnPressed, this, &GeometryPanel::Complete,
           Qt::QueuedConnection);  // behind the number itself

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QGroupBox>
+#include <string>
 
 #include "graphics/counting.h"
 #include "graphics/drawing.h"
@@ -24,7 +25,8 @@ class GeometryPanel : public QGroupBox {
  Q_SIGNALS:
   /// A number was ended with Return.
   void Complete();
-  void BoxTyped(const Box& box);
+  /// `mergeKey`: of a step of one field that follows others of it; empty for a typed number.
+  void BoxTyped(const Box& box, const std::string& mergeKey);
 
  private:
   QSpinBox* MakeField(const char* name, int min);

@@ -141,6 +141,36 @@ TEST_F(GrafikLists, EnterOpensAndTheListShowsTheMembers) {
   EXPECT_EQ(SelectedInList(), "01");
 }
 
+TEST_F(GrafikLists, OnlyWhatChangesSomethingIsOffered) {
+  const auto offered = [this](int objects) {
+    Load(std::vector<DrawingObject>(static_cast<std::size_t>(objects), Block(10)));
+    ClickRow(0);
+    const bool above = Find<QAction>("mnuGrafikHoeher")->isEnabled();
+    Do("mnuGrafikAlles");
+    EXPECT_FALSE(Find<QAction>("mnuGrafikVorn")->isEnabled()) << "nothing else is there";
+    return std::pair(above, Find<QAction>("mnuGrafikVerteilenX")->isEnabled());
+  };
+  EXPECT_EQ(offered(1), std::pair(false, false));
+  EXPECT_EQ(offered(2), std::pair(true, false));
+  EXPECT_EQ(offered(3), std::pair(true, true));
+}
+
+TEST_F(GrafikLists, StepsOfOneFieldAreTakenBackTogetherAndTypedNumbersOneByOne) {
+  Load({Block(10)});
+  ClickRow(0);
+  auto* const x = Find<QSpinBox>("txtPosX");
+  const int before = x->value();
+  for (int i = 0; i < 3; ++i) x->stepUp();
+  x->setValue(before + 40);
+  Find<QSpinBox>("txtBreite")->stepUp();
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(x->value(), before + 40);
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(x->value(), before + 3);
+  Do("mnuGrafikRueckgaengig");
+  EXPECT_EQ(x->value(), before);
+}
+
 TEST_F(GrafikLists, WhatCannotBeSeenIsMarked) {
   const DrawingObject frame = Boxed(Kind::Rectangle, {9, 19}, {0, 0});
   Load({Block(10), frame, Erasing(Block(10)), Boxed(Kind::Rectangle, {9, 18}, {0, 0}, true),
