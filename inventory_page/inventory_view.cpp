@@ -52,6 +52,8 @@ InventoryView::InventoryView(Services services, QWidget* parent)
   Named(this, "ctlBestandSeite");
   lblBestand = MakeLine("lblBestand");
   lblBestandWarnung = MakeLine("lblBestandWarnung");
+  lblBestand->setAccessibleName(tr("Stand"));
+  lblBestandWarnung->setAccessibleName(tr("Warnung"));
   QFont bold = font();
   bold.setBold(true);
   lblBestandWarnung->setFont(bold);
@@ -64,7 +66,7 @@ InventoryView::InventoryView(Services services, QWidget* parent)
   page->addWidget(lblBestand);
   cmdBestandText = MakeButton("cmdBestandText", tr("Gan&zer Text …"),
                               tr("Zeigt, was geschrieben wurde, Zeichen für Zeichen (Enter)."));
-  cmdBestandSatz = MakeButton("cmdBestandSatz", tr("Zum &Satz"),
+  cmdBestandSatz = MakeButton("cmdBestandSatz", tr("Zum Satz"),
                               tr("Zeigt den Satz der Datenbank auf seiner Seite."));
   cmdBestandKopieren = MakeButton("cmdBestandKopieren", tr("Liste &kopieren"),
                                   tr("Kopiert die gewählten Zeilen, sonst alle (Strg+C)."));
@@ -95,7 +97,7 @@ QWidget* InventoryView::MakeChoice() {
   cboBestandTerminal = Named(new QComboBox, "cboBestandTerminal");
   cboBestandTerminal->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   cboBestandTerminal->setMinimumContentsLength(24);
-  row->addWidget(LabelFor(cboBestandTerminal, tr("&Bestand von:")));
+  row->addWidget(LabelFor(cboBestandTerminal, tr("Bestand von:")));
   row->addWidget(cboBestandTerminal, 1);
   connect(cboBestandTerminal, &QComboBox::activated, this, &InventoryView::ShowNow);
   return bar;

@@ -20,6 +20,7 @@ ProvenBar::ProvenBar(const char* what, WriteDesk& desk, Operator& person, Order 
   many_ = MakeButton(("cmdSet" + name + "Aktive").c_str(), tr("An aktive Terminals …"),
                      tr("Schreibt dasselbe geprüft in mehrere Terminals der Liste."));
   result_ = Named(new QLabel, ("lbl" + name + "Geprueft").c_str());
+  result_->setAccessibleName(tr("Ergebnis des geprüften Schreibens"));
   result_->setWordWrap(true);
   result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   result_->hide();

@@ -125,7 +125,7 @@ QWidget* AtPage::MakeTerminalTable() {
   lblATTastBelegt =
       new NumberNote("lblATTastBelegt", *txtATTastNr, [this] { return tables_->CurrentName(); });
   form->addRow(lblATTastBelegt);
-  cmdATUebernehmen = MakeButton("cmdATUebernehmen", tr("Gelesenes ü&bernehmen"),
+  cmdATUebernehmen = MakeButton("cmdATUebernehmen", tr("Gelesenes übernehmen"),
                                 tr("Zeigt die gelesene Tabelle in der Liste, als Änderung dieses "
                                    "Satzes."));
   cmdATUebernehmen->setEnabled(false);

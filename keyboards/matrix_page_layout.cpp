@@ -144,7 +144,7 @@ QWidget* MatrixPage::MakeTerminalTable() {
                                [this] { return OrderShown(); }));
   }
   form->addRow(cmdClearMatrixTast);
-  cmdMatrixUebernehmen = MakeButton("cmdMatrixUebernehmen", tr("Gelesenes ü&bernehmen"),
+  cmdMatrixUebernehmen = MakeButton("cmdMatrixUebernehmen", tr("Gelesenes übernehmen"),
                                     tr("Zeigt die gelesene Tabelle im Tastenfeld, als Änderung "
                                        "dieses Satzes."));
   cmdMatrixUebernehmen->setEnabled(false);
