@@ -37,7 +37,7 @@ QString DisagreementText(const Room::Disagreement& disagreement) {
                            : least == 0  ? InventoryView::tr("höchstens %1").arg(most)
                                          : InventoryView::tr("%1 bis %2").arg(least).arg(most);
   return InventoryView::tr(
-             "Achtung: Am %1 meldete das Terminal %2 Bytes frei; nach dem, was von "
+             "Achtung: Am %1 meldete das Terminal %2 Byte frei; nach dem, was von "
              "hier geschrieben wurde, müssten es %3 sein. Getauscht, oder von anderer "
              "Stelle beschrieben? Was davor geschrieben wurde, gilt als unbekannt.")
       .arg(MomentText(read.time))
@@ -203,7 +203,7 @@ void InventoryView::ShowState(const Inventory& inventory) {
   text += inventory.KnownEmptyBefore() ? tr(" Sonst liegt dort nichts: Es wurde von hier gelöscht.")
                                        : tr(" Was vorher dort lag, weiß kelvo nicht.");
   if (const auto& read = inventory.FreeBytes().LastReading()) {
-    text += tr(" Frei waren %1 Bytes, gelesen %2.").arg(read->bytes).arg(MomentText(read->time));
+    text += tr(" Frei waren %1 Byte, gelesen %2.").arg(read->bytes).arg(MomentText(read->time));
   }
   if (const auto lines = services_.journal.Unreadable()) {
     text += tr(" %1 Zeilen der Aufzeichnung sind nicht lesbar.").arg(lines);

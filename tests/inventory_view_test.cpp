@@ -120,7 +120,7 @@ TEST_F(InventoryViewTest, AnotherTerminalInItsPlaceIsNoticedByItsFreeBytes) {
   Click("cmdGetFreeBytes");
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt unbekannt"});
   EXPECT_TRUE(Find("lblBestandWarnung").isVisible());
-  EXPECT_NE(Text("lblBestandWarnung").find("8129 Bytes frei"), std::string::npos);
+  EXPECT_NE(Text("lblBestandWarnung").find("8129 Byte frei"), std::string::npos);
   WriteShown("Gruß");
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt gleich"});
 }
