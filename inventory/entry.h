@@ -17,7 +17,8 @@ inline constexpr int kUnknownAddress = -1;
 struct TerminalId {
   std::string device;
   int address = kUnknownAddress;
-  auto operator<=>(const TerminalId&) const = default;
+  // The linter takes the zero that the compiler compares with for a pointer.
+  auto operator<=>(const TerminalId&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 using JournalTime = std::chrono::sys_time<std::chrono::milliseconds>;

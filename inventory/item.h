@@ -18,7 +18,8 @@ enum class ItemKind : std::uint8_t { Config, Macro, MatrixTable, AtTable, Bitmap
 struct ItemKey {
   ItemKind kind = ItemKind::Config;
   int number = 0;  ///< 0..255; 0 for the configuration
-  auto operator<=>(const ItemKey&) const = default;
+  // The linter takes the zero that the compiler compares with for a pointer.
+  auto operator<=>(const ItemKey&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct Item {

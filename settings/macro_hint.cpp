@@ -11,7 +11,7 @@ namespace {
 
 std::string NumberWords(const Parameter& parameter, DisplaySize display) {
   const ValueRange range = RangeOnDisplay(parameter, display);
-  const std::string meaning(parameter.meaning);
+  std::string meaning(parameter.meaning);
   if (range.lowest == range.highest) return meaning + " " + std::to_string(range.lowest);
   // The arithmetic's limits tell nobody anything.
   if (range.highest == std::numeric_limits<short>::max()) return meaning;
@@ -19,7 +19,7 @@ std::string NumberWords(const Parameter& parameter, DisplaySize display) {
 }
 
 std::string Words(const Parameter& parameter, DisplaySize display) {
-  const std::string meaning(parameter.meaning);
+  std::string meaning(parameter.meaning);
   switch (parameter.form) {
     case Form::Number:
       return NumberWords(parameter, display);

@@ -40,7 +40,7 @@ QString StateName(InTerminal state) {
 
 // "Bild 9" comes before "Bild 10".
 QCollator Alphabet() {
-  QCollator alphabet(QLocale(QLocale::German));
+  QCollator alphabet{QLocale(QLocale::German)};
   alphabet.setNumericMode(true);
   alphabet.setCaseSensitivity(Qt::CaseInsensitive);
   return alphabet;
