@@ -58,17 +58,17 @@ std::string EchoMeaning(const Results& results) {
     end = std::find_if(first, results.end(), Echoed);
     if (end - first < kShortestLoss) continue;
     const std::string from = std::to_string(first->address);
-    const std::string doubt = " Was dort „nicht vorhanden“ heißt, ist nicht sicher.";
+    std::string meaning;
     if (end == results.end()) {
-      return "Ab Adresse " + from +
-             " kam das Echo der Leitung nicht mehr. Vermutlich ist der Adapter oder sein Kabel "
-             "ausgefallen." +
-             doubt;
+      meaning = "Ab Adresse " + from +
+                " kam das Echo der Leitung nicht mehr. Vermutlich ist der Adapter oder sein Kabel "
+                "ausgefallen.";
+    } else {
+      meaning = "Von Adresse " + from + " bis " + std::to_string((end - 1)->address) +
+                " blieb das Echo der Leitung aus. Vermutlich hat der Adapter oder sein Kabel einen "
+                "Wackelkontakt.";
     }
-    return "Von Adresse " + from + " bis " + std::to_string((end - 1)->address) +
-           " blieb das Echo der Leitung aus. Vermutlich hat der Adapter oder sein Kabel einen "
-           "Wackelkontakt." +
-           doubt;
+    return meaning.append(" Was dort „nicht vorhanden“ heißt, ist nicht sicher.");
   }
   return {};
 }

@@ -11,20 +11,20 @@ namespace {
 
 using Query = CommandName;
 
-constexpr Question kQuestions[] = {{Query::AskAddress, "Adresse", true},
-                                   {Query::AskVersion, "Version", true},
-                                   {Query::AskFlash, "Flash-Speicher", true},
-                                   {Query::AskFreeBytes, "Freier Platz im EEPROM", false},
-                                   {Query::AskPort, "Eingänge P1", false},
-                                   {Query::AskMatrixTable, "Aktive Matrix-Tabelle", true},
-                                   {Query::AskAtTable, "Aktive AT-Tabelle", true},
-                                   {Query::AskCursor, "Cursor", false},
-                                   {Query::AskCursorShape, "Cursorform", false},
-                                   {Query::AskTextPosition, "Textposition", false},
-                                   {Query::AskTextFont, "Textschrift", false},
-                                   {Query::AskTextAttribute, "Textattribut", false},
-                                   {Query::AskTextMode, "Textmodus", false},
-                                   {Query::AskTextZoom, "Textzoom", false}};
+constexpr Question kQuestions[] = {{"Adresse", Query::AskAddress, true},
+                                   {"Version", Query::AskVersion, true},
+                                   {"Flash-Speicher", Query::AskFlash, true},
+                                   {"Freier Platz im EEPROM", Query::AskFreeBytes, false},
+                                   {"Eingänge P1", Query::AskPort, false},
+                                   {"Aktive Matrix-Tabelle", Query::AskMatrixTable, true},
+                                   {"Aktive AT-Tabelle", Query::AskAtTable, true},
+                                   {"Cursor", Query::AskCursor, false},
+                                   {"Cursorform", Query::AskCursorShape, false},
+                                   {"Textposition", Query::AskTextPosition, false},
+                                   {"Textschrift", Query::AskTextFont, false},
+                                   {"Textattribut", Query::AskTextAttribute, false},
+                                   {"Textmodus", Query::AskTextMode, false},
+                                   {"Textzoom", Query::AskTextZoom, false}};
 
 constexpr std::size_t kFields = 5;
 

@@ -20,8 +20,8 @@ inline constexpr char kReadingsFile[] = "gelesen.txt";
 
 /// A question that is asked for the comparison.
 struct Question {
-  CommandName query;
   const char* what;  ///< German, UTF-8
+  CommandName query;
   bool lasting;  ///< another reply than before means that the Terminal is another or was changed
 };
 std::span<const Question> Questions();

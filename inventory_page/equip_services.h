@@ -22,11 +22,11 @@ struct EquipServices {
   Operator& person;
   TerminalState& state;
   WriteJournal& journal;
-  const Recordset& terminals;                         ///< `DOVU`
-  const Recordset& options;                           ///< `Optionen`
+  const Recordset& terminals;                          ///< `DOVU`
+  const Recordset& options;                            ///< `Optionen`
   std::function<std::vector<StoredRecord>()> records;  ///< that can be written
-  std::function<std::string()> device;                ///< of the port that is open
-  std::function<std::optional<int>()> selected;       ///< the one Terminal that listens
+  std::function<std::string()> device;                 ///< of the port that is open
+  std::function<std::optional<int>()> selected;        ///< the one Terminal that listens
   std::string logPath;
 };
 

@@ -57,16 +57,17 @@ std::string CommandOf(const Numbers& numbers) {
 // Wired is what sends something, and the first and the last row, which the table tells.
 MatrixTable WiredTable(const Numbers& numbers) {
   MatrixTable table;
-  const int rows = static_cast<int>(numbers.codes.size()) / kMatrixLines;
-  const int first = (numbers.start - kStartOfMatrix) / kMatrixLines;
-  for (int key = 0; key < rows * kMatrixLines; ++key) {
-    const int row = key / kMatrixLines;
-    if (numbers.codes[static_cast<std::size_t>(key)] == kEmptyKey) continue;
-    table.rows[static_cast<std::size_t>(first + row)] = true;
-    table.columns[static_cast<std::size_t>(key % kMatrixLines)] = true;
+  constexpr std::size_t kColumns = kMatrixLines;
+  const std::size_t rows = numbers.codes.size() / kColumns;
+  const int firstRow = (numbers.start - kStartOfMatrix) / kMatrixLines;
+  const auto first = static_cast<std::size_t>(firstRow);
+  for (std::size_t key = 0; key < rows * kColumns; ++key) {
+    if (numbers.codes[key] == kEmptyKey) continue;
+    table.rows[first + key / kColumns] = true;
+    table.columns[key % kColumns] = true;
   }
-  table.rows[static_cast<std::size_t>(first)] = true;
-  table.rows[static_cast<std::size_t>(first + rows - 1)] = true;
+  table.rows[first] = true;
+  table.rows[first + rows - 1] = true;
   return table;
 }
 

@@ -42,7 +42,8 @@ bool HasGlyph(const DeviceFont& font, unsigned char character) {
 
 }  // namespace
 
-MacroPage::MacroPage(Services services, QWidget* parent) : QWidget(parent), services_(services) {
+MacroPage::MacroPage(Services services, QWidget* parent)
+    : QWidget(parent), services_(std::move(services)) {
   auto* bottom = new QHBoxLayout;
   QWidget* const records = MakeRecords();
   QWidget* const panes = MakePanes();

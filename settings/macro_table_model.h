@@ -14,7 +14,8 @@ namespace kelvo {
 
 class Recordset;
 
-/// Tells how a record stands to the Terminal; `wire` is its text. Records without a number are not asked about.
+/// Tells how a record stands to the Terminal; `wire` is its text. Records without a number are not
+/// asked about.
 using InTerminalOf =
     std::function<InTerminal(const std::string& typ, int number, const std::string& wire)>;
 

@@ -20,7 +20,6 @@
 #include <thread>
 #include <utility>
 
-#include "adapters/device_lock.h"
 #include "adapters/port_device.h"
 #include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
@@ -385,24 +384,6 @@ TEST(PortDeviceTest, ALinkThatWasMadeForAnotherLineLeadsNowhere) {
            given.st_ctim.tv_nsec == made.st_ctim.tv_nsec);
   EXPECT_EQ(StateOfDevice(link), DeviceState::Missing);
   close(second);
-}
-
-TEST(DeviceLockTest, LockOfAnyProgramThatRunsIsHonoured) {
-  const QTemporaryDir folder;
-  const std::string path = folder.path().toStdString();
-  DeviceLock lock(path);
-  EXPECT_TRUE(lock.Take("/dev/ttyX1"));
-  EXPECT_FALSE(DeviceLock(path).Take("/dev/ttyX1"));
-  lock.Release();
-  EXPECT_TRUE(DeviceLock(path).Take("/dev/ttyX1"));
-  for (const char* family : {"\n", " minicom root\n"}) {
-    std::ofstream(path + "/LCK..ttyX2") << "     " << getppid() << family;
-    EXPECT_FALSE(lock.Take("/dev/ttyX2"));
-    std::ofstream(path + "/LCK..ttyX2") << " 999999999" << family;  // beyond every process
-    EXPECT_TRUE(lock.Take("/dev/ttyX2"));
-    lock.Release();
-  }
-  EXPECT_TRUE(DeviceLock(path + "/missing").Take("/dev/ttyX1"));
 }
 
 }  // namespace
