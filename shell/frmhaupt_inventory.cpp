@@ -1,6 +1,5 @@
 #include <QMenu>
 #include <QStatusBar>
-#include <QTimer>
 #include <filesystem>
 
 #include "base/val.h"
@@ -121,7 +120,7 @@ void frmhaupt::TellTakenBitmap(std::optional<int> number) {
 // Much may change at once.
 void frmhaupt::ShowInventory() {
   if (std::exchange(inventoryWaits_, true)) return;
-  QTimer::singleShot(0, this, [this] {
+  const auto show = [this] {
     inventoryWaits_ = false;
     const std::pair now(recorder_.Listener(), journal_.Entries().size());
     if (std::exchange(shownOf_, now) == now) return;
@@ -130,7 +129,8 @@ void frmhaupt::ShowInventory() {
       note->Refresh();
     }
     ShowRecordStates();
-  });
+  };
+  QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
 
 // The table of the texts asks for each row; what it is told is of one moment.
