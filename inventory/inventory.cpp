@@ -62,6 +62,11 @@ void Inventory::TakeUncertain(const JournalEntry& entry) {
 void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
   using enum ItemChange::Kind;
   room_.Ended();
+  // Whoever has answered, another one may not have heard it.
+  if (broadcast && entry.change.kind != Written) {
+    room_.LoseCount();
+    return DoubtPlace(entry.change, {entry.event, entry.time});
+  }
   switch (entry.change.kind) {
     case Erased:
       items_.clear();
@@ -143,6 +148,7 @@ const Doubt* Inventory::DoubtAt(const ItemKey& key) const {
 }
 
 bool Inventory::Trusts(const Held& held) const {
+  if (held.broadcast) return false;
   const auto& contradiction = room_.LastDisagreement();
   return !contradiction || held.written > contradiction->read.time;
 }

@@ -60,7 +60,8 @@ class Inventory {
   const Held* At(const ItemKey& key) const;
   /// The place of `key` is in doubt.
   const Doubt* DoubtAt(const ItemKey& key) const;
-  /// No answer of the Terminal since contradicts that it lies there.
+  /// This Terminal has acknowledged it, not any one of all, and no answer of it since contradicts
+  /// that it lies there.
   bool Trusts(const Held& held) const;
   const Room& FreeBytes() const { return room_; }
 

@@ -58,7 +58,8 @@ Program::Program(const Options& options, std::vector<TerminalOptions> terminals,
   connect(&refresh_, &QTimer::timeout, this, &Program::Refresh);
   connect(&save_, &QTimer::timeout, this, &Program::SaveEeprom);
   signals_ = std::make_unique<QSocketNotifier>(signalHandle, QSocketNotifier::Read);
-  connect(signals_.get(), &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+  connect(signals_.get(), &QSocketNotifier::activated, QCoreApplication::instance(),
+          &QCoreApplication::quit);
   if (options_.commands) {
     input_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
     connect(input_.get(), &QSocketNotifier::activated, this, &Program::ReadCommands);

@@ -204,6 +204,7 @@ TEST_F(WriteRecorderTest, ARandomUseNeverLeavesSomethingHeldThatIsNotThere) {
     for (const int address : kAddresses) {
       const Inventory inventory = Of(address);
       for (const auto& [key, item] : inventory.Items()) {
+        if (item.broadcast) continue;  // any one of all has answered
         using Kind = sim::Eeprom::Kind;
         const Kind kind = key.kind == ItemKind::Config   ? Kind::Config
                           : key.kind == ItemKind::Macro  ? Kind::Macro
@@ -218,7 +219,7 @@ TEST_F(WriteRecorderTest, ARandomUseNeverLeavesSomethingHeldThatIsNotThere) {
       }
     }
   }
-  EXPECT_GT(held, 2000);
+  EXPECT_GT(held, 1000);
 }
 
 }  // namespace
