@@ -10,6 +10,7 @@ namespace {
 // As the simulator shows it: dark dots on a light ground.
 constexpr QRgb kGround = qRgb(0xC8, 0xD6, 0xA8);
 constexpr QRgb kDot = qRgb(0x1C, 0x2A, 0x38);
+constexpr int kFrame = 1;  // on each side, outside of the picture
 
 }  // namespace
 
@@ -32,7 +33,9 @@ void MacroPicture::Show(const PixelMap& pixels) {
   update();
 }
 
-QSize MacroPicture::sizeHint() const { return image_.size() / devicePixelRatioF(); }
+QSize MacroPicture::sizeHint() const {
+  return image_.size() / devicePixelRatioF() + QSize(2 * kFrame, 2 * kFrame);
+}
 
 // A large display is shown smaller where there is no room for it.
 QSize MacroPicture::minimumSizeHint() const { return {120, 64}; }
@@ -40,25 +43,25 @@ QSize MacroPicture::minimumSizeHint() const { return {120, 64}; }
 // Screen pixels for one of the display's, which on a fine screen are smaller than the window's.
 double MacroPicture::Scale(QSizeF room) const {
   const double ratio = devicePixelRatioF();
+  const QSizeF inside = room - QSizeF(2 * kFrame, 2 * kFrame);
   const double fits =
-      std::min(room.width() * ratio / image_.width(), room.height() * ratio / image_.height());
+      std::min(inside.width() * ratio / image_.width(), inside.height() * ratio / image_.height());
   return fits < 1 ? fits : std::floor(fits);
 }
 
 int MacroPicture::heightForWidth(int width) const {
   const double scale = Scale({static_cast<double>(width), QWIDGETSIZE_MAX});
-  return static_cast<int>(std::ceil(image_.height() * scale / devicePixelRatioF()));
+  return static_cast<int>(std::ceil(image_.height() * scale / devicePixelRatioF())) + 2 * kFrame;
 }
 
 void MacroPicture::paintEvent(QPaintEvent*) {
   const double scale = Scale(size());
   const QSizeF drawn = QSizeF(image_.size()) * scale / devicePixelRatioF();
-  const QRectF place({(width() - drawn.width()) / 2, 0}, drawn);
+  const QRectF place({std::floor((width() - drawn.width()) / 2), kFrame}, drawn);
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1);
+  painter.fillRect(place.adjusted(-kFrame, -kFrame, kFrame, kFrame), palette().mid());
   painter.drawImage(place, image_);
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.drawRect(place.adjusted(0, 0, -1, -1));
 }
 
 }  // namespace kelvo

@@ -173,6 +173,29 @@ TEST_F(MacroDeskTest, ThePreviewRunsWhatIsTypedAndFollowsKnownMacros) {
   EXPECT_EQ(Written(), "");
 }
 
+// The picture's own outermost row and column are part of it.
+TEST(MacroPicture, TheFrameLiesOutside) {
+  PixelMap pixels(240, 128);
+  for (const int y : {0, 127}) pixels.PutRow(0, 239, y, Ink::Set);
+  for (int y = 0; y < 128; ++y) {
+    for (const int x : {0, 239}) pixels.Put(x, y, Ink::Set);
+  }
+  MacroPicture picture;
+  picture.Show(pixels);
+  EXPECT_EQ(picture.heightForWidth(242), 130);
+  picture.resize(picture.sizeHint());
+  const QImage seen = picture.grab().toImage();
+  ASSERT_EQ(seen.size(), QSize(242, 130));
+  const QRgb dot = seen.pixel(1, 1);
+  EXPECT_EQ(dot, picture.Image().pixel(0, 0));
+  for (const QPoint at : {QPoint(240, 1), QPoint(1, 128), QPoint(240, 128), QPoint(100, 1)}) {
+    EXPECT_EQ(seen.pixel(at), dot) << at.x() << "," << at.y();
+  }
+  for (const QPoint at : {QPoint(0, 0), QPoint(241, 129), QPoint(100, 0), QPoint(0, 60)}) {
+    EXPECT_NE(seen.pixel(at), dot) << at.x() << "," << at.y();
+  }
+}
+
 TEST_F(MacroDeskTest, ThePreviewBeginsOnThePresentPictureWhereThatIsKnown) {
   auto& start = Find<QComboBox>("cboVorschauStart");
   const auto can = [&start] {

@@ -12,6 +12,7 @@ constexpr QRgb kDullGround = qRgb(0xB4, 0xB8, 0xAC);
 constexpr QRgb kDot = qRgb(0x1C, 0x2A, 0x38);
 constexpr QRgb kDullDot = qRgb(0x5C, 0x64, 0x6A);
 constexpr QSize kNobody(240, 128);
+constexpr int kFrame = 1;  // on each side, outside of the picture
 
 }  // namespace
 
@@ -54,25 +55,26 @@ void TwinPicture::Show(const Twin* twin) {
 
 QSize TwinPicture::sizeHint() const { return minimumSizeHint(); }
 
-QSize TwinPicture::minimumSizeHint() const { return image_.size() / devicePixelRatioF(); }
+QSize TwinPicture::minimumSizeHint() const {
+  return image_.size() / devicePixelRatioF() + QSize(2 * kFrame, 2 * kFrame);
+}
 
 // In screen pixels, which on a fine screen are smaller than the window's.
 double TwinPicture::Scale(int width) const {
   const double ratio = devicePixelRatioF();
-  return std::max(1, static_cast<int>(width * ratio / image_.width())) / ratio;
+  return std::max(1, static_cast<int>((width - 2 * kFrame) * ratio / image_.width())) / ratio;
 }
 
 int TwinPicture::heightForWidth(int width) const {
-  return static_cast<int>(image_.height() * Scale(width));
+  return static_cast<int>(image_.height() * Scale(width)) + 2 * kFrame;
 }
 
 void TwinPicture::paintEvent(QPaintEvent*) {
-  const QRectF place(QPointF(), QSizeF(image_.size()) * Scale(width()));
+  const QRectF place(QPointF(kFrame, kFrame), QSizeF(image_.size()) * Scale(width()));
   QPainter painter(this);
+  painter.fillRect(place.adjusted(-kFrame, -kFrame, kFrame, kFrame), palette().mid());
   painter.drawImage(place, image_);
   if (doubted_) PaintDoubt(painter, place.toAlignedRect());
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.drawRect(place.adjusted(0, 0, -1, -1));
 }
 
 }  // namespace kelvo
