@@ -1,5 +1,7 @@
 #include "inventory/compare.h"
 
+#include "store/new_name.h"
+
 namespace kelvo {
 namespace {
 
@@ -24,6 +26,11 @@ bool SameContent(const Held& held, const StoredRecord& record) {
   return held.item.key.kind == KeyOf(record).kind && ItemContent(held.item) == ContentOf(record);
 }
 
+// Records that nobody has named have the same name and nothing else in common.
+bool IsNamed(const Held& held, const std::string& name) {
+  return !name.empty() && name != kNewRecordName && held.item.name == name;
+}
+
 }  // namespace
 
 InTerminal StateOf(const Inventory& inventory, const StoredRecord& record) {
@@ -33,8 +40,8 @@ InTerminal StateOf(const Inventory& inventory, const StoredRecord& record) {
   const Held* const held = inventory.At(key);
   if (held == nullptr || !inventory.Trusts(*held)) return InTerminal::Unknown;
   if (SameContent(*held, record)) return InTerminal::Same;
-  const bool named = record.name.empty() || held->item.name == record.name;
-  return named && held->item.key.kind == key.kind ? InTerminal::Changed : InTerminal::Absent;
+  return IsNamed(*held, record.name) && held->item.key.kind == key.kind ? InTerminal::Changed
+                                                                        : InTerminal::Absent;
 }
 
 Against AgainstDatabase(const Inventory& inventory, const Held& held,
@@ -44,7 +51,7 @@ Against AgainstDatabase(const Inventory& inventory, const Held& held,
   const StoredRecord* same = nullptr;
   for (const StoredRecord& record : records) {
     if (!IsKind(record, kind)) continue;
-    const bool name = !held.item.name.empty() && record.name == held.item.name;
+    const bool name = IsNamed(held, record.name);
     const bool content = SameContent(held, record);
     if (name && (named == nullptr || content)) named = &record;
     if (content && (same == nullptr || name)) same = &record;
@@ -75,7 +82,7 @@ std::string TakenText(const Inventory& inventory, const ItemKey& key, const std:
   if (inventory.DoubtAt(key) != nullptr) return number + "Was dort liegt, ist ungewiss.";
   const Held* const held = inventory.At(key);
   if (held == nullptr) return {};
-  const bool own = held->item.key.kind == key.kind && held->item.name == name && !name.empty();
+  const bool own = held->item.key.kind == key.kind && IsNamed(*held, name);
   if (own) return {};
   const std::string what = held->item.name.empty() ? "ohne Namen" : "„" + held->item.name + "“";
   return number + "belegt mit " + ItemKindText(held->item.key.kind) + " " + what + ".";

@@ -21,8 +21,8 @@ struct StoredRecord {
   std::string wire;
 };
 
-/// Whether a record lies in a Terminal. Of one without a name any text under its number is taken
-/// for an older one.
+/// Whether a record lies in a Terminal. Another text under its number is an older one of it only
+/// where it was written under the record's name; of one that nobody has named none is.
 InTerminal StateOf(const Inventory& inventory, const StoredRecord& record);
 
 /// What the database has of an item.

@@ -181,7 +181,7 @@ void MacroTableModel::Order(std::vector<int>& rows) const {
 
 InTerminal MacroTableModel::StateOf(const Record& record) const {
   if (!inTerminal_ || record.number < 0) return InTerminal::Unknown;
-  return inTerminal_(record.typ, record.number, WireText(record.wert).value_or(""));
+  return inTerminal_({record.typ, record.name, record.number, WireText(record.wert).value_or("")});
 }
 
 std::int64_t MacroTableModel::BookmarkAt(int row) const {

@@ -14,10 +14,15 @@ namespace kelvo {
 
 class Recordset;
 
-/// Tells how a record stands to the Terminal; `wire` is its text. Records without a number are not
-/// asked about.
-using InTerminalOf =
-    std::function<InTerminal(const std::string& typ, int number, const std::string& wire)>;
+/// A record of the table, as it is stored.
+struct MacroInQuestion {
+  std::string typ;
+  std::string name;  ///< UTF-8
+  int number = -1;   ///< in the Terminal
+  std::string wire;
+};
+/// Tells how a record stands to the Terminal. Records without a number are not asked about.
+using InTerminalOf = std::function<InTerminal(const MacroInQuestion& record)>;
 
 /// The records of the table `Makro` as rows that can be searched and sorted. It holds what was read
 /// once, so that neither a search nor a paint asks the database.

@@ -136,8 +136,8 @@ void frmhaupt::ShowInventory() {
 // The table of the texts asks for each row; what it is told is of one moment.
 void frmhaupt::ShowRecordStates() {
   const auto inventory = std::make_shared<const Inventory>(journal_.Of(recorder_.Listener()));
-  macros_->SetInTerminal([inventory](const std::string& typ, int number, const std::string& wire) {
-    return StateOf(*inventory, {0, typ, {}, number, wire});
+  macros_->SetInTerminal([inventory](const MacroInQuestion& record) {
+    return StateOf(*inventory, {0, record.typ, record.name, record.number, record.wire});
   });
 }
 

@@ -72,6 +72,24 @@ TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedI
   EXPECT_EQ(Words("Makro 2"), "ungewiss, ein Schreiben endete unklar");
 }
 
+TEST_F(ComparisonTest, OnlyWhatWasWrittenFromTheRecordIsAnOlderTextOfIt) {
+  const auto under5 = [this](const std::string& text, const std::string& name) {
+    Written({{ItemKind::Macro, 5}, WriteMakro(5, text).Text(), name});
+  };
+  const auto state = [this](const std::string& name) {
+    return StateOf(journal.Of(Tor), {1, "Makro", name, 5, "neu"});
+  };
+  under5("alt", "Pumpe eins");
+  EXPECT_EQ(state("Pumpe eins"), InTerminal::Changed);
+  under5("anderes", "Logo");
+  EXPECT_EQ(state("Pumpe eins"), InTerminal::Absent);
+  under5("Entwurf", "(neuer Name)");
+  EXPECT_EQ(state("Pumpe eins"), InTerminal::Absent);
+  EXPECT_EQ(state("(neuer Name)"), InTerminal::Absent) << "another one that nobody has named";
+  under5("neu", "Logo");
+  EXPECT_EQ(state("Pumpe eins"), InTerminal::Same);
+}
+
 TEST_F(ComparisonTest, RepliesAreKeptOverRunsAndAnotherOneThanBeforeStandsOut) {
   const std::string path = folder.Path("gelesen.txt");
   {

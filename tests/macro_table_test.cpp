@@ -125,10 +125,10 @@ TEST_F(MacroTableTest, SaysHowTheTextsStandToTheTerminal) {
   StartOnPage();
   EXPECT_EQ(Column(MacroTableModel::Terminal), Strings(3, "unbekannt"));
   InTerminal second = InTerminal::Same;
-  page->SetInTerminal([&second](const std::string& typ, int number, const std::string& wire) {
-    if (typ != "Makro") return InTerminal::Unknown;
-    if (number == 2) return second;
-    return wire == "\x1bGC" ? InTerminal::Changed : InTerminal::Absent;
+  page->SetInTerminal([&second](const MacroInQuestion& record) {
+    if (record.typ != "Makro") return InTerminal::Unknown;
+    if (record.number == 2) return second;
+    return record.wire == "\x1bGC" ? InTerminal::Changed : InTerminal::Absent;
   });
   EXPECT_EQ(Column(MacroTableModel::Terminal), (Strings{"nicht", "gleich", "geändert"}));
   second = InTerminal::Unknown;

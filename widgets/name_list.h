@@ -4,14 +4,13 @@
 #include <string>
 #include <unordered_map>
 
+#include "store/new_name.h"
+
 class QComboBox;
 
 namespace kelvo {
 
 class Recordset;
-
-/// What a record is called until the operator has named it.
-inline constexpr char kNewRecordName[] = "(neuer Name)";
 
 /// Where the list shows a new record.
 enum class NewEntry { First, Last };
