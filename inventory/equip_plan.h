@@ -58,7 +58,7 @@ enum class Outlook : std::uint8_t {
   Doubtful,    ///< a write from here ended unclear
   AfterErase,  ///< nothing, as it is going to be erased
 };
-/// `there` is what was written to the target; nothing when it is another Terminal than that was.
+/// `there` is what was written to the target; nothing without one.
 Outlook OutlookOf(const Item& item, const Inventory* there, bool erase);
 /// In German. UTF-8.
 std::string OutlookText(Outlook outlook, const Item& item, const Inventory* there);

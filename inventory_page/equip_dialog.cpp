@@ -78,7 +78,7 @@ bool EquipDialog::Confirm(const EquipJob& job) {
       job.erase ? " Das EEPROM wird vorher gelöscht, mit allem, was darin liegt." : "";
   return services_.person.Ask(std::to_string(job.Steps()) + " Posten werden geschrieben an: " +
                                   names + "." + erase + " Beginnen ?",
-                              job.erase ? Icon::Exclamation : Icon::Question);
+                              job.erase ? Icon::Exclamation : Icon::Question, {}, Proposal::No);
 }
 
 void EquipDialog::cmdAusstatten_Click() {

@@ -114,6 +114,7 @@ void EquipPlanPage::Refresh() {
   FillSources();
   FillTargets();
   cboAusstattenQuelle_Click();
+  cboAusstattenQuelle->setFocus();
 }
 
 // The stored Terminals are those of the line that is open.
@@ -182,8 +183,18 @@ void EquipPlanPage::cboAusstattenQuelle_Click() {
   const auto index = static_cast<std::size_t>(std::max(0, cboAusstattenQuelle->currentIndex()));
   if (index >= sources_.size()) return;
   equipment_ = EquipmentOf(sources_[index]);
+  UntickOrigin();
   FillItems();
   ShowPlan();
+}
+
+// What the source comes from is not to be written over but by the operator's own tick.
+void EquipPlanPage::UntickOrigin() {
+  filling_ = true;
+  for (std::size_t i = 0; i < targets_.size(); ++i) {
+    if (ViewOf(i).isOrigin) ctlAusstattenZiele->Tick(static_cast<int>(i), false);
+  }
+  filling_ = false;
 }
 
 // Of the records, which hold more than any Terminal is to have, the operator chooses.
@@ -253,7 +264,7 @@ void EquipPlanPage::ShowOutlooks(const EquipJob& job) {
   }
   const std::optional<TargetView> view =
       row < 0 ? std::nullopt : std::optional(ViewOf(static_cast<std::size_t>(row)));
-  const Inventory* const there = view && !view->isOrigin ? &view->there : nullptr;
+  const Inventory* const there = view ? &view->there : nullptr;
   filling_ = true;
   for (std::size_t i = 0; i < equipment_.items.size(); ++i) {
     const Item& item = equipment_.items[i];

@@ -45,6 +45,7 @@ class EquipPlanPage : public QWidget {
   QString NameOf(const TerminalId& id) const;
   void FillTargets();
   void AddTarget(EquipTarget target, bool ticked);
+  void UntickOrigin();
   void FillItems();
   Equipment EquipmentOf(const Source& source) const;
   std::vector<TargetView> Views() const;

@@ -93,6 +93,20 @@ TEST_F(EquipDialogTest, ShowsThePlanReadsAndWritesOnlyAfterAQuestion) {
   EXPECT_FALSE(std::filesystem::exists(folder.Path("kelvo.ausstattung")));
 }
 
+TEST_F(EquipDialogTest, TheSourceIsNoTargetUnlessTicked) {
+  selected = 5;
+  Begin();
+  auto& targets = Find<TickList>("ctlAusstattenZiele");
+  EXPECT_FALSE(targets.Ticked(0));
+  EXPECT_FALSE(Find("cmdAusstatten").isEnabled());
+  targets.Tick(0, true);
+  Click("cmdAusstatten");
+  EXPECT_TRUE(person.proposesNo);
+  EXPECT_TRUE(port.written.empty());
+  const auto* item = Find<TickList>("ctlAusstattenPosten").topLevelItem(0);
+  EXPECT_EQ(item->text(3).toStdString(), "gleich dem zuletzt von hier Geschriebenen");
+}
+
 TEST_F(EquipDialogTest, WhatIsLeftOverIsOfferedAtTheNextOpening) {
   AtFirstMacro([this] { port.Lose(); });
   person.answers = {true};
