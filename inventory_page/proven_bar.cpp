@@ -21,9 +21,8 @@ ProvenBar::ProvenBar(const char* what, WriteDesk& desk, Operator& person, Order 
                      tr("Schreibt dasselbe geprüft in mehrere Terminals der Liste."));
   result_ = Named(new QLabel, ("lbl" + name + "Geprueft").c_str());
   result_->setAccessibleName(tr("Ergebnis des geprüften Schreibens"));
-  result_->setWordWrap(true);
+  FixRoom(result_, 2);
   result_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  result_->hide();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addLayout(ButtonRow({one_, many_}));
@@ -40,7 +39,6 @@ void ProvenBar::Write() {
   if (!result) return;
   result_->setText(tr("%1 %2").arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),
                                    QString::fromStdString(*result)));
-  result_->show();
 }
 
 void ProvenBar::WriteToMany() {

@@ -97,7 +97,7 @@ QWidget* AtPage::MakeList() {
       new QLabel(tr("Die Zeilen steigen nicht auf: so gesendet bekommt das Terminal eine andere "
                     "Tabelle, als hier steht.")),
       "lblATHinweis");
-  lblATHinweis->setWordWrap(true);
+  FixRoom(lblATHinweis, 2);
   auto* column = new QVBoxLayout(group);
   column->addWidget(LabelFor(ctlATTabListe, tr("Z&u ändernde Taste (links) und neue (rechts), "
                                                "Codes dezimal:")));
@@ -130,7 +130,7 @@ QWidget* AtPage::MakeTerminalTable() {
                                    "Satzes."));
   cmdATUebernehmen->setEnabled(false);
   lblATGelesen = Named(new QLabel, "lblATGelesen");
-  lblATGelesen->setWordWrap(true);
+  FixRoom(lblATGelesen, 2);
   form->addRow(ButtonRow({cmdSetATTab, cmdClearATTast, cmdATRead}));
   auto* read = new QHBoxLayout;
   read->addWidget(cmdATUebernehmen);

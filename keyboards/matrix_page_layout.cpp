@@ -149,8 +149,7 @@ QWidget* MatrixPage::MakeTerminalTable() {
                                        "dieses Satzes."));
   cmdMatrixUebernehmen->setEnabled(false);
   lblMatrixGelesen = Named(new QLabel, "lblMatrixGelesen");
-  lblMatrixGelesen->setWordWrap(true);
-  lblMatrixGelesen->hide();
+  FixRoom(lblMatrixGelesen, 2);
   form->addRow(cmdMatrixRead);
   form->addRow(cmdMatrixUebernehmen);
   form->addRow(lblMatrixGelesen);

@@ -210,7 +210,6 @@ void MacroPage::InvalidNumber(QLineEdit* field) {
 // Says on the page what is missing, because the message does not.
 void MacroPage::LackingNumber(const QString& hint) {
   lblMakroHinweis->setText(hint);
-  lblMakroHinweis->show();
   InvalidNumber(txtMakroNrDisplay);
 }
 

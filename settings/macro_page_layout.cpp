@@ -143,9 +143,7 @@ QWidget* MacroPage::MakeRunning() {
   cmdMakroNrNehmen = MakeButton("cmdMakroNrNehmen", tr("Nummer übernehmen"),
                                 tr("Setzt hier die Makro-Nummer des gezeigten Satzes ein."));
   lblMakroHinweis = Named(new QLabel, "lblMakroHinweis");
-  lblMakroHinweis->setWordWrap(true);
-  lblMakroHinweis->hide();
-  KeepRoom(lblMakroHinweis, 2);
+  FixRoom(lblMakroHinweis, 2);
   cmdPlayMakro = MakeButton("cmdPlayMakro", tr("Makro ausführen"),
                             tr("Führt das Makro dieser Nummer im Terminal aus (F7)."));
   AddShortcut(cmdPlayMakro, QKeySequence(Qt::Key_F7));
@@ -183,7 +181,7 @@ void MacroPage::ConnectControls() {
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::Edited);
   connect(txtMakroNr, &WireField::textChanged, this, &MacroPage::ShowContext);
   connect(txtMakro, &WireEdit::Refused, this, [&person] { person.Beep(); });
-  connect(txtMakroNrDisplay, &WireField::textChanged, lblMakroHinweis, &QWidget::hide);
+  connect(txtMakroNrDisplay, &WireField::textChanged, lblMakroHinweis, &QLabel::clear);
   for (WireField* field : {txtMakroNr, txtMakroNrDisplay}) {
     connect(field, &WireField::Refused, this, [&person] { person.Beep(); });
   }

@@ -56,6 +56,16 @@ void KeepRoom(QLabel* label, int lines) {
   label->setSizePolicy(policy);
 }
 
+void FixRoom(QLabel* label, int lines) {
+  KeepRoom(label, lines);
+  label->setMaximumHeight(label->minimumHeight());
+  label->setWordWrap(true);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  QSizePolicy policy = label->sizePolicy();
+  policy.setHorizontalPolicy(QSizePolicy::Ignored);
+  label->setSizePolicy(policy);
+}
+
 void FitCaptions(QPushButton* button, std::initializer_list<QString> captions) {
   const QString shown = button->text();
   int widest = 0;

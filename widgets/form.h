@@ -37,6 +37,9 @@ QPushButton* MakeDangerButton(const char* name, const QString& caption, const QS
 void AddShortcut(QPushButton* button, const QKeySequence& keys);
 /// A label keeps the room of so many lines while it is hidden or has fewer.
 void KeepRoom(QLabel* label, int lines);
+/// A label has the room of just so many lines, whatever it says, and claims no width: nothing
+/// beside or below it ever moves.
+void FixRoom(QLabel* label, int lines);
 /// A button as wide as each of these captions needs, whichever it bears.
 void FitCaptions(QPushButton* button, std::initializer_list<QString> captions);
 /// Escape closes a window that only shows something.

@@ -9,8 +9,7 @@ NumberNote::NumberNote(const char* name, WireField& field, std::function<std::st
     : field_(field), record_(std::move(record)) {
   Named(this, name);
   setTextFormat(Qt::PlainText);
-  setWordWrap(true);
-  setMinimumHeight(fontMetrics().lineSpacing());
+  FixRoom(this, 2);
   connect(&field, &WireField::textChanged, this, &NumberNote::Refresh);
 }
 
@@ -26,8 +25,9 @@ void NumberNote::Refresh() {
   const bool asks = whole && number >= 0 && number <= 255 && words_;
   const QString words = asks ? QString::fromStdString(words_(number, record_())) : QString();
   setText(words.isEmpty() ? QString() : tr("⚠ %1").arg(words));
-  setToolTip(words.isEmpty() ? QString()
-                             : tr("Wird geschrieben, so ist das dort Liegende überschrieben."));
+  setToolTip(words.isEmpty()
+                 ? QString()
+                 : tr("%1 Wird geschrieben, so ist das dort Liegende überschrieben.").arg(words));
 }
 
 void NumberNote::showEvent(QShowEvent* event) {
