@@ -20,10 +20,15 @@ ComparisonRow ReadRow(const TerminalId& terminal, const Question& question,
                       const Readings& readings) {
   ComparisonRow row = RowFor(terminal, question.what);
   const Reading* const last = readings.Last(terminal, question.query);
-  row.words = last == nullptr ? "nicht gelesen" : "";
-  if (last == nullptr) return row;
-  row.read = last->reply;
-  row.readAt = last->time;
+  const Silence* const silence = readings.SilenceOf(terminal, question.query);
+  row.words = last == nullptr ? "hier nicht gelesen" : "";
+  if (last != nullptr) row.read = last->reply;
+  if (last != nullptr) row.readAt = last->time;
+  if (silence != nullptr) {
+    row.silentAt = silence->time;
+    row.words = silence->why;
+  }
+  if (last == nullptr || silence != nullptr) return row;
   const Reading* const before = readings.Before(terminal, question.query);
   if (!question.lasting || before == nullptr) return row;
   const bool other = before->reply != last->reply;

@@ -25,7 +25,8 @@ struct ComparisonRow {
   std::string what;    ///< UTF-8
   std::string read{};  ///< a wire text, as it came
   std::optional<JournalTime> readAt{};
-  std::string readBefore{};  ///< where that was another one
+  std::optional<JournalTime> silentAt{};  ///< the last question, which was not answered
+  std::string readBefore{};               ///< where that was another one
   std::optional<Held> written{};
   std::string database{};  ///< the record's name, UTF-8
   Compared compared = Compared::Plain;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "inventory/line_text.h"
-#include "inventory/proven_write.h"
 #include "link/addresses.h"
 
 namespace kelvo {
@@ -27,6 +26,7 @@ constexpr Question kQuestions[] = {{"Adresse", Query::AskAddress, true},
                                    {"Textzoom", Query::AskTextZoom, false}};
 
 constexpr std::size_t kFields = 5;
+constexpr char kNoAnswer[] = "keine Antwort";
 
 std::string LineOf(const Reading& reading) {
   return Sealed(TimeText(reading.time) + '\t' + EscapedText(reading.terminal.device) + '\t' +
@@ -68,7 +68,17 @@ Readings::Readings(const std::string& path) : file_(path) {
 
 std::optional<std::string> Readings::Add(const Reading& reading) {
   readings_.push_back(reading);
+  silences_.erase({reading.terminal, reading.query});
   return file_ ? file_->Append(LineOf(reading)) : std::nullopt;
+}
+
+void Readings::AddSilence(const TerminalId& terminal, CommandName query, Silence silence) {
+  silences_.insert_or_assign({terminal, query}, std::move(silence));
+}
+
+const Silence* Readings::SilenceOf(const TerminalId& terminal, CommandName query) const {
+  const auto silence = silences_.find({terminal, query});
+  return silence == silences_.end() ? nullptr : &silence->second;
 }
 
 const Reading* Readings::Last(const TerminalId& terminal, CommandName query) const {
@@ -94,7 +104,7 @@ ReadRun::Result ReadRun::Run(const std::string& device, const std::vector<int>& 
     services_.loop.ProcessPending();  // a wish to stop
     if (!GoesOn()) break;
     listener(address);
-    (AskAll({device, address}, result) ? result.answered : result.silent).push_back(address);
+    AskAll({device, address}, result);
   }
   result.complete = GoesOn();
   if (services_.exchange.Alive()) {
@@ -104,10 +114,13 @@ ReadRun::Result ReadRun::Run(const std::string& device, const std::vector<int>& 
 }
 
 // Who is silent to its address is asked nothing else; what is not answered is not known.
-bool ReadRun::AskAll(const TerminalId& terminal, Result& result) {
+void ReadRun::AskAll(const TerminalId& terminal, Result& result) {
   ProvenWrite reach(services_.exchange, services_.loop);
   const WriteResult there = reach.Ask(terminal.address);
-  if (there.verdict != WriteVerdict::Proven) return false;
+  if (!services_.exchange.Alive()) return;
+  const bool answers = there.verdict == WriteVerdict::Proven;
+  (answers ? result.answered : result.silent).push_back(terminal.address);
+  if (!answers) return TakeSilence(terminal, there.verdict);
   const auto keep = [&](CommandName query, const Reply& reply) {
     const auto reason =
         services_.readings.Add({services_.loop.WallClock(), terminal, query, reply.text});
@@ -118,9 +131,22 @@ bool ReadRun::AskAll(const TerminalId& terminal, Result& result) {
     if (question.query == Query::AskAddress) continue;
     if (!GoesOn()) break;
     const Reply reply = services_.exchange.SendQuery(Command(question.query));
-    if (!reply.Failed()) keep(question.query, reply);
+    if (!reply.Failed()) {
+      keep(question.query, reply);
+    } else if (services_.exchange.Alive()) {
+      services_.readings.AddSilence(terminal, question.query,
+                                    {services_.loop.WallClock(), kNoAnswer});
+    }
   }
-  return true;
+}
+
+// None of its questions has an answer.
+void ReadRun::TakeSilence(const TerminalId& terminal, WriteVerdict verdict) {
+  const char* const why =
+      verdict == WriteVerdict::OtherAnswer ? "andere Adresse antwortet" : kNoAnswer;
+  for (const Question& question : kQuestions) {
+    services_.readings.AddSilence(terminal, question.query, {services_.loop.WallClock(), why});
+  }
 }
 
 }  // namespace kelvo

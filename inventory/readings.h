@@ -1,14 +1,17 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/event_loop.h"
 #include "inventory/entry.h"
 #include "inventory/journal_file.h"
+#include "inventory/proven_write.h"
 #include "link/exchange.h"
 
 // What Terminals have told of themselves when they were asked for it, and when.
@@ -34,6 +37,12 @@ struct Reading {
   std::string reply;
 };
 
+/// A question that was not answered.
+struct Silence {
+  JournalTime time;
+  std::string why;  ///< German, UTF-8
+};
+
 /// In the file a line each, UTF-8, for people too:
 ///
 ///   time TAB device TAB address TAB query TAB reply TAB check
@@ -47,6 +56,10 @@ class Readings {
 
   /// Nothing when it is kept, else the reason why it is not in the file, UTF-8.
   std::optional<std::string> Add(const Reading& reading);
+  /// Takes that a question was asked and not answered. It is known until the program ends.
+  void AddSilence(const TerminalId& terminal, CommandName query, Silence silence);
+  /// What came of the last question, where that was not answered; nullptr otherwise.
+  const Silence* SilenceOf(const TerminalId& terminal, CommandName query) const;
   /// The newest reply; nullptr without any.
   const Reading* Last(const TerminalId& terminal, CommandName query) const;
   /// The one before that; nullptr without any.
@@ -57,6 +70,7 @@ class Readings {
 
   std::optional<JournalFile> file_;
   std::vector<Reading> readings_;
+  std::map<std::pair<TerminalId, CommandName>, Silence> silences_;
 };
 
 /// Asks Terminals of one line everything, one after the other. It serves the event loop all the
@@ -85,7 +99,8 @@ class ReadRun {
 
  private:
   bool GoesOn() const { return !stopping_ && services_.exchange.Alive(); }
-  bool AskAll(const TerminalId& terminal, Result& result);
+  void AskAll(const TerminalId& terminal, Result& result);
+  void TakeSilence(const TerminalId& terminal, WriteVerdict verdict);
 
   Services services_;
   bool stopping_ = false;

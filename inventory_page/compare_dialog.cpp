@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "inventory/terminal_name.h"
 #include "inventory_page/write_desk.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
@@ -21,6 +22,7 @@ namespace kelvo {
 namespace {
 
 constexpr char kTextFilter[] = "Text (txt) |*.txt";
+constexpr int kWidestName = 45;  // characters
 
 }  // namespace
 
@@ -97,6 +99,7 @@ QLayout* CompareDialog::MakeButtons() {
   cmdVergleichSpeichern = MakeButton("cmdVergleichSpeichern", tr("Spei&chern …"),
                                      tr("Speichert die gezeigten Zeilen als Text."));
   cmdVergleichSchliessen = MakeButton("cmdVergleichSchliessen", tr("Schl&ießen"));
+  cmdVergleichLesen->setDefault(true);
   auto* row = new QHBoxLayout;
   row->addWidget(cmdVergleichLesen);
   row->addWidget(cmdVergleichSchreiben);
@@ -124,6 +127,10 @@ void CompareDialog::Present() {
   activateWindow();
 }
 
+QString CompareDialog::NameOf(int address) const {
+  return QString::fromStdString(TerminalName(services_.nameOf(address), address));
+}
+
 // The one that listens is chosen, and all of the list stand first.
 void CompareDialog::FillChoice() {
   const std::optional<int> selected = services_.desk.Selected();
@@ -134,10 +141,7 @@ void CompareDialog::FillChoice() {
   cboVergleichTerminal->clear();
   cboVergleichTerminal->addItem(tr("Alle der Liste"));
   for (const int address : addresses) {
-    const QString name = QString::fromStdString(services_.nameOf(address));
-    cboVergleichTerminal->addItem(name.isEmpty() ? tr("Adresse %1").arg(address)
-                                                 : tr("%1, Adresse %2").arg(name).arg(address),
-                                  address);
+    cboVergleichTerminal->addItem(NameOf(address), address);
   }
   const int chosen = selected ? cboVergleichTerminal->findData(*selected) : 0;
   cboVergleichTerminal->setCurrentIndex(std::max(chosen, 0));
@@ -163,6 +167,11 @@ void CompareDialog::Compare() {
   model_.Show(std::move(rows), services_.nameOf);
   ctlVergleich->setColumnHidden(ComparisonModel::Terminal,
                                 cboVergleichTerminal->currentData().isValid());
+  ctlVergleich->resizeColumnToContents(ComparisonModel::Terminal);
+  const int widest = fontMetrics().averageCharWidth() * kWidestName;
+  ctlVergleich->setColumnWidth(
+      ComparisonModel::Terminal,
+      std::min(ctlVergleich->columnWidth(ComparisonModel::Terminal), widest));
   ShowSummary();
 }
 
@@ -186,6 +195,9 @@ void CompareDialog::ShowSummary(const QString& reading) {
 void CompareDialog::cmdVergleichLesen_Click() {
   const std::vector<int> addresses = Chosen();
   const Undertakings::Alone alone(services_.person.Begun(), "Die Terminals werden gelesen.");
+  // Else it would go on to another button, which a Return would then press.
+  const bool focused = focusWidget() == cmdVergleichLesen;
+  if (focused) ctlVergleich->setFocus();
   reading_ = true;
   for (QWidget* const control : std::initializer_list<QWidget*>{
            cboVergleichTerminal, cmdVergleichLesen, cmdVergleichSchreiben}) {
@@ -194,22 +206,28 @@ void CompareDialog::cmdVergleichLesen_Click() {
   cmdVergleichSchliessen->setText(tr("A&bbrechen"));
   const ReadRun::Result result = run_.Run(
       services_.device(), addresses, services_.desk.Selected(),
-      [this](int address) { lblVergleich->setText(tr("Liest Adresse %1 …").arg(address)); });
+      [this](int address) { lblVergleich->setText(tr("Liest „%1“ …").arg(NameOf(address))); });
   reading_ = false;
   cboVergleichTerminal->setEnabled(true);
   cmdVergleichLesen->setEnabled(true);
+  if (focused && focusWidget() == ctlVergleich) cmdVergleichLesen->setFocus();
   cmdVergleichSchliessen->setText(tr("Schl&ießen"));
   Compare();
-  QString text = tr("%1 gelesen, %2 ohne Antwort%3.")
-                     .arg(result.answered.size())
-                     .arg(result.silent.size())
-                     .arg(result.complete ? QString() : tr(", abgebrochen"));
+  ShowSummary(ReadText(result));
+  if (closing_) reject();
+}
+
+QString CompareDialog::ReadText(const ReadRun::Result& result) const {
+  QStringList silent;
+  for (const int address : result.silent) silent << NameOf(address);
+  QString text = tr("%1 gelesen, %2 ohne Antwort").arg(result.answered.size()).arg(silent.size());
+  if (!silent.isEmpty()) text += tr(" (%1)").arg(silent.join(QStringLiteral("; ")));
+  text += result.complete ? tr(".") : tr(", abgebrochen.");
   if (result.notKept) {
     text += tr(" Die Antworten konnten nicht aufbewahrt werden: %1.")
                 .arg(QString::fromStdString(*result.notKept));
   }
-  ShowSummary(text);
-  if (closing_) reject();
+  return text;
 }
 
 // Each order is a row of the dialog that writes: there it is named, and may be left out.

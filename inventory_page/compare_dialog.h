@@ -53,6 +53,8 @@ class CompareDialog : public QDialog {
   std::vector<int> Chosen() const;
   void Compare();
   void ShowSummary(const QString& reading = {});
+  QString NameOf(int address) const;
+  QString ReadText(const ReadRun::Result& result) const;
   QString Report() const;
 
   void cmdVergleichLesen_Click();

@@ -3,6 +3,7 @@
 #include <QFont>
 
 #include "base/wire_text.h"
+#include "inventory/terminal_name.h"
 #include "inventory_page/inventory_model.h"
 
 namespace kelvo {
@@ -35,7 +36,9 @@ QString ResultText(const ComparisonRow& row) {
       row.readBefore.empty()
           ? QString()
           : ComparisonModel::tr(", vorher %1").arg(Utf8(ReadableText(row.readBefore)));
-  return sign + Utf8(row.words) + before;
+  const QString silent =
+      row.silentAt ? QStringLiteral(" (%1)").arg(MomentText(*row.silentAt)) : QString();
+  return sign + Utf8(row.words) + silent + before;
 }
 
 }  // namespace
@@ -49,9 +52,7 @@ void ComparisonModel::Show(std::vector<ComparisonRow> rows,
 }
 
 QString ComparisonModel::TerminalText(const TerminalId& terminal) const {
-  const QString name = Utf8(nameOf_(terminal.address));
-  const QString address = tr("Adresse %1").arg(terminal.address);
-  return name.isEmpty() ? address : tr("%1, %2").arg(name, address);
+  return Utf8(TerminalName(nameOf_(terminal.address), terminal.address));
 }
 
 QString ComparisonModel::Text(int row, int column) const {

@@ -58,7 +58,7 @@ TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedI
   EXPECT_EQ(Words("Makro 2"), "gleich");
   EXPECT_EQ(Words("Makro 5"), "nicht in der Datenbank");
   EXPECT_EQ(Words("Makro 0"), "unbekannt");
-  EXPECT_EQ(Words("Version"), "nicht gelesen");
+  EXPECT_EQ(Words("Version"), "hier nicht gelesen");
   // What cannot be written is not offered.
   records[0].wire = std::string("a\x03", 2);
   EXPECT_EQ(Words("Makro 1"), "geändert");
@@ -110,6 +110,12 @@ TEST_F(ComparisonTest, RepliesAreKeptOverRunsAndAnotherOneThanBeforeStandsOut) {
   Read(readings);
   EXPECT_EQ(Words("Version", readings), "anders als zuvor gelesen");
   EXPECT_EQ(Words("Aktive Matrix-Tabelle", readings), "wie zuvor gelesen");
+  Read(readings);
+  EXPECT_EQ(Words("Version", readings), "wie zuvor gelesen");
+  At(0).SetFault(sim::Fault::Silent);
+  Read(readings);
+  EXPECT_EQ(Words("Version", readings), "keine Antwort");
+  At(0).SetFault(sim::Fault::None);
   Read(readings);
   EXPECT_EQ(Words("Version", readings), "wie zuvor gelesen");
 }

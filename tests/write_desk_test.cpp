@@ -161,7 +161,7 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
     return "-";
   };
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
-  EXPECT_EQ(row("Version"), "nicht gelesen");
+  EXPECT_EQ(row("Version"), "hier nicht gelesen");
   Find<QCheckBox>("chkVergleichUnterschiede").setChecked(true);
   EXPECT_EQ(row("Version"), "-");
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
@@ -177,6 +177,13 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   EXPECT_TRUE(Written().starts_with("←!A7;←?A←?V←F??←E?F")) << Written();
   EXPECT_TRUE(Written().ends_with("←!A7;"));
   EXPECT_EQ(row("Version"), "");
+  line.bus.At(1).SetFault(sim::Fault::Silent);
+  Find("cmdVergleichLesen").setFocus();
+  Click("cmdVergleichLesen");
+  EXPECT_EQ(Find("frmVergleich").focusWidget(), &Find("cmdVergleichLesen"));
+  EXPECT_TRUE(row("Version").starts_with("keine Antwort (")) << row("Version");
+  EXPECT_TRUE(Text("lblVergleich").starts_with("0 gelesen, 1 ohne Antwort (Pult, Adresse 7)."));
+  line.bus.At(1).SetFault(sim::Fault::None);
   // Closed in the middle, the reading ends.
   loop.After(milliseconds(200), [this] { Find("frmVergleich").close(); });
   Click("cmdVergleichLesen");
