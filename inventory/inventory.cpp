@@ -73,6 +73,8 @@ void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
       doubtful_.clear();
       deleted_.clear();
       emptied_ = true;
+      erased_ = entry.time;
+      written_ = false;
       return room_.LoseCount();
     case Deleted: {
       const Before before = TakeBefore(entry.change.key);
@@ -96,6 +98,7 @@ void Inventory::Write(const JournalEntry& entry, bool broadcast) {
     room_.Written(item, before.held ? &before.held->item : nullptr);
   }
   Forget(key);
+  written_ = true;
   items_[key] = {item, Proof::Acknowledged, entry.time, broadcast};
 }
 

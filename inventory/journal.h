@@ -54,6 +54,10 @@ class Inventory {
   const std::map<ItemKey, Doubt>& Doubtful() const { return doubtful_; }
   /// It was erased from here, so nothing else lies there.
   bool KnownEmptyBefore() const { return emptied_; }
+  /// When it was erased from here last.
+  const std::optional<JournalTime>& Erased() const { return erased_; }
+  /// Something was written from here since then, or ever, even if it lies there no more.
+  bool WrittenSince() const { return written_; }
   /// The place of `key` is known to be empty.
   bool KnownEmpty(const ItemKey& key) const;
   /// What is held in the place of `key`: of tables, that of either keyboard.
@@ -87,6 +91,8 @@ class Inventory {
   std::map<ItemKey, Doubt> doubtful_;
   std::set<ItemKey> deleted_;
   bool emptied_ = false;
+  std::optional<JournalTime> erased_;
+  bool written_ = false;
   std::optional<Before> before_;
   Room room_;
 };

@@ -61,8 +61,10 @@ QString MomentText(JournalTime time) {
       .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
 }
 
-void InventoryModel::Show(const Inventory& inventory, const std::vector<StoredRecord>& records) {
+void InventoryModel::Show(const Inventory& inventory, const std::vector<StoredRecord>& records,
+                          bool listens) {
   beginResetModel();
+  listens_ = listens;
   rows_.clear();
   for (const auto& [key, held] : inventory.Items()) {
     rows_.push_back({key, held, {}, AgainstDatabase(inventory, held, records)});
@@ -125,7 +127,9 @@ QString InventoryModel::Text(int row, int column) const {
     case Rests:
       return RestsText(shown);
     default:
-      return Utf8(AgainstText(shown.against.kind));
+      return shown.against.kind == Against::Kind::Same && !listens_
+                 ? tr("wie zuletzt geschrieben")
+                 : Utf8(AgainstText(shown.against.kind));
   }
 }
 

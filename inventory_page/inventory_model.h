@@ -23,7 +23,8 @@ class InventoryModel : public QAbstractTableModel {
     Against against;
   };
 
-  void Show(const Inventory& inventory, const std::vector<StoredRecord>& records);
+  /// Of a Terminal that does not listen now nothing is the same, only as it was written.
+  void Show(const Inventory& inventory, const std::vector<StoredRecord>& records, bool listens);
   const Row& At(int row) const { return rows_[static_cast<std::size_t>(row)]; }
   /// -1 when it is not there.
   int RowOf(const ItemKey& key) const;
@@ -39,6 +40,7 @@ class InventoryModel : public QAbstractTableModel {
   QVariant SortKey(const Row& row, int column) const;
 
   std::vector<Row> rows_;
+  bool listens_ = false;
 };
 
 /// "22.11.2026 16:31", in local time.

@@ -45,6 +45,45 @@ QString DisagreementText(const Room::Disagreement& disagreement) {
       .arg(expected);
 }
 
+QString Entries(std::size_t count) {
+  return count == 1 ? InventoryView::tr("1 Eintrag") : InventoryView::tr("%1 Einträge").arg(count);
+}
+
+// What was written since the Terminal was erased, or ever.
+QString WrittenText(const Inventory& inventory) {
+  const std::size_t count = inventory.Items().size();
+  const std::size_t doubts = inventory.Doubtful().size();
+  const QString uncertain = InventoryView::tr("%1, ungewiss").arg(Entries(doubts));
+  if (count == 0 && doubts > 0) return uncertain + u'.';
+  std::size_t characters = 0;
+  for (const auto& [key, held] : inventory.Items()) characters += ItemBytes(held.item);
+  if (count > 0) {
+    return InventoryView::tr("%1 von hier geschrieben, zusammen %2 Zeichen%3.")
+        .arg(Entries(count))
+        .arg(characters)
+        .arg(doubts > 0 ? u';' + (u' ' + uncertain) : QString());
+  }
+  if (inventory.WrittenSince()) {
+    return InventoryView::tr("Was von hier geschrieben wurde, liegt dort nicht mehr.");
+  }
+  return inventory.Erased()
+             ? InventoryView::tr("Seit dem Löschen (%1) wurde von hier nichts geschrieben")
+                   .arg(MomentText(*inventory.Erased()))
+             : InventoryView::tr("Von hier wurde noch nichts in dieses Terminal geschrieben.");
+}
+
+// What else lies there, as the end of those words.
+QString ElseText(const Inventory& inventory) {
+  const bool none = inventory.Items().empty() && inventory.Doubtful().empty();
+  const bool goesOn = none && inventory.Erased() && !inventory.WrittenSince();
+  if (inventory.KnownEmptyBefore()) {
+    return goesOn ? InventoryView::tr("; sonst liegt dort nichts.")
+                  : InventoryView::tr(" Sonst liegt dort nichts: Es wurde von hier gelöscht.");
+  }
+  return goesOn ? InventoryView::tr("; was dort liegt, weiß kelvo nicht.")
+                : InventoryView::tr(" Was vorher dort lag, weiß kelvo nicht.");
+}
+
 }  // namespace
 
 InventoryView::InventoryView(Services services, QWidget* parent)
@@ -152,6 +191,35 @@ TerminalId InventoryView::Shown() const {
   return terminals_[static_cast<std::size_t>(chosen - 1)];
 }
 
+bool InventoryView::Listens(const TerminalId& terminal) const {
+  return services_.hearing() == Hearing::Listens && terminal == services_.listener();
+}
+
+QString InventoryView::ListenerText() const {
+  switch (services_.hearing()) {
+    case Hearing::Disconnected:
+      return tr("niemand, getrennt");
+    case Hearing::Nobody:
+      return tr("keines gewählt");
+    case Hearing::Unknown:
+      return tr("Terminal nicht bekannt");
+    case Hearing::Listens:
+      break;
+  }
+  return TerminalText(services_.listener());
+}
+
+// What stands there while the one that was selected last does not listen.
+QString InventoryView::AbsenceText() const {
+  if (cboBestandTerminal->currentIndex() > 0 || services_.hearing() == Hearing::Listens) return {};
+  const TerminalId last = services_.listener();
+  if (last.address == kUnknownAddress) {
+    return tr("Niemand hört zu; was geschrieben wurde, steht bei den Terminals der Auswahl.");
+  }
+  return tr("Niemand hört zu; hier steht, was zuletzt für %1 geschrieben wurde.")
+      .arg(TerminalText(last));
+}
+
 QString InventoryView::TerminalText(const TerminalId& terminal) const {
   const QString device = QFileInfo(Utf8(terminal.device)).fileName();
   const QString at = device.isEmpty() ? tr("kein Anschluss") : device;
@@ -169,7 +237,7 @@ void InventoryView::ListTerminals() {
   const TerminalId before = Shown();
   terminals_ = services_.journal.Terminals();
   cboBestandTerminal->clear();
-  cboBestandTerminal->addItem(tr("wer zuhört: %1").arg(TerminalText(services_.listener())));
+  cboBestandTerminal->addItem(tr("wer zuhört: %1").arg(ListenerText()));
   for (const TerminalId& terminal : terminals_) {
     cboBestandTerminal->addItem(TerminalText(terminal));
     if (chosen && terminal == before) {
@@ -183,25 +251,21 @@ void InventoryView::ShowNow() {
   ListTerminals();
   const InventoryModel::Row* const row = Current();
   const std::optional<ItemKey> current = row == nullptr ? std::nullopt : std::optional(row->key);
-  const Inventory inventory = services_.journal.Of(Shown());
-  model_.Show(inventory, services_.records());
+  const TerminalId shown = Shown();
+  const bool nobody = shown.address == kUnknownAddress && !AbsenceText().isEmpty();
+  const Inventory inventory = nobody ? Inventory() : services_.journal.Of(shown);
+  model_.Show(inventory, services_.records(), Listens(shown));
   const int again = current ? model_.RowOf(*current) : -1;
   if (again >= 0) ctlBestand->selectRow(sorted_.mapFromSource(model_.index(again, 0)).row());
   ShowState(inventory);
+  if (nobody) lblBestand->setText(AbsenceText());
   EnableButtons();
 }
 
 void InventoryView::ShowState(const Inventory& inventory) {
-  std::size_t bytes = 0;
-  for (const auto& [key, held] : inventory.Items()) bytes += ItemBytes(held.item);
-  const auto count = inventory.Items().size();
-  QString text = inventory.Items().empty() && inventory.Doubtful().empty()
-                     ? tr("Von hier wurde noch nichts in dieses Terminal geschrieben.")
-                     : tr("%1 von hier geschrieben, zusammen %2 Zeichen.")
-                           .arg(count == 1 ? tr("1 Eintrag") : tr("%1 Einträge").arg(count))
-                           .arg(bytes);
-  text += inventory.KnownEmptyBefore() ? tr(" Sonst liegt dort nichts: Es wurde von hier gelöscht.")
-                                       : tr(" Was vorher dort lag, weiß kelvo nicht.");
+  const QString absence = AbsenceText();
+  QString text = (absence.isEmpty() ? QString() : absence + u' ') + WrittenText(inventory) +
+                 ElseText(inventory);
   if (const auto& read = inventory.FreeBytes().LastReading()) {
     text += tr(" Frei waren %1 Byte, gelesen %2.").arg(read->bytes).arg(MomentText(read->time));
   }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/operator.h"
+#include "inventory/hearing.h"
 #include "inventory_page/inventory_model.h"
 
 class QComboBox;
@@ -26,7 +27,8 @@ class InventoryView : public QWidget {
   struct Services {
     WriteJournal& journal;
     Operator& person;
-    std::function<TerminalId()> listener;
+    std::function<TerminalId()> listener;  ///< the one that was selected last
+    std::function<Hearing()> hearing;      ///< whether it listens still
     std::function<std::vector<StoredRecord>()> records;
     std::function<std::string(int address)> nameOf;  ///< of a stored Terminal, UTF-8
   };
@@ -53,7 +55,10 @@ class InventoryView : public QWidget {
   void ShowNow();
   void ListTerminals();
   void ShowState(const Inventory& inventory);
+  bool Listens(const TerminalId& terminal) const;
   QString TerminalText(const TerminalId& terminal) const;
+  QString ListenerText() const;
+  QString AbsenceText() const;
   const InventoryModel::Row* Current() const;
   void EnableButtons();
   void OpenCurrent();

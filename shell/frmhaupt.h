@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "bus/frmDovu.h"
@@ -14,6 +15,7 @@
 #include "graphics/device_font.h"
 #include "interfaces/interface_page.h"
 #include "interfaces/port_control.h"
+#include "inventory/hearing.h"
 #include "inventory/write_recorder.h"
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
@@ -230,7 +232,8 @@ class frmhaupt : public QMainWindow {
 
   std::optional<RecordDrafts> drafts_;
   bool inventoryWaits_ = false;
-  std::pair<TerminalId, std::size_t> shownOf_;  // whose inventory is shown, of how many entries
+  // Whose inventory is shown, whether that listens, and of how many entries.
+  std::tuple<TerminalId, Hearing, std::size_t> shownOf_;
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool SofortSenden_ = false;

@@ -46,10 +46,10 @@ InventoryView* frmhaupt::MakeInventory() {
             "\", " + reason + ". Gesendet wird trotzdem; der Bestand nennt es ungewiss.",
         Icon::Exclamation);
   });
-  inventory_ =
-      new InventoryView({journal_, outside_.person, [this] { return recorder_.Listener(); },
-                         [this] { return StoredRecords(data_.database); },
-                         [this](int address) { return head_->NameOf(address); }});
+  inventory_ = new InventoryView(
+      {journal_, outside_.person, [this] { return recorder_.Listener(); },
+       [this] { return HearingOf(lineState_); }, [this] { return StoredRecords(data_.database); },
+       [this](int address) { return head_->NameOf(address); }});
   journal_.SetListener([this] { ShowInventory(); });
   connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
   return inventory_;
@@ -122,7 +122,7 @@ void frmhaupt::ShowInventory() {
   if (std::exchange(inventoryWaits_, true)) return;
   const auto show = [this] {
     inventoryWaits_ = false;
-    const std::pair now(recorder_.Listener(), journal_.Entries().size());
+    const std::tuple now(recorder_.Listener(), HearingOf(lineState_), journal_.Entries().size());
     if (std::exchange(shownOf_, now) == now) return;
     inventory_->Refresh();
     for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
@@ -135,7 +135,9 @@ void frmhaupt::ShowInventory() {
 
 // The table of the texts asks for each row; what it is told is of one moment.
 void frmhaupt::ShowRecordStates() {
-  const auto inventory = std::make_shared<const Inventory>(journal_.Of(recorder_.Listener()));
+  const bool listens = HearingOf(lineState_) == Hearing::Listens;
+  const auto inventory =
+      std::make_shared<const Inventory>(listens ? journal_.Of(recorder_.Listener()) : Inventory());
   macros_->SetInTerminal([inventory](const MacroInQuestion& record) {
     return StateOf(*inventory, {0, record.typ, record.name, record.number, record.wire});
   });

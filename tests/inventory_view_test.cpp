@@ -81,6 +81,37 @@ TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheReco
   EXPECT_EQ(Rows().size(), 2u) << "the chosen one stays";
 }
 
+TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
+  Start();
+  Select(5);
+  WriteShown("Gruß");
+  Rows();
+  EXPECT_TRUE(Text("lblBestand")
+                  .starts_with("1 Eintrag von hier geschrieben, zusammen 5 Zeichen. Was vorher "
+                               "dort lag, weiß kelvo nicht."));
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  Tell();
+  EXPECT_TRUE(Text("lblBestand").starts_with("Seit dem Löschen ("));
+  EXPECT_NE(Text("lblBestand").find(") wurde von hier nichts geschrieben; sonst liegt dort nichts"),
+            std::string::npos);
+  Select(9);
+  Click("cmdSetConfig");
+  EXPECT_EQ(Rows().size(), 1u);
+  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: keines gewählt");
+  EXPECT_TRUE(Text("lblBestand")
+                  .starts_with("Niemand hört zu; hier steht, was zuletzt für 9, simulator.tty "
+                               "geschrieben wurde. 1 Eintrag, ungewiss."));
+  Select(5);
+  WriteShown("Gruß");
+  port.Lose();
+  EXPECT_EQ(Rows(), std::vector<std::string>{});
+  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: niemand, getrennt");
+  Find<QComboBox>("cboBestandTerminal").setCurrentIndex(1);
+  Find<QComboBox>("cboBestandTerminal").activated(1);
+  EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt wie zuletzt geschrieben"});
+}
+
 TEST_F(InventoryViewTest, ANumberThatIsTakenIsMarkedWhereItIsTyped) {
   Sql("insert into Makro (typ, lfdnr, Bezeichnung, nr_im_display, eingang, ausgang, wert) values "
       "('MatrixTab', 0, 'Feld', 3, 1, 128, char(27) || 'EWK3,80,31,FF,FF,FF,FF,FF,FF,FF;')");

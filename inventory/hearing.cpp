@@ -1,0 +1,20 @@
+#include "inventory/hearing.h"
+
+namespace kelvo {
+
+Hearing HearingOf(const LineState& line) {
+  const Answering answers = line.Answers();
+  if (answers == Answering::Disconnected || answers == Answering::Lost) {
+    return Hearing::Disconnected;
+  }
+  switch (line.Listens()) {
+    case Listening::Nobody:
+      return Hearing::Nobody;
+    case Listening::Unknown:
+      return line.Address() ? Hearing::Unknown : Hearing::Listens;
+    default:
+      return Hearing::Listens;
+  }
+}
+
+}  // namespace kelvo
