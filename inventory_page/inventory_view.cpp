@@ -171,6 +171,15 @@ void InventoryView::MakeTable() {
           &InventoryView::EnableButtons);
 }
 
+// Only where something would be cut off: what the operator has widened stays.
+void InventoryView::WidenColumns() {
+  const QAbstractItemView* const view = ctlBestand;
+  for (const int column : {InventoryModel::Rests, InventoryModel::Database}) {
+    const int needed = view->sizeHintForColumn(column) + fontMetrics().averageCharWidth();
+    if (ctlBestand->columnWidth(column) < needed) ctlBestand->setColumnWidth(column, needed);
+  }
+}
+
 void InventoryView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   ShowNow();
@@ -255,6 +264,7 @@ void InventoryView::ShowNow() {
   const bool nobody = shown.address == kUnknownAddress && !AbsenceText().isEmpty();
   const Inventory inventory = nobody ? Inventory() : services_.journal.Of(shown);
   model_.Show(inventory, services_.records(), Listens(shown));
+  WidenColumns();
   const int again = current ? model_.RowOf(*current) : -1;
   if (again >= 0) ctlBestand->selectRow(sorted_.mapFromSource(model_.index(again, 0)).row());
   ShowState(inventory);
@@ -266,7 +276,9 @@ void InventoryView::ShowState(const Inventory& inventory) {
   const QString absence = AbsenceText();
   QString text = (absence.isEmpty() ? QString() : absence + u' ') + WrittenText(inventory) +
                  ElseText(inventory);
-  if (const auto& read = inventory.FreeBytes().LastReading()) {
+  const bool shownBeside = Listens(Shown()) && services_.roomShown();
+  const auto& read = inventory.FreeBytes().LastReading();
+  if (read && !shownBeside) {
     text += tr(" Frei waren %1 Byte, gelesen %2.").arg(read->bytes).arg(MomentText(read->time));
   }
   if (const auto lines = services_.journal.Unreadable()) {

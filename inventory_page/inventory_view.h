@@ -29,6 +29,7 @@ class InventoryView : public QWidget {
     Operator& person;
     std::function<TerminalId()> listener;  ///< the one that was selected last
     std::function<Hearing()> hearing;      ///< whether it listens still
+    std::function<bool()> roomShown;       ///< beside this: the free bytes that it has told
     std::function<std::vector<StoredRecord>()> records;
     std::function<std::string(int address)> nameOf;  ///< of a stored Terminal, UTF-8
   };
@@ -55,6 +56,7 @@ class InventoryView : public QWidget {
   void ShowNow();
   void ListTerminals();
   void ShowState(const Inventory& inventory);
+  void WidenColumns();
   bool Listens(const TerminalId& terminal) const;
   QString TerminalText(const TerminalId& terminal) const;
   QString ListenerText() const;

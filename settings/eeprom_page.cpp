@@ -1,5 +1,6 @@
 #include "settings/eeprom_page.h"
 
+#include <QDateTime>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
@@ -7,7 +8,6 @@
 
 #include "base/val.h"
 #include "inventory_page/proven_bar.h"
-#include "link/chronicle.h"
 #include "terminal/eeprom.h"
 #include "terminal/erase.h"
 #include "terminal/version.h"
@@ -108,7 +108,7 @@ void EepromPage::cmdClearConfig_Click() {
 
 void EepromPage::cmdClearEEprom_Click() {
   if (services_.person.Ask("Sind Sie sicher ?", Icon::Exclamation) && !EraseAll()) return;
-  ShowFreeBytes();
+  ReadFreeBytes();
 }
 
 // Everything from the version query to the saved configuration; false when a failure has ended it.
@@ -144,13 +144,28 @@ void EepromPage::EraseWithProgress() {
   services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
 }
 
-void EepromPage::ShowFreeBytes() {
-  const Reply reply = GetEEpromBytes(services_.exchange, services_.state);
-  lblFreeBytes->setText(QString::fromStdString(NumberText(reply.Number())));
-  lblFreeBytesStand->Show(MarkWords(reply, services_.exchange));
+void EepromPage::ReadFreeBytes() {
+  GetEEpromBytes(services_.exchange, services_.state);
+  ShowFreeBytes(true);
   lblFreeBytes->repaint();
 }
 
-void EepromPage::cmdGetFreeBytes_Click() { ShowFreeBytes(); }
+void EepromPage::ShowFreeBytes(bool present) {
+  const TerminalState& state = services_.state;
+  if (!state.freeBytesAsked) return;
+  lblFreeBytes->setText(QString::fromStdString(NumberText(state.freeBytes.value_or(0))));
+  if (!state.freeBytesLack.empty()) {
+    lblFreeBytesStand->setText(QString::fromStdString(state.freeBytesLack));
+    return;
+  }
+  const QString time =
+      QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(*state.freeBytesAsked))
+          .toString(QStringLiteral("HH:mm"));
+  lblFreeBytesStand->setText((present ? tr("gelesen %1") : tr("zuletzt gelesen %1")).arg(time));
+  lblFreeBytesStand->setToolTip(
+      present ? QString() : tr("Das Terminal, das es gesagt hat, hört jetzt nicht zu."));
+}
+
+void EepromPage::cmdGetFreeBytes_Click() { ReadFreeBytes(); }
 
 }  // namespace kelvo

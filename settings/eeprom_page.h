@@ -34,6 +34,10 @@ class EepromPage : public QWidget {
   };
   explicit EepromPage(Services services, QWidget* parent = nullptr);
 
+  /// Shows the free bytes as they were read last, on whatever page. `present`: the Terminal that
+  /// was asked for them is the one that listens.
+  void ShowFreeBytes(bool present);
+
  private:
   void MakeLayout();
   void AddGroups(QVBoxLayout* page);
@@ -41,7 +45,7 @@ class EepromPage : public QWidget {
   void EraseWithProgress();
   bool EraseAll();
   bool StoreConfig(const std::string& suffix);
-  void ShowFreeBytes();
+  void ReadFreeBytes();
 
   void cmdSetConfig_Click();
   void cmdClearConfig_Click();

@@ -63,7 +63,9 @@ void MacroTable::MakeColumns() {
   const int digit = fontMetrics().averageCharWidth();
   const int widths[] = {21, 4, 12, 8, 7};
   for (int i = 0; i < MacroTableModel::ColumnCount; ++i) {
-    tblMakros->setColumnWidth(i, widths[i] * digit + 8);
+    // The heading is never cut off, also with the mark of the order beside it.
+    const int heading = i == MacroTableModel::Terminal ? header->sectionSizeHint(i) + 2 * digit : 0;
+    tblMakros->setColumnWidth(i, std::max(widths[i] * digit + 8, heading));
   }
   header->setStretchLastSection(true);
   header->setMinimumSectionSize(digit * 4);

@@ -117,6 +117,7 @@ class frmhaupt : public QMainWindow {
   void TellTakenBitmap(std::optional<int> number);
   void ShowInventory();
   void ShowRecordStates();
+  bool FreeBytesArePresent() const;
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
   void ReadOptions();
@@ -234,6 +235,8 @@ class frmhaupt : public QMainWindow {
   bool inventoryWaits_ = false;
   // Whose inventory is shown, whether that listens, and of how many entries.
   std::tuple<TerminalId, Hearing, std::size_t> shownOf_;
+  std::optional<std::chrono::system_clock::time_point> freeBytesAsked_;
+  TerminalId freeBytesOf_;  // who was asked then
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool SofortSenden_ = false;

@@ -46,10 +46,12 @@ InventoryView* frmhaupt::MakeInventory() {
             "\", " + reason + ". Gesendet wird trotzdem; der Bestand nennt es ungewiss.",
         Icon::Exclamation);
   });
-  inventory_ = new InventoryView(
-      {journal_, outside_.person, [this] { return recorder_.Listener(); },
-       [this] { return HearingOf(lineState_); }, [this] { return StoredRecords(data_.database); },
-       [this](int address) { return head_->NameOf(address); }});
+  inventory_ =
+      new InventoryView({journal_, outside_.person, [this] { return recorder_.Listener(); },
+                         [this] { return HearingOf(lineState_); },
+                         [this] { return state_.freeBytes && FreeBytesArePresent(); },
+                         [this] { return StoredRecords(data_.database); },
+                         [this](int address) { return head_->NameOf(address); }});
   journal_.SetListener([this] { ShowInventory(); });
   connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
   return inventory_;
@@ -125,6 +127,7 @@ void frmhaupt::ShowInventory() {
     const std::tuple now(recorder_.Listener(), HearingOf(lineState_), journal_.Entries().size());
     if (std::exchange(shownOf_, now) == now) return;
     inventory_->Refresh();
+    eeprom_->ShowFreeBytes(FreeBytesArePresent());
     for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
       note->Refresh();
     }
@@ -141,6 +144,11 @@ void frmhaupt::ShowRecordStates() {
   macros_->SetInTerminal([inventory](const MacroInQuestion& record) {
     return StateOf(*inventory, {0, record.typ, record.name, record.number, record.wire});
   });
+}
+
+// The Terminal that has told them is the one that listens.
+bool frmhaupt::FreeBytesArePresent() const {
+  return HearingOf(lineState_) == Hearing::Listens && recorder_.Listener() == freeBytesOf_;
 }
 
 void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {

@@ -109,6 +109,10 @@ void frmhaupt::ShowPort() {
 
 void frmhaupt::ShowTerminal() {
   macros_->ShowFreeBytes();
+  if (std::exchange(freeBytesAsked_, state_.freeBytesAsked) != state_.freeBytesAsked) {
+    freeBytesOf_ = recorder_.Listener();
+  }
+  eeprom_->ShowFreeBytes(FreeBytesArePresent());
   desk_->Editor().OptionsChanged();
 }
 

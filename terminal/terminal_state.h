@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -20,6 +21,8 @@ class TerminalState {
   FlashState flash = FlashState::Unknown;
   /// Free EEPROM bytes when they were last read, if there was a reply.
   std::optional<double> freeBytes;
+  /// When they were asked for last.
+  std::optional<std::chrono::system_clock::time_point> freeBytesAsked;
   /// What came in place of a good answer when they were asked for last, in German, UTF-8.
   std::string freeBytesLack;
 

@@ -95,8 +95,12 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
   EXPECT_TRUE(Text("lblBestand").starts_with("Seit dem Löschen ("));
   EXPECT_NE(Text("lblBestand").find(") wurde von hier nichts geschrieben; sonst liegt dort nichts"),
             std::string::npos);
+  EXPECT_EQ(Text("lblFreeBytes"), "8192");
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
   Select(9);
   Click("cmdSetConfig");
+  Tell();
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("zuletzt gelesen "));
   EXPECT_EQ(Rows().size(), 1u);
   EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: keines gewählt");
   EXPECT_TRUE(Text("lblBestand")
@@ -104,6 +108,9 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
                                "geschrieben wurde. 1 Eintrag, ungewiss."));
   Select(5);
   WriteShown("Gruß");
+  Tell();
+  EXPECT_EQ(Text("lblMakroFrei"), Text("lblFreeBytes") + " Byte, zuletzt gelesen");
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
   port.Lose();
   EXPECT_EQ(Rows(), std::vector<std::string>{});
   EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: niemand, getrennt");
