@@ -2,6 +2,7 @@
 
 #include "base/val.h"
 #include "help/help_desk.h"
+#include "inventory_page/inventory_view.h"
 #include "inventory_page/write_desk.h"
 #include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
@@ -113,6 +114,7 @@ void frmhaupt::ShowTerminal() {
     freeBytesOf_ = recorder_.Listener();
   }
   eeprom_->ShowFreeBytes(FreeBytesArePresent());
+  inventory_->Refresh();  // which leaves out what is shown beside it
   desk_->Editor().OptionsChanged();
 }
 
