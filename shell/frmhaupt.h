@@ -104,6 +104,8 @@ class frmhaupt : public QMainWindow {
   PresentTerminal Present();
   void AddTwinActions(QMenu* view);
   Twins::Services TwinServices();
+  /// The address under which nobody is known to listen.
+  std::optional<int> AbsentAddress() const;
   std::vector<int> StoredAddresses();
   void FollowBus();
   void MakeAdviser();

@@ -54,10 +54,11 @@ Twins::Services frmhaupt::TwinServices() {
 
 void frmhaupt::MakeTwins() {
   const auto names = [this](int address) { return head_->NameOf(address); };
-  twin_ = new TwinPanel(twins_, names);
+  twin_ = new TwinPanel(twins_, names, [this] { return AbsentAddress(); });
   dckAnzeige = Named(new QDockWidget(tr("Anzeige (Nachbildung)"), this), "dckAnzeige");
   dckAnzeige->setWidget(twin_);
-  addDockWidget(Qt::RightDockWidgetArea, dckAnzeige);
+  // There it leaves the pages their width on a small screen, too.
+  addDockWidget(Qt::BottomDockWidgetArea, dckAnzeige);
   dckAnzeige->hide();
   wall_ = new TwinWall(
       twins_, names, [this] { return StoredAddresses(); }, this);
@@ -69,10 +70,17 @@ void frmhaupt::MakeTwins() {
   });
 }
 
+// As the head says it.
+std::optional<int> frmhaupt::AbsentAddress() const {
+  return lineState_.Listens() == Listening::Nobody ? lineState_.Address() : std::nullopt;
+}
+
 // What a preview can begin on.
 PresentTerminal frmhaupt::Present() {
   twins_.CatchUp();
-  const Twin* const twin = twins_.Present();
+  const auto absent = AbsentAddress();
+  const bool nobody = absent && absent == twins_.PresentAddress();
+  const Twin* const twin = nobody ? nullptr : twins_.Present();
   return twin == nullptr ? PresentTerminal() : PresentTerminal{&twin->terminal, twin->Certain()};
 }
 

@@ -21,6 +21,15 @@ TEST_F(TwinDockTest, IsOffAtTheFirstStartRememberedAndSendsNothing) {
   window.reset();
   Start();
   EXPECT_TRUE(Find<QDockWidget>("dckAnzeige").isVisible());
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(12);
+  Click("cmdDovuAktivieren");
+  Click("cmdVerbindungPruefen");
+  Trigger("mnuAnsichtAnzeige");
+  Trigger("mnuAnsichtAnzeige");
+  EXPECT_EQ(Text("lblHoerer"), "keines gewählt");
+  EXPECT_EQ(Text("lblAnzeigeWer"), "Nachbildung: keines gewählt");
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(9);
+  Click("cmdDovuAktivieren");
   terminal.Answer("?A", "?A9;");
   terminal.Answer("?V", "2.10F;");
   Click("cmdVerbindungPruefen");

@@ -22,7 +22,7 @@ struct TwinPages : public ::testing::Test, protected TwinWorld {
   /// The Terminal shows a frame, and that is known.
   void DrawFrame() {
     Say(Esc + "!A5;");
-    Query("?V");
+    AskInfo();
     Talk(Esc + "GC" + Esc + "GP5,5;" + Esc + "GR90,60;");
   }
   void Talk(const std::string& text) {
@@ -38,8 +38,9 @@ struct TwinPages : public ::testing::Test, protected TwinWorld {
     while (!done()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
   }
 
+  std::optional<int> absent;
   TwinNames names = [](int address) { return address == 5 ? "Pumpe" : ""; };
-  TwinPanel panel{twins, names};
+  TwinPanel panel{twins, names, [this] { return absent; }};
   TwinWall wall{twins, names, [] { return std::vector{5, 9}; }, nullptr};
 };
 
@@ -65,6 +66,28 @@ TEST_F(TwinPages, PanelSaysWhatThePictureRestsOn) {
   Until([&] { return Words("lblAnzeigeWer") == "Nachbildung: Adresse 6"; });
   EXPECT_EQ(Words("lblAnzeigeStand"),
             "Unbekannt, weil mit diesem Terminal noch nicht gesprochen wurde.");
+  absent = 6;
+  panel.Changed();
+  Until([&] { return Words("lblAnzeigeWer") == "Nachbildung: keines gewählt"; });
+  EXPECT_EQ(Words("lblAnzeigeStand"), "Unbekannt, weil unter Adresse 6 niemand geantwortet hat.");
+  absent = 254;
+  Talk(Esc + "!A5;" + Esc + "!A254;");
+  Until([&] { return Words("lblAnzeigeWer").ends_with("Adresse 5 (zuletzt gewählt)"); });
+}
+
+// Its outermost pixels are beside the frame, not under it.
+TEST_F(TwinPages, PictureIsWhollySeen) {
+  DrawFrame();
+  Talk(Esc + "GP0,0;" + Esc + "GR239,127;");
+  Settle();
+  TwinPicture picture;
+  picture.Show(twins.Present());
+  picture.resize(picture.minimumSizeHint());
+  const QImage seen = picture.grab().toImage();
+  for (const QPoint at : {QPoint(0, 0), QPoint(239, 0), QPoint(0, 127), QPoint(239, 127)}) {
+    EXPECT_EQ(seen.pixel(at + QPoint(1, 1)), picture.Image().pixel(5, 5)) << at.x() << at.y();
+  }
+  EXPECT_NE(seen.pixel(0, 0), picture.Image().pixel(5, 5));
 }
 
 TEST_F(TwinPages, WallShowsTheStoredAndTheSpokenWith) {
@@ -83,6 +106,8 @@ TEST_F(TwinPages, WallShowsTheStoredAndTheSpokenWith) {
   Talk(Esc + "!A7;" + Esc + "GC");
   Until([&] { return list.count() == 3; });
   EXPECT_EQ(text(1), "Adresse 7\nunbekannt");
+  Talk(Esc + "!A5;" + Esc + "R" + Esc + "GC");  // macro 0 may have set another size
+  Until([&] { return text(0) == "Pumpe, Adresse 5\nunbekannt, Größe angenommen"; });
 }
 
 }  // namespace

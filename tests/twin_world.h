@@ -22,6 +22,11 @@ struct TwinWorld : BusWorld {
 
   void Say(const std::string& text) { exchange.SendString(text); }
   void Write(const std::string& text) { Send(text); }
+  /// Which tells its size.
+  void AskInfo() {
+    Say("\x1B??");
+    Collect("");
+  }
   void Settle() {
     exchange.WaitUntilSent();
     loop.RunFor(milliseconds(250));
@@ -38,7 +43,8 @@ struct TwinWorld : BusWorld {
     Settle();
     return *twins.Of(address);
   }
-  bool Certain(int address) { return Of(address).Certain(); }
+  /// If its size is the one assumed.
+  bool Certain(int address) { return Of(address).Certain() || Of(address).OnlySizeAssumed(); }
   /// It is certain, and as it says.
   void ExpectRight(int address, const std::string& what) {
     EXPECT_TRUE(Certain(address)) << what << ": doubt "

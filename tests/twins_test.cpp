@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "bus/terminal_search.h"
 #include "tests/random_twin_world.h"
 
 namespace kelvo::testing_world {
@@ -153,7 +154,7 @@ TEST(Twins, KeepWhatIsKnownWhenTheAddressIsTold) {
   world.Say(Esc + "GC" + Esc + "GP5,5;" + RandomMacros::Call(3));
   world.Settle();
   ASSERT_NE(world.twins.Present(), nullptr);
-  EXPECT_TRUE(world.twins.Present()->Certain());
+  EXPECT_TRUE(world.twins.Present()->OnlySizeAssumed());
   EXPECT_FALSE(world.twins.PresentAddress());
   world.Query("?A");
   world.ExpectRight(7, "the same one");
@@ -161,6 +162,31 @@ TEST(Twins, KeepWhatIsKnownWhenTheAddressIsTold) {
   world.Say(Esc + "!A8;" + Esc + "GC");
   world.Say(Esc + "!A255;" + Esc + "GR80,80;");
   world.ExpectRight(7, "all are one of them");
+}
+
+// What it draws lies outside of a small display, and on a large one there is more of it.
+TEST(Twins, ClaimNoPictureOfASizeThatIsOnlyAssumed) {
+  TwinWorld world({{.address = 1, .width = 128, .height = 64},
+                   {.address = 2},
+                   {.address = 3, .width = 320, .height = 240}});
+  TerminalState state;
+  TerminalSearch search({world.exchange, state, [&world] {
+                           world.port.Close();
+                           return world.port.Open() == PortOk;
+                         }});
+  search.Run(5, 2.0, [](const auto&) {});
+  for (const int address : {1, 2, 3}) {
+    EXPECT_FALSE(world.Of(address).Certain()) << address;
+    EXPECT_TRUE(world.Of(address).OnlySizeAssumed()) << address;
+  }
+  for (const int address : {4, 5}) EXPECT_EQ(world.twins.Of(address), nullptr) << address;
+  for (const int address : {1, 2, 3}) {
+    world.Say(Esc + "!A" + std::to_string(address) + ";");
+    world.AskInfo();
+    world.Say(FoundDisplay(address));
+    EXPECT_TRUE(world.Of(address).Certain()) << address;
+    world.ExpectRight(address, "its size is told");
+  }
 }
 
 // More of them: KELVO_TWIN_WORLDS=1000.

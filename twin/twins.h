@@ -36,8 +36,14 @@ struct Twin {
   std::uint64_t beginnings = 0;
   std::optional<WallTime> answered;
 
-  /// The picture, and with it whatever it came from, is certain.
-  bool Certain() const { return knowledge.Knows(Knowledge::Picture); }
+  /// The picture, and with it whatever it came from, is certain. What the display has no room for
+  /// is not seen: of a size that is only assumed no picture is.
+  bool Certain() const { return Drawn() && knowledge.KnowsSize(); }
+  /// It would be, if the size is the one assumed.
+  bool OnlySizeAssumed() const { return Drawn() && !knowledge.KnowsSize(); }
+
+ private:
+  bool Drawn() const { return knowledge.Knows(Knowledge::Picture); }
 };
 
 /// Models of the Terminals on the line, made of everything that crosses it, whoever sends it. Their

@@ -27,6 +27,13 @@ std::string PartWords(Knowledge::Parts parts) {
 
 std::string MakroWords(int number) { return "Makro " + std::to_string(number); }
 
+std::string SizeWords(const Twin& twin) {
+  const PixelMap& pixels = twin.terminal.Display().Pixels();
+  return "Unbekannt, weil die Größe " + std::to_string(pixels.Width()) + " × " +
+         std::to_string(pixels.Height()) +
+         " angenommen ist. Gewissheit bringt \"Version und Info lesen\" auf der Seite Status.";
+}
+
 }  // namespace
 
 std::string DoubtWords(const Knowledge& knowledge) {
@@ -84,6 +91,7 @@ std::string RemedyWords(const Knowledge& knowledge) {
 
 std::string TwinWords(const Twin& twin, std::string (*clock)(WallTime time)) {
   const Knowledge& knowledge = twin.knowledge;
+  if (twin.OnlySizeAssumed()) return SizeWords(twin);
   if (!twin.Certain()) {
     return "Unbekannt, weil " + DoubtWords(knowledge) + ". " + RemedyWords(knowledge);
   }
@@ -92,11 +100,6 @@ std::string TwinWords(const Twin& twin, std::string (*clock)(WallTime time)) {
   if (twin.answered) words += "; zuletzt geantwortet um " + clock(*twin.answered);
   words += ".";
   if (!knowledge.KnowsCursor()) words += " Cursor unbekannt.";
-  if (!knowledge.KnowsSize()) {
-    const PixelMap& pixels = twin.terminal.Display().Pixels();
-    words += " Die Größe " + std::to_string(pixels.Width()) + " × " +
-             std::to_string(pixels.Height()) + " ist angenommen.";
-  }
   return words;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -51,10 +52,12 @@ void TwinFollower::Show() {
   if (twins_.Behind()) Changed();
 }
 
-TwinPanel::TwinPanel(Twins& twins, TwinNames names, QWidget* parent)
+TwinPanel::TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<int>()> absent,
+                     QWidget* parent)
     : QWidget(parent),
       twins_(twins),
       names_(std::move(names)),
+      absent_(std::move(absent)),
       follower_(twins, *this, [this] { ShowTwin(); }) {
   lblAnzeigeWer = Named(new QLabel, "lblAnzeigeWer");
   lblAnzeigeWer->setAccessibleName(tr("Wessen Anzeige das ist"));
@@ -68,11 +71,32 @@ TwinPanel::TwinPanel(Twins& twins, TwinNames names, QWidget* parent)
   lblAnzeigeStand->setWordWrap(true);
   lblAnzeigeStand->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblAnzeigeStand->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  auto* const body = new QWidget;
+  sides_ = new QBoxLayout(QBoxLayout::LeftToRight, body);
+  sides_->setContentsMargins({});
+  sides_->addWidget(ctlAnzeigeBild, 0, Qt::AlignTop);
+  sides_->addWidget(lblAnzeigeStand, 1);
+  room_ = new QScrollArea;
+  room_->setFrameShape(QFrame::NoFrame);
+  room_->setFocusPolicy(Qt::NoFocus);
+  room_->setWidgetResizable(true);
+  room_->setWidget(body);
   auto* const column = new QVBoxLayout(this);
   column->addWidget(lblAnzeigeWer);
-  column->addWidget(ctlAnzeigeBild);
-  column->addWidget(lblAnzeigeStand);
-  column->addStretch(1);
+  column->addWidget(room_, 1);
+}
+
+void TwinPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Arrange();
+}
+
+// At the bottom of the window the words stand beside the picture, at its side below.
+void TwinPanel::Arrange() {
+  const bool wide = width() > height() * 3 / 2;
+  sides_->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  sides_->setAlignment(ctlAnzeigeBild, wide ? Qt::AlignTop : Qt::Alignment());
+  ctlAnzeigeBild->SetRoomHeight(wide ? room_->height() : QWIDGETSIZE_MAX);
 }
 
 void TwinPanel::showEvent(QShowEvent* event) {
@@ -80,13 +104,24 @@ void TwinPanel::showEvent(QShowEvent* event) {
   follower_.Show();
 }
 
-void TwinPanel::ShowTwin() {
-  const Twin* const twin = twins_.Present();
+// Who has handed over still shows what it showed.
+QString TwinPanel::Who(std::optional<int> absent) const {
   const auto address = twins_.PresentAddress();
-  const QString who = address ? TwinName(*address, names_) : tr("das Terminal, das gerade hört");
-  lblAnzeigeWer->setText(tr("Nachbildung: %1").arg(who));
+  if (absent && absent == address) return tr("keines gewählt");
+  if (!address) return tr("das Terminal, das gerade hört");
+  const QString name = TwinName(*address, names_);
+  return absent ? tr("%1 (zuletzt gewählt)").arg(name) : name;
+}
+
+void TwinPanel::ShowTwin() {
+  const auto absent = absent_ ? absent_() : std::nullopt;
+  const bool nobody = absent && absent == twins_.PresentAddress();
+  const Twin* const twin = nobody ? nullptr : twins_.Present();
+  lblAnzeigeWer->setText(tr("Nachbildung: %1").arg(Who(absent)));
   ctlAnzeigeBild->Show(twin);
-  lblAnzeigeStand->setText(TwinText(twin));
+  lblAnzeigeStand->setText(
+      nobody ? tr("Unbekannt, weil unter Adresse %1 niemand geantwortet hat.").arg(*absent)
+             : TwinText(twin));
 }
 
 }  // namespace kelvo

@@ -3,11 +3,14 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "twin/twins.h"
 
+class QBoxLayout;
 class QLabel;
+class QScrollArea;
 
 namespace kelvo {
 
@@ -43,22 +46,31 @@ class TwinPanel : public QWidget {
   Q_OBJECT
 
  public:
-  TwinPanel(Twins& twins, TwinNames names, QWidget* parent = nullptr);
+  /// `absent`: the address under which nobody is known to listen, if that is so; another than the
+  /// model's where nobody has been selected on purpose. Empty: everybody spoken to is there.
+  TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<int>()> absent = {},
+            QWidget* parent = nullptr);
 
   void Changed() { follower_.Changed(); }
   const TwinPicture& Picture() const { return *ctlAnzeigeBild; }
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void Arrange();
   void ShowTwin();
+  QString Who(std::optional<int> absent) const;
 
   Twins& twins_;
   TwinNames names_;
+  std::function<std::optional<int>()> absent_;
   QLabel* lblAnzeigeWer;
   TwinPicture* ctlAnzeigeBild;
   QLabel* lblAnzeigeStand;
+  QBoxLayout* sides_;
+  QScrollArea* room_;
   TwinFollower follower_;
 };
 

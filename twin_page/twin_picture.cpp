@@ -40,7 +40,7 @@ void PaintDoubt(QPainter& painter, const QRect& place) {
 }
 
 TwinPicture::TwinPicture(QWidget* parent) : QWidget(parent), image_(TwinImage(nullptr)) {
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
 }
@@ -53,7 +53,17 @@ void TwinPicture::Show(const Twin* twin) {
   update();
 }
 
-QSize TwinPicture::sizeHint() const { return minimumSizeHint(); }
+void TwinPicture::SetRoomHeight(int height) {
+  if (height == roomHeight_) return;
+  roomHeight_ = height;
+  updateGeometry();
+}
+
+// Where only the width limits it, it takes what there is.
+QSize TwinPicture::sizeHint() const {
+  if (roomHeight_ == QWIDGETSIZE_MAX) return minimumSizeHint();
+  return (QSizeF(image_.size()) * Scale(QWIDGETSIZE_MAX)).toSize() + QSize(2 * kFrame, 2 * kFrame);
+}
 
 QSize TwinPicture::minimumSizeHint() const {
   return image_.size() / devicePixelRatioF() + QSize(2 * kFrame, 2 * kFrame);
@@ -62,7 +72,9 @@ QSize TwinPicture::minimumSizeHint() const {
 // In screen pixels, which on a fine screen are smaller than the window's.
 double TwinPicture::Scale(int width) const {
   const double ratio = devicePixelRatioF();
-  return std::max(1, static_cast<int>((width - 2 * kFrame) * ratio / image_.width())) / ratio;
+  const double wide = (width - 2 * kFrame) * ratio / image_.width();
+  const double high = (roomHeight_ - 2 * kFrame) * ratio / image_.height();
+  return std::max(1, static_cast<int>(std::min(wide, high))) / ratio;
 }
 
 int TwinPicture::heightForWidth(int width) const {

@@ -12,7 +12,7 @@ namespace kelvo {
 QImage TwinImage(const Twin* twin);
 
 /// A model's display, every pixel as a square of whole screen pixels, as large as the
-/// room's width allows.
+/// room allows.
 class TwinPicture : public QWidget {
   Q_OBJECT
 
@@ -21,6 +21,8 @@ class TwinPicture : public QWidget {
   /// Null: nobody has been spoken with.
   void Show(const Twin* twin);
   const QImage& Image() const { return image_; }
+  /// It is no higher than this, unless a pixel would be smaller than one of the screen.
+  void SetRoomHeight(int height);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -35,6 +37,7 @@ class TwinPicture : public QWidget {
 
   QImage image_;
   bool doubted_ = true;
+  int roomHeight_ = QWIDGETSIZE_MAX;
 };
 
 /// Grey hatching over a picture that is not certain.

@@ -34,6 +34,13 @@ QPixmap TilePixmap(const Twin* twin) {
   return tile;
 }
 
+QString StateOf(const Twin* twin) {
+  if (twin == nullptr) return QObject::tr("noch nicht angesprochen");
+  if (twin->Certain()) return QObject::tr("errechnet");
+  return twin->OnlySizeAssumed() ? QObject::tr("unbekannt, Größe angenommen")
+                                 : QObject::tr("unbekannt");
+}
+
 }  // namespace
 
 TwinWall::TwinWall(Twins& twins, TwinNames names, std::function<std::vector<int>()> stored,
@@ -101,10 +108,7 @@ void TwinWall::ShowTile(QListWidgetItem& tile, int address) {
   if (found != drawn_.end() && found->second == drawn) return;
   drawn_.insert_or_assign(address, drawn);
   tile.setIcon(TilePixmap(twin));
-  const QString state = twin == nullptr   ? tr("noch nicht angesprochen")
-                        : twin->Certain() ? tr("errechnet")
-                                          : tr("unbekannt");
-  tile.setText(drawn.name + QStringLiteral("\n") + state);
+  tile.setText(drawn.name + QStringLiteral("\n") + StateOf(twin));
   tile.setToolTip(drawn.text);
   tile.setFlags(twin == nullptr ? Qt::ItemIsSelectable : Qt::ItemIsSelectable | Qt::ItemIsEnabled);
 }
