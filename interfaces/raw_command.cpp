@@ -7,6 +7,7 @@
 
 #include "base/wire_text.h"
 #include "link/control_characters.h"
+#include "widgets/contrast.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/wire_field.h"
@@ -17,6 +18,7 @@ RawCommand::RawCommand(Exchange& exchange, Operator& person, QWidget* parent)
     : QGroupBox(tr("Einzelner Befehl"), parent), exchange_(exchange) {
   Befehl = Named(new WireField, "Befehl");
   Befehl->setPlaceholderText(tr("zum Beispiel ?V oder !A5;"));
+  KeepPlaceholderReadable(Befehl);
   cmdBefehlSenden = MakeButton("cmdBefehlSenden", tr("Befehl &senden"),
                                tr("Sendet ESC und den Befehl, wie er dasteht."));
   cmdSenden = MakeButton("cmdSenden_0", tr("&Wie getippt senden"),

@@ -6,10 +6,8 @@
 namespace kelvo {
 namespace {
 
-// Numbers 9 and 15 of the 16-colour palette.
-constexpr QRgb kLightBlue = qRgb(0, 0, 255);
-constexpr QRgb kWhite = qRgb(255, 255, 255);
-constexpr QRgb kBlack = qRgb(0, 0, 0);
+constexpr QRgb kLightBlue = qRgb(0, 0, 255);  // number 9 of the 16-colour palette
+constexpr QRgb kOnLightBlue = qRgb(255, 255, 255);
 
 }  // namespace
 
@@ -22,10 +20,11 @@ KeyCell::KeyCell(QWidget* parent) : WireField(parent) {
 void KeyCell::Paint(KeyColour colour) {
   if (colour == colour_) return;
   colour_ = colour;
-  const bool pressed = colour == KeyColour::LightBlue;
-  QPalette colours = palette();
-  colours.setColor(QPalette::Base, QColor(pressed ? kLightBlue : kWhite));
-  colours.setColor(QPalette::Text, QColor(pressed ? kWhite : kBlack));
+  QPalette colours;
+  if (colour == KeyColour::LightBlue) {
+    colours.setColor(QPalette::Base, QColor(kLightBlue));
+    colours.setColor(QPalette::Text, QColor(kOnLightBlue));
+  }
   setPalette(colours);
 }
 

@@ -5,8 +5,8 @@
 
 namespace kelvo {
 
-/// The box of one key in the matrix key grid. It is white on every desktop, because its colour
-/// shows whether the key is pressed.
+/// The box of one key in the matrix key grid: a field like every other, and blue while the key is
+/// pressed.
 class KeyCell : public WireField {
   Q_OBJECT
 

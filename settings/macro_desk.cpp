@@ -8,6 +8,7 @@
 #include "settings/macro_edit.h"
 #include "settings/macro_hint.h"
 #include "settings/remark_list.h"
+#include "widgets/contrast.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -35,10 +36,14 @@ MacroDesk::MacroDesk(QWidget* parent)
       divider_(Named(new QSplitter(Qt::Vertical), "splMakroHinweise")),
       hintRow_(new QHBoxLayout) {
   txtMakro->setPlaceholderText(tr("(Makrotext)"));
+  KeepPlaceholderReadable(txtMakro);
   txtMakro->setAccessibleName(tr("Makrotext"));
   lblMakroParameter->setTextFormat(Qt::RichText);
   // A long line must not widen the page.
   lblMakroParameter->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  lblMakroParameter->setWordWrap(true);
+  lblMakroParameter->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  KeepRoom(lblMakroParameter, 2);
   divider_->addWidget(txtMakro);
   divider_->addWidget(lstMakroHinweise);
   divider_->setChildrenCollapsible(false);
@@ -82,8 +87,9 @@ void MacroDesk::Check() {
 }
 
 void MacroDesk::ShowHint() {
-  lblMakroParameter->setText(
-      RichText(HintAt(txtMakro->Wire(), txtMakro->Caret(), context_.display)));
+  const QString text = RichText(HintAt(txtMakro->Wire(), txtMakro->Caret(), context_.display));
+  lblMakroParameter->setText(text);
+  lblMakroParameter->setToolTip(text);
 }
 
 void MacroDesk::Jump(bool backwards) {

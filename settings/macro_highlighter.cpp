@@ -4,6 +4,8 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "widgets/contrast.h"
+
 namespace kelvo {
 namespace {
 
@@ -26,7 +28,7 @@ QColor SeverityColour(Severity severity, const QPalette& palette) {
     case Severity::Hint:
       break;
   }
-  return palette.color(QPalette::PlaceholderText);
+  return FaintText(palette);
 }
 
 MacroHighlighter::MacroHighlighter(QPlainTextEdit& editor)
@@ -43,7 +45,7 @@ void MacroHighlighter::Show(std::vector<Piece> pieces, std::vector<Remark> remar
 
 void MacroHighlighter::MakeFormats() {
   const QPalette& palette = editor_.palette();
-  const QColor faint = palette.color(QPalette::PlaceholderText);
+  const QColor faint = FaintText(palette);
   const std::pair<PieceKind, QColor> colours[] = {
       {PieceKind::Letters, Coloured(palette, Blue)},
       {PieceKind::Unknown, faint},

@@ -13,6 +13,7 @@
 #include "settings/macro_page.h"
 #include "settings/macro_table.h"
 #include "settings/macros.h"
+#include "widgets/contrast.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/number_note.h"
@@ -113,6 +114,7 @@ QWidget* MacroPage::MakeWriting() {
   QFormLayout* form = MakeForm(group);
   txtMakroNr = Named(new WireField, "txtMakroNr");
   txtMakroNr->setPlaceholderText(tr("(Nr)"));
+  KeepPlaceholderReadable(txtMakroNr);
   txtMakroNr->setMaximumWidth(fontMetrics().averageCharWidth() * 12);
   lblMakroFrei = Named(new QLabel, "lblMakroFrei");
   cmdSetMakro = MakeButton("cmdSetMakro", tr("Makro &schreiben"),

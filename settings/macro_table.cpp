@@ -9,6 +9,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "widgets/contrast.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -21,6 +22,7 @@ MacroTable::MacroTable(QWidget* parent)
       tblMakros(Named(new QTableView, "tblMakros")) {
   model_->setParent(this);
   txtMakroSuche->setPlaceholderText(tr("Suchen (Strg+F)"));
+  KeepPlaceholderReadable(txtMakroSuche);
   txtMakroSuche->setAccessibleName(tr("Gespeicherte Texte suchen"));
   txtMakroSuche->setToolTip(tr("Sucht in Bezeichnung, Nummer, Art und Text."));
   txtMakroSuche->setClearButtonEnabled(true);

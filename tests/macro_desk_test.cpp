@@ -8,6 +8,7 @@
 #include "settings/macro_picture.h"
 #include "tests/page_fixture.h"
 #include "tests/test_fonts.h"
+#include "widgets/contrast.h"
 
 namespace kelvo {
 namespace {
@@ -137,6 +138,27 @@ TEST_F(MacroDeskTest, ColoursFollowTheText) {
   Edit().undo();
   EXPECT_EQ(Editor("txtMakro"), "\x1bGR1,x;");
   EXPECT_FALSE(page->Records().DraftNames().empty());
+}
+
+TEST_F(MacroDeskTest, EveryColourIsReadOnLightAndDark) {
+  Type("txtMakro", "\x1bGR1,5;\x1bxx\x1bGTab\x04\r\x1bGP7,8;");
+  for (const auto& [base, text] :
+       {std::pair(Qt::white, Qt::black), std::pair(Qt::black, Qt::white)}) {
+    QPalette palette;
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Text, text);
+    Edit().setPalette(palette);
+    for (int at = 0; at < Edit().document()->firstBlock().length() - 1; ++at) {
+      const QTextCharFormat format = FormatAt(at);
+      const QColor colour = format.hasProperty(QTextFormat::ForegroundBrush)
+                                ? format.foreground().color()
+                                : QColor(text);
+      EXPECT_GE(Contrast(colour, base), 3) << at << " " << colour.name().toStdString();
+    }
+    const QColor placeholder = Edit().palette().color(QPalette::PlaceholderText);
+    EXPECT_EQ(placeholder.alpha(), 255);
+    EXPECT_GE(Contrast(placeholder, base), 3);
+  }
 }
 
 TEST_F(MacroDeskTest, ThePreviewRunsWhatIsTypedAndFollowsKnownMacros) {

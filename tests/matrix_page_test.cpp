@@ -235,6 +235,16 @@ TEST_F(MatrixPageTest, TakesOverATableThatItUnderstandsAndGivesItBack) {
   EXPECT_EQ(Cell(5).Wire() + Cell(1).Wire(), before);
 }
 
+TEST_F(MatrixPageTest, KeysHaveTheDesktopsColours) {
+  StartOnPage();
+  QPalette dark;
+  dark.setColor(QPalette::Base, Qt::black);
+  dark.setColor(QPalette::Text, Qt::white);
+  page->setPalette(dark);
+  EXPECT_EQ(Cell(5).palette().color(QPalette::Base), QColor(Qt::black));
+  EXPECT_EQ(Cell(5).palette().color(QPalette::Text), QColor(Qt::white));
+}
+
 TEST_F(MatrixPageTest, ShowsPressedKeys) {
   StartOnPage();
   // A key can be pressed to find out which lines it is wired to.
