@@ -42,6 +42,18 @@ TEST_F(TwinDockTest, IsOffAtTheFirstStartRememberedAndSendsNothing) {
   EXPECT_NE(Text("lblAnzeigeStand").find("die Verbindung verloren ging"), std::string::npos);
 }
 
+TEST_F(TwinDockTest, LeavesThePagesTheirWidth) {
+  StartOn(Tab::Macros);
+  window->resize(1024, 768);
+  QApplication::processEvents();
+  const int before = Find<QTabWidget>("cmdTab").width();
+  Trigger("mnuAnsichtAnzeige");
+  QApplication::processEvents();
+  EXPECT_EQ(Find<QTabWidget>("cmdTab").width(), before);
+  EXPECT_EQ(window->size(), QSize(1024, 768));
+  EXPECT_LT(Find<QDockWidget>("dckAnzeige").minimumSizeHint().height(), 160);
+}
+
 // The inventory tells which macros an earlier run has written.
 TEST_F(TwinDockTest, KnowsTheMacrosOfAnEarlierRun) {
   terminal.Answer("E?F", "8142;");
