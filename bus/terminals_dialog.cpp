@@ -69,7 +69,7 @@ void TerminalsDialog::Present() {
 
 void TerminalsDialog::ShowState(int row, bool ticked, const std::string& state, QColor colour) {
   list_->Tick(row, ticked);
-  list_->topLevelItem(row)->setText(list_->columnCount() - 1, QString::fromStdString(state));
+  list_->SetText(row, list_->columnCount() - 1, QString::fromStdString(state));
   list_->Colour(row, colour);
 }
 

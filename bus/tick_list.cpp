@@ -1,9 +1,12 @@
 #include "bus/tick_list.h"
 
+#include <algorithm>
+
 namespace kelvo {
 namespace {
 
 constexpr int kTickColumn = 0;
+constexpr int kWidestColumn = 45;  // characters
 
 Qt::CheckState CheckStateOf(bool ticked) { return ticked ? Qt::Checked : Qt::Unchecked; }
 
@@ -25,8 +28,21 @@ int TickList::Add(const QStringList& texts, bool ticked) {
   auto* row = new QTreeWidgetItem(texts);
   row->setFlags(row->flags() | Qt::ItemIsUserCheckable);
   row->setCheckState(kTickColumn, CheckStateOf(ticked));
+  for (int column = 0; column < texts.size(); ++column) row->setToolTip(column, texts[column]);
   addTopLevelItem(row);
   return Rows() - 1;
+}
+
+void TickList::SetText(int row, int column, const QString& text) {
+  QTreeWidgetItem& item = *topLevelItem(row);
+  item.setText(column, text);
+  item.setToolTip(column, text);
+}
+
+void TickList::FitColumn(int column) {
+  resizeColumnToContents(column);
+  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
+  setColumnWidth(column, std::min(columnWidth(column), widest));
 }
 
 bool TickList::Ticked(int row) const {

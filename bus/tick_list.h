@@ -14,6 +14,10 @@ class TickList : public QTreeWidget {
   int Rows() const { return topLevelItemCount(); }
   /// Adds a row at the end and returns its number (from 0).
   int Add(const QStringList& texts, bool ticked);
+  /// Sets a cell, and its tool tip for where the column is too narrow for it.
+  void SetText(int row, int column, const QString& text);
+  /// Makes a column as wide as its texts, but no wider than leaves room for the others.
+  void FitColumn(int column);
   bool Ticked(int row) const;
   void Tick(int row, bool ticked);
   void TickAll(bool ticked);

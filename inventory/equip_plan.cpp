@@ -2,19 +2,18 @@
 
 #include <algorithm>
 
+#include "inventory/terminal_name.h"
 #include "terminal/eeprom.h"
 
 namespace kelvo {
 namespace {
 
-std::string Bytes(std::int64_t bytes) {
-  return std::to_string(bytes) + (bytes == 1 ? " Byte" : " Bytes");
-}
+std::string Bytes(std::int64_t bytes) { return std::to_string(bytes) + " Byte"; }
 
 std::string RoomRemark(std::int64_t needed, std::int64_t free, bool fits) {
   return "Platz: gebraucht werden mindestens " + Bytes(needed) + " (errechnet) und " +
-         std::to_string(kEepromReserve) + " Reserve; frei sind " + Bytes(free) + " (gelesen)." +
-         (fits ? "" : " Das reicht nicht.");
+         std::to_string(kEepromReserve) + " Byte Reserve; frei sind " + Bytes(free) +
+         " (gelesen)." + (fits ? "" : " Das reicht nicht.");
 }
 
 void AddRoom(TargetPlan& plan, const EquipJob& job, const std::optional<TargetReading>& reading) {
@@ -70,8 +69,7 @@ std::string StepText(const EquipJob& job, std::size_t step) {
 }
 
 std::string TargetText(const EquipTarget& target) {
-  const std::string address = "Adresse " + std::to_string(target.id.address);
-  return target.name.empty() ? address : target.name + " (" + address + ")";
+  return TerminalName(target.name, target.id.address);
 }
 
 Outlook OutlookOf(const Item& item, const Inventory* there, bool erase) {

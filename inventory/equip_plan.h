@@ -36,7 +36,7 @@ struct EquipJob {
 
 /// "Makro 7 \"Begrüßung\"" or what the step behind the items is.
 std::string StepText(const EquipJob& job, std::size_t step);
-/// "Pumpe 3 (Adresse 5)"
+/// "Pumpe 3, Adresse 5"
 std::string TargetText(const EquipTarget& target);
 
 /// What a Terminal tells of itself when it is asked.

@@ -38,6 +38,10 @@ void BeginAnew(TargetProgress& target) {
 
 void TakeOfTarget(TargetProgress& target, const EquipEntry& entry) {
   using Erase = TargetProgress::Erase;
+  if (entry.what == What::EraseBegun || entry.what == What::Erased ||
+      entry.what == What::EraseFailed) {
+    target.eraseTime = entry.time;
+  }
   switch (entry.what) {
     case What::Version:
       target.version = entry.text;
@@ -85,6 +89,8 @@ EquipProgress::EquipProgress(const EquipJob& job) : targets(job.targets.size()) 
 }
 
 void EquipProgress::Take(const EquipEntry& entry) {
+  if (!first) first = entry.time;
+  last = entry.time;
   if (entry.target < targets.size()) TakeOfTarget(targets[entry.target], entry);
 }
 

@@ -63,7 +63,8 @@ struct TargetProgress {
   std::optional<std::string> version;
   Erase erase = Erase::No;
   std::optional<std::int64_t> freeBytes;  ///< as read last
-  bool begunSince = false;                ///< a step was begun after that
+  JournalTime eraseTime{};
+  bool begunSince = false;  ///< a step was begun after that
   std::vector<StepProgress> steps;
   std::string stopped;  ///< why nothing more was done; UTF-8
   bool anew = false;    ///< it did not hold any more what had been written
@@ -80,6 +81,8 @@ struct EquipProgress {
   bool Done() const;
 
   std::vector<TargetProgress> targets;
+  std::optional<JournalTime> first;  ///< when the first entry was made
+  JournalTime last{};                ///< and the last one so far
 };
 
 }  // namespace kelvo

@@ -1,11 +1,26 @@
 #include "inventory/equip_report.h"
 
 #include <algorithm>
+#include <chrono>
+#include <ctime>
 
 namespace kelvo {
 namespace {
 
 using State = StepProgress::State;
+
+// In local time.
+std::string ReportMoment(JournalTime time) {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+  const std::time_t moment = std::chrono::system_clock::to_time_t(seconds);
+  std::tm local{};
+  localtime_r(&moment, &local);
+  char text[40];
+  const std::size_t length = std::strftime(text, sizeof text, "%d.%m.%Y %H:%M:%S", &local);
+  return {text, length};
+}
+
+std::string WhenText(JournalTime time) { return " (" + ReportMoment(time) + ")"; }
 
 std::string ProofText(WriteVerdict verdict) {
   return verdict == WriteVerdict::Proven ? "geschrieben, mit Prüfsumme geprüft"
@@ -23,15 +38,22 @@ std::string EraseText(const EquipJob& job, const TargetProgress& target) {
   if (!job.erase) return "  Vorher nicht gelöscht.\n";
   switch (target.erase) {
     case TargetProgress::Erase::Done:
-      return "  EEPROM gelöscht und bestätigt.\n";
+      return "  EEPROM gelöscht und bestätigt" + WhenText(target.eraseTime) + ".\n";
     case TargetProgress::Erase::Begun:
-      return "  Löschen begonnen; ob es ausgeführt wurde, ist nicht bekannt.\n";
+      return "  Löschen begonnen" + WhenText(target.eraseTime) +
+             "; ob es ausgeführt wurde, ist nicht bekannt.\n";
     case TargetProgress::Erase::Failed:
-      return "  Löschen gesendet, aber nicht bestätigt.\n";
+      return "  Löschen gesendet, aber nicht bestätigt" + WhenText(target.eraseTime) + ".\n";
     case TargetProgress::Erase::No:
       break;
   }
   return "  Nicht gelöscht.\n";
+}
+
+std::string StepLine(const std::string& what, const StepProgress& step) {
+  std::string line = "  " + what + ": " + StepStateText(step);
+  if (step.state != State::Open) line += WhenText(step.time);
+  return line + "\n";
 }
 
 std::string TargetReport(const EquipJob& job, const EquipTarget& target,
@@ -46,10 +68,10 @@ std::string TargetReport(const EquipJob& job, const EquipTarget& target,
         "geschrieben.\n";
   }
   for (std::size_t step = 0; step < progress.steps.size(); ++step) {
-    text += "  " + StepText(job, step) + ": " + StepStateText(progress.steps[step]) + "\n";
+    text += StepLine(StepText(job, step), progress.steps[step]);
   }
   if (progress.freeBytes) {
-    text += "  Freier Platz zuletzt: " + std::to_string(*progress.freeBytes) + " Bytes (gelesen)\n";
+    text += "  Freier Platz zuletzt: " + std::to_string(*progress.freeBytes) + " Byte (gelesen)\n";
   }
   return text + "\n";
 }
@@ -92,7 +114,12 @@ std::string TargetStateText(const TargetProgress& target) {
 }
 
 std::string EquipReport(const EquipJob& job, const EquipProgress& progress) {
-  std::string text = "Terminal ausstatten: Bericht\n\nQuelle: " + job.equipment.origin + "\n\n";
+  std::string text = "Terminal ausstatten: Bericht\n\nQuelle: " + job.equipment.origin + "\n";
+  if (progress.first) {
+    text += "Begonnen: " + ReportMoment(*progress.first) +
+            "\nStand: " + ReportMoment(progress.last) + "\n";
+  }
+  text += "\n";
   for (std::size_t i = 0; i < job.targets.size(); ++i) {
     text += TargetReport(job, job.targets[i], progress.targets[i]);
   }

@@ -143,7 +143,7 @@ std::optional<WriteResult> ProvenWrite::LacksRoom(std::size_t bytes) {
   }
   if (static_cast<double>(bytes) <= free.Number() - kEepromReserve) return std::nullopt;
   return Failure(WriteVerdict::NoRoom, free,
-                 "nicht genügend Platz, frei sind " + NumberText(free.Number()) + " Bytes");
+                 "nicht genügend Platz, frei sind " + NumberText(free.Number()) + " Byte");
 }
 
 WriteResult ProvenWrite::WriteAndProve(bool canSum, const Item& item) {

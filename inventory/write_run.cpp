@@ -15,6 +15,8 @@ std::string JobText(const WriteJob& job) {
       return "wartet";
     case JobState::Writing:
       return "schreibt …";
+    case JobState::Open:
+      return "offen";
     case JobState::Over:
       break;
   }
@@ -33,8 +35,7 @@ std::string JobSummary(const std::vector<WriteJob>& jobs) {
   std::string text = ended(WriteVerdict::Proven) + " geprüft, " +
                      ended(WriteVerdict::AcknowledgedOnly) + " bestätigt ohne Prüfsumme, " +
                      count([](const WriteJob& job) { return job.Failed(); }) + " fehlgeschlagen";
-  const std::string open =
-      count([](const WriteJob& job) { return job.state == JobState::Waiting; });
+  const std::string open = count([](const WriteJob& job) { return job.state == JobState::Open; });
   if (open != "0") text += ", " + open + " offen";
   return text + ".";
 }
@@ -59,6 +60,9 @@ void WriteRun::Run(std::vector<WriteJob>& jobs, std::optional<int> selectAfter,
     job.result = write.Write(job.address, job.canSum, job.order.item, job.order.frame);
     job.ticked = !job.result.Done();
     change(i, JobState::Over);
+  }
+  for (std::size_t i = 0; i < jobs.size(); ++i) {
+    if (jobs[i].state == JobState::Waiting) change(i, JobState::Open);
   }
   if (exchange_.Alive()) {
     exchange_.SendString(SelectAddress(selectAfter.value_or(kClosingAddress)));

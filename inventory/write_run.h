@@ -24,6 +24,7 @@ enum class JobState : std::uint8_t {
   Waiting,  ///< its turn is still to come
   Writing,
   Over,  ///< its result tells
+  Open,  ///< the run has ended before its turn
 };
 
 /// One item for one Terminal, and how far it is.

@@ -72,7 +72,7 @@ void EquipDialog::ShowRun() {
 bool EquipDialog::Confirm(const EquipJob& job) {
   std::string names;
   for (const EquipTarget& target : job.targets) {
-    names += (names.empty() ? "" : ", ") + TargetText(target);
+    names += (names.empty() ? "" : "; ") + TargetText(target);
   }
   const std::string erase =
       job.erase ? " Das EEPROM wird vorher gelöscht, mit allem, was darin liegt." : "";

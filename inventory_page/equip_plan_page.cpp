@@ -24,7 +24,7 @@ constexpr std::size_t kLargestFile = 10'000'000;
 constexpr char kFilter[] = "Bestand |*.txt";
 constexpr int kBytesColumn = 2;
 constexpr int kOutlookColumn = 3;
-constexpr int kReadColumn = 3;
+constexpr int kReadColumn = 2;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
 
@@ -51,9 +51,9 @@ QWidget* EquipPlanPage::MakeSource() {
       MakeButton("cmdAusstattenLaden", tr("&Laden …"), tr("Nimmt einen Bestand aus einer Datei."));
   cmdAusstattenSichern = MakeButton("cmdAusstattenSichern", tr("Si&chern …"),
                                     tr("Speichert diesen Bestand in einer Textdatei."));
-  ctlAusstattenPosten = Named(
-      new TickList({tr("Posten"), tr("Bezeichnung"), tr("Bytes"), tr("am Ziel")}, {18, 18, 7}),
-      "ctlAusstattenPosten");
+  ctlAusstattenPosten =
+      Named(new TickList({tr("Posten"), tr("Bezeichnung"), tr("Byte"), tr("am Ziel")}, {18, 18, 7}),
+            "ctlAusstattenPosten");
   ctlAusstattenPosten->setAccessibleName(tr("Posten"));
   ctlAusstattenPosten->headerItem()->setToolTip(kBytesColumn,
                                                 tr("mindestens, errechnet; was das Terminal dazu "
@@ -67,9 +67,9 @@ QWidget* EquipPlanPage::MakeSource() {
 
 QWidget* EquipPlanPage::MakeTargets() {
   auto* group = new QGroupBox(tr("Ziele"));
-  ctlAusstattenZiele = Named(
-      new TickList({tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("gelesen")}, {20, 9, 15}),
-      "ctlAusstattenZiele");
+  ctlAusstattenZiele =
+      Named(new TickList({tr("Terminal"), tr("Checksumme"), tr("gelesen")}, {27, 15}),
+            "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
                                   tr("Fragt die angekreuzten nach Adresse, Version und freiem "
@@ -160,13 +160,13 @@ void EquipPlanPage::FillTargets() {
     AddTarget({{device, address}, names[i], Val(checksums[i]) != 0}, address == selected);
   }
   if (!listed) AddTarget({{device, *selected}, {}, {}}, true);
+  ctlAusstattenZiele->FitColumn(0);
   filling_ = false;
 }
 
 void EquipPlanPage::AddTarget(EquipTarget target, bool ticked) {
   ctlAusstattenZiele->Add(
-      {target.name.empty() ? tr("(gewähltes Terminal)") : Text(target.name),
-       QString::number(target.id.address),
+      {Text(TargetText(target)),
        target.checksum ? Text(YesNoText(*target.checksum)) : tr("nach Version"), QString()},
       ticked);
   targets_.push_back(std::move(target));
@@ -269,8 +269,8 @@ void EquipPlanPage::ShowOutlooks(const EquipJob& job) {
   for (std::size_t i = 0; i < equipment_.items.size(); ++i) {
     const Item& item = equipment_.items[i];
     const Outlook outlook = OutlookOf(item, there, job.erase);
-    ctlAusstattenPosten->topLevelItem(static_cast<int>(i))
-        ->setText(kOutlookColumn, view ? Text(OutlookText(outlook, item, there)) : QString());
+    ctlAusstattenPosten->SetText(static_cast<int>(i), kOutlookColumn,
+                                 view ? Text(OutlookText(outlook, item, there)) : QString());
   }
   filling_ = false;
 }
@@ -317,9 +317,9 @@ void EquipPlanPage::cmdAusstattenLesen_Click() {
 void EquipPlanPage::ShowReading(std::size_t row) {
   const TargetReading& reading = readings_.at(row);
   const QString text =
-      reading.Complete() ? tr("%1, %2 Bytes frei").arg(Text(reading.version)).arg(reading.freeBytes)
+      reading.Complete() ? tr("%1, %2 Byte frei").arg(Text(reading.version)).arg(reading.freeBytes)
                          : Text(reading.problem);
-  ctlAusstattenZiele->topLevelItem(static_cast<int>(row))->setText(kReadColumn, text);
+  ctlAusstattenZiele->SetText(static_cast<int>(row), kReadColumn, text);
 }
 
 }  // namespace kelvo

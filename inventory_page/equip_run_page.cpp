@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "inventory/equip_report.h"
 #include "link/commands.h"
@@ -19,6 +20,7 @@ namespace {
 
 constexpr char kFilter[] = "Text |*.txt";
 constexpr int kStateColumn = 1;
+constexpr int kWidestStep = 60;  // characters
 // What a step costs beside its own characters, in characters: the questions around it.
 constexpr std::size_t kAroundStep = 80;
 
@@ -29,6 +31,12 @@ std::size_t WorkOf(const EquipJob& job, std::size_t step) {
   const std::size_t characters =
       step < items.size() ? items[step].command.size() : job.equipment.settings.size();
   return characters + kAroundStep;
+}
+
+// With a tool tip for where the column is too narrow for it.
+void ShowCell(QTreeWidgetItem& row, int column, const std::string& text) {
+  row.setText(column, Text(text));
+  row.setToolTip(column, Text(text));
 }
 
 QString EndText(EquipRun::End end, const EquipProgress& progress) {
@@ -115,23 +123,29 @@ void EquipRunPage::FillTree() {
   const EquipJob& job = log_->Job();
   ctlAusstattenLauf->clear();
   for (std::size_t i = 0; i < job.targets.size(); ++i) {
-    auto* target = new QTreeWidgetItem({Text(TargetText(job.targets[i]))});
+    auto* target = new QTreeWidgetItem;
+    ShowCell(*target, 0, TargetText(job.targets[i]));
     for (std::size_t step = 0; step < job.Steps(); ++step) {
-      target->addChild(new QTreeWidgetItem({Text(StepText(job, step))}));
+      target->addChild(new QTreeWidgetItem);
+      ShowCell(*target->child(static_cast<int>(step)), 0, StepText(job, step));
     }
     ctlAusstattenLauf->addTopLevelItem(target);
     ShowTarget(i);
   }
-  if (job.targets.size() == 1) ctlAusstattenLauf->expandAll();
+  ctlAusstattenLauf->expandAll();
+  ctlAusstattenLauf->resizeColumnToContents(0);
+  const int widest = fontMetrics().averageCharWidth() * kWidestStep;
+  ctlAusstattenLauf->setColumnWidth(0, std::min(ctlAusstattenLauf->columnWidth(0), widest));
+  if (job.targets.size() > 1) ctlAusstattenLauf->collapseAll();
 }
 
 void EquipRunPage::ShowTarget(std::size_t target) {
   const TargetProgress& progress = log_->Progress().targets[target];
   QTreeWidgetItem* const row = ctlAusstattenLauf->topLevelItem(static_cast<int>(target));
-  row->setText(kStateColumn, Text(TargetStateText(progress)));
+  ShowCell(*row, kStateColumn, TargetStateText(progress));
   for (std::size_t step = 0; step < progress.steps.size(); ++step) {
-    row->child(static_cast<int>(step))
-        ->setText(kStateColumn, Text(StepStateText(progress.steps[step])));
+    ShowCell(*row->child(static_cast<int>(step)), kStateColumn,
+             StepStateText(progress.steps[step]));
   }
 }
 

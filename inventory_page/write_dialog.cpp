@@ -6,6 +6,7 @@
 
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
+#include "inventory/terminal_name.h"
 
 namespace kelvo {
 namespace {
@@ -23,8 +24,8 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
     : TerminalsDialog(
           {"frmSchreiben", "ctlSchreibenListe", "lblSchreibenMoment", "lblSchreibenErgebnis",
            "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAbbruch"},
-          {{tr("Terminal"), tr("Adresse"), tr("Was"), tr("Checksumme"), tr("Zustand")},
-           {18, 9, 30, 14},
+          {{tr("Terminal"), tr("Was"), tr("Checksumme"), tr("Zustand")},
+           {27, 30, 14},
            tr("&Schreiben"),
            tr("Wählt die angekreuzten nacheinander, schreibt und prüft, was angekommen ist."),
            tr("&Alle"),
@@ -49,10 +50,11 @@ void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
 void WriteDialog::FillList() {
   List()->clear();
   for (const WriteJob& job : jobs_) {
-    List()->Add({Text(job.terminal), QString::number(job.address), Text(WhatText(job.order.item)),
+    List()->Add({Text(TerminalName(job.terminal, job.address)), Text(WhatText(job.order.item)),
                  Text(YesNoText(job.canSum)), QString()},
                 job.ticked);
   }
+  List()->FitColumn(0);
   StartButton()->setEnabled(!jobs_.empty());
   ResultLabel()->setText(jobs_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());
 }
@@ -68,7 +70,8 @@ void WriteDialog::Run() {
   const std::optional<int> selected = services_.selected();
   run_.Run(jobs_, selected, [this](std::size_t index) {
     ShowJob(index);
-    if (jobs_[index].state == JobState::Waiting) return;
+    const JobState state = jobs_[index].state;
+    if (state == JobState::Waiting || state == JobState::Open) return;
     List()->ScrollTo(static_cast<int>(index));
     if (jobs_[index].state == JobState::Writing) ShowProgress(index);
   });
@@ -79,8 +82,9 @@ void WriteDialog::ShowProgress(std::size_t index) {
   const auto all = std::count_if(jobs_.begin(), jobs_.end(), [](const WriteJob& job) {
     return job.state == JobState::Waiting || job.state == JobState::Writing;
   });
-  ResultLabel()->setText(
-      tr("Schreibt in \"%1\", danach noch %2 …").arg(Text(jobs_[index].terminal)).arg(all - 1));
+  ResultLabel()->setText(tr("Schreibt in \"%1\", danach noch %2 …")
+                             .arg(Text(TerminalName(jobs_[index].terminal, jobs_[index].address)))
+                             .arg(all - 1));
 }
 
 void WriteDialog::ShowJob(std::size_t index) {
@@ -91,7 +95,6 @@ void WriteDialog::ShowJob(std::size_t index) {
             proven         ? GoodColour()
             : job.Failed() ? FailedColour()
                            : QColor());
-  List()->topLevelItem(row)->setToolTip(List()->columnCount() - 1, Text(JobText(job)));
 }
 
 void WriteDialog::ShowSummary(std::optional<int> selected) {

@@ -73,10 +73,10 @@ class EquipDialogTest : public PageTest {
 
 TEST_F(EquipDialogTest, ShowsThePlanReadsAndWritesOnlyAfterAQuestion) {
   EXPECT_NE(Plan().find("Makro 7 \"Begrüßung\", Makro 0."), std::string::npos) << Plan();
-  EXPECT_NE(Plan().find("Tor (Adresse 6)"), std::string::npos);
+  EXPECT_NE(Plan().find("Tor, Adresse 6"), std::string::npos);
   EXPECT_TRUE(port.written.empty());
   Click("cmdAusstattenLesen");
-  EXPECT_NE(Plan().find("frei sind 8192 Bytes (gelesen)"), std::string::npos) << Plan();
+  EXPECT_NE(Plan().find("frei sind 8192 Byte (gelesen)"), std::string::npos) << Plan();
 
   Find<QCheckBox>("chkAusstattenLoeschen").setChecked(true);
   port.written.clear();

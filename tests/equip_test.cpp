@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <regex>
 
 #include "inventory/equip_report.h"
 #include "link/commands.h"
@@ -167,6 +168,14 @@ TEST(Equip, ABlankTerminalHoldsAfterwardsWhatTheOriginalHeld) {
   EXPECT_NE(report.find("6 von 6 geschrieben, davon 6 geprüft"), std::string::npos) << report;
   EXPECT_NE(report.find("6 von 6 geschrieben, davon 0 geprüft"), std::string::npos) << report;
   EXPECT_NE(report.find("nicht vollständig bekannt"), std::string::npos) << report;
+  // The run and each of the twelve steps have their times.
+  const std::string moment = R"(\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d)";
+  EXPECT_TRUE(
+      std::regex_search(report, std::regex("Begonnen: " + moment + "\nStand: " + moment + "\n")))
+      << report;
+  const std::regex step("geprüft \\(" + moment + "\\)\n|ohne Prüfsumme \\(" + moment + "\\)\n");
+  EXPECT_EQ(std::distance(std::sregex_iterator(report.begin(), report.end(), step), {}), 12)
+      << report;
 }
 
 TEST(Equip, EndedAnywhereItGoesOnUntilAllIsThereAndNeverTellsTooMuch) {

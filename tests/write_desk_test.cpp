@@ -37,7 +37,7 @@ class WriteDeskTest : public WindowTest {
   }
   std::string State(int row) {
     const QTreeWidgetItem& item = *Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(row);
-    return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(4).toStdString();
+    return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(3).toStdString();
   }
 
   DeviceFonts fonts;
@@ -134,7 +134,7 @@ TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   Click("cmdSchreiben");
   EXPECT_FALSE(Find("frmSchreiben").isVisible());
   EXPECT_EQ(State(0), "empfangen und bestätigt");
-  EXPECT_EQ(State(2), "*wartet");
+  EXPECT_EQ(State(2), "*offen");
   EXPECT_TRUE(port.written.ends_with("\x1b!A9;"));
 }
 

@@ -64,7 +64,7 @@ TEST_F(WriteRunTest, EachHasItsOwnVerdictAndOnlyTheFailedAreWrittenAgain) {
   port.onCharacter = undisturbed;
   const WriteResult& wrong = jobs[10].result;
   EXPECT_EQ(Verdicts(),
-            "ok|ok|ok|*nicht geschrieben: nicht genügend Platz, frei sind 30 Bytes|ok|"
+            "ok|ok|ok|*nicht geschrieben: nicht genügend Platz, frei sind 30 Byte|ok|"
             "*nicht bestätigt: das Terminal hat es abgelehnt (NAK)|ok|"
             "*nicht geschrieben: unter Adresse 7 antwortet niemand|ok|ok|*" +
                 ResultText(wrong) + "|ok|ok|bestätigt, ohne Prüfsumme|ok|ok|");
@@ -89,7 +89,7 @@ TEST_F(WriteRunTest, StopsBetweenTwoAndGoesOnWithTheOpenOnes) {
   loop.After(milliseconds(300), [this] { run.Stop(); });
   Run();
   EXPECT_TRUE(Verdicts().starts_with("ok|ok|")) << Verdicts();
-  EXPECT_TRUE(Verdicts().ends_with("*wartet|*wartet|"));
+  EXPECT_TRUE(Verdicts().ends_with("*offen|*offen|"));
   EXPECT_EQ(Holds(15), false);
   Run();
   EXPECT_EQ(JobSummary(jobs), "15 geprüft, 1 bestätigt ohne Prüfsumme, 0 fehlgeschlagen.");
@@ -105,7 +105,7 @@ TEST_F(WriteRunTest, LostLineEndsItWhereverItIs) {
     Run();
     for (const WriteJob& job : jobs) EXPECT_TRUE(!job.Done() || Holds(job.address)) << ms;
     EXPECT_TRUE(jobs.back().ticked);
-    EXPECT_EQ(JobText(jobs.back()), "wartet") << ms;
+    EXPECT_EQ(JobText(jobs.back()), "offen") << ms;
     loop.RunFor(milliseconds(2000));
   }
 }
