@@ -77,13 +77,15 @@ std::string AgainstText(Against::Kind kind) {
   return "unbekannt";
 }
 
-std::string TakenText(const Inventory& inventory, const ItemKey& key, const std::string& name) {
+std::string TakenText(const Inventory& inventory, const ItemKey& key, const std::string& name,
+                      const std::string& command) {
   const std::string number = "Nummer " + std::to_string(key.number) + ": ";
   if (inventory.DoubtAt(key) != nullptr) return number + "Was dort liegt, ist ungewiss.";
   const Held* const held = inventory.At(key);
   if (held == nullptr) return {};
-  const bool own = held->item.key.kind == key.kind && IsNamed(*held, name);
-  if (own) return {};
+  const auto item = ItemOf(command, {}, key.kind);
+  const bool same = item && ItemContent(*item) == ItemContent(held->item);
+  if (held->item.key.kind == key.kind && (same || IsNamed(*held, name))) return {};
   const std::string what = held->item.name.empty() ? "ohne Namen" : "„" + held->item.name + "“";
   return number + "belegt mit " + ItemKindText(held->item.key.kind) + " " + what + ".";
 }

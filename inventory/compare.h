@@ -36,9 +36,10 @@ Against AgainstDatabase(const Inventory& inventory, const Held& held,
 /// "gleich", "geändert", "nicht in der Datenbank", "unbekannt"
 std::string AgainstText(Against::Kind kind);
 
-/// What a number is taken by that something of `kind` and `name` is about to be written under, in
-/// German: "Nummer 3: belegt mit AT-Tabelle „Zehner“."; empty when that overwrites nothing else
-/// that is known.
-std::string TakenText(const Inventory& inventory, const ItemKey& key, const std::string& name);
+/// What a number is taken by that a command, made from the record of that `name`, is about to write
+/// under, in German: "Nummer 3: belegt mit AT-Tabelle „Zehner“."; empty when that overwrites
+/// nothing else that is known: an older one of the same record, or just this.
+std::string TakenText(const Inventory& inventory, const ItemKey& key, const std::string& name,
+                      const std::string& command);
 
 }  // namespace kelvo

@@ -4,8 +4,10 @@
 #include <QPushButton>
 #include <QTime>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "inventory_page/write_desk.h"
+#include "link/addresses.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 
@@ -28,6 +30,7 @@ ProvenBar::ProvenBar(const char* what, WriteDesk& desk, Operator& person, Order 
   column->addLayout(ButtonRow({one_, many_}));
   column->addWidget(result_);
   OnSend(one_, this, person, &ProvenBar::Write);
+  connect(&desk_, &WriteDesk::Changed, this, &ProvenBar::ClearOutdated);
   OnClick(many_, this, person, &ProvenBar::WriteToMany);
 }
 
@@ -37,8 +40,29 @@ void ProvenBar::Write() {
   if (!order) return;
   const std::optional<std::string> result = desk_.Write(*order);
   if (!result) return;
+  told_ = {desk_.Selected(), order->item.key, desk_.Journal().Entries().size()};
   result_->setText(tr("%1 %2").arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")),
                                    QString::fromStdString(*result)));
+}
+
+bool ProvenBar::Outdated() const {
+  if (told_->address != desk_.Selected()) return true;
+  const auto& entries = desk_.Journal().Entries();
+  const auto since = entries.begin() + static_cast<std::ptrdiff_t>(told_->entries);
+  return std::any_of(since, entries.end(), [this](const JournalEntry& entry) {
+    if (entry.event == Event::FreeBytes) return false;
+    const int address = entry.terminal.address;
+    const bool here = address == told_->address || address == kAllAddresses;
+    return here && (entry.change.kind == ItemChange::Kind::Erased ||
+                    SamePlace(entry.change.key, told_->key));
+  });
+}
+
+// What was told holds no longer; its room stays.
+void ProvenBar::ClearOutdated() {
+  if (!told_ || !Outdated()) return;
+  told_.reset();
+  result_->clear();
 }
 
 void ProvenBar::WriteToMany() {

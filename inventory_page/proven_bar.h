@@ -30,9 +30,19 @@ class ProvenBar : public QWidget {
  private:
   void Write();
   void WriteToMany();
+  void ClearOutdated();
+  bool Outdated() const;
+
+  /// What the result that is shown tells of.
+  struct Told {
+    std::optional<int> address;
+    ItemKey key;
+    std::size_t entries = 0;  ///< of the journal, until then
+  };
 
   WriteDesk& desk_;
   Order order_;
+  std::optional<Told> told_;
   QPushButton* one_;
   QPushButton* many_;
   QLabel* result_;

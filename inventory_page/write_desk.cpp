@@ -40,6 +40,12 @@ std::optional<int> WriteDesk::Selected() const {
   return services_.line.Listens() == Listening::One ? services_.line.Address() : std::nullopt;
 }
 
+std::string WriteDesk::AnswersFrom() const {
+  if (const auto address = Selected()) return "von Adresse " + std::to_string(*address);
+  return services_.line.Listens() == Listening::All ? "von allen zugleich (255)"
+                                                    : "von unbekannter Adresse";
+}
+
 bool WriteDesk::HasTarget() {
   if (Selected()) return true;
   services_.person.Message(NoTarget(services_.line.Listens()), Icon::Exclamation);

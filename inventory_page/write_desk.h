@@ -9,6 +9,7 @@
 
 #include "base/event_loop.h"
 #include "base/operator.h"
+#include "inventory/journal.h"
 #include "inventory/write_run.h"
 #include "link/line_state.h"
 #include "store/recordset.h"
@@ -32,6 +33,7 @@ class WriteDesk : public QObject {
     const LineState& line;
     const Recordset& terminals;  ///< `DOVU`
     const Recordset& options;    ///< `Optionen`
+    const WriteJournal& journal;
   };
   /// The window is that of the dialog.
   WriteDesk(Services services, QWidget* window);
@@ -47,10 +49,17 @@ class WriteDesk : public QObject {
   void WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders);
   /// The Terminal that listens, if it is one and known.
   std::optional<int> Selected() const;
+  /// In German who answers now: "von Adresse 5". UTF-8
+  std::string AnswersFrom() const;
+  /// Another Terminal is selected, or something was written or deleted.
+  void NoteChange() { Q_EMIT Changed(); }
+  const WriteJournal& Journal() const { return services_.journal; }
 
  Q_SIGNALS:
   /// Something is over: what came of it.
   void Finished(const QString& result, bool failed);
+  /// What holds of a Terminal may be something else now.
+  void Changed();
 
  private:
   std::optional<WriteResult> WriteTo(int address, const WriteOrder& order);

@@ -57,6 +57,7 @@ void AtPage::ShowStored() {
 void AtPage::Edited() {
   ShowOrder();
   tables_->Edited();
+  lblATTastBelegt->RefreshSoon();
 }
 
 // Sending asks nothing, so it must be plain beforehand that the Terminal gets something else.
@@ -324,7 +325,7 @@ std::optional<Command> AtPage::TableCommand(const Edit& edit) {
 void AtPage::cmdSetATTab_Click() {
   if (!RowsComplete()) return;
   const Edit edit = OnScreen();
-  const Sending sending(services_.exchange, {tables_->CurrentName(), "ATTab"});
+  const Sending sending(services_.exchange, {tables_->GivenName(), "ATTab"});
   if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto command = TableCommand(edit);
   if (!command) return;
@@ -338,8 +339,14 @@ std::optional<WriteOrder> AtPage::OrderShown() {
   const Edit edit = OnScreen();
   const auto command = TableCommand(edit);
   if (!command) return std::nullopt;
-  return TableOrder(ItemKind::AtTable, *command, services_.tables.Text("Bezeichnung").value_or(""),
-                    services_.person, {{}, ActivateAtTable(TableNumber(edit.number)).Text(), 0});
+  return TableOrder(ItemKind::AtTable, *command, tables_->GivenName(), services_.person,
+                    {{}, ActivateAtTable(TableNumber(edit.number)).Text(), 0});
+}
+
+NumberNote::Shown AtPage::TableToWrite() const {
+  const Edit edit = OnScreen();
+  if (edit.pairs.empty()) return {tables_->GivenName(), {}};
+  return {tables_->GivenName(), CreateATTab(Val(edit.number), edit.pairs).Text()};
 }
 
 void AtPage::cmdClearATTast_Click() {
@@ -350,7 +357,7 @@ void AtPage::cmdClearATTast_Click() {
 void AtPage::cmdATRead_Click() {
   const Reply reply = services_.exchange.SendQuery(AskAtTable());
   read_ = reply.Failed() ? std::nullopt : AtTableOf(reply.text);
-  ShowReadTable(*cmdATUebernehmen, *lblATGelesen, reply,
+  ShowReadTable(*cmdATUebernehmen, *lblATGelesen, services_.writeDesk, reply,
                 read_ ? std::optional(read_->number) : std::nullopt);
   services_.person.Message(ScreenText(reply.text));
 }
@@ -363,7 +370,9 @@ void AtPage::cmdATUebernehmen_Click() {
   Show({read_->pairs, std::to_string(read_->number)});
   Edited();
   services_.person.Done().Note("Übernehmen der Tabelle", [this, record, before] {
-    if (record == 0 || tables_->Select(record)) Show(before);
+    if (record != 0 && !tables_->Select(record)) return;
+    Show(before);
+    Edited();
   });
   Q_EMIT Hint(tr("Die gelesene Tabelle steht in der Liste; gespeichert ist sie noch nicht."));
 }

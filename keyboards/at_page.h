@@ -13,6 +13,7 @@
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
+#include "widgets/number_note.h"
 #include "widgets/record_editor.h"
 
 class QComboBox;
@@ -26,7 +27,6 @@ class QTableView;
 namespace kelvo {
 
 class AtList;
-class NumberNote;
 class WireField;
 class WriteDesk;
 
@@ -120,6 +120,7 @@ class AtPage : public QWidget, public Receiver {
   void cmdATKlartextclear_Click();
   void cmdSetATTab_Click();
   std::optional<WriteOrder> OrderShown();
+  NumberNote::Shown TableToWrite() const;
   void cmdClearATTast_Click();
   void cmdATRead_Click();
   void cmdATUebernehmen_Click();

@@ -123,7 +123,7 @@ QWidget* AtPage::MakeTerminalTable() {
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtATTastNr, tr("0 … 255")),
                               "lblATTastNrBereich"));
   lblATTastBelegt =
-      new NumberNote("lblATTastBelegt", *txtATTastNr, [this] { return tables_->CurrentName(); });
+      new NumberNote("lblATTastBelegt", *txtATTastNr, [this] { return TableToWrite(); });
   form->addRow(lblATTastBelegt);
   cmdATUebernehmen = MakeButton("cmdATUebernehmen", tr("Gelesenes übernehmen"),
                                 tr("Zeigt die gelesene Tabelle in der Liste, als Änderung dieses "

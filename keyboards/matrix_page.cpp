@@ -157,6 +157,11 @@ void MatrixPage::chkTastSpalte_Click(int column) {
   LinesChanged();
 }
 
+void MatrixPage::Edited() {
+  tables_->Edited();
+  lblTastTabBelegt->RefreshSoon();
+}
+
 void MatrixPage::LinesChanged() {
   lblTastHinweis->setHidden(MatrixOutputMask != 0 && MatrixInputMask != 0);
   Edited();
@@ -238,7 +243,7 @@ void MatrixPage::cmdMatrixDisable_Click() { services_.exchange.SendString(StopMa
 
 void MatrixPage::cmdSetMatrixTab_Click() {
   const Edit edit = OnScreen();
-  const Sending sending(services_.exchange, {tables_->CurrentName(), "MatrixTab"});
+  const Sending sending(services_.exchange, {tables_->GivenName(), "MatrixTab"});
   if (!HasRoomForTable(services_.exchange, services_.state, services_.person)) return;
   const auto mode = ModeCommand(edit.table);
   if (!mode) return;
@@ -255,8 +260,13 @@ std::optional<WriteOrder> MatrixPage::OrderShown() {
   const auto mode = ModeCommand(edit.table);
   if (!mode) return std::nullopt;
   return TableOrder(ItemKind::MatrixTable, CreateTastTab(Val(edit.number), edit.table),
-                    services_.tables.Text("Bezeichnung").value_or(""), services_.person,
+                    tables_->GivenName(), services_.person,
                     {*mode, ActivateMatrixTable(TableNumber(edit.number)).Text(), 0});
+}
+
+NumberNote::Shown MatrixPage::ShownTable() const {
+  const Edit edit = OnScreen();
+  return {tables_->GivenName(), CreateTastTab(Val(edit.number), edit.table).Text()};
 }
 
 void MatrixPage::cmdClearMatrixTast_Click() {
@@ -267,7 +277,7 @@ void MatrixPage::cmdClearMatrixTast_Click() {
 void MatrixPage::cmdMatrixRead_Click() {
   const Reply reply = services_.exchange.SendQuery(AskMatrixTable());
   read_ = reply.Failed() ? std::nullopt : MatrixTableOf(reply.text);
-  ShowReadTable(*cmdMatrixUebernehmen, *lblMatrixGelesen, reply,
+  ShowReadTable(*cmdMatrixUebernehmen, *lblMatrixGelesen, services_.writeDesk, reply,
                 read_ ? std::optional(read_->number) : std::nullopt);
   services_.person.Message(ScreenText(reply.text));
 }
@@ -279,7 +289,9 @@ void MatrixPage::cmdMatrixUebernehmen_Click() {
   Show({read_->table, std::to_string(read_->number)});
   tables_->Edited();
   services_.person.Done().Note("Übernehmen der Tabelle", [this, record, before] {
-    if (record == 0 || tables_->Select(record)) Show(before);
+    if (record != 0 && !tables_->Select(record)) return;
+    Show(before);
+    Edited();
   });
   Q_EMIT Hint(tr("Die gelesene Tabelle steht im Tastenfeld; gespeichert ist sie noch nicht."));
 }

@@ -13,6 +13,7 @@
 #include "link/exchange.h"
 #include "link/receive_events.h"
 #include "terminal/terminal_state.h"
+#include "widgets/number_note.h"
 #include "widgets/record_editor.h"
 
 class QCheckBox;
@@ -24,7 +25,6 @@ class QPushButton;
 namespace kelvo {
 
 class KeyCell;
-class NumberNote;
 class WireField;
 class WriteDesk;
 
@@ -101,7 +101,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void ShowCell(int row, int column);
   void LinesChanged();
   void ShowMeaning(int index);
-  void Edited() { tables_->Edited(); }
+  void Edited();
   void Refuse(int index, const QString& reason);
   void MoveFocus(int index, int rows, int columns);
   void OrderTabs();
@@ -115,6 +115,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void cmdMatrixDisable_Click();
   void cmdSetMatrixTab_Click();
   std::optional<WriteOrder> OrderShown();
+  NumberNote::Shown ShownTable() const;
   void cmdClearMatrixTast_Click();
   void cmdMatrixRead_Click();
   void cmdMatrixUebernehmen_Click();

@@ -136,7 +136,7 @@ QWidget* MatrixPage::MakeTerminalTable() {
                        *Named(AddRow(form, tr("Tabellen-&Nummer:"), txtTastTabNr, tr("0 … 255")),
                               "lblTastTabNrBereich"));
   lblTastTabBelegt =
-      new NumberNote("lblTastTabBelegt", *txtTastTabNr, [this] { return tables_->CurrentName(); });
+      new NumberNote("lblTastTabBelegt", *txtTastTabNr, [this] { return ShownTable(); });
   form->addRow(lblTastTabBelegt);
   form->addRow(cmdSetMatrixTab);
   if (services_.writeDesk != nullptr) {

@@ -5,6 +5,7 @@
 #include <QTime>
 
 #include "base/val.h"
+#include "inventory_page/write_desk.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -21,9 +22,10 @@ void ShowTableNumberRange(WireField& field, QLabel& range) {
   QObject::connect(&field, &WireField::textChanged, &range, show);
 }
 
-void ShowReadTable(QPushButton& take, QLabel& words, const Reply& reply,
+void ShowReadTable(QPushButton& take, QLabel& words, const WriteDesk* desk, const Reply& reply,
                    std::optional<int> number) {
-  const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+  QString time = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+  if (desk != nullptr) time += QStringLiteral(" ") + QString::fromStdString(desk->AnswersFrom());
   take.setEnabled(number.has_value());
   words.setText(number           ? QObject::tr("%1 gelesen: Tabelle %2").arg(time).arg(*number)
                 : reply.Failed() ? QObject::tr("%1: keine Antwort").arg(time)

@@ -83,6 +83,7 @@ void MacroPage::Edited() {
   ShowLength();
   OfferNumber();
   records_->Edited();
+  lblMakroBelegt->RefreshSoon();
 }
 
 // What is written under a number is mostly run under the same.
@@ -240,7 +241,7 @@ bool MacroPage::CheckText(const std::string& text) {
 void MacroPage::WriteMakro(int number, const std::string& suffix) {
   const std::string text = txtMakro->Wire();
   if (!CheckText(text)) return;
-  const Sending sending(services_.exchange, {records_->CurrentName(), "Makro"});
+  const Sending sending(services_.exchange, {records_->GivenName(), "Makro"});
   if (!HasRoom(services_.exchange, services_.state, services_.person, text.size())) return;
   SendToEEprom(services_.exchange, services_.person, kelvo::WriteMakro(number, text), suffix);
 }
@@ -252,9 +253,8 @@ std::optional<WriteOrder> MacroPage::OrderShown() {
   if (!number) InvalidNumber(txtMakroNr);
   if (!number || !CheckText(text)) return std::nullopt;
   WriteOrder order;
-  order.item = {{ItemKind::Macro, *number},
-                kelvo::WriteMakro(*number, text).Text(),
-                services_.macros.Text("Bezeichnung").value_or("")};
+  order.item = {
+      {ItemKind::Macro, *number}, kelvo::WriteMakro(*number, text).Text(), records_->GivenName()};
   order.frame.room = text.size();
   return order;
 }

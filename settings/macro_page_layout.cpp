@@ -123,8 +123,9 @@ QWidget* MacroPage::MakeWriting() {
   cmdSetAutostartMakro =
       MakeButton("cmdSetAutostartMakro", tr("Als A&utostart schreiben"),
                  tr("Schreibt den Text als Makro 0, das das Terminal beim Einschalten ausführt."));
-  lblMakroBelegt =
-      new NumberNote("lblMakroBelegt", *txtMakroNr, [this] { return records_->CurrentName(); });
+  lblMakroBelegt = new NumberNote("lblMakroBelegt", *txtMakroNr, [this] {
+    return NumberNote::Shown{records_->GivenName(), kelvo::WriteMakro(0, txtMakro->Wire()).Text()};
+  });
   AddRow(form, tr("Makro-&Nummer:"), txtMakroNr, tr("0 … 255"));
   form->addRow(lblMakroBelegt);
   form->addRow(new QLabel(tr("Freies EEPROM:")), lblMakroFrei);

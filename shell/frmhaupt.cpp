@@ -95,7 +95,7 @@ frmhaupt::~frmhaupt() { outside_.person.SetAdviser({}); }
 
 void frmhaupt::MakePages() {
   writeDesk_ = new WriteDesk({exchange_, outside_.loop, outside_.person, state_, lineState_,
-                              data_.ctlDovuData, data_.Optionen},
+                              data_.ctlDovuData, data_.Optionen, journal_},
                              this);
   interfaces_ =
       new InterfacePage({exchange_, outside_.com1, portControl_, outside_.person, data_.ctlComData,

@@ -114,7 +114,7 @@ class frmhaupt : public QMainWindow {
   void mnuAusstatten_Click();
   void TakeLeftEquipping();
   std::string OpenDevice();
-  std::string Taken(ItemKey key, const std::string& record);
+  std::string Taken(ItemKey key, const std::string& record, const std::string& command);
   void NoteTakenNumbers();
   void TellTakenBitmap(std::optional<int> number);
   void ShowInventory();

@@ -7,6 +7,7 @@
 #include "inventory_page/compare_dialog.h"
 #include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
+#include "inventory_page/write_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
 #include "widgets/number_note.h"
@@ -93,20 +94,20 @@ void frmhaupt::TakeLeftEquipping() {
       true);
 }
 
-std::string frmhaupt::Taken(ItemKey key, const std::string& record) {
-  return TakenText(journal_.Of(recorder_.Listener()), key, record);
+std::string frmhaupt::Taken(ItemKey key, const std::string& record, const std::string& command) {
+  return TakenText(journal_.Of(recorder_.Listener()), key, record, command);
 }
 
 // Each page says what a number is taken by that it writes under.
 void frmhaupt::NoteTakenNumbers() {
   const auto taken = [this](ItemKind kind) {
-    return [this, kind](int number, const std::string& record) {
-      return Taken({kind, number}, record);
+    return [this, kind](int number, const NumberNote::Shown& shown) {
+      return Taken({kind, number}, shown.name, shown.command);
     };
   };
-  macros_->Note().SetWords([this](int number, const std::string& record) {
-    const std::string own = Taken({ItemKind::Macro, number}, record);
-    const std::string start = Taken({ItemKind::Macro, 0}, record);
+  macros_->Note().SetWords([this](int number, const NumberNote::Shown& shown) {
+    const std::string own = Taken({ItemKind::Macro, number}, shown.name, shown.command);
+    const std::string start = Taken({ItemKind::Macro, 0}, shown.name, shown.command);
     return !own.empty() || start.empty() ? own : "Autostart, " + start;
   });
   matrix_->Note().SetWords(taken(ItemKind::MatrixTable));
@@ -115,7 +116,7 @@ void frmhaupt::NoteTakenNumbers() {
 
 // The box that asks for the number stays as it is.
 void frmhaupt::TellTakenBitmap(std::optional<int> number) {
-  const std::string words = number ? Taken({ItemKind::Bitmap, *number}, {}) : std::string();
+  const std::string words = number ? Taken({ItemKind::Bitmap, *number}, {}, {}) : std::string();
   statusBar()->showMessage(words.empty() ? QString() : "⚠ " + QString::fromStdString(words));
 }
 
@@ -128,6 +129,7 @@ void frmhaupt::ShowInventory() {
     if (std::exchange(shownOf_, now) == now) return;
     inventory_->Refresh();
     eeprom_->ShowFreeBytes(FreeBytesArePresent());
+    writeDesk_->NoteChange();
     for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
       note->Refresh();
     }

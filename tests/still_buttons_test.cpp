@@ -65,6 +65,7 @@ TEST_F(StillButtonsTest, ResultsWarningsAndHintsMoveNone) {
   ExpectStill("Matrix geprüft", [this] { Click("cmdSetMatrixTabGeprueft"); });
   EXPECT_FALSE(Text("lblMatrixTabGeprueft").empty());
   ExpectStill("Matrix gelesen", [this] { Click("cmdMatrixRead"); });
+  EXPECT_EQ(Text("lblTastTabBelegt"), "") << "there lies what is shown";
   ExpectStill("Matrix belegt", [this] { Type("txtTastMatrix_0", "B"); });
   EXPECT_FALSE(Text("lblTastTabBelegt").empty());
   ExpectStill("Matrix misslungen", [this] {
@@ -93,6 +94,60 @@ TEST_F(StillButtonsTest, ResultsWarningsAndHintsMoveNone) {
   ExpectStill("Makro belegt", [this] { Find<QPlainTextEdit>("txtMakro").setPlainText("anders"); });
   ExpectStill("Makro ohne Nummer", [this] { Click("cmdPlayMakro"); });
   EXPECT_FALSE(Text("lblMakroHinweis").empty());
+}
+
+TEST_F(StillButtonsTest, ResultGoesWhenItHoldsNoLonger) {
+  Begin();
+  Show(Tab::Macros);
+  Type("txtMakroNr", "5");
+  Type("txtMakroNrDisplay", "5");
+  const auto write = [this] {
+    Click("cmdSetMakroGeprueft");
+    Settle();
+    return !Text("lblMakroGeprueft").empty();
+  };
+  const auto gone = [this] {
+    Settle();
+    return Text("lblMakroGeprueft").empty();
+  };
+  ASSERT_TRUE(write());
+  Click("cmdSetAutostartMakro");
+  EXPECT_FALSE(gone()) << "another number";
+  Click("cmdClearMakro");
+  EXPECT_TRUE(gone()) << "deleted";
+  ASSERT_TRUE(write());
+  Click("cmdSetMakro");
+  EXPECT_TRUE(gone()) << "written otherwise";
+  ASSERT_TRUE(write());
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  EXPECT_TRUE(gone()) << "everything erased";
+  ASSERT_TRUE(write());
+  Select(7);
+  EXPECT_TRUE(gone()) << "another Terminal";
+}
+
+TEST_F(StillButtonsTest, WhatWasReadNamesItsTerminalAndIsTakenBackWithUnsavedEdits) {
+  Sql("insert into Makro (typ, lfdnr, Bezeichnung, nr_im_display, eingang, ausgang, wert) values "
+      "('MatrixTab', 0, 'Feld', 3, 1, 128, char(27) || 'EWK3,80,31,FF,FF,FF,FF,FF,FF,FF;')");
+  Begin();
+  Show(Tab::MatrixKeyboard);
+  Click("cmdSetMatrixTab");
+  Click("cmdMatrixRead");
+  EXPECT_EQ(Text("lblMatrixGelesen").substr(5), " von Adresse 3 gelesen: Tabelle 3");
+  Select(7);
+  EXPECT_EQ(Text("lblMatrixGelesen").substr(5), " von Adresse 3 gelesen: Tabelle 3");
+  Type("txtTastMatrix_0", "B");
+  Click("cmdMatrixUebernehmen");
+  EXPECT_EQ(Text("txtTastMatrix_0"), "1");
+  Trigger("mnuBearbeitenRueckgaengig");
+  EXPECT_EQ(Text("txtTastMatrix_0"), "B");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "* Feld");
+  Click("cmdMatrixUebernehmen");
+  Choose("cboTastTabBez", Entries("cboTastTabBez").back().c_str());
+  Trigger("mnuBearbeitenRueckgaengig");
+  EXPECT_EQ(Chosen("cboTastTabBez"), "* Feld");
+  EXPECT_EQ(Text("txtTastMatrix_0"), "B");
 }
 
 }  // namespace

@@ -79,6 +79,12 @@ std::string RecordEditorBase::CurrentName() const {
   return HasCurrent() ? names_.NameOf(Current()) : kNewRecordName;
 }
 
+std::string RecordEditorBase::GivenName() const {
+  std::string name = CurrentName();
+  if (name == kNewRecordName) name.clear();
+  return name;
+}
+
 void RecordEditorBase::EnableDiscard(bool on) { discard_.setEnabled(on); }
 
 void RecordEditorBase::ReadRecords() {

@@ -82,6 +82,8 @@ class RecordEditorBase {
 
   /// Empty without a record.
   std::string CurrentName() const;
+  /// The same, empty also while the current record has been given none.
+  std::string GivenName() const;
   /// The current record's wire text; nothing for NULL.
   std::optional<std::string> Wert() const;
   /// Its number in the Terminal, as the field shows it.
