@@ -86,7 +86,9 @@ std::string TakenText(const Inventory& inventory, const ItemKey& key, const std:
   const auto item = ItemOf(command, {}, key.kind);
   const bool same = item && ItemContent(*item) == ItemContent(held->item);
   if (held->item.key.kind == key.kind && (same || IsNamed(*held, name))) return {};
-  const std::string what = held->item.name.empty() ? "ohne Namen" : "„" + held->item.name + "“";
+  const std::string& other = held->item.name;
+  const bool named = !other.empty() && other != kNewRecordName;
+  const std::string what = named ? "„" + other + "“" : "ohne Namen";
   return number + "belegt mit " + ItemKindText(held->item.key.kind) + " " + what + ".";
 }
 
