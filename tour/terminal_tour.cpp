@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include "inventory_page/inventory_model.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -226,6 +227,11 @@ void TerminalTour::Eeprom() {
   Step("Die Konfiguration wird gespeichert.");
   Show(Tab::Eeprom);
   Click("cmdSetConfig");
+  const auto& rows = *driver_.Find<QTableView>(QStringLiteral("ctlBestand")).model();
+  driver_.Until(QStringLiteral("record of the configuration"), [&rows] {
+    const QModelIndex proofs = rows.index(0, InventoryModel::Rests);
+    return rows.match(proofs, Qt::DisplayRole, QStringLiteral("begonnen")).isEmpty();
+  });
   Shoot(window_, "eeprom");
 }
 

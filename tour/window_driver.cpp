@@ -151,8 +151,7 @@ void WindowDriver::Drag(QWidget& control, QPoint from, QPoint to) {
 }
 
 void WindowDriver::Picture(QWidget& window, const QString& file) {
-  // What has changed may still have to be shown, and to find its place.
-  QApplication::sendPostedEvents(&window, QEvent::MetaCall);
+  // What has changed may still have to find its place.
   QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   if (!window.grab().save(file)) throw std::runtime_error("cannot write " + file.toStdString());
 }
