@@ -75,6 +75,16 @@ TEST(Preview, ShowsWhatTheTerminalShowsAndTellsWhatBecomesOfTheMakro) {
       {"hands over", "mine" + Esc + "!A9;yours", {}, {}, false, false, true},
       {"cut short", Esc + "TP3,3;x" + Esc + "GP4"},
       {"new size", Esc + "!R60,30;" + Esc + "R", {{0, Esc + "GfR99,99;"}}, {}, true},
+      {"styled text", Esc + "TF2;" + Esc + "TZ2,3;" + Esc + "TA4;" + Esc + "TM1;" + "Halt"},
+      {"graphic text", Esc + "GP8,40;" + Esc + "GF3;" + Esc + "GZ2,2;" + Esc + "GA1;" + Esc +
+                           "GTHallo\x04" + Esc + "GL9,9;"},
+      {"erasing",
+       Esc + "GfR60,40;" + Esc + "GM1;" + Esc + "GfE30,20;" + Esc + "GM0;" + Esc + "GE80,60;"},
+      {"beyond the display", Esc + "GP150,70;" + Esc + "GR400,-20;" + Esc + "GL-5,200;"},
+      {"all rows full", std::string(300, 'x') + "\b\b\r\ny"},
+      {"cursor", Esc + "!c 4,3;" + Esc + "!C 4;" + Esc + "GP20,20;" + Esc + "TP2,2;"},
+      {"calls twice", Esc + "ECM3;" + Esc + "GP40,0;" + Esc + "ECM3;", {{3, Esc + "GE70,50;"}}},
+      {"clears", "alt" + Esc + "GfR99,50;" + Esc + "GC" + "neu"},
   };
   for (const auto& c : cases) {
     Makros makros = c.others;
