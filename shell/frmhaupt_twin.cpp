@@ -3,7 +3,6 @@
 #include <QMenu>
 
 #include "base/val.h"
-#include "link/control_characters.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
 #include "twin_page/twin_panel.h"
@@ -17,20 +16,13 @@ namespace {
 
 constexpr int kMakros = 256;
 
-std::string MakroText(const std::string& command) {
-  const std::size_t comma = command.find(',');
-  const std::size_t end = command.rfind(kEtx);
-  return end == std::string::npos || comma > end ? "" : command.substr(comma + 1, end - comma - 1);
-}
-
-// What several may have acknowledged proves nothing for a single one.
 KnownMemory MakrosIn(const Inventory& inventory) {
   KnownMemory known;
   for (int number = 0; number < kMakros; ++number) {
     const ItemKey key{ItemKind::Macro, number};
     const Held* const held = inventory.At(key);
-    if (held != nullptr && !held->broadcast && inventory.Trusts(*held)) {
-      known.makros[number] = MakroText(held->item.command);
+    if (held != nullptr && inventory.Trusts(*held)) {
+      known.makros[number] = ItemContent(held->item);
     } else if (held == nullptr && inventory.KnownEmpty(key)) {
       known.makros[number] = std::nullopt;
     }
