@@ -51,7 +51,7 @@ void InterfacePage::ConnectButtons() {
   Operator& person = services_.person;
   OnClick(cmdVerbinden, this, person, &InterfacePage::cmdVerbinden_Click);
   OnClick(cmdVerbindungSuchen, this, person, &InterfacePage::cmdVerbindungSuchen_Click);
-  OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click);
+  OnClick(cmdSetCom1, this, person, &InterfacePage::cmdSetCom1_Click, Speaks::AlsoClosed);
   OnSend(cmdSetCom2, this, person, &InterfacePage::cmdSetCom2_Click);
   OnClick(cmdDefaultCom1, this, person, &InterfacePage::cmdDefaultCom1_Click);
   OnClick(cmdDefaultCom2, this, person, &InterfacePage::cmdDefaultCom2_Click);
@@ -306,9 +306,9 @@ void InterfacePage::cmdSetCom2_Click() {
 void InterfacePage::ApplyDefaults(ComDefaults defaults) {
   for (const auto& [list, text] : defaults) {
     cboCom[list]->setCurrentIndex(ComPosition(list, text));
-    StoreChoice(list);
   }
   DescribePort();
+  for (const auto& [list, text] : defaults) StoreChoice(list);
 }
 
 void InterfacePage::cmdDefaultCom1_Click() { ApplyDefaults(DefaultsCom1()); }

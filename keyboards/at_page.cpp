@@ -122,7 +122,9 @@ void AtPage::SaveATTab() {
   tables_->SaveShown(*fields, edit);  // the page shows what is stored
 }
 
-std::optional<Fields> AtPage::FieldsOf(const Edit& edit) {
+// A draft may be stored whose rows nobody has sorted.
+std::optional<Fields> AtPage::FieldsOf(Edit edit) {
+  if (!SentAsShown(edit.pairs)) edit.pairs = SortedPairs(std::move(edit.pairs));
   const auto command = TableCommand(edit);
   if (!command) return std::nullopt;
   return Fields{{"ausgang", "0"},

@@ -91,7 +91,7 @@ class AtPage : public QWidget, public Receiver {
   void ConnectControls();
   void ConnectList();
 
-  std::optional<Fields> FieldsOf(const Edit& edit);
+  std::optional<Fields> FieldsOf(Edit edit);
   static std::vector<std::string> Pack(const Edit& edit);
   static Edit Unpack(const std::vector<std::string>& packed);
   Edit OnScreen() const;

@@ -210,7 +210,7 @@ void AtPage::ConnectControls() {
   OnSend(cmdATRead, this, person, &AtPage::cmdATRead_Click);
   OnClick(cmdATUebernehmen, this, person, &AtPage::cmdATUebernehmen_Click);
   OnClick(cmdATKlartextclear, this, person, &AtPage::cmdATKlartextclear_Click);
-  OnSend(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click);
+  OnClick(cmdATumkodierenStart, this, person, &AtPage::cmdATumkodierenStart_Click, Speaks::Listens);
   OnClick(cmdATumkodierenEnde, this, person, &AtPage::cmdATumkodierenEnde_Click, Speaks::ToStop);
   AddShortcut(cmdATumkodierenEnde, QKeySequence(Qt::Key_Escape));
   connect(cmdATTab, &QTabWidget::currentChanged, this, &AtPage::cmdATTab_Click);

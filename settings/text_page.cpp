@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "base/val.h"
@@ -49,14 +50,16 @@ std::string TextPage::TextModeCommand() const { return CreateTextMode(TextMode()
 
 void TextPage::Shown() {
   left_ = false;
+  const QScopedValueRollback<bool> filling(filling_, true);
   cmdGetCursor_Click();
   cmdGetText_Click();
 }
 
-// The reply to a query. Nothing once the page has been left or the operator has begun something
-// else: a silent Terminal would keep the line for half a second at each.
+// The reply to a query. Nothing once the page has been left, or while it only fills itself and the
+// operator has begun something else: a silent Terminal would keep the line for half a second at
+// each.
 std::optional<Reply> TextPage::Ask(const Command& query) {
-  if (left_ || services_.person.Begun().SomethingWaits()) return std::nullopt;
+  if (left_ || (filling_ && services_.person.Begun().SomethingWaits())) return std::nullopt;
   Reply reply = services_.exchange.SendQuery(query);
   return left_ ? std::nullopt : std::optional(std::move(reply));
 }

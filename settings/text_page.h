@@ -85,6 +85,7 @@ class TextPage : public QWidget, public Receiver {
 
   Services services_;
   bool left_ = false;
+  bool filling_ = false;  // the page reads because it is shown, not because a button was pressed
   QComboBox* cboCursor;
   std::array<QRadioButton*, 2> chkCursor{};
   QLabel* lblCursorSize;

@@ -95,6 +95,19 @@ TEST_F(AtPageTest, AKeyThatSendsSeveralCharactersCountsAsItsFirst) {
   EXPECT_EQ(Pairs(), (AtPairs{{27, 'x'}, {'A', 'a'}}));
 }
 
+TEST_F(AtPageTest, OthersMaySpeakWhileItLearns) {
+  StartOnPage();
+  QPushButton other;
+  bool spoken = false;
+  ConnectClick(&other, person, Speaks::Yes, [&] { spoken = true; });
+  loop.After(kSoon, [&] {
+    other.click();
+    EXPECT_TRUE(spoken);
+  });
+  loop.After(kSoon * 2, [&] { Click("cmdATumkodierenEnde"); });
+  Learn();
+}
+
 TEST_F(AtPageTest, RowsThatAreNotStoredAreNotWipedUnasked) {
   StartOnPage();
   List().SetPairs({{65, 97}});
@@ -330,6 +343,12 @@ TEST_F(AtPageTest, RowsAreSavedInAFormThatHoldsThem) {
   EXPECT_EQ(Pairs(), (AtPairs{{0, 255}, {65, 97}, {200, 1}}));
   EXPECT_TRUE(page->Records().DraftNames().empty());
   EXPECT_EQ(ReadAtTable(Stored(kTables, "wert")), Pairs());
+  // A draft that is saved when the program ends.
+  const std::string count = Stored(kTables, "lfdnr");
+  List().SetPairs({{67, 99}, {65, 97}});
+  EXPECT_TRUE(page->Records().SaveDrafts());
+  EXPECT_EQ(ReadAtTable(Stored(kTables, "wert")), (AtPairs{{65, 97}, {67, 99}}));
+  EXPECT_EQ(Stored(kTables, "lfdnr"), count);
 }
 
 TEST_F(AtPageTest, TabAndArrowsGoFromCellToCell) {

@@ -52,6 +52,17 @@ TEST_F(InterfacePageTest, BothEndsAreSwitchedInStep) {
   EXPECT_EQ(Stored("Schnittstelle", "Baud1"), "9600");
 }
 
+TEST_F(InterfacePageTest, SwitchesNothingInTheMiddleOfWhatMustRunAlone) {
+  Open();
+  const Undertakings::Alone erasing(person.Begun(), "Das EEPROM wird gelöscht.");
+  Click("cmdSetCom1");
+  EXPECT_EQ(Written(), "");
+  EXPECT_TRUE(com1.IsOpen());
+  EXPECT_EQ(person.notices,
+            (std::vector<std::string>{
+                "Das EEPROM wird gelöscht. Solange wird nichts anderes gesendet."}));
+}
+
 TEST_F(InterfacePageTest, WithoutAPortNothingIsSent) {
   auto& page = Open();
   int changes = 0;

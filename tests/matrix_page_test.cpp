@@ -118,6 +118,17 @@ TEST_F(MatrixPageTest, WhatIsBeingTypedIsCheckedBeforeAnActionBegins) {
   EXPECT_TRUE(Cell(0).hasFocus());
   LeaveCell(0);
   EXPECT_EQ(Cell(0).Wire(), "&0F") << "it was left once";
+  // Who has been told of the refusal and then presses means it.
+  for (const char* control : {"cmdSetMatrixTab", "chkTastZeile_0"}) {
+    type("zz");
+    Find(control).setFocus(Qt::TabFocusReason);
+    Forget();
+    for (const auto press : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent space(press, Qt::Key_Space, Qt::NoModifier);
+      QCoreApplication::sendEvent(&Find("cmdSetMatrixTab"), &space);
+    }
+    EXPECT_NE(port.written, "") << control;
+  }
 }
 
 TEST_F(MatrixPageTest, TabAndArrowsGoFromKeyToKey) {

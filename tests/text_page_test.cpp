@@ -124,6 +124,15 @@ TEST_F(TextPageTest, AsksForThePositionThatBelongsToTheKind) {
   EXPECT_EQ(Text("txtCursorSize"), "8");
 }
 
+// The page gives way where it only fills itself, not where it was told to read.
+TEST_F(TextPageTest, ReadsAllThatItWasToldToInHasteToo) {
+  Forget();
+  loop.After(milliseconds(10), [this] { Click("cmdGetText"); });
+  Click("cmdGetCursor");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(Written(), "←?C←?c←G?P←T?F←T?A←T?M←T?Z");
+}
+
 TEST_F(TextPageTest, SendsWhatThePageShows) {
   page.Shown();
   Forget();

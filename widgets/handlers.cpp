@@ -20,6 +20,37 @@ bool TakeRefusal(QObject& holder) {
   return refused;
 }
 
+/// The press of a button by the mouse has begun with a refusal: its click counts for nothing. What
+/// the operator does after it is another decision.
+class RefusedPress final : public QObject {
+ public:
+  explicit RefusedPress(QAbstractButton* button) : QObject(button) {
+    button->setProperty(kRefused, true);
+    button->installEventFilter(this);
+  }
+  bool eventFilter(QObject* button, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::MouseButtonRelease:  // the click comes with it
+        QTimer::singleShot(0, this, [this, button] { End(*button); });
+        break;
+      case QEvent::KeyPress:
+      case QEvent::FocusOut:
+        End(*button);
+        break;
+      default:
+        break;
+    }
+    return false;
+  }
+
+ private:
+  void End(QObject& button) {
+    TakeRefusal(button);
+    button.removeEventFilter(this);
+    deleteLater();
+  }
+};
+
 bool IsTypedIn(const QWidget* field) {
   return qobject_cast<const QLineEdit*>(field) != nullptr ||
          qobject_cast<const QAbstractSpinBox*>(field) != nullptr;
@@ -39,14 +70,13 @@ void NoteRefusal() {
   qApp->setProperty(kRefused, true);
   // The mouse has gone from the field to the button already that it is about to press.
   if (auto* const button = qobject_cast<QAbstractButton*>(QApplication::focusWidget())) {
-    button->setProperty(kRefused, true);
+    new RefusedPress(button);
   }
 }
 
 bool FinishEditing() {
   const QPointer<QWidget> field = QApplication::focusWidget();
   if (field == nullptr) return true;
-  if (qobject_cast<QAbstractButton*>(field) != nullptr) return !TakeRefusal(*field);
   if (!IsTypedIn(field)) return true;
   QAbstractItemView* const list = ListOf(field);
   TakeRefusal(*qApp);
@@ -68,11 +98,12 @@ void ConnectClick(QAbstractButton* button, Operator& person, Speaks speaks,
     button->setProperty(kRunning, false);
   };
   QObject::connect(button, &QAbstractButton::clicked, button, [button, &person, speaks, run] {
-    if (speaks != Speaks::ToStop && !FinishEditing()) return;
+    if (speaks != Speaks::ToStop && (TakeRefusal(*button) || !FinishEditing())) return;
     if (button->property(kRunning).toBool()) return;
-    if (speaks != Speaks::Yes) return run();
-    if (!person.MayTalk()) return;
+    if (speaks == Speaks::No || speaks == Speaks::ToStop) return run();
+    if (!(speaks == Speaks::AlsoClosed ? person.MayBegin() : person.MayTalk())) return;
     if (TalkLater(person, button, [button] { button->click(); })) return;
+    if (speaks == Speaks::Listens) return run();
     const Undertakings::Talking talking(person.Begun());
     run();
   });

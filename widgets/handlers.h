@@ -18,8 +18,10 @@ void NoteRefusal();
 /// What a button does with the Terminal.
 enum class Speaks {
   No,
-  Yes,     ///< begins only with an open port, and while nothing runs that it would disturb
-  ToStop,  ///< ends what runs: neither a field's check nor anything else keeps it from that
+  Yes,         ///< begins only with an open port, and while nothing runs that it would disturb
+  AlsoClosed,  ///< the same, but the port may be closed
+  Listens,     ///< begins like one that speaks, but others may speak while it runs
+  ToStop,      ///< ends what runs: neither a field's check nor anything else keeps it from that
 };
 
 /// Connects a button to its handler; what fails in it is reported under the button's name. A button

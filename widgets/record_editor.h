@@ -71,8 +71,7 @@ class RecordEditor final : public RecordEditorBase {
         typ == fields.end() ? nullptr : std::get_if<std::string>(&typ->second);
     const Target target = AskForName(proposedName, savedTyp ? *savedTyp : kind_.typ);
     if (target == Target::None) return false;
-    const auto others = static_cast<std::int64_t>(records_.RecordCount()) - 1;
-    fields.emplace_back("lfdnr", target == Target::New ? others + 1 : others);
+    Number(fields, target);
     if (!Store(target, proposedName, fields, Current() == edited ? asRead : records_.Current())) {
       return false;
     }
@@ -150,8 +149,9 @@ class RecordEditor final : public RecordEditorBase {
     const auto drafts = drafts_;
     for (const auto& [bookmark, draft] : drafts) {
       if (bookmark != 0 && !Select(bookmark)) continue;
-      const auto fields = screen_.fields(draft.edit);
+      auto fields = screen_.fields(draft.edit);
       const Target target = bookmark == 0 ? Target::New : Target::Current;
+      if (fields) Number(*fields, target);
       if (!fields || !Store(target, draft.name, *fields, draft.asRead)) return false;
       unused_.erase(bookmark);
       drafts_.erase(bookmark);
@@ -172,6 +172,11 @@ class RecordEditor final : public RecordEditorBase {
     Recordset::Row asRead;
   };
 
+  /// A record's running number is that of the others at the time when it is saved.
+  void Number(Fields& fields, Target target) const {
+    const auto all = static_cast<std::int64_t>(records_.RecordCount());
+    fields.emplace_back("lfdnr", target == Target::New ? all : all - 1);
+  }
   void ShowCurrent() override {
     RemoveUnusedBut(Current());
     SelectCurrent();
