@@ -4,19 +4,12 @@
 #include <QPushButton>
 #include <algorithm>
 
-#include "base/val.h"
+#include "bus/stored_terminals.h"
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
-namespace {
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
-
-bool IsYes(const std::string& field) { return Val(field) != 0; }
-
-}  // namespace
-
 frmDovu::frmDovu(Services services, QWidget* parent)
     : TerminalsDialog({"frmDovu", "ctlDovuAktivliste", "lblMomentbitte", "lblErgebnis", "cmdSenden",
                        "cmdDovuAlleAktiv", "cmdDovuKeinsAktiv", "cmdAbbruch"},
@@ -41,22 +34,14 @@ void frmDovu::Open() {
 }
 
 void frmDovu::FillList() {
-  const Recordset& terminals = services_.terminals;
-  const auto names = terminals.Column("Bezeichnung");
-  const auto addresses = terminals.Column("Adresse");
-  const auto checksums = terminals.Column("Checksum");
-  const auto active = terminals.Column("aktiv");
   entries_.clear();
   List()->clear();
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    TransferEntry entry;
-    entry.address = RoundToEven(Val(addresses[i]));
-    entry.checksum = IsYes(checksums[i]);
-    entry.ticked = IsYes(active[i]);
-    entries_.push_back(entry);
-    List()->Add({Text(names[i]), QString::number(entry.address), Text(YesNoText(entry.checksum)),
-                 QString()},
-                entry.ticked);
+  for (const StoredTerminal& stored : StoredTerminals(services_.terminals)) {
+    entries_.push_back(
+        {.address = stored.address, .checksum = stored.checksum, .ticked = stored.active});
+    List()->Add({Text(stored.name), QString::number(stored.address),
+                 Text(YesNoText(stored.checksum)), QString()},
+                stored.active);
   }
   StartButton()->setEnabled(!entries_.empty());
   ResultLabel()->setText(entries_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());

@@ -19,14 +19,13 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
 
 // Above it are the addresses that transfers need: nobody's, and that of all, who would all answer.
 constexpr int kUsualLimit = kClosingAddress - 1;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include "bus/search_meaning.h"
 #include "bus/search_page.h"
 #include "bus/tick_list.h"
+#include "widgets/texts.h"
 
 // The search itself, and what it shows.
 
@@ -17,8 +18,6 @@ namespace kelvo {
 namespace {
 
 constexpr QColor kConflictColour(255, 0, 0);
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 
 #include "bus/addresses.h"
 #include "bus/terminal_search.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -13,8 +14,6 @@ constexpr const char* kFields[] = {"Adresse", "Bezeichnung", "aktiv", "Checksum"
 bool IsYesNo(int column) {
   return column == TerminalListModel::Aktiv || column == TerminalListModel::Checksum;
 }
-
-QString YesNo(bool yes) { return QString::fromStdString(YesNoText(yes)); }
 
 }  // namespace
 
@@ -30,18 +29,7 @@ void TerminalListModel::Reload() {
   endResetModel();
 }
 
-void TerminalListModel::ReadRows() {
-  const auto addresses = terminals_.Column("Adresse");
-  const auto names = terminals_.Column("Bezeichnung");
-  const auto active = terminals_.Column("aktiv");
-  const auto checksums = terminals_.Column("Checksum");
-  const auto yes = [](const std::string& text) { return !text.empty() && text != "0"; };
-  rows_.clear();
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    rows_.push_back({QString::fromStdString(addresses[i]).toLongLong(),
-                     QString::fromStdString(names[i]), yes(active[i]), yes(checksums[i])});
-  }
-}
+void TerminalListModel::ReadRows() { rows_ = StoredTerminals(terminals_); }
 
 int TerminalListModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(rows_.size());
@@ -57,15 +45,15 @@ QVariant TerminalListModel::headerData(int section, Qt::Orientation orientation,
 }
 
 QVariant TerminalListModel::data(const QModelIndex& index, int role) const {
-  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  const StoredTerminal& row = rows_[static_cast<std::size_t>(index.row())];
   const bool yes = index.column() == Aktiv ? row.active : row.checksum;
   if (role == Qt::CheckStateRole && IsYesNo(index.column())) {
     return yes ? Qt::Checked : Qt::Unchecked;
   }
   if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
-  if (IsYesNo(index.column())) return YesNo(yes);
+  if (IsYesNo(index.column())) return Text(YesNoText(yes));
   if (index.column() == Adresse) return QString::number(row.address);
-  return row.name;
+  return Text(row.name);
 }
 
 Qt::ItemFlags TerminalListModel::flags(const QModelIndex& index) const {
@@ -99,15 +87,16 @@ std::optional<int> TerminalListModel::ReadAddress(const QString& text, int ownRo
   if (other >= 0 && other != ownRow) {
     Q_EMIT Refused(tr("Die Adresse %1 hat schon das Terminal \"%2\".")
                        .arg(address)
-                       .arg(rows_[static_cast<std::size_t>(other)].name));
+                       .arg(Text(rows_[static_cast<std::size_t>(other)].name)));
     return std::nullopt;
   }
   return address;
 }
 
 int TerminalListModel::RowOf(int address) const {
-  const auto row = std::find_if(rows_.begin(), rows_.end(),
-                                [address](const Row& r) { return r.address == address; });
+  const auto row = std::find_if(rows_.begin(), rows_.end(), [address](const StoredTerminal& r) {
+    return r.address == address;
+  });
   return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
 }
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "store/recordset.h"
+#include "bus/stored_terminals.h"
 
 namespace kelvo {
 
@@ -38,19 +38,12 @@ class TerminalListModel : public QAbstractTableModel {
   void Refused(const QString& reason);
 
  private:
-  struct Row {
-    std::int64_t address;
-    QString name;
-    bool active;
-    bool checksum;
-  };
-
   void ReadRows();
   int RowOf(int address) const;  // -1: none
   bool Store(int row, const char* field, const Value& value);
 
   Recordset& terminals_;
-  std::vector<Row> rows_;
+  std::vector<StoredTerminal> rows_;
 };
 
 }  // namespace kelvo

@@ -11,14 +11,9 @@
 #include "link/addresses.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
-namespace {
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
-
-}  // namespace
-
 FindDialog::FindDialog(Services services, QWidget* parent)
     : QDialog(parent), services_(std::move(services)), finder_(services_.exchange, services_.com1) {
   Named(this, "frmVerbindungSuchen");

@@ -11,17 +11,10 @@
 #include "widgets/data_control.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
-namespace {
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
-
 InterfacePage::InterfacePage(Services services, QWidget* parent)
     : QWidget(parent), services_(std::move(services)) {
   for (int list = 0; list < ComListCount; ++list) {

@@ -15,8 +15,6 @@ constexpr int kStartOfMatrix = 0x80;
 constexpr int kMatrixLine = 8;
 constexpr int kMatrixLines = 8;
 
-bool IsTable(ItemKind kind) { return kind == ItemKind::MatrixTable || kind == ItemKind::AtTable; }
-
 std::optional<SentCommand> FirstCommand(std::string_view wire) {
   std::optional<SentCommand> first;
   WalkCommands(wire, [&first](const SentCommand& command) {

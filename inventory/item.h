@@ -15,6 +15,11 @@ namespace kelvo {
 
 enum class ItemKind : std::uint8_t { Config, Macro, MatrixTable, AtTable, Bitmap };
 
+/// Of either keyboard.
+constexpr bool IsTable(ItemKind kind) {
+  return kind == ItemKind::MatrixTable || kind == ItemKind::AtTable;
+}
+
 struct ItemKey {
   ItemKind kind = ItemKind::Config;
   int number = 0;  ///< 0..255; 0 for the configuration

@@ -5,20 +5,19 @@
 #include "base/wire_text.h"
 #include "inventory/terminal_name.h"
 #include "inventory_page/inventory_model.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
 
-QString Utf8(const std::string& text) { return QString::fromStdString(text); }
-
 QString ReadText(const ComparisonRow& row) {
   if (!row.readAt) return {};
-  return ComparisonModel::tr("%1 (%2)").arg(Utf8(ReadableText(row.read)), MomentText(*row.readAt));
+  return ComparisonModel::tr("%1 (%2)").arg(Text(ReadableText(row.read)), MomentText(*row.readAt));
 }
 
 QString WrittenText(const ComparisonRow& row) {
   if (!row.written) return {};
-  const QString name = Utf8(row.written->item.name);
+  const QString name = Text(row.written->item.name);
   const QString proof = row.written->proof == Proof::Checksum ? ComparisonModel::tr("geprüft")
                                                               : ComparisonModel::tr("bestätigt");
   return ComparisonModel::tr("%1 (%2, %3)")
@@ -35,10 +34,10 @@ QString ResultText(const ComparisonRow& row) {
   const QString before =
       row.readBefore.empty()
           ? QString()
-          : ComparisonModel::tr(", vorher %1").arg(Utf8(ReadableText(row.readBefore)));
+          : ComparisonModel::tr(", vorher %1").arg(Text(ReadableText(row.readBefore)));
   const QString silent =
       row.silentAt ? QStringLiteral(" (%1)").arg(MomentText(*row.silentAt)) : QString();
-  return sign + Utf8(row.words) + silent + before;
+  return sign + Text(row.words) + silent + before;
 }
 
 }  // namespace
@@ -52,22 +51,22 @@ void ComparisonModel::Show(std::vector<ComparisonRow> rows,
 }
 
 QString ComparisonModel::TerminalText(const TerminalId& terminal) const {
-  return Utf8(TerminalName(nameOf_(terminal.address), terminal.address));
+  return Text(TerminalName(nameOf_(terminal.address), terminal.address));
 }
 
-QString ComparisonModel::Text(int row, int column) const {
+QString ComparisonModel::Cell(int row, int column) const {
   const ComparisonRow& shown = rows_[static_cast<std::size_t>(row)];
   switch (column) {
     case Terminal:
       return TerminalText(shown.terminal);
     case What:
-      return Utf8(shown.what);
+      return Text(shown.what);
     case Read:
       return ReadText(shown);
     case Written:
       return WrittenText(shown);
     case Record:
-      return Utf8(shown.database);
+      return Text(shown.database);
     default:
       return ResultText(shown);
   }
@@ -80,7 +79,7 @@ QString ComparisonModel::Report(const std::function<bool(int row)>& shown) const
     QStringList cells;
     for (int column = 0; column < ColumnCount; ++column) {
       cells << (row < 0 ? headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()
-                        : Text(row, column));
+                        : Cell(row, column));
     }
     report += cells.join(u'\t') + u'\n';
   }
@@ -104,7 +103,7 @@ QVariant ComparisonModel::headerData(int section, Qt::Orientation orientation, i
 
 QVariant ComparisonModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Text(index.row(), index.column());
+  if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Cell(index.row(), index.column());
   const auto& row = rows_[static_cast<std::size_t>(index.row())];
   if (role != Qt::FontRole || row.compared != Compared::Different) return {};
   QFont bold;

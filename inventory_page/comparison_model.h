@@ -16,7 +16,7 @@ class ComparisonModel : public QAbstractTableModel {
   void Show(std::vector<ComparisonRow> rows, std::function<std::string(int address)> nameOf);
   const std::vector<ComparisonRow>& Rows() const { return rows_; }
   /// A cell as text.
-  QString Text(int row, int column) const;
+  QString Cell(int row, int column) const;
   /// The whole table, tabulators between the columns.
   QString Report(const std::function<bool(int row)>& shown) const;
 

@@ -9,13 +9,14 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "base/val.h"
+#include "bus/stored_terminals.h"
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
 #include "inventory/equip_target.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -25,8 +26,6 @@ constexpr char kFilter[] = "Bestand |*.txt";
 constexpr int kBytesColumn = 2;
 constexpr int kOutlookColumn = 3;
 constexpr int kReadColumn = 2;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
@@ -120,10 +119,9 @@ void EquipPlanPage::Refresh() {
 // The stored Terminals are those of the line that is open.
 QString EquipPlanPage::NameOf(const TerminalId& id) const {
   EquipTarget target{id, {}, {}};
-  const auto names = services_.terminals.Column("Bezeichnung");
-  const auto addresses = services_.terminals.Column("Adresse");
-  for (std::size_t i = 0; i < names.size() && id.device == services_.device(); ++i) {
-    if (RoundToEven(Val(addresses[i])) == id.address) target.name = names[i];
+  if (id.device == services_.device()) {
+    const auto stored = StoredTerminalAt(services_.terminals, id.address);
+    if (stored) target.name = stored->name;
   }
   return Text(TargetText(target));
 }
@@ -146,18 +144,15 @@ void EquipPlanPage::FillSources() {
 void EquipPlanPage::FillTargets() {
   const std::string device = services_.device();
   const std::optional<int> selected = services_.selected();
-  const auto names = services_.terminals.Column("Bezeichnung");
-  const auto addresses = services_.terminals.Column("Adresse");
-  const auto checksums = services_.terminals.Column("Checksum");
   filling_ = true;
   targets_.clear();
   readings_.clear();
   ctlAusstattenZiele->clear();
   bool listed = !selected;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    const int address = RoundToEven(Val(addresses[i]));
-    listed = listed || address == selected;
-    AddTarget({{device, address}, names[i], Val(checksums[i]) != 0}, address == selected);
+  for (const StoredTerminal& stored : StoredTerminals(services_.terminals)) {
+    const bool isSelected = stored.address == selected;
+    listed = listed || isSelected;
+    AddTarget({{device, stored.address}, stored.name, stored.checksum}, isSelected);
   }
   if (!listed) AddTarget({{device, *selected}, {}, {}}, true);
   ctlAusstattenZiele->FitColumn(0);

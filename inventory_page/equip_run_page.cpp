@@ -14,6 +14,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -23,8 +24,6 @@ constexpr int kStateColumn = 1;
 constexpr int kWidestStep = 60;  // characters
 // What a step costs beside its own characters, in characters: the questions around it.
 constexpr std::size_t kAroundStep = 80;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 std::size_t WorkOf(const EquipJob& job, std::size_t step) {
   const auto& items = job.equipment.items;

@@ -5,17 +5,16 @@
 #include <algorithm>
 
 #include "inventory/journal_text.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
-
-QString Utf8(const std::string& text) { return QString::fromStdString(text); }
 
 QString RestsText(const InventoryModel::Row& row) {
   if (row.doubt) {
     const bool whom = row.doubt->event == Event::Acknowledged;
     return whom ? InventoryModel::tr("bestätigt, aber nicht bekannt, von wem")
-                : Utf8(EventText(row.doubt->event));
+                : Text(EventText(row.doubt->event));
   }
   const QString proof = row.held->proof == Proof::Checksum ? InventoryModel::tr("geprüft")
                                                            : InventoryModel::tr("bestätigt");
@@ -109,15 +108,15 @@ QVariant InventoryModel::headerData(int section, Qt::Orientation orientation, in
   }
 }
 
-QString InventoryModel::Text(int row, int column) const {
+QString InventoryModel::Cell(int row, int column) const {
   const Row& shown = At(row);
   switch (column) {
     case Kind:
-      return Utf8(ItemKindText(shown.key.kind));
+      return Text(ItemKindText(shown.key.kind));
     case Number:
       return shown.key.kind == ItemKind::Config ? QString() : QString::number(shown.key.number);
     case Name:
-      return shown.held ? Utf8(shown.held->item.name) : QString();
+      return shown.held ? Text(shown.held->item.name) : QString();
     case Bytes: {
       const bool counts = shown.held && shown.key.kind != ItemKind::Config;
       return counts ? QString::number(ItemBytes(shown.held->item)) : QString();
@@ -129,7 +128,7 @@ QString InventoryModel::Text(int row, int column) const {
     default:
       return shown.against.kind == Against::Kind::Same && !listens_
                  ? tr("wie zuletzt geschrieben")
-                 : Utf8(AgainstText(shown.against.kind));
+                 : Text(AgainstText(shown.against.kind));
   }
 }
 
@@ -142,7 +141,7 @@ QVariant InventoryModel::SortKey(const Row& row, int column) const {
     case Time:
       return qint64{(row.held ? row.held->written : row.doubt->time).time_since_epoch().count()};
     default:
-      return Text(static_cast<int>(&row - rows_.data()), column);
+      return Cell(static_cast<int>(&row - rows_.data()), column);
   }
 }
 
@@ -151,7 +150,7 @@ QVariant InventoryModel::data(const QModelIndex& index, int role) const {
   const int column = index.column();
   switch (role) {
     case Qt::DisplayRole:
-      return Text(index.row(), column);
+      return Cell(index.row(), column);
     case kSortRole:
       return SortKey(row, column);
     case Qt::TextAlignmentRole:
@@ -161,7 +160,7 @@ QVariant InventoryModel::data(const QModelIndex& index, int role) const {
       return {};
     case Qt::ToolTipRole:
       if (column == Rests) return RestsTip(row);
-      return column == Database ? AgainstTip(row.against.kind) : Text(index.row(), column);
+      return column == Database ? AgainstTip(row.against.kind) : Cell(index.row(), column);
     case Qt::FontRole: {
       const bool plain = row.against.kind == Against::Kind::Same || column != Database;
       QFont font;

@@ -29,7 +29,7 @@ class InventoryModel : public QAbstractTableModel {
   /// -1 when it is not there.
   int RowOf(const ItemKey& key) const;
   /// A cell as text.
-  QString Text(int row, int column) const;
+  QString Cell(int row, int column) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

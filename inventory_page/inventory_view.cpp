@@ -10,18 +10,16 @@
 #include <QHeaderView>
 #include <QShortcut>
 #include <QTableView>
-#include <QTimer>
 
 #include "inventory/journal_text.h"
 #include "link/addresses.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
 namespace {
-
-QString Utf8(const std::string& text) { return QString::fromStdString(text); }
 
 QLabel* MakeLine(const char* name) {
   auto* const label = Named(new QLabel, name);
@@ -185,13 +183,8 @@ void InventoryView::showEvent(QShowEvent* event) {
   ShowNow();
 }
 
-// Much may change at once.
 void InventoryView::Refresh() {
-  if (!isVisible() || std::exchange(waits_, true)) return;
-  QTimer::singleShot(0, this, [this] {
-    waits_ = false;
-    if (isVisible()) ShowNow();
-  });
+  if (isVisible()) ShowNow();
 }
 
 TerminalId InventoryView::Shown() const {
@@ -230,14 +223,14 @@ QString InventoryView::AbsenceText() const {
 }
 
 QString InventoryView::TerminalText(const TerminalId& terminal) const {
-  const QString device = QFileInfo(Utf8(terminal.device)).fileName();
+  const QString device = QFileInfo(Text(terminal.device)).fileName();
   const QString at = device.isEmpty() ? tr("kein Anschluss") : device;
   if (terminal.address == kUnknownAddress) return tr("ohne gewählte Adresse, %1").arg(at);
   if (terminal.address == kAllAddresses) return tr("alle an %1").arg(at);
   const std::string name = services_.nameOf(terminal.address);
   return tr("%1%2, %3")
       .arg(terminal.address)
-      .arg(name.empty() ? QString() : " – " + Utf8(name))
+      .arg(name.empty() ? QString() : " – " + Text(name))
       .arg(at);
 }
 
@@ -313,7 +306,7 @@ void InventoryView::cmdBestandText_Click() {
   QDialog dialog(this);
   dialog.setObjectName(QStringLiteral("frmBestandText"));
   dialog.setWindowTitle(
-      tr("%1, geschrieben %2").arg(Utf8(ItemText(held.item.key))).arg(MomentText(held.written)));
+      tr("%1, geschrieben %2").arg(Text(ItemText(held.item.key))).arg(MomentText(held.written)));
   auto* const column = new QVBoxLayout(&dialog);
   auto* const text = Named(new QPlainTextEdit, "txtBestandText");
   text->setReadOnly(true);
@@ -348,7 +341,7 @@ void InventoryView::cmdBestandKopieren_Click() {
     const int row = sorted_.mapToSource(index).row();
     QStringList cells;
     for (int column = 0; column < InventoryModel::ColumnCount; ++column) {
-      cells << model_.Text(row, column);
+      cells << model_.Cell(row, column);
     }
     lines << cells.join('\t');
   }

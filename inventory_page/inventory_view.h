@@ -35,7 +35,7 @@ class InventoryView : public QWidget {
   };
   explicit InventoryView(Services services, QWidget* parent = nullptr);
 
-  /// Something of it has changed. Takes effect soon, while it is seen.
+  /// Something of it has changed. Takes effect while it is seen.
   void Refresh();
   /// The Terminal that is shown.
   TerminalId Shown() const;
@@ -72,7 +72,6 @@ class InventoryView : public QWidget {
   Services services_;
   InventoryModel model_;
   QSortFilterProxyModel sorted_;
-  bool waits_ = false;
   std::vector<TerminalId> terminals_;  // behind the first entry, which is who listens
   QComboBox* cboBestandTerminal;
   QTableView* ctlBestand;

@@ -1,15 +1,14 @@
 #include "inventory_page/write_desk.h"
 
-#include "base/val.h"
+#include "bus/stored_terminals.h"
 #include "bus/terminal_search.h"
 #include "inventory_page/write_dialog.h"
 #include "terminal/eeprom.h"
 #include "terminal/version.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
-
-bool IsTable(ItemKind kind) { return kind == ItemKind::MatrixTable || kind == ItemKind::AtTable; }
 
 std::string NoTarget(Listening listens) {
   const std::string one =
@@ -59,7 +58,7 @@ std::optional<std::string> WriteDesk::Write(const WriteOrder& order) {
   if (!result) return std::nullopt;
   const std::string what = ItemText(order.item.key) + " an Adresse " + std::to_string(address);
   const std::string text = what + ": " + ResultText(*result);
-  Q_EMIT Finished(QString::fromStdString(text), !result->Done());
+  Q_EMIT Finished(Text(text), !result->Done());
   if (!result->Done()) {
     services_.person.Message(ResultText(*result) + " (" + what + ")", Icon::Exclamation);
   }
@@ -70,7 +69,7 @@ std::optional<WriteResult> WriteDesk::WriteTo(int address, const WriteOrder& ord
   const Undertakings::Alone alone(services_.person.Begun(),
                                   ItemText(order.item.key) + " wird geschrieben und geprüft.");
   if (!HasRoomFor(order)) return std::nullopt;
-  const bool listed = StoredField(services_.terminals.Column("Adresse"), address) != nullptr;
+  const bool listed = StoredTerminalAt(services_.terminals, address).has_value();
   if (!listed && services_.line.Version().empty()) {
     QueryVersion(services_.exchange, services_.state);
   }
@@ -89,48 +88,28 @@ bool WriteDesk::HasRoomFor(const WriteOrder& order) {
   return HasRoom(services_.exchange, services_.state, services_.person, *order.frame.room);
 }
 
-const std::string* WriteDesk::StoredField(const std::vector<std::string>& column,
-                                          int address) const {
-  const auto addresses = services_.terminals.Column("Adresse");
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    if (RoundToEven(Val(addresses[i])) == address) return &column[i];
-  }
-  return nullptr;
-}
-
 // What the list says of it counts; of one that is not there, its version, as far as it is known.
 bool WriteDesk::CanSum(int address) const {
-  const auto checksums = services_.terminals.Column("Checksum");
-  if (const auto* const stored = StoredField(checksums, address)) return Val(*stored) != 0;
+  if (const auto stored = StoredTerminalAt(services_.terminals, address)) return stored->checksum;
   const std::string& version = services_.line.Version();
   return Selected() == address && IsVersion(version) &&
          ReadVersion(version).number >= services_.options.Number("ChecksumabVer");
 }
 
 void WriteDesk::WriteToMany(const WriteOrder& order) {
-  const Recordset& terminals = services_.terminals;
-  const auto names = terminals.Column("Bezeichnung");
-  const auto addresses = terminals.Column("Adresse");
-  const auto checksums = terminals.Column("Checksum");
-  const auto active = terminals.Column("aktiv");
   std::vector<WriteJob> jobs;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    WriteJob job{names[i], RoundToEven(Val(addresses[i])), Val(checksums[i]) != 0,
-                 Val(active[i]) != 0, order};
-    jobs.push_back(std::move(job));
+  for (const StoredTerminal& stored : StoredTerminals(services_.terminals)) {
+    jobs.push_back({stored.name, stored.address, stored.checksum, stored.active, order});
   }
-  dialog_->Open(
-      tr("%1 an aktive Terminals schreiben").arg(QString::fromStdString(ItemText(order.item.key))),
-      std::move(jobs));
+  dialog_->Open(tr("%1 an aktive Terminals schreiben").arg(Text(ItemText(order.item.key))),
+                std::move(jobs));
 }
 
 void WriteDesk::WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders) {
-  const auto names = services_.terminals.Column("Bezeichnung");
   std::vector<WriteJob> jobs;
   for (const auto& [address, order] : orders) {
-    const std::string* const name = StoredField(names, address);
-    jobs.push_back(
-        {name == nullptr ? std::string() : *name, address, CanSum(address), true, order});
+    const auto stored = StoredTerminalAt(services_.terminals, address);
+    jobs.push_back({stored ? stored->name : std::string(), address, CanSum(address), true, order});
   }
   dialog_->Open(tr("Geändertes schreiben"), std::move(jobs));
 }

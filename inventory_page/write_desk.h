@@ -65,7 +65,6 @@ class WriteDesk : public QObject {
   std::optional<WriteResult> WriteTo(int address, const WriteOrder& order);
   bool HasRoomFor(const WriteOrder& order);
   bool CanSum(int address) const;
-  const std::string* StoredField(const std::vector<std::string>& column, int address) const;
 
   Services services_;
   WriteDialog* dialog_;

@@ -7,11 +7,10 @@
 #include "bus/terminal_search.h"
 #include "bus/tick_list.h"
 #include "inventory/terminal_name.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 // With the name of the record.
 std::string WhatText(const Item& item) {

@@ -17,14 +17,13 @@
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
 #include "widgets/number_note.h"
+#include "widgets/texts.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
 namespace {
 
 constexpr unsigned char kHardBlank = 160;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 QString NumberInTerminal() {
   return MacroPage::tr(

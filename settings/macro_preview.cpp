@@ -5,7 +5,7 @@
 #include <QStandardItemModel>
 #include <QVBoxLayout>
 
-#include "settings/macro_picture.h"
+#include "widgets/display_picture.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -34,7 +34,7 @@ MacroPreview::MacroPreview(Services services, QWidget* parent)
       services_(std::move(services)),
       preview_(services_.fonts),
       cboVorschauStart(Named(new QComboBox, "cboVorschauStart")),
-      picVorschau(Named(new MacroPicture, "picVorschau")),
+      picVorschau(Named(new DisplayPicture(DisplayPicture::TooLarge::Shrinks), "picVorschau")),
       lblVorschauKosten(WrappedLabel("lblVorschauKosten")),
       lblVorschauHinweis(WrappedLabel("lblVorschauHinweis")) {
   cboVorschauStart->addItems({tr("auf leerem Display"), tr("auf dem jetzigen Bild")});

@@ -12,7 +12,7 @@ class QLabel;
 
 namespace kelvo {
 
-class MacroPicture;
+class DisplayPicture;
 
 /// The model of the Terminal that listens now; null when nothing is known of it.
 struct PresentTerminal {
@@ -49,7 +49,7 @@ class MacroPreview : public QWidget {
   std::string wire_;
   MacroContext context_;
   QComboBox* cboVorschauStart;
-  MacroPicture* picVorschau;
+  DisplayPicture* picVorschau;
   QLabel* lblVorschauKosten;
   QLabel* lblVorschauHinweis;
 };

@@ -7,7 +7,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "bus/frmDovu.h"
@@ -106,7 +105,6 @@ class frmhaupt : public QMainWindow {
   Twins::Services TwinServices();
   /// The address under which nobody is known to listen.
   std::optional<int> AbsentAddress() const;
-  std::vector<int> StoredAddresses();
   void FollowBus();
   void MakeAdviser();
   InventoryView* MakeInventory();
@@ -117,7 +115,16 @@ class frmhaupt : public QMainWindow {
   std::string Taken(ItemKey key, const std::string& record, const std::string& command);
   void NoteTakenNumbers();
   void TellTakenBitmap(std::optional<int> number);
+  /// What the pages say of the Terminals' EEPROMs rests on it.
+  struct ShownInventory {
+    TerminalId listener;
+    Hearing hearing{};
+    std::size_t entries = 0;
+    std::optional<std::chrono::system_clock::time_point> freeBytesAsked{};
+    bool operator==(const ShownInventory&) const = default;
+  };
   void ShowInventory();
+  void ShowInventoryNow();
   void ShowRecordStates();
   bool FreeBytesArePresent() const;
   void ShowRecord(ItemKind kind, qint64 record);
@@ -235,8 +242,7 @@ class frmhaupt : public QMainWindow {
 
   std::optional<RecordDrafts> drafts_;
   bool inventoryWaits_ = false;
-  // Whose inventory is shown, whether that listens, and of how many entries.
-  std::tuple<TerminalId, Hearing, std::size_t> shownOf_;
+  ShownInventory shownInventory_;
   std::optional<std::chrono::system_clock::time_point> freeBytesAsked_;
   TerminalId freeBytesOf_;  // who was asked then
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked

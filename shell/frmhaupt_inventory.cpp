@@ -123,19 +123,21 @@ void frmhaupt::TellTakenBitmap(std::optional<int> number) {
 // Much may change at once.
 void frmhaupt::ShowInventory() {
   if (std::exchange(inventoryWaits_, true)) return;
-  const auto show = [this] {
-    inventoryWaits_ = false;
-    const std::tuple now(recorder_.Listener(), HearingOf(lineState_), journal_.Entries().size());
-    if (std::exchange(shownOf_, now) == now) return;
-    inventory_->Refresh();
-    eeprom_->ShowFreeBytes(FreeBytesArePresent());
-    writeDesk_->NoteChange();
-    for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
-      note->Refresh();
-    }
-    ShowRecordStates();
-  };
-  QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, &frmhaupt::ShowInventoryNow, Qt::QueuedConnection);
+}
+
+void frmhaupt::ShowInventoryNow() {
+  inventoryWaits_ = false;
+  const ShownInventory now{recorder_.Listener(), HearingOf(lineState_), journal_.Entries().size(),
+                           state_.freeBytesAsked};
+  if (std::exchange(shownInventory_, now) == now) return;
+  inventory_->Refresh();
+  eeprom_->ShowFreeBytes(FreeBytesArePresent());
+  writeDesk_->NoteChange();
+  for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
+    note->Refresh();
+  }
+  ShowRecordStates();
 }
 
 // The table of the texts asks for each row; what it is told is of one moment.
@@ -172,13 +174,7 @@ void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {
 // Made at its first use: until then nobody needs what was read earlier.
 void frmhaupt::mnuAnsichtVergleich_Click() {
   if (compare_ == nullptr) {
-    const auto addresses = [this] {
-      std::vector<int> stored;
-      for (const std::string& address : data_.ctlDovuData.Column("Adresse")) {
-        stored.push_back(RoundToEven(Val(address)));
-      }
-      return stored;
-    };
+    const auto addresses = [this] { return StoredAddresses(data_.ctlDovuData); };
     compare_ = new CompareDialog(
         {exchange_, outside_.loop, outside_.person, journal_,
          outside_.folders.data + "/" + kReadingsFile, *writeDesk_,

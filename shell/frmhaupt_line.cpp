@@ -50,15 +50,7 @@ void frmhaupt::MakeAdviser() {
        }});
 }
 
-void frmhaupt::ShowStoredTerminals() {
-  const std::vector<std::string> names = data_.ctlDovuData.Column("Bezeichnung");
-  const std::vector<std::string> addresses = data_.ctlDovuData.Column("Adresse");
-  std::vector<std::pair<int, std::string>> stored;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    stored.emplace_back(static_cast<int>(Val(addresses[i])), names[i]);
-  }
-  head_->SetTerminals(std::move(stored));
-}
+void frmhaupt::ShowStoredTerminals() { head_->SetTerminals(StoredTerminals(data_.ctlDovuData)); }
 
 void frmhaupt::cmdDovuAktivieren_Click() { exchange_.SendString(SelectAddress(head_->Address())); }
 
@@ -114,7 +106,7 @@ void frmhaupt::ShowTerminal() {
     freeBytesOf_ = recorder_.Listener();
   }
   eeprom_->ShowFreeBytes(FreeBytesArePresent());
-  inventory_->Refresh();  // which leaves out what is shown beside it
+  ShowInventory();  // which leaves out what is shown beside it
   desk_->Editor().OptionsChanged();
 }
 

@@ -53,7 +53,7 @@ void frmhaupt::MakeTwins() {
   addDockWidget(Qt::BottomDockWidgetArea, dckAnzeige);
   dckAnzeige->hide();
   wall_ = new TwinWall(
-      twins_, names, [this] { return StoredAddresses(); }, this);
+      twins_, names, [this] { return StoredAddresses(data_.ctlDovuData); }, this);
   connect(wall_, &TwinWall::AddressChosen, this,
           [this](int address) { head_->SetAddress(address); });
   twins_.SetListener([this] {
@@ -74,14 +74,6 @@ PresentTerminal frmhaupt::Present() {
   const bool nobody = absent && absent == twins_.PresentAddress();
   const Twin* const twin = nobody ? nullptr : twins_.Present();
   return twin == nullptr ? PresentTerminal() : PresentTerminal{&twin->terminal, twin->Certain()};
-}
-
-std::vector<int> frmhaupt::StoredAddresses() {
-  std::vector<int> addresses;
-  for (const std::string& address : data_.ctlDovuData.Column("Adresse")) {
-    addresses.push_back(static_cast<int>(Val(address)));
-  }
-  return addresses;
 }
 
 void frmhaupt::AddTwinActions(QMenu* view) {

@@ -14,13 +14,12 @@
 #include "bus/terminal_search.h"
 #include "shell/line_words.h"
 #include "widgets/form.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int kLongestVersion = 12;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 QFrame* Divider() {
   auto* line = new QFrame;
@@ -109,13 +108,13 @@ void HeadStrip::SetAddress(int address) { ctlUpDownAdrDovu->setValue(address); }
 
 void HeadStrip::ShowPort(const QString& text) { lblPort->setText(text); }
 
-void HeadStrip::SetTerminals(std::vector<std::pair<int, std::string>> terminals) {
+void HeadStrip::SetTerminals(std::vector<StoredTerminal> terminals) {
   terminals_ = std::move(terminals);
   cmdDovuName->menu()->clear();
-  for (const auto& [address, name] : terminals_) {
-    const int number = address;
-    QString entry = Text(name).replace(u'&', tr("&&"));
-    if (name != ResultName(address)) entry = tr("%1 (%2)").arg(entry).arg(number);
+  for (const StoredTerminal& stored : terminals_) {
+    const int number = stored.address;
+    QString entry = Text(stored.name).replace(u'&', tr("&&"));
+    if (stored.name != ResultName(number)) entry = tr("%1 (%2)").arg(entry).arg(number);
     cmdDovuName->menu()->addAction(entry, this, [this, number] { SetAddress(number); });
   }
   cmdDovuName->setEnabled(!terminals_.empty());
@@ -123,8 +122,9 @@ void HeadStrip::SetTerminals(std::vector<std::pair<int, std::string>> terminals)
 }
 
 std::string HeadStrip::NameOf(int address) const {
-  for (const auto& [number, name] : terminals_) {
-    if (number == address) return name == ResultName(address) ? std::string() : name;
+  for (const StoredTerminal& stored : terminals_) {
+    if (stored.address != address) continue;
+    return stored.name == ResultName(address) ? std::string() : stored.name;
   }
   return {};
 }

@@ -3,9 +3,9 @@
 #include <QFrame>
 #include <QTimer>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "bus/stored_terminals.h"
 #include "link/line_state.h"
 
 class QLabel;
@@ -30,8 +30,7 @@ class HeadStrip : public QFrame {
   void SetAddress(int address);
   void ShowPort(const QString& text);
   QString Port() const;
-  /// The stored Terminals: address and name, in the list's order.
-  void SetTerminals(std::vector<std::pair<int, std::string>> terminals);
+  void SetTerminals(std::vector<StoredTerminal> terminals);
   /// The stored name of an address; empty for none, and for the one that a search gives.
   std::string NameOf(int address) const;
   /// Something of the state has changed.
@@ -49,7 +48,7 @@ class HeadStrip : public QFrame {
   void ShowAnswer();
 
   const LineState& state_;
-  std::vector<std::pair<int, std::string>> terminals_;
+  std::vector<StoredTerminal> terminals_;
   QTimer age_{this};  // runs only while the words are seen and change
   QSpinBox* ctlUpDownAdrDovu;
   QToolButton* cmdDovuName;

@@ -10,13 +10,12 @@
 #include "base/guard.h"
 #include "shell/program_data.h"
 #include "widgets/form.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
 
 constexpr char kSimulator[] = "simulator.tty";
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 
 #include "base/wire_text.h"
 #include "link/traffic_capture.h"
+#include "widgets/texts.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -16,11 +17,9 @@ constexpr std::size_t kShownCharacters = 400;
 constexpr int kCommandsInHint = 30;
 constexpr std::size_t kCharactersInHint = 1000;
 
-QString Utf8(const std::string& text) { return QString::fromStdString(text); }
-
 QString Shown(const TrafficRecord& record, TrafficRecord::Number number,
               std::string (*form)(std::string_view), std::size_t limit) {
-  const QString text = Utf8(form(record.Characters(number, limit)));
+  const QString text = Text(form(record.Characters(number, limit)));
   return record.At(number).length > limit ? text + QStringLiteral(" …") : text;
 }
 
@@ -90,19 +89,19 @@ int TrafficModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : ColumnCount;
 }
 
-QString TrafficModel::Text(Number number, int column) const {
+QString TrafficModel::Cell(Number number, int column) const {
   const TrafficEntry& entry = record_->At(number);
   switch (column) {
     case Time:
-      return Utf8(ClockText(entry.time));
+      return Text(ClockText(entry.time));
     case Way:
-      return Utf8(DirectionText(entry.direction));
+      return Text(DirectionText(entry.direction));
     case Meaning:
-      return Utf8(TrafficWords(*record_, number));
+      return Text(TrafficWords(*record_, number));
     case Took:
-      return Utf8(DurationWords(entry));
+      return Text(DurationWords(entry));
     case Result: {
-      const QString result = Utf8(ResultWords(*record_, number));
+      const QString result = Text(ResultWords(*record_, number));
       return IsFailure(*record_, number) ? QStringLiteral("⚠ ") + result : result;
     }
     case Readable:
@@ -113,8 +112,8 @@ QString TrafficModel::Text(Number number, int column) const {
 }
 
 QString TrafficModel::Hint(Number number) const {
-  return Utf8(DateText(record_->At(number).time)) + u'\n' +
-         Utf8(TrafficWords(*record_, number, kCommandsInHint))
+  return Text(DateText(record_->At(number).time)) + u'\n' +
+         Text(TrafficWords(*record_, number, kCommandsInHint))
              .replace(QStringLiteral("; "), QStringLiteral("\n")) +
          u'\n' + Shown(*record_, number, ReadableText, kCharactersInHint);
 }
@@ -124,7 +123,7 @@ QVariant TrafficModel::data(const QModelIndex& index, int role) const {
   if (record_ == nullptr || number < record_->Begin()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return Text(number, index.column());
+      return Cell(number, index.column());
     case Qt::ToolTipRole:
       return Hint(number);
     case Qt::FontRole:
@@ -184,7 +183,7 @@ bool TrafficFilter::MentionedByPartner(TrafficModel::Number number) const {
 bool TrafficFilter::Mentioned(TrafficModel::Number number) const {
   for (const int column :
        {TrafficModel::Meaning, TrafficModel::Result, TrafficModel::Readable, TrafficModel::Hex}) {
-    if (Model().Text(number, column).contains(choice_.text, Qt::CaseInsensitive)) return true;
+    if (Model().Cell(number, column).contains(choice_.text, Qt::CaseInsensitive)) return true;
   }
   return false;
 }

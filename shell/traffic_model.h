@@ -33,7 +33,7 @@ class TrafficModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   /// What a cell shows.
-  QString Text(Number number, int column) const;
+  QString Cell(Number number, int column) const;
 
  private:
   void DropOld();

@@ -16,6 +16,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -25,8 +26,6 @@ constexpr char kFileFilter[] = "Text (txt) |*.txt";
 // The last entry of `cboVerkehrArt`, behind the kinds.
 constexpr int kFailures = -2;
 constexpr int kAllKinds = -1;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 

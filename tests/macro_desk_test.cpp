@@ -5,10 +5,10 @@
 
 #include "settings/macro_edit.h"
 #include "settings/macro_page.h"
-#include "settings/macro_picture.h"
 #include "tests/page_fixture.h"
 #include "tests/test_fonts.h"
 #include "widgets/contrast.h"
+#include "widgets/display_picture.h"
 
 namespace kelvo {
 namespace {
@@ -163,7 +163,7 @@ TEST_F(MacroDeskTest, EveryColourIsReadOnLightAndDark) {
 
 TEST_F(MacroDeskTest, ThePreviewRunsWhatIsTypedAndFollowsKnownMacros) {
   const auto dots = [this] {
-    const QImage& image = Find<MacroPicture>("picVorschau").Image();
+    const QImage& image = Find<DisplayPicture>("picVorschau").Image();
     int dark = 0;
     for (int y = 0; y < image.height(); ++y) {
       for (int x = 0; x < image.width(); ++x) dark += qGray(image.pixel(x, y)) < 100 ? 1 : 0;
@@ -195,29 +195,6 @@ TEST_F(MacroDeskTest, ThePreviewRunsWhatIsTypedAndFollowsKnownMacros) {
   EXPECT_EQ(Written(), "");
 }
 
-// The picture's own outermost row and column are part of it.
-TEST(MacroPicture, TheFrameLiesOutside) {
-  PixelMap pixels(240, 128);
-  for (const int y : {0, 127}) pixels.PutRow(0, 239, y, Ink::Set);
-  for (int y = 0; y < 128; ++y) {
-    for (const int x : {0, 239}) pixels.Put(x, y, Ink::Set);
-  }
-  MacroPicture picture;
-  picture.Show(pixels);
-  EXPECT_EQ(picture.heightForWidth(242), 130);
-  picture.resize(picture.sizeHint());
-  const QImage seen = picture.grab().toImage();
-  ASSERT_EQ(seen.size(), QSize(242, 130));
-  const QRgb dot = seen.pixel(1, 1);
-  EXPECT_EQ(dot, picture.Image().pixel(0, 0));
-  for (const QPoint at : {QPoint(240, 1), QPoint(1, 128), QPoint(240, 128), QPoint(100, 1)}) {
-    EXPECT_EQ(seen.pixel(at), dot) << at.x() << "," << at.y();
-  }
-  for (const QPoint at : {QPoint(0, 0), QPoint(241, 129), QPoint(100, 0), QPoint(0, 60)}) {
-    EXPECT_NE(seen.pixel(at), dot) << at.x() << "," << at.y();
-  }
-}
-
 TEST_F(MacroDeskTest, ThePreviewBeginsOnThePresentPictureWhereThatIsKnown) {
   auto& start = Find<QComboBox>("cboVorschauStart");
   const auto can = [&start] {
@@ -231,7 +208,7 @@ TEST_F(MacroDeskTest, ThePreviewBeginsOnThePresentPictureWhereThatIsKnown) {
   page->Shown();
   EXPECT_TRUE(can());
   start.setCurrentIndex(1);
-  EXPECT_EQ(Find<MacroPicture>("picVorschau").Image().size(), QSize(60, 40));
+  EXPECT_EQ(Find<DisplayPicture>("picVorschau").Image().size(), QSize(60, 40));
   EXPECT_NE(Text("lblVorschauHinweis").find("nicht sicher"), std::string::npos);
   present.certain = true;
   page->Shown();

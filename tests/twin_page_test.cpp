@@ -4,7 +4,6 @@
 
 #include "tests/twin_world.h"
 #include "twin_page/twin_panel.h"
-#include "twin_page/twin_picture.h"
 #include "twin_page/twin_wall.h"
 
 namespace kelvo::testing_world {
@@ -73,21 +72,6 @@ TEST_F(TwinPages, PanelSaysWhatThePictureRestsOn) {
   absent = 254;
   Talk(Esc + "!A5;" + Esc + "!A254;");
   Until([&] { return Words("lblAnzeigeWer").ends_with("Adresse 5 (zuletzt gewählt)"); });
-}
-
-// Its outermost pixels are beside the frame, not under it.
-TEST_F(TwinPages, PictureIsWhollySeen) {
-  DrawFrame();
-  Talk(Esc + "GP0,0;" + Esc + "GR239,127;");
-  Settle();
-  TwinPicture picture;
-  picture.Show(twins.Present());
-  picture.resize(picture.minimumSizeHint());
-  const QImage seen = picture.grab().toImage();
-  for (const QPoint at : {QPoint(0, 0), QPoint(239, 0), QPoint(0, 127), QPoint(239, 127)}) {
-    EXPECT_EQ(seen.pixel(at + QPoint(1, 1)), picture.Image().pixel(5, 5)) << at.x() << at.y();
-  }
-  EXPECT_NE(seen.pixel(0, 0), picture.Image().pixel(5, 5));
 }
 
 TEST_F(TwinPages, WallShowsTheStoredAndTheSpokenWith) {

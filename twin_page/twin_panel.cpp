@@ -7,12 +7,13 @@
 #include <utility>
 
 #include "twin/words.h"
-#include "twin_page/twin_picture.h"
+#include "widgets/display_picture.h"
 #include "widgets/form.h"
 
 namespace kelvo {
 namespace {
 
+constexpr QSize kNobody(240, 128);
 constexpr int kPause = 100;  // ms, so that a busy line is shown ten times a second at most
 
 std::string Clock(WallTime time) {
@@ -34,6 +35,16 @@ QString TwinText(const Twin* twin) {
     return QObject::tr("Unbekannt, weil mit diesem Terminal noch nicht gesprochen wurde.");
   }
   return QString::fromStdString(TwinWords(*twin, Clock));
+}
+
+PixelMap TwinPixels(const Twin* twin) {
+  if (twin == nullptr) return {kNobody.width(), kNobody.height()};
+  const sim::Screen& display = twin->terminal.Display();
+  return twin->knowledge.KnowsCursor() ? display.Picture(true) : display.Pixels();
+}
+
+Certainty TwinCertainty(const Twin* twin) {
+  return twin != nullptr && twin->Certain() ? Certainty::Certain : Certainty::Doubted;
 }
 
 TwinFollower::TwinFollower(Twins& twins, QWidget& seen, std::function<void()> show)
@@ -63,8 +74,9 @@ TwinPanel::TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<
   lblAnzeigeWer->setAccessibleName(tr("Wessen Anzeige das ist"));
   lblAnzeigeWer->setTextFormat(Qt::PlainText);
   lblAnzeigeWer->setWordWrap(true);
-  ctlAnzeigeBild = Named(new TwinPicture, "ctlAnzeigeBild");
+  ctlAnzeigeBild = Named(new DisplayPicture(DisplayPicture::TooLarge::Claims), "ctlAnzeigeBild");
   ctlAnzeigeBild->setAccessibleName(tr("Nachbildung der Anzeige"));
+  ctlAnzeigeBild->Show(TwinPixels(nullptr), TwinCertainty(nullptr));
   lblAnzeigeStand = Named(new QLabel, "lblAnzeigeStand");
   lblAnzeigeStand->setAccessibleName(tr("Worauf die Nachbildung beruht"));
   lblAnzeigeStand->setTextFormat(Qt::PlainText);
@@ -118,7 +130,7 @@ void TwinPanel::ShowTwin() {
   const bool nobody = absent && absent == twins_.PresentAddress();
   const Twin* const twin = nobody ? nullptr : twins_.Present();
   lblAnzeigeWer->setText(tr("Nachbildung: %1").arg(Who(absent)));
-  ctlAnzeigeBild->Show(twin);
+  ctlAnzeigeBild->Show(TwinPixels(twin), TwinCertainty(twin));
   lblAnzeigeStand->setText(
       nobody ? tr("Unbekannt, weil unter Adresse %1 niemand geantwortet hat.").arg(*absent)
              : TwinText(twin));

@@ -7,14 +7,13 @@
 #include <string>
 
 #include "twin/twins.h"
+#include "widgets/display_picture.h"
 
 class QBoxLayout;
 class QLabel;
 class QScrollArea;
 
 namespace kelvo {
-
-class TwinPicture;
 
 /// A Terminal's stored name; empty for none.
 using TwinNames = std::function<std::string(int address)>;
@@ -23,6 +22,9 @@ using TwinNames = std::function<std::string(int address)>;
 QString TwinName(int address, const TwinNames& names);
 /// What is said of it; of null that nobody has been spoken with.
 QString TwinText(const Twin* twin);
+/// The model's display with its cursor, as far as that is known; of null an empty one.
+PixelMap TwinPixels(const Twin* twin);
+Certainty TwinCertainty(const Twin* twin);
 
 /// Lets a widget that is seen follow the models, without a timer while nothing happens.
 class TwinFollower {
@@ -52,7 +54,7 @@ class TwinPanel : public QWidget {
             QWidget* parent = nullptr);
 
   void Changed() { follower_.Changed(); }
-  const TwinPicture& Picture() const { return *ctlAnzeigeBild; }
+  const DisplayPicture& Picture() const { return *ctlAnzeigeBild; }
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -67,7 +69,7 @@ class TwinPanel : public QWidget {
   TwinNames names_;
   std::function<std::optional<int>()> absent_;
   QLabel* lblAnzeigeWer;
-  TwinPicture* ctlAnzeigeBild;
+  DisplayPicture* ctlAnzeigeBild;
   QLabel* lblAnzeigeStand;
   QBoxLayout* sides_;
   QScrollArea* room_;

@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "twin_page/twin_picture.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -19,7 +18,7 @@ constexpr int kHigh = 560;
 
 // A larger display is made smaller; none is made larger, so that a pixel stays a pixel.
 QPixmap TilePixmap(const Twin* twin) {
-  QImage image = TwinImage(twin);
+  QImage image = DisplayImage(TwinPixels(twin), TwinCertainty(twin));
   if (image.width() > kTile.width() || image.height() > kTile.height()) {
     image = image.scaled(kTile, Qt::KeepAspectRatio, Qt::SmoothTransformation);
   }
@@ -30,7 +29,7 @@ QPixmap TilePixmap(const Twin* twin) {
       QPoint((kTile.width() - image.width()) / 2, (kTile.height() - image.height()) / 2),
       image.size());
   painter.drawImage(place, image);
-  if (twin == nullptr || !twin->Certain()) PaintDoubt(painter, place);
+  if (TwinCertainty(twin) == Certainty::Doubted) PaintDoubt(painter, place);
   return tile;
 }
 
