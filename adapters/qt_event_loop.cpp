@@ -6,8 +6,6 @@
 #include <thread>
 #include <utility>
 
-#include "adapters/held_input.h"
-
 namespace kelvo {
 namespace {
 
@@ -49,14 +47,13 @@ void QtEventLoop::WaitPaintingOnly(nanoseconds time) {
 
 void QtEventLoop::Paint() {
   const bool outer = std::exchange(held_, true);
-  {
-    const HeldInput input;
-    QCoreApplication::processEvents(QEventLoop::AllEvents);
-  }
+  ServeHeld();
   held_ = outer;
   painted_ = Now();
   if (!held_) Q_EMIT Released();
 }
+
+void QtEventLoop::ServeHeld() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
 
 nanoseconds QtEventLoop::Now() const { return std::chrono::steady_clock::now().time_since_epoch(); }
 

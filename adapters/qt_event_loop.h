@@ -30,6 +30,10 @@ class QtEventLoop : public QObject, public EventLoop {
   /// How WaitPaintingOnly sleeps; without one it serves nobody.
   void SetSleeper(Sleeper sleeper) { sleeper_ = std::move(sleeper); }
 
+ protected:
+  /// Serves what has happened, in a wait that takes no input.
+  virtual void ServeHeld();
+
  Q_SIGNALS:
   /// Receive events that were held back may be raised from now on.
   void Released();

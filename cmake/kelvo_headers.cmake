@@ -24,5 +24,7 @@ function(kelvo_precompiled name)
 endfunction()
 
 kelvo_precompiled(kelvo_headers HEADERS ${kelvo_standard_headers})
+kelvo_precompiled(kelvo_core_headers HEADERS ${kelvo_standard_headers} <QObject> <QString> <QTimer>
+  LINK Qt6::Core)
 kelvo_precompiled(kelvo_qt_headers HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers}
   LINK Qt6::Widgets)

@@ -1,11 +1,12 @@
-# kelvo_library(NAME SOURCES... [ALONE sources...] [QT] [LINK libs...])
+# kelvo_library(NAME SOURCES... [ALONE sources...] [QT|CORE] [LINK libs...])
 #
 # One room of the house, or one room's page. Without QT the target sees no Qt
-# header at all, so that a feature which reaches for a widget does not compile.
+# header at all, so that a feature which reaches for a widget does not compile;
+# with CORE it sees the toolkit without its windows.
 # Most presets compile several sources together; those that share a name with
 # others in what is theirs alone stand behind ALONE.
 function(kelvo_library name)
-  cmake_parse_arguments(ARG "QT" "" "SOURCES;ALONE;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "QT;CORE" "" "SOURCES;ALONE;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES} ${ARG_ALONE})
   kelvo_alone(${ARG_ALONE})
   target_link_libraries(${name} PUBLIC ${ARG_LINK})
@@ -13,6 +14,10 @@ function(kelvo_library name)
     kelvo_settings(${name} QT)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(${name} PUBLIC Qt6::Widgets)
+  elseif(ARG_CORE)
+    kelvo_settings(${name} CORE)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PUBLIC Qt6::Core)
   else()
     kelvo_settings(${name})
   endif()
@@ -25,14 +30,16 @@ function(kelvo_alone)
   endif()
 endfunction()
 
-# kelvo_settings(NAME [QT] [TEST]): what every target of the project is compiled with, and the
+# kelvo_settings(NAME [QT|CORE] [TEST]): what every target of the project is compiled with, and the
 # precompiled headers of its kind.
 function(kelvo_settings name)
-  cmake_parse_arguments(ARG "QT;TEST" "" "" ${ARGN})
+  cmake_parse_arguments(ARG "QT;CORE;TEST" "" "" ${ARGN})
   kelvo_compiled(${name})
   set(headers kelvo)
   if(ARG_QT)
     string(APPEND headers _qt)
+  elseif(ARG_CORE)
+    string(APPEND headers _core)
   endif()
   if(ARG_TEST)
     string(APPEND headers _test)

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "adapters/qt_event_loop.h"
 #include "adapters/qt_serial_port.h"
 #include "adapters/side_process.h"
+#include "adapters/window_loop.h"
 #include "link/link_world.h"
 #include "shell/outside.h"
 #include "shell/qt_operator.h"
@@ -14,7 +14,7 @@ namespace kelvo {
 class frmhaupt;
 
 /// The real world outside, through the toolkit.
-struct LiveWorld : LinkWorld<QtEventLoop, QtTimer, QtSerialPort> {
+struct LiveWorld : LinkWorld<WindowLoop, QtTimer, QtSerialPort> {
   QtOperator person{loop};
   std::unique_ptr<SideProcess> simulator;
 

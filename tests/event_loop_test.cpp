@@ -1,4 +1,4 @@
-#include "adapters/qt_event_loop.h"
+#include "adapters/window_loop.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ TEST(QtEventLoopTest, WaitsThatOnlyPaintLetClosingAndEscapeThroughAndKeepOtherIn
       return QWindow::event(event);
     }
   } window;
-  QtEventLoop loop;
+  WindowLoop loop;
   const auto post = [&window](QEvent* event) { QCoreApplication::postEvent(&window, event); };
   for (const Qt::Key key : {Qt::Key_A, Qt::Key_Escape, Qt::Key_B}) {
     post(new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
