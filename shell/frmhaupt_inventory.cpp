@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "base/val.h"
-#include "base/wire_text.h"
+#include "inventory/stored_records.h"
 #include "inventory_page/compare_dialog.h"
 #include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
@@ -15,24 +15,6 @@
 // What the main window knows of what was written into the Terminals.
 
 namespace kelvo {
-namespace {
-
-std::vector<StoredRecord> StoredRecords(Database& database) {
-  std::vector<StoredRecord> all;
-  Recordset records(database, "select * from Makro where typ <> 'Symbol'");
-  for (; !records.Eof(); records.MoveNext()) {
-    auto wire = WireText(records.Text("wert").value_or(""));
-    if (!wire) continue;
-    const auto number = records.Text("nr_im_display");
-    all.push_back({records.Bookmark(), records.Text("typ").value_or(""),
-                   records.Text("Bezeichnung").value_or(""),
-                   number ? static_cast<int>(records.Number("nr_im_display")) : -1,
-                   *std::move(wire)});
-  }
-  return all;
-}
-
-}  // namespace
 
 std::string frmhaupt::OpenDevice() {
   if (interfaces_ == nullptr) return {};  // the window is being built

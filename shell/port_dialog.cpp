@@ -8,7 +8,7 @@
 #include <QPushButton>
 
 #include "base/guard.h"
-#include "shell/program_data.h"
+#include "store/program_data.h"
 #include "widgets/form.h"
 #include "widgets/texts.h"
 

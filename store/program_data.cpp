@@ -1,4 +1,4 @@
-#include "shell/program_data.h"
+#include "store/program_data.h"
 
 #include <algorithm>
 #include <cctype>
