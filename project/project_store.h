@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "project/project.h"
+#include "store/database.h"
+
+// From the database into a project and back: what is there, what an import would do, doing it, and
+// taking it back.
+
+namespace kelvo {
+
+class WriteJournal;
+
+/// A record of the database.
+struct RecordHere {
+  ProjectRecord record;
+  std::int64_t key = 0;    ///< its rowid
+  std::vector<Value> row;  ///< all of it, as it was read
+};
+/// Every record that a project can hold, by kind, number and name. Throws StoreError.
+std::vector<RecordHere> RecordsHere(const Database& database);
+/// All records of these kinds, and the entries if Inventory is among them.
+Project ProjectOf(const std::vector<RecordHere>& records, const std::vector<JournalEntry>& journal,
+                  const std::set<ProjectKind>& kinds);
+
+enum class Finding : std::uint8_t {
+  Equal,
+  New,
+  Different,
+  OtherName,     ///< the same number under another name
+  ChangedThere,  ///< since the common state, there alone
+  ChangedHere,   ///< here alone
+  Merged,        ///< on both sides, in different places
+  Conflict,      ///< on both sides, in the same place
+  DeletedThere,
+  DeletedHere,
+};
+/// "verschieden", "nur dort geändert", UTF-8.
+std::string FindingText(Finding finding);
+
+enum class ImportChoice : std::uint8_t {
+  Open,    ///< to be decided
+  Leave,   ///< the database keeps what it has
+  Take,    ///< it becomes the result
+  Beside,  ///< what is there becomes a record of its own, under another name
+};
+
+/// What an import would do with one record.
+struct ImportItem {
+  ProjectKind kind = ProjectKind::Macro;
+  Finding finding = Finding::New;
+  std::optional<RecordHere> here;
+  std::optional<ProjectRecord> there;
+  std::optional<ProjectRecord> base;    ///< in the common state
+  std::optional<ProjectRecord> result;  ///< of Take; nothing: the record is deleted
+  ImportChoice choice = ImportChoice::Open;
+  std::string besideName{};  ///< UTF-8
+
+  /// Whether there may be another one beside it: not of what is told apart by its number alone.
+  bool MayBeBeside() const;
+  bool MayChoose(ImportChoice choice) const;
+};
+
+/// What an import would do: nothing is changed before it is applied.
+struct ImportPlan {
+  std::vector<ImportItem> items;
+  std::vector<ProjectDrawing> drawings;  ///< to be written into files, by whoever asks for that
+  /// What the file knows of Terminals and the journal here does not.
+  std::vector<JournalEntry> inventory;
+  std::size_t inventoryKnown = 0;  ///< entries of the file that the journal has
+  bool takeInventory = true;
+
+  std::size_t Open() const;     ///< items to be decided
+  std::size_t Changes() const;  ///< records that would be written or deleted
+};
+
+/// `base` is the common state that both sides have come from, where there is one: what only one
+/// side has changed since is not asked.
+ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
+                      const std::vector<JournalEntry>& journal, const Project* base = nullptr);
+
+/// What was done, to be taken back.
+struct ImportDone {
+  struct Change {
+    ProjectKind kind;
+    std::int64_t key;
+    std::vector<Value> before;  ///< empty: it was not there
+    std::vector<Value> after;   ///< empty: it is gone
+    std::string text;           ///< names it
+  };
+  std::vector<Change> changes;
+  std::vector<JournalEntry> inventory;
+};
+
+/// Does what was chosen, all of it or nothing; what is still open stays. Throws StoreError, and
+/// StoreConflict when a record is not any more as it was planned with.
+ImportDone ApplyImport(const Database& database, WriteJournal& journal, const ImportPlan& plan);
+/// Puts everything back, or nothing: throws StoreError, naming the record, where one has changed
+/// since.
+void UndoImport(const Database& database, WriteJournal& journal, const ImportDone& done);
+
+}  // namespace kelvo
