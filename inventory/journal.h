@@ -118,6 +118,11 @@ class WriteJournal {
   bool Add(JournalEntry entry);
   /// Takes what other programs have recorded meanwhile.
   void Refresh();
+  /// Puts entries that were recorded elsewhere where their times belong. Nothing when that is done,
+  /// else the reason (UTF-8), and all is as it was.
+  std::optional<std::string> Insert(const std::vector<JournalEntry>& entries);
+  /// Takes such entries out again.
+  std::optional<std::string> Remove(const std::vector<JournalEntry>& entries);
 
   const std::vector<JournalEntry>& Entries() const { return entries_; }
   /// Lines of the file that are torn or damaged.
@@ -131,6 +136,7 @@ class WriteJournal {
 
  private:
   void TakeLines();
+  std::optional<std::string> Rewrite(const JournalFile::Change& change);
 
   std::optional<JournalFile> file_;
   std::vector<JournalEntry> entries_;

@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
+#include <memory>
 
 #include "store/data_folder.h"
 
@@ -46,8 +48,24 @@ bool EndsTorn(int file, off_t size) {
   return size > 0 && pread(file, &last, 1, size - 1) == 1 && last != '\n';
 }
 
+// A rewritten file has taken the place of the one that was opened.
+bool IsStillAt(const std::string& path, int file) {
+  struct stat opened {};
+  struct stat named {};
+  return fstat(file, &opened) == 0 && stat(path.c_str(), &named) == 0 &&
+         opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
+}
+
+// The journal, alone; nothing, with errno, when it cannot be had.
+std::unique_ptr<Descriptor> OpenLocked(const std::string& path) {
+  for (;;) {
+    auto file = std::make_unique<Descriptor>(path, O_RDWR | O_APPEND | O_CREAT);
+    if (!file->IsOpen() || flock(file->Get(), LOCK_EX) != 0) return nullptr;
+    if (IsStillAt(path, file->Get())) return file;
+  }
+}
+
 int AppendLine(int file, const std::string& path, std::string_view line) {
-  if (flock(file, LOCK_EX) != 0) return errno;
   struct stat status {};
   if (fstat(file, &status) != 0) return errno;
   std::string text = EndsTorn(file, status.st_size) ? "\n" : "";
@@ -72,11 +90,60 @@ std::string ReadFrom(int file, std::uint64_t from, std::uint64_t to) {
   return text;
 }
 
+std::vector<std::string> SplitLines(const std::string& text) {
+  std::vector<std::string> lines;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    lines.push_back(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return lines;
+}
+
+std::string JoinedLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + '\n';
+  return text;
+}
+
+int WriteNew(const std::string& path, const std::string& text) {
+  const Descriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
+  if (!file.IsOpen()) return errno;
+  for (std::size_t at = 0; at < text.size();) {
+    const ssize_t written = write(file.Get(), text.data() + at, text.size() - at);
+    if (written < 0) return errno;
+    at += static_cast<std::size_t>(written);
+  }
+  return Sync(file.Get());
+}
+
+// A file beside it that takes its place when it is whole.
+int Replace(const std::string& path, const std::string& text) {
+  const std::string beside = path + ".neu";
+  int error = WriteNew(beside, text);
+  if (error == 0 && std::rename(beside.c_str(), path.c_str()) != 0) error = errno;
+  if (error != 0) {
+    unlink(beside.c_str());
+    return error;
+  }
+  return SyncFolderOf(path);
+}
+
 }  // namespace
 
 std::optional<std::string> JournalFile::Append(std::string_view line) const {
-  const Descriptor file(path_, O_RDWR | O_APPEND | O_CREAT);
-  const int error = file.IsOpen() ? AppendLine(file.Get(), path_, line) : errno;
+  const auto file = OpenLocked(path_);
+  const int error = file ? AppendLine(file->Get(), path_, line) : errno;
+  if (error == 0) return std::nullopt;
+  return FileReason(error);
+}
+
+std::optional<std::string> JournalFile::Rewrite(const Change& change) const {
+  const auto file = OpenLocked(path_);
+  struct stat status {};
+  if (!file || fstat(file->Get(), &status) != 0) return FileReason(errno);
+  const std::string text = ReadFrom(file->Get(), 0, static_cast<std::uint64_t>(status.st_size));
+  const int error = Replace(path_, JoinedLines(change(SplitLines(text))));
   if (error == 0) return std::nullopt;
   return FileReason(error);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,11 @@ class JournalFile {
   /// Appends a line (with its end) in one piece and returns when it is on the disc; behind a line
   /// that was torn it begins a new one. Nothing when that is done, else the reason, UTF-8.
   std::optional<std::string> Append(std::string_view line) const;
+
+  using Change = std::function<std::vector<std::string>(std::vector<std::string> lines)>;
+  /// Puts what `change` makes of all lines (without their ends) in their place, all of it or
+  /// nothing; nobody appends meanwhile. Nothing when that is done, else the reason, UTF-8.
+  std::optional<std::string> Rewrite(const Change& change) const;
 
   struct Lines {
     bool anew = false;  ///< it is another file than before, and these are all of its lines

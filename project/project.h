@@ -30,10 +30,11 @@ enum class ProjectKind : std::uint8_t {
   Line,      ///< stored settings of both interfaces
   Port,      ///< the device behind "Com 1" ..
   Options,   ///< always one
+  Display,   ///< its size, always one
   Drawing,   ///< from a file
   Inventory,
 };
-inline constexpr std::size_t kProjectKinds = 12;
+inline constexpr std::size_t kProjectKinds = 13;
 
 /// How the value of a field stands in the text.
 enum class FieldForm : std::uint8_t {
@@ -48,6 +49,8 @@ struct ProjectField {
   const char* column;  ///< of the table
   const char* member;  ///< in the text, UTF-8
   FieldForm form;
+  /// Stands in the text also when the database holds nothing there, and must.
+  bool always = false;
 };
 
 /// What is to know of a kind of record.
@@ -60,8 +63,8 @@ struct KindRow {
   std::span<const ProjectField> fields;
   std::optional<std::size_t> number;  ///< the field that holds the record's number
   std::optional<std::size_t> name;
-  /// What tells records of the kind apart: else it is the name.
-  bool byNumber;
+  /// What tells records of the kind apart.
+  enum class Identity : std::uint8_t { Name, Number, Single } identity;
 };
 const KindRow& RowOf(ProjectKind kind);
 /// All of them, in their order.
@@ -93,7 +96,9 @@ struct Project {
   std::set<ProjectKind> partly;         ///< of these only what was chosen
   bool operator==(const Project&) const = default;
 };
-/// Brings records and drawings into the order in which they are written: by kind, number and name.
+/// The order in which records are written: by kind, number and name, at last by all else.
+bool StandsBefore(const ProjectRecord& one, const ProjectRecord& other);
+/// Brings records and drawings into the order in which they are written.
 void SortProject(Project& project);
 
 /// Told from time to time how much of all is done. False stops what is going on.

@@ -1,0 +1,134 @@
+#include "project/project.h"
+
+#include <algorithm>
+#include <array>
+#include <tuple>
+
+namespace kelvo {
+namespace {
+
+using enum FieldForm;
+using Identity = KindRow::Identity;
+
+constexpr ProjectField kContentFields[] = {{"nr_im_display", "Nummer", Whole},
+                                           {"Bezeichnung", "Bezeichnung", Text, true},
+                                           {"ausgang", "Ausgang", Text},
+                                           {"eingang", "Eingang", Text},
+                                           {"wert", "Inhalt", Commands}};
+constexpr ProjectField kOtherFields[] = {{"nr_im_display", "Nummer", Whole},
+                                         {"Bezeichnung", "Bezeichnung", Text, true},
+                                         {"typ", "Art", Text},
+                                         {"ausgang", "Ausgang", Text},
+                                         {"eingang", "Eingang", Text},
+                                         {"wert", "Inhalt", Commands}};
+constexpr ProjectField kTerminalFields[] = {{"Adresse", "Adresse", Whole, true},
+                                            {"Bezeichnung", "Bezeichnung", Text},
+                                            {"Checksum", "Prüfsumme", YesNo},
+                                            {"aktiv", "aktiv", YesNo}};
+constexpr ProjectField kLineFields[] = {
+    {"satznr", "Satz", Whole, true}, {"ComNr", "Anschluss", Text},   {"Baud1", "Baud1", Text},
+    {"Bits1", "Bits1", Text},        {"StopBit1", "StopBit1", Text}, {"Parity1", "Parity1", Text},
+    {"Shake1", "Shake1", Text},      {"Puffer1", "Puffer1", Text},   {"RecCom2", "RecCom2", Text},
+    {"Baud2", "Baud2", Text},        {"Bits2", "Bits2", Text},       {"Stopbit2", "StopBit2", Text},
+    {"Shake2", "Shake2", Text},      {"Parity2", "Parity2", Text},   {"Puffer2", "Puffer2", Text}};
+constexpr ProjectField kPortFields[] = {{"ComNr", "Com", Whole, true}, {"Geraet", "Gerät", Text}};
+constexpr ProjectField kOptionFields[] = {
+    {"FensterMitZoomen", "FensterMitZoomen", YesNo, true},
+    {"sofortsenden", "sofortsenden", YesNo, true},
+    {"rs485wait", "rs485wait", Whole, true},
+    {"BMPSchwarzschwelle", "BMPSchwarzschwelle", Whole, true},
+    {"EEPromelegantlöschenabVer", "EEPromelegantlöschenabVer", Real, true},
+    {"ChecksumabVer", "ChecksumabVer", Real, true},
+    {"BMPinPixelabVer", "BMPinPixelabVer", Real, true}};
+constexpr ProjectField kDisplayFields[] = {{"displayx", "Breite", Whole, true},
+                                           {"displayy", "Höhe", Whole, true}};
+
+constexpr KindRow Content(ProjectKind kind, const char* member, const char* noun, const char* typ) {
+  return {kind, member, noun, "Makro", typ, kContentFields, 0, 1, Identity::Name};
+}
+
+constexpr KindRow kKinds[] = {
+    Content(ProjectKind::Macro, "Makros", "Makro", "Makro"),
+    Content(ProjectKind::MatrixTable, "Matrix-Tabellen", "Matrix-Tabelle", "MatrixTab"),
+    Content(ProjectKind::AtTable, "AT-Tabellen", "AT-Tabelle", "ATTab"),
+    Content(ProjectKind::Picture, "Grafiken", "Grafik", "Grafik"),
+    Content(ProjectKind::Symbol, "Symbole", "Symbol", "Symbol"),
+    {ProjectKind::Other, "Andere Sätze", "Satz", "Makro", "", kOtherFields, 0, 1, Identity::Name},
+    {ProjectKind::Terminal, "Terminals", "Terminal", "DOVU", "", kTerminalFields, 0, 1,
+     Identity::Number},
+    {ProjectKind::Line,
+     "Schnittstellen",
+     "Schnittstelle",
+     "Schnittstelle",
+     "",
+     kLineFields,
+     0,
+     {},
+     Identity::Number},
+    {ProjectKind::Port, "Anschlüsse", "Com", "Anschluss", "", kPortFields, 0, {}, Identity::Number},
+    {ProjectKind::Options,
+     "Optionen",
+     "Optionen",
+     "Optionen",
+     "",
+     kOptionFields,
+     {},
+     {},
+     Identity::Single},
+    {ProjectKind::Display,
+     "Display",
+     "Display",
+     "Default",
+     "",
+     kDisplayFields,
+     {},
+     {},
+     Identity::Single},
+    {ProjectKind::Drawing, "Zeichnungsdateien", "Zeichnung", "", "", {}, {}, {}, Identity::Name},
+    {ProjectKind::Inventory, "Bestände", "Bestand", "", "", {}, {}, {}, Identity::Name}};
+static_assert(std::size(kKinds) == kProjectKinds);
+
+// Records without a number stand first, as those do that have something else there.
+auto OrderOf(const ProjectRecord& record) {
+  return std::tuple(record.kind, NumberOf(record), NameOf(record));
+}
+
+}  // namespace
+
+bool StandsBefore(const ProjectRecord& one, const ProjectRecord& other) {
+  const auto a = OrderOf(one);
+  const auto b = OrderOf(other);
+  return a != b ? a < b : one.values < other.values;
+}
+
+std::span<const KindRow> ProjectKindTable() { return kKinds; }
+
+const KindRow& RowOf(ProjectKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+
+std::string NameOf(const ProjectRecord& record) {
+  const auto field = RowOf(record.kind).name;
+  const auto* const name = field ? std::get_if<std::string>(&record.values[*field]) : nullptr;
+  return name != nullptr ? *name : std::string();
+}
+
+std::optional<std::int64_t> NumberOf(const ProjectRecord& record) {
+  const auto field = RowOf(record.kind).number;
+  const auto* const number = field ? std::get_if<std::int64_t>(&record.values[*field]) : nullptr;
+  return number != nullptr ? std::optional(*number) : std::nullopt;
+}
+
+std::string RecordText(const ProjectRecord& record) {
+  std::string text = RowOf(record.kind).noun;
+  const auto number = NumberOf(record);
+  if (number && *number >= 0) text += " " + std::to_string(*number);
+  const std::string name = NameOf(record);
+  return name.empty() ? text : text + " „" + name + "“";
+}
+
+void SortProject(Project& project) {
+  std::sort(project.records.begin(), project.records.end(), StandsBefore);
+  std::stable_sort(project.drawings.begin(), project.drawings.end(),
+                   [](const auto& a, const auto& b) { return a.name < b.name; });
+}
+
+}  // namespace kelvo

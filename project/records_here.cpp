@@ -1,0 +1,69 @@
+#include <algorithm>
+#include <string_view>
+
+#include "project/project_store.h"
+
+namespace kelvo {
+namespace {
+
+// `columns` are those of the statement, the rowid first.
+Value FieldOf(const Statement& statement, const char* column) {
+  for (int i = 1; i < statement.ColumnCount(); ++i) {
+    if (statement.ColumnName(i) == column) return statement.Column(i);
+  }
+  return {};
+}
+
+RecordHere RecordOf(const Statement& statement, const KindRow& kind) {
+  RecordHere here{{kind.kind, {}}, std::get<std::int64_t>(statement.Column(0)), {}};
+  for (const ProjectField& field : kind.fields) {
+    here.record.values.push_back(FieldOf(statement, field.column));
+  }
+  for (int i = 1; i < statement.ColumnCount(); ++i) here.row.push_back(statement.Column(i));
+  return here;
+}
+
+const KindRow& KindOfTyp(const Value& typ) {
+  const auto* const text = std::get_if<std::string>(&typ);
+  for (const KindRow& row : ProjectKindTable()) {
+    if (text != nullptr && *row.typ != '\0' && *text == row.typ) return row;
+  }
+  return RowOf(ProjectKind::Other);
+}
+
+void ReadTable(const Database& database, const KindRow& kind, std::vector<RecordHere>& records) {
+  Statement statement(database, "select rowid, * from " + Quoted(kind.table) + " order by rowid");
+  while (statement.Step()) {
+    const bool content = std::string_view(kind.table) == RowOf(ProjectKind::Other).table;
+    records.push_back(RecordOf(statement, content ? KindOfTyp(FieldOf(statement, "typ")) : kind));
+    if (kind.identity == KindRow::Identity::Single) return;
+  }
+}
+
+}  // namespace
+
+std::vector<RecordHere> RecordsHere(const Database& database) {
+  std::vector<RecordHere> records;
+  for (const ProjectKind kind : {ProjectKind::Other, ProjectKind::Terminal, ProjectKind::Line,
+                                 ProjectKind::Port, ProjectKind::Options, ProjectKind::Display}) {
+    ReadTable(database, RowOf(kind), records);
+  }
+  std::stable_sort(records.begin(), records.end(),
+                   [](const RecordHere& one, const RecordHere& two) {
+                     return StandsBefore(one.record, two.record);
+                   });
+  return records;
+}
+
+Project ProjectOf(const std::vector<RecordHere>& records, const std::vector<JournalEntry>& journal,
+                  const std::set<ProjectKind>& kinds) {
+  Project project;
+  project.kinds = kinds;
+  for (const RecordHere& here : records) {
+    if (kinds.count(here.record.kind) > 0) project.records.push_back(here.record);
+  }
+  if (kinds.count(ProjectKind::Inventory) > 0) project.inventory = journal;
+  return project;
+}
+
+}  // namespace kelvo
