@@ -131,12 +131,13 @@ std::string SearchReport(const std::vector<SearchResult>& results) {
   return text;
 }
 
-TerminalSearch::End TerminalSearch::Run(int last, double checksumFrom, const Listener& listener) {
+TerminalSearch::End TerminalSearch::Run(int last, double checksumFrom, const Listener& listener,
+                                        int first) {
   Exchange& exchange = services_.exchange;
   stopping_ = false;
   exchange.SetInterval(kSearchInterval);
   bool connected = services_.reopenPort();
-  for (int address = 0; connected && address <= last && !stopping_; ++address) {
+  for (int address = first; connected && address <= last && !stopping_; ++address) {
     const auto result = Visit(address, checksumFrom);
     if (result) listener(*result);
     connected = result && exchange.Alive();

@@ -89,10 +89,10 @@ class TerminalSearch {
 
   explicit TerminalSearch(Services services) : services_(std::move(services)) {}
 
-  /// Searches the addresses 0..`last`. `checksumFrom` is the first version with checksums. The
-  /// listener is told of each address as soon as it is done. Afterwards the last address asked
+  /// Searches the addresses `first`..`last`. `checksumFrom` is the first version with checksums.
+  /// The listener is told of each address as soon as it is done. Afterwards the last address asked
   /// remains the selected one.
-  End Run(int last, double checksumFrom, const Listener& listener);
+  End Run(int last, double checksumFrom, const Listener& listener, int first = 0);
   /// The steps for one address, display and all; nothing when the line was lost in them.
   std::optional<SearchResult> Visit(int address, double checksumFrom);
   /// What a Terminal that has answered to its address is told and asked next.

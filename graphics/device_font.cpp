@@ -12,6 +12,7 @@ constexpr std::size_t kHeaderSize = 7;
 constexpr unsigned char kVersion = 1;
 constexpr int kMaxCell = 32;
 constexpr int kGlyphCount = 256;
+constexpr unsigned char kHardBlank = 160;
 
 unsigned char ByteAt(std::string_view bytes, std::size_t index) {
   return static_cast<unsigned char>(bytes[index]);
@@ -48,6 +49,14 @@ bool DeviceFont::Parse(std::string_view bytes) {
     rows_.push_back(ReadRow(bytes, kHeaderSize + row * rowBytes, width));
   }
   return true;
+}
+
+bool DeviceFont::HasGlyph(unsigned char character) const {
+  if (Empty() || character == ' ' || character == kHardBlank) return true;
+  for (int y = 0; y < height_; ++y) {
+    if (Row(character, y) != 0) return true;
+  }
+  return false;
 }
 
 bool DeviceFont::Pixel(unsigned char character, int x, int y) const {

@@ -33,6 +33,9 @@ class DeviceFont {
     return rows_[static_cast<std::size_t>(character) * static_cast<std::size_t>(height_) +
                  static_cast<std::size_t>(y)];
   }
+  /// Whether a character has a picture. A blank needs none, and of a font that is missing nobody
+  /// knows.
+  bool HasGlyph(unsigned char character) const;
 
  private:
   int width_ = 0;

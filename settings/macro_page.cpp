@@ -23,20 +23,9 @@
 namespace kelvo {
 namespace {
 
-constexpr unsigned char kHardBlank = 160;
-
 QString NumberInTerminal() {
   return MacroPage::tr(
       "Nummer im Terminal: 0 bis 255, die Nummer, unter der das Makro geschrieben wurde.");
-}
-
-// A font that is missing has been told of already.
-bool HasGlyph(const DeviceFont& font, unsigned char character) {
-  if (font.Empty() || character == ' ' || character == kHardBlank) return true;
-  for (int y = 0; y < font.Height(); ++y) {
-    if (font.Row(character, y) != 0) return true;
-  }
-  return false;
 }
 
 }  // namespace
@@ -102,7 +91,7 @@ void MacroPage::ShowContext() {
   context.number = MakroNumber(txtMakroNr->Wire());
   context.macroText = [this](int number) { return NumberedText(number); };
   context.hasGlyph = [this](int font, unsigned char character) {
-    return HasGlyph(services_.fonts.Font(font), character);
+    return services_.fonts.Font(font).HasGlyph(character);
   };
   desk_->SetContext(std::move(context));
 }

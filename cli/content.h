@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/bench.h"
+#include "graphics/picture.h"
+#include "inventory/compare.h"
+#include "inventory/equipment.h"
+
+// What the files and stored texts hold that were named on the command line.
+
+namespace kelvo::cli {
+
+struct Content {
+  std::string place;           ///< where it comes from, for people; UTF-8
+  StoredRecord record{};       ///< what becomes an item when it is written; without `item` alone
+  std::optional<Item> item{};  ///< whole by itself
+  Picture picture{};           ///< what a bitmap was made from
+  bool drawing = false;        ///< goes to the Terminal once, so that it may be of any length
+};
+
+/// Something that cannot be used.
+struct Fault {
+  std::string place;
+  std::string reason;  ///< German, UTF-8
+};
+
+struct Contents {
+  std::vector<Content> all;
+  std::string settings;  ///< commands that set what the configuration keeps
+  std::vector<Fault> faults;
+  std::vector<std::string> left;  ///< what of a project has no number, so that nobody can write it
+};
+
+/// Reads what was asked for. Throws std::runtime_error for a file that cannot be read.
+Contents ContentsOf(Bench& bench);
+
+/// What a text in a file is on the wire: as it stands, without the end of its last line; UTF-8
+/// becomes the Terminal's characters.
+std::string WireOfFile(std::string bytes);
+
+/// What is written, in its order; what cannot be becomes a fault.
+Equipment EquipmentOf(Contents& contents);
+
+}  // namespace kelvo::cli

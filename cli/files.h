@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace kelvo::cli {
+
+/// A whole file. Throws std::runtime_error (German, UTF-8), naming it, when it cannot be read or is
+/// larger than anything that is meant for a Terminal.
+std::string ReadWhole(const std::string& path);
+
+/// Replaces a file as a whole; throws in the same way, and an old file is as it was then.
+void WriteWhole(const std::string& path, const std::string& bytes);
+
+}  // namespace kelvo::cli

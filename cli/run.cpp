@@ -1,0 +1,55 @@
+#include "cli/run.h"
+
+#include <exception>
+
+#include "cli/verbs.h"
+
+namespace kelvo::cli {
+namespace {
+
+Status Do(Bench& bench) {
+  switch (bench.Asked().verb) {
+    case Verb::Check:
+      return RunCheck(bench);
+    case Verb::Scan:
+      return RunScan(bench);
+    case Verb::Info:
+      return RunInfo(bench);
+    case Verb::Write:
+      return RunWrite(bench);
+    case Verb::Render:
+      return RunRender(bench);
+    case Verb::Compare:
+      return RunCompare(bench);
+    case Verb::Export:
+    case Verb::Import:
+      break;
+  }
+  return WrongUse;
+}
+
+}  // namespace
+
+Status Run(const std::vector<std::string>& arguments, const Outside& outside) {
+  const ParsedArguments parsed = ReadArguments(arguments);
+  if (!parsed.options) {
+    if (parsed.status == AllWell) {
+      outside.out << parsed.text << std::flush;
+    } else {
+      outside.err << "kelvo-cli: " << parsed.text << std::flush;
+    }
+    return parsed.status;
+  }
+  Bench bench(*parsed.options, outside);
+  try {
+    return Do(bench);
+  } catch (const WrongRequest& error) {
+    bench.Operator().Say(error.what());
+    return WrongUse;
+  } catch (const std::exception& error) {
+    bench.Operator().Say(error.what());
+    return SomethingFailed;
+  }
+}
+
+}  // namespace kelvo::cli
