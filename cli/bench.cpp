@@ -85,7 +85,7 @@ std::int64_t BlackThreshold(Bench& bench) {
                          : static_cast<std::int64_t>(data->Optionen.Number("BMPSchwarzschwelle"));
 }
 
-std::string NameOf(const ProgramData& data, int address) {
+std::string StoredName(const ProgramData& data, int address) {
   const auto stored = StoredTerminalAt(data.ctlDovuData, address);
   return stored ? stored->name : std::string();
 }

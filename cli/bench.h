@@ -58,7 +58,7 @@ DisplaySizeChoice DisplayOf(Bench& bench);
 std::int64_t BlackThreshold(Bench& bench);
 
 /// The name that the list of Terminals has for an address; empty without one. UTF-8.
-std::string NameOf(const ProgramData& data, int address);
+std::string StoredName(const ProgramData& data, int address);
 /// The Terminals that were asked for, on that line. Throws WrongRequest when there are none.
 std::vector<EquipTarget> TargetsOf(Bench& bench, const std::string& device);
 

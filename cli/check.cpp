@@ -10,8 +10,8 @@
 namespace kelvo::cli {
 namespace {
 
-constexpr Column kColumns[] = {{"datei", "Datei"},   {"text", "Text"}, {"schwere", "Schwere"},
-                               {"stelle", "Stelle"}, {"laenge", ""},   {"hinweis", "Hinweis"}};
+constexpr Column kCheckColumns[] = {{"datei", "Datei"},   {"text", "Text"}, {"schwere", "Schwere"},
+                                    {"stelle", "Stelle"}, {"laenge", ""},   {"hinweis", "Hinweis"}};
 
 std::string Word(Severity severity) {
   switch (severity) {
@@ -37,7 +37,7 @@ std::string TextName(const Content& content) {
 class Findings {
  public:
   explicit Findings(Bench& bench) : bench_(bench) {
-    table_.columns.assign(std::begin(kColumns), std::end(kColumns));
+    table_.columns.assign(std::begin(kCheckColumns), std::end(kCheckColumns));
   }
 
   void Error(const std::string& place, const std::string& text, const std::string& why) {
@@ -139,7 +139,7 @@ Status RunCheck(Bench& bench) {
   Contents contents = ContentsOf(bench);
   Findings findings(bench);
   findings.Check(contents);
-  Contents numbered{{}, contents.settings, contents.faults, {}};
+  Contents numbered{{}, contents.settings, contents.faults};
   std::copy_if(contents.all.begin(), contents.all.end(), std::back_inserter(numbered.all),
                MayBeWritten);
   const Equipment equipment = EquipmentOf(numbered);

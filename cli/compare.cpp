@@ -8,7 +8,7 @@
 namespace kelvo::cli {
 namespace {
 
-constexpr Column kColumns[] = {
+constexpr Column kCompareColumns[] = {
     {"adresse", "Adresse"}, {"name", "Name"},          {"was", "Was"},
     {"gelesen", "Gelesen"}, {"gelesen_am", ""},        {"geschrieben", "Zuletzt geschrieben"},
     {"geschrieben_am", ""}, {"geprueft", ""},          {"datenbank", "Datenbank"},
@@ -64,7 +64,7 @@ class Comparing {
   Bench& bench_;
   const std::string device_;
   Readings readings_;
-  Table table_{{std::begin(kColumns), std::end(kColumns)}, {}};
+  Table table_{{std::begin(kCompareColumns), std::end(kCompareColumns)}, {}};
   bool different_ = false;
 };
 
@@ -86,7 +86,7 @@ std::vector<EquipTarget> Comparing::Targets(const WriteJournal& journal) {
   std::vector<EquipTarget> targets;
   for (const TerminalId& id : journal.Terminals()) {
     if (id.device != device_ || id.address == kUnknownAddress) continue;
-    targets.push_back({id, NameOf(bench_.Data(), id.address), {}});
+    targets.push_back({id, StoredName(bench_.Data(), id.address), {}});
   }
   return targets;
 }

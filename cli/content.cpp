@@ -8,6 +8,7 @@
 
 #include "base/wire_text.h"
 #include "cli/files.h"
+#include "cli/project_content.h"
 #include "graphics/create_bitmap.h"
 #include "graphics/create_pic.h"
 #include "graphics/dib.h"
@@ -16,6 +17,7 @@
 #include "inventory/stored_records.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
+#include "project/notation.h"
 
 namespace kelvo::cli {
 namespace {
@@ -138,6 +140,8 @@ void AddFile(Bench& bench, Contents& contents, const std::string& argument) {
   const std::string bytes = ReadWhole(file.path);
   if (const auto equipment = ReadEquipmentFile(bytes)) {
     AddEquipment(contents, file, *equipment);
+  } else if (LooksLikeProject(file.path, bytes)) {
+    AddProject(contents, file.path, ProjectFrom(file.path, bytes), TraitsOf(bench));
   } else if (IsMetafile(bytes)) {
     AddMetafile(bench, contents, file, bytes);
   } else if (bytes.starts_with(kBitmapFile) && bytes.size() > kBitmapFileHead) {
@@ -147,11 +151,11 @@ void AddFile(Bench& bench, Contents& contents, const std::string& argument) {
   }
 }
 
-std::string NameOf(const Content& content) {
+std::string ContentName(const Content& content) {
   return content.item ? content.item->name : content.record.name;
 }
 
-int NumberOf(const Content& content) {
+int ContentNumber(const Content& content) {
   return content.item ? content.item->key.number : content.record.number;
 }
 
@@ -166,9 +170,10 @@ void KeepNamed(std::vector<Content>& kept, std::vector<Content>& all, const std:
     }
     return found;
   };
-  std::size_t found = take([&](const Content& content) { return NameOf(content) == wanted; });
+  std::size_t found = take([&](const Content& content) { return ContentName(content) == wanted; });
   if (found == 0) {
-    found = take([&](const Content& some) { return std::to_string(NumberOf(some)) == wanted; });
+    found =
+        take([&](const Content& some) { return std::to_string(ContentNumber(some)) == wanted; });
   }
   if (found == 0) throw WrongRequest("Einen Text \"" + wanted + "\" gibt es nicht.");
   if (found == 1) return;
@@ -198,6 +203,7 @@ Contents ContentsOf(Bench& bench) {
   if (asked.files.empty()) AddRecords(bench, contents);
   std::vector<Content> kept;
   for (const std::string& wanted : asked.records) KeepNamed(kept, contents.all, wanted);
+  for (Content& content : kept) content.unnumbered = false;  // asked for by its name
   contents.all = std::move(kept);
   return contents;
 }
@@ -205,6 +211,8 @@ Contents ContentsOf(Bench& bench) {
 std::string WireOfFile(std::string bytes) {
   if (bytes.ends_with('\n')) bytes.pop_back();
   if (bytes.ends_with('\r')) bytes.pop_back();
+  const bool plain = bytes.find(kEsc) != std::string::npos;
+  if (auto text = plain ? std::nullopt : PlainNotation(bytes)) bytes = *std::move(text);
   if (auto wire = WireText(bytes)) return *std::move(wire);
   return bytes;
 }
@@ -212,6 +220,7 @@ std::string WireOfFile(std::string bytes) {
 Equipment EquipmentOf(Contents& contents) {
   Equipment equipment{"Kommandozeile", {}, contents.settings, {}};
   for (const Content& content : contents.all) {
+    if (content.unnumbered) continue;
     if (content.item && content.record.typ.empty()) {
       equipment.items.push_back(*content.item);
       continue;

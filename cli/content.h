@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/bench.h"
+#include "graphics/create_bitmap.h"
 #include "graphics/picture.h"
 #include "inventory/compare.h"
 #include "inventory/equipment.h"
@@ -18,7 +19,9 @@ struct Content {
   StoredRecord record{};       ///< what becomes an item when it is written; without `item` alone
   std::optional<Item> item{};  ///< whole by itself
   Picture picture{};           ///< what a bitmap was made from
-  bool drawing = false;        ///< goes to the Terminal once, so that it may be of any length
+  /// Of a project, and without a number: nobody has asked to write it.
+  bool unnumbered = false;
+  bool drawing = false;  ///< goes to the Terminal once, so that it may be of any length
 };
 
 /// Something that cannot be used.
@@ -31,17 +34,18 @@ struct Contents {
   std::vector<Content> all;
   std::string settings;  ///< commands that set what the configuration keeps
   std::vector<Fault> faults;
-  std::vector<std::string> left;  ///< what of a project has no number, so that nobody can write it
 };
 
 /// Reads what was asked for. Throws std::runtime_error for a file that cannot be read.
 Contents ContentsOf(Bench& bench);
 
 /// What a text in a file is on the wire: as it stands, without the end of its last line; UTF-8
-/// becomes the Terminal's characters.
+/// becomes the Terminal's characters. Without an ESC "\\e" and "\\xHH" stand for characters that
+/// cannot be seen.
 std::string WireOfFile(std::string bytes);
 
-/// What is written, in its order; what cannot be becomes a fault.
+/// What is written, in its order; what cannot be becomes a fault. What of a project has no number
+/// is left out.
 Equipment EquipmentOf(Contents& contents);
 
 }  // namespace kelvo::cli

@@ -4,6 +4,9 @@
 
 namespace kelvo::cli {
 
+/// Stands for the standard output in place of a file's name.
+inline constexpr char kStandardOutput[] = "-";
+
 /// A whole file. Throws std::runtime_error (German, UTF-8), naming it, when it cannot be read or is
 /// larger than anything that is meant for a Terminal.
 std::string ReadWhole(const std::string& path);

@@ -10,8 +10,6 @@
 namespace kelvo::cli {
 namespace {
 
-constexpr char kStandardOutput[] = "-";
-
 /// The text that shows something; nothing for a table.
 std::optional<std::string> ShownText(const Content& content) {
   if (!content.item) {

@@ -22,8 +22,9 @@ Status Do(Bench& bench) {
     case Verb::Compare:
       return RunCompare(bench);
     case Verb::Export:
+      return RunExport(bench);
     case Verb::Import:
-      break;
+      return RunImport(bench);
   }
   return WrongUse;
 }

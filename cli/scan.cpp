@@ -9,10 +9,10 @@
 namespace kelvo::cli {
 namespace {
 
-constexpr Column kColumns[] = {{"adresse", "Adresse"},   {"name", "Name"},
-                               {"gefunden", ""},         {"ergebnis", "Ergebnis"},
-                               {"version", "Version"},   {"pruefsumme", "Prüfsumme"},
-                               {"erlaeuterung", "Grund"}};
+constexpr Column kScanColumns[] = {{"adresse", "Adresse"},   {"name", "Name"},
+                                   {"gefunden", ""},         {"ergebnis", "Ergebnis"},
+                                   {"version", "Version"},   {"pruefsumme", "Prüfsumme"},
+                                   {"erlaeuterung", "Grund"}};
 
 // What has gone well needs no reason in the table of the people.
 std::vector<Cell> RowOf(const SearchResult& result, const std::string& name) {
@@ -81,14 +81,14 @@ void Scan::Take(const SearchResult& result) {
 }
 
 Status Scan::End(TerminalSearch::End end) {
-  Table table{{std::begin(kColumns), std::end(kColumns)}, {}};
+  Table table{{std::begin(kScanColumns), std::end(kScanColumns)}, {}};
   bool conflict = false;
   bool found = false;
   for (const SearchResult& result : results_) {
     conflict = conflict || (!result.Found() && !result.Absent());
     found = found || result.Found();
     if (result.Absent() && !bench_.Asked().all) continue;
-    table.rows.push_back(RowOf(result, NameOf(bench_.Data(), result.address)));
+    table.rows.push_back(RowOf(result, StoredName(bench_.Data(), result.address)));
   }
   bench_.Print(table);
   const std::string meaning = SearchMeaning(results_);

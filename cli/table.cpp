@@ -35,6 +35,7 @@ std::string Joined(const Line& line, const std::vector<std::size_t>& widths) {
 }
 
 std::string ForPeople(const Table& table) {
+  if (table.rows.empty()) return {};
   std::vector<Line> lines(table.rows.size() + 1);
   std::vector<std::size_t> widths;
   for (std::size_t column = 0; column < table.columns.size(); ++column) {

@@ -13,5 +13,7 @@ Status RunInfo(Bench& bench);
 Status RunWrite(Bench& bench);
 Status RunRender(Bench& bench);
 Status RunCompare(Bench& bench);
+Status RunExport(Bench& bench);
+Status RunImport(Bench& bench);
 
 }  // namespace kelvo::cli

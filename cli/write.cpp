@@ -14,10 +14,10 @@
 namespace kelvo::cli {
 namespace {
 
-constexpr Column kColumns[] = {{"adresse", "Adresse"},  {"name", "Name"},
-                               {"fertig", "fertig"},    {"geschrieben", "geschrieben"},
-                               {"geprueft", "geprüft"}, {"posten", "von"},
-                               {"grund", "Grund"}};
+constexpr Column kWriteColumns[] = {{"adresse", "Adresse"},  {"name", "Name"},
+                                    {"fertig", "fertig"},    {"geschrieben", "geschrieben"},
+                                    {"geprueft", "geprüft"}, {"posten", "von"},
+                                    {"grund", "Grund"}};
 
 constexpr char kLogName[] = "kelvo-cli-";
 constexpr char kLogEnding[] = ".ausstattung";
@@ -95,7 +95,6 @@ std::optional<EquipJob> Writing::NewJob() {
   for (EquipTarget& target : job.targets) {
     if (!bench_.Asked().prove) target.checksum = false;
   }
-  for (const std::string& left : contents.left) Say(left);
   for (const Fault& fault : contents.faults) Say(fault.place + ": " + fault.reason);
   for (const std::string& obstacle : Obstacles(job)) Say(obstacle);
   if (contents.faults.empty() && Obstacles(job).empty()) return job;
@@ -170,7 +169,7 @@ std::string WriteLogPath(const std::string& dataFolder, const std::string& devic
 }
 
 Table WriteTable(const EquipJob& job, const EquipProgress& progress, bool prove) {
-  Table table{{std::begin(kColumns), std::end(kColumns)}, {}};
+  Table table{{std::begin(kWriteColumns), std::end(kWriteColumns)}, {}};
   for (std::size_t i = 0; i < job.targets.size(); ++i) {
     const TargetProgress& target = progress.targets[i];
     table.rows.push_back({std::int64_t{job.targets[i].id.address}, job.targets[i].name,
