@@ -1,126 +1,26 @@
 #include "link/traffic_capture.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdio>
-#include <ctime>
 #include <map>
-#include <vector>
 
-#include "base/wire_text.h"
 #include "link/traffic_words.h"
 
 namespace kelvo {
 namespace {
 
 using Number = TrafficRecord::Number;
-using std::chrono::milliseconds;
-
-enum Column { Time, Way, Hex, Duration, Result, BelongsTo, ColumnsRead };
 
 // As the column "Ergebnis" has them; the first of each kind that fits is as good as another.
 constexpr std::pair<std::string_view, ReplyKind> kResults[] = {
     {"", ReplyKind::Sent},
-    {"angenommen", ReplyKind::Answered},
-    {"beantwortet", ReplyKind::Answered},
+    {kCaptureAccepted, ReplyKind::Answered},
+    {kCaptureAnswered, ReplyKind::Answered},
     {"keine Antwort", ReplyKind::Silent},
     {"nichts empfangen", ReplyKind::Silent},
     {"Antwort unvollständig", ReplyKind::Unfinished},
-    {"abgelehnt (NAK)", ReplyKind::Refused},
+    {kCaptureRefused, ReplyKind::Refused},
     {"unerwartete Antwort", ReplyKind::Unexpected},
     {"nicht gesendet", ReplyKind::PortClosed},
-    {"Anschluss geschlossen", ReplyKind::PortClosed}};
-
-struct LocalTime {
-  std::tm fields{};
-  int milliseconds = 0;
-};
-
-LocalTime Local(WallTime time) {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-  const std::time_t moment = std::chrono::system_clock::to_time_t(seconds);
-  LocalTime local;
-  localtime_r(&moment, &local.fields);
-  local.milliseconds = static_cast<int>((time - seconds).count());
-  return local;
-}
-
-template <typename Integer>
-std::optional<Integer> Whole(std::string_view text) {
-  Integer number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-// Reads fixed places of a text; one that is no number spoils them all.
-class Places {
- public:
-  explicit Places(std::string_view text) : text_(text) {}
-  int Number(std::size_t from, std::size_t length) {
-    const auto number = Whole<int>(text_.substr(from, length));
-    good_ = good_ && number && *number >= 0;
-    return number.value_or(0);
-  }
-  bool Good() const { return good_; }
-
- private:
-  std::string_view text_;
-  bool good_ = true;
-};
-
-std::optional<WallTime> ReadTime(std::string_view text) {
-  static constexpr std::string_view kShape = "0000-00-00 00:00:00.000 +0000";
-  if (text.size() != kShape.size()) return std::nullopt;
-  for (std::size_t i = 0; i < kShape.size(); ++i) {
-    const bool sign = kShape[i] == '+' ? text[i] == '+' || text[i] == '-' : text[i] == kShape[i];
-    if (kShape[i] != '0' && !sign) return std::nullopt;
-  }
-  Places at(text);
-  const std::chrono::year_month_day day{std::chrono::year(at.Number(0, 4)),
-                                        std::chrono::month(static_cast<unsigned>(at.Number(5, 2))),
-                                        std::chrono::day(static_cast<unsigned>(at.Number(8, 2)))};
-  const auto ofDay = std::chrono::hours(at.Number(11, 2)) + std::chrono::minutes(at.Number(14, 2)) +
-                     std::chrono::seconds(at.Number(17, 2)) + milliseconds(at.Number(20, 3));
-  const auto zone = std::chrono::hours(at.Number(25, 2)) + std::chrono::minutes(at.Number(27, 2));
-  if (!at.Good() || !day.ok()) return std::nullopt;
-  const WallTime time = WallTime(std::chrono::sys_days(day)) + ofDay;
-  return text[24] == '-' ? time + zone : time - zone;
-}
-
-std::optional<Direction> ReadDirection(std::string_view text) {
-  for (const Direction way : {Direction::ToTerminal, Direction::FromTerminal}) {
-    if (text == DirectionText(way)) return way;
-  }
-  return std::nullopt;
-}
-
-// "1B 3F 56"
-std::optional<std::string> ReadHex(std::string_view text) {
-  std::string characters;
-  for (std::size_t at = 0; at < text.size(); at += 3) {
-    unsigned code = 0;
-    const char* const pair = text.data() + at;
-    const bool whole = at + 2 == text.size() || (at + 3 < text.size() && pair[2] == ' ');
-    if (!whole || std::from_chars(pair, pair + 2, code, 16).ptr != pair + 2) return std::nullopt;
-    characters += static_cast<char>(code);
-  }
-  return characters;
-}
-
-// "30,2 ms"
-std::optional<std::chrono::microseconds> ReadDuration(std::string_view text) {
-  if (text.empty()) return std::chrono::microseconds(0);
-  const std::size_t comma = text.find(',');
-  if (comma == std::string_view::npos || text.substr(comma).size() != 5 || !text.ends_with(" ms")) {
-    return std::nullopt;
-  }
-  const auto whole = Whole<std::uint32_t>(text.substr(0, comma));
-  const auto tenth = Whole<std::uint32_t>(text.substr(comma + 1, 1));
-  if (!whole || !tenth) return std::nullopt;
-  return milliseconds(*whole) + std::chrono::microseconds(*tenth * 100);
-}
+    {kCaptureClosed, ReplyKind::PortClosed}};
 
 std::optional<ReplyKind> ReadResult(std::string_view text) {
   for (const auto& [words, kind] : kResults) {
@@ -129,37 +29,26 @@ std::optional<ReplyKind> ReadResult(std::string_view text) {
   return std::nullopt;
 }
 
-std::array<std::string_view, ColumnsRead> Columns(std::string_view line) {
-  std::array<std::string_view, ColumnsRead> columns;
-  for (std::string_view& column : columns) {
-    column = line.substr(0, line.find('\t'));
-    line.remove_prefix(std::min(line.size(), column.size() + 1));
-  }
-  return columns;
-}
-
-bool AddLine(TrafficRecord& record, std::string_view line) {
-  const auto column = Columns(line);
-  const auto time = ReadTime(column[Time]);
-  const auto way = ReadDirection(column[Way]);
-  const auto characters = ReadHex(column[Hex]);
-  const auto took = ReadDuration(column[Duration]);
-  const auto result = ReadResult(column[Result]);
-  if (!time || !way || !characters || !took || !result) return false;
-  if (characters->size() > TrafficRecord::kLongestEntry) return false;
-  const Number number = record.Append(*time, *way, *characters);
-  if (*result != ReplyKind::Sent) record.Mark(number, *result, *took);
-  const auto back = Whole<Number>(column[BelongsTo]);
-  if (back && *back > 0 && *back <= number - record.Begin()) record.Join(number, number - *back);
+bool AddLine(TrafficRecord& record, std::string_view text) {
+  const auto line = ReadCaptureLine(text);
+  const auto result = line ? ReadResult(line->result) : std::nullopt;
+  if (!result || line->characters.size() > TrafficRecord::kLongestEntry) return false;
+  const Number number = record.Append(line->time, line->direction, line->characters);
+  if (*result != ReplyKind::Sent) record.Mark(number, *result, line->took);
+  const Number back = line->linesBack;
+  if (back > 0 && back <= number - record.Begin()) record.Join(number, number - back);
   return true;
 }
 
-std::string Line(const TrafficRecord& record, Number number, const std::string& belongsTo) {
+std::string Line(const TrafficRecord& record, Number number, std::size_t linesBack) {
   const TrafficEntry& entry = record.At(number);
-  const std::string characters = record.Characters(number);
-  return DateText(entry.time) + '\t' + DirectionText(entry.direction) + '\t' + HexText(characters) +
-         '\t' + DurationWords(entry) + '\t' + ResultWords(record, number) + '\t' + belongsTo +
-         '\t' + ReadableText(characters) + '\t' + TrafficWords(record, number) + '\n';
+  CaptureLine line{.time = entry.time, .direction = entry.direction};
+  line.characters = record.Characters(number);
+  if (entry.result != ReplyKind::Sent) line.took = entry.took;
+  line.result = ResultWords(record, number);
+  line.linesBack = linesBack;
+  line.meaning = TrafficWords(record, number);
+  return CaptureLineText(line);
 }
 
 }  // namespace
@@ -171,8 +60,7 @@ std::string CaptureLines(const TrafficRecord& record, std::span<const Number> nu
     lineOf[numbers[i]] = i;
     const auto sent = record.Sent(numbers[i]);
     const auto found = sent ? lineOf.find(*sent) : lineOf.end();
-    lines += Line(record, numbers[i],
-                  found == lineOf.end() ? std::string() : std::to_string(i - found->second));
+    lines += Line(record, numbers[i], found == lineOf.end() ? 0 : i - found->second);
   }
   return lines;
 }
@@ -180,31 +68,10 @@ std::string CaptureLines(const TrafficRecord& record, std::span<const Number> nu
 Capture ReadCapture(std::string_view text) {
   // Each line of text is longer than what is kept of it.
   Capture capture{TrafficRecord(TrafficRecord::kUsualLimit + 2 * text.size())};
-  while (!text.empty()) {
-    std::string_view line = text.substr(0, text.find('\n'));
-    text.remove_prefix(std::min(text.size(), line.size() + 1));
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    const bool head = line == kCaptureHead;
-    if (!line.empty() && !head && !AddLine(capture.record, line)) ++capture.notUnderstood;
-  }
+  EachCaptureLine(text, [&capture](std::string_view line, std::size_t) {
+    if (!AddLine(capture.record, line)) ++capture.notUnderstood;
+  });
   return capture;
-}
-
-std::string ClockText(WallTime time) {
-  const LocalTime local = Local(time);
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%02d:%02d:%02d.%03d", local.fields.tm_hour,
-                local.fields.tm_min, local.fields.tm_sec, local.milliseconds);
-  return text.data();
-}
-
-std::string DateText(WallTime time) {
-  const LocalTime local = Local(time);
-  std::array<char, 16> date{};
-  std::array<char, 8> zone{};
-  std::strftime(date.data(), date.size(), "%Y-%m-%d ", &local.fields);
-  std::strftime(zone.data(), zone.size(), " %z", &local.fields);
-  return date.data() + ClockText(time) + zone.data();
 }
 
 }  // namespace kelvo

@@ -122,13 +122,7 @@ std::string ResultWords(const TrafficRecord& record, Number number) {
 }
 
 std::string DurationWords(const TrafficEntry& entry) {
-  if (entry.result == ReplyKind::Sent || entry.took.count() == 0) return {};
-  const auto tenths = (entry.took.count() + 50) / 100;
-  return std::to_string(tenths / 10) + ',' + std::to_string(tenths % 10) + " ms";
-}
-
-std::string DirectionText(Direction direction) {
-  return direction == Direction::ToTerminal ? "PC → Terminal" : "Terminal → PC";
+  return entry.result == ReplyKind::Sent ? std::string() : DurationText(entry.took);
 }
 
 }  // namespace kelvo

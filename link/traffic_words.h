@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "link/capture_text.h"
 #include "link/traffic_record.h"
 
 // What a reader of the recorded traffic is told of an entry. German, UTF-8.
@@ -28,7 +29,5 @@ std::string TrafficWords(const TrafficRecord& record, TrafficRecord::Number numb
 std::string ResultWords(const TrafficRecord& record, TrafficRecord::Number number);
 /// "30,2 ms"; empty where no time was taken.
 std::string DurationWords(const TrafficEntry& entry);
-/// "PC → Terminal" or "Terminal → PC"
-std::string DirectionText(Direction direction);
 
 }  // namespace kelvo

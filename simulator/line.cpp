@@ -92,6 +92,11 @@ std::optional<Time> Line::NextEvent() const {
   return next;
 }
 
+bool Line::Answering() const {
+  const std::optional<Time> ready = bus_.OutputReady();
+  return outgoing_ || (ready && *ready <= now_);
+}
+
 // ---- what happens ----
 
 std::string Line::Advance(Time now) {

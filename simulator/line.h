@@ -59,6 +59,8 @@ class Line {
   std::string Advance(Time now);
   /// When Advance has something to do; nothing while the line is idle.
   std::optional<Time> NextEvent() const;
+  /// Whether a Terminal is in the middle of sending, or may begin now.
+  bool Answering() const;
   /// The Terminals act on events at their own times; this is the latest that has been reached.
   Time Now() const { return now_; }
 

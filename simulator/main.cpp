@@ -29,18 +29,32 @@ kelvo::sim::Handle TakeSignals() {
   return kelvo::sim::Handle(signalfd(-1, &set, SFD_CLOEXEC));
 }
 
+std::optional<std::string> ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string{std::istreambuf_iterator<char>(file), {}};
+}
+
 // The one Terminal, or those of the bus; otherwise the reason.
 std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
                                          std::vector<kelvo::sim::TerminalOptions>& terminals) {
   if (options.busFile.empty()) {
     terminals = {options.terminal};
   } else {
-    std::ifstream file(options.busFile, std::ios::binary);
-    if (!file) return "kann nicht gelesen werden";
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (auto error = kelvo::sim::ReadBus(text, options.terminal, terminals)) return error;
+    const std::optional<std::string> text = ReadFile(options.busFile);
+    if (!text) return "kann nicht gelesen werden";
+    if (auto error = kelvo::sim::ReadBus(*text, options.terminal, terminals)) return error;
   }
   return std::nullopt;
+}
+
+// The capture that is to be played, if there is one; otherwise the reason.
+std::optional<std::string> TakeReplay(const std::string& path,
+                                      std::optional<kelvo::sim::ReplayPlan>& replay) {
+  if (path.empty()) return std::nullopt;
+  const std::optional<std::string> text = ReadFile(path);
+  if (!text) return "kann nicht gelesen werden";
+  return ReadReplay(*text, replay.emplace());
 }
 
 // Where the operator has named no file it lies in the data folder.
@@ -77,6 +91,11 @@ int main(int argc, char** argv) {
     std::cerr << "kelvo-simulator: " << options.busFile << ": " << *error << '\n';
     return 2;
   }
+  std::optional<ReplayPlan> replay;
+  if (const auto error = TakeReplay(options.replayFile, replay)) {
+    std::cerr << "kelvo-simulator: " << options.replayFile << ": " << *error << '\n';
+    return 2;
+  }
 
   const Handle signalHandle = TakeSignals();
   int nameOnly = 1;  // Qt would take "--display" for its own
@@ -87,10 +106,12 @@ int main(int argc, char** argv) {
     application = std::make_unique<QCoreApplication>(nameOnly, argv);
   }
   try {
-    PlaceFiles(options, terminals);
-    Program program(options, std::move(terminals), signalHandle.Get());
+    // Nothing but what the command line names takes part in a replay, and it leaves nothing behind.
+    if (!replay) PlaceFiles(options, terminals);
+    Program program(options, std::move(terminals), std::move(replay), signalHandle.Get());
     program.Start();
-    return QCoreApplication::exec();
+    QCoreApplication::exec();
+    return program.Status();
   } catch (const std::exception& error) {
     std::cerr << "kelvo-simulator: " << error.what() << '\n';
     return 1;

@@ -100,6 +100,18 @@ constexpr OptionRow kRows[] = {
     {"--turn-around", "MS",
      "ein Adernpaar für beide Richtungen, das die Terminals so schnell umschalten; 0: zwei (0)",
      [](O& o, V v) { return ReadNumber(v, 0, 1000, o.turnAround); }},
+    {"--record", "DATEI", "den Verkehr als Mitschrift in diese Datei schreiben",
+     [](O& o, V v) { return ReadPath(v, o.recordFile); }},
+    {"--replay", "DATEI",
+     "ohne Schnittstelle: diese Mitschrift abspielen und die Antworten mit ihr vergleichen",
+     [](O& o, V v) {
+       o.window = false;
+       return ReadPath(v, o.replayFile);
+     }},
+    {"--fast", "", "beim Abspielen keine Zeit vergehen lassen",
+     [](O& o, V) { return Set(o.atOnce, true); }},
+    {"--window", "", "beim Abspielen ein Fenster, das danach offen bleibt",
+     [](O& o, V) { return Set(o.window, true); }},
     {"--display-png", "DATEI", "ohne Fenster: die Anzeige als Bild in diese Datei schreiben",
      [](O& o, V v) {
        o.window = false;
@@ -152,6 +164,20 @@ std::optional<std::string> ReadBusLine(std::string_view line, TerminalOptions& o
   return std::nullopt;
 }
 
+// Options that do not go together; otherwise nothing.
+std::optional<std::string> Contradiction(const Options& options) {
+  if (options.replayFile.empty()) {
+    if (options.atOnce) return "--fast geht nur mit --replay";
+    return std::nullopt;
+  }
+  if (!options.recordFile.empty()) return "--replay und --record gehen nicht zusammen";
+  if (!options.port.empty()) return "--replay und --port gehen nicht zusammen";
+  if (options.commands) return "--replay und --commands gehen nicht zusammen";
+  if (options.unplugged) return "--replay und --fault unplugged gehen nicht zusammen";
+  if (options.atOnce && options.window) return "--fast und --window gehen nicht zusammen";
+  return std::nullopt;
+}
+
 std::string HelpLine(const std::string& name, std::string_view value, std::string_view help) {
   std::string left = "  " + name + " " + std::string(value);
   left.resize(std::max<std::size_t>(left.size() + 1, 26), ' ');
@@ -177,7 +203,7 @@ std::optional<std::string> ReadOptions(std::span<const std::string> arguments, O
         row != nullptr ? row->apply(options, value) : terminalRow->apply(options.terminal, value);
     if (!valid) return "ungültiger Wert für " + name + ": " + std::string(value);
   }
-  return std::nullopt;
+  return Contradiction(options);
 }
 
 std::optional<std::string> ReadBus(std::string_view file, const TerminalOptions& common,

@@ -29,8 +29,11 @@ struct Options {
   bool unplugged = false;
   std::string port;        ///< empty: simulator.tty in the data folder
   std::string displayPng;  ///< not empty: no window, but this file
+  std::string recordFile;  ///< not empty: the traffic is written there as a capture
+  std::string replayFile;  ///< not empty: this capture is played, and there is no port
+  bool atOnce = false;     ///< without letting time pass
   bool commands = false;   ///< command lines on standard input
-  bool window = true;
+  bool window = true;      ///< of a capture that is played only where it is asked for
   bool help = false;
 };
 

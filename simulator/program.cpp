@@ -39,19 +39,16 @@ void LoadEepromFile(const std::string& path, Eeprom& eeprom) {
 
 }  // namespace
 
-Program::Program(const Options& options, std::vector<TerminalOptions> terminals, int signalHandle)
-    : options_(options), terminals_(std::move(terminals)) {
+Program::Program(const Options& options, std::vector<TerminalOptions> terminals,
+                 std::optional<ReplayPlan> replay, int signalHandle)
+    : options_(options), terminals_(std::move(terminals)), replay_(std::move(replay)) {
   station_ = std::make_unique<Station>(options_.port, LoadFonts());
   station_->Wire().SetPaced(options_.paced);
   station_->Wire().SetEcho(options_.lineEcho);
   station_->Wire().SetTurnAround(std::chrono::milliseconds(options_.turnAround));
   station_->SetHostFrame(options_.hostBits, options_.hostParity);
-  for (const TerminalOptions& one : terminals_) {
-    Terminal& terminal = *station_->Add(one.setup);
-    terminal.SetP1(one.p1);
-    LoadEepromFile(one.eepromFile, terminal.Memory());
-    savedRevisions_.push_back(terminal.Memory().Revision());
-  }
+  AddTerminals();
+  if (!options_.recordFile.empty()) station_->Record(options_.recordFile);
 
   refresh_.setSingleShot(true);
   save_.setSingleShot(true);
@@ -63,6 +60,15 @@ Program::Program(const Options& options, std::vector<TerminalOptions> terminals,
   if (options_.commands) {
     input_ = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
     connect(input_.get(), &QSocketNotifier::activated, this, &Program::ReadCommands);
+  }
+}
+
+void Program::AddTerminals() {
+  for (const TerminalOptions& one : terminals_) {
+    Terminal& terminal = *station_->Add(one.setup);
+    terminal.SetP1(one.p1);
+    if (!one.eepromFile.empty()) LoadEepromFile(one.eepromFile, terminal.Memory());
+    savedRevisions_.push_back(terminal.Memory().Revision());
   }
 }
 
@@ -78,11 +84,31 @@ void Program::Start() {
   station_->With([](Bus& bus, Line&, Time now) {
     for (std::size_t i = 0; i < bus.Count(); ++i) bus.At(i).PowerOn(now);
   });
-  station_->Start();
+  if (replay_) {
+    status_ = 1;
+    station_->Play(*std::exchange(replay_, std::nullopt));
+  }
+  if (options_.atOnce) {
+    station_->PlayAtOnce();
+    OnActivity();
+  } else {
+    station_->Start();
+  }
   if (options_.window) ShowWindow();
   Refresh();
   if (options_.unplugged) station_->Unplug();
-  std::cout << options_.port << std::endl;
+  if (!options_.port.empty()) std::cout << options_.port << std::endl;
+}
+
+void Program::EndReplay() {
+  const std::optional<ReplayReport> report = station_->Played();
+  if (!report) return;
+  replayed_ = true;
+  status_ = report->differences.empty() ? 0 : 1;
+  std::cout << ReplayText(*report) << std::flush;
+  if (options_.window) return;
+  // Behind the start, which this may be a part of.
+  QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
 }
 
 void Program::ShowWindow() {
@@ -115,9 +141,12 @@ void Program::Refresh() {
   if (changed && !save_.isActive()) save_.start(kSavePause);
   if (!options_.displayPng.empty()) WriteDisplayFile();
   if (refreshWindow_) refreshWindow_();
+  if (!options_.replayFile.empty() && !replayed_) EndReplay();
 }
 
+// What a capture writes stays out of the files, so that it plays again in the same way.
 void Program::SaveEeprom() {
+  if (!options_.replayFile.empty()) return;
   std::vector<std::pair<std::string, std::string>> files;
   station_->With([&](Bus& bus, Line&, Time) {
     for (std::size_t i = 0; i < bus.Count(); ++i) {

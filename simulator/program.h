@@ -24,13 +24,19 @@ class Program : public QObject {
  public:
   /// The options' paths are complete; `signalHandle` becomes readable when the program is to end.
   /// Throws what Station throws.
-  Program(const Options& options, std::vector<TerminalOptions> terminals, int signalHandle);
+  Program(const Options& options, std::vector<TerminalOptions> terminals,
+          std::optional<ReplayPlan> replay, int signalHandle);
   ~Program() override;
 
   /// Switches the Terminal on, says on standard output where the port is, and begins to serve it.
   void Start();
+  /// What the program ends with: 0, or 1 when a capture that was played was answered differently or
+  /// has not come to its end.
+  int Status() const { return status_; }
 
  private:
+  void AddTerminals();
+  void EndReplay();
   void ShowWindow();
   void OnActivity();
   void Refresh();
@@ -43,6 +49,9 @@ class Program : public QObject {
 
   const Options options_;
   const std::vector<TerminalOptions> terminals_;
+  std::optional<ReplayPlan> replay_;  // to be played
+  bool replayed_ = false;
+  int status_ = 0;
   std::unique_ptr<Station> station_;
   std::unique_ptr<QWidget> window_;
   std::function<void()> refreshWindow_;

@@ -44,7 +44,7 @@ void Station::Start() {
 void Station::Plug() {
   {
     const std::lock_guard lock(mutex_);
-    if (pty_) return;
+    if (pty_ || portPath_.empty()) return;
     auto pty = std::make_unique<Pty>();
     link_ = std::make_unique<PortLink>(portPath_, pty->HostPath());
     pty_ = std::move(pty);
@@ -73,6 +73,33 @@ bool Station::Plugged() {
   return pty_ != nullptr;
 }
 
+void Station::Record(const std::string& path) {
+  recorder_ = std::make_unique<Recorder>(path, Now());
+}
+
+bool Station::RecordGood() {
+  const std::lock_guard lock(mutex_);
+  return !recorder_ || recorder_->Good();
+}
+
+void Station::Play(ReplayPlan plan) {
+  HostFraming framing = line_.Framing();
+  framing.bits = hostFrame_.bits;
+  framing.parity = hostFrame_.parity;
+  line_.SetHostFraming(framing);
+  replay_ = std::make_unique<Replay>(std::move(plan), bus_, line_, line_.Now());
+}
+
+void Station::PlayAtOnce() {
+  while (const auto next = replay_->NextEvent()) replay_->Advance(*next);
+}
+
+std::optional<ReplayReport> Station::Played() {
+  const std::lock_guard lock(mutex_);
+  if (!replay_->Done()) return std::nullopt;
+  return replay_->Report();
+}
+
 // ---- the serving thread ----
 
 void Station::Run() {
@@ -90,7 +117,7 @@ void Station::Run() {
 // Takes what the host has sent and passes time on; whether anything happened.
 bool Station::Serve(bool readable) {
   const std::lock_guard lock(mutex_);
-  const std::optional<Time> due = line_.NextEvent();
+  const std::optional<Time> due = Next();
   bool busy = due && *due <= Now();
   if (readable && pty_) {
     const Pty::Received received = pty_->Read();
@@ -99,6 +126,7 @@ bool Station::Serve(bool readable) {
     if (received.handshakeSet) line_.ForgetXoff(now);
     line_.SetHostFraming(Framing());
     line_.FromHost(received.bytes, now);
+    if (recorder_) recorder_->Add(Direction::ToTerminal, received.bytes, now);
     busy = true;
   }
   Pass();
@@ -113,8 +141,20 @@ HostFraming Station::Framing() const {
 }
 
 void Station::Pass() {
-  const std::string toHost = line_.Advance(Now());
+  const Time now = Now();
+  if (replay_) return replay_->Advance(now);
+  const std::string toHost = line_.Advance(now);
   if (pty_) pty_->Write(toHost);
+  if (!recorder_) return;
+  recorder_->Add(Direction::FromTerminal, toHost, now);
+  recorder_->Advance(now);
+}
+
+std::optional<Time> Station::Next() const {
+  std::optional<Time> next = line_.NextEvent();
+  if (replay_) next = replay_->NextEvent();
+  const std::optional<Time> due = recorder_ ? recorder_->Due() : std::nullopt;
+  return due && (!next || *due < *next) ? due : next;
 }
 
 void Station::Wait(bool& readable) {
@@ -124,7 +164,7 @@ void Station::Wait(bool& readable) {
     const std::lock_guard lock(mutex_);
     if (pty_) handles[1].fd = pty_->Get();
     if (line_.WaitingFromHost() < kReadAhead) handles[1].events |= POLLIN;
-    next = line_.NextEvent();
+    next = Next();
   }
   // The span is worked out anew from an absolute time each round, so lateness never adds up.
   timespec span{};

@@ -12,6 +12,8 @@
 #include "simulator/bus.h"
 #include "simulator/line.h"
 #include "simulator/pty.h"
+#include "simulator/recorder.h"
+#include "simulator/replay.h"
 
 namespace kelvo::sim {
 
@@ -22,7 +24,8 @@ class Station {
   /// Time as the Terminals of a station know it.
   static Time Now();
 
-  /// `portPath` is where the host finds the port. Throws what Pty and PortLink throw.
+  /// `portPath` is where the host finds the port; empty for none. Throws what Pty and PortLink
+  /// throw.
   Station(std::string portPath, DeviceFonts fonts);
   Station(const Station&) = delete;
   Station& operator=(const Station&) = delete;
@@ -37,7 +40,17 @@ class Station {
   void SetActivityHandler(std::function<void()> handler) { activity_ = std::move(handler); }
   /// How the host's characters look, which a pty does not tell; with 0 bits as the Terminals'.
   void SetHostFrame(int bits, int parity);
+  /// Writes all traffic as a capture. Throws as Recorder.
+  void Record(const std::string& path);
+  /// A capture's host in place of the port, when all Terminals are on.
+  void Play(ReplayPlan plan);
+  /// In place of Start: plays the capture without letting real time pass.
+  void PlayAtOnce();
   void Start();
+  /// What has come of the capture; nothing before its end.
+  std::optional<ReplayReport> Played();
+  /// Whether all traffic could be recorded.
+  bool RecordGood();
   void Acknowledge() { notified_ = false; }
 
   /// Runs `use(bus, line, now)` between two events of the line.
@@ -66,6 +79,7 @@ class Station {
   bool Serve(bool readable);
   HostFraming Framing() const;
   void Pass();
+  std::optional<Time> Next() const;
   void Wait(bool& readable);
   void Wake();
   void Notify();
@@ -82,6 +96,8 @@ class Station {
   Frame hostFrame_{0, 0, 0};
   std::unique_ptr<Pty> pty_;
   std::unique_ptr<PortLink> link_;
+  std::unique_ptr<Replay> replay_;
+  std::unique_ptr<Recorder> recorder_;
   std::thread thread_;
 };
 

@@ -1,0 +1,93 @@
+#include "simulator/replay_plan.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "link/capture_text.h"
+#include "simulator/question.h"
+
+namespace kelvo::sim {
+namespace {
+
+class PlanReader {
+ public:
+  explicit PlanReader(ReplayPlan& plan) : plan_(plan) { plan_.steps.emplace_back(); }
+
+  void Add(std::string_view text, std::size_t number) {
+    if (error_) return;
+    const std::optional<CaptureLine> line = ReadCaptureLine(text);
+    if (!line) {
+      error_ = "Zeile " + std::to_string(number) + " ist keine Zeile einer Mitschrift";
+      return;
+    }
+    if (!first_) first_ = line->time;
+    // A clock that was set back meanwhile does not turn the order round.
+    plan_.end = std::max<Time>(plan_.end, line->time - *first_);
+    if (line->direction == Direction::FromTerminal) {
+      AddReceived(*line, number);
+    } else if (!line->characters.empty()) {
+      AddSent(*line, number);
+    }
+  }
+
+  std::optional<std::string> End() {
+    if (!error_ && plan_.steps.size() == 1) error_ = "darin ist nichts gesendet worden";
+    return error_;
+  }
+
+ private:
+  void AddSent(const CaptureLine& line, std::size_t number) {
+    ReplayStep step{.line = number, .at = plan_.end, .sent = line.characters};
+    step.compared = line.result != kCaptureClosed;
+    plan_.steps.push_back(std::move(step));
+    asked_ = question_.IsAskedBy(line.characters);
+  }
+
+  // The answer is what is noted as such. Where nothing is, nobody waited for it, and it is what
+  // comes to a question.
+  void AddReceived(const CaptureLine& line, std::size_t number) {
+    ReplayStep& step = plan_.steps.back();
+    if (line.result == kCaptureClosed) step.compared = false;
+    std::vector<ReplayReceived>& received = step.received;
+    const bool noted = !line.result.empty();
+    if (noted && asked_) {
+      for (ReplayReceived& piece : received) piece.asked = false;
+      asked_ = false;
+    }
+    received.push_back({number, plan_.end, WithoutHandshake(line.characters), noted || asked_});
+  }
+
+  ReplayPlan& plan_;
+  std::optional<WallTime> first_;
+  std::optional<std::string> error_;
+  Question question_;
+  bool asked_ = false;  // and nothing is noted as the answer yet
+};
+
+}  // namespace
+
+std::size_t ReplayStep::ReceivedLength() const {
+  return std::accumulate(
+      received.begin(), received.end(), std::size_t{0},
+      [](std::size_t sum, const ReplayReceived& one) { return sum + one.characters.size(); });
+}
+
+std::optional<std::string> ReadReplay(std::string_view capture, ReplayPlan& plan) {
+  plan = {};
+  PlanReader reader(plan);
+  EachCaptureLine(
+      capture, [&reader](std::string_view line, std::size_t number) { reader.Add(line, number); });
+  return reader.End();
+}
+
+std::string WithoutHandshake(std::string_view characters) {
+  std::string text(characters);
+  std::erase_if(text, [](char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    return code == kXon || code == kXoff;
+  });
+  return text;
+}
+
+}  // namespace kelvo::sim
