@@ -174,7 +174,7 @@ std::optional<std::string> Contradiction(const Options& options) {
   if (!options.port.empty()) return "--replay und --port gehen nicht zusammen";
   if (options.commands) return "--replay und --commands gehen nicht zusammen";
   if (options.unplugged) return "--replay und --fault unplugged gehen nicht zusammen";
-  if (options.atOnce && options.window) return "--fast und --window gehen nicht zusammen";
+  if (options.atOnce && options.window) return "--replay: --fast und --window gehen nicht zusammen";
   return std::nullopt;
 }
 

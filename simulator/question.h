@@ -9,23 +9,26 @@ namespace kelvo::sim {
 /// Follows what the host sends, whichever Terminal it is meant for.
 class Question : private CommandParser::Handler {
  public:
-  /// Whether the last command that is complete with these characters, after all that were given
-  /// before, is one that is answered.
-  bool IsAskedBy(std::string_view sent) {
-    asked_ = false;
+  /// How many of the commands that are complete with these characters, after all that were given
+  /// before, are answered; 0 when the last one of them is not.
+  int AskedBy(std::string_view sent) {
+    asked_ = 0;
+    lastAsks_ = false;
     for (const char byte : sent) parser_.Feed(static_cast<unsigned char>(byte), *this);
-    return asked_;
+    return lastAsks_ ? asked_ : 0;
   }
 
  private:
   void OnCommand(const CommandRow& row, std::string_view) override {
-    asked_ = row.reply != Reply::None || row.command == Command::AskInfo;
+    lastAsks_ = row.reply != Reply::None || row.command == Command::AskInfo;
+    if (lastAsks_) ++asked_;
   }
   void OnText(unsigned char) override {}
   void OnGraphicText(unsigned char) override {}
 
   CommandParser parser_;
-  bool asked_ = false;
+  int asked_ = 0;
+  bool lastAsks_ = false;
 };
 
 }  // namespace kelvo::sim

@@ -48,7 +48,7 @@ void Recorder::Advance(Time now) {
 void Recorder::Complete() {
   if (!line_) return;
   if (line_->direction == Direction::ToTerminal) {
-    asked_ = question_.IsAskedBy(line_->characters);
+    asked_ = question_.AskedBy(line_->characters) > 0;
     linesBack_ = 1;
   } else {
     if (std::exchange(asked_, false)) line_->result = Result();

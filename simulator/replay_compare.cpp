@@ -12,32 +12,57 @@ constexpr Time kHeldBack = std::chrono::milliseconds(250);
 constexpr std::size_t kLongestQuote = 60;
 constexpr std::size_t kMostLines = 10;  // named
 
-using Received = std::vector<ReplayReceived>;
+// Characters of the capture that were not asked for.
+struct Unasked {
+  std::size_t line;
+  std::size_t characters;
+};
 // How many characters may be taken by what was recorded, and what of it is passed over then.
-using Ways = std::map<std::size_t, std::vector<std::size_t>>;
+using Ways = std::map<std::size_t, std::vector<Unasked>>;
 
 struct Matched {
   Ways ways;
   std::size_t failed = 0;  // the first text of the capture that fits nowhere, if there is no way
 };
 
+bool EndsAnswer(std::string_view heard) {
+  return heard.ends_with(';') || heard.ends_with(static_cast<char>(kAck)) ||
+         heard.ends_with(static_cast<char>(kNak));
+}
+
+void AddWay(Ways& ways, std::size_t length, std::vector<Unasked> unasked,
+            std::optional<Unasked> more = std::nullopt) {
+  if (more) unasked.push_back(*more);
+  ways.try_emplace(length, std::move(unasked));
+}
+
+// A key that is pressed while an answer arrives, or shortly after, stands in the same line behind
+// it.
+bool IsBehindAnswer(const ReplayStep& step, std::string_view heard, std::string_view recorded) {
+  return step.questions == 1 && EndsAnswer(heard) && heard.size() < recorded.size() &&
+         recorded.starts_with(heard);
+}
+
 // All ways to find the texts of the capture in `heard`, from its first character on and without a
 // gap. Those that were not asked for may be missing.
-Matched Match(const Received& received, std::string_view heard) {
+Matched Match(const ReplayStep& step, std::string_view heard) {
   Matched matched{{{0, {}}}};
-  for (; matched.failed < received.size(); ++matched.failed) {
-    const ReplayReceived& text = received[matched.failed];
+  for (const ReplayReceived& text : step.received) {
+    const std::string_view recorded = text.characters;
     Ways next;
-    for (auto& [length, passed] : matched.ways) {
-      if (heard.substr(length).starts_with(text.characters)) {
-        next.try_emplace(length + text.characters.size(), passed);
+    for (auto& [length, unasked] : matched.ways) {
+      const std::string_view left = heard.substr(length);
+      if (left.starts_with(recorded)) {
+        AddWay(next, length + recorded.size(), unasked);
+      } else if (IsBehindAnswer(step, left, recorded)) {
+        AddWay(next, heard.size(), unasked, Unasked{text.line, recorded.size() - left.size()});
       }
       if (text.asked) continue;
-      passed.push_back(matched.failed);
-      next.try_emplace(length, std::move(passed));
+      AddWay(next, length, std::move(unasked), Unasked{text.line, recorded.size()});
     }
     if (next.empty()) return {{}, matched.failed};
     matched.ways = std::move(next);
+    ++matched.failed;
   }
   return matched;
 }
@@ -48,7 +73,9 @@ class Comparison {
       : plan_(plan), heard_(heard) {}
 
   ReplayReport Run() {
-    for (const ReplayReceived& text : plan_.steps[0].received) NoteUnasked(text);
+    for (const ReplayReceived& text : plan_.steps[0].received) {
+      NoteUnasked({text.line, text.characters.size()});
+    }
     for (step_ = 1; step_ < plan_.steps.size(); ++step_) CompareStep();
     return std::move(report_);
   }
@@ -66,11 +93,11 @@ class Comparison {
       ++report_.notCompared;
       return;
     }
-    const Matched matched = Match(step.received, text_);
+    const Matched matched = Match(step, text_);
     const auto way = std::find_if(matched.ways.rbegin(), matched.ways.rend(),
                                   [this](const auto& one) { return Fits(one.first); });
     if (way == matched.ways.rend()) return NoteDifference(matched.failed);
-    for (const std::size_t passed : way->second) NoteUnasked(step.received[passed]);
+    for (const Unasked& unasked : way->second) NoteUnasked(unasked);
     if (way->first > 0) ++report_.answers;
     rest_ = text_.substr(way->first);
     restAt_.assign(at_.begin() + static_cast<std::ptrdiff_t>(way->first), at_.end());
@@ -90,9 +117,9 @@ class Comparison {
     return false;
   }
 
-  void NoteUnasked(const ReplayReceived& text) {
-    report_.unaskedCharacters += text.characters.size();
-    report_.unaskedLines.push_back(text.line);
+  void NoteUnasked(const Unasked& unasked) {
+    report_.unaskedCharacters += unasked.characters;
+    report_.unaskedLines.push_back(unasked.line);
   }
 
   void NoteDifference(std::size_t failed) {

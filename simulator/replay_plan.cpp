@@ -40,8 +40,9 @@ class PlanReader {
   void AddSent(const CaptureLine& line, std::size_t number) {
     ReplayStep step{.line = number, .at = plan_.end, .sent = line.characters};
     step.compared = line.result != kCaptureClosed;
+    step.questions = question_.AskedBy(line.characters);
+    asked_ = step.questions > 0;
     plan_.steps.push_back(std::move(step));
-    asked_ = question_.IsAskedBy(line.characters);
   }
 
   // The answer is what is noted as such. Where nothing is, nobody waited for it, and it is what

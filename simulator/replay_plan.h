@@ -23,6 +23,7 @@ struct ReplayStep {
   std::size_t line = 0;  ///< of the capture, from 1; 0: what came before anything was sent
   Time at{};             ///< since the capture's first line
   std::string sent{};
+  int questions = 0;     ///< that are answered
   bool compared = true;  ///< not when the line went away meanwhile
   std::vector<ReplayReceived> received{};
 

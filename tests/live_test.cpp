@@ -13,6 +13,7 @@
 #include <fstream>
 
 #include "shell/tabs.h"
+#include "tour/capture.h"
 #include "tour/live_program.h"
 #include "tour/simulator_process.h"
 #include "tour/window_driver.h"
@@ -58,6 +59,23 @@ TEST_F(LiveTest, MacroIsStoredInTheTerminalAndChangesItsDisplayWhenItRuns) {
   driver->Click(Q("cmdGetFreeBytes"));  // its answer comes after the macro has run
   EXPECT_TRUE(simulator->Command(Q("status")).contains(Q(" p0=129 ")));
   EXPECT_LT(driver->Text(Q("lblFreeBytes")).toInt(), 8192);
+}
+
+TEST_F(LiveTest, SavedCapturePlaysAgainAsALineThatEchoes) {
+  const QStringList line{QStringLiteral("--echo"), QStringLiteral("line")};
+  Start(line);
+  Show(Tab::Macros);
+  driver->Type(Q("txtMakro"), QString(1000, u'x'));
+  driver->Type(Q("txtMakroNr"), Q("7"));
+  driver->Click(Q("cmdSetMakro"));
+  Show(Tab::Eeprom);
+  driver->Click(Q("cmdGetFreeBytes"));
+  const QString file = program.Folder() + QStringLiteral("/capture.txt");
+  SaveCapture(*driver, file);
+  const PlayedCapture played = PlayCapture(program.ProgramFolder(), file, line);
+  EXPECT_EQ(played.status, 0) << played.text.toStdString();
+  // Without the echo.
+  EXPECT_EQ(PlayCapture(program.ProgramFolder(), file).status, 1);
 }
 
 TEST_F(LiveTest, EchoOfTheBusIsNotTakenForAnAnswer) {

@@ -16,6 +16,14 @@ kelvo_test(simulator_exchange_test
   SOURCES simulator_exchange_test.cpp
   LINK kelvo_link kelvo_simulator)
 
+# Captures, which the program reads too.
+kelvo_test(simulator_replay_test
+  SOURCES simulator_replay_test.cpp
+  LINK kelvo_link kelvo_simulator_station)
+target_compile_definitions(simulator_replay_test PRIVATE
+  KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
+add_dependencies(simulator_replay_test kelvo_fonts)
+
 # The real program on a real pseudo-terminal.
 kelvo_test(simulator_process_test QT
   SOURCES simulator_process_test.cpp simulator_options_test.cpp

@@ -65,11 +65,24 @@ TEST(SimulatorOptions, WrongBusLinesAreNumbered) {
 }
 
 TEST(SimulatorOptions, WrongOnesAreNamed) {
-  const std::vector<std::vector<std::string>> wrong = {
-      {"--nonsense"},      {"--address"},        {"--address", "256"}, {"--address", "x"},
-      {"--version", "a;"}, {"--baud", "115200"}, {"--display", "1x1"}, {"--fault", "all"},
-      {"--echo", "maybe"}, {"--p1", "-1"},       {"--eeprom", ""},     {"--frame", "9N"},
-      {"--frame", "8"}};
+  const std::vector<std::vector<std::string>> wrong = {{"--nonsense"},
+                                                       {"--address"},
+                                                       {"--address", "256"},
+                                                       {"--address", "x"},
+                                                       {"--version", "a;"},
+                                                       {"--baud", "115200"},
+                                                       {"--display", "1x1"},
+                                                       {"--fault", "all"},
+                                                       {"--echo", "maybe"},
+                                                       {"--p1", "-1"},
+                                                       {"--eeprom", ""},
+                                                       {"--frame", "9N"},
+                                                       {"--frame", "8"},
+                                                       {"--fast"},
+                                                       {"--replay", "a", "--record", "b"},
+                                                       {"--replay", "a", "--port", "b"},
+                                                       {"--replay", "a", "--commands"},
+                                                       {"--replay", "a", "--fast", "--window"}};
   for (const auto& arguments : wrong) {
     Options options;
     const auto error = ReadOptions(arguments, options);

@@ -28,8 +28,9 @@ class Simulator {
 
   /// Returns the first line that it prints.
   std::string Start() {
-    const std::string options[] = {"--commands",   "--port",        Path("tty"),  "--eeprom",
-                                   Path("eeprom"), "--display-png", Path("a.png")};
+    const std::string options[] = {"--commands",  "--port",       Path("tty"),
+                                   "--eeprom",    Path("eeprom"), "--display-png",
+                                   Path("a.png"), "--record",     Path("capture")};
     QStringList arguments;
     for (const std::string& option : options) arguments << QString::fromStdString(option);
     process_.start(QStringLiteral(KELVO_SIMULATOR), arguments);
@@ -38,6 +39,14 @@ class Simulator {
   std::string Run(const std::string& line) {
     process_.write((line + "\n").c_str());
     return Line();
+  }
+  /// Plays what was recorded: the exit status.
+  int Replay(const std::string& option = "--fast") {
+    process_.start(QStringLiteral(KELVO_SIMULATOR),
+                   {QStringLiteral("--replay"), QString::fromStdString(Path("capture")),
+                    QString::fromStdString(option)});
+    process_.waitForFinished(kPatience);
+    return process_.exitCode();
   }
   /// The exit status, or -1 when a signal has ended it.
   int End(int signal) {
@@ -111,6 +120,26 @@ TEST(SimulatorProcess, IsATerminalOnAPort) {
   EXPECT_EQ(simulator.Run("status"),
             "ok power=on selected=yes p0=9 p1=0 free=8183 display=240x128 baud=19200\n");
   EXPECT_EQ(simulator.End(SIGINT), 0);
+}
+
+TEST(SimulatorProcess, PlaysWhatItHasRecorded) {
+  Simulator simulator;
+  EXPECT_EQ(simulator.Replay(), 2);  // nothing yet
+  ASSERT_EQ(simulator.Start(), simulator.Path("tty") + "\n");
+  {
+    const Handle port = OpenPort(simulator.Path("tty"));
+    EXPECT_EQ(Exchange(port, Esc + "?V", ";"), "2.10F;");
+    EXPECT_EQ(Exchange(port, Esc + "EWM0," + Esc + "!P9;" + Etx, Ack), Ack);
+    EXPECT_EQ(Exchange(port, Esc + "E?F", ";"), "8183;");
+  }
+  EXPECT_EQ(simulator.End(SIGTERM), 0);
+  EXPECT_EQ(simulator.Replay(), 0);
+  EXPECT_EQ(simulator.Replay("--no-window"), 0);  // in its time
+  std::string capture = ReadFile(simulator.Path("capture"));
+  ASSERT_NE(capture.find("38 31 38 33"), std::string::npos);
+  capture[capture.find("38 31 38 33") + 1] = '9';
+  std::ofstream(simulator.Path("capture")) << capture;
+  EXPECT_EQ(simulator.Replay(), 1);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ class Album {
  public:
   explicit Album(QString folder) : folder_(std::move(folder)) {}
 
+  const QString& Folder() const { return folder_; }
   void Step(const char* text) { std::printf("%2d  %s\n", ++step_, text); }
   /// The file of the present step's picture; says where it is.
   QString File(const char* name) const {

@@ -12,6 +12,7 @@
 #include "graphics/drawing_canvas.h"
 #include "graphics/frmGrafik.h"
 #include "shell/tabs.h"
+#include "tour/capture.h"
 
 namespace kelvo {
 namespace {
@@ -74,6 +75,7 @@ void BusTour::Run() {
   Draw();
   Send();
   Equip();
+  SaveCapture(driver_, album_.Folder() + QStringLiteral("/mitschrift-bus.txt"));
   window_.close();
 }
 

@@ -4,9 +4,11 @@
 #include <QTranslator>
 #include <cstdio>
 #include <memory>
+#include <stdexcept>
 
 #include "tour/album.h"
 #include "tour/bus_tour.h"
+#include "tour/capture.h"
 #include "tour/live_program.h"
 #include "tour/simulator_process.h"
 #include "tour/simulator_tour.h"
@@ -26,14 +28,32 @@ std::unique_ptr<LiveProgram> MakeProgram(const QString& folder) {
                                        QStringLiteral(KELVO_DELIVERED_DATABASE));
 }
 
+// What the tour has sent is played to Terminals as new as those were.
+void Replay(LiveProgram& program, Album& album, const char* name, const QStringList& options) {
+  album.Step("Die Mitschrift wird abgespielt, und alle Antworten sind dieselben.");
+  const QString file = album.Folder() + u'/' + QString::fromUtf8(name);
+  const PlayedCapture played = PlayCapture(program.ProgramFolder(), file, options);
+  std::printf("%s", played.text.toUtf8().constData());
+  if (played.status != 0) throw std::runtime_error("the capture was answered differently");
+}
+
 void OneTerminal(LiveProgram& program, Album& album) {
-  SimulatorProcess simulator(program.ProgramFolder());
-  TerminalTour(program, simulator, album).Run();
+  {
+    SimulatorProcess simulator(program.ProgramFolder());
+    TerminalTour(program, simulator, album).Run();
+  }
+  // The inputs that the simulator was told to have.
+  Replay(program, album, "mitschrift-terminal.txt",
+         {QStringLiteral("--p1"), QStringLiteral("165")});
 }
 
 void ManyTerminals(LiveProgram& program, Album& album) {
-  SimulatorProcess simulator(program.ProgramFolder(), BusTour::DescribeLine(program.Folder()));
-  BusTour(program, simulator, album).Run();
+  const QStringList line = BusTour::DescribeLine(program.Folder());
+  {
+    SimulatorProcess simulator(program.ProgramFolder(), line);
+    BusTour(program, simulator, album).Run();
+  }
+  Replay(program, album, "mitschrift-bus.txt", line);
 }
 
 int RunTour(const QString& pictures, const QString& installedFolder) {

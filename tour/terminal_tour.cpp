@@ -12,6 +12,7 @@
 #include <QTreeView>
 
 #include "inventory_page/inventory_model.h"
+#include "tour/capture.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
@@ -58,6 +59,7 @@ void TerminalTour::Run() {
   Ports();
   Boxes();
   Help();
+  SaveCapture(driver_, album_.Folder() + QStringLiteral("/mitschrift-terminal.txt"));
   driver_.OnDialog([](QDialog& dialog) { WindowDriver::Press(dialog, QStringLiteral("Nein")); });
   window_.close();
 }
