@@ -3,6 +3,7 @@
 #include <QFont>
 
 #include "base/wire_text.h"
+#include "inventory/statement_words.h"
 #include "inventory/terminal_name.h"
 #include "inventory_page/inventory_model.h"
 #include "widgets/texts.h"
@@ -18,11 +19,9 @@ QString ReadText(const ComparisonRow& row) {
 QString WrittenText(const ComparisonRow& row) {
   if (!row.written) return {};
   const QString name = Text(row.written->item.name);
-  const QString proof = row.written->proof == Proof::Checksum ? ComparisonModel::tr("geprüft")
-                                                              : ComparisonModel::tr("bestätigt");
   return ComparisonModel::tr("%1 (%2, %3)")
       .arg(name.isEmpty() ? ComparisonModel::tr("ohne Namen") : name,
-           MomentText(row.written->written), proof);
+           MomentText(row.written->written), Text(ProofWords(row.written->proof)));
 }
 
 // The sign makes a difference stand out without any colour.

@@ -1,24 +1,16 @@
 #include "inventory_page/inventory_model.h"
 
-#include <QDateTime>
 #include <QFont>
 #include <algorithm>
 
-#include "inventory/journal_text.h"
+#include "inventory/statement_words.h"
 #include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
 
 QString RestsText(const InventoryModel::Row& row) {
-  if (row.doubt) {
-    const bool whom = row.doubt->event == Event::Acknowledged;
-    return whom ? InventoryModel::tr("bestätigt, aber nicht bekannt, von wem")
-                : Text(EventText(row.doubt->event));
-  }
-  const QString proof = row.held->proof == Proof::Checksum ? InventoryModel::tr("geprüft")
-                                                           : InventoryModel::tr("bestätigt");
-  return row.held->broadcast ? InventoryModel::tr("an alle, %1").arg(proof) : proof;
+  return Text(row.doubt ? RestsWords(*row.doubt) : RestsWords(*row.held));
 }
 
 QString RestsTip(const InventoryModel::Row& row) {
@@ -55,10 +47,7 @@ QString AgainstTip(Against::Kind kind) {
 
 }  // namespace
 
-QString MomentText(JournalTime time) {
-  return QDateTime::fromMSecsSinceEpoch(time.time_since_epoch().count())
-      .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
-}
+QString MomentText(JournalTime time) { return Text(LocalMoment(time)); }
 
 void InventoryModel::Show(const Inventory& inventory, const std::vector<StoredRecord>& records,
                           bool listens) {

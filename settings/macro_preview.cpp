@@ -5,6 +5,7 @@
 #include <QStandardItemModel>
 #include <QVBoxLayout>
 
+#include "twin/preview_words.h"
 #include "widgets/display_picture.h"
 #include "widgets/form.h"
 
@@ -13,12 +14,6 @@ namespace {
 
 constexpr int kUsualRate = 9600;
 enum Start { Empty, OnPresent };
-
-QString Numbers(const std::vector<int>& numbers) {
-  QStringList words;
-  for (const int number : numbers) words << QString::number(number);
-  return words.join(QStringLiteral(", "));
-}
 
 QLabel* WrappedLabel(const char* name) {
   auto* label = Named(new QLabel, name);
@@ -106,13 +101,7 @@ QString MacroPreview::Doubts(const PreviewResult& result, const PresentTerminal&
   if (cboVorschauStart->currentIndex() == OnPresent && begun.terminal == nullptr) {
     doubts << tr("Ein jetziges Bild ist nicht bekannt; sie beginnt auf leerem Display.");
   }
-  if (result.CalledUnknown()) {
-    doubts
-        << tr("Nicht bekannt ist Makro %1; was es zeichnet, fehlt.").arg(Numbers(result.unknown));
-  }
-  if (result.neverEnds) doubts << tr("Die Makros rufen einander endlos auf.");
-  if (result.restarts) doubts << tr("Das Terminal startet neu.");
-  if (result.handsOver) doubts << tr("Danach hört ein anderes Terminal zu.");
+  for (const std::string& remark : PreviewRemarks(result)) doubts << QString::fromStdString(remark);
   return doubts.join(u' ');
 }
 
