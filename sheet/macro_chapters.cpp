@@ -101,7 +101,8 @@ std::vector<SheetBlock> TextPrinter::Macro(const std::string& text,
 std::vector<SheetBlock> TextPrinter::Drawing(const std::string& text,
                                              const MacroTexts& macros) const {
   if (text.empty()) return {SheetText{"Der Text ist leer."}};
-  return {SheetText{std::to_string(CommandsOf(text).size()) + " Befehle, " +
+  const std::size_t commands = CommandsOf(text).size();
+  return {SheetText{std::to_string(commands) + (commands == 1 ? " Befehl, " : " Befehle, ") +
                         std::to_string(text.size()) + " Zeichen.",
                     true},
           Picture(text, macros)};

@@ -94,7 +94,7 @@ void SheetMaker::PlanOverview() {
     const bool one = sources_.terminals.size() == 1;
     const std::string of = one ? SheetName(sources_.terminals.front())
                                : std::to_string(sources_.terminals.size()) + " Terminals";
-    sheet_.title = std::string(kTitle) + " " + of;
+    sheet_.title = std::string(kTitle) + ": " + of;
     Begin(of);
     Add(SheetHeading{0, sheet_.title});
     if (sources_.made) Add(SheetText{"Erstellt am " + LocalMoment(*sources_.made) + "."});

@@ -70,10 +70,13 @@ std::string AgainstWords(const SheetSubject& subject, const Held& held) {
 }
 
 SheetTable ItemTable(const SheetSubject& subject, const std::vector<ItemKind>& kinds) {
-  SheetTable table{{{"Nr", 2}, {"Name", 11}, {"Zeichen", 4}, {"Beruht auf", 14}, {"Datenbank", 7}},
+  SheetTable table{{{"Nr", 2}, {"Name", 8}, {"Zeichen", 4}, {"Beruht auf", 16}, {"Datenbank", 9}},
                    {}};
   const bool several = kinds.size() > 1;
-  if (several) table.columns.insert(table.columns.begin(), {"Art", 6});
+  if (several) {
+    table.columns.pop_back();
+    table.columns.insert(table.columns.begin(), {"Art", 6});
+  }
   std::map<ItemKey, Cells> rows;
   for (const auto& [key, held] : subject.inventory.Items()) {
     if (Contains(kinds, key.kind)) rows[key] = HeldCells(subject, held);
@@ -82,7 +85,10 @@ SheetTable ItemTable(const SheetSubject& subject, const std::vector<ItemKind>& k
     if (Contains(kinds, key.kind)) rows[key] = DoubtCells(key, doubt);
   }
   for (auto& [key, cells] : rows) {
-    if (several) cells.insert(cells.begin(), ItemKindText(key.kind));
+    if (several) {
+      cells.pop_back();
+      cells.insert(cells.begin(), ItemKindText(key.kind));
+    }
     table.rows.push_back(std::move(cells));
   }
   return table;

@@ -33,7 +33,7 @@ std::string AgainstWords(const SheetSubject& subject, const Held& held);
 std::string QuotedName(const std::string& name);
 
 /// A row of a table for each item of these kinds that is held or in doubt, by kind and number:
-/// with its kind when there are several.
+/// with its kind when there are several, else with what the database has.
 SheetTable ItemTable(const SheetSubject& subject, const std::vector<ItemKind>& kinds);
 /// What stands in front of an item: its name, and what that it lies there rests on.
 std::vector<SheetBlock> ItemHead(const SheetSubject& subject, const Held& held);

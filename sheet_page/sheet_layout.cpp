@@ -16,11 +16,14 @@ constexpr double kCellGap = 0.6 * kUnitsPerMm;  // of a cell, above and below
 constexpr double kFirstRow = 12 * kUnitsPerMm;  // of a table: its head and one row
 constexpr double kGridTitle = 20 * kUnitsPerMm;
 constexpr double kGridCell = 9.5 * kUnitsPerMm;  // high
-constexpr double kDot = 0.3 * kUnitsPerMm;       // of a picture, where it fits
+constexpr double kDot = 0.3 * kUnitsPerMm;       // of a display's picture, where it fits
+constexpr double kLargestDot = 1 * kUnitsPerMm;
+constexpr double kSmallPicture = 60 * kUnitsPerMm;
 constexpr double kHighestPicture = 150 * kUnitsPerMm;
 constexpr double kIndent = 5 * kUnitsPerMm;   // of a chapter in the contents
 constexpr double kNumber = 15 * kUnitsPerMm;  // of a page's number there
 constexpr int kRowsAtOnce = 40;
+constexpr int kShortText = 10;  // lines that stay together
 constexpr double kSplitAbove = (kSheetBottom - kSheetTop) / 3;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
@@ -53,7 +56,8 @@ SheetFont FontOfText(const SheetText& text) {
 }
 
 QSizeF SizeOnPaper(const PixelMap& pixels) {
-  const double dot = std::min({kDot, kWidth / pixels.Width(), kHighestPicture / pixels.Height()});
+  const double usual = std::clamp(kSmallPicture / pixels.Width(), kDot, kLargestDot);
+  const double dot = std::min({usual, kWidth / pixels.Width(), kHighestPicture / pixels.Height()});
   return {pixels.Width() * dot, pixels.Height() * dot};
 }
 
@@ -136,7 +140,7 @@ void SheetLayout::PutLines(const QStringList& lines, SheetFont font, double inde
   }
 }
 
-// A heading and what is said below it stay with the beginning of what they are about.
+// A heading and what it rests on stay with the beginning of what they are about.
 double SheetLayout::NeededFrom(std::size_t block) const {
   double needed = 0;
   for (; block < Part().blocks.size(); ++block) {
@@ -177,7 +181,9 @@ bool SheetLayout::Place(const SheetHeading& heading) {
 
 bool SheetLayout::Place(const SheetText& text) {
   const SheetFont font = FontOfText(text);
-  PutLines(Wrapped(Text(text.text), font, kWidth), font);
+  const QStringList lines = Wrapped(Text(text.text), font, kWidth);
+  if (lines.size() <= kShortText) Need(static_cast<double>(lines.size()) * LineOf(font));
+  PutLines(lines, font);
   y_ += kGap / 2;
   return true;
 }
@@ -237,11 +243,11 @@ void SheetLayout::PutRow(const SheetTable& table, const std::vector<double>& wid
   CellLines cells;
   int lines = 1;
   for (std::size_t column = 0; column < widths.size(); ++column) {
-    const SheetFont font = table.columns[column].wire ? SheetFont::Wire : SheetFont::Plain;
+    const SheetFont font = table.columns[column].wire ? SheetFont::Wire : SheetFont::Cell;
     cells.push_back(Wrapped(Text(row[column]), font, widths[column] - 2 * kPadding));
     lines = std::max(lines, static_cast<int>(cells.back().size()));
   }
-  const double line = LineOf(SheetFont::Plain);
+  const double line = LineOf(SheetFont::Cell);
   int from = 0;
   while (from < lines) {
     const double height = (lines - from) * line + 2 * kCellGap;
@@ -258,12 +264,11 @@ void SheetLayout::PutRow(const SheetTable& table, const std::vector<double>& wid
 
 void SheetLayout::PutCells(const SheetTable& table, const std::vector<double>& widths,
                            const CellLines& cells, int from, int to) {
-  const double line = LineOf(SheetFont::Plain);
-  const double first =
-      y_ + kCellGap + metrics_[static_cast<std::size_t>(SheetFont::Plain)].ascent();
+  const double line = LineOf(SheetFont::Cell);
+  const double first = y_ + kCellGap + metrics_[static_cast<std::size_t>(SheetFont::Cell)].ascent();
   double x = kSheetLeft;
   for (std::size_t column = 0; column < cells.size(); ++column) {
-    const SheetFont font = table.columns[column].wire ? SheetFont::Wire : SheetFont::Plain;
+    const SheetFont font = table.columns[column].wire ? SheetFont::Wire : SheetFont::Cell;
     const int end = std::min(to, static_cast<int>(cells[column].size()));
     for (int i = from; i < end; ++i) {
       PutText(x + kPadding, first + (i - from) * line, cells[column][i], font);

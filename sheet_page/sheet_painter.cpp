@@ -21,8 +21,9 @@ struct Look {
   bool bold = false;
   bool wire = false;
 };
-constexpr Look kLooks[kSheetFonts] = {{17, true}, {14, true},  {11.5, true},     {9.5, true}, {9},
-                                      {7.5},      {7.5, true}, {8, false, true}, {9.5, true}, {6}};
+constexpr Look kLooks[kSheetFonts] = {
+    {17, true}, {14, true},  {11.5, true},       {9.5, true}, {9}, {8},
+    {7.5},      {7.5, true}, {7.5, false, true}, {9.5, true}, {6}};
 
 void DrawWithin(QPainter& painter, QPointF at, const QString& text, SheetFont font, double width) {
   const QFont look = FontOf(font);

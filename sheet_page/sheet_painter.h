@@ -31,13 +31,14 @@ enum class SheetFont : std::uint8_t {
   Chapter,
   Item,
   Plain,
+  Cell,
   Small,
   SmallBold,
   Wire,
   Sign,
   Code,
 };
-inline constexpr std::size_t kSheetFonts = 10;
+inline constexpr std::size_t kSheetFonts = 11;
 /// Its size is in units.
 QFont FontOf(SheetFont font);
 
