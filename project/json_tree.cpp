@@ -120,8 +120,9 @@ class TreeBuilder : public nlohmann::json_sax<Json> {
   }
   bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                    const nlohmann::detail::exception& error) override {
-    const std::string reason = GermanReason(error.what());
-    return Fail(read_ > 0 && read_ < text_.size() ? read_ - 1 : read_, reason);
+    const std::string_view what = error.what();
+    const bool atEnd = read_ == 0 || what.find("unexpected end of input") != std::string_view::npos;
+    return Fail(atEnd ? read_ : read_ - 1, GermanReason(what));
   }
 
   JsonNode& Root() { return root_; }
