@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QShortcut>
 #include <QSplitter>
+#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
 #include "settings/macro_edit.h"
@@ -89,7 +90,7 @@ void MacroDesk::Check() {
 void MacroDesk::ShowHint() {
   const QString text = RichText(HintAt(txtMakro->Wire(), txtMakro->Caret(), context_.display));
   lblMakroParameter->setText(text);
-  lblMakroParameter->setToolTip(text);
+  lblMakroParameter->setToolTip(QTextDocumentFragment::fromHtml(text).toPlainText());
 }
 
 void MacroDesk::Jump(bool backwards) {

@@ -36,6 +36,7 @@
 #include "store/program_data.h"
 #include "terminal/terminal_state.h"
 #include "twin/twins.h"
+#include "widgets/plain_texts.h"
 #include "widgets/wheel_guard.h"
 
 class QAction;
@@ -267,6 +268,7 @@ class frmhaupt : public QMainWindow {
   std::unique_ptr<SimulatorDesk> simulator_;
   std::unique_ptr<PortReturn> portReturn_;
   WheelGuard wheelGuard_;
+  PlainTexts plainTexts_;
   QLabel* ctlSendeanzeige = nullptr;
   SearchPage* terminals_ = nullptr;
   frmDovu* dovu_ = nullptr;

@@ -1,6 +1,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QSpinBox>
+#include <QToolTip>
 #include <filesystem>
 
 #include "tests/window_fixture.h"
@@ -45,6 +46,31 @@ TEST_F(MainWindowTest, EveryLinkOfTheWelcomePageLeadsSomewhere) {
   Forget();
   Q_EMIT Find<QLabel>("lblErsteSchritte").linkActivated(QStringLiteral("cmdVerbindungPruefen"));
   EXPECT_EQ(port.written, "\x1b?A\x1b?V");
+}
+
+// A name that looks like markup could make the program open what it points at.
+TEST_F(MainWindowTest, TextFromOutsideIsShownAsItIs) {
+  const std::string name = "<img src=\"fifo\">";
+  for (const char* change :
+       {"Makro set Bezeichnung", "DOVU set Bezeichnung", "DOVU set Adresse = 5, Bezeichnung"}) {
+    Sql("update " + std::string(change) + " = '" + name + "'");
+  }
+  Start();
+  for (int tab = 0; tab < Find<QTabWidget>("cmdTab").count(); ++tab) {
+    Find<QTabWidget>("cmdTab").setCurrentIndex(tab);
+    window->grab();
+  }
+  QToolTip::showText({}, QString::fromStdString(name), window.get());
+  int labels = 0;
+  for (QWidget* const widget : QApplication::allWidgets()) {
+    const auto* const label = qobject_cast<QLabel*>(widget);
+    if (label == nullptr || !label->testAttribute(Qt::WA_WState_Polished)) continue;
+    ++labels;
+    const bool isOwn =
+        label->textFormat() == Qt::RichText && !label->text().contains(QStringLiteral("<img"));
+    EXPECT_TRUE(label->textFormat() == Qt::PlainText || isOwn) << label->objectName().toStdString();
+  }
+  EXPECT_GT(labels, 100);
 }
 
 TEST_F(MainWindowTest, FirstPaintOpensTheStoredPortAndSetsItUp) {
