@@ -92,6 +92,8 @@ class frmGrafik : public QMainWindow {
   void KeepDraft();
   /// Whether the drawing goes out after each change.
   void SetAutomaticSend(bool on);
+  /// The operator's own symbols may have changed.
+  void ShowSymbols();
   /// The options may have changed: threshold, line rate, version.
   void OptionsChanged();
 
@@ -205,7 +207,6 @@ class frmGrafik : public QMainWindow {
   void mnuGrafikUmwandeln_Click();
   void mnuGrafikText_Click();
   void mnuGrafikSymbolMerken_Click();
-  void ShowSymbols();
   void InsertSymbol(const DrawingObject& symbol, std::optional<Point> at);
   bool DropSymbol(const QDropEvent& event);
   std::optional<std::string> AskSymbolName(const std::string& proposed);

@@ -12,7 +12,7 @@ namespace {
 
 using Records = std::vector<const ProjectRecord*>;
 
-constexpr std::pair<Finding, const char*> kFindings[] = {
+constexpr std::pair<Finding, const char*> kFindingTexts[] = {
     {Finding::Equal, "gleich"},
     {Finding::New, "neu"},
     {Finding::Different, "verschieden"},
@@ -200,7 +200,7 @@ const ProjectRecord& RecordOf(const ImportItem& item) {
 }  // namespace
 
 std::string FindingText(Finding finding) {
-  for (const auto& [known, text] : kFindings) {
+  for (const auto& [known, text] : kFindingTexts) {
     if (known == finding) return text;
   }
   return {};

@@ -151,6 +151,27 @@ std::vector<std::optional<std::size_t>> Matched(const Records& records, const Re
   return matches;
 }
 
+// What lies between two lines that are equal is put side by side as it comes.
+std::vector<LinePair> AlignedLines(const Lines& one, const Lines& other) {
+  const Matches kept = KeptLines(one, other);
+  std::vector<LinePair> pairs;
+  std::size_t left = 0;
+  std::size_t right = 0;
+  const auto fill = [&](std::size_t toLeft, std::size_t toRight) {
+    while (left < toLeft || right < toRight) {
+      pairs.emplace_back(left < toLeft ? std::optional(left++) : std::nullopt,
+                         right < toRight ? std::optional(right++) : std::nullopt);
+    }
+  };
+  for (std::size_t line = 0; line < one.size(); ++line) {
+    if (!kept[line]) continue;
+    fill(line, *kept[line]);
+    fill(line + 1, *kept[line] + 1);
+  }
+  fill(one.size(), other.size());
+  return pairs;
+}
+
 // Between two lines that both sides have kept lies what one of them, or both, have changed.
 std::optional<Lines> MergedLines(const Lines& base, const Lines& one, const Lines& other) {
   const Matches inOne = KeptLines(base, one);

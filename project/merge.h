@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "project/project.h"
@@ -13,6 +14,11 @@ namespace kelvo {
 /// kind.
 std::vector<std::optional<std::size_t>> Matched(const std::vector<const ProjectRecord*>& records,
                                                 const std::vector<const ProjectRecord*>& others);
+
+/// Which lines of two texts stand side by side; nothing where one of them has none there.
+using LinePair = std::pair<std::optional<std::size_t>, std::optional<std::size_t>>;
+std::vector<LinePair> AlignedLines(const std::vector<std::string>& one,
+                                   const std::vector<std::string>& other);
 
 /// What both sides have made of a text since `base`, line by line; nothing where both have changed
 /// the same place.

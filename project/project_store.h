@@ -41,7 +41,8 @@ enum class Finding : std::uint8_t {
   DeletedThere,
   DeletedHere,
 };
-/// "verschieden", "nur dort geändert", UTF-8.
+inline constexpr std::size_t kFindings = 10;
+/// "verschieden", "nur in der Datei geändert", UTF-8.
 std::string FindingText(Finding finding);
 
 enum class ImportChoice : std::uint8_t {

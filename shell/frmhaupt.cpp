@@ -347,13 +347,19 @@ void frmhaupt::cmdTab_Click() {
     if (tab == Tab::Drawing) desk_->Page()->ShowDrawing();
     if (tab != Tab::AtKeyboard) at_->Left();
     if (tab != Tab::Text) text_->Left();
-    if (tab == Tab::Interfaces) interfaces_->Refresh();
-    if (tab == Tab::AtKeyboard) at_->Shown();
-    if (tab == Tab::MatrixKeyboard) matrix_->Shown();
-    if (tab == Tab::Macros) macros_->Shown();
-    if (tab == Tab::Terminals) terminals_->Refresh();
+    RefreshPage();
   });
   AskForPage();
+}
+
+// The page in front reads its records anew.
+void frmhaupt::RefreshPage() {
+  const Tab tab = ShownTab();
+  if (tab == Tab::Interfaces) interfaces_->Refresh();
+  if (tab == Tab::AtKeyboard) at_->Shown();
+  if (tab == Tab::MatrixKeyboard) matrix_->Shown();
+  if (tab == Tab::Macros) macros_->Shown();
+  if (tab == Tab::Terminals) terminals_->Refresh();
 }
 
 // What a page asks the Terminal when it is shown waits until nothing else is being asked: the

@@ -56,6 +56,7 @@ class HistoryView;
 class InventoryView;
 class PortDialog;
 class PortReturn;
+class ProjectDesk;
 class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
@@ -125,6 +126,9 @@ class frmhaupt : public QMainWindow {
     bool operator==(const ShownInventory&) const = default;
   };
   void ShowInventory();
+  void MakeProjectDesk(QMenu* file);
+  void TakeImported();
+  void RefreshPage();
   void ShowInventoryNow();
   void ShowRecordStates();
   bool FreeBytesArePresent() const;
@@ -192,6 +196,8 @@ class frmhaupt : public QMainWindow {
   void cmdDovuAktivieren_Click();
   void cmdVerbindungPruefen_Click();
   void mnuDateiZuletzt_Click(int index);
+  void mnuDateiExportieren_Click();
+  void mnuDateiImportieren_Click();
   void mnuBearbeitenRueckgaengig_Click();
   void mnuDovuSenden_Click();
   void AskForPort();
@@ -263,6 +269,7 @@ class frmhaupt : public QMainWindow {
   MacroPage* macros_ = nullptr;
   WriteDesk* writeDesk_ = nullptr;
   CompareDialog* compare_ = nullptr;
+  ProjectDesk* projects_ = nullptr;
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
   std::unique_ptr<SimulatorDesk> simulator_;

@@ -132,6 +132,8 @@ void frmhaupt::MakeFileMenu() {
   AddToolbarAction(file, "mnuDateiBildEEProm", tr("Bild ins &EEPROM …"),
                    QKeySequence(tr("Ctrl+Shift+E")), kButtonBitmapToEEprom);
   file->addSeparator();
+  MakeProjectDesk(file);
+  file->addSeparator();
   QAction* const end = Named(file->addAction(tr("&Beenden")), "mnuDateiEnd");
   end->setShortcut(QKeySequence(tr("Ctrl+Q")));
   connect(end, &QAction::triggered, this, &QWidget::close);

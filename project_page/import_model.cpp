@@ -1,0 +1,119 @@
+#include "project_page/import_model.h"
+
+#include <QFont>
+
+namespace kelvo {
+namespace {
+
+const ProjectRecord& RecordOf(const ImportItem& item) {
+  return item.there ? *item.there : item.here->record;
+}
+
+// Under another name it has here, that stands in front.
+QString NameText(const ImportItem& item) {
+  const QString there = QString::fromStdString(NameOf(RecordOf(item)));
+  if (!item.here || !item.there) return there;
+  const QString here = QString::fromStdString(NameOf(item.here->record));
+  return here == there ? there : here + QStringLiteral(" ← ") + there;
+}
+
+}  // namespace
+
+void ImportModel::Show(ImportPlan plan) {
+  beginResetModel();
+  plan_ = std::move(plan);
+  endResetModel();
+}
+
+bool ImportModel::Choose(int row, ImportChoice choice) {
+  ImportItem& item = plan_.items[static_cast<std::size_t>(row)];
+  if (!item.MayChoose(choice)) return false;
+  item.choice = choice;
+  Q_EMIT dataChanged(index(row, Choice), index(row, Choice));
+  return true;
+}
+
+void ImportModel::SetBesideName(int row, const std::string& name) {
+  plan_.items[static_cast<std::size_t>(row)].besideName = name;
+  Q_EMIT dataChanged(index(row, Choice), index(row, Choice));
+}
+
+int ImportModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(plan_.items.size());
+}
+
+int ImportModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  switch (section) {
+    case Kind:
+      return tr("Art");
+    case Number:
+      return tr("Nummer");
+    case Name:
+      return tr("Bezeichnung");
+    case Found:
+      return tr("Vergleich");
+    default:
+      return tr("Was geschieht");
+  }
+}
+
+QVariant ImportModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const ImportItem& item = Item(index.row());
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+      return Text(item, index.column());
+    case Qt::TextAlignmentRole:
+      if (index.column() == Number) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+      return {};
+    case Qt::FontRole: {
+      QFont font;
+      font.setBold(true);
+      return item.choice == ImportChoice::Open && index.column() == Choice ? QVariant(font)
+                                                                           : QVariant();
+    }
+    default:
+      return {};
+  }
+}
+
+QString ImportModel::Text(const ImportItem& item, int column) const {
+  const auto number = NumberOf(RecordOf(item));
+  switch (column) {
+    case Kind:
+      return QString::fromUtf8(RowOf(item.kind).noun);
+    case Number:
+      return number && *number >= 0 ? QString::number(*number) : QString();
+    case Name:
+      return NameText(item);
+    case Found:
+      return QString::fromStdString(FindingText(item.finding));
+    default:
+      return ChoiceText(item);
+  }
+}
+
+QString ImportModel::ChoiceText(const ImportItem& item) const {
+  switch (item.choice) {
+    case ImportChoice::Open:
+      return tr("? zu entscheiden");
+    case ImportChoice::Leave:
+      return item.finding == Finding::Equal ? QString() : tr("bleibt, wie es hier ist");
+    case ImportChoice::Take:
+      if (!item.result) return tr("wird gelöscht");
+      return item.here ? tr("wird überschrieben") : tr("kommt dazu");
+    case ImportChoice::Beside:
+      break;
+  }
+  return RowOf(item.kind).name
+             ? tr("kommt dazu als „%1“").arg(QString::fromStdString(item.besideName))
+             : tr("kommt dazu unter der nächsten Nummer");
+}
+
+}  // namespace kelvo
