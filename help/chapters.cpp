@@ -18,6 +18,8 @@ QString ChapterOf(const QWidget& window) {
       {"frmSchreiben", "geprueft.html"},
       {"frmVergleich", "vergleichen.html"},
       {"frmAusstatten", "ausstatten.html"},
+      {"frmExport", "projekte.html"},
+      {"frmImport", "projekte.html#importieren"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},

@@ -39,7 +39,11 @@ QImage Photograph() {
 }  // namespace
 
 TerminalTour::TerminalTour(LiveProgram& program, SimulatorProcess& simulator, Album& album)
-    : simulator_(simulator), album_(album), window_(program.Start()), driver_(window_) {}
+    : program_(program),
+      simulator_(simulator),
+      album_(album),
+      window_(program.Start()),
+      driver_(window_) {}
 
 void TerminalTour::Run() {
   Connect();
@@ -57,6 +61,7 @@ void TerminalTour::Run() {
   Traffic();
   Twin();
   Ports();
+  Projects();
   Boxes();
   Help();
   SaveCapture(driver_, album_.Folder() + QStringLiteral("/mitschrift-terminal.txt"));

@@ -32,6 +32,9 @@ class TerminalTour {
   void Traffic();
   void Twin();
   void Ports();
+  void Projects();
+  void ChooseFile(const QString& path);
+  void OpenDialog(const char* menuEntry, const char* name);
   void Boxes();
   void Help();
 
@@ -47,6 +50,7 @@ class TerminalTour {
   void OnDialog(const char* picture, const char* button, const char* answer = nullptr);
   void TerminalIsThrough();
 
+  LiveProgram& program_;
   SimulatorProcess& simulator_;
   Album& album_;
   frmhaupt& window_;
