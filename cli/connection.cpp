@@ -128,6 +128,7 @@ Connection::~Connection() {
   world.com1.SetErrorHandler({});
   if (world.setDevices) world.setDevices({});
   if (world.onInterrupt) world.onInterrupt({});
+  for (Timer* const timer : {&world.tmrTimeout, &world.tmrRS485}) timer->SetHandler({});
 }
 
 bool Connection::Open() {
