@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QProcess>
+#include <filesystem>
+#include <fstream>
+
+#include "inventory/journal.h"
+#include "tests/fakes/open_port.h"
+#include "tests/fakes/temporary_folder.h"
+
+// The real programs over real pseudo-terminals.
+
+namespace kelvo {
+namespace {
+
+using testing_world::kPatience;
+using testing_world::ReadFile;
+
+class CliProcess : public testing::Test {
+ protected:
+  CliProcess() {
+    folder.AddDatabase();
+    std::ofstream(folder.Path("lang.txt")) << std::string(1000, 'x');
+    StartWith(simulator, KELVO_SIMULATOR,
+              {"--no-window", "--port", folder.Path("simulator.tty"), "--eeprom",
+               folder.Path("eeprom"), "--address", "3"});
+    while (!simulator.canReadLine() && simulator.waitForReadyRead(kPatience)) {
+    }
+  }
+  ~CliProcess() override {
+    simulator.terminate();
+    simulator.waitForFinished(kPatience);
+  }
+
+  void Start(QProcess& process, std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--data", folder.Path()});
+    StartWith(process, KELVO_CLI, arguments);
+  }
+  static int End(QProcess& process) {
+    process.waitForFinished(kPatience);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+  }
+  int Run(const std::vector<std::string>& arguments) {
+    QProcess process;
+    Start(process, arguments);
+    const int status = End(process);
+    out = process.readAllStandardOutput().toStdString();
+    err = process.readAllStandardError().toStdString();
+    return status;
+  }
+  std::vector<std::string> WriteMany() const {
+    std::vector<std::string> arguments{"write", "--prove", "--to", "3"};
+    for (int number = 1; number <= 5; ++number) {
+      arguments.push_back(std::to_string(number) + "=" + folder.Path("lang.txt"));
+    }
+    return arguments;
+  }
+  // Until something is on the line.
+  void AwaitBegin(QProcess& writer) const {
+    const auto begun = [this] { return ReadFile(folder.Path(kJournalFile)).find("Makro") + 1; };
+    while (begun() == 0 && !writer.waitForFinished(5)) {
+    }
+  }
+
+  testing_world::TemporaryFolder folder;
+  QProcess simulator;
+  std::string out;
+  std::string err;
+
+ private:
+  static void StartWith(QProcess& process, const char* program,
+                        const std::vector<std::string>& arguments) {
+    QStringList list;
+    for (const std::string& argument : arguments) list << QString::fromStdString(argument);
+    process.start(QString::fromUtf8(program), list);
+  }
+};
+
+TEST_F(CliProcess, HasThePortForItselfStopsWhenAskedToAndGoesOn) {
+  QProcess writer;
+  Start(writer, WriteMany());
+  AwaitBegin(writer);
+  ASSERT_EQ(writer.state(), QProcess::Running);
+  EXPECT_EQ(Run({"info", "--to", "3"}), 1);
+  EXPECT_NE(err.find("Schnittstelle belegt"), std::string::npos) << err;
+  EXPECT_NE(err.find("belegt, ein Programm benutzt es"), std::string::npos) << err;
+
+  kill(static_cast<pid_t>(writer.processId()), SIGINT);
+  EXPECT_EQ(End(writer), 1);
+  const std::string said = writer.readAllStandardError().toStdString();
+  EXPECT_NE(said.find("write --continue"), std::string::npos) << said;
+  EXPECT_EQ(Run({"write", "--continue", "--prove", "--csv"}), 0) << err;
+  EXPECT_NE(out.find("3,,ja,5,5,5,"), std::string::npos) << out;
+  EXPECT_EQ(err, "");  // what is no terminal sees no progress
+  EXPECT_EQ(Run({"compare", "--to", "3", "--read", "--json"}), 1) << err;
+}
+
+TEST_F(CliProcess, IsThereWithoutAnyWindow) {
+  QProcess libraries;
+  libraries.start(QStringLiteral("ldd"), {QStringLiteral(KELVO_CLI)});
+  libraries.waitForFinished(kPatience);
+  const QByteArray linked = libraries.readAllStandardOutput();
+  EXPECT_TRUE(linked.contains("libQt6Core"));
+  for (const char* window : {"Qt6Gui", "Qt6Widgets", "libxcb", "libX11"}) {
+    EXPECT_FALSE(linked.contains(window)) << window;
+  }
+}
+
+}  // namespace
+}  // namespace kelvo
