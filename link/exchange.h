@@ -99,6 +99,8 @@ class Exchange {
 
   /// The interval that all waits share.
   void SetInterval(std::chrono::milliseconds interval) { tmrTimeout_.SetInterval(interval); }
+  /// Whoever waits for an answer now waits no longer, as if its time had run out.
+  void EndWait() { timeOutFlag_ = true; }
   /// Starts the interval anew and forgets a tick that has come.
   void RestartTimeout();
   /// Told of each tick of tmrTimeout, which ends more than the exchange's waits.

@@ -115,12 +115,17 @@ void EepromPage::cmdClearEEprom_Click() {
 bool EepromPage::EraseAll() {
   const Undertakings::Alone alone(services_.person.Begun(), "Das EEPROM wird gelöscht.");
   QueryVersion(services_.exchange, services_.state);
-  const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"));
+  eraseLeft_ = false;
+  const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"),
+                           [this] {
+                             eraseLeft_ = true;
+                             services_.exchange.EndWait();
+                           });
   if (!CountsWhileErasing(services_.state.TerminalVersion,
                           services_.options.Number("EEPromelegantlöschenabVer"))) {
     if (!ErasePlain()) return false;
-  } else {
-    EraseWithProgress();
+  } else if (!EraseWithProgress()) {
+    return false;
   }
   return !services_.person.Ask("aktuelle Konfiguration gleich speichern ?", Icon::Question) ||
          StoreConfig(" / cmdClearEEprom");
@@ -130,18 +135,33 @@ bool EepromPage::ErasePlain() {
   frmInfo->ShowBusy();
   const Reply reply = kelvo::ErasePlain(services_.exchange);
   frmInfo->End();
+  if (EraseLeft()) return false;
   if (reply.Failed()) ReportEEpromError(services_.person, reply, " / cmdClearEEprom");
   return !reply.Failed();
 }
 
-void EepromPage::EraseWithProgress() {
+// Whether the operator has given up waiting, and what that means.
+bool EepromPage::EraseLeft() {
+  if (!eraseLeft_) return false;
+  services_.person.Message(
+      "Es wird nicht länger gewartet. Das Terminal löscht vielleicht noch.", Icon::Information, {},
+      "Solange es löscht, antwortet es nicht. Ob es fertig ist, zeigt \"Freien Platz lesen\".");
+  return true;
+}
+
+// False when the operator has not waited for the end. A missing acknowledge is said, no more.
+bool EepromPage::EraseWithProgress() {
   const bool acknowledged = EraseCounting(services_.exchange, [this](int done, int blocks) {
     done == 0 ? frmInfo->ShowProgress(blocks) : frmInfo->SetProgress(done);
+    return !eraseLeft_;
   });
   frmInfo->HideProgress();
   frmInfo->End();
-  if (acknowledged) return;
-  services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
+  if (EraseLeft()) return false;
+  if (!acknowledged) {
+    services_.person.Message("kein ACK nach löschen / cmdClearEEprom", Icon::Exclamation);
+  }
+  return true;
 }
 
 void EepromPage::ReadFreeBytes() {

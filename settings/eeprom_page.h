@@ -42,7 +42,8 @@ class EepromPage : public QWidget {
   void MakeLayout();
   void AddGroups(QVBoxLayout* page);
   bool ErasePlain();
-  void EraseWithProgress();
+  bool EraseWithProgress();
+  bool EraseLeft();
   bool EraseAll();
   bool StoreConfig(const std::string& suffix);
   void ReadFreeBytes();
@@ -54,6 +55,7 @@ class EepromPage : public QWidget {
 
   Services services_;
   InfoWindow* frmInfo;
+  bool eraseLeft_ = false;  // the operator does not wait for its end
   QPushButton* cmdSetConfig;
   QPushButton* cmdClearConfig;
   QPushButton* cmdClearEEprom;

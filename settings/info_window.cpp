@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "widgets/form.h"
@@ -20,12 +21,20 @@ InfoWindow::InfoWindow(QWidget* parent) : QWidget(parent, Qt::Tool) {
   page->addWidget(lblInfo);
   page->addWidget(ctlFortschritt);
   page->addWidget(lblVergangen);
+  cmdInfoNichtWarten = MakeButton("cmdInfoNichtWarten", tr("&Nicht länger warten"),
+                                  tr("Das Terminal löscht vielleicht weiter."));
+  page->addLayout(ButtonRow({cmdInfoNichtWarten}));
+  connect(cmdInfoNichtWarten, &QPushButton::clicked, this, [this] {
+    if (stop_) stop_();
+  });
   setMinimumWidth(fontMetrics().averageCharWidth() * 50);
   second_.setInterval(1000);
   connect(&second_, &QTimer::timeout, this, &InfoWindow::ShowElapsed);
 }
 
-void InfoWindow::Begin(const QString& caption, const QString& info) {
+void InfoWindow::Begin(const QString& caption, const QString& info, std::function<void()> stop) {
+  stop_ = std::move(stop);
+  cmdInfoNichtWarten->setVisible(stop_ != nullptr);
   setWindowTitle(caption);
   lblInfo->setText(info);
   elapsed_.start();
@@ -54,6 +63,7 @@ void InfoWindow::HideProgress() { ctlFortschritt->hide(); }
 
 void InfoWindow::End() {
   second_.stop();
+  stop_ = nullptr;
   HideProgress();
   hide();
 }

@@ -3,10 +3,12 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <string>
 
 class QLabel;
 class QProgressBar;
+class QPushButton;
 
 namespace kelvo {
 
@@ -18,8 +20,9 @@ class InfoWindow : public QWidget {
  public:
   explicit InfoWindow(QWidget* parent);
 
-  /// Shows the window with a caption and what is being waited for.
-  void Begin(const QString& caption, const QString& info);
+  /// Shows the window with a caption and what is being waited for. With `stop` it has a button for
+  /// who does not want to wait any longer.
+  void Begin(const QString& caption, const QString& info, std::function<void()> stop = {});
   void SetCaption(const QString& caption) { setWindowTitle(caption); }
   /// Shows the progress bar moving, as long as there is no figure to show.
   void ShowBusy();
@@ -35,6 +38,8 @@ class InfoWindow : public QWidget {
   QLabel* lblInfo;
   QLabel* lblVergangen;
   QProgressBar* ctlFortschritt;
+  QPushButton* cmdInfoNichtWarten;
+  std::function<void()> stop_;
   QTimer second_;
   QElapsedTimer elapsed_;
 };
@@ -42,8 +47,10 @@ class InfoWindow : public QWidget {
 /// Ends the window's work when a handler leaves, whatever way it goes.
 class InfoWindowUse {
  public:
-  InfoWindowUse(InfoWindow& window, const QString& caption, const QString& info) : window_(window) {
-    window_.Begin(caption, info);
+  InfoWindowUse(InfoWindow& window, const QString& caption, const QString& info,
+                std::function<void()> stop = {})
+      : window_(window) {
+    window_.Begin(caption, info, std::move(stop));
   }
   ~InfoWindowUse() { window_.End(); }
   InfoWindowUse(const InfoWindowUse&) = delete;

@@ -19,11 +19,12 @@ bool EraseCounting(Exchange& exchange, const EraseProgress& progress) {
   exchange.SendString(EraseEEpromCounting());
   double count = exchange.WaitAnswer(countEnd).Number();
   const int blocks = std::max(RoundToEven(count), 1);
-  progress(0, blocks);
-  while (count > 0) {
+  bool goesOn = progress(0, blocks);
+  while (goesOn && count > 0) {
     count = exchange.WaitAnswer(countEnd).Number();
-    progress(RoundToEven(blocks - count), blocks);
+    goesOn = progress(RoundToEven(blocks - count), blocks);
   }
+  if (!goesOn) return false;
   return exchange.WaitAnswer({}).text.find(kAck) != std::string::npos;
 }
 

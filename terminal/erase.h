@@ -8,15 +8,16 @@
 
 namespace kelvo {
 
-/// Told how many of the blocks are erased, at first none.
-using EraseProgress = std::function<void(int done, int blocks)>;
+/// Told how many of the blocks are erased, at first none. False: nobody waits for the rest.
+using EraseProgress = std::function<bool(int done, int blocks)>;
 
 /// Whether a Terminal of this version counts while it erases; `from` is the first that does.
 inline bool CountsWhileErasing(double version, double from) { return version >= from; }
 
 /// Acknowledged when it is over, which may take half a minute.
 Reply ErasePlain(Exchange& exchange);
-/// The Terminal counts down the blocks still to erase, then acknowledges; false when it does not.
+/// The Terminal counts down the blocks still to erase, then acknowledges; false when it does not,
+/// or was not waited for.
 bool EraseCounting(Exchange& exchange, const EraseProgress& progress);
 
 }  // namespace kelvo

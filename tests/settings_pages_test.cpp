@@ -329,6 +329,27 @@ TEST_F(EepromPageTest, NewTerminalCountsDown) {
   }
 }
 
+TEST_F(EepromPageTest, NobodyHasToWaitForTheEndOfAnErase) {
+  for (const auto& [version, written] : {std::pair("1.9;", "←?V←EE"), {"2.1;", "←?V←Ee"}}) {
+    terminal.Answer("\x1b?V", version);
+    terminal.Answer("\033Ee", "5\r");
+    for (int i = 1; written == std::string("←?V←Ee") && i < 60; ++i) {  // it counts for ever
+      loop.After(milliseconds(i * 400), [this] { port.Arrive("5\r"); });
+    }
+    loop.After(milliseconds(9000), [this] { Click("cmdInfoNichtWarten"); });
+    Forget();
+    person.answers = {true};
+    const auto begun = loop.Now();
+    Click("cmdClearEEprom");
+    EXPECT_LT(loop.Now() - begun, milliseconds(9500));
+    EXPECT_EQ(Written(), written);
+    EXPECT_EQ(person.LastMessage(),
+              "Es wird nicht länger gewartet. Das Terminal löscht vielleicht noch.");
+    EXPECT_TRUE(Info().isHidden());
+    loop.RunFor(milliseconds(30000));
+  }
+}
+
 TEST_F(EepromPageTest, CountDownThatDoesNotComeEndsAtOnceAndIsReported) {
   terminal.Answer("\x1b?V", "2.1;");
   person.duringMessage = [&] { EXPECT_TRUE(Info().isHidden()); };
