@@ -4,10 +4,10 @@
 #include <QCoreApplication>
 #include <iostream>
 
+#include "adapters/interruption.h"
 #include "adapters/machine_ports.h"
 #include "adapters/qt_event_loop.h"
 #include "adapters/qt_serial_port.h"
-#include "cli/interruption.h"
 #include "cli/run.h"
 #include "link/link_world.h"
 #include "store/data_folder.h"
@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const std::string program = QCoreApplication::applicationDirPath().toStdString();
   LinkWorld<QtEventLoop, QtTimer, QtSerialPort> world;
-  cli::Interruption interruption;
+  Interruption interruption;
   const auto setDevices = [&world](QtSerialPort::DeviceOf deviceOf) {
     world.com1.SetDevices(std::move(deviceOf));
   };

@@ -76,6 +76,10 @@ class frmhaupt : public QMainWindow {
   /// What is kept from run to run of where things were.
   WindowMemory& Memory() { return memory_; }
 
+  /// Ends the program as its cross does, but asks nothing: what is not saved is offered at the next
+  /// start.
+  void EndNow();
+
   enum class TrafficAt { Now, LastFailure };
   /// Opens the window of the traffic.
   void ShowTraffic(TrafficAt where);
@@ -184,6 +188,7 @@ class frmhaupt : public QMainWindow {
   std::array<RecordEditorBase*, 3> Records() const;
   std::vector<std::string> DraftNames() const;
   bool MayEnd();
+  void Unload();
   void TellOfFirstProgram();
   void TellOfMissingFonts();
   void TakeLeftDrawing();

@@ -37,6 +37,22 @@ void frmhaupt::closeEvent(QCloseEvent* event) {
     for (RecordEditorBase* const records : Records()) records->RemoveUnused();
     drafts_->Remove();
   });
+  Unload();
+}
+
+// Whoever tells the program to end waits for no answer.
+void frmhaupt::EndNow() {
+  if (outside_.loop.Closing()) return;
+  Guarded(outside_.person, "Form_Unload", [this] {
+    drafts_->Keep();
+    desk_->Editor().KeepDraft();
+    for (RecordEditorBase* const records : Records()) records->RemoveUnused();
+  });
+  hide();
+  Unload();
+}
+
+void frmhaupt::Unload() {
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/interruption.h"
 #include "shell/frmhaupt.h"
 #include "shell/live_world.h"
 #include "shell/splash.h"
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
 
   kelvo::LiveWorld world;  // outlives the windows and exec()
   std::unique_ptr<kelvo::frmhaupt> window;
+  kelvo::Interruption interruption;
   kelvo::Splash splash;
   QObject::connect(&splash, &kelvo::Splash::Active, &application, [&] {
     QApplication::processEvents();
@@ -50,6 +52,7 @@ int main(int argc, char** argv) {
     QObject::connect(window.get(), &kelvo::frmhaupt::FirstSeen, &splash, &QWidget::close);
     QObject::connect(window.get(), &kelvo::frmhaupt::Unloaded, &application,
                      [] { QApplication::exit(0); });
+    interruption.SetHandler([&window] { window->EndNow(); });
     window->show();
   });
   splash.show();

@@ -80,6 +80,7 @@ void RecordDrafts::OfferFile(const std::string& path) {
 }
 
 void RecordDrafts::Keep() {
+  timer_.stop();
   QJsonArray all;
   bool any = false;
   for (const RecordEditorBase* const editor : editors_) {

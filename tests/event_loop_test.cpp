@@ -4,6 +4,9 @@
 
 #include <QKeyEvent>
 #include <QWindow>
+#include <csignal>
+
+#include "adapters/interruption.h"
 
 namespace kelvo {
 namespace {
@@ -32,6 +35,20 @@ TEST(QtEventLoopTest, WaitsThatOnlyPaintLetClosingAndEscapeThroughAndKeepOtherIn
   EXPECT_EQ(window.seen, (std::vector<int>{Qt::Key_Escape, 0}));
   loop.ProcessPending();
   EXPECT_EQ(window.seen, (std::vector<int>{Qt::Key_Escape, 0, Qt::Key_A, Qt::Key_B}));
+}
+
+TEST(InterruptionTest, EachSignalIsToldAndEndsNothingByItself) {
+  QtEventLoop loop;
+  Interruption interruption;
+  int told = 0;
+  interruption.SetHandler([&told] { ++told; });
+  const auto patience = loop.Now() + std::chrono::seconds(20);
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+    const int before = told;
+    std::raise(signal);
+    while (told == before && loop.Now() < patience) loop.WaitForEvent(milliseconds(100));
+    EXPECT_EQ(told, before + 1);
+  }
 }
 
 // A pause that is asked for ends, though its tick fell into a wait without ticks.

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <QObject>
 #include <QSocketNotifier>
 #include <functional>
 #include <memory>
 
-namespace kelvo::cli {
+namespace kelvo {
 
-/// Ctrl+C and its like as events: once somebody listens they do not end the program any more.
-class Interruption : public QObject {
-  Q_OBJECT
-
+/// Ctrl+C, the end of the session and whatever else tells a program to end, as events: once
+/// somebody listens they do not end it by themselves. One for each program.
+class Interruption {
  public:
   Interruption() = default;
-  ~Interruption() override;
+  ~Interruption();
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
 
   /// Called for each one; an empty one leaves it to the system again.
   void SetHandler(std::function<void()> handler);
@@ -27,4 +27,4 @@ class Interruption : public QObject {
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 
-}  // namespace kelvo::cli
+}  // namespace kelvo

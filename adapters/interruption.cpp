@@ -1,4 +1,4 @@
-#include "cli/interruption.h"
+#include "adapters/interruption.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <utility>
 
-namespace kelvo::cli {
+namespace kelvo {
 namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
@@ -44,7 +44,7 @@ void Interruption::Begin() {
   if (notifier_ != nullptr || pipe2(pipe_, O_CLOEXEC | O_NONBLOCK) != 0) return;
   wakes = pipe_[1];
   notifier_ = std::make_unique<QSocketNotifier>(pipe_[0], QSocketNotifier::Read);
-  connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] {
     char byte = 0;
     while (read(pipe_[0], &byte, 1) == 1) {
       if (handler_) handler_();
@@ -60,4 +60,4 @@ void Interruption::End() {
   for (int& end : pipe_) close(std::exchange(end, -1));
 }
 
-}  // namespace kelvo::cli
+}  // namespace kelvo
