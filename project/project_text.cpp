@@ -112,6 +112,18 @@ std::string EntryLine(const JournalEntry& entry) {
       "exportieren.");
 }
 
+std::vector<std::string> RecordLines(const ProjectRecord& record) {
+  const Members members = MembersOf(record);
+  if (InOneLine(record.kind)) return {OneLine(members)};
+  std::vector<std::string> lines{"{"};
+  for (const auto& member : members) {
+    for (const std::string& line : member) lines.push_back("  " + line);
+    if (&member != &members.back()) lines.back() += ',';
+  }
+  lines.emplace_back("}");
+  return lines;
+}
+
 // Writes section by section.
 class Writer {
  public:
@@ -180,15 +192,21 @@ class Writer {
 
 }  // namespace
 
-std::vector<std::string> RecordLines(const ProjectRecord& record) {
-  const Members members = MembersOf(record);
-  if (InOneLine(record.kind)) return {OneLine(members)};
-  std::vector<std::string> lines{"{"};
-  for (const auto& member : members) {
-    for (const std::string& line : member) lines.push_back("  " + line);
-    if (&member != &members.back()) lines.back() += ',';
+std::vector<std::string> ReadableLines(const ProjectRecord& record) {
+  std::vector<std::string> lines;
+  const KindRow& row = RowOf(record.kind);
+  for (std::size_t i = 0; i < row.fields.size(); ++i) {
+    const ProjectField& field = row.fields[i];
+    const Value& value = record.values[i];
+    if (std::holds_alternative<std::monostate>(value)) continue;
+    const auto* const text = std::get_if<std::string>(&value);
+    lines.push_back(std::string(field.member) + ":");
+    if (field.form == FieldForm::Commands && text != nullptr) {
+      for (const std::string_view piece : CommandPieces(*text)) lines.push_back(Notation(piece));
+    } else {
+      lines.back() += " " + (text != nullptr ? Notation(*text) : ValueText(value, field.form));
+    }
   }
-  lines.emplace_back("}");
   return lines;
 }
 

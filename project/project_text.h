@@ -63,7 +63,7 @@ using ReadResult = std::variant<Project, ProjectFault, Stopped>;
 /// All of a text or nothing.
 ReadResult ReadProject(std::string_view text, const ProjectProgress& progress = {});
 
-/// A record as the lines that it has in the text, for reading.
-std::vector<std::string> RecordLines(const ProjectRecord& record);
+/// A record as lines for reading: each field that it has, each command, without the marks of JSON.
+std::vector<std::string> ReadableLines(const ProjectRecord& record);
 
 }  // namespace kelvo

@@ -132,6 +132,7 @@ void ExportDialog::Fill() {
   for (std::size_t i = 0; i < terminals_.size(); ++i) {
     AddEntry(ProjectKind::Inventory, {}, TerminalText(terminals_[i]), i);
   }
+  ShowKinds();
   ShowCount();
 }
 
@@ -139,7 +140,7 @@ QTreeWidgetItem* ExportDialog::KindItem(ProjectKind kind) {
   for (int i = ctlExport->topLevelItemCount(); i-- > 0;) {
     if (KindOf(*ctlExport->topLevelItem(i)) == kind) return ctlExport->topLevelItem(i);
   }
-  auto* const item = new QTreeWidgetItem(ctlExport, {Text(RowOf(kind).member)});
+  auto* const item = new QTreeWidgetItem(ctlExport);
   item->setData(kNameColumn, kIndexRole, static_cast<int>(kind));
   item->setFlags(item->flags() | Qt::ItemIsAutoTristate | Qt::ItemIsUserCheckable);
   item->setCheckState(kNameColumn, Qt::Checked);
@@ -153,6 +154,15 @@ void ExportDialog::AddEntry(ProjectKind kind, const QString& number, const QStri
   item->setCheckState(kNameColumn, Qt::Checked);
   item->setTextAlignment(kNumberColumn, Qt::AlignRight | Qt::AlignVCenter);
   KindItem(kind)->addChild(item);
+}
+
+// Behind each kind how many there are.
+void ExportDialog::ShowKinds() {
+  for (int i = 0; i < ctlExport->topLevelItemCount(); ++i) {
+    QTreeWidgetItem& item = *ctlExport->topLevelItem(i);
+    const QString member = Text(RowOf(KindOf(item)).member);
+    item.setText(kNameColumn, tr("%1 (%2)").arg(member).arg(item.childCount()));
+  }
 }
 
 void ExportDialog::TickAll(bool ticked) {
@@ -237,6 +247,7 @@ void ExportDialog::cmdExportZeichnung_Click() {
   {
     const QSignalBlocker blocker(ctlExport);
     AddEntry(ProjectKind::Drawing, {}, name, drawings_.size() - 1);
+    ShowKinds();
   }
   QTreeWidgetItem* const kind = KindItem(ProjectKind::Drawing);
   ctlExport->expandItem(kind);

@@ -31,6 +31,7 @@ class ExportDialog : public QDialog {
   void Fill();
   QTreeWidgetItem* KindItem(ProjectKind kind);
   void AddEntry(ProjectKind kind, const QString& number, const QString& name, std::size_t index);
+  void ShowKinds();
   void TickAll(bool ticked);
   void ShowCount();
   std::size_t Ticked() const;

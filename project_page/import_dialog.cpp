@@ -23,7 +23,7 @@ namespace {
 constexpr const char* kWmfFilter = "Vistel(WMF) |*.wmf";
 
 SideBySide::Lines LinesOf(const ProjectRecord* record) {
-  return record != nullptr ? RecordLines(*record) : SideBySide::Lines();
+  return record != nullptr ? ReadableLines(*record) : SideBySide::Lines();
 }
 
 }  // namespace
@@ -154,7 +154,9 @@ QLayout* ImportDialog::MakeButtons() {
   cmdImportAusfuehren = MakeButton("cmdImportAusfuehren", tr("&Importieren"),
                                    tr("Ändert alles auf einmal; „Rückgängig“ nimmt es zurück."));
   auto* const close = MakeButton("cmdImportSchliessen", tr("Schl&ießen"));
-  cmdImportAusfuehren->setDefault(true);
+  // A Return in the name's field does not import.
+  for (QPushButton* const button : findChildren<QPushButton*>()) button->setAutoDefault(false);
+  for (QPushButton* const button : {cmdImportAusfuehren, close}) button->setAutoDefault(false);
   auto* row = new QHBoxLayout;
   row->addStretch();
   row->addWidget(cmdImportAusfuehren);
@@ -182,9 +184,19 @@ void ImportDialog::Compare() {
   model_.Show(PlanImport(there_, RecordsHere(services_.database), services_.journal.Entries(),
                          base_ ? &*base_ : nullptr));
   ShowExtras();
-  if (shown_.rowCount() > 0) ctlImport->selectRow(0);
+  ctlImport->selectRow(FirstRow());
+  ctlImport->setFocus();
   ShowCurrent();
   ShowSummary();
+}
+
+// Of those that are shown, the first that is to be decided, or of all.
+int ImportDialog::FirstRow() const {
+  for (int row = 0; row < shown_.rowCount(); ++row) {
+    const int item = shown_.mapToSource(shown_.index(row, 0)).row();
+    if (model_.Item(item).choice == ImportChoice::Open) return row;
+  }
+  return 0;
 }
 
 void ImportDialog::ShowExtras() {

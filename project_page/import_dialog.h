@@ -53,6 +53,7 @@ class ImportDialog : public QDialog {
   void ShowCurrent();
   void ShowSummary();
   void ShowExtras();
+  int FirstRow() const;
   std::optional<int> CurrentRow() const;
   std::vector<int> SelectedRows() const;
   void ChooseSelected(ImportChoice choice);

@@ -49,12 +49,7 @@ SideBySide::SideBySide(QWidget* parent)
       result_(MakePane("txtImportErgebnis", tr("&Zusammengeführt:"))) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins({});
-  for (const Pane& pane : {here_, there_, result_}) {
-    auto* column = new QVBoxLayout;
-    column->addWidget(pane.label);
-    column->addWidget(pane.text, 1);
-    row->addLayout(column, 1);
-  }
+  for (const Pane& pane : {here_, there_, result_}) row->addWidget(pane.whole, 1);
   Follow(here_.text, there_.text);
   Follow(there_.text, here_.text);
 }
@@ -66,7 +61,12 @@ SideBySide::Pane SideBySide::MakePane(const char* name, const QString& caption) 
   text->setLineWrapMode(QPlainTextEdit::NoWrap);
   text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  return {LabelFor(text, caption), text};
+  auto* const whole = new QWidget;
+  auto* const column = new QVBoxLayout(whole);
+  column->setContentsMargins({});
+  column->addWidget(LabelFor(text, caption));
+  column->addWidget(text, 1);
+  return {whole, text};
 }
 
 void SideBySide::Follow(QPlainTextEdit* leader, QPlainTextEdit* follower) {
@@ -90,8 +90,7 @@ void SideBySide::Show(const Lines& here, const Lines& there, const std::optional
   const bool both = !here.empty() && !there.empty();
   Mark(*here_.text, both ? different : std::vector<int>());
   Mark(*there_.text, both ? different : std::vector<int>());
-  result_.label->setVisible(result.has_value());
-  result_.text->setVisible(result.has_value());
+  result_.whole->setVisible(result.has_value());
   result_.text->setPlainText(result ? Joined(*result) : QString());
 }
 

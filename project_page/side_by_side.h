@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-class QLabel;
 class QPlainTextEdit;
 
 namespace kelvo {
@@ -24,7 +23,7 @@ class SideBySide : public QWidget {
 
  private:
   struct Pane {
-    QLabel* label;
+    QWidget* whole;
     QPlainTextEdit* text;
   };
   Pane MakePane(const char* name, const QString& caption);
