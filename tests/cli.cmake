@@ -7,3 +7,6 @@ target_compile_definitions(cli_process_test PRIVATE
   KELVO_CLI="$<TARGET_FILE:kelvo-cli>" KELVO_SIMULATOR="$<TARGET_FILE:kelvo-simulator>")
 add_dependencies(cli_process_test kelvo-cli kelvo-simulator kelvo_database kelvo_fonts)
 set_tests_properties(cli_process_test PROPERTIES LABELS live)
+add_test(NAME cli_words_test
+  COMMAND ${CMAKE_CURRENT_LIST_DIR}/cli_words_test.sh $<TARGET_FILE:kelvo-cli>
+    ${PROJECT_SOURCE_DIR}/packaging)
