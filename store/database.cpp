@@ -18,22 +18,19 @@ constexpr std::int64_t kApplicationId = 1263293007;  // "KLVO", see kelvo.sql
 struct TableDescription {
   const char* name;
   const char* fields;  // separated by commas
-  bool needsRecord;
+  bool needsRecord = false;
 };
 
 constexpr TableDescription kTables[] = {
-    {"Makro", "typ,lfdnr,Bezeichnung,ausgang,eingang,nr_im_display,wert", false},
-    {"DOVU", "Adresse,Bezeichnung,Checksum,aktiv", false},
-    {"Optionen",
-     "FensterMitZoomen,sofortsenden,rs485wait,BMPSchwarzschwelle,FirstRun,"
-     "EEPromelegantlöschenabVer,ChecksumabVer,BMPinPixelabVer",
-     true},
-    {"Default", "displayx,displayy,schnittstelle", true},
+    {"Makro", "typ,lfdnr,Bezeichnung,ausgang,eingang,nr_im_display,wert"},
+    {"DOVU", "Adresse,Bezeichnung,Checksum,aktiv"},
+    {"Optionen", ""},  // what these two lack is as delivered
+    {"Default", ""},
     {"Schnittstelle",
      "satznr,ComNr,Baud1,Bits1,StopBit1,Parity1,Shake1,Puffer1,RecCom2,Baud2,Bits2,Stopbit2,"
      "Shake2,Parity2,Puffer2",
      true},
-    {"Anschluss", "ComNr,Geraet", false},
+    {"Anschluss", "ComNr,Geraet"},
 };
 
 bool HasTable(const Database& database, const char* name) {

@@ -4,20 +4,25 @@
 #include <array>
 #include <charconv>
 
+#include "store/single_records.h"
+
 namespace kelvo {
 namespace {
 
 constexpr std::string_view kSelectAll = "select * from ";
+constexpr char kRowid[] = "rowid";
 
 bool IsQuery(std::string_view source) { return source.starts_with(kSelectAll); }
 
-std::string TableOf(std::string_view source) {
+std::string NameOf(std::string_view source) {
   if (IsQuery(source)) {
     source.remove_prefix(kSelectAll.size());
     source = source.substr(0, source.find(' '));
   }
-  return Quoted(std::string(source));
+  return std::string(source);
 }
+
+std::string TableOf(std::string_view source) { return Quoted(NameOf(source)); }
 
 // The statement that yields keys and contents in the order of the source.
 std::string RowQuery(std::string_view source, const std::string& table) {
@@ -58,7 +63,10 @@ std::optional<std::string> ValueText(const Value& value) {
 }  // namespace
 
 Recordset::Recordset(Database& database, std::string source)
-    : database_(database), source_(std::move(source)), table_(TableOf(source_)) {
+    : database_(database),
+      source_(std::move(source)),
+      table_(TableOf(source_)),
+      delivered_(DeliveredRecord(NameOf(source_))) {
   ReadRecords();
 }
 
@@ -80,6 +88,7 @@ void Recordset::ReadRecords() {
 void Recordset::SetSource(std::string source) {
   source_ = std::move(source);
   table_ = TableOf(source_);
+  delivered_ = DeliveredRecord(NameOf(source_));
   ReadRecords();
   Go(0);
 }
@@ -121,6 +130,10 @@ bool Recordset::FindFirst(const std::string& field, const Value& value) {
   return true;
 }
 
+bool Recordset::Has(const std::string& field) const {
+  return std::find(fields_.begin(), fields_.end(), field) != fields_.end();
+}
+
 std::size_t Recordset::IndexOf(const std::string& field) const {
   const auto found = std::find(fields_.begin(), fields_.end(), field);
   if (found == fields_.end()) {
@@ -130,6 +143,8 @@ std::size_t Recordset::IndexOf(const std::string& field) const {
 }
 
 Value Recordset::Field(const std::string& field) const {
+  if (HasCurrent() && Has(field)) return records_[position_].row[IndexOf(field)];
+  if (const auto found = delivered_.find(field); found != delivered_.end()) return found->second;
   return HasCurrent() ? records_[position_].row[IndexOf(field)] : Value();
 }
 
@@ -167,9 +182,13 @@ void Recordset::CheckUnchanged(const Row& asRead) const {
 }
 
 void Recordset::Edit(Row asRead) {
-  adding_ = false;
   asRead_ = std::move(asRead);
   changes_.clear();
+  adding_ = records_.empty() && !delivered_.empty();
+  if (!adding_) return;
+  for (const auto& [field, value] : delivered_) {
+    if (Has(field)) changes_[field] = value;
+  }
 }
 
 void Recordset::AddNew() {
@@ -197,6 +216,9 @@ std::string Recordset::UpdateText() const {
 void Recordset::Update() {
   if (!adding_ && !HasCurrent()) throw StoreError("Kein aktueller Datensatz.");
   if (changes_.empty()) return;
+  for (const auto& [field, value] : changes_) {
+    if (field != kRowid) IndexOf(field);
+  }
   Transaction transaction(database_);
   if (!adding_) CheckUnchanged(asRead_);
   Statement statement(database_, UpdateText());
@@ -236,7 +258,7 @@ void Recordset::SetAll(const Row& row) {
 
 void Recordset::Restore(std::int64_t bookmark, const Row& row) {
   AddNew();
-  if (!Exists(bookmark)) Set("rowid", bookmark);
+  if (!Exists(bookmark)) Set(kRowid, bookmark);
   SetAll(row);
   Update();
   MoveLast();

@@ -17,6 +17,9 @@ namespace kelvo {
 /// Records of one table with a current record among them. Which records belong to it, their order
 /// and what they hold are read when it is opened or refreshed; records added through it come last.
 ///
+/// Of a table of one record (DeliveredRecord) a field that is missing, and every field while the
+/// record is, reads as delivered; the record is made by the first change of it.
+///
 /// Every change is one transaction and durable when the call returns. What fails throws StoreError
 /// and has changed nothing; StoreConflict when the record is not any more as it was read.
 class Recordset {
@@ -108,6 +111,7 @@ class Recordset {
   Row Stored(std::int64_t key) const;
   void CheckUnchanged(const Row& asRead) const;
   std::string UpdateText() const;
+  bool Has(const std::string& field) const;
   std::size_t IndexOf(const std::string& field) const;
   void Go(std::size_t position);
   bool HasCurrent() const { return !deleted_ && !Eof(); }
@@ -115,6 +119,7 @@ class Recordset {
   Database& database_;
   std::string source_;
   std::string table_;  // quoted
+  std::map<std::string, Value> delivered_;
   std::vector<std::string> fields_;
   std::vector<Record> records_;
   std::uint64_t revision_ = 0;

@@ -191,16 +191,46 @@ TEST_F(StoreTest, MissingForeignAndDamagedFilesAreRefusedAndLeftAlone) {
 
 TEST_F(StoreTest, MissingTableOrFieldIsNamed) {
   const std::pair<const char*, const char*> damages[] = {
-      {"alter table Optionen drop column rs485wait", "Feld rs485wait der Tabelle Optionen fehlt"},
+      {"alter table DOVU drop column aktiv", "Feld aktiv der Tabelle DOVU fehlt"},
       {"alter table Anschluss drop column Geraet", "Feld Geraet der Tabelle Anschluss fehlt"},
       {"drop table DOVU", "Tabelle DOVU fehlt"},
-      {"delete from \"Default\"", "Tabelle Default ist leer"}};
+      {"delete from Schnittstelle", "Tabelle Schnittstelle ist leer"}};
   for (const auto& [damage, told] : damages) {
     TemporaryFolder other;
     other.AddDatabase();
     { Statement(Database(other.Path("kelvo.mdb")), damage).Step(); }
     ExpectRefused(other.Path("kelvo.mdb"), told);
   }
+}
+
+TEST_F(StoreTest, OptionThatTheDatabaseLacksIsAsDeliveredAndItsRecordIsMadeByAChange) {
+  const auto values = [](const Recordset& options) {
+    std::string all;
+    for (const char* field : {"sofortsenden", "rs485wait", "BMPSchwarzschwelle", "ChecksumabVer",
+                              "BMPinPixelabVer", "EEPromelegantlöschenabVer"}) {
+      all += options.Text(field).value_or("-") + ' ';
+    }
+    return all;
+  };
+  Database database(Path());
+  const std::string delivered = values(Recordset(database, "Optionen"));
+  Statement(database, "alter table Optionen drop column rs485wait").Step();
+  Recordset options(database, "Optionen");
+  EXPECT_EQ(values(options), delivered);
+  options.Edit();
+  options.Set("rs485wait", std::int64_t{50});
+  EXPECT_THROW(options.Update(), StoreError);
+  Statement(database, "delete from Optionen").Step();
+  options.Refresh();
+  EXPECT_EQ(values(options), delivered);
+  EXPECT_FALSE(options.YesNo("FirstRun"));
+  options.Edit();
+  options.Set("sofortsenden", std::int64_t{1});
+  options.Update();
+  Recordset again(database, "Optionen");
+  EXPECT_EQ(again.RecordCount(), 1u);
+  EXPECT_EQ(values(again), "1" + delivered.substr(1));
+  EXPECT_EQ(values(options), values(again));
 }
 
 TEST_F(StoreTest, WriteProtectedFileOpensAndSaysSoAtEachSave) {
