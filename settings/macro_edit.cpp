@@ -29,7 +29,7 @@ QString Row(const CommandRow& row, DisplaySize display) {
 
 MacroEdit::MacroEdit(QWidget* parent)
     : WireEdit(parent),
-      highlighter_(new MacroHighlighter(*this)),
+      highlighter_(*this),
       lstMakroBefehle_(Named(new QListWidget(this), "lstMakroBefehle")) {
   lstMakroBefehle_->setFocusPolicy(Qt::NoFocus);
   lstMakroBefehle_->setFont(WireFont());
@@ -42,7 +42,7 @@ MacroEdit::MacroEdit(QWidget* parent)
 }
 
 void MacroEdit::ShowRemarks(const std::string& wire, const std::vector<Remark>& remarks) {
-  highlighter_->Show(PiecesOf(wire), remarks);
+  highlighter_.Show(wire, remarks);
 }
 
 // A line end is one character in the document and two in the wire text.

@@ -3,14 +3,13 @@
 #include <string>
 
 #include "settings/macro_check.h"
+#include "settings/macro_highlighter.h"
 #include "settings/macro_text.h"
 #include "widgets/wire_field.h"
 
 class QListWidget;
 
 namespace kelvo {
-
-class MacroHighlighter;
 
 /// The editor of a macro text: in colours, and with the command letters to choose from behind an
 /// ESC. The list only offers: without a choice every key writes what it always does.
@@ -48,7 +47,7 @@ class MacroEdit : public WireEdit {
   void FollowCaret();
   std::size_t WirePlace(int position) const;
 
-  MacroHighlighter* const highlighter_;
+  MacroHighlighter highlighter_;
   QListWidget* const lstMakroBefehle_;
   DisplaySize display_;
   Completion completion_;

@@ -1,7 +1,8 @@
 #include "settings/macro_highlighter.h"
 
 #include <QPlainTextEdit>
-#include <QSignalBlocker>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <algorithm>
 
 #include "widgets/contrast.h"
@@ -10,11 +11,32 @@ namespace kelvo {
 namespace {
 
 enum Hue { Red = 0, Amber = 35, Green = 140, Blue = 215, Violet = 290 };
+enum Remarked : std::uint8_t { Not, Hinted, Warned, Wrong };
+
+constexpr std::size_t kKinds = kPieceKinds + 1;  // the last one is text for the display
 
 // Legible on the palette's ground, be it light or dark.
 QColor Coloured(const QPalette& palette, Hue hue) {
   const bool dark = palette.color(QPalette::Base).lightness() < 128;
   return QColor::fromHsl(hue, dark ? 190 : 255, dark ? 180 : 85);
+}
+
+Remarked RemarkedAs(Severity severity) {
+  switch (severity) {
+    case Severity::Error:
+      return Wrong;
+    case Severity::Warning:
+      return Warned;
+    case Severity::Hint:
+      break;
+  }
+  return Hinted;
+}
+
+void Underline(QTextCharFormat& format, Severity severity, const QPalette& palette) {
+  format.setUnderlineStyle(severity == Severity::Hint ? QTextCharFormat::DotLine
+                                                      : QTextCharFormat::WaveUnderline);
+  format.setUnderlineColor(SeverityColour(severity, palette));
 }
 
 }  // namespace
@@ -31,21 +53,49 @@ QColor SeverityColour(Severity severity, const QPalette& palette) {
   return FaintText(palette);
 }
 
-MacroHighlighter::MacroHighlighter(QPlainTextEdit& editor)
-    : QSyntaxHighlighter(editor.document()), editor_(editor) {}
+MacroHighlighter::MacroHighlighter(QPlainTextEdit& editor) : editor_(editor) {
+  QObject::connect(
+      editor.document(), &QTextDocument::contentsChange, &editor,
+      [this](int position, int removed, int added) { Follow(position, removed, added); });
+}
 
-void MacroHighlighter::Show(std::vector<Piece> pieces, std::vector<Remark> remarks) {
-  pieces_ = std::move(pieces);
-  remarks_ = std::move(remarks);
+void MacroHighlighter::Show(const std::string& wire, const std::vector<Remark>& remarks) {
   MakeFormats();
-  // Colours are no change of the text, which the document would report them as.
-  const QSignalBlocker silent(document());
-  rehighlight();
+  const std::vector<Look> looks = LooksOf(wire, remarks);
+  const QTextDocument& document = *editor_.document();
+  // A line end is one character here and two in the wire text.
+  std::size_t lineEnds = 0;
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    const std::size_t start = static_cast<std::size_t>(block.position()) + lineEnds++;
+    if (start + static_cast<std::size_t>(block.length()) - 1 > looks.size()) return;
+    ShowBlock(block, looks.data() + start);
+  }
+}
+
+std::vector<MacroHighlighter::Look> MacroHighlighter::LooksOf(const std::string& wire,
+                                                              const std::vector<Remark>& remarks) {
+  std::vector<std::uint8_t> worst(wire.size());
+  for (const Remark& remark : remarks) {
+    const std::size_t end = remark.position + std::max<std::size_t>(remark.length, 1);
+    for (std::size_t at = remark.position; at < std::min(end, wire.size()); ++at) {
+      worst[at] = std::max<std::uint8_t>(worst[at], RemarkedAs(remark.severity));
+    }
+  }
+  std::vector<Look> looks(wire.size(), kPieceKinds);
+  for (const Piece& piece : PiecesOf(wire)) {
+    const auto begin = looks.begin() + static_cast<std::ptrdiff_t>(piece.begin);
+    std::fill_n(begin, piece.length, static_cast<Look>(piece.kind));
+  }
+  for (std::size_t at = 0; at < looks.size(); ++at) {
+    looks[at] = static_cast<Look>(looks[at] + kKinds * worst[at]);
+  }
+  return looks;
 }
 
 void MacroHighlighter::MakeFormats() {
   const QPalette& palette = editor_.palette();
   const QColor faint = FaintText(palette);
+  formats_ = {};
   const std::pair<PieceKind, QColor> colours[] = {
       {PieceKind::Letters, Coloured(palette, Blue)},
       {PieceKind::Unknown, faint},
@@ -59,37 +109,45 @@ void MacroHighlighter::MakeFormats() {
     const bool letters = kind == PieceKind::Letters || kind == PieceKind::Unknown;
     format.setFontWeight(letters ? QFont::Bold : QFont::Normal);
   }
+  for (const Severity severity : {Severity::Hint, Severity::Warning, Severity::Error}) {
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+      QTextCharFormat& format = formats_[kKinds * RemarkedAs(severity) + kind];
+      format = formats_[kind];
+      Underline(format, severity, palette);
+    }
+  }
 }
 
-// A line end is one character here and two in the wire text.
-void MacroHighlighter::highlightBlock(const QString& text) {
-  const int start = currentBlock().position() + currentBlock().blockNumber();
-  const int length = static_cast<int>(text.size());
-  const auto inBlock = [start, length](std::size_t begin, std::size_t count) {
-    const int from = std::clamp(static_cast<int>(begin) - start, 0, length);
-    const int to = std::clamp(static_cast<int>(begin + count) - start, 0, length);
-    return std::pair(from, to - from);
+void MacroHighlighter::ShowBlock(const QTextBlock& block, const Look* looks) const {
+  QList<QTextLayout::FormatRange> ranges;
+  const int length = block.length() - 1;
+  for (int begin = 0, end = 0; begin < length; begin = end) {
+    for (end = begin + 1; end < length && looks[end] == looks[begin];) ++end;
+    if (looks[begin] == kPieceKinds) continue;
+    ranges.push_back({begin, end - begin, formats_[looks[begin]]});
+  }
+  if (ranges == block.layout()->formats()) return;
+  block.layout()->setFormats(ranges);
+  editor_.document()->markContentsDirty(block.position(), block.length());
+}
+
+// What is typed into the middle of something mostly belongs to it. So the line is laid out once,
+// with what it will look like, instead of again when that has been found out.
+void MacroHighlighter::Follow(int position, int removed, int added) const {
+  const QTextBlock block = editor_.document()->findBlock(position);
+  const int at = position - block.position();
+  if (at + added >= block.length()) return;
+  QList<QTextLayout::FormatRange> ranges;
+  const auto moved = [at, removed, added](int place) {
+    return place >= at + removed ? place - removed + added : std::min(place, at);
   };
-  for (const Piece& piece : pieces_) {
-    const auto [from, count] = inBlock(piece.begin, piece.length);
-    if (count > 0) setFormat(from, count, formats_[static_cast<std::size_t>(piece.kind)]);
+  for (QTextLayout::FormatRange range : block.layout()->formats()) {
+    const int end = moved(range.start + range.length);
+    range.start = range.start == at && removed == 0 ? at + added : moved(range.start);
+    range.length = end - range.start;
+    if (range.length > 0) ranges.push_back(range);
   }
-  for (const Remark& remark : remarks_) {
-    const auto [from, count] = inBlock(remark.position, std::max<std::size_t>(remark.length, 1));
-    if (count > 0) Underline(remark, from, count);
-  }
-}
-
-// Over the colours that are there, and never in the place of something worse.
-void MacroHighlighter::Underline(const Remark& remark, int begin, int length) {
-  const bool hint = remark.severity == Severity::Hint;
-  for (int at = begin; at < begin + length; ++at) {
-    QTextCharFormat some = format(at);
-    if (some.underlineStyle() == QTextCharFormat::WaveUnderline && hint) continue;
-    some.setUnderlineStyle(hint ? QTextCharFormat::DotLine : QTextCharFormat::WaveUnderline);
-    some.setUnderlineColor(SeverityColour(remark.severity, editor_.palette()));
-    setFormat(at, 1, some);
-  }
+  block.layout()->setFormats(ranges);
 }
 
 }  // namespace kelvo

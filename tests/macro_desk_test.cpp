@@ -2,7 +2,9 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <random>
 
+#include "settings/macro_desk.h"
 #include "settings/macro_edit.h"
 #include "settings/macro_page.h"
 #include "tests/page_fixture.h"
@@ -138,6 +140,38 @@ TEST_F(MacroDeskTest, ColoursFollowTheText) {
   Edit().undo();
   EXPECT_EQ(Editor("txtMakro"), "\x1bGR1,x;");
   EXPECT_FALSE(page->Records().DraftNames().empty());
+}
+
+// Colours that follow what is typed are in the end those of the text as it is.
+TEST(MacroDesk, ColoursAfterAnyChangeAreThoseOfTheWholeText) {
+  std::minstd_rand random(7);
+  const auto number = [&random](int most) {
+    return std::uniform_int_distribution(0, most)(random);
+  };
+  static const char* const kTyped[] = {"\x1b", "GR", "1,5;", "x", "\r\n", "GTab\x04", ";"};
+  const auto looks = [](const QTextDocument& document) {
+    QList<QList<QTextLayout::FormatRange>> formats;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+      formats << block.layout()->formats();
+    }
+    return formats;
+  };
+  MacroDesk desk;
+  MacroEdit& edit = desk.Editor();
+  edit.SetWire("\x1bGP1,5;\x1bGL7,8;\r\nText\x1bGC\x1bGTab\x04");
+  for (int step = 0; step < 300; ++step) {
+    QTextCursor cursor(edit.document());
+    cursor.setPosition(number(edit.document()->characterCount() - 1));
+    const int selected = number(4);
+    cursor.movePosition(QTextCursor::Right, QTextCursor::KeepAnchor, number(2) * selected);
+    edit.setTextCursor(cursor);
+    edit.InsertWire(number(2) == 0 ? "" : kTyped[number(std::size(kTyped) - 1)]);
+    MacroEdit fresh;
+    fresh.setPalette(edit.palette());
+    fresh.SetWire(edit.Wire());
+    fresh.ShowRemarks(edit.Wire(), CheckMacro(edit.Wire(), {}));
+    ASSERT_EQ(looks(*edit.document()), looks(*fresh.document())) << step << edit.Wire();
+  }
 }
 
 TEST_F(MacroDeskTest, EveryColourIsReadOnLightAndDark) {
