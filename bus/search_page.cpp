@@ -120,13 +120,17 @@ QWidget* SearchPage::MakeStored() {
   cmdDovuAusstatten =
       MakeButton("cmdDovuAusstatten", tr("Terminal ausstatten …"),
                  tr("Schreibt in ein Ersatzgerät, was in einem anderen Terminal liegt."));
+  cmdDovuDatenblatt =
+      MakeButton("cmdDovuDatenblatt", tr("Datenblatt …"),
+                 tr("Zeigt das Datenblatt des gewählten Terminals, zum Drucken und als PDF."));
   cmdDovuNeu = MakeButton("cmdDovuNeu", tr("neues &Terminal …"),
                           tr("Speichert ein Terminal, ohne danach zu suchen."));
   cmdClearDovuData = MakeButton("cmdClearDovuData", tr("alle &löschen"),
                                 tr("Löscht alle gespeicherten Terminals, nach einer Rückfrage."));
   auto* column = new QVBoxLayout(group);
   column->addWidget(ctlDovuListe, 1);
-  column->addLayout(ButtonRow({cmdDovuSenden, cmdDovuAusstatten, cmdDovuNeu, cmdClearDovuData}));
+  column->addLayout(ButtonRow(
+      {cmdDovuSenden, cmdDovuAusstatten, cmdDovuDatenblatt, cmdDovuNeu, cmdClearDovuData}));
   return group;
 }
 
@@ -138,6 +142,7 @@ void SearchPage::ConnectControls() {
   OnClick(cmdDovuUebernehmen, this, person, &SearchPage::cmdDovuUebernehmen_Click);
   OnClick(cmdDovuExport, this, person, &SearchPage::cmdDovuExport_Click);
   OnClick(cmdDovuAusstatten, this, person, &SearchPage::cmdDovuAusstatten_Click);
+  OnClick(cmdDovuDatenblatt, this, person, &SearchPage::cmdDovuDatenblatt_Click);
   OnClick(cmdDovuNeu, this, person, &SearchPage::cmdDovuNeu_Click);
   OnClick(cmdClearDovuData, this, person, &SearchPage::cmdClearDovuData_Click);
   OnClick(cmdDovuSenden, this, person, &SearchPage::cmdDovuSenden_Click);
@@ -239,6 +244,8 @@ void SearchPage::cmdClearDovuData_Click() {
 void SearchPage::cmdDovuSenden_Click() { Q_EMIT SendRequested(); }
 
 void SearchPage::cmdDovuAusstatten_Click() { Q_EMIT EquipRequested(); }
+
+void SearchPage::cmdDovuDatenblatt_Click() { Q_EMIT SheetRequested(); }
 
 // ---- the results ----
 

@@ -55,6 +55,8 @@ class SearchPage : public QWidget {
   void SendRequested();
   /// Terminals are to be equipped with what another one held.
   void EquipRequested();
+  /// The data sheet of the Terminal that is chosen is wanted.
+  void SheetRequested();
   /// A search has begun or ended.
   void SearchingChanged();
   /// A search is over: what came of it.
@@ -92,6 +94,7 @@ class SearchPage : public QWidget {
   void cmdClearDovuData_Click();
   void cmdDovuSenden_Click();
   void cmdDovuAusstatten_Click();
+  void cmdDovuDatenblatt_Click();
 
   Services services_;
   TerminalSearch search_;
@@ -114,6 +117,7 @@ class SearchPage : public QWidget {
   QTableView* ctlDovuListe = nullptr;
   QPushButton* cmdDovuSenden = nullptr;
   QPushButton* cmdDovuAusstatten = nullptr;
+  QPushButton* cmdDovuDatenblatt = nullptr;
   QPushButton* cmdDovuNeu = nullptr;
   QPushButton* cmdClearDovuData = nullptr;
 };

@@ -20,6 +20,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmAusstatten", "ausstatten.html"},
       {"frmExport", "projekte.html"},
       {"frmImport", "projekte.html#importieren"},
+      {"frmDatenblatt", "datenblatt.html"},
       {"frmAnschluesse", "anschluesse.html"},
       {"frmVerbindungSuchen", "schnittstellen.html#suchen"},
       {"frmDatenverkehr", "datenverkehr.html"},

@@ -66,9 +66,13 @@ Readings::Readings(const std::string& path) : file_(path) {
   }
 }
 
-std::optional<std::string> Readings::Add(const Reading& reading) {
+void Readings::Take(const Reading& reading) {
   readings_.push_back(reading);
   silences_.erase({reading.terminal, reading.query});
+}
+
+std::optional<std::string> Readings::Add(const Reading& reading) {
+  Take(reading);
   return file_ ? file_->Append(LineOf(reading)) : std::nullopt;
 }
 

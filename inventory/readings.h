@@ -56,6 +56,8 @@ class Readings {
 
   /// Nothing when it is kept, else the reason why it is not in the file, UTF-8.
   std::optional<std::string> Add(const Reading& reading);
+  /// The same without the file.
+  void Take(const Reading& reading);
   /// Takes that a question was asked and not answered. It is known until the program ends.
   void AddSilence(const TerminalId& terminal, CommandName query, Silence silence);
   /// What came of the last question, where that was not answered; nullptr otherwise.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "bus/stored_terminals.h"
 #include "inventory/compare.h"
 #include "inventory/journal.h"
 #include "inventory/readings.h"
@@ -17,14 +18,9 @@ namespace kelvo {
 
 /// A Terminal of the list, or one that something is known of.
 struct SheetTerminal {
-  /// What the list has of it.
-  struct Stored {
-    bool active = false;
-    bool checksum = false;
-  };
   TerminalId id;
-  std::string name;  ///< UTF-8
-  std::optional<Stored> stored{};
+  std::string name;                        ///< UTF-8
+  std::optional<StoredTerminal> stored{};  ///< what the list has of it
 };
 
 /// "Halle 1 Tor, Adresse 7"; "Terminal ohne Namen" where nothing is known of who listens.

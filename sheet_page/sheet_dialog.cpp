@@ -20,6 +20,7 @@
 #include "sheet_page/sheet_view.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -27,11 +28,9 @@ namespace {
 constexpr char kPdfFilter[] = "PDF |*.pdf";
 constexpr int kSliceMs = 20;  // of work, before the operator has another turn
 
-QString Utf8(const std::string& text) { return QString::fromStdString(text); }
-
 // The last part of a device's path is what people call it.
 QString DeviceText(const std::string& device) {
-  const QString name = QFileInfo(Utf8(device)).fileName();
+  const QString name = QFileInfo(Text(device)).fileName();
   return name.isEmpty() ? SheetDialog::tr("kein Anschluss") : name;
 }
 
@@ -78,7 +77,7 @@ QLayout* SheetDialog::MakeChapters() {
     const int index = static_cast<int>(chapter);
     auto* const box = Named(new QCheckBox(caption), ArrayName("chkDatenblattKapitel", index));
     box->setChecked(true);
-    box->setToolTip(Utf8(ChapterTitle(chapter)));
+    box->setToolTip(Text(ChapterTitle(chapter)));
     rows->addWidget(box);
     chkDatenblattKapitel[chapter] = box;
   };
@@ -183,7 +182,7 @@ void SheetDialog::FillTerminals(const std::optional<TerminalId>& terminal) {
   ctlDatenblattListe->clear();
   for (const SheetTerminal& some : terminals_) {
     const bool ticked = found ? some.id == *terminal : some.stored || terminals_.size() == 1;
-    ctlDatenblattListe->Add({Utf8(SheetName(some)), DeviceText(some.id.device)}, ticked);
+    ctlDatenblattListe->Add({Text(SheetName(some)), DeviceText(some.id.device)}, ticked);
   }
   ctlDatenblattListe->FitColumn(0);
   filling_ = false;
@@ -270,7 +269,7 @@ void SheetDialog::ShowPageNumber() {
 
 QString SheetDialog::StateText() const {
   if (output_ != nullptr) {
-    return path_.empty() ? tr("Druckt …") : tr("Schreibt „%1“ …").arg(Utf8(path_));
+    return path_.empty() ? tr("Druckt …") : tr("Schreibt „%1“ …").arg(Text(path_));
   }
   if (maker_ == nullptr) return tr("Kein Terminal ist angekreuzt.");
   if (!made_) return layout_ == nullptr ? tr("Stellt zusammen …") : tr("Ordnet an …");

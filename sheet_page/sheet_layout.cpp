@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "graphics/pixel_image.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -25,8 +26,6 @@ constexpr double kNumber = 15 * kUnitsPerMm;  // of a page's number there
 constexpr int kRowsAtOnce = 40;
 constexpr int kShortText = 10;  // lines that stay together
 constexpr double kSplitAbove = (kSheetBottom - kSheetTop) / 3;
-
-QString Text(const std::string& text) { return QString::fromStdString(text); }
 
 std::vector<QFontMetricsF> AllMetrics() {
   std::vector<QFontMetricsF> metrics;

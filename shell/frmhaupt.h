@@ -15,6 +15,8 @@
 #include "interfaces/interface_page.h"
 #include "interfaces/port_control.h"
 #include "inventory/hearing.h"
+#include "inventory/readings.h"
+#include "inventory/reply_memory.h"
 #include "inventory/write_recorder.h"
 #include "keyboards/at_page.h"
 #include "keyboards/matrix_page.h"
@@ -57,6 +59,7 @@ class InventoryView;
 class PortDialog;
 class PortReturn;
 class ProjectDesk;
+class SheetDialog;
 class SimulatorDesk;
 class StatusDisplay;
 class TrafficView;
@@ -117,6 +120,11 @@ class frmhaupt : public QMainWindow {
   void MakeEquipping(QMenu* menu);
   void mnuAusstatten_Click();
   void TakeLeftEquipping();
+  void AddSheetActions(QMenu* file);
+  void MakeSheet();
+  std::optional<TerminalId> SheetWanted();
+  void mnuDateiDatenblatt_Click();
+  std::string UsedDevice();
   std::string OpenDevice();
   std::string Taken(ItemKey key, const std::string& record, const std::string& command);
   void NoteTakenNumbers();
@@ -246,6 +254,7 @@ class frmhaupt : public QMainWindow {
   Chronicle chronicle_;
   WriteJournal journal_;
   WriteRecorder recorder_;
+  ReplyMemory replies_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
@@ -275,6 +284,8 @@ class frmhaupt : public QMainWindow {
   WriteDesk* writeDesk_ = nullptr;
   CompareDialog* compare_ = nullptr;
   ProjectDesk* projects_ = nullptr;
+  SheetDialog* sheet_ = nullptr;
+  std::shared_ptr<const Readings> readings_;  // when the sheet was asked for last
   std::unique_ptr<DrawingDesk> desk_;
   std::unique_ptr<HelpDesk> help_;
   std::unique_ptr<SimulatorDesk> simulator_;

@@ -5,6 +5,7 @@
 #include "base/guard.h"
 #include "bus/frmDovu.h"
 #include "help/help_desk.h"
+#include "sheet_page/sheet_dialog.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "shell/history_view.h"
@@ -55,6 +56,7 @@ void frmhaupt::EndNow() {
 void frmhaupt::Unload() {
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
+  if (sheet_ != nullptr) memory_.Remember(*sheet_);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());
   memory_.RememberState(kMacroPanes, macros_->Arrangement());
   memory_.RememberState(kDocks, saveState());
@@ -66,6 +68,7 @@ void frmhaupt::Unload() {
   history_->hide();
   wall_->hide();
   dovu_->hide();
+  if (sheet_ != nullptr) sheet_->hide();
   help_->Close();
   Q_EMIT Unloaded();
 }

@@ -131,6 +131,7 @@ void frmhaupt::MakeFileMenu() {
                    QKeySequence(tr("Ctrl+Shift+S")), kButtonSaveAsMakro);
   AddToolbarAction(file, "mnuDateiBildEEProm", tr("Bild ins &EEPROM …"),
                    QKeySequence(tr("Ctrl+Shift+E")), kButtonBitmapToEEprom);
+  AddSheetActions(file);
   file->addSeparator();
   MakeProjectDesk(file);
   file->addSeparator();

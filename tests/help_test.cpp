@@ -241,7 +241,8 @@ TEST(ManualTest, EveryMessageOfTheProgramHasItsCauseAndCure) {
   const QString manual = page.toPlainText().simplified();
   int checked = 0;
   for (const char* room : {"adapters", "bus", "graphics", "help", "interfaces", "inventory_page",
-                           "keyboards", "project", "project_page", "settings", "shell", "store", "terminal", "widgets"}) {
+                           "keyboards", "project", "project_page", "settings", "sheet_page",
+                           "shell", "store", "terminal", "widgets"}) {
     const QDir folder(QStringLiteral(KELVO_SOURCE_DIR "/") + QLatin1String(room));
     for (const QString& name : folder.entryList({QStringLiteral("*.cpp")})) {
       if (name == QStringLiteral("make_fonts.cpp")) continue;  // a tool of the build

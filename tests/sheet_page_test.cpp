@@ -1,11 +1,11 @@
 #include <QPrinter>
-#include <QProcess>
 
 #include "bus/tick_list.h"
 #include "sheet_page/sheet_dialog.h"
 #include "sheet_page/sheet_output.h"
 #include "sheet_page/sheet_view.h"
 #include "tests/page_fixture.h"
+#include "tests/pdf_text.h"
 #include "tests/sheet_samples.h"
 #include "tests/test_fonts.h"
 
@@ -19,16 +19,6 @@ std::string Close(const QString& text) {
     if (!sign.isSpace()) close += sign;
   }
   return close.toStdString();
-}
-
-// What a reader of the file finds in it, in the order in which it was drawn.
-QString TextInPdf(const std::string& path) {
-  QProcess reader;
-  reader.start(QStringLiteral("pdftotext"),
-               {QStringLiteral("-raw"), QStringLiteral("-enc"), QStringLiteral("UTF-8"),
-                QString::fromStdString(path), QStringLiteral("-")});
-  if (!reader.waitForFinished(-1) || reader.exitCode() != 0) return QStringLiteral("no text");
-  return QString::fromUtf8(reader.readAllStandardOutput());
 }
 
 class SheetPagesTest : public testing::Test, protected SheetSample {

@@ -19,7 +19,7 @@ class SheetSample {
   /// Another one on the line.
   TerminalId AddTerminal(int address, const std::string& name) {
     const TerminalId id{kDevice, address};
-    terminals_.push_back({id, name, SheetTerminal::Stored{true, false}});
+    terminals_.push_back({id, name, StoredTerminal{address, name, true, false}});
     return id;
   }
   void Note(const TerminalId& id, Event event, const Item& item) {

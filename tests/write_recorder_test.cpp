@@ -6,6 +6,7 @@
 #include <random>
 
 #include "inventory/proven_write.h"
+#include "inventory/reply_memory.h"
 #include "link/commands.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
@@ -82,6 +83,30 @@ TEST_F(WriteRecorderTest, EachWriteIsKeptForWhoListenedWithItsRecordAndItsProof)
   EXPECT_EQ(five.FreeBytes().LastReading()->bytes, Memory(5).Free() + 8);
   EXPECT_TRUE(Of(6).Items().empty());
   EXPECT_EQ(journal.Entries().size(), 8u) << "begun and acknowledged, room once, proof";
+}
+
+TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
+  const ReplyMemory replies(watch, loop, [this] { return recorder.Listener(); });
+  Readings readings;
+  for (const int address : {5, 255, 6}) {
+    Write(SelectAddress(address));
+    if (address != 6) exchange.SendQuery(Command(CommandName::AskVersion));
+  }
+  exchange.SendQuery(Command(CommandName::AskChecksum));
+  replies.AddTo(readings);
+  const auto last = [&readings](int address, CommandName query) {
+    const Reading* const reading = readings.Last({kDevice, address}, query);
+    return reading == nullptr ? std::string("-") : reading->reply;
+  };
+  EXPECT_EQ(last(5, CommandName::AskVersion), "2.10F");
+  EXPECT_EQ(last(255, CommandName::AskVersion), "-") << "nobody knows whose";
+  EXPECT_EQ(last(6, CommandName::AskVersion), "-");
+  EXPECT_EQ(last(6, CommandName::AskChecksum), "-") << "tells nothing of a Terminal";
+  // What the readings have already, or newer, stays.
+  readings.Take(
+      {loop.WallClock() + std::chrono::seconds(1), {kDevice, 5}, CommandName::AskVersion, "3.0"});
+  replies.AddTo(readings);
+  EXPECT_EQ(last(5, CommandName::AskVersion), "3.0");
 }
 
 TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTableView>
 #include <QTimer>
 #include <QTreeView>
@@ -57,6 +58,7 @@ void TerminalTour::Run() {
   AtKeyboard();
   MatrixKeyboard();
   Eeprom();
+  DataSheet();
   Erase();
   Traffic();
   Twin();
@@ -240,6 +242,22 @@ void TerminalTour::Eeprom() {
     return rows.match(proofs, Qt::DisplayRole, QStringLiteral("begonnen")).isEmpty();
   });
   Shoot(window_, "eeprom");
+}
+
+void TerminalTour::DataSheet() {
+  Step("Das Datenblatt des Terminals.");
+  bool shown = false;
+  driver_.OnDialog([&shown](QDialog&) { shown = true; });
+  Click("mnuDateiDatenblatt");
+  driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
+  auto& dialog = driver_.Find(QStringLiteral("frmDatenblatt"));
+  driver_.Until(QStringLiteral("sheet"), [this] {
+    return driver_.Find(QStringLiteral("cmdDatenblattPdf")).isEnabled();
+  });
+  auto& page = driver_.Find<QSpinBox>(QStringLiteral("txtDatenblattSeite"));
+  page.setValue(3);
+  Shoot(dialog, "datenblatt");
+  driver_.Click(QStringLiteral("cmdDatenblattSchliessen"));
 }
 
 void TerminalTour::Erase() {

@@ -28,6 +28,7 @@ class TerminalTour {
   void AtKeyboard();
   void MatrixKeyboard();
   void Eeprom();
+  void DataSheet();
   void Erase();
   void Traffic();
   void Twin();
