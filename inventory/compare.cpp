@@ -16,14 +16,15 @@ ItemKey KeyOf(const StoredRecord& record) {
 }
 
 // A table's record holds its whole command, with the number that it had when it was saved.
-std::string ContentOf(const StoredRecord& record) {
+bool HasContent(const StoredRecord& record, ItemKind kind, std::string_view content) {
   const ItemKey key = KeyOf(record);
-  if (key.kind == ItemKind::Macro) return record.wire;
-  return std::string(ItemContent({key, record.wire, {}}));
+  if (key.kind != kind) return false;
+  if (kind == ItemKind::Macro) return record.wire == content;
+  return ItemContent({key, record.wire, {}}) == content;
 }
 
 bool SameContent(const Held& held, const StoredRecord& record) {
-  return held.item.key.kind == KeyOf(record).kind && ItemContent(held.item) == ContentOf(record);
+  return HasContent(record, held.item.key.kind, ItemContent(held.item));
 }
 
 // Records that nobody has named have the same name and nothing else in common.
@@ -49,10 +50,11 @@ Against AgainstDatabase(const Inventory& inventory, const Held& held,
   const ItemKind kind = held.item.key.kind;
   const StoredRecord* named = nullptr;
   const StoredRecord* same = nullptr;
+  const std::string_view itsContent = ItemContent(held.item);
   for (const StoredRecord& record : records) {
     if (!IsKind(record, kind)) continue;
     const bool name = IsNamed(held, record.name);
-    const bool content = SameContent(held, record);
+    const bool content = HasContent(record, kind, itsContent);
     if (name && (named == nullptr || content)) named = &record;
     if (content && (same == nullptr || name)) same = &record;
   }

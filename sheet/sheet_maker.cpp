@@ -69,7 +69,13 @@ SheetMaker::SheetMaker(SheetSources sources, std::set<SheetChapter> chapters,
     : sources_(std::move(sources)), chapters_(std::move(chapters)), fonts_(fonts) {
   PlanOverview();
   for (std::size_t index = 0; index < sources_.terminals.size(); ++index) PlanTerminal(index);
-  PlanRecords();
+  Then([this] {
+    PlanRecords();
+    PlanCharacters();
+  });
+}
+
+void SheetMaker::PlanCharacters() {
   if (!Wanted(SheetChapter::Characters)) return;
   Then([this] {
     Begin(ChapterTitle(SheetChapter::Characters));
@@ -79,7 +85,10 @@ SheetMaker::SheetMaker(SheetSources sources, std::set<SheetChapter> chapters,
 }
 
 bool SheetMaker::Step() {
-  if (done_ < steps_.size()) steps_[done_++]();
+  if (done_ >= steps_.size()) return false;
+  // It may plan others, which moves those that are planned.
+  const std::function<void()> step = std::move(steps_[done_++]);
+  step();
   return done_ < steps_.size();
 }
 

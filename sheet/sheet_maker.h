@@ -60,6 +60,7 @@ class SheetMaker {
   void PlanTerminal(std::size_t index);
   void PlanItems(std::size_t index, SheetChapter chapter, ItemKind kind);
   void PlanRecords();
+  void PlanCharacters();
 
   const SheetSources sources_;
   const std::set<SheetChapter> chapters_;

@@ -20,13 +20,12 @@ Cells HeldCells(const SheetSubject& subject, const Held& held) {
   const bool config = held.item.key.kind == ItemKind::Config;
   return {config ? "–" : std::to_string(held.item.key.number),
           held.item.name.empty() ? "ohne Namen" : PrintedWords(held.item.name),
-          config ? "–" : std::to_string(ItemBytes(held.item)), HeldBasis(subject.inventory, held),
-          AgainstWords(subject, held)};
+          config ? "–" : std::to_string(ItemBytes(held.item)), HeldBasis(subject.inventory, held)};
 }
 
 Cells DoubtCells(const ItemKey& key, const Doubt& doubt) {
   return {key.kind == ItemKind::Config ? "–" : std::to_string(key.number), "nicht bekannt", "–",
-          DoubtBasis(doubt), "–"};
+          DoubtBasis(doubt)};
 }
 
 }  // namespace
@@ -86,8 +85,10 @@ SheetTable ItemTable(const SheetSubject& subject, const std::vector<ItemKind>& k
   }
   for (auto& [key, cells] : rows) {
     if (several) {
-      cells.pop_back();
       cells.insert(cells.begin(), ItemKindText(key.kind));
+    } else {
+      const Held* const held = subject.inventory.At(key);
+      cells.push_back(held == nullptr ? "–" : AgainstWords(subject, *held));
     }
     table.rows.push_back(std::move(cells));
   }
