@@ -49,10 +49,11 @@ std::string CharacterName(int code) {
   if (code == kDelete) return "DEL";
   if (code == kFirstLatin) return "festes Leerzeichen";
   if (code == kSoftHyphen) return "weicher Trennstrich";
-  if (code > kDelete && code < kFirstLatin) return "–";
   return PrintedText(std::string(1, static_cast<char>(code)));
 }
 
-std::string CodeText(int code) { return std::to_string(code) + " · $" + HexCode(code); }
+std::string CodeText(int code) {
+  return std::to_string(code) + (code < 16 ? " · $0" : " · $") + HexCode(code);
+}
 
 }  // namespace kelvo

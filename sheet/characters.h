@@ -12,7 +12,7 @@ std::string PrintedText(std::string_view wire);
 /// A UTF-8 text the same way: what cannot be seen as a sign, what would part lines too.
 std::string PrintedWords(std::string_view words);
 
-/// "A", "ESC", "Leerzeichen": what a key with that code sends.
+/// "A", "ESC", "Leerzeichen", "<9F>": what a key with that code sends.
 std::string CharacterName(int code);
 /// "65 · $41"
 std::string CodeText(int code);

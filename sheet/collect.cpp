@@ -67,7 +67,8 @@ std::vector<SheetTerminal> SheetTerminals(const ProgramData& data, const WriteJo
     const bool one = id.address != kAllAddresses;
     if (one && !Holds(terminals, id)) terminals.push_back({id, nameOf(id.address)});
   }
-  if (terminals.empty()) terminals.push_back({listener, nameOf(listener.address)});
+  const bool known = listener.address != kUnknownAddress && !Holds(terminals, listener);
+  if (known || terminals.empty()) terminals.push_back({listener, nameOf(listener.address)});
   return terminals;
 }
 

@@ -12,8 +12,8 @@
 
 namespace kelvo {
 
-/// The Terminals of the list, on that device, then all others that something was written to; the
-/// listener alone where there is none.
+/// The Terminals of the list, on the listener's device, then all others that something was written
+/// to or that listen; where there is none, somebody at that device of whom nothing is known.
 std::vector<SheetTerminal> SheetTerminals(const ProgramData& data, const WriteJournal& journal,
                                           const TerminalId& listener,
                                           const std::function<std::string(int address)>& nameOf);

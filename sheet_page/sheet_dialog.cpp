@@ -149,11 +149,11 @@ void SheetDialog::ConnectControls() {
   OnClick(cmdDatenblattSchliessen, this, person, &SheetDialog::reject, Speaks::ToStop);
   ConnectClick(cmdDatenblattAlle, person, Speaks::No, [this] { TickAll(true); });
   ConnectClick(cmdDatenblattKeine, person, Speaks::No, [this] { TickAll(false); });
-  connect(ctlDatenblattListe, &QTreeWidget::itemChanged, this, &SheetDialog::Remake);
+  connect(ctlDatenblattListe, &QTreeWidget::itemChanged, this, [this] { Chosen(); });
   for (const auto& [chapter, box] : chkDatenblattKapitel) {
-    connect(box, &QCheckBox::toggled, this, &SheetDialog::Remake);
+    connect(box, &QCheckBox::toggled, this, &SheetDialog::Chosen);
   }
-  connect(chkDatenblattDatum, &QCheckBox::toggled, this, &SheetDialog::Remake);
+  connect(chkDatenblattDatum, &QCheckBox::toggled, this, &SheetDialog::Chosen);
   connect(txtDatenblattSeite, &QSpinBox::valueChanged, this, [this](int page) {
     ctlDatenblatt->SetPage(static_cast<std::size_t>(page) - 1);
     ShowPageNumber();
@@ -204,8 +204,11 @@ void SheetDialog::TickAll(bool ticked) {
   Remake();
 }
 
+void SheetDialog::Chosen() {
+  if (!filling_) Guarded(services_.person, "frmDatenblatt", [this] { Remake(); });
+}
+
 void SheetDialog::Remake() {
-  if (filling_) return;
   ctlDatenblatt->Show(nullptr);
   layout_.reset();
   maker_.reset();
@@ -313,6 +316,8 @@ void SheetDialog::Begin(std::unique_ptr<SheetOutput> output, std::string path) {
   output_ = std::move(output);
   path_ = std::move(path);
   work_.start(0);
+  // Else it would go on to the button that stops it, which a Return would then press.
+  ctlDatenblatt->setFocus();
   ShowState();
 }
 

@@ -65,7 +65,8 @@ class SheetDialog : public QDialog {
   void FillTerminals(const std::optional<TerminalId>& terminal);
   std::vector<SheetTerminal> Ticked() const;
   void TickAll(bool ticked);
-  /// What was made holds no longer.
+  /// Something is ticked, or no more: what was made holds no longer.
+  void Chosen();
   void Remake();
   void Work();
   bool WorkOnce();

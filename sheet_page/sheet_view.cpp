@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QWheelEvent>
 #include <algorithm>
 
 namespace kelvo {
@@ -81,9 +82,28 @@ void SheetView::resizeEvent(QResizeEvent* event) {
 // Where there is nothing to scroll any more, the page is turned.
 void SheetView::keyPressEvent(QKeyEvent* event) {
   const QScrollBar& bar = *verticalScrollBar();
-  if (event->key() == Qt::Key_PageDown && bar.value() >= bar.maximum()) return Turned(1);
-  if (event->key() == Qt::Key_PageUp && bar.value() <= bar.minimum()) return Turned(-1);
+  const bool next = event->key() == Qt::Key_PageDown && bar.value() >= bar.maximum();
+  const bool before = event->key() == Qt::Key_PageUp && bar.value() <= bar.minimum();
+  if (next || before) {
+    Q_EMIT Turned(next ? 1 : -1);
+    return;
+  }
   QScrollArea::keyPressEvent(event);
+}
+
+void SheetView::wheelEvent(QWheelEvent* event) {
+  const QScrollBar& bar = *verticalScrollBar();
+  const int delta = event->angleDelta().y();
+  const bool atEnd = delta < 0 ? bar.value() >= bar.maximum() : bar.value() <= bar.minimum();
+  if (!atEnd) {
+    wheel_ = 0;
+    return QScrollArea::wheelEvent(event);
+  }
+  event->accept();
+  wheel_ += delta;
+  const int notches = wheel_ / QWheelEvent::DefaultDeltasPerStep;
+  wheel_ %= QWheelEvent::DefaultDeltasPerStep;
+  if (notches != 0) Q_EMIT Turned(-notches);
 }
 
 }  // namespace kelvo

@@ -28,6 +28,7 @@ class SheetView : public QScrollArea {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
   class Paper;
@@ -37,6 +38,7 @@ class SheetView : public QScrollArea {
   const SheetPages* sheet_ = nullptr;
   std::size_t page_ = 0;
   Zoom zoom_ = Zoom::Page;
+  int wheel_ = 0;  // turned at the paper's end, in eighths of a degree
 };
 
 }  // namespace kelvo

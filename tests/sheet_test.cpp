@@ -106,7 +106,7 @@ TEST_F(SheetTest, KeypadShowsWiringAndCodesOfItsKeys) {
   EXPECT_EQ(grid.rows[2].first, (SheetGrid::Cell{"Zeile 2", "P0, Leitung 5"}));
   EXPECT_EQ(grid.columns[2], (SheetGrid::Cell{"Spalte 2", "P1, Leitung 2"}));
   EXPECT_EQ(grid.rows[2].second[0], (SheetGrid::Cell{"1", "49 · $31"}));
-  EXPECT_EQ(grid.rows[2].second[2], (SheetGrid::Cell{"CR", "13 · $D"}));
+  EXPECT_EQ(grid.rows[2].second[2], (SheetGrid::Cell{"CR", "13 · $0D"}));
   EXPECT_EQ(grid.rows[3].second[2], (SheetGrid::Cell{"weicher Trennstrich", "173 · $AD"}));
   EXPECT_EQ(grid.rows[3].second[0].sign, "–") << "no key";
   EXPECT_EQ(grid.rows[3].second[1].sign, "·") << "not wired";
