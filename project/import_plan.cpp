@@ -138,8 +138,11 @@ bool TellsDeletions(const Project& there, const Project& base, ProjectKind kind)
 
 class Names {
  public:
-  explicit Names(const std::vector<RecordHere>& here) {
+  Names(const std::vector<RecordHere>& here, const std::vector<ImportItem>& items) {
     for (const RecordHere& one : here) used_.insert({one.record.kind, NameOf(one.record)});
+    for (const ImportItem& item : items) {
+      if (!item.here) used_.insert({item.kind, NameOf(*item.there)});
+    }
   }
   // "Halle (2)" where "Halle" is used; each is given once.
   std::string FreeOf(ProjectKind kind, const std::string& name) {
@@ -207,8 +210,8 @@ std::string FindingText(Finding finding) {
 }
 
 bool ImportItem::MayBeBeside() const {
-  const bool both = there && here && finding != Finding::Equal;
-  return both && (RowOf(kind).identity == KindRow::Identity::Name || kind == ProjectKind::Line);
+  const bool other = there && finding != Finding::Equal;
+  return other && (RowOf(kind).identity == KindRow::Identity::Name || kind == ProjectKind::Line);
 }
 
 bool ImportItem::MayChoose(ImportChoice wanted) const {
@@ -244,9 +247,11 @@ ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
   std::stable_sort(plan.items.begin(), plan.items.end(), [](const auto& one, const auto& other) {
     return StandsBefore(RecordOf(one), RecordOf(other));
   });
-  Names names(here);
+  Names names(here, plan.items);
   for (ImportItem& item : plan.items) {
-    if (item.MayBeBeside()) item.besideName = names.FreeOf(item.kind, NameOf(*item.there));
+    if (!item.MayBeBeside()) continue;
+    const std::string name = NameOf(*item.there);
+    item.besideName = item.here ? names.FreeOf(item.kind, name) : name;
   }
   plan.drawings = there.drawings;
   PlanInventory(plan, there, journal);

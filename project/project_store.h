@@ -63,7 +63,7 @@ struct ImportItem {
   ImportChoice choice = ImportChoice::Open;
   std::string besideName{};  ///< UTF-8
 
-  /// Whether there may be another one beside it: not of what is told apart by its number alone.
+  /// Whether it may become a record of its own: not what is told apart by its number alone.
   bool MayBeBeside() const;
   bool MayChoose(ImportChoice choice) const;
 };

@@ -98,7 +98,7 @@ void ImportDialog::MakeTable() {
   ctlImport->horizontalHeader()->setStretchLastSection(true);
   const int character = fontMetrics().averageCharWidth();
   int column = 0;
-  for (const int width : {18, 10, 38, 36, 30}) {
+  for (const int width : {18, 11, 32, 44, 30}) {
     ctlImport->setColumnWidth(column++, character * width);
   }
   connect(ctlImport->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -267,8 +267,9 @@ void ImportDialog::ShowSummary() {
   const bool entries = plan.takeInventory && !plan.inventory.empty();
   cmdImportAusfuehren->setEnabled(open == 0 && (plan.Changes() > 0 || entries));
   cmdImportOffene->setEnabled(open > 0);
-  const QString changes = plan.Changes() == 1 ? tr("1 Satz ändert sich")
-                                              : tr("%1 Sätze ändern sich").arg(plan.Changes());
+  const QString changes = plan.Changes() == 0   ? tr("Kein Satz ändert sich")
+                          : plan.Changes() == 1 ? tr("1 Satz ändert sich")
+                                                : tr("%1 Sätze ändern sich").arg(plan.Changes());
   const QString left = open == 0   ? tr("nichts ist mehr zu entscheiden")
                        : open == 1 ? tr("1 ist noch zu entscheiden")
                                    : tr("%1 sind noch zu entscheiden").arg(open);
@@ -282,7 +283,7 @@ void ImportDialog::ChooseSelected(ImportChoice choice) {
 // A name that is typed is meant to be used.
 void ImportDialog::TypeName(const QString& name) {
   const auto row = CurrentRow();
-  if (!row) return;
+  if (!row || name.trimmed().isEmpty()) return;
   model_.SetBesideName(*row, name.toStdString());
   model_.Choose(*row, ImportChoice::Beside);
 }

@@ -125,6 +125,18 @@ TEST_F(ProjectImportTest, ShowsNewEqualDifferentAndAnotherNameOfTheSameNumber) {
   EXPECT_EQ(Stored("select typ from Makro where Bezeichnung = 'Begrüßung (2)'"), "Makro");
 }
 
+TEST_F(ProjectImportTest, ANameThatTheFileBringsIsNotProposedForAnother) {
+  Project there = Here();
+  there.records.push_back({ProjectKind::Macro, {Value(), "Rahmen (2)", Value(), Value(), Value()}});
+  Sql("update Makro set wert = 'anders' where Bezeichnung = 'Rahmen'");
+  ImportPlan plan = Plan(there);
+  EXPECT_EQ(ItemNamed(plan, "Rahmen").besideName, "Rahmen (3)");
+  ItemNamed(plan, "Rahmen (2)").besideName = "Kasten";
+  ChooseAll(plan, ImportChoice::Beside);
+  Apply(plan);
+  EXPECT_EQ(Names(), "Begrüßung|Rahmen|Display löschen|Kasten|Rahmen (3)");
+}
+
 TEST_F(ProjectImportTest, TwoOperatorsChangesAreMergedAndOnlyRealConflictsAsked) {
   const std::string esc = "' || char(27) || '";
   Add(10, "beide", esc + "GC" + esc + "GP1,1;" + esc + "GL2,2;");
