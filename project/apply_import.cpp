@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <map>
 
 #include "inventory/journal.h"
 #include "project/project_store.h"
+#include "store/single_records.h"
 
 namespace kelvo {
 namespace {
@@ -36,6 +38,40 @@ Assignments AssignmentsOf(const ProjectRecord& record) {
     assignments.emplace_back(fields[i].column, record.values[i]);
   }
   return assignments;
+}
+
+// What a database of another version has no field for must be as delivered. Only these records may
+// lack one.
+Assignments SingleAssignments(const Database& database, const ProjectRecord& record) {
+  const KindRow& kind = RowOf(record.kind);
+  const std::vector<std::string> columns = ColumnsOf(database, kind.table);
+  const auto& delivered = DeliveredRecord(kind.table);
+  Assignments assignments = AssignmentsOf(record);
+  std::erase_if(assignments, [&](const auto& assigned) {
+    if (std::count(columns.begin(), columns.end(), assigned.first) > 0) return false;
+    const auto found = delivered.find(assigned.first);
+    if (found != delivered.end() && found->second == assigned.second) return true;
+    throw StoreError("Das Feld \"" + assigned.first + "\" der Tabelle \"" + kind.table +
+                     "\" fehlt.");
+  });
+  return assignments;
+}
+
+Assignments AssignmentsOf(const Database& database, const ProjectRecord& record) {
+  const bool single = RowOf(record.kind).identity == KindRow::Identity::Single;
+  return single ? SingleAssignments(database, record) : AssignmentsOf(record);
+}
+
+// Of a record of which there is always one, what a project does not tell.
+void AddDelivered(const Database& database, const KindRow& kind, Assignments& assignments) {
+  const std::vector<std::string> columns = ColumnsOf(database, kind.table);
+  for (const auto& [column, value] : DeliveredRecord(kind.table)) {
+    const auto same = [&name = column](const auto& assigned) { return assigned.first == name; };
+    if (std::any_of(assignments.begin(), assignments.end(), same)) continue;
+    if (std::count(columns.begin(), columns.end(), column) > 0) {
+      assignments.emplace_back(column, value);
+    }
+  }
 }
 
 void BindAll(Statement& statement, const Assignments& assignments) {
@@ -84,18 +120,6 @@ std::int64_t Asked(const Database& database, const std::string& query, const cha
   return number != nullptr ? *number : 0;
 }
 
-// Numbered as a record is that the operator saves.
-std::int64_t InsertRecord(const Database& database, const ProjectRecord& record) {
-  const KindRow& kind = RowOf(record.kind);
-  Assignments assignments = AssignmentsOf(record);
-  if (*kind.typ != '\0') {
-    assignments.emplace_back("typ", std::string(kind.typ));
-    assignments.emplace_back("lfdnr",
-                             Asked(database, "select count(*) from Makro where typ = ?", kind.typ));
-  }
-  return Insert(database, kind.table, assignments);
-}
-
 // What comes beside another one is told from it: by its name, or, of settings, by its number.
 ProjectRecord BesideRecord(const Database& database, const ImportItem& item) {
   ProjectRecord record = *item.there;
@@ -118,29 +142,58 @@ void CheckUnchanged(const Database& database, const RecordHere& here) {
   if (stored != here.row) throw StoreConflict(StoreConflict::Kind::Changed);
 }
 
-// The key of the record that is there then.
-std::int64_t Store(const Database& database, const ImportItem& item) {
-  const char* const table = RowOf(item.kind).table;
-  if (item.choice == ImportChoice::Beside) {
-    return InsertRecord(database, BesideRecord(database, item));
-  }
-  if (!item.here) return InsertRecord(database, *item.result);
-  CheckUnchanged(database, *item.here);
-  if (item.result) {
-    Update(database, table, AssignmentsOf(*item.result), item.here->key);
-  } else {
-    Delete(database, table, item.here->key);
-  }
-  return item.here->key;
-}
+// Stores what was chosen, item by item.
+class Importer {
+ public:
+  explicit Importer(const Database& database) : database_(database) {}
 
-Change Applied(const Database& database, const ImportItem& item) {
-  const std::int64_t key = Store(database, item);
-  const bool replaced = item.choice == ImportChoice::Take && item.here;
-  return {item.kind, key, replaced ? item.here->row : Row(),
-          StoredRow(database, RowOf(item.kind).table, key),
-          RecordText(item.there ? *item.there : item.here->record)};
-}
+  Change Apply(const ImportItem& item) {
+    const std::int64_t key = Store(item);
+    const bool replaced = item.choice == ImportChoice::Take && item.here;
+    return {item.kind, key, replaced ? item.here->row : Row(),
+            StoredRow(database_, RowOf(item.kind).table, key),
+            RecordText(item.there ? *item.there : item.here->record)};
+  }
+
+ private:
+  // The key of the record that is there then.
+  std::int64_t Store(const ImportItem& item) {
+    const char* const table = RowOf(item.kind).table;
+    if (item.choice == ImportChoice::Beside) return Add(BesideRecord(database_, item));
+    if (!item.here) return Add(*item.result);
+    CheckUnchanged(database_, *item.here);
+    if (item.result) {
+      Update(database_, table, AssignmentsOf(database_, *item.result), item.here->key);
+    } else {
+      Delete(database_, table, item.here->key);
+    }
+    return item.here->key;
+  }
+
+  std::int64_t Add(const ProjectRecord& record) {
+    const KindRow& kind = RowOf(record.kind);
+    Assignments assignments = AssignmentsOf(database_, record);
+    if (*kind.typ != '\0') {
+      assignments.emplace_back("typ", std::string(kind.typ));
+      assignments.emplace_back("lfdnr", NextNumber(kind));
+    }
+    if (kind.identity == KindRow::Identity::Single) AddDelivered(database_, kind, assignments);
+    return Insert(database_, kind.table, assignments);
+  }
+
+  // As of a record that the operator saves: how many there are. To count them each time would take
+  // long.
+  std::int64_t NextNumber(const KindRow& kind) {
+    const auto known = counts_.find(kind.kind);
+    if (known != counts_.end()) return ++known->second;
+    const std::int64_t count =
+        Asked(database_, "select count(*) from Makro where typ = ?", kind.typ);
+    return counts_[kind.kind] = count;
+  }
+
+  const Database& database_;
+  std::map<ProjectKind, std::int64_t> counts_;
+};
 
 void TakeBack(const Database& database, const Change& change) {
   const char* const table = RowOf(change.kind).table;
@@ -186,10 +239,11 @@ void CommitWith(Transaction& transaction, WriteJournal& journal,
 
 ImportDone ApplyImport(const Database& database, WriteJournal& journal, const ImportPlan& plan) {
   Transaction transaction(database);
+  Importer importer(database);
   ImportDone done;
   for (const ImportItem& item : plan.items) {
     if (item.choice != ImportChoice::Take && item.choice != ImportChoice::Beside) continue;
-    done.changes.push_back(Applied(database, item));
+    done.changes.push_back(importer.Apply(item));
   }
   if (plan.takeInventory) done.inventory = plan.inventory;
   CommitWith(transaction, journal, done.inventory, &WriteJournal::Insert, &WriteJournal::Remove);

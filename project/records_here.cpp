@@ -2,22 +2,25 @@
 #include <string_view>
 
 #include "project/project_store.h"
+#include "store/single_records.h"
 
 namespace kelvo {
 namespace {
 
-// `columns` are those of the statement, the rowid first.
-Value FieldOf(const Statement& statement, const char* column) {
+// What the table does not have is as delivered.
+Value FieldOf(const Statement& statement, const KindRow& kind, const char* column) {
   for (int i = 1; i < statement.ColumnCount(); ++i) {
     if (statement.ColumnName(i) == column) return statement.Column(i);
   }
-  return {};
+  const auto& delivered = DeliveredRecord(kind.table);
+  const auto found = delivered.find(column);
+  return found != delivered.end() ? found->second : Value();
 }
 
 RecordHere RecordOf(const Statement& statement, const KindRow& kind) {
   RecordHere here{{kind.kind, {}}, std::get<std::int64_t>(statement.Column(0)), {}};
   for (const ProjectField& field : kind.fields) {
-    here.record.values.push_back(FieldOf(statement, field.column));
+    here.record.values.push_back(FieldOf(statement, kind, field.column));
   }
   for (int i = 1; i < statement.ColumnCount(); ++i) here.row.push_back(statement.Column(i));
   return here;
@@ -35,7 +38,8 @@ void ReadTable(const Database& database, const KindRow& kind, std::vector<Record
   Statement statement(database, "select rowid, * from " + Quoted(kind.table) + " order by rowid");
   while (statement.Step()) {
     const bool content = std::string_view(kind.table) == RowOf(ProjectKind::Other).table;
-    records.push_back(RecordOf(statement, content ? KindOfTyp(FieldOf(statement, "typ")) : kind));
+    records.push_back(
+        RecordOf(statement, content ? KindOfTyp(FieldOf(statement, kind, "typ")) : kind));
     if (kind.identity == KindRow::Identity::Single) return;
   }
 }

@@ -213,6 +213,26 @@ TEST_F(ProjectImportTest, LineSettingsTakenBesideGetTheNextNumber) {
   EXPECT_EQ(Stored("select Baud1 from Schnittstelle where satznr in (2, 5)"), "1200|19200");
 }
 
+TEST_F(ProjectImportTest, DatabaseOfAnotherVersionTakesWhatItHasAPlaceFor) {
+  Project there = Here();
+  Sql("alter table Optionen drop column rs485wait");
+  Sql("update Optionen set sofortsenden = 1");
+  Sql("delete from \"Default\"");
+  const auto import = [&] {
+    ImportPlan plan = Plan(there);
+    ChooseAll(plan, ImportChoice::Take);
+    Apply(plan);
+  };
+  import();
+  EXPECT_EQ(Stored("select sofortsenden from Optionen"), "0");
+  EXPECT_EQ(Stored("select displayx + schnittstelle from \"Default\""), "241");
+  EXPECT_EQ(Plan(there).Changes() + Plan(there).Open(), 0U);
+  for (ProjectRecord& record : there.records) {
+    if (record.kind == ProjectKind::Options) record.values[2] = std::int64_t{50};
+  }
+  EXPECT_THROW(import(), StoreError);
+}
+
 TEST_F(ProjectImportTest, EntriesOfTwoJournalsAreMergedByTimeAndTakenOutAgain) {
   const auto entry = [](int second, int address) {
     const ItemChange macro{ItemChange::Kind::Written, {ItemKind::Macro, second}};
