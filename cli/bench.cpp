@@ -14,6 +14,16 @@ constexpr char kFontFolder[] = "/fonts";
 constexpr DisplaySizeChoice kUsualDisplay{240, 128};
 constexpr std::int64_t kUsualThreshold = 8388608;
 
+// Without a slash at its end. A folder that was named is not made: it may be mistyped.
+std::string AbsoluteFolder(const std::string& folder) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folder, ignored)) {
+    throw std::runtime_error("Den Ordner \"" + folder + "\" gibt es nicht.");
+  }
+  const auto path = (std::filesystem::absolute(folder) / "").lexically_normal();
+  return path.parent_path().string();
+}
+
 EquipTarget TargetOf(const StoredTerminal& stored, const std::string& device) {
   return {{device, stored.address}, stored.name, stored.checksum};
 }
@@ -39,7 +49,7 @@ void Person::Say(const std::string& text, const std::string& hint) {
 Bench::Bench(const Options& options, const Outside& outside)
     : options_(options),
       outside_(outside),
-      dataPath_(options.data.empty() ? outside.data : options.data),
+      dataPath_(options.data.empty() ? outside.data : AbsoluteFolder(options.data)),
       progress_(outside.err, outside.progressWidth),
       person_(outside.err, [this] { progress_.Clear(); }) {}
 

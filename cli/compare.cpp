@@ -95,6 +95,7 @@ bool Comparing::Read(const std::vector<EquipTarget>& targets) {
   Connection line(bench_);
   if (!line.Open()) return false;
   std::vector<int> addresses;
+  addresses.reserve(targets.size());
   for (const EquipTarget& target : targets) addresses.push_back(target.id.address);
   ReadRun run({line.exchange, bench_.World().loop, readings_});
   line.SetStop([&run] { run.Stop(); });

@@ -41,14 +41,17 @@ Status Run(const std::vector<std::string>& arguments, const Outside& outside) {
     }
     return parsed.status;
   }
-  Bench bench(*parsed.options, outside);
+  const auto say = [&outside](const std::exception& error) {
+    outside.err << "kelvo-cli: " << error.what() << "\n" << std::flush;
+  };
   try {
+    Bench bench(*parsed.options, outside);
     return Do(bench);
   } catch (const WrongRequest& error) {
-    bench.Operator().Say(error.what());
+    say(error);
     return WrongUse;
   } catch (const std::exception& error) {
-    bench.Operator().Say(error.what());
+    say(error);
     return SomethingFailed;
   }
 }

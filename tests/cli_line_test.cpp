@@ -5,6 +5,8 @@
 #include <random>
 
 #include "inventory/journal.h"
+#include "link/addresses.h"
+#include "link/commands.h"
 #include "tests/cli_program.h"
 
 // kelvo-cli and its Terminals.
@@ -84,13 +86,40 @@ TEST(CliWrite, OfFiftyExactlyTheThreeThatMisbehaveAreNamedWithTheirReasons) {
 TEST(CliWrite, WithoutAProofSilenceAboutItIsNoFailureAndWithOneItIs) {
   CliProgram program;
   program.world.Add({.version = "1.9", .checksum = false, .address = 3});
+  program.world.Add({.address = 4});
   for (const bool prove : {false, true}) {
-    std::vector<std::string> arguments{"write", "--to", "3", "--record", "Begrüßung", "--csv"};
+    std::vector<std::string> arguments{"write", "--to", "3,4", "--record", "Begrüßung", "--json"};
     if (prove) arguments.emplace_back("--prove");
     EXPECT_EQ(program.Run(arguments), prove ? cli::SomethingFailed : cli::AllWell);
-    EXPECT_EQ(Contains(program.out, "keine Prüfsumme"), prove) << program.out;
+    auto rows = ByAddress(program.Rows());
+    EXPECT_EQ(Contains(rows[3]["grund"], "keine Prüfsumme"), prove) << program.out;
+    EXPECT_EQ(rows[4]["geprueft"], prove ? 1 : 0);
   }
   EXPECT_TRUE(program.world.At(0).Memory().Read(sim::Eeprom::Kind::Macro, 1).has_value());
+  EXPECT_TRUE(program.world.port.written.ends_with(SelectAddress(kClosingAddress).Text()));
+}
+
+TEST(CliWrite, OfAProjectWhatHasANumberGoesAndAPictureBecomesABitmap) {
+  using Kind = sim::Eeprom::Kind;
+  CliProgram program;
+  const sim::Terminal& terminal = program.world.Add({.address = 3});
+  const std::string project = program.folder.Path("a.kelvo");
+  program.Write("a.kelvo", R"({"kelvo": 1, "Auszug": ["Makros"], "Makros": [
+      {"Bezeichnung": "ohne", "Inhalt": ["x"]},
+      {"Nummer": 7, "Bezeichnung": "mit", "Inhalt": ["\\eGC"]}]})");
+  // Two rows of one pixel each, of which the lower one is black.
+  const std::string head("BM\x3e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x01\0\0\0\x02\0\0\0\x01\0\x18\0",
+                         30);
+  program.Write("b.bmp", head + std::string(28, '\0') + std::string("\xff\xff\xff\0", 4));
+  EXPECT_EQ(program.Run({"write", "--to", "3", project, "9=" + program.folder.Path("b.bmp")}),
+            cli::AllWell)
+      << program.err;
+  EXPECT_EQ(terminal.Memory().Read(Kind::Macro, 7), "\x1bGC");
+  EXPECT_TRUE(terminal.Memory().Read(Kind::Bitmap, 9).has_value());
+  EXPECT_EQ(terminal.Memory().Records().size(), 2U);
+  EXPECT_TRUE(Contains(program.world.port.written, "EWB9,1,2,0080;"));
+  // Named by itself it is asked for, and has no number.
+  EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "ohne"}), cli::SomethingFailed);
 }
 
 TEST(CliWrite, WhatCannotBeWrittenWholeIsNotBegun) {

@@ -96,6 +96,23 @@ TEST_F(CliProcess, HasThePortForItselfStopsWhenAskedToAndGoesOn) {
   EXPECT_EQ(Run({"compare", "--to", "3", "--read", "--json"}), 1) << err;
 }
 
+TEST_F(CliProcess, DrawsAPictureThatOthersCanRead) {
+  std::ofstream(folder.Path("a.txt")) << "\x1bGP2,1;\x1bGR4,3;";
+  const std::string png = folder.Path("a.png");
+  ASSERT_EQ(
+      Run({"render", folder.Path("a.txt"), "--display", "30x20", "--scale", "2", "--png", png}), 0)
+      << err;
+  const QImage image(QString::fromStdString(png));
+  ASSERT_EQ(image.size(), QSize(60, 40));
+  int black = 0;
+  for (int y = 0; y < 40; ++y) {
+    for (int x = 0; x < 60; ++x) black += image.pixel(x, y) == qRgb(0, 0, 0) ? 1 : 0;
+  }
+  EXPECT_EQ(black, 8 * 4);  // a frame of three by three pixels
+  EXPECT_EQ(image.pixel(4, 2), qRgb(0, 0, 0));
+  EXPECT_EQ(image.pixel(6, 4), qRgb(255, 255, 255));
+}
+
 TEST_F(CliProcess, IsThereWithoutAnyWindow) {
   QProcess libraries;
   libraries.start(QStringLiteral("ldd"), {QStringLiteral(KELVO_CLI)});

@@ -30,7 +30,6 @@ class CliProgram {
   cli::Status Run(std::vector<std::string> arguments) {
     std::ostringstream written;
     std::ostringstream said;
-    arguments.insert(arguments.end(), {"--data", folder.Path()});
     const cli::Status status =
         cli::Run(arguments, {.com1 = world.com1,
                              .loop = world.loop,
