@@ -28,7 +28,12 @@ void Handle(void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
-  for (const int signal : kSignals) sigaction(signal, &action, nullptr);
+  for (const int signal : kSignals) {
+    // Who began it may want that it goes on when the terminal is closed.
+    struct sigaction before {};
+    const bool ignored = sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN;
+    if (signal != SIGHUP || !ignored) sigaction(signal, &action, nullptr);
+  }
 }
 
 }  // namespace

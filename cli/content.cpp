@@ -184,6 +184,13 @@ void KeepNamed(std::vector<Content>& kept, std::vector<Content>& all, const std:
   throw WrongRequest("\"" + wanted + "\" ist nicht eindeutig: " + places + ".");
 }
 
+// A number in front of the file is easily forgotten.
+std::string HowToNumber(const Content& content) {
+  const bool missing = content.record.number < 0 && !KindOfRecord(content.record.typ);
+  const bool macro = content.record.number < 0 && content.record.typ == "Makro";
+  return missing || macro ? " Vor einer Datei nennt sie „7=DATEI“." : "";
+}
+
 void AddRecords(Bench& bench, Contents& contents) {
   for (const StoredRecord& record : StoredRecords(bench.Data().database)) {
     Content content{.place = "Datenbank: " + record.typ + " \"" + record.name + "\"",
@@ -226,7 +233,9 @@ Equipment EquipmentOf(Contents& contents) {
       continue;
     }
     Equipment one = kelvo::EquipmentOf({content.record}, {});
-    for (const std::string& why : one.missing) contents.faults.push_back({content.place, why});
+    for (const std::string& why : one.missing) {
+      contents.faults.push_back({content.place, why + HowToNumber(content)});
+    }
     std::move(one.items.begin(), one.items.end(), std::back_inserter(equipment.items));
   }
   SortForWriting(equipment.items);
