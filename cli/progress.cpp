@@ -12,7 +12,6 @@ constexpr char kClearLine[] = "\r\x1b[K";
 // Never across the edge: what has wrapped cannot be taken back.
 void Shorten(std::string& text, std::size_t width) {
   while (WidthOf(text) > width) text.pop_back();
-  while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0x80U) != 0) text.pop_back();
 }
 
 }  // namespace

@@ -86,8 +86,8 @@ TEST(CliProgress, IsSeenOnATerminalAloneAndNeverLongerThanItsLine) {
   cli::Progress(piped, 0).Show("Adresse 1");
   EXPECT_EQ(piped.str(), "");
   std::ostringstream terminal;
-  { cli::Progress(terminal, 6).Show("größer als die Zeile"); }
-  EXPECT_EQ(terminal.str(), "\r\x1b[Kgröße\r\x1b[K");
+  { cli::Progress(terminal, 5).Show("größer als die Zeile"); }
+  EXPECT_EQ(terminal.str(), "\r\x1b[Kgröß\r\x1b[K");
 }
 
 TEST(CliCheck, MistakesAndTooLittleRoomEndWith1) {
