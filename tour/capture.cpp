@@ -8,7 +8,7 @@ namespace kelvo {
 namespace {
 
 // Generous: it bounds a failure, not the work.
-constexpr int kLimitMilliseconds = 120000;
+constexpr int kPlayMilliseconds = 120000;
 
 }  // namespace
 
@@ -30,7 +30,7 @@ PlayedCapture PlayCapture(const QString& programFolder, const QString& file,
   simulator.start(
       programFolder + QStringLiteral("/kelvo-simulator"),
       QStringList{QStringLiteral("--fast"), QStringLiteral("--replay"), file} + options);
-  if (!simulator.waitForFinished(kLimitMilliseconds)) return {};
+  if (!simulator.waitForFinished(kPlayMilliseconds)) return {};
   if (simulator.exitStatus() != QProcess::NormalExit) return {};
   return {simulator.exitCode(), QString::fromUtf8(simulator.readAll())};
 }
