@@ -10,7 +10,6 @@ namespace kelvo {
 namespace {
 
 constexpr int kDotsPerInch = 600;
-constexpr double kMmPerInch = 25.4;
 
 }  // namespace
 
@@ -48,7 +47,7 @@ bool SheetOutput::Step() {
   failed_ = next_ == first_ ? !painter_.begin(device_.get()) : !device_->newPage();
   if (failed_) return false;
   painter_.save();
-  const double scale = device_->logicalDpiX() / kMmPerInch / kUnitsPerMm;
+  const double scale = device_->logicalDpiX() / kUnitsPerInch;
   painter_.scale(scale, scale);
   PaintSheetPage(painter_, sheet_, next_);
   painter_.restore();

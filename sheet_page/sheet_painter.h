@@ -16,6 +16,7 @@ namespace kelvo {
 
 /// The unit of all lengths on a page.
 inline constexpr double kUnitsPerMm = 20;
+inline constexpr double kUnitsPerInch = 25.4 * kUnitsPerMm;
 inline constexpr double kPageWidth = 210 * kUnitsPerMm;
 inline constexpr double kPageHeight = 297 * kUnitsPerMm;
 

@@ -10,7 +10,6 @@ namespace kelvo {
 namespace {
 
 constexpr int kBeside = 8;  // pixels of ground around the paper
-constexpr double kMmPerInch = 25.4;
 
 }  // namespace
 
@@ -69,7 +68,7 @@ void SheetView::Fit() {
   double width = viewport()->width() - 2 * kBeside;
   if (zoom_ == Zoom::Width) width -= verticalScrollBar()->sizeHint().width();
   if (zoom_ == Zoom::Page) width = std::min(width, (viewport()->height() - 2 * kBeside) / ratio);
-  if (zoom_ == Zoom::Life) width = kPageWidth / kUnitsPerMm / kMmPerInch * logicalDpiX();
+  if (zoom_ == Zoom::Life) width = kPageWidth / kUnitsPerInch * logicalDpiX();
   const int whole = std::max(1, static_cast<int>(width));
   paper_->resize(whole, std::max(1, static_cast<int>(whole * ratio)));
 }
