@@ -4,6 +4,9 @@
 #include "help/help_desk.h"
 #include "inventory_page/inventory_view.h"
 #include "inventory_page/write_desk.h"
+#include "link/addresses.h"
+#include "link/commands.h"
+#include "link/control_characters.h"
 #include "link/failure_cause.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
@@ -15,7 +18,7 @@
 #include "terminal/version.h"
 #include "widgets/handlers.h"
 
-// What the main window says about the line and about who listens.
+// What the main window says about the line and about who listens, and tells all of them.
 
 namespace kelvo {
 
@@ -128,6 +131,15 @@ void frmhaupt::com1_Lost() {
                       : " Bitte das Gerät wieder anschließen und den Anschluss auf der Seite "
                         "\"Schnittstellen\" neu wählen."),
       Icon::Exclamation);
+}
+
+// Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts
+// all Terminals of the bus.
+void frmhaupt::ResetAll() {
+  exchange_.SendString(std::string{';', kEtx, kEot} +
+                       Sequence({SelectAddress(kAllAddresses), kelvo::Restart()}));
+  state_.flash = FlashState::Unknown;
+  state_.Changed();
 }
 
 }  // namespace kelvo

@@ -11,9 +11,7 @@
 #include <algorithm>
 
 #include "base/guard.h"
-#include "bus/addresses.h"
 #include "help/help_desk.h"
-#include "link/control_characters.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
 #include "widgets/form.h"
@@ -351,15 +349,6 @@ void frmhaupt::cmdToolbar_Click(int index) {
 // A text that could not be built has been reported already.
 void frmhaupt::SaveAsMakro(const std::optional<std::string>& text) {
   if (text) macros_->SaveMakro("Makro", *text, -1, kNewRecordName);
-}
-
-// Closes whatever command, macro or graphic text a Terminal may still be receiving, then restarts
-// all Terminals of the bus.
-void frmhaupt::ResetAll() {
-  exchange_.SendString(std::string{';', kEtx, kEot} +
-                       Sequence({SelectAddress(kAllAddresses), kelvo::Restart()}));
-  state_.flash = FlashState::Unknown;
-  state_.Changed();
 }
 
 void frmhaupt::mnuOptionenSofortSenden_Click() {
