@@ -247,7 +247,7 @@ void frmGrafik::ShowState() {
   mnuGrafikRueckgaengig->setEnabled(document_.CanUndo() || typing_->Active() ||
                                     (tool_ && tool_->Begun()));
   mnuGrafikWiederholen->setEnabled(document_.CanRedo() || typing_->Active());
-  const QString name = QFileInfo(QString::fromStdString(path_)).fileName();
+  const QString name = QString::fromStdString(FileName());
   setWindowTitle((name.isEmpty() ? tr("Grafik") : tr("%1 – Grafik").arg(name)) +
                  (document_.Unsaved() ? QStringLiteral(" *") : QString()));
   ShowSelectedStyle();

@@ -56,6 +56,8 @@ class frmGrafik : public QMainWindow {
   ~frmGrafik() override { typing_->GiveUp(); }  // while its document is there
 
   const Drawing& CurrentDrawing() const { return document_.Whole(); }
+  /// Of its file, without the folder; empty until it has one. UTF-8
+  std::string FileName() const;
   QSize DisplaySize() const { return {Display->DisplayWidth(), Display->DisplayHeight()}; }
   /// The drawing as commands; what goes wrong is shown in message boxes. Asks the Terminal for its
   /// version when that is needed and not known.

@@ -215,6 +215,10 @@ void frmGrafik::mnuGrafikNeu_Click() { host_.NewDrawing(); }
 void frmGrafik::mnuGrafikLaden_Click() { LoadDrawing(); }
 
 // Under its name, once it has one.
+std::string frmGrafik::FileName() const {
+  return QFileInfo(QString::fromStdString(path_)).fileName().toStdString();
+}
+
 void frmGrafik::mnuGrafikSpeichern_Click() { path_.empty() ? SaveDrawing() : StoreDrawing(path_); }
 
 void frmGrafik::mnuGrafikPng_Click() {
@@ -237,7 +241,7 @@ void frmGrafik::mnuGrafikPng_Click() {
 
 // As it is now, whatever happens while the dialog is open.
 void frmGrafik::mnuGrafikDrucken_Click() {
-  const QString name = QFileInfo(QString::fromStdString(path_)).fileName();
+  const QString name = QString::fromStdString(FileName());
   const PrintedDrawing drawing{Pixels(), name.isEmpty() ? tr("Zeichnung ohne Namen") : name};
   QPrinter printer(QPrinter::HighResolution);
   printer.setDocName(drawing.name);

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <set>
 
+#include "inventory/setting_check.h"
 #include "link/commands.h"
 #include "settings/macros.h"
+#include "settings/text_mode.h"
 
 namespace kelvo {
 namespace {
@@ -16,8 +18,19 @@ ComparisonRow RowFor(const TerminalId& terminal, std::string what) {
   return row;
 }
 
+// What was read before it was set tells nothing of it.
+void CompareWithSent(ComparisonRow& row, const SettingSent& sent) {
+  row.sent = sent.value;
+  if (*row.readAt < sent.time) {
+    row.words = "seit dem Lesen neu gesendet";
+    return;
+  }
+  row.compared = sent.agrees ? Compared::Same : Compared::Different;
+  row.words = sent.agrees ? "wie zuletzt gesendet" : "anders als zuletzt gesendet";
+}
+
 ComparisonRow ReadRow(const TerminalId& terminal, const Question& question,
-                      const Readings& readings) {
+                      const Readings& readings, const Settings& settings) {
   ComparisonRow row = RowFor(terminal, question.what);
   const Reading* const last = readings.Last(terminal, question.query);
   const Silence* const silence = readings.SilenceOf(terminal, question.query);
@@ -29,6 +42,10 @@ ComparisonRow ReadRow(const TerminalId& terminal, const Question& question,
     row.words = silence->why;
   }
   if (last == nullptr || silence != nullptr) return row;
+  const Reading* const cursor = readings.Last(terminal, CommandName::AskCursor);
+  const int kind = cursor == nullptr ? 0 : ReadDigit(cursor->reply);
+  const auto sent = LastSet(settings, question.query, last->reply, kind);
+  if (sent) CompareWithSent(row, *sent);
   const Reading* const before = readings.Before(terminal, question.query);
   if (!question.lasting || before == nullptr) return row;
   const bool other = before->reply != last->reply;
@@ -83,6 +100,7 @@ ComparisonRow RecordRow(const TerminalId& terminal, const Inventory& inventory,
   const bool absent = StateOf(inventory, record) == InTerminal::Absent;
   row.compared = absent ? Compared::Different : Compared::Unknown;
   row.words = absent ? "nicht im Terminal" : "unbekannt";
+  row.offer = OrderOf(record, key);
   return row;
 }
 
@@ -90,10 +108,11 @@ ComparisonRow RecordRow(const TerminalId& terminal, const Inventory& inventory,
 
 std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& inventory,
                                    const Readings& readings,
-                                   const std::vector<StoredRecord>& records) {
+                                   const std::vector<StoredRecord>& records,
+                                   const Settings& settings) {
   std::vector<ComparisonRow> rows;
   for (const Question& question : Questions()) {
-    rows.push_back(ReadRow(terminal, question, readings));
+    rows.push_back(ReadRow(terminal, question, readings, settings));
   }
   for (const auto& [key, held] : inventory.Items()) {
     rows.push_back(HeldRow(terminal, inventory, held, records));

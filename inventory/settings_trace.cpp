@@ -35,7 +35,7 @@ std::string WhatIsSet(const SentCommand& command) {
       return std::string(command.row->letters);
     case DefineCursor:  // each kind has a shape of its own
       return std::string(command.row->letters) +
-             std::string(command.parameters.substr(0, command.parameters.find(',')));
+             std::to_string(RoundToEven(Val(command.parameters)));
     case StartMatrix:
     case StopMatrix:
       return "matrix";
@@ -53,22 +53,28 @@ std::string CommandText(const SentCommand& command) {
 
 }  // namespace
 
-void Settings::Take(std::string_view commands) {
-  WalkCommands(commands, [this](const SentCommand& command) {
+void Settings::Take(std::string_view commands, JournalTime time) {
+  WalkCommands(commands, [this, time](const SentCommand& command) {
     const std::string what = command.row == nullptr ? std::string() : WhatIsSet(command);
     if (what.empty()) return true;
     const auto old = std::find_if(settings_.begin(), settings_.end(),
                                   [&what](const auto& setting) { return setting.first == what; });
     if (old != settings_.end()) settings_.erase(old);
-    settings_.emplace_back(what, CommandText(command));
+    settings_.emplace_back(what, Setting{CommandText(command), time});
     return true;
   });
 }
 
 std::string Settings::Text() const {
   std::string text;
-  for (const auto& [what, command] : settings_) text += command;
+  for (const auto& [what, setting] : settings_) text += setting.command;
   return text;
+}
+
+const Settings::Setting* Settings::Find(std::string_view letters) const {
+  const auto found = std::find_if(settings_.begin(), settings_.end(),
+                                  [letters](const auto& one) { return one.first == letters; });
+  return found == settings_.end() ? nullptr : &found->second;
 }
 
 void SettingsTrace::ForEach(const std::function<void(Settings&)>& act) {
@@ -81,24 +87,26 @@ void SettingsTrace::ForEach(const std::function<void(Settings&)>& act) {
   }
 }
 
-void SettingsTrace::Sent(std::string_view characters, const std::string& device) {
+void SettingsTrace::Sent(std::string_view characters, const std::string& device, JournalTime time) {
   if (device != listener_.device) listener_ = {device, kUnknownAddress};
-  WalkCommands(characters, [this](const SentCommand& command) {
+  WalkCommands(characters, [this, time](const SentCommand& command) {
     if (command.row == nullptr) return true;
     if (command.row->name == SelectAddress) {
       listener_.address = RoundToEven(Val(command.parameters));
     } else if (command.row->name == Restart) {
       ForEach([](Settings& settings) { settings.Clear(); });
     } else if (!WhatIsSet(command).empty()) {
-      ForEach([text = CommandText(command)](Settings& settings) { settings.Take(text); });
+      ForEach(
+          [text = CommandText(command), time](Settings& settings) { settings.Take(text, time); });
     }
     return true;
   });
 }
 
-std::string SettingsTrace::Of(const TerminalId& terminal) const {
+const Settings& SettingsTrace::Of(const TerminalId& terminal) const {
+  static const Settings nothing;
   const auto own = settings_.find(terminal);
-  return own == settings_.end() ? std::string() : own->second.Text();
+  return own == settings_.end() ? nothing : own->second;
 }
 
 }  // namespace kelvo

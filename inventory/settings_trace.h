@@ -19,13 +19,21 @@ class Settings {
   Settings() = default;
   /// Takes those of a text; what else is in it is left out.
   explicit Settings(std::string_view commands) { Take(commands); }
-  void Take(std::string_view commands);
+  void Take(std::string_view commands, JournalTime time = {});
   void Clear() { settings_.clear(); }
   /// As a text that sets them.
   std::string Text() const;
 
+  struct Setting {
+    std::string command;
+    JournalTime time;  ///< when it was taken
+  };
+  /// The one whose command begins with these letters, which for DefineCursor its kind follows;
+  /// nullptr without one.
+  const Setting* Find(std::string_view letters) const;
+
  private:
-  std::vector<std::pair<std::string, std::string>> settings_;  // what it sets, command
+  std::vector<std::pair<std::string, Setting>> settings_;  // by what it sets
 };
 
 /// What was set from here on each Terminal since it was started: whoever sent it, as far as one
@@ -33,8 +41,8 @@ class Settings {
 class SettingsTrace {
  public:
   /// Characters that go to the line of that device.
-  void Sent(std::string_view characters, const std::string& device);
-  std::string Of(const TerminalId& terminal) const;
+  void Sent(std::string_view characters, const std::string& device, JournalTime time);
+  const Settings& Of(const TerminalId& terminal) const;
   /// Terminals may have been switched off meanwhile, or are others.
   void Forget() { *this = {}; }
 

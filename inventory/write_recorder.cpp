@@ -47,7 +47,7 @@ WriteRecorder::WriteRecorder(Services services) : services_(std::move(services))
   services_.line.FollowTraffic([this](Direction direction, std::string_view characters) {
     if (direction != Direction::ToTerminal) return;
     CountSum(characters);
-    settings_.Sent(characters, services_.device());
+    settings_.Sent(characters, services_.device(), services_.loop.WallClock());
   });
   services_.line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
 }
@@ -166,7 +166,7 @@ void WriteRecorder::End(const Outcome& outcome) {
 std::string WriteRecorder::StoredText(const Pending& pending) const {
   if (pending.entry.change.key.kind != ItemKind::Config) return pending.command;
   Settings settings = pending.settings;
-  settings.Take(settings_.Of(pending.entry.terminal));
+  settings.Take(settings_.Of(pending.entry.terminal).Text());
   return settings.Text() + pending.command;
 }
 

@@ -33,6 +33,8 @@ class WriteRecorder {
 
   /// The Terminal that listens now.
   TerminalId Listener() const;
+  /// What was set on a Terminal since it was started.
+  const Settings& SetOn(const TerminalId& terminal) const { return settings_.Of(terminal); }
 
  private:
   void Sent(std::string_view command);

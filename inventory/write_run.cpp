@@ -10,7 +10,7 @@ namespace kelvo {
 std::string JobText(const WriteJob& job) {
   switch (job.state) {
     case JobState::None:
-      return {};
+      return job.why;
     case JobState::Waiting:
       return "wartet";
     case JobState::Writing:

@@ -34,6 +34,7 @@ struct WriteJob {
   bool canSum = false;
   bool ticked = false;  ///< it takes part; what is done is unticked
   WriteOrder order{};
+  std::string why{};  ///< it is to be written, UTF-8; may be empty
   JobState state = JobState::None;
   WriteResult result{};
 

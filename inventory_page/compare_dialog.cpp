@@ -92,8 +92,8 @@ QLayout* CompareDialog::MakeButtons() {
                                     "ab, was sie von sich sagen."));
   cmdVergleichSchreiben =
       MakeButton("cmdVergleichSchreiben", tr("Geändertes &schreiben …"),
-                 tr("Zeigt, was in der Datenbank anders ist als zuletzt geschrieben, und schreibt "
-                    "davon geprüft, was angekreuzt bleibt."));
+                 tr("Zeigt, was in der Datenbank anders ist als zuletzt geschrieben, und was dem "
+                    "Terminal fehlt; schreibt davon geprüft, was angekreuzt ist."));
   cmdVergleichKopieren = MakeButton("cmdVergleichKopieren", tr("&Kopieren"),
                                     tr("Legt die gezeigten Zeilen als Text in die Ablage."));
   cmdVergleichSpeichern = MakeButton("cmdVergleichSpeichern", tr("Spei&chern …"),
@@ -159,8 +159,8 @@ void CompareDialog::Compare() {
   std::vector<ComparisonRow> rows;
   for (const int address : Chosen()) {
     const TerminalId terminal{device, address};
-    for (ComparisonRow& row :
-         kelvo::Compare(terminal, services_.journal.Of(terminal), readings_, records)) {
+    for (ComparisonRow& row : kelvo::Compare(terminal, services_.journal.Of(terminal), readings_,
+                                             records, services_.settings(terminal))) {
       rows.push_back(std::move(row));
     }
   }
@@ -182,7 +182,9 @@ void CompareDialog::ShowSummary(const QString& reading) {
   });
   const auto writable = std::count_if(rows.begin(), rows.end(),
                                       [](const auto& row) { return row.order.has_value(); });
-  cmdVergleichSchreiben->setEnabled(writable > 0 && !reading_);
+  const bool any =
+      std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.order || row.offer; });
+  cmdVergleichSchreiben->setEnabled(any && !reading_);
   const QString counted =
       different == 1 ? tr("1 Unterschied, ") : tr("%1 Unterschiede, ").arg(different);
   lblVergleich->setText(
@@ -230,13 +232,17 @@ QString CompareDialog::ReadText(const ReadRun::Result& result) const {
   return text;
 }
 
-// Each order is a row of the dialog that writes: there it is named, and may be left out.
+// Each order is a row of the dialog that writes: there it is named, and may be left out. What is
+// only offered stands behind what has changed.
 void CompareDialog::cmdVergleichSchreiben_Click() {
-  std::vector<std::pair<int, WriteOrder>> orders;
+  std::vector<WriteDesk::Task> tasks;
   for (const ComparisonRow& row : model_.Rows()) {
-    if (row.order) orders.emplace_back(row.terminal.address, *row.order);
+    if (row.order) tasks.push_back({row.terminal.address, *row.order, true, row.words});
   }
-  services_.desk.WriteAll(orders);
+  for (const ComparisonRow& row : model_.Rows()) {
+    if (row.offer) tasks.push_back({row.terminal.address, *row.offer, false, row.words});
+  }
+  services_.desk.WriteAll(tasks);
 }
 
 QString CompareDialog::Report() const {

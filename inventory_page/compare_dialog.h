@@ -9,6 +9,7 @@
 #include "base/event_loop.h"
 #include "base/operator.h"
 #include "inventory/journal.h"
+#include "inventory/settings_trace.h"
 #include "inventory_page/comparison_model.h"
 
 class QCheckBox;
@@ -38,6 +39,8 @@ class CompareDialog : public QDialog {
     std::function<std::vector<int>()> addresses;     ///< of the stored Terminals
     std::function<std::string(int address)> nameOf;  ///< UTF-8
     std::function<std::string()> device;             ///< of the port that is open
+    /// What was set on a Terminal since it was started.
+    std::function<const Settings&(const TerminalId& terminal)> settings;
   };
   explicit CompareDialog(Services services, QWidget* parent = nullptr);
 

@@ -17,6 +17,7 @@ QString ReadText(const ComparisonRow& row) {
 }
 
 QString WrittenText(const ComparisonRow& row) {
+  if (!row.sent.empty()) return ComparisonModel::tr("%1 (gesendet)").arg(Text(row.sent));
   if (!row.written) return {};
   const QString name = Text(row.written->item.name);
   return ComparisonModel::tr("%1 (%2, %3)")

@@ -105,11 +105,12 @@ void WriteDesk::WriteToMany(const WriteOrder& order) {
                 std::move(jobs));
 }
 
-void WriteDesk::WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders) {
+void WriteDesk::WriteAll(const std::vector<Task>& tasks) {
   std::vector<WriteJob> jobs;
-  for (const auto& [address, order] : orders) {
-    const auto stored = StoredTerminalAt(services_.terminals, address);
-    jobs.push_back({stored ? stored->name : std::string(), address, CanSum(address), true, order});
+  for (const Task& task : tasks) {
+    const auto stored = StoredTerminalAt(services_.terminals, task.address);
+    jobs.push_back({stored ? stored->name : std::string(), task.address, CanSum(task.address),
+                    task.ticked, task.order, task.why});
   }
   dialog_->Open(tr("Geändertes schreiben"), std::move(jobs));
 }

@@ -45,8 +45,15 @@ class WriteDesk : public QObject {
   bool HasTarget();
   /// Shows the dialog that writes to many.
   void WriteToMany(const WriteOrder& order);
-  /// The same dialog with these, each for the Terminal of its address.
-  void WriteAll(const std::vector<std::pair<int, WriteOrder>>& orders);
+  /// Something for one Terminal.
+  struct Task {
+    int address;
+    WriteOrder order;
+    bool ticked;
+    std::string why;  ///< shown until it is done, UTF-8
+  };
+  /// The same dialog with these.
+  void WriteAll(const std::vector<Task>& tasks);
   /// The Terminal that listens, if it is one and known.
   std::optional<int> Selected() const;
   /// In German who answers now: "von Adresse 5". UTF-8

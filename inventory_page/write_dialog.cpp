@@ -50,7 +50,7 @@ void WriteDialog::FillList() {
   List()->clear();
   for (const WriteJob& job : jobs_) {
     List()->Add({Text(TerminalName(job.terminal, job.address)), Text(WhatText(job.order.item)),
-                 Text(YesNoText(job.canSum)), QString()},
+                 Text(YesNoText(job.canSum)), Text(JobText(job))},
                 job.ticked);
   }
   List()->FitColumn(0);

@@ -109,11 +109,13 @@ EEPromAccess DrawingDesk::BitmapAccess(BitmapTo how, std::size_t& room) {
                    HasRoom(services_.exchange, services_.state, services_.outside.person, bytes);
           },
           [this, how, &room](const Command& command, const std::string& suffix) {
+            const std::string name = editor_.FileName();
             if (how == BitmapTo::Selected) {
+              const kelvo::Sending sending(services_.exchange, {name, {}});
               SendToEEprom(services_.exchange, services_.outside.person, command, suffix);
               return;
             }
-            WriteOrder order{ItemOf(command.Text()).value(), {}};
+            WriteOrder order{ItemOf(command.Text(), name).value(), {}};
             if (how == BitmapTo::SelectedProven) {
               services_.writeDesk.Write(order);
               return;

@@ -161,7 +161,10 @@ void frmhaupt::mnuAnsichtVergleich_Click() {
         {exchange_, outside_.loop, outside_.person, journal_,
          outside_.folders.data + "/" + kReadingsFile, *writeDesk_,
          [this] { return StoredRecords(data_.database); }, addresses,
-         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); }},
+         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); },
+         [this](const TerminalId& terminal) -> const Settings& {
+           return recorder_.SetOn(terminal);
+         }},
         this);
   }
   compare_->Present();

@@ -72,6 +72,48 @@ TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedI
   EXPECT_EQ(Words("Makro 2"), "ungewiss, ein Schreiben endete unklar");
 }
 
+// Of what a Terminal has not, or not for all that is known, it is only offered.
+TEST_F(ComparisonTest, WhatIsNotThereIsOffered) {
+  Written({{ItemKind::Macro, 5}, WriteMakro(5, "anderes").Text(), "Logo"});
+  records = {{1, "Makro", "Pumpe", 5, "neu"},
+             {2, "Makro", "Start", 0, "x"},
+             {3, "Makro", "ohne Nummer", -1, "x"},
+             {4, "Makro", "ETX", 2, "a\x03"}};
+  std::string offered;
+  for (const ComparisonRow& row : Compare(Tor, journal.Of(Tor), {}, records)) {
+    EXPECT_FALSE(row.order) << row.what;
+    if (row.offer) offered += row.what + ": " + row.words + ", " + row.offer->item.name + "; ";
+  }
+  EXPECT_EQ(offered, "Makro 0: unbekannt, Start; ");
+}
+
+// Where it was read after it was sent.
+TEST_F(ComparisonTest, CursorAndTextModeAreHeldAgainstWhatWasSentLast) {
+  const auto at = [](int second) { return JournalTime(std::chrono::seconds(second)); };
+  Settings settings;
+  settings.Take("\x1bTF3;\x1bTA 1;\x1bTZ2,3;\x1b!c 3,5;\x1b!c 2,1;\x1b!C 2;", at(10));
+  Readings readings;
+  const auto words = [&](CommandName query, const std::string& reply, int second) {
+    readings.Add({at(second), Tor, query, reply});
+    for (const ComparisonRow& row : Compare(Tor, {}, readings, {}, settings)) {
+      if (row.readAt == at(second)) return row.sent + ": " + row.words;
+    }
+    return std::string("-");
+  };
+  using enum CommandName;
+  EXPECT_EQ(words(AskTextFont, "3", 20), "3: wie zuletzt gesendet");
+  EXPECT_EQ(words(AskTextFont, "4", 21), "3: anders als zuletzt gesendet");
+  EXPECT_EQ(words(AskTextFont, "4", 9), "3: seit dem Lesen neu gesendet");
+  EXPECT_EQ(words(AskTextAttribute, "1", 22), "1: wie zuletzt gesendet");
+  EXPECT_EQ(words(AskTextZoom, "2,3", 23), "2,3: wie zuletzt gesendet");
+  EXPECT_EQ(words(AskTextZoom, "2,2", 24), "2,3: anders als zuletzt gesendet");
+  EXPECT_EQ(words(AskTextMode, "0", 25), ": ") << "never sent";
+  EXPECT_EQ(words(AskCursor, "2", 26), "2: wie zuletzt gesendet");
+  EXPECT_EQ(words(AskCursorShape, "0", 27), "2,1: anders als zuletzt gesendet");
+  EXPECT_EQ(words(AskCursor, "3", 28), "2: anders als zuletzt gesendet");
+  EXPECT_EQ(words(AskCursorShape, "1,5", 29), "3,5: wie zuletzt gesendet");
+}
+
 TEST_F(ComparisonTest, OnlyWhatWasWrittenFromTheRecordIsAnOlderTextOfIt) {
   const auto under5 = [this](const std::string& text, const std::string& name) {
     Written({{ItemKind::Macro, 5}, WriteMakro(5, text).Text(), name});

@@ -1,10 +1,15 @@
+#include <QClipboard>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTreeWidget>
+#include <fstream>
 
+#include "graphics/wmf.h"
 #include "keyboards/at_list.h"
+#include "tests/drawing_samples.h"
 #include "tests/fakes/simulated_terminal.h"
 #include "tests/window_fixture.h"
+#include "widgets/files.h"
 
 namespace kelvo {
 namespace {
@@ -38,6 +43,27 @@ class WriteDeskTest : public WindowTest {
   std::string State(int row) {
     const QTreeWidgetItem& item = *Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(row);
     return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(3).toStdString();
+  }
+
+  // The rows that the filter leaves, with the titles above them.
+  void CopiedAndSavedIsWhatIsShown(const QAbstractItemModel& table) {
+    for (const bool differing : {false, true}) {
+      Find<QCheckBox>("chkVergleichUnterschiede").setChecked(differing);
+      Click("cmdVergleichKopieren");
+      const QString copied = QApplication::clipboard()->text();
+      EXPECT_TRUE(copied.startsWith(QStringLiteral("Terminal\tWas\tGelesen\t")));
+      EXPECT_EQ(copied.count(u'\n'), table.rowCount() + 1);
+      for (int row = 0; row < table.rowCount(); ++row) {
+        EXPECT_TRUE(copied.contains(table.index(row, 5).data().toString() + u'\n')) << row;
+      }
+      person.file = folder.Path("vergleich.txt");
+      Click("cmdVergleichSpeichern");
+      EXPECT_EQ(ReadFile(*person.file, 100'000), copied.toStdString());
+    }
+    person.file = folder.Path("missing/vergleich.txt");
+    Click("cmdVergleichSpeichern");
+    EXPECT_NE(person.LastMessage().find("kann nicht geschrieben werden"), std::string::npos);
+    person.file.reset();
   }
 
   DeviceFonts fonts;
@@ -107,6 +133,35 @@ TEST_F(WriteDeskTest, EachPageWritesTheSameAsItsUsualButton) {
   EXPECT_EQ(Written(), "");
 }
 
+// Its record is the drawing's file.
+TEST_F(WriteDeskTest, BitmapIsProvenAndCarriesTheNameOfTheDrawing) {
+  BeginOn(Tab::Drawing);
+  const Picture picture(16, 16, std::vector<Colour>(256, kBlack));
+  person.file = folder.Path("logo.wmf");
+  std::ofstream(*person.file, std::ios::binary)
+      << WriteWmf({PictureAt({10, 100}, picture)}, 240, 128).bytes;
+  Click("cmdGrafikLaden");
+  Click("cmdGrafikBildGeprueft");
+  EXPECT_TRUE(person.LastMessage().starts_with("Welches Terminal hört, ist nicht bekannt."));
+  Select(7);
+  person.inputs = {std::string("4")};
+  Click("cmdGrafikBildGeprueft");
+  EXPECT_TRUE(Written().starts_with("←E?F←!A7;←?A←C!←EWB4,")) << Written();
+  EXPECT_TRUE(Written().ends_with("←C?")) << Written();
+  EXPECT_TRUE(line.bus.At(1).Memory().Read(Eeprom::Kind::Bitmap, 4));
+  Show(Tab::Eeprom);
+  QApplication::processEvents();
+  const QAbstractItemModel& held = *Find<QTableView>("ctlBestand").model();
+  ASSERT_EQ(held.rowCount(), 1);
+  EXPECT_EQ(held.index(0, 2).data(), QStringLiteral("logo.wmf"));
+  EXPECT_EQ(held.index(0, 5).data(), QStringLiteral("geprüft"));
+  person.inputs = {std::string("5")};
+  Click("cmdToolbar_1");
+  QApplication::processEvents();
+  EXPECT_EQ(held.index(1, 2).data(), QStringLiteral("logo.wmf"));
+  EXPECT_EQ(held.index(1, 5).data(), QStringLiteral("bestätigt"));
+}
+
 TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   BeginOn(Tab::Macros);
   Select(9);
@@ -169,7 +224,9 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   EXPECT_EQ(Written(), "");
   Click("cmdSchreiben");
   EXPECT_EQ(State(0), "empfangen und bestätigt");
+  EXPECT_EQ(State(1), "unbekannt") << "offered, and not ticked";
   EXPECT_EQ(Macro(1, 5), "neuer Text");
+  EXPECT_EQ(line.bus.At(1).Memory().Records().size(), 1U);
   Find<QCheckBox>("chkVergleichUnterschiede").setChecked(false);
   EXPECT_EQ(row("Makro 5"), "= gleich");
   Forget();
@@ -184,6 +241,7 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   EXPECT_TRUE(row("Version").starts_with("keine Antwort (")) << row("Version");
   EXPECT_TRUE(Text("lblVergleich").starts_with("0 gelesen, 1 ohne Antwort (Pult, Adresse 7)."));
   line.bus.At(1).SetFault(sim::Fault::None);
+  CopiedAndSavedIsWhatIsShown(table);
   // Closed in the middle, the reading ends.
   loop.After(milliseconds(200), [this] { Find("frmVergleich").close(); });
   Click("cmdVergleichLesen");
