@@ -68,6 +68,9 @@ void Chronicle::Sent(std::string_view text) {
   if (last != nullptr && last->answer != Answer::None) return;
   if (busy_() && (last == nullptr || last->done.empty() || IsSelection(*last))) return;
   const std::string done = DoneWords(text);
+  const std::string doubt =
+      doubt_ && last != nullptr && !done.empty() && !IsSelection(*last) ? doubt_() : std::string();
+  if (!doubt.empty()) return Note(CommandWords(text, 1) + ": gesendet, " + doubt, true);
   Note(!done.empty() ? done : CommandWords(text, 1) + ": gesendet");
 }
 

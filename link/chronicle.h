@@ -45,6 +45,9 @@ class Chronicle {
   };
   /// Told each line when it is made.
   void SetListener(std::function<void(const Line&)> listener) { listener_ = std::move(listener); }
+  /// Asked why what nobody confirms may not have arrived: "aber es ist kein Terminal gewählt";
+  /// empty where nothing is known against it.
+  void SetDoubt(std::function<std::string()> doubt) { doubt_ = std::move(doubt); }
   /// The last kLines, the oldest first.
   const std::deque<Line>& Lines() const { return lines_; }
 
@@ -62,6 +65,7 @@ class Chronicle {
   std::size_t length_ = 0;           // of the drawing sent last
   std::optional<double> freeBytes_;  // as read by the question before
   std::function<void(const Line&)> listener_;
+  std::function<std::string()> doubt_;
 };
 
 /// What has come in place of a good answer: "keine Antwort".

@@ -256,6 +256,7 @@ void StatusPage::cmdGetAdresse_Click() {
 
 void StatusPage::cmdSetAdresse_Click() {
   services_.exchange.SendString(SelectAddress(txtAdresse->text().toStdString()));
+  lblAdresseStand->clear();  // what was read was another's
 }
 
 void StatusPage::txtAdresse_Change() {

@@ -195,6 +195,7 @@ class frmhaupt : public QMainWindow {
   QString ShownChapter() const;
   std::array<RecordEditorBase*, 3> Records() const;
   std::vector<std::string> DraftNames() const;
+  void OutdateMarks();
   bool MayEnd();
   void Unload();
   void TellOfFirstProgram();
@@ -252,6 +253,7 @@ class frmhaupt : public QMainWindow {
   TrafficRecord record_;
   LineState lineState_;
   Chronicle chronicle_;
+  std::pair<Listening, std::optional<int>> markedListener_{};  // whose values the marks tell of
   WriteJournal journal_;
   WriteRecorder recorder_;
   ReplyMemory replies_;

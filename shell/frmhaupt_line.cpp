@@ -17,6 +17,7 @@
 #include "shell/status_display.h"
 #include "terminal/version.h"
 #include "widgets/handlers.h"
+#include "widgets/read_mark.h"
 
 // What the main window says about the line and about who listens, and tells all of them.
 
@@ -29,11 +30,27 @@ QWidget* frmhaupt::MakeAddressStrip() {
   lineState_.SetListener([this] {
     head_->ShowState();
     ShowInventory();
+    OutdateMarks();
   });
   lineState_.SetStartedAnewListener([this] { status_->ForgetPorts(); });
   connect(terminals_, &SearchPage::StoredChanged, this, &frmhaupt::ShowStoredTerminals);
   ShowStoredTerminals();
   return head_;
+}
+
+// What a page shows of the Terminal that listened before is not that of the one that listens now.
+void frmhaupt::OutdateMarks() {
+  const std::pair listener(lineState_.Listens(), lineState_.Address());
+  const auto before = std::exchange(markedListener_, listener);
+  const bool known = before.first == Listening::One;
+  // Who has told an address is no other for that.
+  const bool told =
+      before.first == Listening::Unknown && lineState_.Answers() != Answering::NotAsked;
+  if (before == listener || told) return;
+  const QString who = known ? tr("Adresse %1").arg(*before.second) : tr("einem anderen");
+  for (QLabel* const label : findChildren<QLabel*>()) {
+    if (auto* const mark = dynamic_cast<ReadMark*>(label)) mark->Outdate(who);
+  }
 }
 
 // Every box that reports a failure of the line says what its cause is, and leads on.
@@ -71,6 +88,7 @@ void frmhaupt::cmdVerbindungPruefen_Click() {
 
 void frmhaupt::MakeHistory() {
   history_ = new HistoryView(chronicle_, this);
+  chronicle_.SetDoubt([this] { return DoubtWords(lineState_); });
   chronicle_.SetListener([this](const Chronicle::Line& line) {
     statusDisplay_->ShowResult(HistoryWords(line));
     history_->Refresh();

@@ -39,6 +39,12 @@ std::string ListenerWords(const LineState& state, const TerminalNames& names) {
   return "Terminal nicht bekannt";
 }
 
+std::string DoubtWords(const LineState& state) {
+  if (state.Listens() == Listening::Nobody) return "aber es ist kein Terminal gewählt";
+  const bool silent = state.Answers() == Answering::Silent && state.Listens() != Listening::All;
+  return silent ? "aber das Terminal antwortet nicht" : "";
+}
+
 std::string AnswerWords(const LineState& state) {
   switch (state.Answers()) {
     case Answering::Disconnected:

@@ -17,6 +17,10 @@ using TerminalNames = std::function<std::string(int address)>;
 /// "Terminal nicht bekannt".
 std::string ListenerWords(const LineState& state, const TerminalNames& names);
 
+/// Why something sent may not have arrived: "aber es ist kein Terminal gewählt"; empty where
+/// nothing is known against it.
+std::string DoubtWords(const LineState& state);
+
 /// How it stands with the answer: "hat vor 8 s geantwortet".
 std::string AnswerWords(const LineState& state);
 /// A sign for that, each of another shape.

@@ -19,6 +19,8 @@ constexpr int kRefreshMilliseconds = 500;
 StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
     : QStatusBar(parent), exchange_(exchange) {
   lblAktivitaet = Named(new QLabel, "lblAktivitaet");
+  // However long a text is, the window stays as wide as it is.
+  lblAktivitaet->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   ctlSendeFortschritt = Named(new QProgressBar, "ctlSendeFortschritt");
   ctlSendeFortschritt->setAccessibleName(tr("Fortschritt der Übertragung"));
   ctlSendeFortschritt->setMaximumWidth(fontMetrics().averageCharWidth() * 24);
@@ -94,6 +96,7 @@ void StatusDisplay::ShowResult(const QString& text) {
   result_ = text;
   clearMessage();  // an older hint would hide it
   lblAktivitaet->setText(text);
+  lblAktivitaet->setToolTip(text);
 }
 
 void StatusDisplay::ShowProgress() {

@@ -45,6 +45,18 @@ TEST_F(ChronicleTest, WhatIsConfirmedSaysSoWithWhatWasReadBefore) {
   EXPECT_EQ(chronicle.Lines().size(), 4u);
 }
 
+TEST_F(ChronicleTest, WhatMayNotHaveArrivedIsNotCalledDone) {
+  std::string doubt = "aber es ist kein Terminal gewählt";
+  chronicle.SetDoubt([&doubt] { return doubt; });
+  exchange.SendString(RunMakro(1));
+  EXPECT_EQ(Last(), "failed: Makro 1 ausführen: gesendet, aber es ist kein Terminal gewählt");
+  exchange.SendString(SelectAddress(7));
+  EXPECT_EQ(Last(), "Adresse 7 gewählt");
+  doubt.clear();
+  exchange.SendString(RunMakro(1));
+  EXPECT_EQ(Last(), "Makro 1 gestartet");
+}
+
 TEST_F(ChronicleTest, WhatNobodyConfirmsIsSaidWhenItIsSent) {
   const std::pair<std::string, const char*> cases[] = {
       {"\x1b!A7;", "Adresse 7 gewählt"},

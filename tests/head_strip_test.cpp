@@ -44,8 +44,11 @@ TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
   Type("Befehl", "!A9;");
   Click("cmdSenden_0");  // without ESC it is a text
   EXPECT_NE(Head().find("Adresse 7"), std::string::npos);
+  Click("cmdGetAdresse");
+  EXPECT_TRUE(Text("lblAdresseStand").starts_with("gelesen "));
   terminal.Answer("\x1b?V", "");
   Click("cmdBefehlSenden");
+  EXPECT_TRUE(Text("lblAdresseStand").ends_with(" bei Adresse 7")) << Text("lblAdresseStand");
   Click("cmdGetVersion");
   EXPECT_EQ(Head(), "keines gewählt | Version ? | ✗ antwortet nicht (seit 2 Befehlen)");
   Click("cmdToolbar_0");

@@ -260,5 +260,26 @@ TEST_F(MainWindowTest, TextModeIsSavedAsAMacroAndASentTextBlanksTheSystemInforma
   EXPECT_EQ(Find<QPlainTextEdit>("lblSysInfo").toPlainText(), QString());
 }
 
+TEST_F(MainWindowTest, ToldToEndItAsksNothingAndKeepsTheDrafts) {
+  Sql("update Optionen set FirstRun = 0");
+  StartOn(Tab::Macros);
+  Trigger("mnuDateiNeu");
+  Type("txtMakro", "Entwurf");
+  Show(Tab::AtKeyboard);
+  Trigger("mnuDateiNeu");  // never used: goes
+  window->EndNow();
+  loop.closing = true;
+  window->EndNow();  // told twice
+  loop.closing = false;
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_TRUE(person.questions.empty());
+  window.reset();
+  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = '(neuer Name)'", "typ"), "NULL");
+  person.answers = {true};
+  StartOn(Tab::Macros);
+  EXPECT_EQ(Editor("txtMakro"), "Entwurf");
+}
+
 }  // namespace
 }  // namespace kelvo

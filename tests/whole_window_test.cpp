@@ -178,27 +178,6 @@ TEST_F(WholeWindowTest, ClosingAsksWhenThereAreDrafts) {
   EXPECT_FALSE(window->isVisible());
 }
 
-TEST_F(WholeWindowTest, ToldToEndItAsksNothingAndKeepsTheDrafts) {
-  Sql("update Optionen set FirstRun = 0");
-  StartOn(Tab::Macros);
-  Trigger("mnuDateiNeu");
-  Type("txtMakro", "Entwurf");
-  Show(Tab::AtKeyboard);
-  Trigger("mnuDateiNeu");  // never used: goes
-  window->EndNow();
-  loop.closing = true;
-  window->EndNow();  // told twice
-  loop.closing = false;
-  EXPECT_FALSE(window->isVisible());
-  EXPECT_FALSE(port.IsOpen());
-  EXPECT_TRUE(person.questions.empty());
-  window.reset();
-  EXPECT_EQ(Stored("select * from Makro where Bezeichnung = '(neuer Name)'", "typ"), "NULL");
-  person.answers = {true};
-  StartOn(Tab::Macros);
-  EXPECT_EQ(Editor("txtMakro"), "Entwurf");
-}
-
 TEST_F(WholeWindowTest, ClosingSavesDraftsUnderTheirNames) {
   StartOn(Tab::Macros);
   Type("txtMakro", "Entwurf");

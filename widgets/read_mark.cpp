@@ -17,7 +17,15 @@ ReadMark::ReadMark(const char* name, const QString& unread) : QLabel(unread) {
 }
 
 void ReadMark::ShowTime(const QString& text) {
-  setText(text.arg(QTime::currentTime().toString(QStringLiteral("HH:mm"))));
+  const QString now = QTime::currentTime().toString(QStringLiteral("HH:mm"));
+  setText(text.arg(now));
+  time_ = now;
+}
+
+void ReadMark::Outdate(const QString& who) {
+  if (time_.isEmpty() || text().isEmpty()) return;
+  setText(tr("%1 bei %2").arg(time_, who));
+  setToolTip(tr("Das Terminal, von dem das stammt, hört jetzt nicht zu."));
 }
 
 }  // namespace kelvo

@@ -12,6 +12,15 @@ class ReadMark : public QLabel {
  public:
   explicit ReadMark(const char* name, const QString& unread = {});
 
+  /// Hides the label's, so that only a time that it shows itself can become another Terminal's.
+  void setText(const QString& text) {
+    time_.clear();
+    setToolTip({});
+    QLabel::setText(text);
+  }
+  /// Somebody else listens now: a time that is shown is that of `who`.
+  void Outdate(const QString& who);
+
   void ShowRead() { ShowTime(tr("gelesen %1")); }
   void ShowSet() { ShowTime(tr("gesetzt %1")); }
   /// What came in place of a good answer, UTF-8; empty when it was one.
@@ -21,6 +30,8 @@ class ReadMark : public QLabel {
 
  private:
   void ShowTime(const QString& text);
+
+  QString time_;  // that the text tells, of the Terminal that listens
 };
 
 }  // namespace kelvo
