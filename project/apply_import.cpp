@@ -25,6 +25,7 @@ Row StoredRow(const Database& database, const char* table, std::int64_t key) {
 std::vector<std::string> ColumnsOf(const Database& database, const char* table) {
   const Statement statement(database, "select * from " + Quoted(table));
   std::vector<std::string> columns;
+  columns.reserve(static_cast<std::size_t>(statement.ColumnCount()));
   for (int i = 0; i < statement.ColumnCount(); ++i) columns.push_back(statement.ColumnName(i));
   return columns;
 }

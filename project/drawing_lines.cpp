@@ -134,12 +134,14 @@ void AddObjectLines(std::vector<std::string>& lines, const Drawing& objects,
     std::string line = indent + "{\"Art\": \"" + KindText(object.kind) + "\"";
     line += ShapeText(object) + ContentText(object);
     if (object.members.empty()) {
-      lines.push_back(line + "}" + comma);
+      line.append("}").append(comma);
+      lines.push_back(std::move(line));
       continue;
     }
-    lines.push_back(line + ", \"Objekte\": [");
+    line += ", \"Objekte\": [";
+    lines.push_back(std::move(line));
     AddObjectLines(lines, object.members, indent + "  ");
-    lines.push_back(indent + "]}" + comma);
+    lines.push_back(std::string(indent).append("]}").append(comma));
   }
 }
 

@@ -107,7 +107,9 @@ void FindThere(const Trio& trio, ImportItem& item) {
 // other has changed it.
 void FindHere(const Trio& trio, ImportItem& item) {
   item.finding = Finding::DeletedThere;
-  if (trio.here->record == *trio.base) item.choice = ImportChoice::Take;
+  const bool unchanged =
+      trio.here != nullptr && trio.base != nullptr && trio.here->record == *trio.base;
+  if (unchanged) item.choice = ImportChoice::Take;
 }
 
 ImportItem ItemOf(const Trio& trio, ProjectKind kind) {
@@ -116,10 +118,10 @@ ImportItem ItemOf(const Trio& trio, ProjectKind kind) {
   if (trio.here != nullptr) item.here = *trio.here;
   if (trio.there != nullptr) item.there = *trio.there;
   if (trio.base != nullptr) item.base = *trio.base;
-  if (trio.here == nullptr) {
-    FindThere(trio, item);
-  } else if (trio.there == nullptr) {
+  if (trio.there == nullptr) {
     FindHere(trio, item);
+  } else if (trio.here == nullptr) {
+    FindThere(trio, item);
   } else if (trio.here->record == *trio.there) {
     item.finding = Finding::Equal;
     item.choice = ImportChoice::Leave;

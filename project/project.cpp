@@ -44,7 +44,7 @@ constexpr ProjectField kDisplayFields[] = {{"displayx", "Breite", Whole, true},
                                            {"displayy", "Höhe", Whole, true}};
 
 constexpr KindRow Content(ProjectKind kind, const char* member, const char* noun, const char* typ) {
-  return {kind, member, noun, "Makro", typ, kContentFields, 0, 1, Identity::Name};
+  return {kind, Identity::Name, member, noun, "Makro", typ, kContentFields, 0, 1};
 }
 
 constexpr KindRow kKinds[] = {
@@ -53,39 +53,39 @@ constexpr KindRow kKinds[] = {
     Content(ProjectKind::AtTable, "AT-Tabellen", "AT-Tabelle", "ATTab"),
     Content(ProjectKind::Picture, "Grafiken", "Grafik", "Grafik"),
     Content(ProjectKind::Symbol, "Symbole", "Symbol", "Symbol"),
-    {ProjectKind::Other, "Andere Sätze", "Satz", "Makro", "", kOtherFields, 0, 1, Identity::Name},
-    {ProjectKind::Terminal, "Terminals", "Terminal", "DOVU", "", kTerminalFields, 0, 1,
-     Identity::Number},
+    {ProjectKind::Other, Identity::Name, "Andere Sätze", "Satz", "Makro", "", kOtherFields, 0, 1},
+    {ProjectKind::Terminal, Identity::Number, "Terminals", "Terminal", "DOVU", "", kTerminalFields,
+     0, 1},
     {ProjectKind::Line,
+     Identity::Number,
      "Schnittstellen",
      "Schnittstelle",
      "Schnittstelle",
      "",
      kLineFields,
      0,
-     {},
-     Identity::Number},
-    {ProjectKind::Port, "Anschlüsse", "Com", "Anschluss", "", kPortFields, 0, {}, Identity::Number},
+     {}},
+    {ProjectKind::Port, Identity::Number, "Anschlüsse", "Com", "Anschluss", "", kPortFields, 0, {}},
     {ProjectKind::Options,
+     Identity::Single,
      "Optionen",
      "Optionen",
      "Optionen",
      "",
      kOptionFields,
      {},
-     {},
-     Identity::Single},
+     {}},
     {ProjectKind::Display,
+     Identity::Single,
      "Display",
      "Display",
      "Default",
      "",
      kDisplayFields,
      {},
-     {},
-     Identity::Single},
-    {ProjectKind::Drawing, "Zeichnungsdateien", "Zeichnung", "", "", {}, {}, {}, Identity::Name},
-    {ProjectKind::Inventory, "Bestände", "Bestand", "", "", {}, {}, {}, Identity::Name}};
+     {}},
+    {ProjectKind::Drawing, Identity::Name, "Zeichnungsdateien", "Zeichnung", "", "", {}, {}, {}},
+    {ProjectKind::Inventory, Identity::Name, "Bestände", "Bestand", "", "", {}, {}, {}}};
 static_assert(std::size(kKinds) == kProjectKinds);
 
 // Records without a number stand first, as those do that have something else there.

@@ -56,6 +56,8 @@ struct ProjectField {
 /// What is to know of a kind of record.
 struct KindRow {
   ProjectKind kind;
+  /// What tells records of the kind apart.
+  enum class Identity : std::uint8_t { Name, Number, Single } identity;
   const char* member;  ///< of the text; also what the operator reads: "Matrix-Tabellen"
   const char* noun;    ///< "Matrix-Tabelle"
   const char* table;   ///< empty where there are no records
@@ -63,8 +65,6 @@ struct KindRow {
   std::span<const ProjectField> fields;
   std::optional<std::size_t> number;  ///< the field that holds the record's number
   std::optional<std::size_t> name;
-  /// What tells records of the kind apart.
-  enum class Identity : std::uint8_t { Name, Number, Single } identity;
 };
 const KindRow& RowOf(ProjectKind kind);
 /// All of them, in their order.
