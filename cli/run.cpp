@@ -1,6 +1,6 @@
 #include "cli/run.h"
 
-#include <exception>
+#include <stdexcept>
 
 #include "cli/verbs.h"
 
@@ -46,7 +46,9 @@ Status Run(const std::vector<std::string>& arguments, const Outside& outside) {
   };
   try {
     Bench bench(*parsed.options, outside);
-    return Do(bench);
+    const Status status = Do(bench);
+    if (outside.out.flush()) return status;
+    throw std::runtime_error("Das Ergebnis konnte nicht ausgegeben werden.");
   } catch (const WrongRequest& error) {
     say(error);
     return WrongUse;

@@ -30,6 +30,7 @@ class CliProgram {
   cli::Status Run(std::vector<std::string> arguments) {
     std::ostringstream written;
     std::ostringstream said;
+    if (outFails) written.setstate(std::ios::badbit);
     const cli::Status status =
         cli::Run(arguments, {.com1 = world.com1,
                              .loop = world.loop,
@@ -59,6 +60,7 @@ class CliProgram {
   testing_world::BusWorld world;
   TemporaryFolder folder;
   int progressWidth = 0;
+  bool outFails = false;  ///< the disc behind the standard output is full
   std::function<void()> interrupt;
   std::string out;  ///< of the last run
   std::string err;

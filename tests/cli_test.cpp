@@ -169,6 +169,9 @@ TEST(CliProject, ComesBackEqualAndIsWrittenOverNothingUnasked) {
   EXPECT_EQ(program.Run({"import", program.folder.Path("b.kelvo")}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "Zeile")) << program.err;
   EXPECT_EQ(program.Run({"export", "-", "--kind", "Quatsch"}), cli::WrongUse);
+  program.outFails = true;
+  EXPECT_EQ(program.Run({"export", "-"}), cli::SomethingFailed);
+  program.outFails = false;
   // A folder that was mistyped is not made.
   const std::string nowhere = program.folder.Path("nowhere");
   EXPECT_EQ(program.Run({"export", "-", "--data", nowhere}), cli::SomethingFailed);
