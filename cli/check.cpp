@@ -33,6 +33,19 @@ std::string TextName(const Content& content) {
   return content.record.typ + (number < 0 ? "" : " " + std::to_string(number)) + " " + name;
 }
 
+bool IsMacro(const Content& content) {
+  if (content.item) return content.item->key.kind == ItemKind::Macro;
+  return !content.drawing &&
+         KindOfRecord(content.record.typ).value_or(ItemKind::Macro) == ItemKind::Macro;
+}
+
+// Of a macro what it holds; of all else the command that writes it.
+std::string CheckedText(const Content& content) {
+  if (!content.item) return content.record.wire;
+  const bool macro = IsMacro(content);
+  return macro ? std::string(ItemContent(*content.item)) : content.item->command;
+}
+
 /// What is found, row by row.
 class Findings {
  public:
@@ -54,6 +67,7 @@ class Findings {
  private:
   void Add(const std::string& place, const std::string& text, Severity severity, Cell position,
            Cell length, const std::string& words);
+  MacroContext ContextOf(const Content& content, const std::map<int, std::string>& macros) const;
   void CheckText(const Content& content, const std::map<int, std::string>& macros);
 
   Bench& bench_;
@@ -82,18 +96,13 @@ void Findings::Check(const Contents& contents) {
   for (const Content& content : contents.all) CheckText(content, macros);
 }
 
-void Findings::CheckText(const Content& content, const std::map<int, std::string>& macros) {
-  const bool macro = content.item
-                         ? content.item->key.kind == ItemKind::Macro
-                         : !KindOfRecord(content.record.typ) || content.record.typ == "Makro";
-  if (!macro) return;
-  const std::string wire =
-      content.item ? std::string(ItemContent(*content.item)) : content.record.wire;
-  const int number = content.item ? content.item->key.number : content.record.number;
+MacroContext Findings::ContextOf(const Content& content,
+                                 const std::map<int, std::string>& macros) const {
   const DisplaySizeChoice display = DisplayOf(bench_);
   MacroContext context;
   context.display = {display.width, display.height};
-  context.isMacro = !content.drawing;
+  context.isMacro = IsMacro(content);
+  const int number = content.item ? content.item->key.number : content.record.number;
   if (number >= 0) context.number = number;
   if (!macros.empty()) {
     context.macroText = [&macros](int wanted) {
@@ -104,7 +113,11 @@ void Findings::CheckText(const Content& content, const std::map<int, std::string
   context.hasGlyph = [this](int font, unsigned char character) {
     return bench_.Fonts().Font(font).HasGlyph(character);
   };
-  for (const Remark& remark : CheckMacro(wire, context)) {
+  return context;
+}
+
+void Findings::CheckText(const Content& content, const std::map<int, std::string>& macros) {
+  for (const Remark& remark : CheckMacro(CheckedText(content), ContextOf(content, macros))) {
     Add(content.place, TextName(content), remark.severity,
         static_cast<std::int64_t>(remark.position) + 1, static_cast<std::int64_t>(remark.length),
         remark.text);

@@ -116,6 +116,13 @@ TEST(CliCheck, MistakesAndTooLittleRoomEndWith1) {
     EXPECT_EQ(check({folder + "/" + name}), cli::SomethingFailed) << name;
   }
   EXPECT_EQ(check({"7=" + folder + "/gut.txt", "7=" + folder + "/gut.txt"}), cli::SomethingFailed);
+  // Of a table what its command says counts.
+  program.Write("codes.txt",
+                "\x1b"
+                "EWK4,80,1FF;");
+  check({folder + "/codes.txt"});
+  ASSERT_EQ(program.Rows().size(), 1U) << program.out;
+  EXPECT_EQ(program.Rows()[0]["text"], "AT-Tabelle 4 codes");
   EXPECT_EQ(check({"256=" + folder + "/gut.txt"}), cli::WrongUse);
   EXPECT_EQ(check({"--record", "Begrüßung"}), cli::AllWell);
   EXPECT_EQ(check({"--record", "Bergrüßung"}), cli::WrongUse);
