@@ -153,9 +153,9 @@ void CommandLine::AddText(CLI::App& sub, const char* name, const char* value, co
 void CommandLine::AddFileOptions(CLI::App& sub, Verb verb) {
   const bool texts = verb == Verb::Check || verb == Verb::Write || verb == Verb::Render;
   if (!texts && verb != Verb::Export && verb != Verb::Import) return;
-  const char* const help = texts ? "Makro, Zeichnung, Tabelle als Text, Bild (bmp), Zeichnung "
-                                   "(wmf),\nBestand oder Projekt (.kelvo); "
-                                   "\"7=gruss.txt\" nennt die Nummer im Terminal"
+  const char* const help = texts ? "Text eines Makros, einer Zeichnung oder Tabelle,\nBild (bmp), "
+                                   "Zeichnung (wmf), Bestand oder "
+                                   "Projekt\n(.kelvo); \"7=gruss.txt\" nennt die Nummer im Terminal"
                                  : "das Projekt (.kelvo)";
   sub.add_option("DATEI", options_.files, help)->option_text(texts ? "..." : " ");
   if (!texts) return;
