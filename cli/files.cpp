@@ -42,7 +42,9 @@ bool WriteTo(const std::string& path, const std::string& bytes) {
 
 std::string ReadWhole(const std::string& path) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) Refuse(path, "gelesen", FileReason(EISDIR));
+  if (std::filesystem::is_directory(path, ignored)) {
+    Refuse(path, "gelesen", "sie ist ein Ordner");
+  }
   const File file(std::fopen(path.c_str(), "rb"));
   if (file == nullptr) Refuse(path, "gelesen", FileReason(errno));
   std::string bytes;
