@@ -42,6 +42,7 @@ void Replay::Advance(Time now) {
 
 void Replay::Hear(Time now) {
   const std::string heard = WithoutHandshake(line_.Advance(now));
+  if (done_) return;  // a key that is pressed in the window
   ReplayHeard& here = heard_[step_];
   here.characters += heard;
   here.at.insert(here.at.end(), heard.size(), line_.Now() - start_);

@@ -53,6 +53,7 @@ void Station::Plug() {
 }
 
 void Station::Unplug() {
+  if (portPath_.empty()) return;
   {
     const std::lock_guard lock(mutex_);
     link_.reset();
@@ -70,7 +71,7 @@ void Station::SetHostFrame(int bits, int parity) {
 
 bool Station::Plugged() {
   const std::lock_guard lock(mutex_);
-  return pty_ != nullptr;
+  return pty_ != nullptr || portPath_.empty();
 }
 
 void Station::Record(const std::string& path) {
@@ -87,6 +88,7 @@ void Station::Play(ReplayPlan plan) {
   framing.bits = hostFrame_.bits;
   framing.parity = hostFrame_.parity;
   line_.SetHostFraming(framing);
+  line_.Advance(Now());
   replay_ = std::make_unique<Replay>(std::move(plan), bus_, line_, line_.Now());
 }
 
@@ -96,7 +98,7 @@ void Station::PlayAtOnce() {
 
 std::optional<ReplayReport> Station::Played() {
   const std::lock_guard lock(mutex_);
-  if (!replay_->Done()) return std::nullopt;
+  if (!replay_ || !replay_->Done()) return std::nullopt;
   return replay_->Report();
 }
 

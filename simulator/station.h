@@ -66,6 +66,7 @@ class Station {
   void Unplug();
   /// Throws as the constructor.
   void Plug();
+  /// Where there is no port there is nothing to be pulled out.
   bool Plugged();
 
  private:

@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QGridLayout>
-#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -10,6 +9,7 @@
 #include <cmath>
 
 #include "simulator/display_view.h"
+#include "simulator/line_label.h"
 #include "simulator/window.h"
 
 namespace kelvo::sim {
@@ -40,11 +40,10 @@ WallWindow::WallWindow(Station& station, const std::string& portPath)
   area_->viewport()->installEventFilter(this);
   connect(area_->verticalScrollBar(), &QScrollBar::valueChanged, this, &WallWindow::Refresh);
   connect(area_->horizontalScrollBar(), &QScrollBar::valueChanged, this, &WallWindow::Refresh);
-  auto* port = new QLabel(tr("Schnittstelle: %1").arg(QString::fromStdString(portPath)));
-  port->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  line_ = new LineLabel(station_, portPath);
   auto* column = new QVBoxLayout(this);
   column->addWidget(area_, 1);
-  column->addWidget(port);
+  column->addWidget(line_);
   resize(1000, 700);
   Refresh();
   Arrange();
@@ -111,6 +110,7 @@ bool WallWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void WallWindow::Refresh() {
+  line_->Refresh();
   const std::vector<Seen> seen = station_.With([](Bus& bus, Line&, Time) {
     std::vector<Seen> all;
     for (std::size_t i = 0; i < bus.Count(); ++i) {

@@ -18,6 +18,7 @@ class QScrollArea;
 namespace kelvo::sim {
 
 class DisplayView;
+class LineLabel;
 class SimulatorWindow;
 
 /// All Terminals of a station: a wall of displays. Each has a button that opens its own window.
@@ -59,6 +60,7 @@ class WallWindow : public QWidget {
 
   Station& station_;
   std::string portPath_;
+  LineLabel* line_;
   std::vector<Tile> tiles_;
   QScrollArea* area_ = nullptr;
   QGridLayout* grid_ = nullptr;

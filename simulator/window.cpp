@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "simulator/display_view.h"
+#include "simulator/line_label.h"
 #include "simulator/port_panel.h"
 
 namespace kelvo::sim {
@@ -108,11 +109,8 @@ QWidget* SimulatorWindow::CreateLeft(const std::string& portPath) {
   });
   column->addWidget(display_, 1);
 
-  auto* port = new QLabel(tr("Schnittstelle: %1").arg(QString::fromStdString(portPath)));
-  port->setObjectName(QStringLiteral("lblPort"));
-  port->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  port->setWordWrap(true);
-  column->addWidget(port);
+  line_ = new LineLabel(station_, portPath);
+  column->addWidget(line_);
 
   auto* caption = new QLabel(tr("&Empfangene Befehle"));
   column->addWidget(caption);
@@ -204,6 +202,7 @@ SimulatorWindow::Snapshot SimulatorWindow::Take() {
 }
 
 void SimulatorWindow::Refresh() {
+  line_->Refresh();
   Snapshot now = Take();
   display_->Show(now.picture, now.powered);
   ports_->Show(now.p0, now.p1);

@@ -16,6 +16,7 @@ class QStringListModel;
 namespace kelvo::sim {
 
 class DisplayView;
+class LineLabel;
 class PortPanel;
 
 /// One Terminal of a station, as one would have it on the desk.
@@ -66,6 +67,7 @@ class SimulatorWindow : public QWidget {
   Station& station_;
   const std::size_t terminal_;  // its place on the line
   DisplayView* display_;
+  LineLabel* line_;
   PortPanel* ports_;
   KeypadPanel* keypad_;
   SettingsPanel* settings_;

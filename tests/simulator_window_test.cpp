@@ -192,6 +192,24 @@ TEST_F(SimulatorWall, ShowsEachTerminalAndOpensItsWindow) {
   EXPECT_EQ(caption("cmdTerminal_1").substr(0, 13), "2: Adresse 10");
 }
 
+TEST_F(SimulatorWall, SaysHowACaptureWent) {
+  Station played({}, DeviceFonts());
+  for (const int address : {3, 9}) played.Add({.address = address})->PowerOn(Station::Now());
+  const Time at = std::chrono::hours(1);
+  played.Play({.steps = {{}, {.line = 1, .at = at, .sent = Esc + "!A9;" + Esc + "?A"}}, .end = at});
+  WallWindow wall(played, {});
+  SimulatorWindow& window = wall.Open(1);
+  const auto said = [](const QWidget& of) {
+    return of.findChild<QLabel*>(QStringLiteral("lblPort"))->text().toStdString();
+  };
+  EXPECT_EQ(said(wall), "Eine Mitschrift wird abgespielt.");
+  EXPECT_EQ(window.findChild<QComboBox*>(QStringLiteral("cboFault"))->currentText(), "keine");
+  played.PlayAtOnce();
+  wall.Refresh();
+  EXPECT_EQ(said(window), "Mitschrift abgespielt. Antworten: 1, davon verschieden: 1");
+  EXPECT_EQ(said(wall), said(window));
+}
+
 TEST_F(SimulatorWall, DisplayOutOfSightIsCaughtUpWithWhenItIsScrolledTo) {
   for (std::size_t i = 0; i < Bus::kMost; ++i) station.Add({})->PowerOn(Station::Now());
   WallWindow wall(station, port);
