@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "settings/macros.h"
 #include "sheet/characters.h"
 #include "sheet/keyboard_chapters.h"
 
@@ -79,13 +80,16 @@ SheetTable RecordTable(const std::vector<const StoredRecord*>& records) {
 
 std::vector<SheetBlock> RecordBlocks(const SheetSources& sources, const StoredRecord& record,
                                      const TextPrinter& printer) {
+  const auto kind = KindOfRecord(record.typ);
   const std::string number = record.number < 0 ? "" : " " + std::to_string(record.number);
   std::vector<SheetBlock> blocks{
       SheetHeading{3, TypText(record) + number + QuotedName(record.name)},
       SheetText{std::string("Beruht auf: ") + kDatabaseBasis + ".", true}};
+  if (kind == ItemKind::Macro && record.wire.size() > kLongestMakro) {
+    blocks.emplace_back(SheetText{"Zu lang für ein Makro; die Befehle stehen hier nicht."});
+  }
   const MacroTexts macros = TextsOf(sources.records);
   std::vector<SheetBlock> content;
-  const auto kind = KindOfRecord(record.typ);
   if (kind == ItemKind::MatrixTable) {
     const auto wiring = sources.wiring.find(record.id);
     const bool wired = wiring != sources.wiring.end();
@@ -93,8 +97,10 @@ std::vector<SheetBlock> RecordBlocks(const SheetSources& sources, const StoredRe
                            "Datenbank, dieser Satz");
   } else if (kind == ItemKind::AtTable) {
     content = RecodingBlocks(TableIn(record));
+  } else if (kind && record.wire.size() <= kLongestMakro) {
+    content = printer.Macro(record.wire, macros);
   } else {
-    content = kind ? printer.Macro(record.wire, macros) : printer.Drawing(record.wire, macros);
+    content = printer.Drawing(record.wire, macros);
   }
   for (SheetBlock& block : content) blocks.push_back(std::move(block));
   return blocks;

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPrinter>
 #include <QProgressBar>
@@ -42,8 +43,8 @@ SheetDialog::SheetDialog(Services services, QWidget* parent)
   setWindowTitle(tr("Datenblatt"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   auto* columns = new QHBoxLayout;
-  columns->addLayout(MakeChoice(), 2);
-  columns->addLayout(MakePreview(), 5);
+  columns->addLayout(MakeChoice(), 1);
+  columns->addLayout(MakePreview(), 2);
   auto* page = new QVBoxLayout(this);
   page->addLayout(columns, 1);
   page->addLayout(MakeButtons());
@@ -55,8 +56,14 @@ SheetDialog::~SheetDialog() = default;
 
 QLayout* SheetDialog::MakeChoice() {
   ctlDatenblattListe =
-      Named(new TickList({tr("Terminal"), tr("Anschluss")}, {28}), "ctlDatenblattListe");
+      Named(new TickList({tr("Terminal"), tr("Anschluss")}, {}), "ctlDatenblattListe");
   ctlDatenblattListe->setAccessibleName(tr("Terminals"));
+  // Of a long name the middle is left out, but not where the Terminal is.
+  ctlDatenblattListe->setTextElideMode(Qt::ElideMiddle);
+  QHeaderView& header = *ctlDatenblattListe->header();
+  header.setStretchLastSection(false);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
+  header.setSectionResizeMode(1, QHeaderView::ResizeToContents);
   cmdDatenblattAlle = MakeButton("cmdDatenblattAlle", tr("&Alle"));
   cmdDatenblattKeine = MakeButton("cmdDatenblattKeine", tr("K&eines"));
   chkDatenblattDatum =
@@ -184,7 +191,6 @@ void SheetDialog::FillTerminals(const std::optional<TerminalId>& terminal) {
     const bool ticked = found ? some.id == *terminal : some.stored || terminals_.size() == 1;
     ctlDatenblattListe->Add({Text(SheetName(some)), DeviceText(some.id.device)}, ticked);
   }
-  ctlDatenblattListe->FitColumn(0);
   filling_ = false;
   Remake();
 }
@@ -232,11 +238,17 @@ void SheetDialog::Remake() {
 
 // ---- the work, in slices ----
 
+// What has failed once is not tried again.
 void SheetDialog::Work() {
   QElapsedTimer slice;
   slice.start();
-  while (work_.isActive() && slice.elapsed() < kSliceMs) {
-    if (!WorkOnce()) work_.stop();
+  try {
+    while (work_.isActive() && slice.elapsed() < kSliceMs) {
+      if (!WorkOnce()) work_.stop();
+    }
+  } catch (...) {
+    work_.stop();
+    throw;
   }
   ShowState();
 }
@@ -245,7 +257,7 @@ bool SheetDialog::WorkOnce() {
   if (output_ == nullptr) return Make();
   if (output_->Step()) return true;
   EndOutput();
-  return false;
+  return work_.isActive();
 }
 
 bool SheetDialog::Make() {

@@ -72,11 +72,14 @@ TEST_F(SheetTest, EachStatementSaysWhatItRestsOn) {
   EXPECT_EQ(Behind(sheet, "Eingänge P1"), "nicht gelesen|nicht gelesen|");
   EXPECT_EQ(Behind(sheet, "Baudrate"), "19200 Bit/s|Datenbank|");
   EXPECT_EQ(Behind(sheet, "Uhr"), "4|Datenbank|") << "in no Terminal";
+  EXPECT_FALSE(Says(sheet, "Zu lang für ein Makro"));
   EXPECT_TRUE(Says(sheet, "Was sonst im EEPROM liegt, ist nicht bekannt"));
   EXPECT_TRUE(Says(sheet, "Freier Platz: nicht gelesen."));
   EXPECT_TRUE(Says(sheet, "Die aktive Tabelle ist nicht gelesen."));
   EXPECT_TRUE(Says(sheet, "Nicht bekannt: Von hier wurde keine gespeichert"));
 
+  records.push_back({3, "Makro", "lang", 10, std::string(1024, 'x')});
+  EXPECT_TRUE(Says(Now(), "Zu lang für ein Makro"));
   // A Terminal that tells what cannot be.
   for (const int bytes : {8000, 100}) {
     Journal().Add(
