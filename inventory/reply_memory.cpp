@@ -9,7 +9,29 @@ namespace kelvo {
 ReplyMemory::ReplyMemory(LineWatch& line, const EventLoop& loop,
                          std::function<TerminalId()> listener)
     : loop_(loop), listener_(std::move(listener)) {
+  line.FollowTraffic([this](Direction direction, std::string_view characters) {
+    if (direction == Direction::ToTerminal) Sent(characters);
+  });
   line.FollowOutcomes([this](const Outcome& outcome) { Take(outcome); });
+}
+
+// Who listened before may be another one.
+void ReplyMemory::Sent(std::string_view characters) {
+  WalkCommands(characters, [this](const SentCommand& command) {
+    if (command.row == nullptr || command.row->name != CommandName::SelectAddress) return true;
+    std::erase_if(newest_,
+                  [](const auto& some) { return some.first.first.address == kUnknownAddress; });
+    return false;
+  });
+}
+
+void ReplyMemory::TakeNameless(const TerminalId& told) {
+  for (const Question& question : Questions()) {
+    auto nameless = newest_.extract({{told.device, kUnknownAddress}, question.query});
+    if (nameless.empty()) continue;
+    nameless.mapped().terminal = told;
+    newest_.insert_or_assign({told, question.query}, std::move(nameless.mapped()));
+  }
 }
 
 // Where all listen, nobody knows whose reply it is.
@@ -22,6 +44,7 @@ void ReplyMemory::Take(const Outcome& outcome) {
   });
   const TerminalId listener = listener_();
   if (!known || listener.address == kAllAddresses) return;
+  if (listener.address != kUnknownAddress) TakeNameless(listener);
   newest_[{listener, asked->name}] = {loop_.WallClock(), listener, asked->name, outcome.reply.text};
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <string_view>
 #include <utility>
 
 #include "inventory/readings.h"
@@ -10,6 +11,8 @@
 namespace kelvo {
 
 /// Follows the line and keeps the newest reply to each question of one Terminal, whoever asked it.
+/// What a Terminal has said before it was known who it is counts as its own once it tells its
+/// address, unless another one may have been selected meanwhile.
 class ReplyMemory {
  public:
   /// `listener` tells who listens now.
@@ -21,7 +24,9 @@ class ReplyMemory {
   void AddTo(Readings& readings) const;
 
  private:
+  void Sent(std::string_view characters);
   void Take(const Outcome& outcome);
+  void TakeNameless(const TerminalId& told);
 
   const EventLoop& loop_;
   std::function<TerminalId()> listener_;

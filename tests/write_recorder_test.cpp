@@ -88,6 +88,13 @@ TEST_F(WriteRecorderTest, EachWriteIsKeptForWhoListenedWithItsRecordAndItsProof)
 TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
   const ReplyMemory replies(watch, loop, [this] { return recorder.Listener(); });
   Readings readings;
+  At(1).SetFault(sim::Fault::Silent);
+  At(2).SetFault(sim::Fault::Silent);
+  exchange.SendQuery(Command(CommandName::AskVersion));
+  exchange.SendQuery(Command(CommandName::AskAddress));
+  replies.AddTo(readings);
+  EXPECT_NE(readings.Last({kDevice, 0}, CommandName::AskVersion), nullptr) << "told who it is";
+  At(1).SetFault(sim::Fault::None);
   for (const int address : {5, 255, 6}) {
     Write(SelectAddress(address));
     if (address != 6) exchange.SendQuery(Command(CommandName::AskVersion));
