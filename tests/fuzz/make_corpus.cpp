@@ -6,7 +6,10 @@
 #include "graphics/create_pic.h"
 #include "graphics/dib.h"
 #include "graphics/wmf.h"
+#include "inventory/journal.h"
+#include "project/project_text.h"
 #include "tests/drawing_samples.h"
+#include "tests/random_project.h"
 
 namespace {
 
@@ -25,6 +28,21 @@ std::string SmallDib(int bits) {
   return dib;
 }
 
+// Records of every kind, a drawing and an entry.
+std::string SmallProject(unsigned start) {
+  kelvo::Project project = kelvo::RandomProject(start).Next(10);
+  project.drawings = {{"Plan.wmf", kelvo::RandomDrawings(start).Next()}};
+  const kelvo::ItemChange macro{kelvo::ItemChange::Kind::Written, {kelvo::ItemKind::Macro, 7}};
+  project.inventory = {{kelvo::JournalTime(std::chrono::seconds(start)),
+                        {"/dev/ttyS0", 3},
+                        kelvo::Event::Acknowledged,
+                        macro,
+                        "Uhr",
+                        "\x1b"
+                        "EWM7,x\x03"}};
+  return kelvo::ProjectText(project).value_or("");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -38,6 +56,7 @@ int main(int argc, char** argv) {
     kelvo::TerminalTraits traits;
     traits.displayHeight = 128;
     Write(folder + "/pic/" + number, kelvo::CreatePic(drawing, traits).text);
+    Write(folder + "/project/" + number, SmallProject(static_cast<unsigned>(i)));
   }
   for (const int bits : {1, 4, 8, 16, 24, 32}) {
     Write(folder + "/dib/" + std::to_string(bits), SmallDib(bits));
