@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "graphics/pic_reader.h"
 #include "graphics/wmf.h"
@@ -71,7 +72,7 @@ ExportDialog::ExportDialog(ProjectServices services, QWidget* parent)
   ctlExport->setUniformRowHeights(true);
   ctlExport->header()->setStretchLastSection(false);
   ctlExport->header()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
-  connect(ctlExport, &QTreeWidget::itemChanged, this, [this] { ShowCount(); });
+  connect(ctlExport, &QTreeWidget::itemChanged, this, &ExportDialog::ShowCountSoon);
   lblExport = Named(new QLabel, "lblExport");
   lblExport->setWordWrap(true);
   auto* column = new QVBoxLayout(this);
@@ -183,6 +184,16 @@ std::size_t ExportDialog::Ticked() const {
     }
   }
   return ticked;
+}
+
+// A kind's tick changes those of all its records, each for itself.
+void ExportDialog::ShowCountSoon() {
+  if (std::exchange(countWaits_, true)) return;
+  const auto show = [this] {
+    countWaits_ = false;
+    ShowCount();
+  };
+  QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
 
 void ExportDialog::ShowCount() {

@@ -33,6 +33,7 @@ class ExportDialog : public QDialog {
   void AddEntry(ProjectKind kind, const QString& number, const QString& name, std::size_t index);
   void ShowKinds();
   void TickAll(bool ticked);
+  void ShowCountSoon();
   void ShowCount();
   std::size_t Ticked() const;
   Project Chosen() const;
@@ -47,6 +48,7 @@ class ExportDialog : public QDialog {
   std::vector<RecordHere> records_;
   std::vector<ProjectDrawing> drawings_;
   std::vector<TerminalId> terminals_;  // that the journal tells of
+  bool countWaits_ = false;
   QTreeWidget* ctlExport;
   QLabel* lblExport;
   QPushButton* cmdExportDatei;

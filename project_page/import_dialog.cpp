@@ -193,10 +193,14 @@ void ImportDialog::Compare() {
 // Of those that are shown, the first that is to be decided, or of all.
 int ImportDialog::FirstRow() const {
   for (int row = 0; row < shown_.rowCount(); ++row) {
-    const int item = shown_.mapToSource(shown_.index(row, 0)).row();
-    if (model_.Item(item).choice == ImportChoice::Open) return row;
+    if (IsOpen(row)) return row;
   }
   return 0;
+}
+
+bool ImportDialog::IsOpen(int shownRow) const {
+  const int row = shown_.mapToSource(shown_.index(shownRow, 0)).row();
+  return model_.Item(row).choice == ImportChoice::Open;
 }
 
 void ImportDialog::ShowExtras() {
@@ -214,8 +218,10 @@ void ImportDialog::ShowExtras() {
 
 std::vector<int> ImportDialog::SelectedRows() const {
   std::vector<int> rows;
-  for (const QModelIndex& index : ctlImport->selectionModel()->selectedRows()) {
-    rows.push_back(shown_.mapToSource(index).row());
+  for (const QItemSelectionRange& range : ctlImport->selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      rows.push_back(shown_.mapToSource(shown_.index(row, 0)).row());
+    }
   }
   return rows;
 }
@@ -276,27 +282,28 @@ void ImportDialog::ShowSummary() {
   lblImport->setText(tr("%1. %2, %3.").arg(CountsText(), changes, left));
 }
 
-void ImportDialog::ChooseSelected(ImportChoice choice) {
-  for (const int row : SelectedRows()) model_.Choose(row, choice);
-}
+void ImportDialog::ChooseSelected(ImportChoice choice) { model_.Choose(SelectedRows(), choice); }
 
 // A name that is typed is meant to be used.
 void ImportDialog::TypeName(const QString& name) {
   const auto row = CurrentRow();
   if (!row || name.trimmed().isEmpty()) return;
   model_.SetBesideName(*row, name.toStdString());
-  model_.Choose(*row, ImportChoice::Beside);
+  model_.Choose({*row}, ImportChoice::Beside);
 }
 
+// Rows that follow one another as one range: thousands of ranges would be slow.
 void ImportDialog::cmdImportOffene_Click() {
   QItemSelection open;
-  for (int row = 0; row < model_.rowCount(); ++row) {
-    if (model_.Item(row).choice != ImportChoice::Open) continue;
-    const QModelIndex index = shown_.mapFromSource(model_.index(row, 0));
-    open.select(index, index);
+  int first = -1;
+  for (int row = 0; row <= shown_.rowCount(); ++row) {
+    const bool isOpen = row < shown_.rowCount() && IsOpen(row);
+    if (isOpen && first < 0) first = row;
+    if (isOpen || first < 0) continue;
+    open.select(shown_.index(first, 0), shown_.index(row - 1, ImportModel::ColumnCount - 1));
+    first = -1;
   }
-  ctlImport->selectionModel()->select(
-      open, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  ctlImport->selectionModel()->select(open, QItemSelectionModel::ClearAndSelect);
   ctlImport->setFocus();
 }
 

@@ -54,6 +54,7 @@ class ImportDialog : public QDialog {
   void ShowSummary();
   void ShowExtras();
   int FirstRow() const;
+  bool IsOpen(int shownRow) const;
   std::optional<int> CurrentRow() const;
   std::vector<int> SelectedRows() const;
   void ChooseSelected(ImportChoice choice);

@@ -25,12 +25,12 @@ void ImportModel::Show(ImportPlan plan) {
   endResetModel();
 }
 
-bool ImportModel::Choose(int row, ImportChoice choice) {
-  ImportItem& item = plan_.items[static_cast<std::size_t>(row)];
-  if (!item.MayChoose(choice)) return false;
-  item.choice = choice;
-  Q_EMIT dataChanged(index(row, Choice), index(row, Choice));
-  return true;
+void ImportModel::Choose(const std::vector<int>& rows, ImportChoice choice) {
+  for (const int row : rows) {
+    ImportItem& item = plan_.items[static_cast<std::size_t>(row)];
+    if (item.MayChoose(choice)) item.choice = choice;
+  }
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Choice), index(rowCount() - 1, Choice));
 }
 
 void ImportModel::SetBesideName(int row, const std::string& name) {

@@ -16,8 +16,8 @@ class ImportModel : public QAbstractTableModel {
   void Show(ImportPlan plan);
   const ImportPlan& Plan() const { return plan_; }
   const ImportItem& Item(int row) const { return plan_.items[static_cast<std::size_t>(row)]; }
-  /// Rows that may not be chosen so stay as they are; false then.
-  bool Choose(int row, ImportChoice choice);
+  /// Rows that may not be chosen so stay as they are.
+  void Choose(const std::vector<int>& rows, ImportChoice choice);
   void SetBesideName(int row, const std::string& name);
   void TakeInventory(bool take) { plan_.takeInventory = take; }
 

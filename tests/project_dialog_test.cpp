@@ -53,6 +53,7 @@ TEST_F(ProjectDialogTest, ExportsWhatIsTickedAndSaysWhereOnlyAPartIs) {
   EXPECT_FALSE(Find("cmdExportDatei").isEnabled());
   Entry("Rahmen").setCheckState(0, Qt::Checked);
   Entry("Terminals (0)").setCheckState(0, Qt::Checked);
+  QApplication::processEvents();
   EXPECT_TRUE(Text("lblExport").starts_with("1 von"));
   Click("cmdExportDatei");
   EXPECT_EQ(File(),
