@@ -90,6 +90,13 @@ TerminalTraits TraitsOf(Bench& bench) {
   return traits;
 }
 
+// A text may begin so, too; but it has no zeros in the reserved place.
+bool IsBitmapFile(const std::string& bytes) {
+  constexpr std::size_t kReserved = 6;
+  return bytes.starts_with(kBitmapFile) && bytes.size() > kBitmapFileHead &&
+         bytes.compare(kReserved, 4, std::string(4, '\0')) == 0;
+}
+
 bool IsMetafile(const std::string& bytes) {
   return std::any_of(std::begin(kMetafiles), std::end(kMetafiles),
                      [&bytes](std::string_view begin) { return bytes.starts_with(begin); });
@@ -144,7 +151,7 @@ void AddFile(Bench& bench, Contents& contents, const std::string& argument) {
     AddProject(contents, file.path, ProjectFrom(file.path, bytes), TraitsOf(bench));
   } else if (IsMetafile(bytes)) {
     AddMetafile(bench, contents, file, bytes);
-  } else if (bytes.starts_with(kBitmapFile) && bytes.size() > kBitmapFileHead) {
+  } else if (IsBitmapFile(bytes)) {
     AddBitmap(bench, contents, file, bytes);
   } else {
     AddText(contents, file, bytes);

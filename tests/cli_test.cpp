@@ -116,6 +116,9 @@ TEST(CliCheck, MistakesAndTooLittleRoomEndWith1) {
     EXPECT_EQ(check({folder + "/" + name}), cli::SomethingFailed) << name;
   }
   EXPECT_EQ(check({"7=" + folder + "/gut.txt", "7=" + folder + "/gut.txt"}), cli::SomethingFailed);
+  // A text that begins like a picture's file is none.
+  program.Write("bm.txt", "BM und mehr Text dahinter");
+  EXPECT_EQ(check({"7=" + folder + "/bm.txt"}), cli::AllWell) << program.out;
   // Of a table what its command says counts.
   program.Write("codes.txt",
                 "\x1b"
