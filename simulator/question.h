@@ -6,6 +6,12 @@
 
 namespace kelvo::sim {
 
+/// Whether this may be the end of an answer.
+inline bool EndsAnswer(std::string_view text) {
+  const auto last = text.empty() ? '\0' : static_cast<unsigned char>(text.back());
+  return last == ';' || last == kAck || last == kNak || last == '\n';
+}
+
 /// Follows what the host sends, whichever Terminal it is meant for.
 class Question : private CommandParser::Handler {
  public:

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <system_error>
-#include <utility>
 
 namespace kelvo::sim {
 namespace {
@@ -11,6 +10,14 @@ namespace {
 constexpr Time kSameLine = std::chrono::milliseconds(40);
 // More is too long for a line that somebody is to read.
 constexpr std::size_t kLongest = 50'000;
+
+// A key that was pressed does not.
+bool HoldsAnswer(std::string_view text) {
+  for (; !text.empty(); text.remove_suffix(1)) {
+    if (EndsAnswer(text)) return true;
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -51,7 +58,10 @@ void Recorder::Complete() {
     asked_ = question_.AskedBy(line_->characters) > 0;
     linesBack_ = 1;
   } else {
-    if (std::exchange(asked_, false)) line_->result = Result();
+    if (asked_ && HoldsAnswer(line_->characters)) {
+      line_->result = Result();
+      asked_ = false;
+    }
     // Before anything has been sent there is no such line.
     line_->linesBack = linesBack_ > 0 ? linesBack_++ : 0;
   }

@@ -15,7 +15,11 @@ Replay::Replay(ReplayPlan plan, Bus& bus, Line& line, Time start)
 // Whether more must come before the next text.
 bool Replay::Waits() const {
   if (step_ == 0 || line_.Now() - sentAt_ > kPatience) return false;
-  return line_.Answering() || heard_[step_].characters.size() < plan_.steps[step_].ReceivedLength();
+  const ReplayStep& step = plan_.steps[step_];
+  const std::string& heard = heard_[step_].characters;
+  if (heard.size() < step.AwaitedLength()) return true;
+  // What is answered differently is heard to its end; else what follows would be taken for wrong.
+  return line_.Answering() && !heardLately_.starts_with(recordedLately_);
 }
 
 Time Replay::NextSend() const {
@@ -45,6 +49,7 @@ void Replay::Hear(Time now) {
   if (done_) return;  // a key that is pressed in the window
   ReplayHeard& here = heard_[step_];
   here.characters += heard;
+  heardLately_ += heard;
   here.at.insert(here.at.end(), heard.size(), line_.Now() - start_);
 }
 
@@ -57,6 +62,11 @@ void Replay::Send() {
   sentAt_ = line_.Now();
   start_ = sentAt_ - step.at;
   FollowInterface();
+  if (!line_.Answering()) {
+    heardLately_.clear();
+    recordedLately_.clear();
+  }
+  recordedLately_ += step.Received();
   line_.FromHost(step.sent, sentAt_);
 }
 

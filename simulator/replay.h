@@ -75,6 +75,9 @@ class Replay {
   std::size_t step_ = 0;
   Time sentAt_;
   std::vector<ReplayHeard> heard_;
+  // Since a text was sent that met no answer still on its way.
+  std::string heardLately_;
+  std::string recordedLately_;
   bool done_ = false;
 };
 

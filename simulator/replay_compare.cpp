@@ -2,6 +2,7 @@
 #include <map>
 
 #include "base/wire_text.h"
+#include "simulator/question.h"
 #include "simulator/replay.h"
 
 namespace kelvo::sim {
@@ -25,22 +26,25 @@ struct Matched {
   std::size_t failed = 0;  // the first text of the capture that fits nowhere, if there is no way
 };
 
-bool EndsAnswer(std::string_view heard) {
-  return heard.ends_with(';') || heard.ends_with(static_cast<char>(kAck)) ||
-         heard.ends_with(static_cast<char>(kNak));
-}
-
 void AddWay(Ways& ways, std::size_t length, std::vector<Unasked> unasked,
             std::optional<Unasked> more = std::nullopt) {
   if (more) unasked.push_back(*more);
   ways.try_emplace(length, std::move(unasked));
 }
 
+int AnswersIn(std::string_view heard) {
+  int answers = 0;
+  for (std::size_t length = 1; length <= heard.size(); ++length) {
+    answers += EndsAnswer(heard.substr(0, length)) ? 1 : 0;
+  }
+  return answers;
+}
+
 // A key that is pressed while an answer arrives, or shortly after, stands in the same line behind
 // it.
 bool IsBehindAnswer(const ReplayStep& step, std::string_view heard, std::string_view recorded) {
-  return step.questions == 1 && EndsAnswer(heard) && heard.size() < recorded.size() &&
-         recorded.starts_with(heard);
+  return step.questions > 0 && EndsAnswer(heard) && heard.size() < recorded.size() &&
+         recorded.starts_with(heard) && AnswersIn(heard) >= step.questions;
 }
 
 // All ways to find the texts of the capture in `heard`, from its first character on and without a
@@ -128,7 +132,7 @@ class Comparison {
     if (!step.received.empty()) {
       difference.line = step.received[std::min(failed, step.received.size() - 1)].line;
     }
-    for (const ReplayReceived& one : step.received) difference.recorded += one.characters;
+    difference.recorded = step.Received();
     difference.replayed = text_;
     report_.differences.push_back(std::move(difference));
     ++report_.answers;

@@ -1,7 +1,6 @@
 #include "simulator/replay_plan.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 #include "link/capture_text.h"
@@ -68,10 +67,20 @@ class PlanReader {
 
 }  // namespace
 
-std::size_t ReplayStep::ReceivedLength() const {
-  return std::accumulate(
-      received.begin(), received.end(), std::size_t{0},
-      [](std::size_t sum, const ReplayReceived& one) { return sum + one.characters.size(); });
+std::size_t ReplayStep::AwaitedLength() const {
+  std::size_t length = 0;
+  std::size_t awaited = 0;
+  for (const ReplayReceived& text : received) {
+    length += text.characters.size();
+    if (text.asked) awaited = length;
+  }
+  return awaited;
+}
+
+std::string ReplayStep::Received() const {
+  std::string all;
+  for (const ReplayReceived& text : received) all += text.characters;
+  return all;
 }
 
 std::optional<std::string> ReadReplay(std::string_view capture, ReplayPlan& plan) {

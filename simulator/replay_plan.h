@@ -27,7 +27,10 @@ struct ReplayStep {
   bool compared = true;  ///< not when the line went away meanwhile
   std::vector<ReplayReceived> received{};
 
-  std::size_t ReceivedLength() const;
+  /// Characters up to the end of the last answer.
+  std::size_t AwaitedLength() const;
+  /// All that came back.
+  std::string Received() const;
 };
 
 /// What the host did in a capture. Characters of the handshake (XON, XOFF) are left out: they come

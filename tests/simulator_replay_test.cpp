@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "link/traffic_capture.h"
 #include "simulator/recorder.h"
 #include "simulator/replay.h"
@@ -45,6 +47,11 @@ class Conversation : public World {
       recorder_->Advance(now);
     }
   }
+  /// Until nothing more comes.
+  void Listen() {
+    do Pass(100ms);
+    while (line.NextEvent());
+  }
   void Press(const std::string& keys) {
     for (const char key : keys) bus.At(0).Type(static_cast<unsigned char>(key), now);
   }
@@ -79,7 +86,7 @@ ReplayPlan Plan(const std::string& capture) {
 }
 
 // Played in steps of time of the caller's choice, or from event to event.
-ReplayReport Play(const std::string& capture, World world, Time step = Time::zero()) {
+ReplayReport Play(const std::string& capture, World&& world, Time step = Time::zero()) {
   Replay replay(Plan(capture), world.bus, world.line, world.now);
   for (Time now = world.now; !replay.Done();) {
     now = step > Time::zero() ? now + step : *replay.NextEvent();
@@ -160,6 +167,42 @@ TEST(SimulatorReplay, AnswersThatComeBehindTheNextTextBelongToTheirOwn) {
   host.Pass(1s);
   EXPECT_EQ(ReplayText(Play(host.Capture(), World(19200, Fault::Late))),
             "Antworten: 3, davon verschieden: 0\n");  // the last two came to the same text
+}
+
+// In whatever haste, with faults, an echo, another rate and keys that are pressed. Only where two
+// Terminals send at once it is a matter of less than the milliseconds that a capture knows.
+TEST(SimulatorReplay, AnyConversationPlaysAgain) {
+  const std::string texts[] = {"?V", "?A",           "?P",    "E?F",   "??",        "GC",
+                               "C?", "EWM1,abc\x03", "ECM1;", "EDM1;", "GTabc\x04", "R"};
+  const Fault faults[] = {Fault::None, Fault::Late, Fault::Slow, Fault::Nak, Fault::Silent};
+  for (unsigned conversation = 0; conversation < 200; ++conversation) {
+    std::mt19937 random(conversation);
+    const auto any = [&random](std::size_t below) { return random() % below; };
+    const int baud = any(2) == 0 ? 19200 : 1200;
+    const Fault fault = faults[any(std::size(faults))];
+    const bool echo = any(3) == 0;
+    Conversation host(baud, fault);
+    host.line.SetEcho(echo);
+    for (int i = 0; i < 40; ++i) {
+      if (any(10) == 0) {
+        host.Listen();
+        host.Pass(100ms);
+        host.Press("k");
+        host.Listen();
+        host.Say(Esc + (any(2) == 0 ? "!A0;" : "!A3;"), 10ms);
+      }
+      const std::string more = any(4) == 0 ? Esc + texts[any(std::size(texts))] : "";
+      host.Say(Esc + texts[any(std::size(texts))] + more,
+               std::chrono::milliseconds(any(3) == 0 ? any(20) : any(800)));
+    }
+    host.Pass(3s);
+    World world(baud, fault);
+    world.line.SetEcho(echo);
+    const std::string capture = host.Capture();
+    const ReplayReport report = Play(capture, std::move(world));
+    EXPECT_TRUE(report.differences.empty()) << conversation << '\n'
+                                            << ReplayText(report) << capture;
+  }
 }
 
 // Lines of a capture, half a second apart.
