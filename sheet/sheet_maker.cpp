@@ -13,6 +13,7 @@ namespace kelvo {
 namespace {
 
 constexpr char kTitle[] = "Datenblatt";
+constexpr char kDatabasePart[] = "Datenbank";
 
 SheetTable TerminalTable(const SheetSources& sources) {
   SheetTable table{{{"Adresse", 5}, {"Name", 16}, {"Anschluss", 10}, {"Version", 8}}, {}};
@@ -55,9 +56,9 @@ const char* ChapterTitle(SheetChapter chapter) {
     case SheetChapter::Readings:
       return "Antworten des Terminals";
     case SheetChapter::Drawings:
-      return "Zeichnungen der Datenbank";
+      return "Zeichnungen";
     case SheetChapter::Database:
-      return "Sätze der Datenbank, die in keinem dieser Terminals bekannt sind";
+      return "Sätze, die in keinem dieser Terminals bekannt sind";
     case SheetChapter::Characters:
       break;
   }
@@ -163,13 +164,18 @@ void SheetMaker::PlanItems(std::size_t index, SheetChapter chapter, ItemKind kin
 }
 
 void SheetMaker::PlanRecords() {
+  if (Wanted(SheetChapter::Drawings) || Wanted(SheetChapter::Database)) {
+    Then([this] {
+      Begin(kDatabasePart);
+      Add(SheetHeading{1, kDatabasePart});
+    });
+  }
   const auto plan = [this](SheetChapter chapter,
                            std::vector<const StoredRecord*> (*records)(const SheetSources&)) {
     if (!Wanted(chapter)) return;
     const std::vector<const StoredRecord*> some = records(sources_);
     Then([this, chapter, some] {
-      Begin(ChapterTitle(chapter));
-      Add(SheetHeading{1, ChapterTitle(chapter)});
+      Add(SheetHeading{2, ChapterTitle(chapter)});
       if (some.empty()) {
         Add(SheetText{"Keine."});
       } else {

@@ -13,7 +13,7 @@ namespace {
 
 std::string YesNo(bool yes) { return yes ? "ja" : "nein"; }
 
-SheetTable PropertyTable() { return {{{"Eigenschaft", 10}, {"Wert", 14}, {"Beruht auf", 14}}, {}}; }
+SheetTable PropertyTable() { return {{{"Eigenschaft", 13}, {"Wert", 13}, {"Beruht auf", 12}}, {}}; }
 
 // The address and the version are of interest beside the settings, too.
 std::vector<std::string> ReadRow(const SheetSubject& subject, const Question& question) {
@@ -118,7 +118,7 @@ std::vector<SheetBlock> InterfacesChapter(const SheetSubject& subject) {
   line.rows.push_back({"Gerät am PC", device.empty() ? "nicht bekannt" : device,
                        device.empty() ? "kein Anschluss gewählt" : "Anschluss, Aufzeichnung"});
   std::vector<SheetBlock> blocks{
-      std::move(table), SheetHeading{3, "Schnittstellen, wie am PC eingestellt"}, std::move(line)};
+      std::move(table), SheetHeading{3, "Schnittstellen, wie am PC gewählt"}, std::move(line)};
   AddConfig(blocks, subject);
   return blocks;
 }

@@ -145,8 +145,8 @@ double SheetLayout::NeededFrom(std::size_t block) const {
   for (; block < Part().blocks.size(); ++block) {
     const SheetBlock& some = Part().blocks[block];
     needed += HeightOf(some);
-    const bool leads =
-        std::holds_alternative<SheetHeading>(some) || std::holds_alternative<SheetText>(some);
+    const auto* text = std::get_if<SheetText>(&some);
+    const bool leads = std::holds_alternative<SheetHeading>(some) || (text && text->small);
     if (!leads) break;
   }
   return std::min(needed, kSheetBottom - kSheetTop);

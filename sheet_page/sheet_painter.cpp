@@ -9,6 +9,7 @@ namespace {
 
 constexpr double kMmPerPoint = 25.4 / 72;
 constexpr double kHairline = 0.15 * kUnitsPerMm;
+constexpr double kFrameGap = 0.7 * kUnitsPerMm;
 constexpr double kHeadBase = 16 * kUnitsPerMm;  // base line of the name
 constexpr double kHeadLine = 4.5 * kUnitsPerMm;
 constexpr double kHeadRule = 22.5 * kUnitsPerMm;
@@ -68,7 +69,8 @@ void PaintSheetPage(QPainter& painter, const SheetPages& sheet, std::size_t inde
   for (const QLineF& rule : page.rules) painter.drawLine(rule);
   for (const SheetPage::Picture& picture : page.pictures) {
     painter.drawImage(picture.place, picture.dots);
-    painter.drawRect(picture.place);
+    // Apart from the dots, which may be a frame themselves.
+    painter.drawRect(picture.place.adjusted(-kFrameGap, -kFrameGap, kFrameGap, kFrameGap));
   }
   for (const SheetPage::Text& text : page.texts) {
     painter.setFont(FontOf(text.font));
