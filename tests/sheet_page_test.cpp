@@ -144,6 +144,7 @@ class SheetDialogTest : public PageTest {
                          },
                          [this](QPrinter& printer, QWidget*) {
                            printer.setOutputFileName(QString::fromStdString(printed));
+                           if (lastPage > 0) printer.setFromTo(2, lastPage);
                            return !printed.empty();
                          }}));
     QObject::connect(&dialog, &SheetDialog::Finished, &dialog,
@@ -163,6 +164,7 @@ class SheetDialogTest : public PageTest {
   SheetSample sample;
   TerminalId tor;
   std::string printed;
+  int lastPage = 0;  // chosen for the printer, from the second one on
   std::vector<std::string> finished;
 };
 
@@ -194,6 +196,12 @@ TEST_F(SheetDialogTest, MakesTheSheetOfWhatIsTickedAndWritesIt) {
   EXPECT_TRUE(both.contains(QStringLiteral("Pult")) &&
               both.contains(QStringLiteral("Erstellt am")));
   EXPECT_FALSE(both.contains(QStringLiteral("Bitmaps")));
+  lastPage = 3;
+  Click("cmdDatenblattDrucken");
+  Rest();
+  EXPECT_EQ(finished.back(), "Datenblatt gedruckt: 2 Seiten.");
+  EXPECT_TRUE(TextInPdf(printed).contains(QStringLiteral("Seite 3 von")));
+  EXPECT_FALSE(TextInPdf(printed).contains(QStringLiteral("Seite 1 von")));
   EXPECT_TRUE(port.written.empty()) << "no Terminal is asked";
 }
 
