@@ -53,6 +53,8 @@ std::string TransferStateText(const TransferEntry& entry) {
       return {};
     case TransferState::Waiting:
       return "wartet";
+    case TransferState::Open:
+      return "offen";
     case TransferState::Sending:
       return "sendet, " + std::to_string(entry.percent) + " %";
     case TransferState::Cut:
@@ -93,8 +95,8 @@ std::string TransferSummary(const std::vector<TransferEntry>& entries) {
   if (const auto unproven = count(TransferState::Unproven)) {
     text += ", " + std::to_string(unproven) + " nicht geprüft";
   }
-  if (const auto waiting = count(TransferState::Waiting)) {
-    text += ", " + std::to_string(waiting) + " offen";
+  if (const auto open = count(TransferState::Open)) {
+    text += ", " + std::to_string(open) + " offen";
   }
   return text + ".";
 }
@@ -114,7 +116,7 @@ class Transfer::Run {
 
   void ToAll();
   void OneByOne();
-  void Close() { Send(SelectAddress(kClosingAddress).Text()); }
+  void Close();
 
  private:
   bool GoesOn() const { return !transfer_.stopping_ && exchange_.Alive(); }
@@ -151,6 +153,15 @@ void Transfer::SendRS485(std::vector<TransferEntry>& entries, std::string_view d
     run.OneByOne();
   }
   run.Close();
+}
+
+void Transfer::Run::Close() {
+  Send(SelectAddress(kClosingAddress).Text());
+  std::vector<std::size_t> open;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].state == TransferState::Waiting) open.push_back(i);
+  }
+  Change(open, TransferState::Open);
 }
 
 std::vector<std::size_t> Transfer::Run::Ticked() const {

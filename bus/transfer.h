@@ -20,6 +20,7 @@ enum class TransferState {
   None,      ///< not part of the transfer, or not reached
   Waiting,   ///< its turn is still to come
   Sending,   ///< the drawing is on the line
+  Open,      ///< the transfer has ended before its turn
   Cut,       ///< stopped when only a part was sent
   Unproven,  ///< all was sent, but stopped before the Terminal was asked
   Sent,      ///< it is through; this Terminal cannot be asked

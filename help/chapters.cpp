@@ -1,6 +1,7 @@
 #include "help/chapters.h"
 
 #include <QApplication>
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -26,6 +27,7 @@ QString ChapterOf(const QWidget& window) {
       {"frmDatenverkehr", "datenverkehr.html"},
       {"frmVerlauf", "fenster.html#verlauf"},
       {"frmAnzeigen", "nachbildung.html"},
+      {"dckAnzeige", "nachbildung.html"},
       {"frmInfo", "eeprom.html"},
       {"frmBestandText", "bestand.html"},
       {"frmHilfe", "hilfe.html"},
@@ -39,6 +41,14 @@ QString ChapterOf(const QWidget& window) {
   const bool asks = qobject_cast<const QMessageBox*>(&window) != nullptr ||
                     qobject_cast<const QInputDialog*>(&window) != nullptr;
   return asks ? QStringLiteral("meldungen.html") : QString();
+}
+
+QString ChapterAt(const QWidget& widget) {
+  const QWidget* at = &widget;
+  while (!at->isWindow() && qobject_cast<const QDockWidget*>(at) == nullptr) {
+    at = at->parentWidget();
+  }
+  return ChapterOf(*at);
 }
 
 QString MessageOf(const QWidget& window) {

@@ -29,7 +29,7 @@ bool SameContent(const Held& held, const StoredRecord& record) {
 
 // Records that nobody has named have the same name and nothing else in common.
 bool IsNamed(const Held& held, const std::string& name) {
-  return !name.empty() && name != kNewRecordName && held.item.name == name;
+  return !name.empty() && !IsNewRecordName(name) && held.item.name == name;
 }
 
 }  // namespace
@@ -89,7 +89,7 @@ std::string TakenText(const Inventory& inventory, const ItemKey& key, const std:
   const bool same = item && ItemContent(*item) == ItemContent(held->item);
   if (held->item.key.kind == key.kind && (same || IsNamed(*held, name))) return {};
   const std::string& other = held->item.name;
-  const bool named = !other.empty() && other != kNewRecordName;
+  const bool named = !other.empty() && !IsNewRecordName(other);
   const std::string what = named ? "„" + other + "“" : "ohne Namen";
   return number + "belegt mit " + ItemKindText(held->item.key.kind) + " " + what + ".";
 }

@@ -21,6 +21,8 @@
 namespace kelvo {
 namespace {
 
+constexpr int kLeastLines = 8;  // of the table and the warning
+
 QLabel* MakeLine(const char* name) {
   auto* const label = Named(new QLabel, name);
   label->setTextFormat(Qt::PlainText);
@@ -98,8 +100,7 @@ InventoryView::InventoryView(Services services, QWidget* parent)
   auto* const page = new QVBoxLayout(this);
   page->setContentsMargins(0, 0, 0, 0);
   page->addWidget(MakeChoice());
-  page->addWidget(lblBestandWarnung);
-  page->addWidget(ctlBestand, 1);
+  page->addWidget(MakeRoomOfTable(), 1);
   page->addWidget(lblBestand);
   cmdBestandText = MakeButton("cmdBestandText", tr("Gan&zer Text …"),
                               tr("Zeigt, was geschrieben wurde, Zeichen für Zeichen (Enter)."));
@@ -138,6 +139,17 @@ QWidget* InventoryView::MakeChoice() {
   row->addWidget(cboBestandTerminal, 1);
   connect(cboBestandTerminal, &QComboBox::activated, this, &InventoryView::ShowNow);
   return bar;
+}
+
+// A warning takes its place from the table, so that no button below moves.
+QWidget* InventoryView::MakeRoomOfTable() {
+  auto* const room = new QWidget;
+  auto* const column = new QVBoxLayout(room);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(lblBestandWarnung);
+  column->addWidget(ctlBestand, 1);
+  room->setMinimumHeight(fontMetrics().lineSpacing() * kLeastLines);
+  return room;
 }
 
 void InventoryView::MakeTable() {

@@ -53,6 +53,7 @@ class InventoryView : public QWidget {
  private:
   QWidget* MakeChoice();
   void MakeTable();
+  QWidget* MakeRoomOfTable();
   void ShowNow();
   void ListTerminals();
   void ShowState(const Inventory& inventory);

@@ -1,6 +1,5 @@
 #include "settings/eeprom_page.h"
 
-#include <QDateTime>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
@@ -14,6 +13,7 @@
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/read_mark.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -178,9 +178,7 @@ void EepromPage::ShowFreeBytes(bool present) {
     lblFreeBytesStand->setText(QString::fromStdString(state.freeBytesLack));
     return;
   }
-  const QString time =
-      QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(*state.freeBytesAsked))
-          .toString(QStringLiteral("HH:mm"));
+  const QString time = MinuteText(*state.freeBytesAsked);
   lblFreeBytesStand->setText((present ? tr("gelesen %1") : tr("zuletzt gelesen %1")).arg(time));
   lblFreeBytesStand->setToolTip(
       present ? QString() : tr("Das Terminal, das es gesagt hat, hört jetzt nicht zu."));

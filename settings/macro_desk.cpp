@@ -44,7 +44,7 @@ MacroDesk::MacroDesk(QWidget* parent)
   lblMakroParameter->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   lblMakroParameter->setWordWrap(true);
   lblMakroParameter->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  KeepRoom(lblMakroParameter, 2);
+  KeepRoom(lblMakroParameter, 3);
   divider_->addWidget(txtMakro);
   divider_->addWidget(lstMakroHinweise);
   divider_->setChildrenCollapsible(false);

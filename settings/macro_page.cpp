@@ -113,11 +113,13 @@ void MacroPage::Shown() {
 }
 
 void MacroPage::ShowFreeBytes() {
-  const auto bytes = services_.state.freeBytes;
-  lblMakroFrei->setText(bytes ? tr("%1 Byte, zuletzt gelesen").arg(Text(NumberText(*bytes)))
-                        : services_.state.freeBytesLack.empty()
-                            ? tr("noch nicht gelesen")
-                            : Text(services_.state.freeBytesLack));
+  const TerminalState& state = services_.state;
+  lblMakroFrei->setText(
+      state.freeBytes && state.freeBytesAsked
+          ? tr("%1 Byte, zuletzt gelesen %2")
+                .arg(Text(NumberText(*state.freeBytes)), MinuteText(*state.freeBytesAsked))
+      : state.freeBytesLack.empty() ? tr("noch nicht gelesen")
+                                    : Text(state.freeBytesLack));
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "settings/macro_highlighter.h"
+#include "widgets/contrast.h"
 
 namespace kelvo {
 namespace {
@@ -66,6 +67,7 @@ void RemarkList::Fill() {
   if (!remarks_.empty()) return;
   auto* const none = new QListWidgetItem(tr("Keine Anmerkungen zu diesem Text."), this);
   none->setFlags(Qt::NoItemFlags);
+  none->setForeground(FaintText(palette()));
 }
 
 void RemarkList::Choose(int row) {

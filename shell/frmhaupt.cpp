@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "base/guard.h"
+#include "help/chapters.h"
 #include "help/help_desk.h"
 #include "interfaces/raw_command.h"
 #include "inventory_page/inventory_view.h"
@@ -335,7 +336,8 @@ QString frmhaupt::ShownChapter() const {
       "status.html",          "eeprom.html",         "at-tastatur.html",
       "matrix-tastatur.html", "makros.html",         "willkommen.html",
       "terminals.html"};
-  return QString::fromLatin1(kChapters[static_cast<std::size_t>(ShownTab())]);
+  const QString own = focusWidget() == nullptr ? QString() : ChapterAt(*focusWidget());
+  return own.isEmpty() ? QString::fromLatin1(kChapters[static_cast<std::size_t>(ShownTab())]) : own;
 }
 
 void frmhaupt::cmdTab_Click() {

@@ -81,6 +81,10 @@ Program::~Program() {
 void Program::Start() {
   station_->SetActivityHandler(
       [this] { QMetaObject::invokeMethod(this, &Program::OnActivity, Qt::QueuedConnection); });
+  // What is acknowledged lies in the file, even if the program is killed in the next moment.
+  if (options_.replayFile.empty()) {
+    station_->SetAnswerHandler([this](Bus& bus) { SaveChanged(bus); });
+  }
   station_->With([](Bus& bus, Line&, Time now) {
     for (std::size_t i = 0; i < bus.Count(); ++i) bus.At(i).PowerOn(now);
   });
@@ -147,17 +151,16 @@ void Program::Refresh() {
 // What a capture writes stays out of the files, so that it plays again in the same way.
 void Program::SaveEeprom() {
   if (!options_.replayFile.empty()) return;
-  std::vector<std::pair<std::string, std::string>> files;
-  station_->With([&](Bus& bus, Line&, Time) {
-    for (std::size_t i = 0; i < bus.Count(); ++i) {
-      const Eeprom& memory = bus.At(i).Memory();
-      if (memory.Revision() == savedRevisions_[i]) continue;
-      savedRevisions_[i] = memory.Revision();
-      files.emplace_back(terminals_[i].eepromFile, memory.Save());
-    }
-  });
-  for (const auto& [path, content] : files) {
-    if (ReplaceFile(path, content)) continue;
+  station_->With([this](Bus& bus, Line&, Time) { SaveChanged(bus); });
+}
+
+void Program::SaveChanged(Bus& bus) {
+  for (std::size_t i = 0; i < bus.Count(); ++i) {
+    const Eeprom& memory = bus.At(i).Memory();
+    if (memory.Revision() == savedRevisions_[i]) continue;
+    savedRevisions_[i] = memory.Revision();
+    const std::string& path = terminals_[i].eepromFile;
+    if (path.empty() || ReplaceFile(path, memory.Save())) continue;
     std::cerr << "kelvo-simulator: kann " << path << " nicht schreiben\n";
   }
 }

@@ -41,6 +41,8 @@ class Program : public QObject {
   void OnActivity();
   void Refresh();
   void SaveEeprom();
+  /// The bus is locked.
+  void SaveChanged(Bus& bus);
   void ReadCommands();
   void RunLine(const std::string& line);
   bool WritePng(const std::string& path, std::optional<std::size_t> terminal);

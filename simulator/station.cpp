@@ -146,6 +146,7 @@ void Station::Pass() {
   const Time now = Now();
   if (replay_) return replay_->Advance(now);
   const std::string toHost = line_.Advance(now);
+  if (answering_ && !toHost.empty()) answering_(bus_);
   if (pty_) pty_->Write(toHost);
   if (!recorder_) return;
   recorder_->Add(Direction::FromTerminal, toHost, now);

@@ -38,6 +38,8 @@ class Station {
   /// Called in the serving thread after something has happened on the line, and then not again
   /// before Acknowledge.
   void SetActivityHandler(std::function<void()> handler) { activity_ = std::move(handler); }
+  /// Called in the serving thread before characters leave for the host; everything is locked.
+  void SetAnswerHandler(std::function<void(Bus&)> handler) { answering_ = std::move(handler); }
   /// How the host's characters look, which a pty does not tell; with 0 bits as the Terminals'.
   void SetHostFrame(int bits, int parity);
   /// Writes all traffic as a capture. Throws as Recorder.
@@ -90,6 +92,7 @@ class Station {
   Bus bus_;
   Line line_{bus_};
   std::function<void()> activity_;
+  std::function<void(Bus&)> answering_;
   std::atomic<bool> notified_ = false;
   std::atomic<bool> stopping_ = false;
   Handle wake_;

@@ -82,7 +82,7 @@ TEST_F(DovuDialogTest, IsStoppedByItsButtonAndByItsFrame) {
   Entries().topLevelItem(2)->setCheckState(0, Qt::Unchecked);
   loop.After(milliseconds(10), [this] { Click("cmdAbbruch"); });
   Click("cmdSenden");
-  EXPECT_EQ(Entry(1), "*Pult|wartet");
+  EXPECT_EQ(Entry(1), "*Pult|offen");
   EXPECT_TRUE(port.written.ends_with("\x1b!A254;"));
   EXPECT_TRUE(Find("frmDovu").isVisible());
   loop.After(milliseconds(10), [this] { Find("frmDovu").close(); });

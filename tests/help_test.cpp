@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QHelpContentWidget>
 #include <QHelpIndexWidget>
@@ -82,6 +83,10 @@ TEST_F(HelpTest, F1LeadsToTheChapterOfThePageOrWindow) {
     Find(name).hide();
     EXPECT_EQ(ShownChapter().toStdString(), chapter) << name;
   }
+  Trigger("mnuAnsichtAnzeige");
+  Find<QDockWidget>("dckAnzeige").widget()->setFocus();
+  Trigger("mnuHilfe_Seite");
+  EXPECT_EQ(ShownChapter().toStdString(), "nachbildung.html");
 }
 
 TEST_F(HelpTest, F1InAMessageBringsItsOwnRowIntoView) {

@@ -109,8 +109,9 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
   Select(5);
   WriteShown("Gruß");
   Tell();
-  EXPECT_EQ(Text("lblMakroFrei"), Text("lblFreeBytes") + " Byte, zuletzt gelesen");
   EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
+  EXPECT_EQ(Text("lblMakroFrei"),
+            Text("lblFreeBytes") + " Byte, zuletzt " + Text("lblFreeBytesStand"));
   port.Lose();
   EXPECT_EQ(Rows(), std::vector<std::string>{});
   EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: niemand, getrennt");
@@ -154,10 +155,12 @@ TEST_F(InventoryViewTest, AnotherTerminalInItsPlaceIsNoticedByItsFreeBytes) {
   Rows();
   Click("cmdGetFreeBytes");
   EXPECT_FALSE(Find("lblBestandWarnung").isVisible());
+  const QPoint button = Find("cmdBestandText").mapTo(&Root(), QPoint());
   line.bus.At(0).Memory().Write(sim::Eeprom::Kind::Macro, 9, std::string(50, 'x'));
   Click("cmdGetFreeBytes");
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt unbekannt"});
   EXPECT_TRUE(Find("lblBestandWarnung").isVisible());
+  EXPECT_EQ(Find("cmdBestandText").mapTo(&Root(), QPoint()), button) << "no button moves";
   EXPECT_NE(Text("lblBestandWarnung").find("8129 Byte frei"), std::string::npos);
   WriteShown("Gruß");
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt gleich"});

@@ -189,6 +189,18 @@ TEST_F(RecordEditorTest, ANewRecordThatIsNotUsedGoesWhenItIsLeft) {
   EXPECT_EQ(InDatabase(), "eins=1 zwei=A");
 }
 
+// When all is saved at the end nobody is asked for names.
+TEST_F(RecordEditorTest, RecordsThatNobodyHasNamedAreSavedUnderDifferentNames) {
+  Start(uniqueNames, {"eins"});
+  for (const char* text : {"A", "B", "C"}) {
+    editor->New({}, {{"typ", "Art"}});
+    Type(text);
+  }
+  EXPECT_TRUE(editor->SaveDrafts());
+  EXPECT_EQ(InDatabase(), "eins=1 (neuer Name) 2=A (neuer Name) 3=B (neuer Name)=C");
+  EXPECT_EQ(editor->GivenName(), "");
+}
+
 TEST_F(RecordEditorTest, WhatAnotherProgramSavedIsOverwrittenOnlyAfterBothWereShown) {
   for (const RecordKind& kind : {uniqueNames, freeNames}) {
     Sql("delete from Makro");

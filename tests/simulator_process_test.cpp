@@ -122,6 +122,20 @@ TEST(SimulatorProcess, IsATerminalOnAPort) {
   EXPECT_EQ(simulator.End(SIGINT), 0);
 }
 
+// Without any time to say farewell.
+TEST(SimulatorProcess, WhatIsAcknowledgedOutlivesItsDeath) {
+  Simulator simulator;
+  for (int number = 1; number <= 5; ++number) {
+    ASSERT_EQ(simulator.Start(), simulator.Path("tty") + "\n");
+    const Handle port = OpenPort(simulator.Path("tty"));
+    const std::string free = std::to_string(8192 - 5 * (number - 1)) + ";";
+    EXPECT_EQ(Exchange(port, Esc + "E?F", ";"), free) << number;
+    const std::string write = Esc + "EWM" + std::to_string(number) + ",x" + Etx;
+    EXPECT_EQ(Exchange(port, write, Ack), Ack);
+    EXPECT_EQ(simulator.End(SIGKILL), -1);
+  }
+}
+
 TEST(SimulatorProcess, PlaysWhatItHasRecorded) {
   Simulator simulator;
   EXPECT_EQ(simulator.Replay(), 2);  // nothing yet

@@ -149,7 +149,7 @@ TEST_F(TransferTest, StopsAfterThePieceOnTheLineAndSaysWhatWasSent) {
   loop.After(milliseconds(10), [this] { transfer.Stop(); });
   Send();
   EXPECT_EQ(Frame(), "~!A3;~C!<payload>~!A254;");
-  EXPECT_EQ(States(), "*gesend|*wartet||");
+  EXPECT_EQ(States(), "*gesend|*offen||");
   EXPECT_EQ(TransferSummary(entries), "0 gut, 0 falsch, 0 ohne Antwort, 1 nicht geprüft, 1 offen.");
   // A broadcast of 14,000 characters, stopped in its first piece: a third of the time.
   entries[2].ticked = true;

@@ -70,6 +70,8 @@ TwinPanel::TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<
       names_(std::move(names)),
       absent_(std::move(absent)),
       follower_(twins, *this, [this] { ShowTwin(); }) {
+  setFocusPolicy(Qt::ClickFocus);
+  setAccessibleName(tr("Anzeige (Nachbildung)"));
   lblAnzeigeWer = Named(new QLabel, "lblAnzeigeWer");
   lblAnzeigeWer->setAccessibleName(tr("Wessen Anzeige das ist"));
   lblAnzeigeWer->setTextFormat(Qt::PlainText);

@@ -152,7 +152,8 @@ class RecordEditor final : public RecordEditorBase {
       auto fields = screen_.fields(draft.edit);
       const Target target = bookmark == 0 ? Target::New : Target::Current;
       if (fields) Number(*fields, target);
-      if (!fields || !Store(target, draft.name, *fields, draft.asRead)) return false;
+      if (!fields || !Store(target, NameToSave(draft.name, bookmark), *fields, draft.asRead))
+        return false;
       unused_.erase(bookmark);
       drafts_.erase(bookmark);
       ShowCurrent();

@@ -81,8 +81,25 @@ std::string RecordEditorBase::CurrentName() const {
 
 std::string RecordEditorBase::GivenName() const {
   std::string name = CurrentName();
-  if (name == kNewRecordName) name.clear();
+  if (IsNewRecordName(name)) name.clear();
   return name;
+}
+
+// What is saved without asking must not be the second of a name.
+std::string RecordEditorBase::NameToSave(const std::string& name, std::int64_t bookmark) const {
+  if (!IsNewRecordName(name)) return name;
+  const std::vector<std::string> names = records_.Column("Bezeichnung");
+  const auto taken = [&](const std::string& some) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      if (names[i] == some && records_.BookmarkAt(i) != bookmark) return true;
+    }
+    return false;
+  };
+  std::string free = name;
+  for (int number = 2; taken(free); ++number) {
+    free = std::string(kNewRecordName) + " " + std::to_string(number);
+  }
+  return free;
 }
 
 void RecordEditorBase::EnableDiscard(bool on) { discard_.setEnabled(on); }

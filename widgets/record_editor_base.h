@@ -84,6 +84,8 @@ class RecordEditorBase {
   std::string CurrentName() const;
   /// The same, empty also while the current record has been given none.
   std::string GivenName() const;
+  /// Of records that nobody has named each gets a name that no other one has.
+  std::string NameToSave(const std::string& name, std::int64_t bookmark) const;
   /// The current record's wire text; nothing for NULL.
   std::optional<std::string> Wert() const;
   /// Its number in the Terminal, as the field shows it.
