@@ -45,7 +45,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   connect(&services_.desk, &WriteDesk::Finished, this, [this] {
     if (isVisible() && !reading_) Compare();
   });
-  resize(fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 34);
+  resize(fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38);
 }
 
 QLayout* CompareDialog::MakeChoice() {
@@ -78,10 +78,11 @@ void CompareDialog::MakeTable() {
   ctlVergleich->setSelectionBehavior(QAbstractItemView::SelectRows);
   ctlVergleich->setAlternatingRowColors(true);
   ctlVergleich->verticalHeader()->hide();
+  ctlVergleich->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
   ctlVergleich->horizontalHeader()->setStretchLastSection(true);
   const int character = fontMetrics().averageCharWidth();
   int column = 0;
-  for (const int width : {22, 22, 30, 36, 16}) {
+  for (const int width : {22, 26, 30, 36, 16}) {
     ctlVergleich->setColumnWidth(column++, character * width);
   }
 }

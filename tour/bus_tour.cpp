@@ -75,6 +75,8 @@ void BusTour::Run() {
   Draw();
   Send();
   Equip();
+  WriteToMany();
+  Compare();
   SaveCapture(driver_, album_.Folder() + QStringLiteral("/mitschrift-bus.txt"));
   window_.close();
 }
@@ -105,12 +107,16 @@ void BusTour::Draw() {
   editor.hide();
 }
 
-void BusTour::Send() {
-  album_.Step("Die Zeichnung geht an alle zugleich, und jedes Terminal weist sie nach.");
+void BusTour::Open(const char* button) {
   bool shown = false;
   driver_.OnDialog([&shown](QDialog&) { shown = true; });
-  driver_.Click(QStringLiteral("mnuDovuSenden"));
+  driver_.Click(QString::fromUtf8(button));
   driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
+}
+
+void BusTour::Send() {
+  album_.Step("Die Zeichnung geht an alle zugleich, und jedes Terminal weist sie nach.");
+  Open("mnuDovuSenden");
   auto& dialog = driver_.Find(QStringLiteral("frmDovu"));
   QTimer::singleShot(100, &dialog, [&] { album_.Shoot(dialog, "bus-sendet"); });
   driver_.Click(QStringLiteral("cmdSenden"));
@@ -142,10 +148,7 @@ void BusTour::Equip() {
     driver_.Click(QStringLiteral("cmdSetMakro"));
   }
   Select(0);
-  bool shown = false;
-  driver_.OnDialog([&shown](QDialog&) { shown = true; });
-  driver_.Click(QStringLiteral("mnuAusstatten"));
-  driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
+  Open("mnuAusstatten");
   auto& dialog = driver_.Find(QStringLiteral("frmAusstatten"));
   driver_.Click(QStringLiteral("cmdAusstattenLesen"));
   album_.Shoot(dialog, "ausstatten-plan");
@@ -156,6 +159,44 @@ void BusTour::Equip() {
              QStringLiteral("Alles ist geschrieben."),
          "both macros are in the other Terminal");
   driver_.Click(QStringLiteral("cmdAusstattenSchliessen"));
+}
+
+void BusTour::WriteToMany() {
+  album_.Step("Ein Makro geht geprüft an alle der Liste.");
+  driver_.ShowTab(static_cast<int>(Tab::Macros));
+  driver_.Choose(QStringLiteral("cboMakro"), QStringLiteral("Begrüßung"));
+  driver_.Type(QStringLiteral("txtMakroNr"), QStringLiteral("1"));
+  Open("cmdSetMakroAktive");
+  auto& dialog = driver_.Find(QStringLiteral("frmSchreiben"));
+  driver_.Click(QStringLiteral("cmdSchreiben"));
+  album_.Shoot(dialog, "schreiben-an-viele");
+  Expect(driver_.Text(QStringLiteral("lblSchreibenErgebnis"))
+             .startsWith(QStringLiteral("2 geprüft, 1 bestätigt ohne Prüfsumme, 0 fehlgeschlagen")),
+         "all have the macro");
+  driver_.Click(QStringLiteral("cmdSchreibenAbbruch"));
+}
+
+// The record is another one than what was written, and the text mode is what was sent.
+void BusTour::Compare() {
+  album_.Step("Was gelesen, geschrieben und gespeichert ist, steht nebeneinander.");
+  driver_.Type(QStringLiteral("txtMakro"), QStringLiteral("\x1bGC\x1bGTGuten Tag\x04"));
+  driver_.OnDialog([](QDialog& box) { WindowDriver::Press(box, QStringLiteral("OK")); });
+  driver_.OnDialog([](QDialog& box) { WindowDriver::Press(box, QStringLiteral("Ja")); });
+  driver_.Click(QStringLiteral("mnuDateiSave"));
+  Select(0);
+  driver_.ShowTab(static_cast<int>(Tab::Text));
+  driver_.Click(QStringLiteral("cmdSetText"));
+  Open("mnuAnsichtVergleich");
+  auto& dialog = driver_.Find(QStringLiteral("frmVergleich"));
+  driver_.Click(QStringLiteral("cmdVergleichLesen"));
+  album_.Shoot(dialog, "vergleichen");
+  Expect(
+      driver_.Text(QStringLiteral("lblVergleich")).startsWith(QStringLiteral("1 gelesen, 0 ohne")),
+      "one is read");
+  Open("cmdVergleichSchreiben");
+  album_.Shoot(driver_.Find(QStringLiteral("frmSchreiben")), "vergleichen-schreiben");
+  driver_.Click(QStringLiteral("cmdSchreibenAbbruch"));
+  driver_.Click(QStringLiteral("cmdVergleichSchliessen"));
 }
 
 }  // namespace kelvo

@@ -21,6 +21,10 @@ class BusTour {
   void Send();
   void Select(int address);
   void Equip();
+  /// Clicks what opens a dialog that stays.
+  void Open(const char* button);
+  void WriteToMany();
+  void Compare();
 
   SimulatorProcess& simulator_;
   Album& album_;
