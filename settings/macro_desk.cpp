@@ -70,7 +70,7 @@ MacroDesk::MacroDesk(QWidget* parent)
   ShowHint();
 }
 
-void MacroDesk::AddBesideHint(QWidget* widget) { hintRow_->addWidget(widget); }
+void MacroDesk::AddBesideHint(QWidget* widget) { hintRow_->addWidget(widget, 0, Qt::AlignTop); }
 
 void MacroDesk::SetContext(MacroContext context) {
   context_ = std::move(context);
