@@ -161,9 +161,10 @@ bool EquipRun::Visit::AskFreeAgain() {
 bool EquipRun::Visit::Erase() {
   if (!log_.Job().erase || Progress().erase == TargetProgress::Erase::Done) return GoesOn();
   if (!GoesOn() || !Note({.what = What::EraseBegun})) return false;
-  const bool erased = CountsWhileErasing(version_, services_.countsFrom)
-                          ? EraseCounting(services_.exchange, [this](int, int) { return GoesOn(); })
-                          : !ErasePlain(services_.exchange).Failed();
+  const bool erased =
+      CountsWhileErasing(version_, services_.countsFrom)
+          ? EraseCountingPatiently(services_.exchange, [this](int, int) { return GoesOn(); })
+          : !ErasePlain(services_.exchange).Failed();
   if (!Alive()) return false;
   if (erased) return Note({.what = What::Erased}) && AskFreeAgain();
   Note({.what = What::EraseFailed});

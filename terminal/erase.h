@@ -17,7 +17,10 @@ inline bool CountsWhileErasing(double version, double from) { return version >= 
 /// Acknowledged when it is over, which may take half a minute.
 Reply ErasePlain(Exchange& exchange);
 /// The Terminal counts down the blocks still to erase, then acknowledges; false when it does not,
-/// or was not waited for.
+/// or was not waited for. Waits as long as the interval says that stands, and for the acknowledge
+/// as long as a collection by time.
 bool EraseCounting(Exchange& exchange, const EraseProgress& progress);
+/// The same with time for each count and for the acknowledge, whatever interval stood before.
+bool EraseCountingPatiently(Exchange& exchange, const EraseProgress& progress);
 
 }  // namespace kelvo

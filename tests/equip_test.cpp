@@ -5,6 +5,7 @@
 
 #include "inventory/equip_report.h"
 #include "link/commands.h"
+#include "terminal/erase.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -229,6 +230,15 @@ TEST(Equip, WhatWasWrittenIsNotErasedAgain) {
   EXPECT_TRUE(equipping.Equal(0));
 }
 
+TEST(Equip, ATerminalThatTakesItsTimeForEachAnswerIsErasedToo) {
+  Equipping equipping({{.address = 5, .fault = Fault::Slow}});
+  equipping.Job().erase = true;
+  equipping.At(0).Memory().Write(sim::Eeprom::Kind::Macro, 99, "old");
+  EXPECT_EQ(equipping.Run(), EquipRun::End::Complete);
+  EXPECT_EQ(Count(equipping.entries, EquipEntry::What::Erased), 1) << equipping.Report();
+  EXPECT_TRUE(equipping.Equal(0)) << equipping.Report();
+}
+
 TEST(Equip, OfSeveralTheOneThatFailsIsToldAndTheOthersAreDone) {
   Equipping equipping({{.address = 5},
                        {.address = 6, .fault = Fault::Nak},
@@ -277,6 +287,24 @@ TEST(Equip, CharactersThatFlipAreWrittenAgainOrTold) {
       EXPECT_TRUE(equipping.TellsTheTruth()) << every;
     }
   }
+}
+
+TEST(Erase, WithPatienceNeitherALateCountNorALateAcknowledgeIsMissed) {
+  testing_world::ExchangeWorld world;
+  const auto erased = [&world](int count, int acknowledge) {
+    const auto at = [&world](int time, const char* text) {
+      world.loop.After(milliseconds(time), [&world, text] { world.port.Arrive(text); });
+    };
+    at(count, "1\r0\r");
+    at(acknowledge, "\x06");
+    world.exchange.SetInterval(milliseconds(100));
+    const bool done = EraseCountingPatiently(world.exchange, [](int, int) { return true; });
+    world.loop.RunFor(milliseconds(9000));
+    return done;
+  };
+  EXPECT_TRUE(erased(300, 302));
+  EXPECT_TRUE(erased(1500, 2900));
+  EXPECT_FALSE(erased(300, 6000));
 }
 
 TEST(EquipLog, ATornLineCostsOnlyItselfAndATornHeadIsNoRun) {
