@@ -187,7 +187,7 @@ void SearchPage::RowChosen(int row) {
 void SearchPage::TellAddress() {
   const Recordset& terminals = services_.terminals;
   if (terminals.Bookmark() == 0) return;
-  Q_EMIT AddressChosen(static_cast<int>(terminals.Number("Adresse")));
+  Q_EMIT AddressChosen(RoundToEven(terminals.Number("Adresse")));
 }
 
 void SearchPage::DeleteTerminal() {

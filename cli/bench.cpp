@@ -5,6 +5,7 @@
 #include "base/val.h"
 #include "bus/stored_terminals.h"
 #include "store/data_folder.h"
+#include "store/display_size.h"
 
 namespace kelvo::cli {
 namespace {
@@ -85,14 +86,14 @@ DisplaySizeChoice DisplayOf(Bench& bench) {
   if (bench.Asked().display) return *bench.Asked().display;
   const ProgramData* const data = bench.DataIfThere();
   if (data == nullptr) return kUsualDisplay;
-  return {RoundToEven(data->Default.Number("displayx")),
-          RoundToEven(data->Default.Number("displayy"))};
+  const auto [width, height] = DisplaySizeIn(data->Default);
+  return {width, height};
 }
 
 std::int64_t BlackThreshold(Bench& bench) {
   const ProgramData* const data = bench.DataIfThere();
   return data == nullptr ? kUsualThreshold
-                         : static_cast<std::int64_t>(data->Optionen.Number("BMPSchwarzschwelle"));
+                         : RoundToEven(data->Optionen.Number("BMPSchwarzschwelle"));
 }
 
 std::string StoredName(const ProgramData& data, int address) {

@@ -72,7 +72,7 @@ void InterfacePage::StoreRecordInUse() {
   services_.defaults.Refresh();  // another field may have been stored since
   services_.defaults.Edit();
   services_.defaults.Set("schnittstelle",
-                         static_cast<std::int64_t>(services_.comData.Number("satznr")));
+                         std::int64_t{RoundToEven(services_.comData.Number("satznr"))});
   services_.defaults.Update();
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/val.h"
 #include "base/wire_text.h"
 #include "store/recordset.h"
 
@@ -16,8 +17,7 @@ std::vector<StoredRecord> StoredRecords(Database& database) {
     const auto number = records.Text("nr_im_display");
     all.push_back({records.Bookmark(), records.Text("typ").value_or(""),
                    records.Text("Bezeichnung").value_or(""),
-                   number ? static_cast<int>(records.Number("nr_im_display")) : -1,
-                   *std::move(wire)});
+                   number ? RoundToEven(records.Number("nr_im_display")) : -1, *std::move(wire)});
   }
   return all;
 }

@@ -14,6 +14,7 @@
 #include "settings/macro_desk.h"
 #include "settings/macro_edit.h"
 #include "settings/macros.h"
+#include "store/display_size.h"
 #include "terminal/eeprom.h"
 #include "widgets/handlers.h"
 #include "widgets/number_note.h"
@@ -85,8 +86,8 @@ void MacroPage::OfferNumber() {
 // What the text is checked against: its own number, its kind, the display.
 void MacroPage::ShowContext() {
   MacroContext context;
-  context.display = {RoundToEven(services_.defaults.Number("displayx")),
-                     RoundToEven(services_.defaults.Number("displayy"))};
+  const auto [width, height] = DisplaySizeIn(services_.defaults);
+  context.display = {width, height};
   context.isMacro = services_.macros.Text("typ").value_or("Makro") == "Makro";
   context.number = MakroNumber(txtMakroNr->Wire());
   context.macroText = [this](int number) { return NumberedText(number); };

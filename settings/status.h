@@ -6,6 +6,8 @@
 
 // Status queries and basic settings: how fields and replies are read.
 
+#include "store/display_size.h"
+
 namespace kelvo {
 
 /// A whole number 0..255: a bus address, or the lines of a port.
@@ -16,10 +18,6 @@ using PortLines = std::array<bool, 8>;
 PortLines ReadPortLines(double value);
 int PortNumberOf(const PortLines& lines);
 
-/// Limits of the display resolution, in pixels; the limits themselves are accepted.
-inline constexpr int kSmallestDisplay = 20;
-inline constexpr int kLargestDisplayX = 640;
-inline constexpr int kLargestDisplayY = 480;
 /// A resolution field when it is left: within SmallestDisplay..largest, and a plain whole number.
 std::string ClampDisplay(std::string_view text, int largest);
 

@@ -1,11 +1,12 @@
 #include "sheet/collect.h"
 
 #include <algorithm>
+#include <tuple>
 
-#include "base/val.h"
 #include "interfaces/port_control.h"
 #include "inventory/stored_records.h"
 #include "link/addresses.h"
+#include "store/display_size.h"
 
 namespace kelvo {
 namespace {
@@ -82,8 +83,7 @@ SheetSources SourcesOf(ProgramData& data, const WriteJournal& journal,
   sources.records = StoredRecords(data.database);
   sources.wiring = Wirings(data.database);
   sources.line = LineValues(data.ctlComData);
-  sources.width = RoundToEven(data.Default.Number("displayx"));
-  sources.height = RoundToEven(data.Default.Number("displayy"));
+  std::tie(sources.width, sources.height) = DisplaySizeIn(data.Default);
   return sources;
 }
 

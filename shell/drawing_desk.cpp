@@ -7,6 +7,7 @@
 #include "base/wire_text.h"
 #include "graphics/save_bitmap.h"
 #include "link/commands.h"
+#include "store/display_size.h"
 #include "terminal/eeprom.h"
 #include "terminal/version.h"
 #include "widgets/files.h"
@@ -18,7 +19,8 @@ namespace {
 constexpr char kTextFilter[] = "Text (txt) |*.txt";
 
 QSize DisplaySize(const Recordset& defaults) {
-  return {RoundToEven(defaults.Number("displayx")), RoundToEven(defaults.Number("displayy"))};
+  const auto [width, height] = DisplaySizeIn(defaults);
+  return {width, height};
 }
 
 }  // namespace
@@ -58,7 +60,7 @@ bool DrawingDesk::ChoosePrinter(QPrinter& printer) {
 
 TerminalTraits DrawingDesk::Terminal() const {
   TerminalTraits traits;
-  traits.blackThreshold = static_cast<std::int64_t>(services_.options.Number("BMPSchwarzschwelle"));
+  traits.blackThreshold = RoundToEven(services_.options.Number("BMPSchwarzschwelle"));
   traits.pixelWidthVersion = services_.options.Number("BMPinPixelabVer");
   traits.terminalVersion = services_.state.TerminalVersion;
   traits.queryVersion = [this] {

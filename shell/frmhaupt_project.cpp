@@ -1,20 +1,17 @@
 #include <QMenu>
 
 #include "base/guard.h"
-#include "base/val.h"
 #include "project_page/project_desk.h"
 #include "shell/drawing_desk.h"
 #include "shell/frmhaupt.h"
+#include "store/display_size.h"
 
 // The operator's work, out of the database and in.
 
 namespace kelvo {
 
 void frmhaupt::MakeProjectDesk(QMenu* file) {
-  const auto display = [this] {
-    return std::pair(RoundToEven(data_.Default.Number("displayx")),
-                     RoundToEven(data_.Default.Number("displayy")));
-  };
+  const auto display = [this] { return DisplaySizeIn(data_.Default); };
   projects_ = new ProjectDesk({data_.database, journal_, outside_.person, fonts_, display}, this);
   connect(projects_, &ProjectDesk::Changed, this, &frmhaupt::TakeImported);
   connect(projects_, &ProjectDesk::Finished, this,

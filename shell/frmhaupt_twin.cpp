@@ -2,9 +2,9 @@
 #include <QDockWidget>
 #include <QMenu>
 
-#include "base/val.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
+#include "store/display_size.h"
 #include "twin_page/twin_panel.h"
 #include "twin_page/twin_wall.h"
 #include "widgets/form.h"
@@ -34,10 +34,7 @@ KnownMemory MakrosIn(const Inventory& inventory) {
 
 // As the operator has noted it on the page Status, whoever's display it is.
 Twins::Services frmhaupt::TwinServices() {
-  const auto size = [this] {
-    return std::pair(static_cast<int>(data_.Default.Number("displayx")),
-                     static_cast<int>(data_.Default.Number("displayy")));
-  };
+  const auto size = [this] { return DisplaySizeIn(data_.Default); };
   const auto memory = [this](std::optional<int> address) {
     return MakrosIn(journal_.Of({OpenDevice(), address.value_or(kUnknownAddress)}));
   };

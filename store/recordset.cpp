@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 #include "store/single_records.h"
 
@@ -158,6 +159,13 @@ double Recordset::Number(const std::string& field) const {
   if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* text = std::get_if<std::string>(&value)) return RealNumber(*text);
   return 0;
+}
+
+std::int64_t Recordset::Whole(const std::string& field, std::int64_t lowest,
+                              std::int64_t highest) const {
+  const double number = std::nearbyint(Number(field));
+  if (!(number > static_cast<double>(lowest))) return lowest;
+  return number < static_cast<double>(highest) ? static_cast<std::int64_t>(number) : highest;
 }
 
 std::vector<std::string> Recordset::Column(const std::string& field) const {

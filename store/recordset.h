@@ -69,6 +69,8 @@ class Recordset {
   std::optional<std::string> Text(const std::string& field) const;
   /// A field as number; 0 for NULL and for what is no number.
   double Number(const std::string& field) const;
+  /// The same rounded to a whole number and confined to `lowest` .. `highest`.
+  std::int64_t Whole(const std::string& field, std::int64_t lowest, std::int64_t highest) const;
   bool YesNo(const std::string& field) const { return Number(field) != 0; }
   /// All of it, empty without a current record.
   Row Current() const { return HasCurrent() ? records_[position_].row : Row(); }

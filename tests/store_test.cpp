@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "store/display_size.h"
 #include "store/recordset.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -55,6 +56,25 @@ TEST_F(StoreTest, TextsComeBackByteForByte) {
   EXPECT_EQ(read.Text("wert"), text);
   EXPECT_EQ(read.Text("ausgang"), std::nullopt);
   EXPECT_EQ(read.Number("ausgang"), 0);
+}
+
+TEST_F(StoreTest, ADisplayIsWithinItsLimitsWhateverIsStored) {
+  Database database(Path());
+  Recordset defaults(database, "Default");
+  const std::pair<Value, int> cases[] = {{std::int64_t{240}, 240},
+                                         {std::int64_t{1'000'000'000}, 640},
+                                         {1e300, 640},
+                                         {-1e300, 20},
+                                         {std::string("abc"), 20},
+                                         {std::string("nan"), 20},
+                                         {std::string("1e999"), 640},
+                                         {239.6, 240}};
+  for (const auto& [stored, width] : cases) {
+    defaults.Edit();
+    defaults.Set("displayx", stored);
+    defaults.Update();
+    EXPECT_EQ(DisplaySizeIn(defaults).first, width) << width;
+  }
 }
 
 TEST_F(StoreTest, MovesStayWithinTheRecordsAndTheirEnd) {
