@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -8,6 +9,7 @@
 #include "project/notation.h"
 #include "project/project_text.h"
 #include "project/read_drawing.h"
+#include "settings/status.h"
 
 namespace kelvo {
 namespace {
@@ -171,7 +173,20 @@ class Reader {
           field.always ? std::optional(node.Member(field.member)) : node.MemberIf(field.member);
       record.values.push_back(member ? ValueOf(*member, field) : Value());
     }
+    if (row.kind == ProjectKind::Display) CheckDisplay(node, record);
     project_.records.push_back(std::move(record));
+  }
+
+  // A display beyond all bounds would keep the next start from its window.
+  static void CheckDisplay(const NodeReader& node, const ProjectRecord& record) {
+    constexpr std::array kLargest{kLargestDisplayX, kLargestDisplayY};
+    for (std::size_t i = 0; i < kLargest.size(); ++i) {
+      const auto* const side = std::get_if<std::int64_t>(&record.values[i]);
+      if (side == nullptr || (*side >= kSmallestDisplay && *side <= kLargest[i])) continue;
+      node.Member(RowOf(record.kind).fields[i].member)
+          .Fail("Hier geht es von " + std::to_string(kSmallestDisplay) + " bis " +
+                std::to_string(kLargest[i]) + ".");
+    }
   }
 
   static void CheckFields(const KindRow& row, const NodeReader& node) {
