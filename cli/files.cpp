@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "store/data_folder.h"
+#include "store/own_files.h"
 
 namespace kelvo::cli {
 namespace {
@@ -59,7 +60,8 @@ std::string ReadWhole(const std::string& path) {
   return bytes;
 }
 
-void WriteWhole(const std::string& path, const std::string& bytes) {
+void WriteWhole(const std::string& path, const std::string& bytes, const std::string& dataFolder) {
+  if (IsOwnFile(dataFolder, path)) Refuse(path, "geschrieben", "sie gehört kelvo selbst");
   std::error_code ignored;
   // What a link leads to is replaced, not the link; a device or a pipe is written to.
   const std::string real = std::filesystem::weakly_canonical(path, ignored).string();

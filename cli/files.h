@@ -11,7 +11,8 @@ inline constexpr char kStandardOutput[] = "-";
 /// larger than anything that is meant for a Terminal.
 std::string ReadWhole(const std::string& path);
 
-/// Replaces a file as a whole; throws in the same way, and an old file is as it was then.
-void WriteWhole(const std::string& path, const std::string& bytes);
+/// Replaces a file as a whole; throws in the same way, and an old file is as it was then. What the
+/// programs keep in `dataFolder` for themselves is never replaced.
+void WriteWhole(const std::string& path, const std::string& bytes, const std::string& dataFolder);
 
 }  // namespace kelvo::cli

@@ -104,7 +104,7 @@ Status RunExport(Bench& bench) {
   if (path == kStandardOutput) {
     bench.World().out << text << std::flush;
   } else {
-    WriteWhole(path, text);
+    WriteWhole(path, text, bench.DataPath());
   }
   return AllWell;
 }

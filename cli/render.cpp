@@ -82,7 +82,7 @@ Status RunRender(Bench& bench) {
   if (bench.Asked().png == kStandardOutput) {
     bench.World().out << png << std::flush;
   } else {
-    WriteWhole(bench.Asked().png, png);
+    WriteWhole(bench.Asked().png, png, bench.DataPath());
   }
   return contents.faults.empty() ? AllWell : SomethingFailed;
 }

@@ -21,6 +21,7 @@ std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(const Folders& folders) {
                                                       .simulator = simulator.get()}));
   person.SetWindow(window.get());
   person.SetFolder(window->Memory().Folder());
+  person.SetOwnFolders({folders.data, folders.program});
   QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [this, main = window.get()] {
     main->Memory().NoteFolder(person.Folder());
     loop.Close();

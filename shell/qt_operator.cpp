@@ -1,6 +1,7 @@
 #include "shell/qt_operator.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -10,10 +11,12 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
+#include "store/own_files.h"
 #include "widgets/form.h"
 
 namespace kelvo {
@@ -87,6 +90,28 @@ QString DialogFilter(const std::string& filter) {
 bool Stays(const QWidget& window) {
   return qobject_cast<const QMessageBox*>(&window) == nullptr && window.windowType() != Qt::Tool;
 }
+
+// Where operators keep what is theirs.
+QString OperatorsFolder() {
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+// Asks whether the file may be saved over before the dialog does, and stays open where it may not.
+class SaveDialog : public QFileDialog {
+ public:
+  SaveDialog(QWidget* owner, const QString& title, const QString& filter)
+      : QFileDialog(owner, title, {}, filter) {}
+
+  void SetJudge(std::function<bool(const QString& path)> judge) { judge_ = std::move(judge); }
+  void accept() override {
+    const QString chosen = selectedFiles().value(0);
+    if (chosen.isEmpty() || QFileInfo(chosen).isDir() || judge_(chosen)) QFileDialog::accept();
+  }
+
+ private:
+  std::function<bool(const QString& path)> judge_;
+};
 
 }  // namespace
 
@@ -227,7 +252,9 @@ std::optional<std::string> QtOperator::Input(const std::string& prompt, const st
 }
 
 std::optional<std::string> QtOperator::ChooseFile(QFileDialog& dialog) {
+  const bool saves = dialog.acceptMode() == QFileDialog::AcceptSave;
   if (QFileInfo(folder_).isDir()) dialog.setDirectory(folder_);
+  if (saves && IsOwnFolder(dialog.directory().path())) dialog.setDirectory(OperatorsFolder());
   if (Run(dialog) != QDialog::Accepted) return std::nullopt;
   const QString name = dialog.selectedFiles().value(0);
   if (name.isEmpty()) return std::nullopt;
@@ -246,10 +273,29 @@ std::optional<std::string> QtOperator::OpenFile(const std::string& title,
 std::optional<std::string> QtOperator::SaveFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  QFileDialog dialog(Owner(), Title(title), {}, DialogFilter(filter));
+  SaveDialog dialog(Owner(), Title(title), DialogFilter(filter));
+  dialog.SetJudge([this](const QString& path) { return MaySaveAs(path); });
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QString::fromStdString(filter).section(u'.', -1));
   return ChooseFile(dialog);
+}
+
+bool QtOperator::IsOwnFolder(const QString& folder) const {
+  return std::any_of(ownFolders_.begin(), ownFolders_.end(), [&folder](const std::string& own) {
+    return IsSameFolder(own, folder.toStdString());
+  });
+}
+
+bool QtOperator::MaySaveAs(const QString& path) {
+  const std::string name = path.toStdString();
+  if (std::none_of(ownFolders_.begin(), ownFolders_.end(),
+                   [&name](const std::string& own) { return IsOwnFile(own, name); })) {
+    return true;
+  }
+  Message("Diese Datei gehört kelvo selbst und wird nicht überschrieben:\n" + name +
+              "\nBitte einen anderen Namen oder Ordner wählen.",
+          Icon::Exclamation, {}, {});
+  return false;
 }
 
 void QtOperator::Beep() { QApplication::beep(); }

@@ -2,6 +2,8 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "base/event_loop.h"
@@ -26,6 +28,9 @@ class QtOperator : public Operator {
   /// file is chosen sets it.
   void SetFolder(const QString& folder) { folder_ = folder; }
   QString Folder() const { return folder_; }
+  /// Where the programs keep files of their own: none of them can be chosen to save over, and no
+  /// dialog that saves opens there.
+  void SetOwnFolders(std::vector<std::string> folders) { ownFolders_ = std::move(folders); }
 
   void Message(const std::string& text, Icon icon, const std::string& title,
                const std::string& hint) override;
@@ -46,6 +51,8 @@ class QtOperator : public Operator {
   /// Adds what leads on; the button that leads to the traffic, nullptr without any.
   QPushButton* Explain(QMessageBox& box, const std::string& text, const std::string& hint) const;
   std::optional<std::string> ChooseFile(QFileDialog& dialog);
+  bool IsOwnFolder(const QString& folder) const;
+  bool MaySaveAs(const QString& path);
 
   const EventLoop& loop_;
   QWidget* window_ = nullptr;
@@ -53,6 +60,7 @@ class QtOperator : public Operator {
   QPointer<QWidget> asking_;             // until the action that asks is over
   QObject following_;
   QString folder_;
+  std::vector<std::string> ownFolders_;
 };
 
 }  // namespace kelvo

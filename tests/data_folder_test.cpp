@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "store/data_folder.h"
+#include "store/own_files.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace kelvo {
@@ -82,6 +83,28 @@ TEST(DataFolder, FailedCopyNamesTheFileAndTheReasonAndLeavesNothing) {
   EXPECT_EQ(problem(folder.Path("file/kelvo")),
             "Der Ordner \"" + folder.Path("file/kelvo") +
                 "\" kann nicht angelegt werden: es gibt dort eine Datei dieses Namens.");
+}
+
+TEST(OwnFiles, AreKnownByWhateverPathAndOthersStayFree) {
+  const TemporaryFolder folder;
+  const std::string data = folder.Path("data");
+  fs::create_directory(data);
+  std::ofstream(data + "/bestand.txt") << "log";
+  fs::create_symlink(data, folder.Path("way"));
+  fs::create_hard_link(data + "/bestand.txt", folder.Path("second.txt"));
+  // The log may itself lie elsewhere.
+  std::ofstream(folder.Path("elsewhere.txt")) << "readings";
+  fs::create_symlink(folder.Path("elsewhere.txt"), data + "/gelesen.txt");
+  for (const char* path :
+       {"data/bestand.txt", "way/bestand.txt", "data/../way/bestand.txt", "second.txt",
+        "elsewhere.txt", "data/kelvo.mdb", "data/kelvo.mdb-journal", "data/kelvo-2.entwurf",
+        "way/kelvo-cli-ttyS0.ausstattung", "data/simulator.eeprom"}) {
+    EXPECT_TRUE(IsOwnFile(data, folder.Path(path))) << path;
+  }
+  for (const char* path : {"bestand.txt", "data/q.txt", "data/bestand2.txt", "data/kelvo.kelvo",
+                           "none/bestand.txt", "data/kelvo.txt"}) {
+    EXPECT_FALSE(IsOwnFile(data, folder.Path(path))) << path;
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -12,6 +13,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <filesystem>
 #include <fstream>
 
 #include "tests/fakes/temporary_folder.h"
@@ -173,6 +175,33 @@ TEST_F(QtOperatorTest, FileDialogsOpenWhereTheLastOneWas) {
     EXPECT_EQ(QFileInfo(dialog.directory().path()).canonicalFilePath(), last);
   });
   EXPECT_EQ(person.SaveFile("", "Text (txt) |*.txt"), std::nullopt);
+}
+
+TEST_F(QtOperatorTest, NothingIsSavedOverTheProgramsOwnFilesNorBeginsAmongThem) {
+  const testing_world::TemporaryFolder folder;
+  const testing_world::TemporaryFolder other;
+  const std::string log = folder.Path("bestand.txt");
+  std::ofstream(log) << "log";
+  std::filesystem::create_symlink(log, other.Path("link.txt"));
+  person.SetOwnFolders({folder.Path()});
+  person.SetFolder(QString::fromStdString(folder.Path()));
+  std::vector<QString> told;
+  const auto choose = [&](const std::string& path) {
+    Next<QFileDialog>([&](QFileDialog& dialog) {
+      EXPECT_NE(dialog.directory(), QDir(QString::fromStdString(folder.Path())));
+      dialog.selectFile(QString::fromStdString(path));
+      Next<QMessageBox>([&told](QMessageBox& box) { told.push_back(box.text()); });
+      static_cast<QDialog&>(dialog).accept();
+    });
+    return person.SaveFile("", "Bestand |*.txt");
+  };
+  for (const std::string& path :
+       {log, folder.Path("bestand"), folder.Path("gelesen.txt"), other.Path("link.txt")}) {
+    const std::size_t before = told.size();
+    EXPECT_EQ(choose(path), std::nullopt) << path;
+    ASSERT_EQ(told.size(), before + 1) << path;
+    EXPECT_TRUE(told.back().contains("gehört kelvo selbst")) << told.back().toStdString();
+  }
 }
 
 }  // namespace
