@@ -1,5 +1,7 @@
 #include "inventory/comparison.h"
 
+#include "inventory/statement_words.h"
+
 #include <algorithm>
 #include <set>
 
@@ -120,7 +122,9 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
   for (const auto& [key, doubt] : inventory.Doubtful()) {
     ComparisonRow row = RowFor(terminal, ItemText(key));
     row.compared = Compared::Unknown;
-    row.words = "ungewiss, ein Schreiben endete unklar";
+    const bool writing = doubt.change == ItemChange::Kind::Written && doubt.event != Event::ByMacro;
+    row.words =
+        writing ? "ungewiss, ein Schreiben endete unklar" : "ungewiss: " + RestsWords(doubt);
     rows.push_back(std::move(row));
   }
   for (const StoredRecord& record : records) {

@@ -43,6 +43,9 @@ std::string Named(const Item& item) {
 
 std::string DoubtSentence(const ItemKey& key, const Doubt& doubt) {
   const std::string what = ItemText(key) + ": ";
+  if (doubt.change != ItemChange::Kind::Written && doubt.event != Event::ByMacro) {
+    return what + "Ob es gelöscht wurde, ist nicht bekannt.";
+  }
   switch (doubt.event) {
     case Event::Refused:
       return what +

@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <utility>
 
 #include "inventory/journal.h"
+#include "inventory/macro_effects.h"
 
 namespace kelvo {
 namespace {
@@ -17,6 +19,8 @@ ItemKey PlaceOf(ItemKey key) {
   return key;
 }
 
+bool IsCutOff(Event event) { return event == Event::LineLost || event == Event::Unclear; }
+
 }  // namespace
 
 void Inventory::Take(const JournalEntry& entry, bool broadcast) {
@@ -31,14 +35,14 @@ void Inventory::Take(const JournalEntry& entry, bool broadcast) {
       return Begin(entry);
     default:
       room_.LoseCount();
-      return DoubtPlace(entry.change, {entry.event, entry.time});
+      return DoubtPlace(entry);
   }
 }
 
 void Inventory::Begin(const JournalEntry& entry) {
   before_ = Now(entry.change.key);
   room_.Begun();
-  DoubtPlace(entry.change, {entry.event, entry.time});
+  DoubtPlace(entry);
 }
 
 Inventory::Before Inventory::Now(const ItemKey& key) const {
@@ -56,7 +60,7 @@ Inventory::Before Inventory::TakeBefore(const ItemKey& key) {
 void Inventory::TakeUncertain(const JournalEntry& entry) {
   if (entry.event == Event::FreeBytes || entry.event == Event::Proven) return;
   room_.LoseCount();
-  DoubtPlace(entry.change, {entry.event, entry.time});
+  DoubtPlace(entry);
 }
 
 void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
@@ -65,7 +69,7 @@ void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
   // Whoever has answered, another one may not have heard it.
   if (broadcast && entry.change.kind != Written) {
     room_.LoseCount();
-    return DoubtPlace(entry.change, {entry.event, entry.time});
+    return DoubtPlace(entry);
   }
   switch (entry.change.kind) {
     case Erased:
@@ -117,14 +121,42 @@ void Inventory::Read(const JournalEntry& entry) {
   deleted_.clear();
 }
 
-void Inventory::DoubtPlace(const ItemChange& change, Doubt doubt) {
-  if (change.kind != ItemChange::Kind::Erased) {
-    Forget(change.key);
-    doubtful_[change.key] = doubt;
+// What a doubt knew of the place goes on to hold; that some macro may have done something, too,
+// says less than it did.
+Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const {
+  const Doubt* const old = DoubtAt(key);
+  const Held* const held = At(key);
+  if (old != nullptr && entry.event == Event::ByMacro) return *old;
+  Doubt doubt = old != nullptr ? *old : Doubt{};
+  doubt.cutOff = doubt.cutOff || IsCutOff(entry.event) ||
+                 (old != nullptr && old->event == Event::Begun && entry.event == Event::Begun);
+  doubt.event = entry.event;
+  doubt.time = entry.time;
+  doubt.change = entry.change.kind;
+  if (held != nullptr) doubt.before = *held;
+  const bool known =
+      std::find(doubt.perhaps.begin(), doubt.perhaps.end(), entry.command) != doubt.perhaps.end();
+  if (!known && ChangesWhenRun(entry.command)) doubt.perhaps.push_back(entry.command);
+  return doubt;
+}
+
+void Inventory::DoubtPlace(const JournalEntry& entry) {
+  if (entry.change.kind == ItemChange::Kind::Erased) {
+    for (const auto& [key, held] : items_) doubtful_[key] = DoubtOver(key, entry);
+    items_.clear();
     return;
   }
-  for (const auto& [key, held] : items_) doubtful_[key] = doubt;
-  items_.clear();
+  ItemKey key = entry.change.key;
+  if (entry.change.kind == ItemChange::Kind::Deleted) {
+    const auto held = FindPlace(items_, key);
+    const auto doubt = FindPlace(doubtful_, key);
+    // Where nothing was written from here, nothing becomes less certain.
+    if (held == items_.end() && doubt == doubtful_.end()) return;
+    key = held != items_.end() ? held->first : doubt->first;
+  }
+  Doubt doubt = DoubtOver(key, entry);
+  Forget(key);
+  doubtful_[key] = std::move(doubt);
 }
 
 void Inventory::Forget(const ItemKey& key) {

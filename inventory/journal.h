@@ -38,6 +38,13 @@ struct Held {
 struct Doubt {
   Event event = Event::Begun;  ///< Acknowledged: it is not known to whom
   JournalTime time;
+  ItemChange::Kind change = ItemChange::Kind::Written;  ///< what was begun
+  /// What was written there and acknowledged before, and may lie there still.
+  std::optional<Held> before{};
+  /// Commands that may have come there since, of macros that change the EEPROM when they run.
+  std::vector<std::string> perhaps{};
+  /// Its end may never have arrived: what was sent next may have become a part of it.
+  bool cutOff = false;
 };
 
 /// What lies in one Terminal's EEPROM as far as it was written from here.
@@ -82,7 +89,8 @@ class Inventory {
   Before Now(const ItemKey& key) const;
   void Apply(const JournalEntry& entry, bool broadcast);
   void Write(const JournalEntry& entry, bool broadcast);
-  void DoubtPlace(const ItemChange& change, Doubt doubt);
+  void DoubtPlace(const JournalEntry& entry);
+  Doubt DoubtOver(const ItemKey& key, const JournalEntry& entry) const;
   void Forget(const ItemKey& key);
   void Prove(const JournalEntry& entry);
   void Read(const JournalEntry& entry);

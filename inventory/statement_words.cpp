@@ -24,8 +24,10 @@ std::string RestsWords(const Held& held) {
 }
 
 std::string RestsWords(const Doubt& doubt) {
-  return doubt.event == Event::Acknowledged ? "bestätigt, aber nicht bekannt, von wem"
-                                            : EventText(doubt.event);
+  const bool goes = doubt.change != ItemChange::Kind::Written && doubt.event != Event::ByMacro;
+  return (goes ? "Löschen: " : "") + (doubt.event == Event::Acknowledged
+                                          ? std::string("bestätigt, aber nicht bekannt, von wem")
+                                          : EventText(doubt.event));
 }
 
 }  // namespace kelvo

@@ -15,7 +15,7 @@ std::string LocalMoment(JournalTime time);
 std::string ProofWords(Proof proof);
 /// The same, "an alle, bestätigt" where it went to all of a line at once.
 std::string RestsWords(const Held& held);
-/// "keine Antwort", "bestätigt, aber nicht bekannt, von wem"
+/// "keine Antwort", "Löschen: bestätigt, aber nicht bekannt, von wem"
 std::string RestsWords(const Doubt& doubt);
 
 }  // namespace kelvo

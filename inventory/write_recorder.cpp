@@ -5,6 +5,7 @@
 
 #include "base/val.h"
 #include "bus/transfer.h"
+#include "inventory/macro_effects.h"
 #include "link/addresses.h"
 #include "link/commands.h"
 #include "link/control_characters.h"
@@ -74,13 +75,17 @@ void WriteRecorder::Begin(std::string_view command, const ItemChange& change) {
   const bool unsure = TornAt(entry.terminal.device);
   const Inventory before = services_.journal.Of(entry.terminal);
   const Held* const config = before.At({ItemKind::Config, 0});
-  Record(entry, Event::Begun);
+  JournalEntry begun = entry;
+  // Of such a macro it matters what is in it, even if nobody ever learns whether it has arrived.
+  if (ChangesWhenRun(command)) begun.command = command;
+  Record(std::move(begun), Event::Begun);
   const bool counts = LastCommand(command)->answer == Answer::CountDown;
   pending_.push_back({std::move(entry), std::string(command), counts, unsure,
                       Settings(config != nullptr ? config->item.command : std::string())});
 }
 
-// Whoever listens runs it, if it is there.
+// Whoever listens runs it, if it is there. Where that may be several, each of them tells what is in
+// doubt: what was written to one is in doubt for all of them together.
 void WriteRecorder::RunMacro(int number) {
   const TerminalId listener = Listener();
   const bool one = listener.address != kAllAddresses && listener.address != kUnknownAddress;
@@ -88,26 +93,39 @@ void WriteRecorder::RunMacro(int number) {
   for (const TerminalId& terminal : services_.journal.Terminals()) {
     const bool may = !one && terminal.device == listener.device && terminal != listener;
     others = others || may;
-    if (may) RunMacro(terminal, number, 0);
+    if (may) RunMacro(terminal, number, terminal.address == kUnknownAddress ? kNoDoubts : 0);
   }
-  // Where it is not known who listens, the others have told what is in doubt.
-  const bool doubts = !others || listener.address != kUnknownAddress;
-  RunMacro(listener, number, doubts ? 0 : kNoDoubts);
+  RunMacro(listener, number, others ? kNoDoubts : 0);
 }
 
-// A macro that is in doubt may have changed anything.
+// One that nobody knows is taken for one that only draws.
 void WriteRecorder::RunMacro(const TerminalId& terminal, int number, int depth) {
+  if (depth == kDeepestMacro) return;
   const Inventory inventory = services_.journal.Of(terminal);
   const ItemKey key{ItemKind::Macro, number};
-  const Held* const macro = inventory.At(key);
-  if (depth != kNoDoubts && inventory.DoubtAt(key) != nullptr) {
-    Record({{}, terminal, Event::ByMacro, {ItemChange::Kind::Erased, {}}, {}, {}}, Event::ByMacro);
+  if (const Held* const macro = inventory.At(key)) {
+    RunText(terminal, macro->item, depth);
+  } else if (const Doubt* const doubt = inventory.DoubtAt(key); doubt && depth != kNoDoubts) {
+    RunDoubtful(terminal, key, *doubt, depth);
   }
-  if (macro == nullptr || depth == kDeepestMacro) return;
-  WalkCommands(ItemContent(macro->item), [&](const SentCommand& command) {
+}
+
+// It is any of those that were sent; what took in what followed it may be anything.
+void WriteRecorder::RunDoubtful(const TerminalId& terminal, const ItemKey& key, const Doubt& macro,
+                                int depth) {
+  if (macro.cutOff || macro.event == Event::Begun) {
+    Record({{}, terminal, Event::ByMacro, {ItemChange::Kind::Erased, {}}, {}, {}}, Event::ByMacro);
+    return;
+  }
+  if (macro.before) RunText(terminal, macro.before->item, depth);
+  for (const std::string& command : macro.perhaps) RunText(terminal, {key, command, {}}, depth);
+}
+
+void WriteRecorder::RunText(const TerminalId& terminal, const Item& macro, int depth) {
+  WalkCommands(ItemContent(macro), [&](const SentCommand& command) {
     if (command.row == nullptr) return true;
     if (const auto change = ChangeOf(command)) {
-      Record({{}, terminal, Event::ByMacro, *change, macro->item.name, {}}, Event::ByMacro);
+      Record({{}, terminal, Event::ByMacro, *change, macro.name, {}}, Event::ByMacro);
     } else if (command.row->name == CommandName::RunMakro) {
       RunMacro(terminal, static_cast<int>(Val(command.parameters)), std::max(depth, 0) + 1);
     }
@@ -195,7 +213,7 @@ void WriteRecorder::NoteFreeBytes(const Reply& reply) {
 void WriteRecorder::Record(JournalEntry entry, Event event) {
   entry.time = services_.loop.WallClock();
   entry.event = event;
-  if (event != Event::Acknowledged) entry.command.clear();
+  if (event != Event::Acknowledged && event != Event::Begun) entry.command.clear();
   services_.journal.Add(std::move(entry));
 }
 

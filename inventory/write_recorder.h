@@ -41,6 +41,8 @@ class WriteRecorder {
   void Begin(std::string_view command, const ItemChange& change);
   void RunMacro(int number);
   void RunMacro(const TerminalId& terminal, int number, int depth);
+  void RunDoubtful(const TerminalId& terminal, const ItemKey& key, const Doubt& macro, int depth);
+  void RunText(const TerminalId& terminal, const Item& macro, int depth);
   void CountSum(std::string_view characters);
   void Settle(const Outcome& outcome);
   void End(const Outcome& outcome);

@@ -9,11 +9,27 @@
 namespace kelvo {
 namespace {
 
+// What was written there and acknowledged last, whatever has become of it.
+const Held* LastWritten(const InventoryModel::Row& row) {
+  if (row.held) return &*row.held;
+  return row.doubt && row.doubt->before ? &*row.doubt->before : nullptr;
+}
+
 QString RestsText(const InventoryModel::Row& row) {
-  return Text(row.doubt ? RestsWords(*row.doubt) : RestsWords(*row.held));
+  if (!row.doubt) return Text(RestsWords(*row.held));
+  const QString words = Text(RestsWords(*row.doubt));
+  return row.doubt->before
+             ? InventoryModel::tr("ungewiss: %1, %2").arg(words, MomentText(row.doubt->time))
+             : words;
 }
 
 QString RestsTip(const InventoryModel::Row& row) {
+  if (row.doubt && row.doubt->before) {
+    return InventoryModel::tr(
+        "Name, Zeichen und Zeit sind die des zuletzt bestätigten Schreibens. Seither ist etwas "
+        "geschehen, dessen Ausgang nicht bekannt ist: Was jetzt unter dieser Nummer liegt, weiß "
+        "kelvo nicht.");
+  }
   if (row.doubt) {
     return InventoryModel::tr(
         "Es wurde etwas begonnen, dessen Ausgang nicht bekannt ist: Was unter "
@@ -99,19 +115,20 @@ QVariant InventoryModel::headerData(int section, Qt::Orientation orientation, in
 
 QString InventoryModel::Cell(int row, int column) const {
   const Row& shown = At(row);
+  const Held* const written = LastWritten(shown);
   switch (column) {
     case Kind:
       return Text(ItemKindText(shown.key.kind));
     case Number:
       return shown.key.kind == ItemKind::Config ? QString() : QString::number(shown.key.number);
     case Name:
-      return shown.held ? Text(shown.held->item.name) : QString();
+      return written != nullptr ? Text(written->item.name) : QString();
     case Bytes: {
-      const bool counts = shown.held && shown.key.kind != ItemKind::Config;
-      return counts ? QString::number(ItemBytes(shown.held->item)) : QString();
+      const bool counts = written != nullptr && shown.key.kind != ItemKind::Config;
+      return counts ? QString::number(ItemBytes(written->item)) : QString();
     }
     case Time:
-      return MomentText(shown.held ? shown.held->written : shown.doubt->time);
+      return MomentText(written != nullptr ? written->written : shown.doubt->time);
     case Rests:
       return RestsText(shown);
     default:
@@ -122,13 +139,15 @@ QString InventoryModel::Cell(int row, int column) const {
 }
 
 QVariant InventoryModel::SortKey(const Row& row, int column) const {
+  const Held* const written = LastWritten(row);
   switch (column) {
     case Number:
       return row.key.kind == ItemKind::Config ? -1 : row.key.number;
     case Bytes:
-      return row.held ? static_cast<int>(ItemBytes(row.held->item)) : -1;
+      return written != nullptr ? static_cast<int>(ItemBytes(written->item)) : -1;
     case Time:
-      return qint64{(row.held ? row.held->written : row.doubt->time).time_since_epoch().count()};
+      return qint64{
+          (written != nullptr ? written->written : row.doubt->time).time_since_epoch().count()};
     default:
       return Cell(static_cast<int>(&row - rows_.data()), column);
   }

@@ -24,7 +24,11 @@ Cells HeldCells(const SheetSubject& subject, const Held& held) {
 }
 
 Cells DoubtCells(const ItemKey& key, const Doubt& doubt) {
-  return {key.kind == ItemKind::Config ? "–" : std::to_string(key.number), "nicht bekannt", "–",
+  const bool config = key.kind == ItemKind::Config;
+  const bool named = doubt.before && !doubt.before->item.name.empty();
+  return {config ? "–" : std::to_string(key.number),
+          named ? PrintedWords(doubt.before->item.name) : "nicht bekannt",
+          config || !doubt.before ? "–" : std::to_string(ItemBytes(doubt.before->item)),
           DoubtBasis(doubt)};
 }
 
@@ -49,7 +53,12 @@ std::string HeldBasis(const Inventory& inventory, const Held& held) {
 }
 
 std::string DoubtBasis(const Doubt& doubt) {
-  return "ungewiss: " + RestsWords(doubt) + ", " + LocalMoment(doubt.time);
+  std::string basis = "ungewiss: " + RestsWords(doubt) + ", " + LocalMoment(doubt.time);
+  if (doubt.before) {
+    basis += "; davor geschrieben und " + ProofWords(doubt.before->proof) + " " +
+             LocalMoment(doubt.before->written);
+  }
+  return basis;
 }
 
 std::string ReadBasis(JournalTime time) { return "gelesen " + LocalMoment(time); }

@@ -111,6 +111,31 @@ TEST_F(JournalTest, WhatEndedOtherwiseLeavesAPlaceInDoubt) {
   EXPECT_EQ(Macro(5, 8), "?");
 }
 
+TEST_F(JournalTest, ADoubtKeepsWhatWasWrittenAndADeletionMakesNoneWhereNothingWas) {
+  const auto doubts = [this](int address) {
+    return journal.Of({kDevice, address}).Doubtful().size();
+  };
+  Did(1, DeleteKeyTable("77"));
+  Happened(Event::Silent, 1, DeleteKeyTable("78"));
+  Did(kAllAddresses, DeleteKeyTable("79"));
+  EXPECT_EQ(doubts(kUnknownAddress) + doubts(1) + doubts(kAllAddresses), 0u);
+  EXPECT_TRUE(journal.Of({kDevice, 1}).KnownEmpty({ItemKind::MatrixTable, 77}));
+
+  Did(5, WriteKeyTable("3", "41", ",61"), "Zehner");
+  const JournalTime written = journal.Entries().back().time;
+  Happened(Event::Silent, 5, DeleteKeyTable("3"));
+  Happened(Event::ByMacro, 5, EraseEEprom());
+  const Inventory five = journal.Of({kDevice, 5});
+  ASSERT_EQ(five.Doubtful().size(), 1u);
+  const auto& [key, doubt] = *five.Doubtful().begin();
+  EXPECT_EQ(key, (ItemKey{ItemKind::AtTable, 3}));
+  EXPECT_EQ(doubt.event, Event::Silent);
+  EXPECT_EQ(doubt.change, ItemChange::Kind::Deleted);
+  ASSERT_TRUE(doubt.before);
+  EXPECT_EQ(doubt.before->item.name, "Zehner");
+  EXPECT_EQ(doubt.before->written, written);
+}
+
 TEST_F(JournalTest, WhatWentToAllCountsForEachAndToAnUnknownOneForNone) {
   Did(5, WriteMakro(7, "fünf"));
   Did(6, WriteMakro(7, "sechs"));

@@ -127,6 +127,36 @@ TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {
   EXPECT_EQ(Of(5).Doubtful().size(), 1u);
 }
 
+TEST_F(WriteRecorderTest, ARestartOfAllLeavesWhatNoKnownAutostartChanges) {
+  Write(SelectAddress(5));
+  Write(EraseEEprom());
+  Write(WriteMakro(7, "sieben"));
+  Write(SelectAddress(6));
+  Write(WriteMakro(0, ClearDisplay().Text()));
+  Write(WriteMakro(7, "sechs"));
+  Write(SelectAddress(255));
+  const std::size_t before = journal.Entries().size();
+  Write(Restart());
+  EXPECT_EQ(journal.Entries().size(), before) << "nothing is changed by it";
+  EXPECT_NE(Macro(Of(5), 7), nullptr);
+  EXPECT_NE(Macro(Of(6), 7), nullptr);
+  // Nobody says whether this one has arrived, but both would only draw.
+  Write(SelectAddress(6));
+  At(2).SetFault(sim::Fault::Silent);
+  Write(WriteMakro(0, "nur Text"));
+  Write(Restart());
+  EXPECT_NE(Macro(Of(6), 7), nullptr);
+  // This one would not.
+  Write(SelectAddress(6));
+  Write(WriteMakro(0, DeleteMakro("7").Text()));
+  Write(Restart());
+  const Inventory six = Of(6);
+  const Doubt* const seven = six.DoubtAt({ItemKind::Macro, 7});
+  ASSERT_NE(seven, nullptr);
+  EXPECT_EQ(ItemContent(seven->before->item), "sechs");
+  EXPECT_NE(Macro(Of(5), 7), nullptr);
+}
+
 TEST_F(WriteRecorderTest, AConfigurationKeepsWhatWasSetFromHereSinceTheRestartOrTheOneBefore) {
   const auto config = [this](int address) {
     const Inventory inventory = Of(address);
