@@ -166,6 +166,18 @@ TEST_F(InventoryViewTest, AnotherTerminalInItsPlaceIsNoticedByItsFreeBytes) {
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt gleich"});
 }
 
+TEST_F(InventoryViewTest, WhatAnEraseCountsIsTakenByNoPageInFront) {
+  Start();
+  Select(5);
+  line.bus.At(0).SetFault(sim::Fault::Slow);
+  Show(Tab::Interfaces);
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.LastMessage(), "");
+  EXPECT_EQ(Editor("txtReceiveCom2"), "");
+  EXPECT_EQ(person.questions.size(), 2u) << "the erase, and the configuration after it";
+}
+
 TEST_F(InventoryViewTest, WhatCannotBeRecordedIsSaidOnceAndSentAllTheSame) {
   std::filesystem::create_directory(folder.Path("bestand.txt"));
   Start();
