@@ -1,5 +1,6 @@
 #include "bus/tick_list.h"
 
+#include <QHeaderView>
 #include <algorithm>
 
 namespace kelvo {
@@ -43,6 +44,11 @@ void TickList::FitColumn(int column) {
   resizeColumnToContents(column);
   const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
   setColumnWidth(column, std::min(columnWidth(column), widest));
+}
+
+void TickList::WholeLastColumn() {
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(columnCount() - 1, QHeaderView::ResizeToContents);
 }
 
 bool TickList::Ticked(int row) const {

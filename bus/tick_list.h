@@ -18,6 +18,8 @@ class TickList : public QTreeWidget {
   void SetText(int row, int column, const QString& text);
   /// Makes a column as wide as its texts, but no wider than leaves room for the others.
   void FitColumn(int column);
+  /// The last column is never narrower than its texts: what has no room is scrolled to.
+  void WholeLastColumn();
   bool Ticked(int row) const;
   void Tick(int row, bool ticked);
   void TickAll(bool ticked);

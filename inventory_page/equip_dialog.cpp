@@ -35,6 +35,8 @@ EquipDialog::EquipDialog(EquipServices services, QWidget* parent)
   OnClick(cmdAusstattenSchliessen, this, services_.person,
           &EquipDialog::cmdAusstattenSchliessen_Click, Speaks::ToStop);
   connect(run_, &EquipRunPage::Finished, this, &EquipDialog::Finished);
+  connect(plan_, &EquipPlanPage::Saved, this,
+          [this](const QString& text) { Q_EMIT Finished(text, false); });
   connect(run_, &EquipRunPage::RunningChanged, this, [this] {
     if (closing_ && !run_->Running()) reject();
   });

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -36,8 +37,8 @@ EquipPlanPage::EquipPlanPage(const EquipServices& services, QWidget* parent)
   right->addWidget(MakePlan(), 3);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(MakeSource(), 1);
-  row->addLayout(right, 1);
+  row->addWidget(MakeSource(), 4);
+  row->addLayout(right, 3);
   ConnectControls();
 }
 
@@ -54,6 +55,7 @@ QWidget* EquipPlanPage::MakeSource() {
       Named(new TickList({tr("Posten"), tr("Bezeichnung"), tr("Byte"), tr("am Ziel")}, {18, 18, 7}),
             "ctlAusstattenPosten");
   ctlAusstattenPosten->setAccessibleName(tr("Posten"));
+  ctlAusstattenPosten->WholeLastColumn();
   ctlAusstattenPosten->headerItem()->setToolTip(kBytesColumn,
                                                 tr("mindestens, errechnet; was das Terminal dazu "
                                                    "braucht, sagt es nicht"));
@@ -61,6 +63,10 @@ QWidget* EquipPlanPage::MakeSource() {
   column->addWidget(cboAusstattenQuelle);
   column->addWidget(ctlAusstattenPosten, 1);
   column->addLayout(ButtonRow({cmdAusstattenLaden, cmdAusstattenSichern}));
+  lblAusstattenGesichert = Named(new QLabel, "lblAusstattenGesichert");
+  lblAusstattenGesichert->setWordWrap(true);
+  lblAusstattenGesichert->hide();
+  column->addWidget(lblAusstattenGesichert);
   return group;
 }
 
@@ -70,6 +76,7 @@ QWidget* EquipPlanPage::MakeTargets() {
       Named(new TickList({tr("Terminal"), tr("Checksumme"), tr("gelesen")}, {27, 15}),
             "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
+  ctlAusstattenZiele->WholeLastColumn();
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
                                   tr("Fragt die angekreuzten nach Adresse, Version und freiem "
                                      "Platz. Geschrieben wird nichts."));
@@ -168,8 +175,12 @@ void EquipPlanPage::AddTarget(EquipTarget target, bool ticked) {
 }
 
 Equipment EquipPlanPage::EquipmentOf(const Source& source) const {
-  if (source.file) return *source.file;
   const std::string origin = source.title.toStdString();
+  if (source.file) {
+    Equipment equipment = *source.file;
+    equipment.origin = origin + (equipment.origin.empty() ? "" : " (" + equipment.origin + ")");
+    return equipment;
+  }
   if (!source.terminal) return kelvo::EquipmentOf(services_.records(), origin);
   return kelvo::EquipmentOf(services_.journal.Of(*source.terminal), origin);
 }
@@ -178,6 +189,7 @@ void EquipPlanPage::cboAusstattenQuelle_Click() {
   const auto index = static_cast<std::size_t>(std::max(0, cboAusstattenQuelle->currentIndex()));
   if (index >= sources_.size()) return;
   equipment_ = EquipmentOf(sources_[index]);
+  lblAusstattenGesichert->hide();
   UntickOrigin();
   FillItems();
   ShowPlan();
@@ -294,7 +306,11 @@ void EquipPlanPage::cmdAusstattenSichern_Click() {
   const auto path = services_.person.SaveFile("Bestand sichern", kFilter);
   if (!path) return;
   const auto problem = WriteFile(*path, EquipmentFile(Job().equipment));
-  if (problem) services_.person.Message(*problem, Icon::Exclamation);
+  if (problem) return services_.person.Message(*problem, Icon::Exclamation);
+  const QString said = tr("Der Bestand ist gesichert: %1").arg(Text(*path));
+  lblAusstattenGesichert->setText(said);
+  lblAusstattenGesichert->show();
+  Q_EMIT Saved(said);
 }
 
 void EquipPlanPage::cmdAusstattenLesen_Click() {

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 
@@ -28,6 +29,10 @@ class EquipPlanPage : public QWidget {
   /// What is ticked.
   EquipJob Job() const;
   QPushButton* StartButton() { return cmdAusstatten; }
+
+ Q_SIGNALS:
+  /// The source lies in a file now: what is said of it.
+  void Saved(const QString& text);
 
  private:
   /// Where equipment can come from.
@@ -69,6 +74,7 @@ class EquipPlanPage : public QWidget {
   QComboBox* cboAusstattenQuelle = nullptr;
   QPushButton* cmdAusstattenLaden = nullptr;
   QPushButton* cmdAusstattenSichern = nullptr;
+  QLabel* lblAusstattenGesichert = nullptr;
   TickList* ctlAusstattenPosten = nullptr;
   TickList* ctlAusstattenZiele = nullptr;
   QPushButton* cmdAusstattenLesen = nullptr;

@@ -201,6 +201,8 @@ void EquipRunPage::cmdAusstattenFortsetzen_Click() {
   start_ = services_.loop.Now();
   workAtStart_ = std::max<std::size_t>(WorkLeft(), 1);
   lblAusstattenStand->setText(tr("Es wird geschrieben …"));
+  ctlAusstattenFortschritt->setMaximum(static_cast<int>(workAtStart_));
+  ctlAusstattenFortschritt->setValue(0);
   SetRunning(true);
   const EquipRun::End end = run_.Run(*log_, [this](const EquipEntry& entry) { ShowEntry(entry); });
   if (before && services_.exchange.Alive()) services_.exchange.SendString(SelectAddress(*before));
@@ -256,7 +258,10 @@ void EquipRunPage::cmdAusstattenBericht_Click() {
   const auto path = services_.person.SaveFile("Bericht sichern", kFilter);
   if (!path) return;
   const auto problem = WriteFile(*path, EquipReport(log_->Job(), log_->Progress()));
-  if (problem) services_.person.Message(*problem, Icon::Exclamation);
+  if (problem) return services_.person.Message(*problem, Icon::Exclamation);
+  const QString said = tr("Der Bericht ist gesichert: %1").arg(Text(*path));
+  lblAusstattenStand->setText(said);
+  Q_EMIT Finished(said, false);
 }
 
 }  // namespace kelvo

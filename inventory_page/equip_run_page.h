@@ -36,7 +36,7 @@ class EquipRunPage : public QWidget {
   QPushButton* ContinueButton() { return cmdAusstattenFortsetzen; }
 
  Q_SIGNALS:
-  /// A run is over for now: what came of it.
+  /// A run is over for now, or its report is saved: what came of it.
   void Finished(const QString& result, bool failed);
   /// It begins or ends.
   void RunningChanged();

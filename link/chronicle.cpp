@@ -21,6 +21,11 @@ bool IsDrawing(const CommandRow* row) {
 
 bool IsSelection(const CommandRow& row) { return row.name == CommandName::SelectAddress; }
 
+int SelectedIn(std::string_view text) {
+  const std::string_view letters = RowOf(CommandName::SelectAddress).letters;
+  return RoundToEven(Val(text.substr(text.rfind(letters) + letters.size())));
+}
+
 bool IsQuestion(const CommandRow& row) {
   return row.answer == Answer::Value || row.answer == Answer::FreeText;
 }
@@ -64,6 +69,8 @@ Chronicle::Chronicle(LineWatch& line, std::function<Moment()> clock, std::functi
 void Chronicle::Sent(std::string_view text) {
   const bool goesOn = std::exchange(whole_, text.size() != kPieceLength) == false;
   const CommandRow* const last = LastCommand(text);
+  if (!busy_()) target_.reset();
+  if (busy_() && last != nullptr && IsSelection(*last)) target_ = SelectedIn(text);
   if (goesOn || IsDrawing(last)) return SentDrawing(text.size(), goesOn);
   if (last != nullptr && last->answer != Answer::None) return;
   if (busy_() && (last == nullptr || last->done.empty() || IsSelection(*last))) return;
@@ -98,13 +105,18 @@ void Chronicle::NoteAcknowledged(const Outcome& outcome) {
   const Reply reply = JudgedAcknowledge(outcome.reply);
   if (reply.kind == ReplyKind::Sent) return;  // it still counts
   if (reply.Failed()) {
-    Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(reply), true);
+    Note(TargetWords() + CommandWords(outcome.sent, 1) + ": " + FailureWords(reply), true);
   } else {
     const std::string before =
         freeBytes_ ? ", vorher " + NumberText(*freeBytes_) + " Byte frei" : std::string();
-    Note(DoneWords(outcome.sent) + ", bestätigt" + before);
+    Note(TargetWords() + DoneWords(outcome.sent) + ", bestätigt" + before);
   }
   freeBytes_.reset();
+}
+
+// Of an undertaking that writes to several.
+std::string Chronicle::TargetWords() const {
+  return busy_() && target_ ? "Adresse " + std::to_string(*target_) + ": " : std::string();
 }
 
 void Chronicle::Note(const std::string& text, bool failed) {

@@ -56,6 +56,7 @@ class Chronicle {
   void SentDrawing(std::size_t length, bool goesOn);
   void Settle(const Outcome& outcome);
   void NoteAcknowledged(const Outcome& outcome);
+  std::string TargetWords() const;
 
   std::function<Moment()> clock_;
   std::function<bool()> busy_;
@@ -63,6 +64,7 @@ class Chronicle {
   std::deque<Line> lines_;
   bool whole_ = true;                // the text sent last has not been one piece of several
   std::size_t length_ = 0;           // of the drawing sent last
+  std::optional<int> target_;        // selected last by the undertaking that sends by itself
   std::optional<double> freeBytes_;  // as read by the question before
   std::function<void(const Line&)> listener_;
   std::function<std::string()> doubt_;

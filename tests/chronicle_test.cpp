@@ -57,6 +57,20 @@ TEST_F(ChronicleTest, WhatMayNotHaveArrivedIsNotCalledDone) {
   EXPECT_EQ(Last(), "Makro 1 gestartet");
 }
 
+TEST_F(ChronicleTest, AnUndertakingThatWritesToSeveralNamesEachAddress) {
+  terminal.Answer("\x03", "\x06");
+  exchange.SendString(SelectAddress(7));
+  exchange.SendString(WriteMakro(1, "x"));
+  EXPECT_EQ(Last(), "Makro 1 geschrieben: 1 Byte, bestätigt") << "the head says who listens";
+  busy = true;
+  for (const int address : {5, 6}) {
+    exchange.SendString(SelectAddress(address));
+    exchange.SendString(WriteMakro(1, "x"));
+    EXPECT_EQ(Last(),
+              "Adresse " + std::to_string(address) + ": Makro 1 geschrieben: 1 Byte, bestätigt");
+  }
+}
+
 TEST_F(ChronicleTest, WhatNobodyConfirmsIsSaidWhenItIsSent) {
   const std::pair<std::string, const char*> cases[] = {
       {"\x1b!A7;", "Adresse 7 gewählt"},

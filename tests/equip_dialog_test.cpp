@@ -1,6 +1,8 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 
 #include "bus/tick_list.h"
 #include "inventory_page/equip_dialog.h"
@@ -136,9 +138,37 @@ TEST_F(EquipDialogTest, EscapeStopsFirstAndThenCloses) {
 TEST_F(EquipDialogTest, AnInventoryIsSavedAndLoadedFromAFile) {
   person.file = folder.Path("pult.txt");
   Click("cmdAusstattenSichern");
+  EXPECT_EQ(Find<QLabel>("lblAusstattenGesichert").text().toStdString(),
+            "Der Bestand ist gesichert: " + *person.file);
   Click("cmdAusstattenLaden");
   EXPECT_EQ(Find<QComboBox>("cboAusstattenQuelle").currentText(), "Datei pult.txt");
   EXPECT_EQ(Find<TickList>("ctlAusstattenPosten").Rows(), 2);
+  person.answers = {true};
+  Click("cmdAusstatten");
+  EXPECT_NE(Report().find("Quelle: Datei pult.txt (Bestand von"), std::string::npos) << Report();
+}
+
+TEST_F(EquipDialogTest, ASecondRunBeginsItsBarAtNothing) {
+  for (int run = 0; run < 2; ++run) {
+    std::optional<int> first;
+    const auto hear = port.onCharacter;
+    port.onCharacter = [&](char character) {
+      const auto& bar = Find<QProgressBar>("ctlAusstattenFortschritt");
+      if (!first && bar.isVisibleTo(bar.parentWidget())) first = bar.value();
+      hear(character);
+    };
+    person.answers = {true};
+    Click("cmdAusstatten");
+    port.onCharacter = hear;
+    EXPECT_EQ(first, 0) << run;
+    auto& dialog = dynamic_cast<EquipDialog&>(Root());
+    dialog.reject();
+    dialog.Open();
+  }
+}
+
+TEST_F(EquipDialogTest, AFileThatIsNoneIsRefused) {
+  person.file = folder.Path("pult.txt");
   std::ofstream(*person.file) << "kelvo-bestand 1";
   Click("cmdAusstattenLaden");
   EXPECT_EQ(person.LastMessage(), "Die Datei enthält keinen Bestand oder ist beschädigt.");
