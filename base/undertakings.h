@@ -42,6 +42,21 @@ class Undertakings {
     std::string outer_;
   };
 
+  /// What runs does nothing but wait for the operator as long as this lives: a box or a dialog
+  /// stands in front of it.
+  class Resting {
+   public:
+    explicit Resting(Undertakings& all)
+        : all_(all), outer_(std::exchange(all.resting_, all.running_)) {}
+    ~Resting() { all_.resting_ = outer_; }
+    Resting(const Resting&) = delete;
+    Resting& operator=(const Resting&) = delete;
+
+   private:
+    Undertakings& all_;
+    int outer_;
+  };
+
   /// A handler speaks to the Terminal as long as this lives.
   class Talking {
    public:
@@ -55,6 +70,8 @@ class Undertakings {
   };
 
   bool HandlersRun() const { return running_ > 0; }
+  /// A handler runs that does not just wait for the operator.
+  bool Works() const { return running_ > resting_; }
   bool Talks() const { return talking_ > 0; }
   /// Something is to begin when the last handler is over; what only fills a page had better give
   /// way.
@@ -68,6 +85,7 @@ class Undertakings {
 
  private:
   int running_ = 0;
+  int resting_ = 0;  // handlers behind the box in front
   int talking_ = 0;
   std::vector<std::function<void()>> later_;
   std::string alone_;

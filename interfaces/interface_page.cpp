@@ -172,6 +172,7 @@ void InterfacePage::cboCom_Click(ComList list) {
   DescribePort();
   if (list != ComPortNr || services_.com1.IsOpen()) return;
   if (cboCom[ComPortNr]->currentIndex() == kNoPortPosition) {
+    Q_EMIT NoPortChosen();
     Q_EMIT PortChanged();
   } else {
     OpenChosenPort();

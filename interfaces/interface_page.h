@@ -76,6 +76,8 @@ class InterfacePage : public QWidget, public Receiver {
  Q_SIGNALS:
   /// The PC port has been opened, closed or set up anew.
   void PortChanged();
+  /// The operator wants no port.
+  void NoPortChosen();
   /// What came of "Verbindung suchen …".
   void SearchEnded(const QString& report, bool failed);
 
@@ -122,6 +124,7 @@ class InterfacePage : public QWidget, public Receiver {
   QLabel* lblAnschluss = nullptr;
   FindDialog* finder_ = nullptr;
   bool openBeforeFinder_ = false;
+  int finderPosition_ = -1;
   QPushButton* cmdVerbinden = nullptr;
   QPushButton* cmdVerbindungSuchen = nullptr;
   QPushButton* cmdSetCom1 = nullptr;

@@ -27,13 +27,19 @@ void InterfacePage::cmdVerbindungSuchen_Click() {
   if (none && !services_.com1.IsOpen()) {
     return services_.person.Message("zuerst Anschluß wählen");
   }
-  finder_->Prepare(services_.com1.IsOpen() ? PortText() : cboCom[ComPortNr]->currentText());
+  openBeforeFinder_ = services_.com1.IsOpen();
+  finderPosition_ = position;
+  finder_->Prepare(openBeforeFinder_ ? PortText() : cboCom[ComPortNr]->currentText());
+  const Undertakings::Resting resting(services_.person.Begun());
   finder_->exec();
 }
 
+// The port that the dialog names, also when its device has been away meanwhile.
 bool InterfacePage::OpenForFinder() {
-  openBeforeFinder_ = services_.com1.IsOpen();
-  return openBeforeFinder_ || OpenChosenPort();
+  if (services_.com1.IsOpen()) return true;
+  if (openBeforeFinder_) return OpenAgain();
+  cboCom[ComPortNr]->setCurrentIndex(finderPosition_);
+  return OpenChosenPort();
 }
 
 void InterfacePage::RestoreBeforeFinder() {

@@ -127,6 +127,8 @@ class Exchange {
   bool LineHeld() const { return port_.Held(); }
   /// The port is open and the program goes on; otherwise every exchange ends at once.
   bool Alive() const { return port_.IsOpen() && !loop_.Closing(); }
+  /// Somebody is in the middle of an exchange, or waits until a text has left the line.
+  bool Busy() const { return depth_ > 0; }
 
  private:
   class Activity;

@@ -40,15 +40,19 @@ void frmhaupt::ConnectPorts() {
     const bool one = port >= 1 && port <= PortDialog::kPortCount;
     return one ? DescribePort(port) : std::string();
   });
-  portReturn_ = std::make_unique<PortReturn>(
-      PortReturn::Services{outside_.tmrReturn, outside_.person.Begun(),
-                           [this] {
-                             return outside_.machine.deviceReady(data_.DeviceOf(
-                                 interfaces_->OpenPortNumber(), outside_.folders.data));
-                           },
-                           [this] { Guard("com1", &frmhaupt::com1_Returned); }});
-  // Whatever the operator does with a port ends the looking for the lost one.
-  connect(interfaces_, &InterfacePage::PortChanged, this, [this] { portReturn_->GiveUp(); });
+  portReturn_ = std::make_unique<PortReturn>(PortReturn::Services{
+      outside_.tmrReturn, outside_.person.Begun(),
+      [this] {
+        return !exchange_.Busy() && outside_.machine.deviceReady(data_.DeviceOf(
+                                        interfaces_->OpenPortNumber(), outside_.folders.data));
+      },
+      [this] { Guard("com1", &frmhaupt::com1_Returned); }});
+  // An open port, or the wish for none, ends the looking for the lost one; one that cannot be
+  // opened does not.
+  connect(interfaces_, &InterfacePage::PortChanged, this, [this] {
+    if (outside_.com1.IsOpen()) portReturn_->GiveUp();
+  });
+  connect(interfaces_, &InterfacePage::NoPortChosen, this, [this] { portReturn_->GiveUp(); });
 }
 
 bool frmhaupt::ReturnsByItself() const {

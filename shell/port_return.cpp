@@ -10,9 +10,11 @@ PortReturn::PortReturn(Services services) : services_(std::move(services)) {
 
 void PortReturn::Await() { services_.timer.SetEnabled(true); }
 
-// Not into the middle of an action, and not behind a dialog that asks about ports.
+// Not into the middle of an action, and not behind a dialog that asks about ports; but a box that
+// only tells something keeps nothing waiting.
 void PortReturn::Look() {
-  if (services_.begun.HandlersRun() || !services_.ready()) return;
+  const Undertakings& begun = services_.begun;
+  if (begun.Works() || !begun.RunsAlone().empty() || !services_.ready()) return;
   GiveUp();
   services_.open();
 }

@@ -146,6 +146,7 @@ QWidget* QtOperator::Owner() {
 // What one action asks one after the other stays over one window, whichever the system brings to
 // the front meanwhile.
 int QtOperator::Run(QDialog& dialog) {
+  const Undertakings::Resting resting(Begun());
   const int result = dialog.exec();
   asking_ = dialog.parentWidget();
   QTimer::singleShot(0, &following_, [this] { asking_ = nullptr; });

@@ -1,4 +1,6 @@
+#include <QDialog>
 #include <QSpinBox>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include "tests/window_fixture.h"
@@ -73,6 +75,56 @@ TEST_F(PortReturnTest, OperatorDecidesOtherwise) {
   window.reset();
   Start();
   EXPECT_FALSE(Find<QAction>("mnuOptionenWiederOeffnen").isChecked());
+}
+
+// What runs by itself waits for no box, and no attempt that fails ends it.
+TEST_F(PortReturnTest, NeitherABoxNorAFailedAttemptKeepsTheLostDeviceFromComingBack) {
+  StartOn(Tab::Interfaces);
+  Lose();
+  port.openError = PortNotAvailable;
+  Choose("cboCom_13", "Com 6");
+  EXPECT_EQ(person.LastMessage(), "Schnittstelle nicht vorhanden");
+  port.openError = PortOk;
+  ready = true;
+  Later();
+  EXPECT_TRUE(port.IsOpen());
+  Lose();
+  person.duringMessage = [this] {
+    ready = true;
+    Later();
+    EXPECT_TRUE(port.IsOpen()) << "while the box stands";
+    EXPECT_EQ(port.written, "");
+  };
+  Click("cmdVerbinden");
+  EXPECT_EQ(person.LastMessage(), "zuerst Anschluß wählen");
+  EXPECT_TRUE(port.IsOpen());
+}
+
+// The search opens the port that it began with, and leaves it as that was.
+TEST_F(PortReturnTest, TheSearchForAConnectionGoesOnWithTheDeviceThatCameBack) {
+  StartOn(Tab::Interfaces);
+  loop.After(milliseconds(700), [this] { Lose(); });
+  bool back = false;
+  QTimer::singleShot(0, window.get(), [&] {
+    auto& dialog = Find<QDialog>("frmVerbindungSuchen");
+    Click("cmdSuchen");
+    port.openError = PortNotAvailable;
+    Click("cmdSuchen");
+    EXPECT_EQ(person.LastMessage(), "Schnittstelle nicht vorhanden");
+    port.openError = PortOk;
+    ready = true;
+    Later();
+    back = port.IsOpen();
+    port.Lose();
+    loop.After(milliseconds(700), [this] { Click("cmdSuchenAbbrechen"); });
+    Click("cmdSuchen");
+    EXPECT_EQ(Text("lblSuchenErgebnis"), "Abgebrochen, bis dahin nichts gefunden.");
+    dialog.reject();
+  });
+  Click("cmdVerbindungSuchen");
+  EXPECT_TRUE(back) << "behind the dialog";
+  EXPECT_TRUE(port.IsOpen());
+  EXPECT_EQ(Chosen("cboCom_13"), "Com 6");
 }
 
 TEST_F(PortReturnTest, RefusedPortIsExplainedWithItsDevice) {

@@ -38,6 +38,7 @@ class FakeOperator : public Operator {
                const std::string& hint) override {
     Told(text);
     messages.push_back({text, title, icon, Hint(text, hint)});
+    const Undertakings::Resting resting(Begun());
     if (duringMessage) duringMessage();
   }
   void Notify(const std::string& text, Icon) override {
