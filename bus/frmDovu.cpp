@@ -22,7 +22,7 @@ frmDovu::frmDovu(Services services, QWidget* parent)
                        tr("Hört nach dem Stück auf, das gerade gesendet wird."),
                        tr("Die Übertragung hört nach dem Stück auf, das gerade gesendet wird …"),
                        "Die Übertragung läuft."},
-                      services.exchange, services.person, parent),
+                      services.person, parent),
       services_(std::move(services)),
       transfer_(services_.exchange, services_.loop) {
   setWindowTitle(tr("Zeichnung an aktive Terminals senden"));

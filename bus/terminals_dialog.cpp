@@ -20,9 +20,8 @@ constexpr QColor kLightRed(255, 0, 0);
 QColor TerminalsDialog::GoodColour() { return kGreen; }
 QColor TerminalsDialog::FailedColour() { return kLightRed; }
 
-TerminalsDialog::TerminalsDialog(const Names& names, Words words, Exchange& exchange,
-                                 Operator& person, QWidget* parent)
-    : QDialog(parent), words_(std::move(words)), exchange_(exchange), person_(person) {
+TerminalsDialog::TerminalsDialog(const Names& names, Words words, Operator& person, QWidget* parent)
+    : QDialog(parent), words_(std::move(words)), person_(person) {
   Named(this, names.dialog);
   list_ = Named(new TickList(words_.titles, words_.widths), names.list);
   list_->setAccessibleName(tr("Terminals"));
@@ -88,7 +87,6 @@ void TerminalsDialog::SetRunning(bool running) {
 
 void TerminalsDialog::Start() {
   if (running_) return;
-  if (!exchange_.Alive()) reject();
   if (!person_.MayTalk()) return;
   const Undertakings::Alone alone(person_.Begun(), words_.running);
   SetRunning(true);

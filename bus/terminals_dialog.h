@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "base/operator.h"
-#include "link/exchange.h"
 
 class QHBoxLayout;
 class QLabel;
@@ -49,8 +48,7 @@ class TerminalsDialog : public QDialog {
     QString stopping;     ///< while that takes effect
     std::string running;  ///< what runs, a German sentence
   };
-  TerminalsDialog(const Names& names, Words words, Exchange& exchange, Operator& person,
-                  QWidget* parent);
+  TerminalsDialog(const Names& names, Words words, Operator& person, QWidget* parent);
 
   /// Shows it; it blocks the window behind it.
   void Present();
@@ -76,7 +74,6 @@ class TerminalsDialog : public QDialog {
   void End();
 
   Words words_;
-  Exchange& exchange_;
   Operator& person_;
   bool running_ = false;
   bool closing_ = false;

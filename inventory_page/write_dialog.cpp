@@ -31,7 +31,7 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
            tr("Hört auf, wenn das Terminal fertig ist, das gerade an der Reihe ist."),
            tr("Es hört auf, wenn das Terminal fertig ist, das gerade an der Reihe ist …"),
            "Es wird in mehrere Terminals geschrieben."},
-          services.exchange, services.person, parent),
+          services.person, parent),
       services_(std::move(services)),
       run_(services_.exchange, services_.loop) {
   resize(fontMetrics().averageCharWidth() * 140, height());

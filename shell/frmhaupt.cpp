@@ -387,7 +387,8 @@ void frmhaupt::AskForPort() {
   outside_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
                           Icon::Exclamation);
   SetTab(Tab::Interfaces);
-  raise();  // the editor may be in front
+  if (QApplication::activeModalWidget() != nullptr) return;  // a dialog stays where it was
+  raise();                                                   // the editor may be in front
   activateWindow();
 }
 

@@ -115,7 +115,9 @@ TEST_F(DovuDialogTest, LostLineAndClosedProgramEndIt) {
   Forget();
   Click("cmdSenden");
   EXPECT_EQ(person.LastMessage(), "stellen Sie zuerst eine Schnittstelle ein            ");
-  EXPECT_FALSE(Find("frmDovu").isVisible());
+  EXPECT_TRUE(Find("frmDovu").isVisible());
+  EXPECT_EQ(Entry(0), "*Tor|keine Antwort") << "what came of it stays";
+  Find("frmDovu").close();
   Choose("cboCom_13", "Com 6");
   Trigger("mnuDovuSenden");
   loop.After(milliseconds(8), [this] { window->close(); });
