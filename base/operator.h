@@ -60,7 +60,7 @@ class Operator {
   /// The same without waiting for the OK.
   virtual void Notify(const std::string& text, Icon icon = Icon::None) = 0;
   /// A Yes/No message box; true for Yes. An empty title means the program's name. Yes is proposed,
-  /// with the exclamation icon No; `hint` as in Message.
+  /// with the exclamation icon, and where it reports a failure, No; `hint` as in Message.
   virtual bool Ask(const std::string& text, Icon icon = Icon::Question,
                    const std::string& title = {}, Proposal proposal = Proposal::ByIcon,
                    const std::string& hint = {}) = 0;
@@ -84,6 +84,9 @@ class Operator {
   /// To be called with each message.
   void Told(const std::string& text) const {
     if (adviser_.told) adviser_.told(text);
+  }
+  bool ProposesNo(const std::string& text, Icon icon, Proposal proposal) const {
+    return proposal == Proposal::No || icon == Icon::Exclamation || AdviceOn(text, {}).has_value();
   }
   std::optional<Advice> AdviceOn(const std::string& text, const std::string& hint) const {
     std::optional<Advice> advice = adviser_.explain ? adviser_.explain(text) : std::nullopt;

@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QWindow>
 
 #include "help/chapters.h"
+#include "widgets/front.h"
 
 namespace kelvo {
 namespace {
@@ -66,19 +66,7 @@ void HelpDesk::ShowChapter(const QString& chapter, const QString& message) {
   }
 }
 
-// Beside a modal dialog only its own windows can be used, so the help belongs to the one in front.
-void HelpDesk::Present() {
-  window_->winId();
-  const QWidget* const dialog = QApplication::activeModalWidget();
-  QWindow* const front = dialog != nullptr ? dialog->windowHandle() : nullptr;
-  if (window_->windowHandle()->transientParent() != front) {
-    window_->hide();
-    window_->windowHandle()->setTransientParent(front);
-  }
-  window_->show();
-  window_->raise();
-  window_->activateWindow();
-}
+void HelpDesk::Present() { BringToFront(*window_); }
 
 void HelpDesk::Close() {
   if (window_ != nullptr) window_->close();

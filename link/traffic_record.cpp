@@ -41,6 +41,7 @@ void TrafficRecord::Add(WallTime now, Direction direction, std::string_view char
 // A text that goes out in pieces is one command.
 bool TrafficRecord::Continues(WallTime now, Direction direction, std::size_t length) const {
   if (entries_.empty() || entries_.back().direction != direction) return false;
+  if (entries_.back().length == 0) return false;
   const std::size_t together = entries_.back().length + length;
   if (direction == Direction::ToTerminal) {
     return lastLength_ == kPieceLength && together <= kLongestEntry;
@@ -92,6 +93,12 @@ void TrafficRecord::Note(WallTime now, const Outcome& outcome) {
   // Some waits go on after the answer, for another one.
   const nanoseconds after = std::clamp<nanoseconds>(now - lastTime_, nanoseconds(0), outcome.took);
   Mark(last, outcome.reply.kind, outcome.took - after);
+}
+
+void TrafficRecord::NoteLoss(WallTime now) {
+  const Number number = Append(now, Direction::FromTerminal, {});
+  Join(number, number);  // it answers nothing
+  Mark(number, ReplyKind::PortClosed, {});
 }
 
 std::optional<TrafficRecord::Number> TrafficRecord::FindSent(std::string_view text) const {

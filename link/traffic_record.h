@@ -51,6 +51,8 @@ class TrafficRecord {
 
   void Add(WallTime now, Direction direction, std::string_view characters);
   void Note(WallTime now, const Outcome& outcome);
+  /// The device has gone: an entry without characters, from the Terminal's side.
+  void NoteLoss(WallTime now);
   /// An entry of its own, whatever stands before it; at most kLongestEntry characters.
   Number Append(WallTime time, Direction direction, std::string_view characters);
   void Mark(Number number, ReplyKind result, std::chrono::nanoseconds took);

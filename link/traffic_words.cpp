@@ -67,6 +67,7 @@ std::string ReceivedWords(const TrafficRecord& record, Number number) {
 TrafficKind KindOf(const TrafficRecord& record, Number number) {
   const TrafficEntry& entry = record.At(number);
   if (entry.direction == Direction::ToTerminal) return KindOfSent(record, number);
+  if (entry.length == 0) return TrafficKind::Unasked;
   const auto sent = record.Sent(number);
   const bool answers =
       sent && (entry.result != ReplyKind::Sent || IsPieceOfAnswer(record, number, *sent));
@@ -95,7 +96,9 @@ std::optional<Number> LastFailure(const TrafficRecord& record) {
 
 std::string TrafficWords(const TrafficRecord& record, Number number, int limit) {
   const TrafficEntry& entry = record.At(number);
-  if (entry.direction == Direction::FromTerminal) return ReceivedWords(record, number);
+  const bool received = entry.direction == Direction::FromTerminal;
+  if (received && entry.length == 0) return "Verbindung verloren: Das Gerät ist verschwunden";
+  if (received) return ReceivedWords(record, number);
   if (entry.length == 0) return "nichts gesendet: kein Anschluss war offen";
   return CommandWords(record.Characters(number), limit);
 }
@@ -116,7 +119,9 @@ std::string ResultWords(const TrafficRecord& record, Number number) {
     case ReplyKind::Unexpected:
       return "unerwartete Antwort";
     case ReplyKind::PortClosed:
-      return entry.length == 0 ? "nicht gesendet" : "Anschluss geschlossen";
+      return entry.length == 0 && entry.direction == Direction::ToTerminal
+                 ? "nicht gesendet"
+                 : "Anschluss geschlossen";
   }
   return {};
 }

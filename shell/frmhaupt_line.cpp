@@ -139,6 +139,7 @@ void frmhaupt::com1_Lost() {
   interfaces_->ShowNoPort();
   lineState_.PortLost();
   twins_.PortLost();
+  record_.NoteLoss(outside_.loop.WallClock());
   const std::string loss = "Die Verbindung zu " + port + " ist verloren gegangen.";
   chronicle_.Note(loss, true);
   const bool returns = ReturnsByItself();

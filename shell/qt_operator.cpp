@@ -214,7 +214,7 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
     QObject::connect(traffic, &QPushButton::clicked, &box, [this] { Advisers().showTraffic(); });
   }
   // A hasty Return must not destroy anything.
-  box.setDefaultButton(proposal == Proposal::No || icon == Icon::Exclamation ? no : yes);
+  box.setDefaultButton(ProposesNo(text, icon, proposal) ? no : yes);
   box.setEscapeButton(no);
   Run(box);
   return box.clickedButton() == yes;

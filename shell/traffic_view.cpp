@@ -15,6 +15,7 @@
 
 #include "widgets/files.h"
 #include "widgets/form.h"
+#include "widgets/front.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
 
@@ -196,9 +197,7 @@ void TrafficView::Choose() {
 
 void TrafficView::Present() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
 }
 
 void TrafficView::ShowLastFailureOfLine() {

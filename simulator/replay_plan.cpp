@@ -23,9 +23,10 @@ class PlanReader {
     if (!first_) first_ = line->time;
     // A clock that was set back meanwhile does not turn the order round.
     plan_.end = std::max<Time>(plan_.end, line->time - *first_);
+    if (line->characters.empty()) return;  // nothing has crossed the line
     if (line->direction == Direction::FromTerminal) {
       AddReceived(*line, number);
-    } else if (!line->characters.empty()) {
+    } else {
       AddSent(*line, number);
     }
   }

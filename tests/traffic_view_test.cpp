@@ -1,7 +1,9 @@
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QMessageBox>
 #include <QTableView>
+#include <QWindow>
 
 #include "shell/traffic_view.h"
 #include "tests/window_fixture.h"
@@ -87,6 +89,41 @@ TEST_F(TrafficViewTest, ShowsWhatIsChosenAndLeadsToTheLastFailure) {
   EXPECT_EQ(Table().rowCount(), 0);
   Ask();
   EXPECT_EQ(Text("lblVerkehr"), "2 von 8 Einträgen, ältere ausgeblendet");
+}
+
+// Beside a box only its own windows can be used and come to the front.
+TEST_F(TrafficViewTest, BelongsToTheBoxThatItIsOpenedFrom) {
+  Start();
+  Trigger("mnuAnsichtDatenverkehr");
+  const auto owner = [this] { return Find("frmDatenverkehr").windowHandle()->transientParent(); };
+  EXPECT_EQ(owner(), window->windowHandle());
+  {
+    QMessageBox box(window.get());
+    box.open();
+    window->ShowTraffic(frmhaupt::TrafficAt::LastFailure);
+    EXPECT_EQ(owner(), box.windowHandle());
+    EXPECT_TRUE(Find("frmDatenverkehr").isVisible());
+  }
+  Trigger("mnuAnsichtDatenverkehr");
+  EXPECT_EQ(owner(), window->windowHandle());
+}
+
+TEST_F(TrafficViewTest, ALostDeviceIsTheLastFailureThatIsRecorded) {
+  Start();
+  Ask();
+  loop.RunFor(milliseconds(60'000));
+  port.Lose();
+  window->ShowTraffic(frmhaupt::TrafficAt::LastFailure);
+  ASSERT_EQ(Table().rowCount(), 2);
+  EXPECT_EQ(Find<QTableView>("ctlVerkehr").currentIndex().row(), 1);
+  EXPECT_EQ(Row(1), "Verbindung verloren: Das Gerät ist verschwunden||⚠ Anschluss geschlossen|");
+  Choose("cboVerkehrArt", "Abfragen");
+  EXPECT_EQ(Table().rowCount(), 1);
+  Click("cmdVerkehrAlles");
+  person.file = folder.Path("traffic.txt");
+  Click("cmdVerkehrSpeichern");
+  Click("cmdVerkehrOeffnen");
+  EXPECT_EQ(Row(1), "Verbindung verloren: Das Gerät ist verschwunden||⚠ Anschluss geschlossen|");
 }
 
 TEST_F(TrafficViewTest, SavedTrafficIsOpenedAgain) {

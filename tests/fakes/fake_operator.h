@@ -49,7 +49,7 @@ class FakeOperator : public Operator {
            const std::string& hint) override {
     questions.push_back(text);
     lastQuestion = {text, title, icon, Hint(text, hint)};
-    proposesNo = proposal == Proposal::No || icon == Icon::Exclamation;
+    proposesNo = ProposesNo(text, icon, proposal);
     return Take(answers).value_or(false);
   }
   Decision AskToSave(const std::string& text) override {
