@@ -186,13 +186,18 @@ void CompareDialog::ShowSummary(const QString& reading) {
   const bool any =
       std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.order || row.offer; });
   cmdVergleichSchreiben->setEnabled(any && !reading_);
+  const bool anyRead =
+      std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.readAt.has_value(); });
   const QString counted =
-      different == 1 ? tr("1 Unterschied, ") : tr("%1 Unterschiede, ").arg(different);
+      different > 0 || anyRead
+          ? (different == 1 ? tr("1 Unterschied, ") : tr("%1 Unterschiede, ").arg(different)) +
+                tr("davon %1 mit „Geändertes schreiben …“ zu beheben.").arg(writable)
+      : reading.isEmpty() ? tr("Nichts gelesen, kein Unterschied bekannt.")
+                          : tr("Kein Unterschied bekannt.");
   lblVergleich->setText(
       (reading.isEmpty() ? QString() : reading + u' ') + counted +
-      tr("davon %1 mit „Geändertes schreiben …“ zu beheben. „gleich“ heißt: wie zuletzt von hier "
-         "geschrieben; was ein EEPROM enthält, lässt sich nicht zurücklesen.")
-          .arg(writable));
+      tr(" „gleich“ heißt: wie zuletzt von hier geschrieben; was ein EEPROM enthält, lässt sich "
+         "nicht zurücklesen."));
 }
 
 void CompareDialog::cmdVergleichLesen_Click() {

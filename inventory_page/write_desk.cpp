@@ -11,16 +11,13 @@ namespace kelvo {
 namespace {
 
 std::string NoTarget(Listening listens) {
-  const std::string one =
-      " Geprüft wird, was ein einzelnes Terminal empfangen hat: Oben seine Adresse einsetzen und "
-      "„Terminal wählen“ drücken. An mehrere schreibt „An aktive Terminals …“.";
   switch (listens) {
     case Listening::All:
-      return "Gewählt sind alle Terminals zugleich (255)." + one;
+      return "Gewählt sind alle Terminals zugleich (255).";
     case Listening::Nobody:
-      return "Es ist kein Terminal gewählt." + one;
+      return "Es ist kein Terminal gewählt.";
     default:
-      return "Welches Terminal hört, ist nicht bekannt." + one;
+      return "Welches Terminal hört, ist nicht bekannt.";
   }
 }
 
@@ -40,9 +37,13 @@ std::optional<int> WriteDesk::Selected() const {
 }
 
 std::string WriteDesk::AnswersFrom() const {
-  if (const auto address = Selected()) return "von Adresse " + std::to_string(*address);
-  return services_.line.Listens() == Listening::All ? "von allen zugleich (255)"
-                                                    : "von unbekannter Adresse";
+  const LineState& line = services_.line;
+  const Listening listens = line.Listens();
+  if (listens == Listening::All) return "von allen zugleich (255)";
+  // One that has never answered yet is the one that was asked all the same.
+  const bool asked = listens == Listening::One ||
+                     (listens == Listening::Nobody && line.Address() && !line.SelectedAway());
+  return asked ? "von Adresse " + std::to_string(*line.Address()) : "von unbekannter Adresse";
 }
 
 bool WriteDesk::HasTarget() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/val.h"
 #include "base/wire_text.h"
 #include "link/addresses.h"
 
@@ -36,6 +37,11 @@ constexpr FailureText kTexts[] = {{"keine Reaktion"},
                                   {"Keine gültige Makro-Nummer", WrongNumber, true},
                                   {"Makro zu lang", TooLong, true},
                                   {"Die Tabelle ist leer", NothingIn, true},
+                                  {"Welches Terminal hört, ist nicht bekannt.", NoTarget, true},
+                                  {"Gewählt sind alle Terminals zugleich (255).", NoTarget, true},
+                                  {"Es ist kein Terminal gewählt.", NoTarget, true},
+                                  {"Es ist keine Spalte angekreuzt", NoColumn, true},
+                                  {"Die Zeichnung enthält kein Bild.", NoPicture, true},
                                   {"Die Verbindung zu ", DeviceGone},
                                   {"Es hat kein Terminal geantwortet."},
                                   {"Die Antwort war nicht vollständig.", Unfinished}};
@@ -52,7 +58,9 @@ constexpr CausePlace kPlaces[] = {
     {PortFault, "ursache-fehlt"},        {StillGone, "ursache-geraet"},
     {WrongNumber, "ursache-nummer"},     {TooLong, "ursache-lang"},
     {NothingIn, "ursache-leer"},         {OtherArrived, "ursache-anderes"},
-    {NotProven, "ursache-ungeprueft"},   {WrongTerminal, "ursache-anderes-terminal"}};
+    {NotProven, "ursache-ungeprueft"},   {WrongTerminal, "ursache-anderes-terminal"},
+    {NoTarget, "ursache-ziel"},          {NoColumn, "ursache-spalte"},
+    {NoPicture, "ursache-bild"}};
 
 // Refusals that explain themselves.
 constexpr std::string_view kPlainRefusals[] = {"Das Makro enthält an Position",
@@ -148,12 +156,47 @@ std::string SilenceWords(FailureCause cause, const LineState& state) {
   }
 }
 
+// Where the first value of the command is a number that the Terminal does not have.
+std::string WrongNumberWords(const SentCommand& command) {
+  const auto& parameters = command.row->parameters;
+  if (parameters.empty() || parameters.front().form != Form::Number) return {};
+  const Parameter& number = parameters.front();
+  const std::string value(command.parameters.substr(0, command.parameters.find(',')));
+  if (Val(value) >= number.lowest && Val(value) <= number.highest) return {};
+  return std::string(number.meaning) + " „" + ReadableText(value) + "“ gibt es dort nicht, nur " +
+         std::to_string(number.lowest) + " bis " + std::to_string(number.highest) + ".";
+}
+
+bool TakesRoom(CommandName name) {
+  return name != CommandName::DeleteMakro && name != CommandName::DeleteKeyTable &&
+         name != CommandName::DeleteConfig && name != CommandName::EraseEEprom &&
+         name != CommandName::EraseEEpromCounting;
+}
+
+// What was refused says which of the reasons it can have been.
+std::string RefusedWords(const LineState& state) {
+  std::string reason;
+  bool room = true;
+  const auto& failure = state.LastFailure();
+  WalkCommands(failure ? failure->sent : std::string_view(), [&](const SentCommand& command) {
+    reason = command.row != nullptr ? WrongNumberWords(command) : std::string();
+    room = command.row == nullptr || TakesRoom(command.row->name);
+    return true;
+  });
+  if (reason.empty()) {
+    reason =
+        room ? "Zuerst den freien Platz im EEPROM lesen: Ist genug da, hilft Löschen nicht, und "
+               "die Werte des Befehls oder das EEPROM selbst sind nicht in Ordnung."
+             : "Mit dem freien Platz hat das nichts zu tun: Was gelöscht werden soll, gibt es "
+               "dort vielleicht nicht, oder das EEPROM selbst ist nicht in Ordnung.";
+  }
+  return "Das Terminal hat den Befehl abgelehnt (NAK); die Verbindung ist gut. " + reason;
+}
+
 std::string AnswerWords(FailureCause cause, const LineState& state) {
   switch (cause) {
     case Refused:
-      return "Das Terminal hat den Befehl abgelehnt (NAK); die Verbindung ist gut. Zuerst den "
-             "freien Platz im EEPROM lesen: Ist genug da, hilft Löschen nicht, und die Werte des "
-             "Befehls oder das EEPROM selbst sind nicht in Ordnung.";
+      return RefusedWords(state);
     case Strange:
       return "Statt einer Quittung kam " + Received(state) + "." + Doubt(state) +
              " Vielleicht wurde am Terminal gerade eine Taste gedrückt; kommt es immer wieder, "
@@ -179,6 +222,20 @@ std::string NothingSentWords(FailureCause cause) {
       return "Ein Makro fasst im Terminal höchstens 1023 Zeichen. Es wurde nichts gesendet. "
              "Kürzen, "
              "oder auf zwei Makros verteilen, von denen das erste das zweite ausführt.";
+    case NoTarget:
+      return "Geprüft wird, was ein einzelnes Terminal empfangen hat; es wurde nichts gesendet. "
+             "Oben "
+             "seine Adresse einsetzen und „Terminal wählen“ drücken. An mehrere schreibt „An "
+             "aktive "
+             "Terminals …“.";
+    case NoColumn:
+      return "Ohne Spalte hat das Tastenfeld keine Tasten. Es wurde nichts gesendet. Die Spalten "
+             "ankreuzen, an denen Tasten liegen.";
+    case NoPicture:
+      return "Ins EEPROM kommt ein eingefügtes Bild, und in der Zeichnung ist keines. Es wurde "
+             "nichts gesendet. Im Editor ein Bild einfügen; was gezeichnet ist, lässt sich als "
+             "Makro "
+             "speichern.";
     default:
       return "In der Tabelle steht nichts, was sich übertragen ließe. Es wurde nichts gesendet.";
   }
@@ -257,9 +314,10 @@ std::string CauseWords(FailureCause cause, const LineState& state) {
       return "Kein Anschluss ist offen; es wurde nichts gesendet. Auf der Seite „Schnittstellen“ "
              "einen Anschluss wählen.";
     case DeviceGone:
-      return "Das Gerät ist vom Rechner verschwunden. Was gerade gesendet wurde, kann "
-             "unvollständig "
-             "angekommen sein. Kabel und Adapter prüfen.";
+      return std::string("Das Gerät ist vom Rechner verschwunden. ") +
+             (state.SentAny() ? "Was gerade gesendet wurde, kann unvollständig angekommen sein. "
+                              : "") +
+             "Kabel und Adapter prüfen.";
     case LineHeld:
       return "Die Gegenstelle hält die Leitung (Handshake); der Befehl wartet noch im PC. Terminal "
              "einschalten, oder den Handshake auf der Seite „Schnittstellen“ prüfen.";
@@ -288,6 +346,9 @@ std::string CauseWords(FailureCause cause, const LineState& state) {
     case WrongNumber:
     case TooLong:
     case NothingIn:
+    case NoTarget:
+    case NoColumn:
+    case NoPicture:
       return NothingSentWords(cause);
     default:
       return PortWords(cause);

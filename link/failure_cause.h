@@ -37,6 +37,9 @@ enum class FailureCause : std::uint8_t {
   OtherArrived,
   NotProven,
   WrongTerminal,
+  NoTarget,
+  NoColumn,
+  NoPicture,
 };
 
 /// How a failure text that the operator may be shown begins.

@@ -53,7 +53,10 @@ void LineState::PortIs(int number) {
       StartedAnew();
     }
     // Of a line that has just been opened nothing is known yet.
-    if (port_ == 0) NotAsked();
+    if (port_ == 0) {
+      NotAsked();
+      sent_ = false;
+    }
     lastPort_ = number;
     lost_ = false;
   }
@@ -87,6 +90,7 @@ void LineState::NotAsked() {
 }
 
 void LineState::Sent(std::string_view characters) {
+  sent_ = true;
   const std::optional<int> before = trace_.Address();
   const auto change = trace_.Sent(characters);
   if (change == ListenerTrace::Change::None) return;

@@ -76,6 +76,8 @@ class LineState {
   bool SelectedAway() const;
   /// What failed last, if nothing has succeeded since.
   const std::optional<LineFailure>& LastFailure() const { return failure_; }
+  /// Anything has been sent since the port was opened last.
+  bool SentAny() const { return sent_; }
 
  private:
   void Sent(std::string_view characters);
@@ -92,6 +94,7 @@ class LineState {
   int port_ = 0;
   int lastPort_ = 0;
   bool lost_ = false;
+  bool sent_ = false;
   bool searched_ = false;  // by a search, nothing has been selected since
   std::string version_;
   std::optional<std::chrono::nanoseconds> answered_;

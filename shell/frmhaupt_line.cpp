@@ -59,7 +59,7 @@ void frmhaupt::MakeAdviser() {
     const auto cause = CauseOf(text, lineState_);
     if (!cause) return std::nullopt;
     return Advice{CauseWords(*cause, lineState_), "meldungen.html#" + std::string(AnchorOf(*cause)),
-                  !RefusalWords(text, lineState_)};
+                  *cause == FailureCause::RoomUnknown || !RefusalWords(text, lineState_)};
   };
   outside_.person.SetAdviser(
       {explain,

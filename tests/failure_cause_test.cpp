@@ -82,6 +82,23 @@ TEST_F(FailureCauseTest, OnlyAfterACommandItIsInDoubtWhetherItWasCarriedOut) {
   EXPECT_FALSE(doubted("cmdMatrixRead"));
 }
 
+TEST_F(FailureCauseTest, WhatWasRefusedSaysWhetherItWasForTheRoom) {
+  StartOn(Tab::Macros);
+  terminal.Answer("EDM-1;", "\x15");
+  terminal.Answer("EDM3;", "\x15");
+  terminal.Answer("\x03", "\x15");
+  terminal.Answer("E?F", "8142;");
+  Type("txtMakroNrDisplay", "-1");
+  const std::string refused = "Fehler beim EEPROM";
+  EXPECT_NE(Hint("cmdClearMakro", refused).find("Nummer „-1“ gibt es dort nicht, nur 0 bis 255"),
+            std::string::npos)
+      << person.messages.back().hint;
+  Type("txtMakroNrDisplay", "3");
+  EXPECT_NE(Hint("cmdClearMakro", refused).find("gibt es dort vielleicht nicht"),
+            std::string::npos);
+  EXPECT_NE(Hint("cmdSetMakro", refused).find("Zuerst den freien Platz"), std::string::npos);
+}
+
 TEST_F(FailureCauseTest, AHeldLineIsTheCauseWhileItIsHeld) {
   Start();
   port.characterTime = testing_world::milliseconds(1);

@@ -1,7 +1,9 @@
 #include <QListWidget>
+#include <QSpinBox>
 #include <QStatusBar>
 
 #include "tests/window_fixture.h"
+#include "widgets/form.h"
 
 namespace kelvo {
 namespace {
@@ -55,6 +57,17 @@ TEST_F(HistoryTest, WhatIsRefusedOnThisSideLeavesItsLineToo) {
   EXPECT_EQ(after("cmdSetMakro"), "✗ nicht genügend Platz im EEprom");
   terminal.Answer("E?F", "8142;");
   EXPECT_EQ(after("cmdSetATTab"), "✗ Die Tabelle ist leer");
+  EXPECT_EQ(after("cmdSetMakroGeprueft"), "✗ Welches Terminal hört, ist nicht bekannt.");
+  EXPECT_NE(person.messages.back().hint.find("„Terminal wählen“"), std::string::npos);
+  for (int line = 0; line < 8; ++line) {
+    Find<QCheckBox>(qPrintable(ArrayName("chkTastSpalte", line))).setChecked(false);
+  }
+  EXPECT_EQ(after("cmdMatrixEnable"), "✗ Es ist keine Spalte angekreuzt");
+  EXPECT_NE(person.messages.back().hint.find("keine Tasten"), std::string::npos);
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(7);
+  Click("cmdDovuAktivieren");
+  EXPECT_EQ(after("cmdGrafikBildGeprueft"), "✗ Die Zeichnung enthält kein Bild.");
+  EXPECT_NE(person.messages.back().hint.find("Bild einfügen"), std::string::npos);
   EXPECT_EQ(after("cmdVerbinden"), "✓ Anschluss geschlossen");
   EXPECT_EQ(after("cmdSetMakro"), "✗ stellen Sie zuerst eine Schnittstelle ein");
   port.openError = static_cast<PortError>(8000);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "link/failure_cause.h"
 #include "tests/fakes/exchange_world.h"
 
 namespace kelvo {
@@ -163,6 +164,18 @@ TEST_F(LineStateTest, PortThatIsHeldLostOrAnotherOneIsSaid) {
   exchange.SendString(SelectAddress(7));
   state.PortIs(2);
   EXPECT_EQ(Who(), "unknown");
+}
+
+TEST_F(LineStateTest, OfWhatWasSentCountsOnlyWhatTheOpenPortHasSent) {
+  EXPECT_FALSE(state.SentAny());
+  AskVersion();
+  EXPECT_TRUE(state.SentAny());
+  state.PortLost();
+  EXPECT_TRUE(state.SentAny()) << "that may be lost, too";
+  EXPECT_NE(CauseWords(FailureCause::DeviceGone, state).find("gesendet"), std::string::npos);
+  state.PortIs(1);
+  state.PortLost();
+  EXPECT_EQ(CauseWords(FailureCause::DeviceGone, state).find("gesendet"), std::string::npos);
 }
 
 }  // namespace

@@ -74,11 +74,11 @@ TEST_F(WriteDeskTest, MacroIsProvenToTheOneThatIsSelected) {
   BeginOn(Tab::Macros);
   Type("txtMakroNr", "5");
   Click("cmdSetMakroGeprueft");
-  EXPECT_TRUE(person.LastMessage().starts_with("Welches Terminal hört, ist nicht bekannt."));
+  EXPECT_EQ(person.LastMessage(), "Welches Terminal hört, ist nicht bekannt.");
   EXPECT_EQ(Written(), "");
   Select(255);
   Click("cmdSetMakroGeprueft");
-  EXPECT_TRUE(person.LastMessage().starts_with("Gewählt sind alle Terminals zugleich (255)."));
+  EXPECT_EQ(person.LastMessage(), "Gewählt sind alle Terminals zugleich (255).");
   Select(7);
   Find<QPlainTextEdit>("txtMakro").setPlainText(QStringLiteral("Hallo"));
   const auto messages = person.messages.size();
@@ -93,6 +93,20 @@ TEST_F(WriteDeskTest, MacroIsProvenToTheOneThatIsSelected) {
   Click("cmdSetMakroGeprueft");
   EXPECT_EQ(person.LastMessage(),
             "nicht bestätigt: das Terminal hat es abgelehnt (NAK) (Makro 5 an Adresse 7)");
+}
+
+TEST_F(WriteDeskTest, ATableThatNobodySentIsMissedByTheAddressThatWasAsked) {
+  BeginOn(Tab::MatrixKeyboard);
+  Trigger("mnuAnsichtVergleich");
+  EXPECT_TRUE(Text("lblVergleich").starts_with("Nichts gelesen, kein Unterschied bekannt."));
+  const auto asked = [this](int address) {
+    Select(address);
+    Click("cmdMatrixRead");
+    return Text("lblMatrixGelesen").substr(5);
+  };
+  EXPECT_EQ(asked(0), " von Adresse 0: keine Antwort");
+  EXPECT_NE(person.messages.back().hint.find("Terminal mit der Adresse 0 "), std::string::npos);
+  EXPECT_EQ(asked(254), " von unbekannter Adresse: keine Antwort");
 }
 
 // The same macro, keyboard tables and all: what each page writes with a proof is what its usual
@@ -217,6 +231,7 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   };
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
   EXPECT_EQ(row("Version"), "hier nicht gelesen");
+  EXPECT_TRUE(Text("lblVergleich").starts_with("1 Unterschied, davon 1 mit"));
   Find<QCheckBox>("chkVergleichUnterschiede").setChecked(true);
   EXPECT_EQ(row("Version"), "-");
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
