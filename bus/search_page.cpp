@@ -225,10 +225,10 @@ void SearchPage::cmdDovuNeu_Click() {
 
 void SearchPage::cmdClearDovuData_Click() {
   Recordset& terminals = services_.terminals;
-  if (terminals.RecordCount() == 0 ||
-      !services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Exclamation)) {
-    return;
+  if (terminals.RecordCount() == 0) {
+    return Q_EMIT Hint(tr("Nichts gelöscht: Es sind keine Terminals gespeichert."));
   }
+  if (!services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Exclamation)) return;
   std::vector<std::pair<std::int64_t, Recordset::Row>> deleted;
   for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) {
     deleted.emplace_back(terminals.Bookmark(), terminals.Current());
@@ -259,6 +259,11 @@ void SearchPage::cmdDovuUebernehmen_Click() {
     } else {
       ++known;
     }
+  }
+  if (added.empty() && known == 0) {
+    return Q_EMIT Hint(results_.empty()
+                           ? tr("Nichts übernommen: Es ist noch nichts gesucht worden.")
+                           : tr("Nichts übernommen: Es ist kein gefundenes Terminal angekreuzt."));
   }
   Refresh();
   lblDovuStand->setText(

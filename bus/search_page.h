@@ -57,6 +57,8 @@ class SearchPage : public QWidget {
   void EquipRequested();
   /// The data sheet of the Terminal that is chosen is wanted.
   void SheetRequested();
+  /// A line for the status bar.
+  void Hint(const QString& text);
   /// A search has begun or ended.
   void SearchingChanged();
   /// A search is over: what came of it.

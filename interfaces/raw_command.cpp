@@ -50,6 +50,10 @@ void RawCommand::cmdBefehlSenden_Click() {
   lblDebug->setText(GlyphText(exchange_.WaitAnswer({}).text));
 }
 
-void RawCommand::cmdSenden_Click() { exchange_.SendString(Befehl->Wire()); }
+void RawCommand::cmdSenden_Click() {
+  lblDebug->clear();  // the answer to another command
+  if (Befehl->Wire().empty()) return Q_EMIT Hint(tr("Nichts gesendet: Es ist nichts eingegeben."));
+  exchange_.SendString(Befehl->Wire());
+}
 
 }  // namespace kelvo

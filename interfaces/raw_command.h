@@ -20,6 +20,10 @@ class RawCommand : public QGroupBox {
  public:
   RawCommand(Exchange& exchange, Operator& person, QWidget* parent = nullptr);
 
+ Q_SIGNALS:
+  /// A line for the status bar.
+  void Hint(const QString& text);
+
  private:
   void cmdBefehlSenden_Click();
   void cmdSenden_Click();

@@ -160,7 +160,11 @@ void AtPage::DeleteTable() {
   tables_->Delete();
 }
 
-void AtPage::cmdATPaarEntfernen_Click() { list_->Remove(ctlATTabListe->currentIndex().row()); }
+void AtPage::cmdATPaarEntfernen_Click() {
+  const int row = ctlATTabListe->currentIndex().row();
+  if (row < 0) return Q_EMIT Hint(tr("Nichts entfernt: In der Liste ist keine Zeile gewählt."));
+  list_->Remove(row);
+}
 
 void AtPage::cmdATSortieren_Click() { list_->SetPairs(SortedPairs(list_->Pairs())); }
 

@@ -92,6 +92,7 @@ bool SelectsAll(const CommandRow& row, const std::vector<std::string_view>& valu
 }
 
 std::string Words(const SentCommand& command) {
+  if (command.row == nullptr && command.parameters.empty()) return "ESC ohne Befehl";
   if (command.row == nullptr) return "unbekannter Befehl " + Quote(command.parameters);
   const CommandRow& row = *command.row;
   const auto values = Split(command.parameters, row.parameters);

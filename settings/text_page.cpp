@@ -211,8 +211,11 @@ void TextPage::cmdSetFesttext_Click() {
   // `chkFesttextB` chooses nothing yet: no command belongs to it.
   for (const int option : {0, 1}) {
     if (!chkFesttextA[static_cast<std::size_t>(option)]->isChecked()) continue;
-    services_.exchange.SendString(SelectAddress(1 - option));
+    return void(services_.exchange.SendString(SelectAddress(1 - option)));
   }
+  const bool b = chkFesttextB[0]->isChecked() || chkFesttextB[1]->isChecked();
+  Q_EMIT Hint(b ? tr("Nichts gesendet: Zu B gehört kein Befehl; bei A ist nichts gewählt.")
+                : tr("Nichts gesendet: Bei A ist kein Terminal gewählt."));
 }
 
 }  // namespace kelvo

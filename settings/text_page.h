@@ -52,6 +52,8 @@ class TextPage : public QWidget, public Receiver {
  Q_SIGNALS:
   /// A text has gone to the display; what is known about the system may be out of date.
   void TextSent();
+  /// A line for the status bar.
+  void Hint(const QString& text);
 
  private:
   QWidget* MakeCursor();

@@ -108,8 +108,10 @@ void frmhaupt::MakePages() {
   macros_ = new MacroPage({exchange_, outside_.person, state_, data_.ctlMakroData, data_.Default,
                            fonts_, writeDesk_, [this] { return interfaces_->BaudRate(); },
                            [this] { return Present(); }});
-  text_ = new TextPage(
-      {exchange_, outside_.person, fonts_, new RawCommand(exchange_, outside_.person)});
+  auto* const raw = new RawCommand(exchange_, outside_.person);
+  text_ = new TextPage({exchange_, outside_.person, fonts_, raw});
+  connect(raw, &RawCommand::Hint, this, &frmhaupt::ShowHint);
+  connect(text_, &TextPage::Hint, this, &frmhaupt::ShowHint);
   connect(text_, &TextPage::TextSent, status_, &StatusPage::BlankSysInfo);
   connect(interfaces_, &InterfacePage::PortChanged, this, &frmhaupt::ShowPort);
   MakeKeyboardPages();
@@ -141,12 +143,12 @@ void frmhaupt::MakeKeyboardPages() {
   at_ = new AtPage({exchange_, outside_.com1, outside_.loop, outside_.person, state_,
                     data_.ctlATData, writeDesk_});
   matrix_ = new MatrixPage({exchange_, outside_.person, state_, data_.ctlTastData, writeDesk_});
-  const auto showHint = [this](const QString& text) {
-    statusBar()->showMessage(text, kHintMilliseconds);
-  };
-  connect(at_, &AtPage::Hint, this, showHint);
-  connect(matrix_, &MatrixPage::Hint, this, showHint);
+  connect(at_, &AtPage::Hint, this, &frmhaupt::ShowHint);
+  connect(matrix_, &MatrixPage::Hint, this, &frmhaupt::ShowHint);
 }
+
+// Why a button has done nothing, or what it has done that nobody sees at once.
+void frmhaupt::ShowHint(const QString& text) { statusBar()->showMessage(text, kHintMilliseconds); }
 
 void frmhaupt::MakeBus() {
   terminals_ = new SearchPage({exchange_, outside_.loop, outside_.person, state_, data_.Optionen,
@@ -157,6 +159,7 @@ void frmhaupt::MakeBus() {
                       this);
   connect(terminals_, &SearchPage::AddressChosen, this,
           [this](int address) { head_->SetAddress(address); });
+  connect(terminals_, &SearchPage::Hint, this, &frmhaupt::ShowHint);
   connect(terminals_, &SearchPage::SendRequested, dovu_, &frmDovu::Open);
   connect(terminals_, &SearchPage::SearchingChanged, this,
           [this] { mnuDovuSenden->setEnabled(!terminals_->Searching()); });

@@ -103,6 +103,7 @@ class frmhaupt : public QMainWindow {
   // The load, in its order.
   void MakePages();
   void MakeKeyboardPages();
+  void ShowHint(const QString& text);
   void MakeDrawingDesk();
   void MakeBus();
   void MakeFrame();

@@ -75,6 +75,31 @@ TEST_F(HistoryTest, WhatIsRefusedOnThisSideLeavesItsLineToo) {
   EXPECT_EQ(after("cmdVerbinden"), "✗ zuerst Anschluß wählen");
 }
 
+TEST_F(HistoryTest, AButtonThatCanDoNothingSaysWhy) {
+  Sql("delete from DOVU");
+  StartOn(Tab::Text);
+  const std::pair<const char*, const char*> cases[] = {
+      {"cmdSetFesttext", "Nichts gesendet: Bei A ist kein Terminal gewählt."},
+      {"cmdSenden_0", "Nichts gesendet: Es ist nichts eingegeben."},
+      {"cmdClearDovuData", "Nichts gelöscht: Es sind keine Terminals gespeichert."},
+      {"cmdDovuUebernehmen", "Nichts übernommen: Es ist noch nichts gesucht worden."},
+      {"cmdATPaarEntfernen", "Nichts entfernt: In der Liste ist keine Zeile gewählt."}};
+  for (const auto& [button, words] : cases) {
+    Click(button);
+    EXPECT_EQ(InStatusBar(), words) << button;
+  }
+  Click("chkFesttextB_0");
+  Click("cmdSetFesttext");
+  EXPECT_TRUE(InStatusBar().starts_with("Nichts gesendet: Zu B gehört kein Befehl"));
+  EXPECT_EQ(Written(), "");
+  Type("txtmaxDovu", "1");
+  Click("cmdDovusuchen");
+  Click("cmdDovuUebernehmen");
+  EXPECT_EQ(InStatusBar(), "Nichts übernommen: Es ist kein gefundenes Terminal angekreuzt.");
+  Click("cmdBefehlSenden");
+  EXPECT_NE(Text("lblAktivitaet").find("ESC ohne Befehl"), std::string::npos);
+}
+
 TEST_F(HistoryTest, ACheckThatFailsIsOneLine) {
   Start();
   Trigger("mnuAnsichtVerlauf");

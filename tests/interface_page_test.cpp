@@ -236,6 +236,7 @@ TEST_F(InterfacePageTest, SingleCommandShowsWhatComesBackWithin100Milliseconds) 
   Type("Befehl", "GC");
   Click("cmdSenden_0");
   EXPECT_EQ(port.written, "GC");
+  EXPECT_EQ(Text("lblDebug"), "") << "that was another one's answer";
 }
 
 }  // namespace

@@ -100,6 +100,7 @@ TEST(CommandLanguageTest, SaysCommandsWithTheirParameters) {
        "Grafiktext „Halle“; Text „rest“; Textcursor nach Hause; … und 2 weitere"},
       {"\x1bGR 5;\x1bGR", "Rechteck: X 5; Rechteck"},
       {"\x1bXY;", "unbekannter Befehl „XY;“"},
+      {"\x1b", "ESC ohne Befehl"},
       {";\x03", "Text „;♥“"},
       {"", ""}};
   for (const auto& [wire, words] : cases) EXPECT_EQ(CommandWords(wire, 3), words);
