@@ -113,7 +113,7 @@ void EepromPage::cmdClearEEprom_Click() {
 
 // Everything from the version query to the saved configuration; false when a failure has ended it.
 bool EepromPage::EraseAll() {
-  const Undertakings::Alone alone(services_.person.Begun(), "Das EEPROM wird gelöscht.");
+  const Undertakings::Alone alone(services_.person.Begun(), kErasing);
   QueryVersion(services_.exchange, services_.state);
   eraseLeft_ = false;
   const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"),

@@ -17,6 +17,9 @@ namespace kelvo {
 class ReadMark;
 class WriteDesk;
 
+/// What runs alone while everything is erased.
+inline constexpr char kErasing[] = "Das EEPROM wird gelöscht.";
+
 /// The EEPROM page: stores and deletes the Terminal's configuration, erases everything, shows the
 /// free space.
 class EepromPage : public QWidget {

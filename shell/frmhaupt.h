@@ -195,8 +195,9 @@ class frmhaupt : public QMainWindow {
   QWidget* ShownPage() const;
   QString ShownChapter() const;
   std::array<RecordEditorBase*, 3> Records() const;
-  std::vector<std::string> DraftNames() const;
   void OutdateMarks();
+  std::string DraftsLeft() const;
+  bool MayLeaveErase();
   bool MayEnd();
   void Unload();
   void TellOfFirstProgram();

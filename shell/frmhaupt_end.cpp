@@ -23,12 +23,6 @@ constexpr char kTrafficColumns[] = "ctlVerkehr";
 constexpr char kMacroPanes[] = "Makro-Seite";
 constexpr char kDocks[] = "frmhauptDocks";
 
-std::string JoinNames(const std::vector<std::string>& names) {
-  std::string joined;
-  for (const std::string& name : names) joined += (joined.empty() ? "\"" : ", \"") + name + "\"";
-  return joined;
-}
-
 }  // namespace
 
 void frmhaupt::closeEvent(QCloseEvent* event) {
@@ -82,12 +76,22 @@ void frmhaupt::TellOfFirstProgram() {
       Icon::Information);
 }
 
+// Nothing of what the Terminal does can be stopped from here.
+bool frmhaupt::MayLeaveErase() {
+  return outside_.person.Begun().RunsAlone() != kErasing ||
+         outside_.person.Ask(
+             "Das EEPROM wird gelöscht. Das Terminal löscht auch ohne kelvo zu Ende; ob es "
+             "gelingt, erfahren Sie dann nicht. Trotzdem beenden ?",
+             Icon::Exclamation);
+}
+
 // What is not saved is saved, given up, or keeps the program running.
 bool frmhaupt::MayEnd() {
-  const std::vector<std::string> drafts = DraftNames();
+  if (!MayLeaveErase()) return false;
+  const std::string drafts = DraftsLeft();
   if (!drafts.empty()) {
     const Decision decision =
-        outside_.person.AskToSave("Nicht gespeicherte Änderungen: " + JoinNames(drafts) + ".");
+        outside_.person.AskToSave("Nicht gespeicherte Änderungen: " + drafts + ".");
     if (decision == Decision::Cancel) return false;
     bool saved = false;
     Guarded(outside_.person, "Form_Unload", [&] {
@@ -119,13 +123,10 @@ std::array<RecordEditorBase*, 3> frmhaupt::Records() const {
   return {&macros_->Records(), &matrix_->Records(), &at_->Records()};
 }
 
-std::vector<std::string> frmhaupt::DraftNames() const {
-  std::vector<std::string> names;
-  for (const RecordEditorBase* const records : Records()) {
-    const std::vector<std::string> some = records->DraftNames();
-    names.insert(names.end(), some.begin(), some.end());
-  }
-  return names;
+std::string frmhaupt::DraftsLeft() const {
+  std::vector<std::vector<std::string>> names;
+  for (const RecordEditorBase* const records : Records()) names.push_back(records->DraftNames());
+  return DraftWords(names);
 }
 
 }  // namespace kelvo

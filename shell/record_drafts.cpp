@@ -4,8 +4,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
+#include <array>
 
 #include "base/operator.h"
+#include "store/new_name.h"
 #include "widgets/files.h"
 #include "widgets/record_editor.h"
 
@@ -36,7 +39,26 @@ KeptDraft Unpacked(const QJsonObject& object) {
   return draft;
 }
 
+void Join(std::string& words, const std::string& more) {
+  words += (words.empty() ? "" : ", ") + more;
+}
+
 }  // namespace
+
+std::string DraftWords(const std::vector<std::vector<std::string>>& names) {
+  static constexpr std::array kPages{" der Makros", " der Matrix-Tastatur", " der AT-Tastatur"};
+  std::string words;
+  for (std::size_t page = 0; page < names.size() && page < kPages.size(); ++page) {
+    for (const std::string& name : names[page]) {
+      if (name != kNewRecordName) Join(words, "\"" + name + "\"");
+    }
+    const auto unnamed = std::count(names[page].begin(), names[page].end(), kNewRecordName);
+    if (unnamed == 0) continue;
+    Join(words, (unnamed > 1 ? std::to_string(unnamed) + " x " : std::string()) + "\"" +
+                    kNewRecordName + "\"" + kPages[page]);
+  }
+  return words;
+}
 
 RecordDrafts::RecordDrafts(std::string path, std::vector<RecordEditorBase*> editors,
                            Operator& person)
@@ -62,16 +84,17 @@ void RecordDrafts::OfferFile(const std::string& path) {
   if (!bytes) return;
   const QJsonArray kept = QJsonDocument::fromJson(QByteArray::fromStdString(*bytes)).array();
   std::vector<std::vector<KeptDraft>> drafts(editors_.size());
-  std::string names;
+  std::vector<std::vector<std::string>> names(editors_.size());
   for (qsizetype i = 0; i < kept.size() && i < static_cast<qsizetype>(drafts.size()); ++i) {
+    const auto page = static_cast<std::size_t>(i);
     for (const QJsonValue& draft : kept[i].toArray()) {
-      drafts[static_cast<std::size_t>(i)].push_back(Unpacked(draft.toObject()));
-      const std::string& name = drafts[static_cast<std::size_t>(i)].back().name;
-      names += (names.empty() ? "\"" : ", \"") + name + "\"";
+      drafts[page].push_back(Unpacked(draft.toObject()));
+      names[page].push_back(drafts[page].back().name);
     }
   }
-  if (names.empty() || !person_.Ask("Nicht gespeicherte Änderungen sind vom letzten Mal übrig: " +
-                                    names + ". Wiederherstellen ?")) {
+  const std::string words = DraftWords(names);
+  if (words.empty() || !person_.Ask("Nicht gespeicherte Änderungen sind vom letzten Mal übrig: " +
+                                    words + ". Wiederherstellen ?")) {
     QFile::remove(QString::fromStdString(path));
     return;
   }

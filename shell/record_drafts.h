@@ -9,11 +9,15 @@ namespace kelvo {
 class Operator;
 class RecordEditorBase;
 
+/// Drafts as a text: the names of those of the macros, the matrix tables and the AT tables, in this
+/// order; what nobody has named yet is told by its page.
+std::string DraftWords(const std::vector<std::vector<std::string>>& names);
+
 /// The edits of macros and tables that are not saved, on disk, so that they survive a crash. The
 /// file is replaced soon after each change, and is gone when there are none.
 class RecordDrafts {
  public:
-  /// `editors` in an order that stays.
+  /// `editors` in the order of DraftWords().
   RecordDrafts(std::string path, std::vector<RecordEditorBase*> editors, Operator& person);
 
   /// Asks whether what is left of the last run is to be taken up again, and what programs have left

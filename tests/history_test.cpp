@@ -110,5 +110,21 @@ TEST_F(HistoryTest, ACheckThatFailsIsOneLine) {
   EXPECT_EQ(Text("lblAktivitaet"), "✗ Es hat kein Terminal geantwortet.");
 }
 
+TEST_F(HistoryTest, DraftsWithoutANameAreToldByTheirPage) {
+  StartOn(Tab::Macros);
+  for (const char* text : {"a", "b"}) {
+    Trigger("mnuDateiNeu");
+    Type("txtMakro", text);
+  }
+  Show(Tab::MatrixKeyboard);
+  Trigger("mnuDateiNeu");
+  Type("txtTastMatrix_0", "A");
+  Q_EMIT Find<QLineEdit>("txtTastMatrix_0").textEdited({});
+  window->close();
+  EXPECT_EQ(person.questions.at(0),
+            "Nicht gespeicherte Änderungen: 2 x \"(neuer Name)\" der Makros, \"(neuer Name)\" der "
+            "Matrix-Tastatur.");
+}
+
 }  // namespace
 }  // namespace kelvo

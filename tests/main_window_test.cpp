@@ -221,11 +221,16 @@ TEST_F(MainWindowTest, BusAddressIsSelected) {
   EXPECT_EQ(Written(), "←!A255;");
 }
 
-TEST_F(MainWindowTest, ClosingTheWindowInTheMiddleEndsTheEraseQuietly) {
+TEST_F(MainWindowTest, ClosingTheWindowInTheMiddleAsksAndEndsTheEraseQuietly) {
   Start();
   QObject::connect(window.get(), &frmhaupt::Unloaded, window.get(), [&] { loop.closing = true; });
   terminal.Answer("\x1b?V", "1.9;");
-  person.answers = {true};
+  person.answers = {true, false, true};
+  loop.After(milliseconds(200), [&] {
+    Trigger("mnuDateiEnd");
+    EXPECT_TRUE(port.IsOpen());
+    EXPECT_TRUE(person.questions.back().starts_with("Das EEPROM wird gelöscht. Das Terminal"));
+  });
   loop.After(milliseconds(400), [&] { Trigger("mnuDateiEnd"); });
   const auto start = loop.Now();
   Click("cmdClearEEprom");
