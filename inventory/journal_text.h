@@ -16,9 +16,8 @@
 //   what     "Makro 7", "Makro 7 löschen", "alles löschen"; of free bytes "freier Platz"
 //   bytes    how many of them; "-" where there are none to tell
 //   record   the record's name
-//   command  what was written, byte b as code point b; of what was acknowledged, and of a macro
-//   that
-//            changes the EEPROM when it runs also as it is begun
+//   command  what was written, byte b as code point b; of what was acknowledged, and also as it is
+//            begun of a macro that changes the EEPROM when it runs
 //   check    FNV-1a of all before it, eight hexadecimal digits: a torn line has none that fits
 //
 // "\x1B" stands for a character that cannot be seen, "\\" for the backslash.
