@@ -251,9 +251,8 @@ void TerminalTour::DataSheet() {
   Click("mnuDateiDatenblatt");
   driver_.Until(QStringLiteral("dialog"), [&shown] { return shown; });
   auto& dialog = driver_.Find(QStringLiteral("frmDatenblatt"));
-  driver_.Until(QStringLiteral("sheet"), [this] {
-    return driver_.Find(QStringLiteral("cmdDatenblattPdf")).isEnabled();
-  });
+  driver_.Until(QStringLiteral("sheet"),
+                [this] { return driver_.Find(QStringLiteral("cmdDatenblattPdf")).isEnabled(); });
   auto& page = driver_.Find<QSpinBox>(QStringLiteral("txtDatenblattSeite"));
   page.setValue(3);
   Shoot(dialog, "datenblatt");
