@@ -1,11 +1,10 @@
 #include "inventory/comparison.h"
 
-#include "inventory/statement_words.h"
-
 #include <algorithm>
 #include <set>
 
 #include "inventory/setting_check.h"
+#include "inventory/statement_words.h"
 #include "link/commands.h"
 #include "settings/macros.h"
 #include "settings/text_mode.h"

@@ -222,11 +222,6 @@ void frmhaupt::ConnectLink() {
   outside_.person.Begun().SetIdleListener([this] {
     if (pageWaits_) QMetaObject::invokeMethod(this, &frmhaupt::AskForPage, Qt::QueuedConnection);
   });
-  outside_.com1.SetReceiveHandler([this] {
-    // What comes between two waits of an undertaking is for its next one.
-    if (!outside_.person.Begun().RunsAlone().empty()) return;
-    Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); });
-  });
   outside_.com1.SetLostHandler([this] { com1_Lost(); });
   outside_.com1.SetErrorHandler([this](const std::string& error) {
     outside_.person.Notify("Der Anschluss " + interfaces_->ChosenPort() + " meldet: " + error +

@@ -1,6 +1,7 @@
 #include <QMenu>
 #include <QTimer>
 
+#include "base/guard.h"
 #include "shell/frmhaupt.h"
 #include "shell/port_dialog.h"
 #include "shell/port_return.h"
@@ -36,6 +37,11 @@ void frmhaupt::AddPortOptions(QMenu* options) {
 }
 
 void frmhaupt::ConnectPorts() {
+  outside_.com1.SetReceiveHandler([this] {
+    // What comes between two waits of an undertaking is for its next one.
+    if (!outside_.person.Begun().RunsAlone().empty()) return;
+    Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); });
+  });
   portControl_.SetExplainer([this](std::int16_t port) {
     const bool one = port >= 1 && port <= PortDialog::kPortCount;
     return one ? DescribePort(port) : std::string();
