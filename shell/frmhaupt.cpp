@@ -35,7 +35,6 @@ namespace {
 
 constexpr char kHelpName[] = "/kelvo.hlp";
 constexpr char kFontFolder[] = "/fonts";
-constexpr int kHintMilliseconds = 8000;
 constexpr int kWidestForm = 190;  // characters
 
 Chronicle::Moment WallClock() {
@@ -146,9 +145,6 @@ void frmhaupt::MakeKeyboardPages() {
   connect(at_, &AtPage::Hint, this, &frmhaupt::ShowHint);
   connect(matrix_, &MatrixPage::Hint, this, &frmhaupt::ShowHint);
 }
-
-// Why a button has done nothing, or what it has done that nobody sees at once.
-void frmhaupt::ShowHint(const QString& text) { statusBar()->showMessage(text, kHintMilliseconds); }
 
 void frmhaupt::MakeBus() {
   terminals_ = new SearchPage({exchange_, outside_.loop, outside_.person, state_, data_.Optionen,
@@ -384,6 +380,7 @@ void frmhaupt::mnuDovuSenden_Click() { dovu_->Open(); }
 void frmhaupt::AskForPort() {
   outside_.person.Message("stellen Sie zuerst eine Schnittstelle ein            ",
                           Icon::Exclamation);
+  if (outside_.com1.IsOpen()) return;  // its device has come back meanwhile
   SetTab(Tab::Interfaces);
   if (QApplication::activeModalWidget() != nullptr) return;  // a dialog stays where it was
   raise();                                                   // the editor may be in front

@@ -1,4 +1,5 @@
 #include <QPushButton>
+#include <QStatusBar>
 
 #include "base/val.h"
 #include "help/help_desk.h"
@@ -22,6 +23,11 @@
 // What the main window says about the line and about who listens, and tells all of them.
 
 namespace kelvo {
+namespace {
+
+constexpr int kHintMilliseconds = 8000;
+
+}  // namespace
 
 QWidget* frmhaupt::MakeAddressStrip() {
   head_ = new HeadStrip(lineState_);
@@ -106,6 +112,9 @@ void frmhaupt::FollowBus() {
   connect(dovu_, &frmDovu::Finished, this, note);
   connect(writeDesk_, &WriteDesk::Finished, this, note);
 }
+
+// Why a button has done nothing, or what it has done that nobody sees at once.
+void frmhaupt::ShowHint(const QString& text) { statusBar()->showMessage(text, kHintMilliseconds); }
 
 void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
 

@@ -50,7 +50,8 @@ std::string DraftWords(const std::vector<std::vector<std::string>>& names) {
   std::string words;
   for (std::size_t page = 0; page < names.size() && page < kPages.size(); ++page) {
     for (const std::string& name : names[page]) {
-      if (name != kNewRecordName) Join(words, "\"" + name + "\"");
+      if (name == kNewRecordName) continue;
+      Join(words, "\"" + name + "\"" + (IsNewRecordName(name) ? kPages[page] : ""));
     }
     const auto unnamed = std::count(names[page].begin(), names[page].end(), kNewRecordName);
     if (unnamed == 0) continue;
