@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "cli/content.h"
 #include "cli/verbs.h"
@@ -61,6 +62,7 @@ class Findings {
     if (!wrongPlaces_.contains(fault.place)) Error(fault.place, "", fault.reason);
   }
   void Check(const Contents& contents);
+  void CheckConflicts(const Contents& contents);
   void CheckSize(const Equipment& equipment);
   Status End();
 
@@ -124,8 +126,25 @@ void Findings::CheckText(const Content& content, const std::map<int, std::string
   }
 }
 
+// Each item with where it comes from, so that both sides of a conflict are found again.
+void Findings::CheckConflicts(const Contents& contents) {
+  std::vector<Item> items;
+  std::vector<std::string> places;
+  for (const Content& content : contents.all) {
+    Contents alone{{content}, {}, {}};
+    for (Item& item : EquipmentOf(alone).items) {
+      items.push_back(std::move(item));
+      places.push_back(content.place);
+    }
+  }
+  for (const ItemConflict& conflict : Conflicts(items)) {
+    const std::string& one = places[conflict.one];
+    const std::string& other = places[conflict.other];
+    Error(one == other ? one : one + ", " + other, "alles", conflict.text);
+  }
+}
+
 void Findings::CheckSize(const Equipment& equipment) {
-  for (const std::string& conflict : Conflicts(equipment.items)) Error("", "alles", conflict);
   if (!bench_.Asked().eeprom) return;
   const auto needed = static_cast<std::int64_t>(LeastBytes(equipment.items));
   const std::int64_t room = *bench_.Asked().eeprom - kEepromReserve;
@@ -157,6 +176,7 @@ Status RunCheck(Bench& bench) {
                MayBeWritten);
   const Equipment equipment = EquipmentOf(numbered);
   for (const Fault& fault : numbered.faults) findings.Refuse(fault);
+  findings.CheckConflicts(numbered);
   findings.CheckSize(equipment);
   return findings.End();
 }

@@ -26,13 +26,10 @@ std::string KindNames() {
   return names;
 }
 
-// What was written into Terminals grows with each write, so it comes only when it is named.
 std::set<ProjectKind> KindsOf(const std::vector<std::string>& named) {
   std::set<ProjectKind> kinds;
   for (const KindRow& row : ProjectKindTable()) {
-    const bool always = row.kind != ProjectKind::Inventory && row.kind != ProjectKind::Drawing;
-    const bool wanted = std::find(named.begin(), named.end(), row.member) != named.end();
-    if (named.empty() ? always : wanted) kinds.insert(row.kind);
+    if (std::find(named.begin(), named.end(), row.member) != named.end()) kinds.insert(row.kind);
   }
   for (const std::string& name : named) {
     const auto table = ProjectKindTable();
@@ -98,7 +95,9 @@ Status RunExport(Bench& bench) {
   const std::set<ProjectKind> kinds = KindsOf(bench.Asked().kinds);
   WriteJournal journal(bench.DataPath() + "/" + kJournalFile);
   journal.Refresh();
-  const Project project = ProjectOf(RecordsHere(bench.Data().database), journal.Entries(), kinds);
+  const std::vector<RecordHere> records = RecordsHere(bench.Data().database);
+  const Project project = kinds.empty() ? EverythingOf(records, journal.Entries())
+                                        : ProjectOf(records, journal.Entries(), kinds);
   const std::string text = *ProjectText(project);
   const std::string& path = bench.Asked().files.front();
   if (path == kStandardOutput) {

@@ -131,7 +131,10 @@ std::string PlanText(const EquipJob& job, const std::vector<TargetView>& targets
 }
 
 std::vector<std::string> Obstacles(const EquipJob& job) {
-  std::vector<std::string> obstacles = Conflicts(job.equipment.items);
+  std::vector<std::string> obstacles;
+  for (const ItemConflict& conflict : Conflicts(job.equipment.items)) {
+    obstacles.push_back(conflict.text);
+  }
   if (job.Steps() == 0) obstacles.emplace_back("Es ist nichts zum Schreiben gewählt.");
   if (job.targets.empty()) obstacles.emplace_back("Es ist kein Terminal als Ziel gewählt.");
   return obstacles;

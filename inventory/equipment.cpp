@@ -195,15 +195,19 @@ Equipment EquipmentOf(const std::vector<StoredRecord>& records, std::string orig
   return equipment;
 }
 
-std::vector<std::string> Conflicts(const std::vector<Item>& items) {
-  std::vector<std::string> conflicts;
+std::vector<ItemConflict> Conflicts(const std::vector<Item>& items) {
+  const auto indexOf = [&items](auto item) {
+    return static_cast<std::size_t>(item - items.begin());
+  };
+  std::vector<ItemConflict> conflicts;
   for (auto one = items.begin(); one != items.end(); ++one) {
     const auto other = std::find_if(std::next(one), items.end(), [&one](const Item& item) {
       return SamePlace(one->key, item.key);
     });
     if (other == items.end()) continue;
-    conflicts.push_back(Named(*one) + " und " + Named(*other) +
-                        " haben denselben Platz im Terminal.");
+    conflicts.push_back(
+        {indexOf(one), indexOf(other),
+         Named(*one) + " und " + Named(*other) + " haben denselben Platz im Terminal."});
   }
   return conflicts;
 }

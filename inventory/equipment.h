@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,9 +33,14 @@ Equipment EquipmentOf(const Inventory& inventory, std::string origin);
 /// What these records are in a Terminal. Those that cannot be written are among the missing.
 Equipment EquipmentOf(const std::vector<StoredRecord>& records, std::string origin);
 
-/// Items of which only one can lie in the Terminal, as sentences: tables of both keyboards with one
-/// number, two macros with one number.
-std::vector<std::string> Conflicts(const std::vector<Item>& items);
+/// Two items of which only one can lie in the Terminal: tables of both keyboards with one number,
+/// two macros with one number.
+struct ItemConflict {
+  std::size_t one;  ///< which of the items
+  std::size_t other;
+  std::string text;  ///< says so, a German sentence, UTF-8
+};
+std::vector<ItemConflict> Conflicts(const std::vector<Item>& items);
 
 /// Bytes that an item takes in the EEPROM at least. What the Terminal keeps beside it nobody tells.
 std::size_t LeastBytes(const Item& item);

@@ -87,8 +87,10 @@ void FindThree(const Trio& trio, ImportItem& item) {
     item.finding = Finding::ChangedHere;
     item.choice = ImportChoice::Leave;
   } else if (auto merged = MergedRecord(*trio.base, here, there)) {
-    item.finding = Finding::Merged;
-    item.choice = ImportChoice::Take;
+    // What has been merged here before is not merged again.
+    const bool done = *merged == here;
+    item.finding = done ? Finding::Equal : Finding::Merged;
+    item.choice = done ? ImportChoice::Leave : ImportChoice::Take;
     item.result = std::move(merged);
   } else {
     item.finding = Finding::Conflict;

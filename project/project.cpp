@@ -4,44 +4,65 @@
 #include <array>
 #include <tuple>
 
+#include "link/addresses.h"
+#include "store/display_size.h"
+
 namespace kelvo {
 namespace {
 
 using enum FieldForm;
 using Identity = KindRow::Identity;
 
-constexpr ProjectField kContentFields[] = {{"nr_im_display", "Nummer", Whole},
+constexpr NumberRange kNumbers{-1, 255};  // in the Terminal; -1 has none
+constexpr NumberRange kYesNo{-1, 1};      // older databases have -1 for yes
+constexpr NumberRange kLines{0, 1'000'000};
+constexpr NumberRange kPause{0, 60'000};        // milliseconds
+constexpr NumberRange kColours{0, 0x100'0000};  // the last one makes all of a picture black
+constexpr NumberRange kVersions{0, 1'000};
+
+constexpr ProjectField kContentFields[] = {{"nr_im_display", "Nummer", Whole, false, kNumbers},
                                            {"Bezeichnung", "Bezeichnung", Text, true},
                                            {"ausgang", "Ausgang", Text},
                                            {"eingang", "Eingang", Text},
                                            {"wert", "Inhalt", Commands}};
-constexpr ProjectField kOtherFields[] = {{"nr_im_display", "Nummer", Whole},
+constexpr ProjectField kOtherFields[] = {{"nr_im_display", "Nummer", Whole, false, kNumbers},
                                          {"Bezeichnung", "Bezeichnung", Text, true},
                                          {"typ", "Art", Text},
                                          {"ausgang", "Ausgang", Text},
                                          {"eingang", "Eingang", Text},
                                          {"wert", "Inhalt", Commands}};
-constexpr ProjectField kTerminalFields[] = {{"Adresse", "Adresse", Whole, true},
+constexpr ProjectField kTerminalFields[] = {{"Adresse", "Adresse", Whole, true, {0, kAllAddresses}},
                                             {"Bezeichnung", "Bezeichnung", Text},
-                                            {"Checksum", "Prüfsumme", YesNo},
-                                            {"aktiv", "aktiv", YesNo}};
-constexpr ProjectField kLineFields[] = {
-    {"satznr", "Satz", Whole, true}, {"ComNr", "Anschluss", Text},   {"Baud1", "Baud1", Text},
-    {"Bits1", "Bits1", Text},        {"StopBit1", "StopBit1", Text}, {"Parity1", "Parity1", Text},
-    {"Shake1", "Shake1", Text},      {"Puffer1", "Puffer1", Text},   {"RecCom2", "RecCom2", Text},
-    {"Baud2", "Baud2", Text},        {"Bits2", "Bits2", Text},       {"Stopbit2", "StopBit2", Text},
-    {"Shake2", "Shake2", Text},      {"Parity2", "Parity2", Text},   {"Puffer2", "Puffer2", Text}};
-constexpr ProjectField kPortFields[] = {{"ComNr", "Com", Whole, true}, {"Geraet", "Gerät", Text}};
+                                            {"Checksum", "Prüfsumme", YesNo, false, kYesNo},
+                                            {"aktiv", "aktiv", YesNo, false, kYesNo}};
+constexpr ProjectField kLineFields[] = {{"satznr", "Satz", Whole, true, kLines},
+                                        {"ComNr", "Anschluss", Text},
+                                        {"Baud1", "Baud1", Text},
+                                        {"Bits1", "Bits1", Text},
+                                        {"StopBit1", "StopBit1", Text},
+                                        {"Parity1", "Parity1", Text},
+                                        {"Shake1", "Shake1", Text},
+                                        {"Puffer1", "Puffer1", Text},
+                                        {"RecCom2", "RecCom2", Text},
+                                        {"Baud2", "Baud2", Text},
+                                        {"Bits2", "Bits2", Text},
+                                        {"Stopbit2", "StopBit2", Text},
+                                        {"Shake2", "Shake2", Text},
+                                        {"Parity2", "Parity2", Text},
+                                        {"Puffer2", "Puffer2", Text}};
+constexpr ProjectField kPortFields[] = {{"ComNr", "Com", Whole, true, {1, 6}},
+                                        {"Geraet", "Gerät", Text}};
 constexpr ProjectField kOptionFields[] = {
-    {"FensterMitZoomen", "FensterMitZoomen", YesNo, true},
-    {"sofortsenden", "sofortsenden", YesNo, true},
-    {"rs485wait", "rs485wait", Whole, true},
-    {"BMPSchwarzschwelle", "BMPSchwarzschwelle", Whole, true},
-    {"EEPromelegantlöschenabVer", "EEPromelegantlöschenabVer", Real, true},
-    {"ChecksumabVer", "ChecksumabVer", Real, true},
-    {"BMPinPixelabVer", "BMPinPixelabVer", Real, true}};
-constexpr ProjectField kDisplayFields[] = {{"displayx", "Breite", Whole, true},
-                                           {"displayy", "Höhe", Whole, true}};
+    {"FensterMitZoomen", "FensterMitZoomen", YesNo, true, kYesNo},
+    {"sofortsenden", "sofortsenden", YesNo, true, kYesNo},
+    {"rs485wait", "rs485wait", Whole, true, kPause},
+    {"BMPSchwarzschwelle", "BMPSchwarzschwelle", Whole, true, kColours},
+    {"EEPromelegantlöschenabVer", "EEPromelegantlöschenabVer", Real, true, kVersions},
+    {"ChecksumabVer", "ChecksumabVer", Real, true, kVersions},
+    {"BMPinPixelabVer", "BMPinPixelabVer", Real, true, kVersions}};
+constexpr ProjectField kDisplayFields[] = {
+    {"displayx", "Breite", Whole, true, {kSmallestDisplay, kLargestDisplayX}},
+    {"displayy", "Höhe", Whole, true, {kSmallestDisplay, kLargestDisplayY}}};
 
 constexpr KindRow Content(ProjectKind kind, const char* member, const char* noun, const char* typ) {
   return {kind, Identity::Name, member, noun, "Makro", typ, kContentFields, 0, 1};
@@ -93,7 +114,23 @@ auto OrderOf(const ProjectRecord& record) {
   return std::tuple(record.kind, NumberOf(record), NameOf(record));
 }
 
+template <typename Number>
+bool IsWithin(const NumberRange& range, Number number) {
+  return number >= static_cast<Number>(range.least) && number <= static_cast<Number>(range.most);
+}
+
 }  // namespace
+
+bool Fits(const ProjectField& field, const Value& value) {
+  if (std::holds_alternative<std::monostate>(value)) return true;
+  if (field.form == Text || field.form == Commands) {
+    return std::holds_alternative<std::string>(value);
+  }
+  const auto* const whole = std::get_if<std::int64_t>(&value);
+  if (whole != nullptr) return IsWithin(field.range, *whole);
+  const auto* const real = std::get_if<double>(&value);
+  return real != nullptr && field.form == Real && IsWithin(field.range, *real);
+}
 
 bool StandsBefore(const ProjectRecord& one, const ProjectRecord& other) {
   const auto a = OrderOf(one);

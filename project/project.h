@@ -45,13 +45,23 @@ enum class FieldForm : std::uint8_t {
   Commands,  ///< an array of strings, one for each command
 };
 
+/// What a number may be, the limits included.
+struct NumberRange {
+  std::int64_t least = 0;
+  std::int64_t most = 0;
+};
+
 struct ProjectField {
   const char* column;  ///< of the table
   const char* member;  ///< in the text, UTF-8
   FieldForm form;
   /// Stands in the text also when the database holds nothing there, and must.
   bool always = false;
+  NumberRange range{};  ///< of numbers alone
 };
+/// Whether the program itself would store this there: no other form, and no number out of range. A
+/// database may hold more than that. Nothing at all fits everywhere.
+bool Fits(const ProjectField& field, const Value& value);
 
 /// What is to know of a kind of record.
 struct KindRow {

@@ -28,6 +28,10 @@ std::vector<RecordHere> RecordsHere(const Database& database);
 /// All records of these kinds, and the entries if Inventory is among them.
 Project ProjectOf(const std::vector<RecordHere>& records, const std::vector<JournalEntry>& journal,
                   const std::set<ProjectKind>& kinds);
+/// All that a project can hold of them. Kinds of which there is nothing are told of, too, so that
+/// an import sees what was deleted; the journal is, when it has entries.
+Project EverythingOf(const std::vector<RecordHere>& records,
+                     const std::vector<JournalEntry>& journal);
 
 enum class Finding : std::uint8_t {
   Equal,

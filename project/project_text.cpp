@@ -51,11 +51,13 @@ std::vector<std::string> CommandLines(const std::string& start, const std::strin
 
 Members MembersOf(const ProjectRecord& record) {
   Members members;
+  std::string odd;
   const KindRow& row = RowOf(record.kind);
   for (std::size_t i = 0; i < row.fields.size(); ++i) {
     const ProjectField& field = row.fields[i];
     const Value& value = record.values[i];
     if (!field.always && std::holds_alternative<std::monostate>(value)) continue;
+    if (!Fits(field, value)) odd += (odd.empty() ? "" : ", ") + JsonString(field.member);
     const std::string start = "\"" + std::string(field.member) + "\": ";
     const auto* const text = std::get_if<std::string>(&value);
     if (field.form == FieldForm::Commands && text != nullptr) {
@@ -64,6 +66,7 @@ Members MembersOf(const ProjectRecord& record) {
       members.push_back({start + ValueText(value, field.form)});
     }
   }
+  if (!odd.empty()) members.push_back({JsonString(kProjectAsItIs) + ": [" + odd + "]"});
   return members;
 }
 

@@ -32,6 +32,10 @@
 //     "Bestände": [                    a line for each entry, the columns of bestand.txt
 //   }
 //
+// A database may hold what the program would not store: a number out of range, a word in a number's
+// place. It comes through as it is where the record says so behind all else,
+// "Unverändert": ["Nummer"]; without that it is refused.
+//
 // Only characters that can be seen stand for themselves. In strings "\e" is ESC, "\xHH" any other
 // of the first 256 characters, "\\" the backslash, which JSON writes twice each. What the database
 // holds nothing in is left out.
@@ -41,6 +45,8 @@
 namespace kelvo {
 
 inline constexpr int kProjectVersion = 1;
+/// The member of a record that names those which are as they are, whatever they hold.
+inline constexpr char kProjectAsItIs[] = "Unverändert";
 /// What the files' names end with.
 inline constexpr char kProjectSuffix[] = ".kelvo";
 

@@ -1,15 +1,16 @@
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
+#include <set>
+#include <string>
 
 #include "inventory/journal_text.h"
 #include "inventory/line_text.h"
+#include "link/addresses.h"
 #include "project/node_reader.h"
 #include "project/notation.h"
 #include "project/project_text.h"
 #include "project/read_drawing.h"
-#include "settings/status.h"
 
 namespace kelvo {
 namespace {
@@ -64,7 +65,10 @@ Value CommandsValue(const NodeReader& list) {
   return text;
 }
 
-Value ValueOf(const NodeReader& node, const ProjectField& field) {
+// A number that stands for a text, which databases hold whatever a column is for.
+bool IsNumber(const JsonNode& node) { return node.type == Type::Whole || node.type == Type::Real; }
+
+Value AnyValue(const NodeReader& node, const ProjectField& field) {
   if (node.Node().type == Type::Null && field.always) return {};
   switch (field.form) {
     case FieldForm::Text:
@@ -77,6 +81,44 @@ Value ValueOf(const NodeReader& node, const ProjectField& field) {
       break;
   }
   return NumberValue(node, field.form);
+}
+
+[[noreturn]] void FailToFit(const NodeReader& node, const ProjectField& field, const Value& value) {
+  const bool real = field.form == FieldForm::Real;
+  const bool number = std::holds_alternative<std::int64_t>(value) ||
+                      (real && std::holds_alternative<double>(value));
+  if (field.form == FieldForm::YesNo) node.MustBe(Type::Bool);
+  if (!number) node.MustBe(real ? Type::Real : Type::Whole);
+  node.Fail("Hier geht es von " + std::to_string(field.range.least) + " bis " +
+            std::to_string(field.range.most) + ".");
+}
+
+/// What of a record is as it is, whatever it holds.
+using Odd = std::set<std::string>;
+
+Value ValueOf(const NodeReader& node, const ProjectField& field, const Odd& odd) {
+  const bool asItIs = odd.contains(field.member);
+  const bool text = field.form == FieldForm::Text || field.form == FieldForm::Commands;
+  if (asItIs && text && IsNumber(node.Node())) return NumberValue(node, FieldForm::Whole);
+  if (asItIs && text && node.Node().type == Type::String) return node.Text();
+  Value value = AnyValue(node, field);
+  if (!asItIs && !Fits(field, value)) FailToFit(node, field, value);
+  return value;
+}
+
+Odd OddOf(const KindRow& row, const NodeReader& record) {
+  Odd odd;
+  const auto list = record.MemberIf(kProjectAsItIs);
+  for (std::size_t i = 0; list && i < list->Count(); ++i) {
+    const NodeReader item = list->Item(i, "Wort");
+    const std::string name = item.Text();
+    const auto is = [&name](const ProjectField& field) { return name == field.member; };
+    if (std::none_of(row.fields.begin(), row.fields.end(), is)) {
+      item.Fail("„" + name + "“ ist hier nicht bekannt.");
+    }
+    odd.insert(name);
+  }
+  return odd;
 }
 
 // "Makro 7 „Begrüßung“" of what can be read of it; without number and name "Makro, Satz 3".
@@ -167,26 +209,14 @@ class Reader {
       node.Fail("Davon kann es nur einen Satz geben.");
     }
     CheckFields(row, node);
+    const Odd odd = OddOf(row, node);
     ProjectRecord record{row.kind, {}};
     for (const ProjectField& field : row.fields) {
       const auto member =
           field.always ? std::optional(node.Member(field.member)) : node.MemberIf(field.member);
-      record.values.push_back(member ? ValueOf(*member, field) : Value());
+      record.values.push_back(member ? ValueOf(*member, field, odd) : Value());
     }
-    if (row.kind == ProjectKind::Display) CheckDisplay(node, record);
     project_.records.push_back(std::move(record));
-  }
-
-  // A display beyond all bounds would keep the next start from its window.
-  static void CheckDisplay(const NodeReader& node, const ProjectRecord& record) {
-    constexpr std::array kLargest{kLargestDisplayX, kLargestDisplayY};
-    for (std::size_t i = 0; i < kLargest.size(); ++i) {
-      const auto* const side = std::get_if<std::int64_t>(&record.values[i]);
-      if (side == nullptr || (*side >= kSmallestDisplay && *side <= kLargest[i])) continue;
-      node.Member(RowOf(record.kind).fields[i].member)
-          .Fail("Hier geht es von " + std::to_string(kSmallestDisplay) + " bis " +
-                std::to_string(kLargest[i]) + ".");
-    }
   }
 
   static void CheckFields(const KindRow& row, const NodeReader& node) {
@@ -194,6 +224,7 @@ class Reader {
     for (std::size_t i = 0; i < object.names.size(); ++i) {
       const std::string& name = object.names[i];
       const auto known = [&name](const ProjectField& field) { return name == field.member; };
+      if (name == kProjectAsItIs) continue;
       if (std::any_of(row.fields.begin(), row.fields.end(), known)) continue;
       NodeReader(object.items[i], node.Place()).Fail("„" + name + "“ ist hier nicht bekannt.");
     }
@@ -210,6 +241,9 @@ class Reader {
     line += EscapedWire(node.Item(kColumns - 1, "Spalte").Wire());
     auto entry = ReadJournalLine(Sealed(std::move(line)));
     if (!entry) node.Fail("Das ist kein Eintrag eines Bestands.");
+    if (entry->terminal.address > kAllAddresses) {
+      node.Fail("Adressen gehen von 0 bis " + std::to_string(kAllAddresses) + ".");
+    }
     project_.inventory.push_back(*std::move(entry));
   }
 

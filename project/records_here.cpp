@@ -70,4 +70,14 @@ Project ProjectOf(const std::vector<RecordHere>& records, const std::vector<Jour
   return project;
 }
 
+Project EverythingOf(const std::vector<RecordHere>& records,
+                     const std::vector<JournalEntry>& journal) {
+  std::set<ProjectKind> kinds;
+  for (const KindRow& row : ProjectKindTable()) {
+    if (*row.table != '\0') kinds.insert(row.kind);
+  }
+  if (!journal.empty()) kinds.insert(ProjectKind::Inventory);
+  return ProjectOf(records, journal, kinds);
+}
+
 }  // namespace kelvo

@@ -124,7 +124,7 @@ void ExportDialog::Fill() {
   const QSignalBlocker blocker(ctlExport);
   ctlExport->clear();
   for (const KindRow& row : ProjectKindTable()) {
-    if (*row.table != '\0' && row.kind != ProjectKind::Other) KindItem(row.kind);
+    if (*row.table != '\0') KindItem(row.kind);
   }
   for (std::size_t i = 0; i < records_.size(); ++i) {
     const ProjectRecord& record = records_[i].record;

@@ -3,6 +3,7 @@
 #include "cli/options.h"
 #include "cli/progress.h"
 #include "cli/table.h"
+#include "inventory/journal_text.h"
 #include "store/recordset.h"
 #include "tests/cli_program.h"
 
@@ -115,7 +116,9 @@ TEST(CliCheck, MistakesAndTooLittleRoomEndWith1) {
   for (const char* name : {"tabelle.txt", "leer.txt", "fehlt.txt"}) {
     EXPECT_EQ(check({folder + "/" + name}), cli::SomethingFailed) << name;
   }
-  EXPECT_EQ(check({"7=" + folder + "/gut.txt", "7=" + folder + "/gut.txt"}), cli::SomethingFailed);
+  program.Write("auch.txt", kMacro);
+  EXPECT_EQ(check({"7=" + folder + "/gut.txt", "7=" + folder + "/auch.txt"}), cli::SomethingFailed);
+  EXPECT_EQ(program.Rows()[0]["datei"], folder + "/gut.txt, " + folder + "/auch.txt");
   // A text that begins like a picture's file is none.
   program.Write("bm.txt", "BM und mehr Text dahinter");
   EXPECT_EQ(check({"7=" + folder + "/bm.txt"}), cli::AllWell) << program.out;
@@ -175,6 +178,13 @@ TEST(CliProject, ComesBackEqualAndIsWrittenOverNothingUnasked) {
   EXPECT_EQ(program.Run({"import", file, "--different", "take"}), cli::AllWell);
   program.Run({"export", "-"});
   EXPECT_EQ(program.out, exported);
+  program.Run({"export", "-"});
+  EXPECT_TRUE(Contains(program.out, "\"Andere Sätze\": []")) << "as the window does";
+  EXPECT_FALSE(Contains(program.out, "Bestände")) << "nothing was written yet";
+  program.Write("bestand.txt",
+                JournalLine({{}, {"/dev/ttyS0", 3}, Event::FreeBytes, {}, {}, {}, 900}));
+  program.Run({"export", "-"});
+  EXPECT_TRUE(Contains(program.out, "Bestände"));
   program.Write("b.kelvo", exported.substr(0, exported.size() / 2));
   EXPECT_EQ(program.Run({"import", program.folder.Path("b.kelvo")}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "Zeile")) << program.err;

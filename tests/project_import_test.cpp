@@ -137,6 +137,30 @@ TEST_F(ProjectImportTest, ANameThatTheFileBringsIsNotProposedForAnother) {
   EXPECT_EQ(Names(), "Begrüßung|Rahmen|Display löschen|Kasten|Rahmen (3)");
 }
 
+TEST_F(ProjectImportTest, WhatTheProgramWouldNotStoreComesThroughMarked) {
+  Sql("update Makro set nr_im_display = 'zwei' where Bezeichnung = 'Rahmen'");
+  Sql("update Anschluss set ComNr = 9 where ComNr = 6");
+  Sql("insert into DOVU values (300, 'weit', 7, 2.5)");
+  Sql("update \"Default\" set displayx = 99999");
+  Sql("update Optionen set ChecksumabVer = 9e999, rs485wait = -3");
+  const std::string text = Export();
+  for (const char* marked :
+       {"\"Unverändert\": [\"Nummer\"]", "{\"Com\": 9, ",
+        "\"aktiv\": 2.5, \"Unverändert\": [\"Adresse\", \"Prüfsumme\", \"aktiv\"]}",
+        "\"Höhe\": 128, \"Unverändert\": [\"Breite\"]}",
+        "\"Unverändert\": [\"rs485wait\", \"ChecksumabVer\"]"}) {
+    EXPECT_NE(text.find(marked), std::string::npos) << marked << "\n" << text;
+  }
+  const ReadResult read = ReadProject(text);
+  ASSERT_TRUE(std::holds_alternative<Project>(read)) << FaultText(std::get<ProjectFault>(read));
+  EXPECT_EQ(ProjectText(std::get<Project>(read)), text);
+  Empty();
+  ImportPlan plan = Plan(std::get<Project>(read));
+  ChooseAll(plan, ImportChoice::Take);
+  Apply(plan);
+  EXPECT_EQ(Export(), text);
+}
+
 TEST_F(ProjectImportTest, TwoOperatorsChangesAreMergedAndOnlyRealConflictsAsked) {
   const std::string esc = "' || char(27) || '";
   Add(10, "beide", esc + "GC" + esc + "GP1,1;" + esc + "GL2,2;");
@@ -166,6 +190,9 @@ TEST_F(ProjectImportTest, TwoOperatorsChangesAreMergedAndOnlyRealConflictsAsked)
   EXPECT_EQ(Stored("select wert from Makro order by rowid"),
             "\x1bGH\x1bGP1,1;\x1bGL9,9;|hier|dort|hier|neu");
   EXPECT_EQ(Stored("select nr_im_display from Makro where Bezeichnung = 'beide'"), "11");
+  plan = Plan(there, &base);
+  EXPECT_EQ(plan.Changes(), 0U) << "what was merged is not merged again";
+  EXPECT_EQ(ItemNamed(plan, "beide").finding, Finding::Equal);
 }
 
 TEST_F(ProjectImportTest, APartOfAKindTellsOfNoDeletions) {
