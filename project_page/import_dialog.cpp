@@ -310,7 +310,8 @@ void ImportDialog::cmdImportOffene_Click() {
 void ImportDialog::cmdImportStand_Click() {
   const auto path = services_.person.OpenFile("Gemeinsamer Stand", kProjectFilter);
   if (!path) return;
-  auto base = LoadProject(*path, services_.person, this);
+  auto base =
+      LoadProject(*path, services_.person, this, "Der gemeinsame Stand ist nicht lesbar:\n");
   if (!base) return;
   base_ = std::move(base);
   lblImportStand->setText(FileName(*path));

@@ -34,7 +34,8 @@ void ProjectDesk::Export() {
 void ProjectDesk::Import() {
   const auto path = services_.person.OpenFile("Projekt importieren", kProjectFilter);
   if (!path) return;
-  auto project = LoadProject(*path, services_.person, window_);
+  auto project =
+      LoadProject(*path, services_.person, window_, "Die Datei wird nicht importiert:\n");
   if (!project) return;
   if (import_ == nullptr) {
     import_ = new ImportDialog(services_, window_);
@@ -56,7 +57,8 @@ void ProjectDesk::NoteImport(const QString& file, const ImportDone& done) {
   });
 }
 
-std::optional<Project> LoadProject(const std::string& path, Operator& person, QWidget* window) {
+std::optional<Project> LoadProject(const std::string& path, Operator& person, QWidget* window,
+                                   const std::string& refusal) {
   const auto text = ReadFile(path, kLargestFile);
   if (!text) {
     person.Message("Die Datei konnte nicht gelesen werden:\n" + path, Icon::Exclamation);
@@ -64,8 +66,7 @@ std::optional<Project> LoadProject(const std::string& path, Operator& person, QW
   }
   ReadResult read = ReadProject(*text, ShownProgress(window, QObject::tr("Liest die Datei …")));
   if (const auto* const fault = std::get_if<ProjectFault>(&read)) {
-    person.Message("Die Datei wird nicht importiert:\n" + path + "\n\n" + FaultText(*fault),
-                   Icon::Exclamation);
+    person.Message(refusal + path + "\n\n" + FaultText(*fault), Icon::Exclamation);
   }
   auto* const project = std::get_if<Project>(&read);
   return project != nullptr ? std::optional(std::move(*project)) : std::nullopt;

@@ -60,9 +60,10 @@ class ProjectDesk : public QObject {
 
 inline constexpr char kProjectFilter[] = "kelvo-Projekt |*.kelvo";
 
-/// A project from a file. What cannot be read is told, with line and place; nothing then, and when
-/// the operator stopped it.
-std::optional<Project> LoadProject(const std::string& path, Operator& person, QWidget* window);
+/// A project from a file. What cannot be read is told, below `refusal`, with line and place;
+/// nothing then, and when the operator stopped it.
+std::optional<Project> LoadProject(const std::string& path, Operator& person, QWidget* window,
+                                   const std::string& refusal);
 /// Shows in a box how far a long work is; the operator can stop it there.
 ProjectProgress ShownProgress(QWidget* window, const QString& what);
 /// "„halle.kelvo“"

@@ -162,7 +162,12 @@ void frmhaupt::ShowLatestDeed() {
   mnuBearbeitenRueckgaengig->setEnabled(!deed.isEmpty());
 }
 
-void frmhaupt::mnuBearbeitenRueckgaengig_Click() { outside_.person.Done().Undo(); }
+void frmhaupt::mnuBearbeitenRueckgaengig_Click() {
+  Deeds& deeds = outside_.person.Done();
+  const std::string deed = deeds.Latest();
+  deeds.Undo();
+  if (!deed.empty()) chronicle_.Note("Rückgängig: " + deed);
+}
 
 void frmhaupt::MakeRecentMenu(QMenu* file) {
   mnuDateiZuletzt = Named(file->addMenu(tr("&Zuletzt verwendet")), "mnuDateiZuletzt");

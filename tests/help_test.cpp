@@ -223,9 +223,10 @@ TEST(ManualTest, EveryLinkPictureAndKeywordHasItsPlace) {
 // The literal texts of the program's boxes: of each call that shows one or describes a failure, the
 // string literals up to its end.
 QStringList ShownTexts(const QString& source) {
-  static const QRegularExpression call(QStringLiteral(
-      "(?:\\b(?:Message|Notify|Ask|Input|Refuse|StoreError|BadFile|CannotWrite|runtime_error)\\("
-      "|report << tr\\(|RecordKind\\{)([^;]*);"));
+  static const QRegularExpression call(
+      QStringLiteral("(?:\\b(?:Message|Notify|Ask|Input|Refuse|LoadProject|StoreError|BadFile|"
+                     "CannotWrite|runtime_error)\\("
+                     "|report << tr\\(|RecordKind\\{)([^;]*);"));
   static const QRegularExpression literal(QStringLiteral("\"((?:[^\"\\\\]|\\\\.)*)\""));
   static const QRegularExpression broken(QStringLiteral("(?<!\\\\)\"\\s*\""));
   QStringList texts;

@@ -2,6 +2,9 @@
 #include <QTreeWidget>
 
 #include "graphics/wmf.h"
+#include "inventory/journal_text.h"
+#include "project/project_store.h"
+#include "project/project_text.h"
 #include "tests/drawing_samples.h"
 #include "tests/window_fixture.h"
 
@@ -93,7 +96,20 @@ TEST_F(ProjectDialogTest, ImportIsDecidedDoneAndTakenBackAndADraftStays) {
   EXPECT_EQ(Content("Rahmen"), "anders");
   EXPECT_EQ(Content("Display löschen"), "missing");
   EXPECT_EQ(Find<QPlainTextEdit>("txtMakro").toPlainText(), QStringLiteral("Entwurf"));
+  EXPECT_TRUE(Text("lblAktivitaet").ends_with("Rückgängig: Import von „halle.kelvo“"));
   EXPECT_EQ(Written(), "");
+}
+
+TEST_F(ProjectDialogTest, WithEverythingTickedAllOfItIsExported) {
+  std::ofstream(folder.Path("bestand.txt"))
+      << JournalLine({{}, {"/dev/ttyS0", 3}, Event::FreeBytes, {}, {}, {}, 900});
+  Start();
+  Export();
+  const Database database(folder.Path("kelvo.mdb"));
+  WriteJournal journal(folder.Path("bestand.txt"));
+  journal.Refresh();
+  ASSERT_EQ(journal.Entries().size(), 1U);
+  EXPECT_EQ(File(), ProjectText(EverythingOf(RecordsHere(database), journal.Entries())));
 }
 
 TEST_F(ProjectDialogTest, ATypedNameTakesARecordBesideAndTheCommonStateDecidesTheRest) {
@@ -130,6 +146,12 @@ TEST_F(ProjectDialogTest, DamagedFileIsRefusedWithItsPlace) {
   EXPECT_NE(person.LastMessage().find("Zeile 2, Spalte 11 (Makros): Hier muss eine Liste"),
             std::string::npos);
   EXPECT_EQ(Root().findChild<QWidget*>(QStringLiteral("frmImport")), nullptr);
+  const std::string damaged = File();
+  Export();
+  Trigger("mnuDateiImportieren");
+  std::ofstream(folder.Path("halle.kelvo")) << damaged;
+  Click("cmdImportStand");
+  EXPECT_TRUE(person.LastMessage().starts_with("Der gemeinsame Stand ist nicht lesbar:\n"));
 }
 
 TEST_F(ProjectDialogTest, DrawingFilesGoInAsObjectsAndOutAsFiles) {
