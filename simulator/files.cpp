@@ -2,12 +2,38 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "store/data_folder.h"
+
 namespace kelvo::sim {
+
+std::optional<std::string> ReadWhole(const std::string& path, std::string& text) {
+  constexpr std::size_t kBlock = 65536;
+  const std::string cannot = "kann nicht gelesen werden: ";
+  if (auto reason = FolderReason(path)) return cannot + *reason;
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return cannot + FileReason(errno);
+  std::string block(kBlock, '\0');
+  text.clear();
+  do {
+    file.read(block.data(), static_cast<std::streamsize>(kBlock));
+    text.append(block, 0, static_cast<std::size_t>(file.gcount()));
+  } while (file);
+  if (file.bad()) return cannot + FileReason(errno);
+  return std::nullopt;
+}
+
+std::optional<std::string> FolderReason(const std::string& path) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(path, ignored)) return std::nullopt;
+  return "das ist ein Ordner";
+}
 
 bool ReplaceFile(const std::string& path, std::string_view bytes) {
   const std::string fresh = path + "." + std::to_string(getpid());

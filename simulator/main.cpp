@@ -3,9 +3,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -29,21 +27,15 @@ kelvo::sim::Handle TakeSignals() {
   return kelvo::sim::Handle(signalfd(-1, &set, SFD_CLOEXEC));
 }
 
-std::optional<std::string> ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::nullopt;
-  return std::string{std::istreambuf_iterator<char>(file), {}};
-}
-
 // The one Terminal, or those of the bus; otherwise the reason.
 std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
                                          std::vector<kelvo::sim::TerminalOptions>& terminals) {
   if (options.busFile.empty()) {
     terminals = {options.terminal};
   } else {
-    const std::optional<std::string> text = ReadFile(options.busFile);
-    if (!text) return "kann nicht gelesen werden";
-    if (auto error = kelvo::sim::ReadBus(*text, options.terminal, terminals)) return error;
+    std::string text;
+    if (auto error = kelvo::sim::ReadWhole(options.busFile, text)) return error;
+    if (auto error = kelvo::sim::ReadBus(text, options.terminal, terminals)) return error;
   }
   return std::nullopt;
 }
@@ -52,9 +44,9 @@ std::optional<std::string> TakeTerminals(const kelvo::sim::Options& options,
 std::optional<std::string> TakeReplay(const std::string& path,
                                       std::optional<kelvo::sim::ReplayPlan>& replay) {
   if (path.empty()) return std::nullopt;
-  const std::optional<std::string> text = ReadFile(path);
-  if (!text) return "kann nicht gelesen werden";
-  return ReadReplay(*text, replay.emplace());
+  std::string text;
+  if (auto error = kelvo::sim::ReadWhole(path, text)) return error;
+  return ReadReplay(text, replay.emplace());
 }
 
 // Where the operator has named no file it lies in the data folder.

@@ -8,6 +8,8 @@
 #include <chrono>
 #include <cstdio>
 #include <iostream>
+#include <stdexcept>
+#include <utility>
 
 #include "simulator/console.h"
 #include "simulator/files.h"
@@ -88,6 +90,10 @@ void Program::Start() {
   station_->With([](Bus& bus, Line&, Time now) {
     for (std::size_t i = 0; i < bus.Count(); ++i) bus.At(i).PowerOn(now);
   });
+  if (!options_.displayPng.empty() && !WriteDisplayFile()) {
+    displayFileFails_ = true;
+    throw std::runtime_error(NotWritten(options_.displayPng));
+  }
   if (replay_) {
     status_ = 1;
     station_->Play(*std::exchange(replay_, std::nullopt));
@@ -143,7 +149,12 @@ void Program::Refresh() {
     return false;
   });
   if (changed && !save_.isActive()) save_.start(kSavePause);
-  if (!options_.displayPng.empty()) WriteDisplayFile();
+  if (!options_.displayPng.empty()) {
+    const bool failed = !WriteDisplayFile();
+    const bool said = std::exchange(displayFileFails_, failed);
+    if (failed && !said)
+      std::cerr << "kelvo-simulator: " << NotWritten(options_.displayPng) << '\n';
+  }
   if (refreshWindow_) refreshWindow_();
   if (!options_.replayFile.empty() && !replayed_) EndReplay();
 }
@@ -178,6 +189,11 @@ std::vector<WallTile> Program::Wall() {
   });
 }
 
+std::string Program::NotWritten(const std::string& path) {
+  const auto folder = FolderReason(path);
+  return "kann " + path + " nicht schreiben" + (folder ? ": " + *folder : "");
+}
+
 bool Program::WriteDisplayFile() {
   const std::vector<WallTile> wall = Wall();
   if (wall == written_) return true;
@@ -190,7 +206,7 @@ bool Program::WritePng(const std::string& path, std::optional<std::size_t> termi
   std::vector<WallTile> wall = Wall();
   if (terminal) wall = {wall[*terminal]};
   const bool written = WriteWallPng(wall, station_->Fonts(), path);
-  if (!written) std::cerr << "kelvo-simulator: kann " << path << " nicht schreiben\n";
+  if (!written) std::cerr << "kelvo-simulator: " << NotWritten(path) << '\n';
   return written;
 }
 

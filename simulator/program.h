@@ -47,6 +47,8 @@ class Program : public QObject {
   void RunLine(const std::string& line);
   bool WritePng(const std::string& path, std::optional<std::size_t> terminal);
   bool WriteDisplayFile();
+  /// Why a picture could not be written to that path, German.
+  static std::string NotWritten(const std::string& path);
   std::vector<WallTile> Wall();
 
   const Options options_;
@@ -64,6 +66,7 @@ class Program : public QObject {
   QTimer save_;
   std::vector<std::uint64_t> savedRevisions_;  // of each Terminal's EEPROM
   std::vector<WallTile> written_;
+  bool displayFileFails_ = false;  // which has been said
 };
 
 }  // namespace kelvo::sim

@@ -1,7 +1,10 @@
 #include "simulator/recorder.h"
 
 #include <cerrno>
-#include <system_error>
+#include <stdexcept>
+
+#include "simulator/files.h"
+#include "store/data_folder.h"
 
 namespace kelvo::sim {
 namespace {
@@ -25,7 +28,11 @@ Recorder::Recorder(const std::string& path, Time now)
     : file_(path, std::ios::binary | std::ios::trunc),
       wall_(std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now())),
       start_(now) {
-  if (!file_) throw std::system_error(errno, std::generic_category(), path);
+  if (!file_) {
+    const std::string reason = FileReason(errno);
+    throw std::runtime_error("kann " + path +
+                             " nicht schreiben: " + FolderReason(path).value_or(reason));
+  }
   file_ << kCaptureHead << '\n' << std::flush;
 }
 

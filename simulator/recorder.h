@@ -16,7 +16,8 @@ namespace kelvo::sim {
 /// closely are one line of it, which is written when it is complete.
 class Recorder {
  public:
-  /// Replaces the file. Throws std::system_error when that does not go. Time `now` is this moment.
+  /// Replaces the file. Throws std::runtime_error, in German, when that does not go. Time `now` is
+  /// this moment.
   Recorder(const std::string& path, Time now);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;

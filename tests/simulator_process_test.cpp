@@ -48,6 +48,18 @@ class Simulator {
     process_.waitForFinished(kPatience);
     return process_.exitCode();
   }
+  /// The exit status, and what it says to people.
+  std::pair<int, std::string> Refuses(const std::vector<std::string>& options) {
+    QStringList arguments{QStringLiteral("--no-window"), QStringLiteral("--eeprom"),
+                          QString::fromStdString(Path("eeprom")), QStringLiteral("--port"),
+                          QString::fromStdString(Path("tty"))};
+    if (options.front() == "--replay") arguments.clear();
+    for (const std::string& option : options) arguments << QString::fromStdString(option);
+    process_.start(QStringLiteral(KELVO_SIMULATOR), arguments);
+    const bool ended = process_.waitForFinished(kPatience);
+    const bool normal = ended && process_.exitStatus() == QProcess::NormalExit;
+    return {normal ? process_.exitCode() : -1, process_.readAllStandardError().toStdString()};
+  }
   /// The exit status, or -1 when a signal has ended it.
   int End(int signal) {
     kill(static_cast<pid_t>(process_.processId()), signal);
@@ -154,6 +166,17 @@ TEST(SimulatorProcess, PlaysWhatItHasRecorded) {
   capture[capture.find("38 31 38 33") + 1] = '9';
   std::ofstream(simulator.Path("capture")) << capture;
   EXPECT_EQ(simulator.Replay(), 1);
+}
+
+TEST(SimulatorProcess, AFolderInPlaceOfAFileIsRefusedInGerman) {
+  const std::pair<const char*, int> cases[] = {
+      {"--replay", 2}, {"--bus", 2}, {"--record", 1}, {"--display-png", 1}};
+  for (const auto& [option, status] : cases) {
+    Simulator simulator;
+    const auto [code, words] = simulator.Refuses({option, simulator.Path("")});
+    EXPECT_EQ(code, status) << option;
+    EXPECT_NE(words.find("ist ein Ordner"), std::string::npos) << option << words;
+  }
 }
 
 }  // namespace
