@@ -9,12 +9,22 @@
 namespace kelvo::sim {
 namespace {
 
+bool HasAllColumns(std::string_view line) {
+  return std::count(line.begin(), line.end(), '\t') >=
+         std::count(kCaptureHead.begin(), kCaptureHead.end(), '\t');
+}
+
 class PlanReader {
  public:
   explicit PlanReader(ReplayPlan& plan) : plan_(plan) { plan_.steps.emplace_back(); }
 
-  void Add(std::string_view text, std::size_t number) {
+  /// `cut`: nothing ends the line, so that its end may be missing.
+  void Add(std::string_view text, std::size_t number, bool cut) {
     if (error_) return;
+    if (cut && !HasAllColumns(text)) {
+      error_ = "Zeile " + std::to_string(number) + " ist abgeschnitten";
+      return;
+    }
     const std::optional<CaptureLine> line = ReadCaptureLine(text);
     if (!line) {
       error_ = "Zeile " + std::to_string(number) + " ist keine Zeile einer Mitschrift";
@@ -87,8 +97,10 @@ std::string ReplayStep::Received() const {
 std::optional<std::string> ReadReplay(std::string_view capture, ReplayPlan& plan) {
   plan = {};
   PlanReader reader(plan);
-  EachCaptureLine(
-      capture, [&reader](std::string_view line, std::size_t number) { reader.Add(line, number); });
+  EachCaptureLine(capture, [&](std::string_view line, std::size_t number) {
+    const bool last = !line.empty() && line.data() + line.size() == capture.data() + capture.size();
+    reader.Add(line, number, last);
+  });
   return reader.End();
 }
 

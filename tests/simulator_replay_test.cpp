@@ -252,6 +252,13 @@ TEST(SimulatorReplay, WhatIsNoCaptureIsRefusedWithItsLine) {
   ReplayPlan plan;
   const std::string good = Lines({Sent("?V")});
   EXPECT_EQ(ReadReplay(good + "\nx\n", plan), "Zeile 3 ist keine Zeile einer Mitschrift");
+  // Behind the characters, too: what was noted of them would be missing.
+  const std::string two = Lines({Sent("?V"), Came("2.10F;")});
+  for (const std::size_t missing : {1, 9, 12}) {
+    const auto reason = ReadReplay(two.substr(0, two.size() - missing), plan);
+    EXPECT_EQ(reason, missing == 1 ? std::nullopt
+                                   : std::optional<std::string>("Zeile 2 ist abgeschnitten"));
+  }
   EXPECT_EQ(ReadReplay("", plan), "darin ist nichts gesendet worden");
   EXPECT_EQ(ReadReplay(Lines({Came("x")}), plan), "darin ist nichts gesendet worden");
 }
