@@ -110,6 +110,9 @@ void AddHeldRecoding(std::vector<SheetBlock>& blocks, const SheetSubject& subjec
   for (SheetBlock& block : RecodingBlocks(TableText(held))) blocks.push_back(std::move(block));
 }
 
+// What a Terminal names in place of its active table.
+constexpr std::string_view kNoTable = "leer";
+
 // The table that the Terminal has told, or that nobody has asked for it.
 void AddRead(std::vector<SheetBlock>& blocks, const SheetSubject& subject, CommandName query,
              const std::function<std::vector<SheetBlock>(const std::string& reply)>& show) {
@@ -120,6 +123,10 @@ void AddRead(std::vector<SheetBlock>& blocks, const SheetSubject& subject, Comma
     return;
   }
   blocks.emplace_back(SheetText{"Beruht auf: " + ReadBasis(last->time) + ".", true});
+  if (last->reply == kNoTable) {
+    blocks.emplace_back(SheetText{"Es ist keine Tabelle aktiv."});
+    return;
+  }
   for (SheetBlock& block : show(last->reply)) blocks.push_back(std::move(block));
 }
 

@@ -129,6 +129,13 @@ TEST_F(SheetTest, KeypadShowsWiringAndCodesOfItsKeys) {
                                                    {"C", "67 · $43", "ESC", "27 · $1B"}}));
 }
 
+TEST_F(SheetTest, WithoutAnActiveTableThereIsNoneToShow) {
+  const TerminalId tor = AddTerminal(3, "Tor");
+  Read(tor, CommandName::AskMatrixTable, "leer");
+  EXPECT_TRUE(Says(Now(), "Es ist keine Tabelle aktiv."));
+  EXPECT_FALSE(Says(Now(), "hat nicht die Form"));
+}
+
 TEST_F(SheetTest, SavedConfigurationTellsItsSettingsAndTheWiring) {
   const TerminalId tor = AddTerminal(3, "Tor");
   Written(tor, WriteKeyTable("3", "80", ",31,FF,FF,FF,FF,FF,FF,FF"), "Feld");
