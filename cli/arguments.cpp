@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
@@ -16,6 +17,8 @@ constexpr char kCommands[] = "Befehle";
 constexpr char kOptions[] = "Optionen";
 constexpr char kLine[] = "Anschluss (sonst gilt der gespeicherte)";
 constexpr char kOutput[] = "Ausgabe";
+
+constexpr char kOneFile[] = "Es gehört genau eine DATEI dazu.";
 
 /// What was typed does not make sense; what() says why, UTF-8.
 struct Misunderstood : std::runtime_error {
@@ -58,6 +61,19 @@ DisplaySizeChoice SizeOf(const std::string& text) {
   return {NumberOf(text.substr(0, x), "--display BREITE", kSmallestDisplay, kLargestDisplayX),
           NumberOf(height, "--display HÖHE", kSmallestDisplay, kLargestDisplayY)};
 }
+
+bool TakesOneFile(Verb verb) {
+  return verb == Verb::Render || verb == Verb::Export || verb == Verb::Import;
+}
+
+/// Shows what is needed exactly once without brackets.
+class UsageFormatter : public CLI::Formatter {
+ public:
+  std::string make_option_usage(const CLI::Option* option) const override {
+    const bool once = option->get_expected_max() == 1;
+    return once ? option->get_name() : Formatter::make_option_usage(option);
+  }
+};
 
 /// The command line as it was typed, taken apart.
 class CommandLine {
@@ -106,7 +122,8 @@ CommandLine::CommandLine() {
   app_.set_help_flag("-h,--help", "diese Übersicht; hinter einem Befehl: seine Optionen");
   app_.set_version_flag("--version", "kelvo-cli " KELVO_VERSION, "die Version");
   app_.allow_extras();  // what is not known is refused in German
-  const auto formatter = app_.get_formatter();
+  const auto formatter = std::make_shared<UsageFormatter>();
+  app_.formatter(formatter);
   formatter->label("Usage", "Aufruf");
   formatter->label("OPTIONS", "OPTIONEN");
   formatter->label("SUBCOMMAND", "BEFEHL");
@@ -157,7 +174,9 @@ void CommandLine::AddFileOptions(CLI::App& sub, Verb verb) {
                                    "Zeichnung (wmf), Bestand oder "
                                    "Projekt\n(.kelvo); \"7=gruss.txt\" nennt die Nummer im Terminal"
                                  : "das Projekt (.kelvo)";
-  sub.add_option("DATEI", options_.files, help)->option_text(texts ? "..." : " ");
+  CLI::Option* const files =
+      sub.add_option("DATEI", options_.files, help)->option_text(texts ? "..." : " ");
+  if (!texts) files->expected(1)->allow_extra_args(false);
   if (!texts) return;
   sub.add_option(
          "--record", options_.records,
@@ -261,6 +280,8 @@ Options CommandLine::Understood() {
 void CommandLine::CheckExtras() const {
   const std::vector<std::string> extras = app_.remaining(true);
   if (!extras.empty()) {
+    if (TakesOneFile(options_.verb) && !extras.front().starts_with('-'))
+      throw Misunderstood(kOneFile);
     throw Misunderstood("\"" + extras.front() + "\" ist hier nicht bekannt; siehe --help.");
   }
   const std::size_t verbs = app_.get_subcommands().size();
@@ -339,9 +360,8 @@ void CommandLine::CheckFiles() const {
   const bool needs = verb == Verb::Check || verb == Verb::Render || verb == Verb::Export ||
                      verb == Verb::Import || (verb == Verb::Write && !options_.goOn);
   if (needs && given == 0) throw Misunderstood("DATEI fehlt.");
-  const bool one = verb == Verb::Render || verb == Verb::Export || verb == Verb::Import;
-  if (one && (options_.files.size() > 1 || options_.records.size() > 1)) {
-    throw Misunderstood("Es gehört genau eine DATEI dazu.");
+  if (TakesOneFile(verb) && (options_.files.size() > 1 || options_.records.size() > 1)) {
+    throw Misunderstood(kOneFile);
   }
 }
 

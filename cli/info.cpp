@@ -1,3 +1,6 @@
+#include <charconv>
+#include <system_error>
+
 #include "base/wire_text.h"
 #include "cli/connection.h"
 #include "cli/verbs.h"
@@ -12,19 +15,20 @@ namespace {
 struct Told {
   CommandName query;
   Column column;
+  bool number = false;  ///< the reply is one
 };
 constexpr Told kTold[] = {{CommandName::AskVersion, {"version", "Version"}},
                           {CommandName::AskFlash, {"flash", "Flash"}},
-                          {CommandName::AskFreeBytes, {"frei", "frei (Byte)"}},
-                          {CommandName::AskPort, {"p1", "P1"}},
+                          {CommandName::AskFreeBytes, {"frei", "frei (Byte)"}, true},
+                          {CommandName::AskPort, {"p1", "P1"}, true},
                           {CommandName::AskMatrixTable, {"matrix_tabelle", ""}},
                           {CommandName::AskAtTable, {"at_tabelle", ""}},
-                          {CommandName::AskCursor, {"cursor", ""}},
-                          {CommandName::AskCursorShape, {"cursorform", ""}},
+                          {CommandName::AskCursor, {"cursor", ""}, true},
+                          {CommandName::AskCursorShape, {"cursorform", ""}, true},
                           {CommandName::AskTextPosition, {"textposition", ""}},
-                          {CommandName::AskTextFont, {"textschrift", ""}},
-                          {CommandName::AskTextAttribute, {"textattribut", ""}},
-                          {CommandName::AskTextMode, {"textmodus", ""}},
+                          {CommandName::AskTextFont, {"textschrift", ""}, true},
+                          {CommandName::AskTextAttribute, {"textattribut", ""}, true},
+                          {CommandName::AskTextMode, {"textmodus", ""}, true},
                           {CommandName::AskTextZoom, {"textzoom", ""}}};
 
 // The Terminal tells it in lines.
@@ -40,6 +44,15 @@ std::string InOneLine(const std::string& wire) {
   }
   if (text.ends_with(", ")) text.resize(text.size() - 2);
   return text;
+}
+
+// What ought to be a number and is none stays the text that it is.
+Cell ReplyCell(const Told& told, const std::string& reply) {
+  std::int64_t number = 0;
+  const char* const end = reply.data() + reply.size();
+  const auto read = std::from_chars(reply.data(), end, number);
+  const bool whole = read.ec == std::errc() && read.ptr == end;
+  return told.number && whole ? Cell(number) : Cell(ReadableText(reply));
 }
 
 /// Asks one Terminal after the other.
@@ -113,7 +126,7 @@ void Info::AddRow(const EquipTarget& target, bool answered, bool asked) {
     const Silence* const silence = readings_.SilenceOf(target.id, told.query);
     if (asked && silence != nullptr && why.empty()) why = silence->why;
     const bool known = answered && read != nullptr && silence == nullptr;
-    row.push_back(known ? Cell(ReadableText(read->reply)) : Cell());
+    row.push_back(known ? ReplyCell(told, read->reply) : Cell());
   }
   row.push_back(answered ? Cell(SystemInfo()) : Cell());
   row.push_back(why);

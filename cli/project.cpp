@@ -76,8 +76,9 @@ Status Apply(Bench& bench, WriteJournal& journal, const ImportPlan& plan) {
     bench.Operator().Say("Zeichnungsdateien übernimmt das Fenster (Datei / Importieren …).");
   }
   if (plan.Open() > 0) {
-    bench.Operator().Say(std::to_string(plan.Open()) +
-                         " Sätze sind hier anders; --different sagt, was geschehen soll. Es wurde "
+    bench.Operator().Say((plan.Open() == 1 ? std::string("Ein Satz ist")
+                                           : std::to_string(plan.Open()) + " Sätze sind") +
+                         " hier anders; --different sagt, was geschehen soll. Es wurde "
                          "nichts geändert.");
     return SomethingFailed;
   }

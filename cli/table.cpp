@@ -15,10 +15,9 @@ std::string PlainText(const Cell& cell) {
   return {};
 }
 
-// A line of the table stays one.
+// A row is one line, for people and for programs that read line by line.
 std::string OneLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  std::replace(text.begin(), text.end(), '\t', ' ');
+  for (const char space : {'\r', '\n', '\t'}) std::replace(text.begin(), text.end(), space, ' ');
   return text;
 }
 
@@ -81,7 +80,7 @@ std::string Json(const Table& table) {
 }
 
 std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  if (text.find_first_of(",\"") == std::string::npos) return text;
   std::string field = "\"";
   for (const char c : text) field += c == '"' ? std::string("\"\"") : std::string(1, c);
   return field + "\"";
@@ -95,7 +94,7 @@ std::string Csv(const Table& table) {
   for (std::size_t i = 0; i < table.columns.size(); ++i) add(i, table.columns[i].key);
   text += "\n";
   for (const std::vector<Cell>& row : table.rows) {
-    for (std::size_t i = 0; i < row.size(); ++i) add(i, PlainText(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) add(i, OneLine(PlainText(row[i])));
     text += "\n";
   }
   return text;

@@ -24,7 +24,8 @@ struct Table {
 };
 
 /// As text for people, as an array of objects, or as lines with a head and "," between the fields;
-/// with a line end. Without rows people see nothing. UTF-8.
+/// with a line end. Where a row is a line, line ends within a text become blanks. Without rows
+/// people see nothing. UTF-8.
 std::string TableText(const Table& table, Form form);
 
 /// How many columns of a terminal a text takes.

@@ -44,6 +44,7 @@ TEST(CliArguments, WhatMakesNoSenseIsRefusedInGermanWithStatus2) {
       {{"check", "a", "--display", "240"}, "--display"},
       {{"render", "a"}, "--png fehlt"},
       {{"export", "a", "b"}, "genau eine DATEI"},
+      {{"import", "a", "--laut"}, "--laut"},
       {{"import", "a", "--different", "maybe"}, "--different"}};
   for (const auto& [arguments, words] : cases) {
     const ParsedArguments parsed = ReadArguments(arguments);
@@ -67,14 +68,16 @@ TEST(CliArguments, ListsHelpAndOptionsAreUnderstood) {
     EXPECT_FALSE(help.text.empty());
     EXPECT_FALSE(Contains(help.text, "Options")) << help.text;
   }
+  EXPECT_TRUE(Contains(ReadArguments({"import", "--help"}).text, " DATEI\n"));
+  EXPECT_TRUE(Contains(ReadArguments({"check", "--help"}).text, " [DATEI...]\n"));
 }
 
-TEST(CliTable, EachFormKeepsEveryCharacter) {
+TEST(CliTable, JsonKeepsEveryCharacterAndTheOthersOneLineARow) {
   const cli::Table table{{{"a", "Größe"}, {"b", ""}, {"c", "Grund"}},
                          {{std::int64_t{7}, true, std::string("x, \"y\"\nz")},
                           {std::monostate(), false, std::string("ä\nö")}}};
   EXPECT_EQ(TableText(table, cli::Form::Table), "Größe  Grund\n7      x, \"y\" z\n       ä ö\n");
-  EXPECT_EQ(TableText(table, cli::Form::Csv), "a,b,c\n7,ja,\"x, \"\"y\"\"\nz\"\n,nein,\"ä\nö\"\n");
+  EXPECT_EQ(TableText(table, cli::Form::Csv), "a,b,c\n7,ja,\"x, \"\"y\"\" z\"\n,nein,ä ö\n");
   const auto json = nlohmann::json::parse(TableText(table, cli::Form::Json));
   EXPECT_EQ(json[0]["a"], 7);
   EXPECT_EQ(json[0]["c"], "x, \"y\"\nz");
@@ -172,6 +175,7 @@ TEST(CliProject, ComesBackEqualAndIsWrittenOverNothingUnasked) {
   change("\x1bGC");
   EXPECT_EQ(program.Run({"import", file, "--json"}), cli::SomethingFailed);
   EXPECT_EQ(program.Rows()[0]["bezeichnung"], "Begrüßung");
+  EXPECT_TRUE(Contains(program.err, "Ein Satz ist hier anders")) << program.err;
   EXPECT_EQ(program.Run({"import", file, "--different", "take", "--dry-run"}), cli::AllWell);
   program.Run({"export", "-"});
   EXPECT_NE(program.out, exported);
