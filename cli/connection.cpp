@@ -112,9 +112,7 @@ Connection::Connection(Bench& bench)
         ". Gesendet wird trotzdem; der Bestand nennt es ungewiss.");
   });
   const Outside& world = bench_.World();
-  world.com1.SetLostHandler([this] {
-    bench_.Operator().Say("Die Verbindung zu " + line_.device + " ist verloren gegangen.");
-  });
+  world.com1.SetLostHandler([this] { TellLoss(); });
   world.com1.SetErrorHandler([this](const std::string& error) {
     bench_.Operator().Say("Der Anschluss " + line_.device + " meldet: " + error + ".");
   });
@@ -122,6 +120,7 @@ Connection::Connection(Bench& bench)
 }
 
 Connection::~Connection() {
+  TellLoss();
   const Outside& world = bench_.World();
   if (world.com1.IsOpen()) world.com1.Close();
   world.com1.SetLostHandler({});
@@ -143,10 +142,19 @@ bool Connection::Open() {
 bool Connection::Reopen() {
   constexpr std::int16_t kNamedDevice = 1;
   const auto number = static_cast<std::int16_t>(line_.number > 0 ? line_.number : kNamedDevice);
-  if (control_.OpenCom(number) != PortOk) return false;
+  opened_ = control_.OpenCom(number) == PortOk;
+  if (!opened_) return false;
   control_.SetUpPort(line_.settings);
   state_.PortIs(number);
   return true;
+}
+
+// The port tells it later, when nobody may listen any more. A second interruption closes it, too.
+bool Connection::Lost() const { return opened_ && !interrupted_ && !bench_.World().com1.IsOpen(); }
+
+void Connection::TellLoss() {
+  if (!Lost() || std::exchange(lossTold_, true)) return;
+  bench_.Operator().Say("Die Verbindung zu " + line_.device + " ist verloren gegangen.");
 }
 
 // Within what a timer can hold, as the window reads it.

@@ -42,6 +42,11 @@ class Connection {
   void SetStop(std::function<void()> stop) { stop_ = std::move(stop); }
   bool Interrupted() const { return interrupted_; }
 
+  /// Whether the device went away under the work.
+  bool Lost() const;
+  /// Says so, once. What has been lost and not been told is told at the end.
+  void TellLoss();
+
   Exchange exchange;
   TerminalState terminal;
   WriteJournal journal;
@@ -57,6 +62,8 @@ class Connection {
   LineState state_;
   WriteRecorder recorder_;
   std::function<void()> stop_;
+  bool opened_ = false;  // and not closed from here
+  bool lossTold_ = false;
   bool interrupted_ = false;
 };
 

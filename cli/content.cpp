@@ -195,7 +195,9 @@ void KeepNamed(std::vector<Content>& kept, std::vector<Content>& all, const std:
 std::string HowToNumber(const Content& content) {
   const bool missing = content.record.number < 0 && !KindOfRecord(content.record.typ);
   const bool macro = content.record.number < 0 && content.record.typ == "Makro";
-  return missing || macro ? " Vor einer Datei nennt sie „7=DATEI“." : "";
+  if (!missing && !macro) return {};
+  return content.ofProject ? " --record nennt, was von einem Projekt geschrieben wird."
+                           : " Vor einer Datei nennt sie „7=DATEI“.";
 }
 
 void AddRecords(Bench& bench, Contents& contents) {
@@ -217,7 +219,7 @@ Contents ContentsOf(Bench& bench) {
   if (asked.files.empty()) AddRecords(bench, contents);
   std::vector<Content> kept;
   for (const std::string& wanted : asked.records) KeepNamed(kept, contents.all, wanted);
-  for (Content& content : kept) content.unnumbered = false;  // asked for by its name
+  for (Content& content : kept) content.leftOut = false;  // asked for by its name
   contents.all = std::move(kept);
   return contents;
 }
@@ -234,7 +236,7 @@ std::string WireOfFile(std::string bytes) {
 Equipment EquipmentOf(Contents& contents) {
   Equipment equipment{"Kommandozeile", {}, contents.settings, {}};
   for (const Content& content : contents.all) {
-    if (content.unnumbered) continue;
+    if (content.leftOut) continue;
     if (content.item && content.record.typ.empty()) {
       equipment.items.push_back(*content.item);
       continue;

@@ -19,8 +19,9 @@ struct Content {
   StoredRecord record{};       ///< what becomes an item when it is written; without `item` alone
   std::optional<Item> item{};  ///< whole by itself
   Picture picture{};           ///< what a bitmap was made from
-  /// Of a project, and without a number: nobody has asked to write it.
-  bool unnumbered = false;
+  /// A picture of a project without a number: nobody has asked to write it.
+  bool leftOut = false;
+  bool ofProject = false;
   bool drawing = false;  ///< goes to the Terminal once, so that it may be of any length
 };
 
@@ -44,8 +45,8 @@ Contents ContentsOf(Bench& bench);
 /// cannot be seen.
 std::string WireOfFile(std::string bytes);
 
-/// What is written, in its order; what cannot be becomes a fault. What of a project has no number
-/// is left out.
+/// What is written, in its order; what cannot be becomes a fault. Pictures of a project that
+/// have no number are left out.
 Equipment EquipmentOf(Contents& contents);
 
 }  // namespace kelvo::cli

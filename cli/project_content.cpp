@@ -1,5 +1,7 @@
 #include "cli/project_content.h"
 
+#include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 #include <variant>
@@ -36,13 +38,12 @@ void AddRecord(Contents& contents, const std::string& path, const ProjectRecord&
         {content.place, "Der Inhalt hat Zeichen, die nicht auf die Leitung können."});
     return;
   }
-  const std::int64_t number = NumberOf(record).value_or(-1);
-  const bool isTable =
-      record.kind == ProjectKind::MatrixTable || record.kind == ProjectKind::AtTable;
-  content.record = {0, RowOf(record.kind).typ, NameOf(record),
-                    number < 0 || number > 255 ? -1 : static_cast<int>(number), *wire};
+  constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+  const std::int64_t number = std::clamp<std::int64_t>(NumberOf(record).value_or(-1), -1, kMost);
+  content.record = {0, RowOf(record.kind).typ, NameOf(record), static_cast<int>(number), *wire};
   content.drawing = record.kind == ProjectKind::Picture;
-  content.unnumbered = !isTable && content.record.number < 0;
+  content.leftOut = content.drawing && number < 0;
+  content.ofProject = true;
   contents.all.push_back(std::move(content));
 }
 
@@ -73,7 +74,8 @@ void AddProject(Contents& contents, const std::string& path, const Project& proj
     }
     content.record = {0, "Grafik", drawing.name, -1, pic.text};
     content.drawing = true;
-    content.unnumbered = true;
+    content.leftOut = true;
+    content.ofProject = true;
     contents.all.push_back(std::move(content));
   }
 }

@@ -91,6 +91,7 @@ Status Scan::End(TerminalSearch::End end) {
     table.rows.push_back(RowOf(result, StoredName(bench_.Data(), result.address)));
   }
   bench_.Print(table);
+  line_.TellLoss();
   const std::string meaning = SearchMeaning(results_);
   if (!meaning.empty()) bench_.Operator().Say(meaning);
   if (end == TerminalSearch::End::Stopped) {

@@ -63,10 +63,12 @@ class Writing {
 
  private:
   std::optional<EquipJob> NewJob();
+  bool AllCanProve(const std::vector<EquipTarget>& targets);
   std::optional<EquipLog> LogOf(const std::optional<EquipJob>& job);
   EquipRun::End Write(EquipLog& log);
   void Show(const EquipJob& job, const EquipEntry& entry);
   Status End(const EquipLog& log, EquipRun::End end);
+  std::string EndText(EquipRun::End end) const;
   void Say(const std::string& text) { bench_.Operator().Say(text); }
 
   Bench& bench_;
@@ -86,18 +88,35 @@ Status Writing::Run() {
   return End(*log, Write(*log));
 }
 
+// As far as the list knows them: those that it says cannot are named.
+bool Writing::AllCanProve(const std::vector<EquipTarget>& targets) {
+  bool all = true;
+  for (const EquipTarget& target : targets) {
+    if (target.checksum.value_or(true)) continue;
+    all = false;
+    bench_.Operator().Say(
+        TargetText(target) +
+            ": Die Liste der Terminals sagt, dass es keine Prüfsumme bilden kann; so lässt sich "
+            "nicht beweisen, was es empfängt.",
+        "Kann es das doch, so ist auf der Seite Terminals „Checksum“ anzukreuzen; sonst hilft nur "
+        "write ohne --prove.");
+  }
+  return all;
+}
+
 // Nothing where something of it cannot be written: all of that is said, and nothing sent.
 std::optional<EquipJob> Writing::NewJob() {
   Contents contents = ContentsOf(bench_);
   EquipJob job;
   job.equipment = EquipmentOf(contents);
   job.targets = TargetsOf(bench_, line_.Device());
+  const bool provable = !bench_.Asked().prove || AllCanProve(job.targets);
   for (EquipTarget& target : job.targets) {
     if (!bench_.Asked().prove) target.checksum = false;
   }
   for (const Fault& fault : contents.faults) Say(fault.place + ": " + fault.reason);
   for (const std::string& obstacle : Obstacles(job)) Say(obstacle);
-  if (contents.faults.empty() && Obstacles(job).empty()) return job;
+  if (provable && contents.faults.empty() && Obstacles(job).empty()) return job;
   Say("Es wurde nichts gesendet.");
   return std::nullopt;
 }
@@ -119,6 +138,11 @@ std::optional<EquipLog> Writing::LogOf(const std::optional<EquipJob>& job) {
         "fortgesetzt werden; es wird nichts gesendet.");
   }
   return log;
+}
+
+std::string Writing::EndText(EquipRun::End end) const {
+  if (end == EquipRun::End::Complete) return "Nicht alles ist geschrieben.";
+  return line_.Lost() ? "Abgebrochen." : "Angehalten.";
 }
 
 EquipRun::End Writing::Write(EquipLog& log) {
@@ -144,6 +168,7 @@ Status Writing::End(const EquipLog& log, EquipRun::End end) {
   const EquipJob& job = log.Job();
   const bool prove = bench_.Asked().prove;
   bench_.Print(WriteTable(job, log.Progress(), prove));
+  line_.TellLoss();
   const auto& targets = log.Progress().targets;
   const bool well = std::all_of(targets.begin(), targets.end(),
                                 [prove](const auto& target) { return IsWell(target, prove); });
@@ -153,9 +178,7 @@ Status Writing::End(const EquipLog& log, EquipRun::End end) {
   if (log.Progress().Done()) {
     log.Discard();
   } else {
-    Say(std::string(end == EquipRun::End::Complete ? "Nicht alles ist geschrieben."
-                                                   : "Angehalten.") +
-        " \"kelvo-cli write --continue\" schreibt, was fehlt.");
+    Say(EndText(end) + " \"kelvo-cli write --continue\" schreibt, was fehlt.");
   }
   return well ? AllWell : SomethingFailed;
 }

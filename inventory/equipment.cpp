@@ -91,8 +91,11 @@ bool IsOneCommand(std::string_view wire) {
 
 // The macro that a record would be written as; nothing, and why, when it cannot be.
 std::optional<Item> MacroOf(const StoredRecord& record, std::string& why) {
-  if (record.number < 0 || record.number > kHighestNumber) {
+  if (record.number < 0) {
     why = "hat keine Nummer im Terminal";
+  } else if (record.number > kHighestNumber) {
+    why = "hat die Nummer " + std::to_string(record.number) + "; im Terminal gehen sie von 0 bis " +
+          std::to_string(kHighestNumber);
   } else if (record.wire.size() > kLongestMakro) {
     why = "ist zu lang für ein Makro";
   } else if (EtxPosition(record.wire) != 0) {

@@ -7,6 +7,7 @@
 #include "inventory/journal.h"
 #include "link/addresses.h"
 #include "link/commands.h"
+#include "store/recordset.h"
 #include "tests/cli_program.h"
 
 // kelvo-cli and its Terminals.
@@ -99,14 +100,14 @@ TEST(CliWrite, WithoutAProofSilenceAboutItIsNoFailureAndWithOneItIs) {
   EXPECT_TRUE(program.world.port.written.ends_with(SelectAddress(kClosingAddress).Text()));
 }
 
-TEST(CliWrite, OfAProjectWhatHasANumberGoesAndAPictureBecomesABitmap) {
+TEST(CliWrite, AProjectGoesWithoutItsPicturesAndABitmapFileBecomesABitmap) {
   using Kind = sim::Eeprom::Kind;
   CliProgram program;
   const sim::Terminal& terminal = program.world.Add({.address = 3});
   const std::string project = program.folder.Path("a.kelvo");
-  program.Write("a.kelvo", R"({"kelvo": 1, "Auszug": ["Makros"], "Makros": [
-      {"Bezeichnung": "ohne", "Inhalt": ["x"]},
-      {"Nummer": 7, "Bezeichnung": "mit", "Inhalt": ["\\eGC"]}]})");
+  program.Write("a.kelvo", R"({"kelvo": 1, "Auszug": ["Makros", "Grafiken"], "Makros": [
+      {"Nummer": 7, "Bezeichnung": "mit", "Inhalt": ["\\eGC"]}],
+      "Grafiken": [{"Bezeichnung": "Bild", "Inhalt": ["\\eGC"]}]})");
   // Two rows of one pixel each, of which the lower one is black.
   const std::string head("BM\x3e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x01\0\0\0\x02\0\0\0\x01\0\x18\0",
                          30);
@@ -119,7 +120,59 @@ TEST(CliWrite, OfAProjectWhatHasANumberGoesAndAPictureBecomesABitmap) {
   EXPECT_EQ(terminal.Memory().Records().size(), 2U);
   EXPECT_TRUE(Contains(program.world.port.written, "EWB9,1,2,0080;"));
   // Named by itself it is asked for, and has no number.
-  EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "ohne"}), cli::SomethingFailed);
+  EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "Bild"}), cli::SomethingFailed);
+}
+
+TEST(CliWrite, AMacroOfAProjectThatCannotGoIsSaidAndHoldsAllBack) {
+  CliProgram program;
+  program.world.Add({.address = 3});
+  const std::string project = program.folder.Path("a.kelvo");
+  program.Write("a.kelvo", R"({"kelvo": 1, "Auszug": ["Makros"], "Makros": [
+      {"Bezeichnung": "ohne", "Inhalt": ["x"]},
+      {"Nummer": 7, "Bezeichnung": "mit", "Inhalt": ["x"]},
+      {"Nummer": 300, "Bezeichnung": "hoch", "Inhalt": ["x"]}]})");
+  EXPECT_EQ(program.Run({"write", "--to", "3", project}), cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "a.kelvo: Makro „ohne“: \"ohne\" hat keine Nummer"));
+  EXPECT_TRUE(Contains(program.err, "\"hoch\" hat die Nummer 300")) << program.err;
+  EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "hoch"}), cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "die Nummer 300")) << program.err;
+  EXPECT_EQ(program.Run({"check", project}), cli::SomethingFailed);
+  EXPECT_EQ(program.world.port.written, "");
+  EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "mit"}), cli::AllWell);
+}
+
+TEST(CliWrite, WhatTheListSaysCannotBeProvenIsSaidBeforeAnythingIsSent) {
+  CliProgram program;
+  program.world.Add({.address = 3});
+  program.Write("a.txt", "x");
+  {
+    Database database(program.folder.Path("kelvo.mdb"));
+    Recordset terminals(database, "DOVU");
+    terminals.AddNew();
+    terminals.Set("Adresse", std::int64_t{3});
+    terminals.Set("Bezeichnung", std::string("Tor"));
+    terminals.Set("Checksum", std::int64_t{0});
+    terminals.Update();
+  }
+  std::vector<std::string> write{"write", "--to", "3", "7=" + program.folder.Path("a.txt")};
+  EXPECT_EQ(program.Run(write), cli::AllWell);
+  program.world.port.written.clear();
+  write.emplace_back("--prove");
+  EXPECT_EQ(program.Run(write), cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "Tor, Adresse 3: Die Liste")) << program.err;
+  EXPECT_TRUE(Contains(program.err, "Es wurde nichts gesendet")) << program.err;
+  EXPECT_EQ(program.world.port.written, "");
+}
+
+TEST(CliWrite, AnUnpluggedLineIsNoStop) {
+  CliProgram program;
+  program.world.Add({.address = 3});
+  program.Write("a.txt", std::string(300, 'x'));
+  program.After(150, [&] { program.world.port.Lose(); });
+  EXPECT_EQ(program.Run({"write", "--to", "3", "7=" + program.folder.Path("a.txt")}),
+            cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "simulator.tty ist verloren gegangen")) << program.err;
+  EXPECT_FALSE(Contains(program.err, "Angehalten")) << program.err;
 }
 
 TEST(CliWrite, WhatCannotBeWrittenWholeIsNotBegun) {
@@ -214,6 +267,8 @@ TEST(CliInfo, AsksEachAndNamesTheSilent) {
   auto rows = ByAddress(program.Rows());
   EXPECT_EQ(rows[2]["version"], "2.10F");
   EXPECT_TRUE(Contains(rows[2]["info"], "240 x 128")) << rows[2];
+  EXPECT_EQ(rows[2]["frei"], 8192) << rows[2];
+  EXPECT_EQ(rows[2]["textposition"], "1,1");
   EXPECT_EQ(rows[3]["grund"], "keine Antwort");
   EXPECT_EQ(program.Run({"info", "--to", "2"}), cli::AllWell);
 }
