@@ -93,13 +93,15 @@ Status Scan::End(TerminalSearch::End end) {
   bench_.Print(table);
   line_.TellLoss();
   const std::string meaning = SearchMeaning(results_);
-  if (!meaning.empty()) bench_.Operator().Say(meaning);
-  if (end == TerminalSearch::End::Stopped) {
-    bench_.Operator().Say("Angehalten nach " + std::to_string(results_.size()) + " von " +
+  const bool lost = end == TerminalSearch::End::LineLost;  // silence means nothing then
+  if (!meaning.empty() && !lost) bench_.Operator().Say(meaning);
+  if (end != TerminalSearch::End::Complete) {
+    bench_.Operator().Say(std::string(lost ? "Abgebrochen" : "Angehalten") + " nach " +
+                          std::to_string(results_.size()) + " von " +
                           std::to_string(bench_.Asked().last - bench_.Asked().first + 1) +
                           " Adressen.");
   }
-  if (!found) bench_.Operator().Say("Kein Terminal gefunden.");
+  if (!found && !lost) bench_.Operator().Say("Kein Terminal gefunden.");
   return end == TerminalSearch::End::Complete && found && !conflict ? AllWell : SomethingFailed;
 }
 

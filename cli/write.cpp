@@ -55,6 +55,12 @@ bool IsWell(const TargetProgress& target, bool prove) {
   return target.Done() && (!prove || CountProven(target) == target.steps.size());
 }
 
+// With it nobody is in a job who cannot prove.
+bool BegunWithoutProof(const EquipJob& job) {
+  return std::any_of(job.targets.begin(), job.targets.end(),
+                     [](const EquipTarget& target) { return !target.checksum.value_or(true); });
+}
+
 /// A run, new or gone on with.
 class Writing {
  public:
@@ -126,6 +132,11 @@ std::optional<EquipLog> Writing::LogOf(const std::optional<EquipJob>& job) {
   std::optional<EquipLog> log = EquipLog::Open(path);
   if (!job) {
     if (!log) Say("An diesem Anschluss gibt es nichts fortzusetzen.");
+    if (log && bench_.Asked().prove && BegunWithoutProof(log->Job())) {
+      Say("Was hier fortzusetzen ist, wurde ohne --prove begonnen und geht nur so weiter. Es wurde "
+          "nichts gesendet.");
+      return std::nullopt;
+    }
     return log;
   }
   if (log && !log->Progress().Done()) {

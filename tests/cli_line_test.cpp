@@ -173,6 +173,9 @@ TEST(CliWrite, AnUnpluggedLineIsNoStop) {
             cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "simulator.tty ist verloren gegangen")) << program.err;
   EXPECT_FALSE(Contains(program.err, "Angehalten")) << program.err;
+  EXPECT_EQ(program.Run({"write", "--continue", "--prove"}), cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "ohne --prove begonnen")) << program.err;
+  EXPECT_EQ(program.Run({"write", "--continue"}), cli::AllWell) << program.err;
 }
 
 TEST(CliWrite, WhatCannotBeWrittenWholeIsNotBegun) {
@@ -257,6 +260,11 @@ TEST(CliScan, TellsWhoIsThereAndStopsWhenItIsInterrupted) {
   EXPECT_EQ(program.Run({"scan"}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "Angehalten nach")) << program.err;
   EXPECT_TRUE(Contains(program.err, "von 253")) << program.err;
+  program.After(60, [&] { program.world.port.Lose(); });
+  EXPECT_EQ(program.Run({"scan"}), cli::SomethingFailed);
+  EXPECT_TRUE(Contains(program.err, "verloren gegangen")) << program.err;
+  EXPECT_TRUE(Contains(program.err, "Abgebrochen nach")) << program.err;
+  EXPECT_FALSE(Contains(program.err, "Niemand hat geantwortet")) << program.err;
 }
 
 TEST(CliInfo, AsksEachAndNamesTheSilent) {
