@@ -10,8 +10,8 @@
 namespace kelvo {
 
 enum class Icon { None, Information, Question, Exclamation };
-/// Which answer a hasty Return gives.
-enum class Proposal { ByIcon, No };
+/// Which answer a hasty Return gives. Esc, and closing the box, say No, but YesAlways.
+enum class Proposal { ByIcon, No, YesAlways };
 enum class Decision { Save, Discard, Cancel };
 
 /// What a failure is explained by, beside its text.
@@ -86,6 +86,7 @@ class Operator {
     if (adviser_.told) adviser_.told(text);
   }
   bool ProposesNo(const std::string& text, Icon icon, Proposal proposal) const {
+    if (proposal == Proposal::YesAlways) return false;
     return proposal == Proposal::No || icon == Icon::Exclamation || AdviceOn(text, {}).has_value();
   }
   std::optional<Advice> AdviceOn(const std::string& text, const std::string& hint) const {

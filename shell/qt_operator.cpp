@@ -215,9 +215,10 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   }
   // A hasty Return must not destroy anything.
   box.setDefaultButton(ProposesNo(text, icon, proposal) ? no : yes);
-  box.setEscapeButton(no);
+  const bool keeps = proposal == Proposal::YesAlways;
+  box.setEscapeButton(keeps ? yes : no);
   Run(box);
-  return box.clickedButton() == yes;
+  return keeps ? box.clickedButton() != no : box.clickedButton() == yes;
 }
 
 Decision QtOperator::AskToSave(const std::string& text) {

@@ -64,7 +64,8 @@ TEST_F(QtOperatorTest, HastyKeyDestroysNothing) {
     bool proposed;
   } cases[] = {{Icon::Question, Proposal::ByIcon, QMessageBox::Question, true},
                {Icon::Question, Proposal::No, QMessageBox::Question, false},
-               {Icon::Exclamation, Proposal::ByIcon, QMessageBox::Warning, false}};
+               {Icon::Exclamation, Proposal::ByIcon, QMessageBox::Warning, false},
+               {Icon::Exclamation, Proposal::YesAlways, QMessageBox::Warning, true}};
   for (const auto& c : cases) {
     Next<QMessageBox>([&](QMessageBox& box) {
       EXPECT_EQ(box.icon(), c.shown);
@@ -72,8 +73,10 @@ TEST_F(QtOperatorTest, HastyKeyDestroysNothing) {
     });
     EXPECT_EQ(person.Ask("Text", c.icon, {}, c.proposal, {}), c.proposed);
     Next<QMessageBox>([](QMessageBox& box) { box.close(); });
-    EXPECT_FALSE(person.Ask("Text", c.icon, {}, c.proposal, {}));
+    EXPECT_EQ(person.Ask("Text", c.icon, {}, c.proposal, {}), c.proposal == Proposal::YesAlways);
   }
+  Next<QMessageBox>([](QMessageBox& box) { box.buttons().last()->click(); });
+  EXPECT_FALSE(person.Ask("Text", Icon::Question, {}, Proposal::YesAlways, {})) << "it was No";
 }
 
 TEST_F(QtOperatorTest, AFailureLeadsToItsExplanationAndToTheTraffic) {

@@ -243,13 +243,14 @@ class RecordEditor final : public RecordEditorBase {
   void MarkDrafts() override {
     for (const auto& [bookmark, draft] : drafts_) names_.Mark(bookmark, true);
   }
-  /// Drafts whose record is gone live on in a new one, where the operator wants that.
+  /// Drafts whose record is gone live on in a new one, unless the operator says No to that: whoever
+  /// closes the box has not, and what was typed is nowhere else.
   void RescueDrafts() {
     const auto drafts = drafts_;
     for (const auto& [bookmark, draft] : drafts) {
       if (bookmark == 0 || records_.Exists(bookmark)) continue;
       drafts_.erase(bookmark);
-      if (!KeepDraftOfDeleted(draft.name)) continue;
+      if (!KeepDraftOfDeleted(draft.name, Proposal::YesAlways)) continue;
       Append(draft.name, {});
       drafts_[Current()] = {draft.edit, {}, draft.name, records_.Current()};
     }

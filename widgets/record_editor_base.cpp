@@ -154,7 +154,7 @@ bool RecordEditorBase::Store(Target target, const std::string& name, const Field
     return true;
   } catch (const StoreConflict& conflict) {
     if (conflict.kind == StoreConflict::Kind::Gone) {
-      if (!KeepDraftOfDeleted(name)) return false;
+      if (!KeepDraftOfDeleted(name, Proposal::ByIcon)) return false;
       ReadRecords();
       Write(Target::New, name, fields, {});
       return true;
@@ -215,11 +215,11 @@ bool RecordEditorBase::MayOverwrite(const std::string& name, const Fields& field
                      Icon::Exclamation, "Speichern");
 }
 
-bool RecordEditorBase::KeepDraftOfDeleted(const std::string& name) {
+bool RecordEditorBase::KeepDraftOfDeleted(const std::string& name, Proposal proposal) {
   return person_.Ask("Der Satz '" + name +
                          "' wurde inzwischen von anderer Stelle gelöscht. Was hier geändert wurde, "
                          "als neuen Satz behalten ?",
-                     Icon::Question, "Speichern");
+                     Icon::Question, "Speichern", proposal);
 }
 
 std::int64_t RecordEditorBase::DeleteCurrent() {

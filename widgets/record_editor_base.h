@@ -124,7 +124,7 @@ class RecordEditorBase {
   /// Without a question; the current record stays, or is none when it was this one.
   void Remove(std::int64_t bookmark);
   /// Another program has deleted the record of this draft. Yes: it lives on in a new one.
-  bool KeepDraftOfDeleted(const std::string& name);
+  bool KeepDraftOfDeleted(const std::string& name, Proposal proposal);
 
   Recordset& records_;
   NameList names_;

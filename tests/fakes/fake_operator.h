@@ -22,7 +22,7 @@ class FakeOperator : public Operator {
   std::vector<std::string> notices;
   std::vector<std::string> questions;
   std::vector<std::string> prompts;               ///< prompt "|" proposed text
-  std::deque<bool> answers;                       ///< to questions; No when none is left
+  std::deque<bool> answers;                       ///< to questions; when none is left, as Esc
   std::deque<std::optional<std::string>> inputs;  ///< cancelled when none is left
   std::vector<std::string> dialogs;               ///< "open" or "save" "|" title "|" filter
   std::optional<std::string> file;                ///< chosen in every file dialog
@@ -50,7 +50,7 @@ class FakeOperator : public Operator {
     questions.push_back(text);
     lastQuestion = {text, title, icon, Hint(text, hint)};
     proposesNo = ProposesNo(text, icon, proposal);
-    return Take(answers).value_or(false);
+    return Take(answers).value_or(proposal == Proposal::YesAlways);
   }
   Decision AskToSave(const std::string& text) override {
     questions.push_back(text);
