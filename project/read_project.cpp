@@ -241,7 +241,8 @@ class Reader {
     line += EscapedWire(node.Item(kColumns - 1, "Spalte").Wire());
     auto entry = ReadJournalLine(Sealed(std::move(line)));
     if (!entry) node.Fail("Das ist kein Eintrag eines Bestands.");
-    if (entry->terminal.address > kAllAddresses) {
+    const int address = entry->terminal.address;
+    if (address > kAllAddresses || (address < 0 && address != kUnknownAddress)) {
       node.Fail("Adressen gehen von 0 bis " + std::to_string(kAllAddresses) + ".");
     }
     project_.inventory.push_back(*std::move(entry));

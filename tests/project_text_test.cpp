@@ -238,6 +238,8 @@ std::vector<Damaged> DamagedTexts() {
        "(Bestände, Eintrag 1): Ein Eintrag hat 8 Spalten"},
       {"{\"kelvo\": 1, \"Bestände\": [[\"1\",\"2\",\"3\",\"4\",\"5\",\"6\",\"7\",\"8\"]]}",
        "kein Eintrag"},
+      {TextOf({{}, {}, {{{}, {"COM1", 256}, Event::FreeBytes, {}, {}, {}, 9}}, {}, {}}),
+       "(Bestände, Eintrag 1): Adressen gehen von 0 bis 255"},
       {"{\"kelvo\": 1, \"Zeichnungsdateien\": [{}]}", "„Name“ fehlt"},
       {OneObject("{}"),
        "Zeile 2, Spalte 1 (Zeichnungsdateien, Zeichnung 1, Objekte, Objekt 1): „Art“"},
