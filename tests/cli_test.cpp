@@ -75,9 +75,11 @@ TEST(CliArguments, ListsHelpAndOptionsAreUnderstood) {
 TEST(CliTable, JsonKeepsEveryCharacterAndTheOthersOneLineARow) {
   const cli::Table table{{{"a", "Größe"}, {"b", ""}, {"c", "Grund"}},
                          {{std::int64_t{7}, true, std::string("x, \"y\"\nz")},
-                          {std::monostate(), false, std::string("ä\nö")}}};
-  EXPECT_EQ(TableText(table, cli::Form::Table), "Größe  Grund\n7      x, \"y\" z\n       ä ö\n");
-  EXPECT_EQ(TableText(table, cli::Form::Csv), "a,b,c\n7,ja,\"x, \"\"y\"\" z\"\n,nein,ä ö\n");
+                          {std::monostate(), false, std::string("ä\n\"ö\"")}}};
+  EXPECT_EQ(TableText(table, cli::Form::Table),
+            "Größe  Grund\n7      x, \"y\" z\n       ä \"ö\"\n");
+  EXPECT_EQ(TableText(table, cli::Form::Csv),
+            "a,b,c\n7,ja,\"x, \"\"y\"\" z\"\n,nein,\"ä \"\"ö\"\"\"\n");
   const auto json = nlohmann::json::parse(TableText(table, cli::Form::Json));
   EXPECT_EQ(json[0]["a"], 7);
   EXPECT_EQ(json[0]["c"], "x, \"y\"\nz");
