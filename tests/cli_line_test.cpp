@@ -130,7 +130,7 @@ TEST(CliWrite, AMacroOfAProjectThatCannotGoIsSaidAndHoldsAllBack) {
   program.Write("a.kelvo", R"({"kelvo": 1, "Auszug": ["Makros"], "Makros": [
       {"Bezeichnung": "ohne", "Inhalt": ["x"]},
       {"Nummer": 7, "Bezeichnung": "mit", "Inhalt": ["x"]},
-      {"Nummer": 300, "Bezeichnung": "hoch", "Inhalt": ["x"]}]})");
+      {"Nummer": 300, "Bezeichnung": "hoch", "Inhalt": ["x"], "Unverändert": ["Nummer"]}]})");
   EXPECT_EQ(program.Run({"write", "--to", "3", project}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "a.kelvo: Makro „ohne“: \"ohne\" hat keine Nummer"));
   EXPECT_TRUE(Contains(program.err, "\"hoch\" hat die Nummer 300")) << program.err;
