@@ -13,23 +13,23 @@ namespace {
 
 /// What is asked of a Terminal, and its column. What is not in the table is in the other forms.
 struct Told {
-  CommandName query;
   Column column;
+  CommandName query;
   bool number = false;  ///< the reply is one
 };
-constexpr Told kTold[] = {{CommandName::AskVersion, {"version", "Version"}},
-                          {CommandName::AskFlash, {"flash", "Flash"}},
-                          {CommandName::AskFreeBytes, {"frei", "frei (Byte)"}, true},
-                          {CommandName::AskPort, {"p1", "P1"}, true},
-                          {CommandName::AskMatrixTable, {"matrix_tabelle", ""}},
-                          {CommandName::AskAtTable, {"at_tabelle", ""}},
-                          {CommandName::AskCursor, {"cursor", ""}, true},
-                          {CommandName::AskCursorShape, {"cursorform", ""}, true},
-                          {CommandName::AskTextPosition, {"textposition", ""}},
-                          {CommandName::AskTextFont, {"textschrift", ""}, true},
-                          {CommandName::AskTextAttribute, {"textattribut", ""}, true},
-                          {CommandName::AskTextMode, {"textmodus", ""}, true},
-                          {CommandName::AskTextZoom, {"textzoom", ""}}};
+constexpr Told kTold[] = {{{"version", "Version"}, CommandName::AskVersion},
+                          {{"flash", "Flash"}, CommandName::AskFlash},
+                          {{"frei", "frei (Byte)"}, CommandName::AskFreeBytes, true},
+                          {{"p1", "P1"}, CommandName::AskPort, true},
+                          {{"matrix_tabelle", ""}, CommandName::AskMatrixTable},
+                          {{"at_tabelle", ""}, CommandName::AskAtTable},
+                          {{"cursor", ""}, CommandName::AskCursor, true},
+                          {{"cursorform", ""}, CommandName::AskCursorShape, true},
+                          {{"textposition", ""}, CommandName::AskTextPosition},
+                          {{"textschrift", ""}, CommandName::AskTextFont, true},
+                          {{"textattribut", ""}, CommandName::AskTextAttribute, true},
+                          {{"textmodus", ""}, CommandName::AskTextMode, true},
+                          {{"textzoom", ""}, CommandName::AskTextZoom}};
 
 // The Terminal tells it in lines.
 std::string InOneLine(const std::string& wire) {
