@@ -138,9 +138,9 @@ void Findings::CheckConflicts(const Contents& contents) {
     }
   }
   for (const ItemConflict& conflict : Conflicts(items)) {
-    const std::string& one = places[conflict.one];
-    const std::string& other = places[conflict.other];
-    Error(one == other ? one : one + ", " + other, "alles", conflict.text);
+    std::string where = places[conflict.one];
+    if (places[conflict.other] != where) where.append(", ").append(places[conflict.other]);
+    Error(where, "alles", conflict.text);
   }
 }
 
