@@ -254,7 +254,7 @@ TEST(SimulatorReplay, WhatIsNoCaptureIsRefusedWithItsLine) {
   EXPECT_EQ(ReadReplay(good + "\nx\n", plan), "Zeile 3 ist keine Zeile einer Mitschrift");
   // Behind the characters, too: what was noted of them would be missing.
   const std::string two = Lines({Sent("?V"), Came("2.10F;")});
-  for (const std::size_t missing : {1, 9, 12}) {
+  for (const std::size_t missing : {1U, 9U, 12U}) {
     const auto reason = ReadReplay(two.substr(0, two.size() - missing), plan);
     EXPECT_EQ(reason, missing == 1 ? std::nullopt
                                    : std::optional<std::string>("Zeile 2 ist abgeschnitten"));
