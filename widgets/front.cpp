@@ -1,6 +1,7 @@
 #include "widgets/front.h"
 
 #include <QApplication>
+#include <QWidget>
 #include <QWindow>
 
 namespace kelvo {
