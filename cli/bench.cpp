@@ -6,14 +6,17 @@
 #include "bus/stored_terminals.h"
 #include "store/data_folder.h"
 #include "store/display_size.h"
+#include "store/single_records.h"
 
 namespace kelvo::cli {
 namespace {
 
 constexpr char kFontFolder[] = "/fonts";
-// What the delivered database has.
-constexpr DisplaySizeChoice kUsualDisplay{240, 128};
-constexpr std::int64_t kUsualThreshold = 8388608;
+
+// Where there is no database, what the delivered one holds.
+std::int64_t Delivered(const char* table, const char* field) {
+  return std::get<std::int64_t>(DeliveredRecord(table).at(field));
+}
 
 // Without a slash at its end. A folder that was named is not made: it may be mistyped.
 std::string AbsoluteFolder(const std::string& folder) {
@@ -85,14 +88,17 @@ void Bench::Print(const Table& table) {
 DisplaySizeChoice DisplayOf(Bench& bench) {
   if (bench.Asked().display) return *bench.Asked().display;
   const ProgramData* const data = bench.DataIfThere();
-  if (data == nullptr) return kUsualDisplay;
+  if (data == nullptr) {
+    return {static_cast<int>(Delivered("Default", "displayx")),
+            static_cast<int>(Delivered("Default", "displayy"))};
+  }
   const auto [width, height] = DisplaySizeIn(data->Default);
   return {width, height};
 }
 
 std::int64_t BlackThreshold(Bench& bench) {
   const ProgramData* const data = bench.DataIfThere();
-  return data == nullptr ? kUsualThreshold
+  return data == nullptr ? Delivered("Optionen", "BMPSchwarzschwelle")
                          : RoundToEven(data->Optionen.Number("BMPSchwarzschwelle"));
 }
 
