@@ -79,18 +79,19 @@ void MacroPreview::Run() {
                            .baud = rate > 0 ? rate : kUsualRate};
   const PreviewResult result = preview_.Run(wire_, start);
   picVorschau->Show(result.withCursor);
-  ShowCosts(result, start.baud);
+  ShowCosts(result, rate);
   lblVorschauHinweis->setText(Doubts(result, onPresent ? present : PresentTerminal{nullptr, true}));
   lblVorschauHinweis->setVisible(!lblVorschauHinweis->text().isEmpty());
 }
 
-void MacroPreview::ShowCosts(const PreviewResult& result, int baud) {
+// Without an open port, `rate` 0, the rate is assumed.
+void MacroPreview::ShowCosts(const PreviewResult& result, int rate) {
   const double seconds = std::chrono::duration<double>(result.lineTime).count();
-  lblVorschauKosten->setText(tr("Errechnet, nicht gelesen. %1 Zeichen, %2 s bei %3 Bit/s; im "
-                                "EEPROM %1 Byte.")
-                                 .arg(result.characters)
-                                 .arg(QLocale(QLocale::German).toString(seconds, 'f', 2))
-                                 .arg(baud));
+  lblVorschauKosten->setText(
+      tr("Errechnet, nicht gelesen. %1 Zeichen, %2 s bei %3; im EEPROM %1 Byte.")
+          .arg(result.characters)
+          .arg(QLocale(QLocale::German).toString(seconds, 'f', 2))
+          .arg(rate > 0 ? tr("%1 Bit/s").arg(rate) : tr("angenommenen %1 Bit/s").arg(kUsualRate)));
 }
 
 QString MacroPreview::Doubts(const PreviewResult& result, const PresentTerminal& begun) const {

@@ -41,7 +41,7 @@ class MacroPreview : public QWidget {
  private:
   PresentTerminal Present() const;
   void Run();
-  void ShowCosts(const PreviewResult& result, int baud);
+  void ShowCosts(const PreviewResult& result, int rate);
   QString Doubts(const PreviewResult& result, const PresentTerminal& begun) const;
 
   const Services services_;
