@@ -301,7 +301,7 @@ void SearchPage::cmdDovuExport_Click() {
   const auto name = services_.person.SaveFile("Ergebnis der Suche speichern", "Text (txt) |*.txt");
   if (!name) return;
   const auto reason = WriteFile(*name, SearchReport(results_));
-  if (!reason) return;
+  if (!reason) return Hint(tr("Das Ergebnis der Suche ist gespeichert: %1").arg(Text(*name)));
   services_.person.Message("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " + *reason,
                            Icon::Exclamation);
 }

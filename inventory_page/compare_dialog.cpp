@@ -17,6 +17,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/texts.h"
 
 namespace kelvo {
 namespace {
@@ -264,7 +265,9 @@ void CompareDialog::cmdVergleichSpeichern_Click() {
   const auto name = services_.person.SaveFile("Vergleich speichern", kTextFilter);
   if (!name) return;
   const auto reason = WriteFile(*name, Report().toStdString());
-  if (!reason) return;
+  if (!reason) {
+    return lblVergleich->setText(tr("Der Vergleich ist gespeichert: %1").arg(Text(*name)));
+  }
   throw std::runtime_error("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " + *reason);
 }
 

@@ -260,7 +260,7 @@ void TrafficView::cmdVerkehrSpeichern_Click() {
   const auto name = person_.SaveFile("Datenverkehr speichern", kFileFilter);
   if (!name) return;
   const auto reason = WriteFile(*name, lines);
-  if (!reason) return;
+  if (!reason) return lblVerkehr->setText(tr("Gespeichert: %1").arg(Text(*name)));
   person_.Message("Die Datei \"" + *name + "\" wurde nicht geschrieben: " + *reason,
                   Icon::Exclamation);
 }

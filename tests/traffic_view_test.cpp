@@ -133,6 +133,7 @@ TEST_F(TrafficViewTest, SavedTrafficIsOpenedAgain) {
   Trigger("mnuAnsichtDatenverkehr");
   person.file = folder.Path("traffic.txt");
   Click("cmdVerkehrSpeichern");
+  EXPECT_EQ(Text("lblVerkehr"), "Gespeichert: " + *person.file);
   Find<QTableView>("ctlVerkehr").selectRow(1);
   Click("cmdVerkehrKopieren");
   EXPECT_EQ(QApplication::clipboard()->text().count(u'\n'), 1);
