@@ -6,42 +6,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 
 #include "store/data_folder.h"
+#include "store/file_calls.h"
+#include "store/whole_file.h"
 
 namespace kelvo {
 namespace {
 
 constexpr mode_t kMode = 0644;
-
-class Descriptor {
- public:
-  Descriptor(const std::string& path, int flags)
-      : descriptor_(open(path.c_str(), flags | O_CLOEXEC, kMode)) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return descriptor_; }
-  bool IsOpen() const { return descriptor_ >= 0; }
-
- private:
-  int descriptor_;
-};
-
-// 0, or the system's number of the reason.
-int Sync(int file) { return fsync(file) == 0 ? 0 : errno; }
-
-// A new file's name, too, must be on the disc.
-int SyncFolderOf(const std::string& path) {
-  const std::string folder = std::filesystem::path(path).parent_path().string();
-  const Descriptor descriptor(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
-  return descriptor.IsOpen() ? Sync(descriptor.Get()) : errno;
-}
 
 bool EndsTorn(int file, off_t size) {
   char last = '\n';
@@ -57,23 +32,23 @@ bool IsStillAt(const std::string& path, int file) {
 }
 
 // The journal, alone; nothing, with errno, when it cannot be had.
-std::unique_ptr<Descriptor> OpenLocked(const std::string& path) {
+std::unique_ptr<OpenFile> OpenLocked(const std::string& path) {
   for (;;) {
-    auto file = std::make_unique<Descriptor>(path, O_RDWR | O_APPEND | O_CREAT);
+    auto file = std::make_unique<OpenFile>(path, O_RDWR | O_APPEND | O_CREAT, kMode);
     if (!file->IsOpen() || flock(file->Get(), LOCK_EX) != 0) return nullptr;
     if (IsStillAt(path, file->Get())) return file;
   }
 }
 
-int AppendLine(int file, const std::string& path, std::string_view line) {
+int AppendLine(const OpenFile& file, const std::string& path, std::string_view line) {
   struct stat status {};
-  if (fstat(file, &status) != 0) return errno;
-  std::string text = EndsTorn(file, status.st_size) ? "\n" : "";
+  if (fstat(file.Get(), &status) != 0) return errno;
+  std::string text = EndsTorn(file.Get(), status.st_size) ? "\n" : "";
   text += line;
-  const ssize_t written = write(file, text.data(), text.size());
+  const ssize_t written = Files().Write(file.Get(), text.data(), text.size());
   if (written < 0) return errno;
   if (static_cast<std::size_t>(written) != text.size()) return ENOSPC;
-  const int error = Sync(file);
+  const int error = file.Sync();
   return error != 0 || status.st_size > 0 ? error : SyncFolderOf(path);
 }
 
@@ -106,34 +81,11 @@ std::string JoinedLines(const std::vector<std::string>& lines) {
   return text;
 }
 
-int WriteNew(const std::string& path, const std::string& text) {
-  const Descriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
-  if (!file.IsOpen()) return errno;
-  for (std::size_t at = 0; at < text.size();) {
-    const ssize_t written = write(file.Get(), text.data() + at, text.size() - at);
-    if (written < 0) return errno;
-    at += static_cast<std::size_t>(written);
-  }
-  return Sync(file.Get());
-}
-
-// A file beside it that takes its place when it is whole.
-int Replace(const std::string& path, const std::string& text) {
-  const std::string beside = path + ".neu";
-  int error = WriteNew(beside, text);
-  if (error == 0 && std::rename(beside.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) {
-    unlink(beside.c_str());
-    return error;
-  }
-  return SyncFolderOf(path);
-}
-
 }  // namespace
 
 std::optional<std::string> JournalFile::Append(std::string_view line) const {
   const auto file = OpenLocked(path_);
-  const int error = file ? AppendLine(file->Get(), path_, line) : errno;
+  const int error = file ? AppendLine(*file, path_, line) : errno;
   if (error == 0) return std::nullopt;
   return FileReason(error);
 }
@@ -142,15 +94,19 @@ std::optional<std::string> JournalFile::Rewrite(const Change& change) const {
   const auto file = OpenLocked(path_);
   struct stat status {};
   if (!file || fstat(file->Get(), &status) != 0) return FileReason(errno);
-  const std::string text = ReadFrom(file->Get(), 0, static_cast<std::uint64_t>(status.st_size));
-  const int error = Replace(path_, JoinedLines(change(SplitLines(text))));
-  if (error == 0) return std::nullopt;
-  return FileReason(error);
+  const auto size = static_cast<std::uint64_t>(status.st_size);
+  const std::string text = ReadFrom(file->Get(), 0, size);
+  if (text.size() != size) return FileReason(EIO);  // what was not read would be lost
+  // It may itself be a link to where it lies.
+  std::error_code failed;
+  const std::string real = std::filesystem::canonical(path_, failed).string();
+  if (failed) return FileReason(failed.value());
+  return WriteWholeFile(real, JoinedLines(change(SplitLines(text))), FileKind::Own);
 }
 
 JournalFile::Lines JournalFile::Read() {
   Lines news;
-  const Descriptor file(path_, O_RDONLY);
+  const OpenFile file(path_, O_RDONLY);
   struct stat status {};
   if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return news;
   const auto size = static_cast<std::uint64_t>(status.st_size);

@@ -1,32 +1,21 @@
 #include "simulator/files.h"
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
-#include "store/data_folder.h"
+#include "store/whole_file.h"
 
 namespace kelvo::sim {
+namespace {
+
+constexpr std::size_t kLargestText = 1U << 30U;
+
+}  // namespace
 
 std::optional<std::string> ReadWhole(const std::string& path, std::string& text) {
-  constexpr std::size_t kBlock = 65536;
-  const std::string cannot = "kann nicht gelesen werden: ";
-  if (auto reason = FolderReason(path)) return cannot + *reason;
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return cannot + FileReason(errno);
-  std::string block(kBlock, '\0');
-  text.clear();
-  do {
-    file.read(block.data(), static_cast<std::streamsize>(kBlock));
-    text.append(block, 0, static_cast<std::size_t>(file.gcount()));
-  } while (file);
-  if (file.bad()) return cannot + FileReason(errno);
-  return std::nullopt;
+  const auto reason = ReadWholeFile(path, kLargestText, text, FileKind::Any);
+  if (!reason) return std::nullopt;
+  return "kann nicht gelesen werden: " + *reason;
 }
 
 std::optional<std::string> FolderReason(const std::string& path) {
@@ -36,19 +25,7 @@ std::optional<std::string> FolderReason(const std::string& path) {
 }
 
 bool ReplaceFile(const std::string& path, std::string_view bytes) {
-  const std::string fresh = path + "." + std::to_string(getpid());
-  {
-    std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) {
-      std::remove(fresh.c_str());
-      return false;
-    }
-  }
-  if (std::rename(fresh.c_str(), path.c_str()) == 0) return true;
-  std::remove(fresh.c_str());
-  return false;
+  return !WriteWholeFile(path, bytes, FileKind::Own, Until::Written);
 }
 
 EepromFile LoadEeprom(const std::string& path, Eeprom& eeprom) {

@@ -14,7 +14,8 @@ std::optional<std::string> FolderReason(const std::string& path);
 /// Reads a file into `text`; otherwise the reason, German.
 std::optional<std::string> ReadWhole(const std::string& path, std::string& text);
 
-/// Replaces a file in one step: whoever reads sees the old content or the new. False on an error.
+/// Replaces a file in one step: whoever reads sees the old content or the new. What a link leads to
+/// stays as it is. False on an error.
 bool ReplaceFile(const std::string& path, std::string_view bytes);
 
 enum class EepromFile { Loaded, Missing, Damaged };

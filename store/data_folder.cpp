@@ -1,21 +1,25 @@
 #include "store/data_folder.h"
 
-#include <fcntl.h>
 #include <pwd.h>
-#include <sys/sendfile.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
+
+#include "store/file_calls.h"
+#include "store/whole_file.h"
 
 namespace kelvo {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::size_t kLargestDatabase = 1U << 30U;
 
 std::string HomeFolder() {
   const char* home = std::getenv("HOME");
@@ -32,30 +36,27 @@ std::string UserDataFolder() {
 }
 
 // A copy that the user may write, whatever the delivered file allows, and that is on the disc when
-// it gets its name. (std::filesystem's copy takes a full disc for a fault of the disc.)
-std::error_code Copy(const std::string& from, const std::string& to) {
-  const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC);
-  const int copy =
-      source < 0 ? -1 : open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  ssize_t count = copy < 0 ? -1 : 1;
-  while (count > 0) count = sendfile(copy, source, nullptr, std::size_t{1} << 20);
-  if (count == 0) count = fsync(copy);
-  const int error = count < 0 ? errno : 0;
-  for (const int file : {source, copy}) {
-    if (file >= 0) close(file);
-  }
-  return {error, std::generic_category()};
+// it gets its name. What a program that died has left of one is in nobody's way.
+std::optional<std::string> Copy(const std::string& from, const std::string& to) {
+  std::string bytes;
+  if (auto reason = ReadWholeFile(from, kLargestDatabase, bytes)) return reason;
+  Files().Remove(to);
+  const int error = WriteNewFile(to, bytes, Until::OnDisc, 0644);
+  if (error == 0) return std::nullopt;
+  return FileReason(error);
 }
 
 // Gives the finished copy its name. A program that was started at the same time may have been
 // sooner: its file may be in use already and stays. Some file systems know no second name for a
 // file; there the copy is renamed.
-std::error_code Place(const std::string& copy, const std::string& name) {
+std::optional<std::string> Place(const std::string& copy, const std::string& name) {
   std::error_code error;
   fs::create_hard_link(copy, name, error);
-  if (!error || error == std::errc::file_exists) return {};
-  fs::rename(copy, name, error);
-  return error;
+  int failed = 0;
+  if (error && error != std::errc::file_exists && Files().Rename(copy, name) != 0) failed = errno;
+  if (failed == 0) failed = SyncFolderOf(name);
+  if (failed == 0) return std::nullopt;
+  return FileReason(failed);
 }
 
 }  // namespace
@@ -75,8 +76,30 @@ std::string FileReason(int error) {
     case ENOTDIR:
     case EEXIST:
       return "es gibt dort eine Datei dieses Namens";
+    case EISDIR:
+      return "das ist ein Ordner";
+    case ELOOP:
+      return "die Verknüpfung führt zu keiner Datei";
+    case ENAMETOOLONG:
+      return "der Name ist zu lang";
+    case EFBIG:
+      return "die Datei darf nicht so groß werden";
+    case EIO:
+      return "der Datenträger meldet einen Fehler";
+    case EBUSY:
+    case ETXTBSY:
+      return "die Datei ist in Gebrauch";
+    case EMFILE:
+    case ENFILE:
+      return "es sind zu viele Dateien offen";
+    case ENXIO:
+    case ENODEV:
+      return "das Gerät ist nicht da";
+    case EINVAL:
+      return "das geht dort nicht";
     default:
-      return std::strerror(error);
+      return std::string("Systemfehler ") + std::to_string(error) + " (" + std::strerror(error) +
+             ")";
   }
 }
 
@@ -109,13 +132,12 @@ void TakeDeliveredDatabase(const std::string& programFolder, const std::string& 
   std::error_code error;
   if (fs::exists(fs::symlink_status(to, error))) return;
   const std::string fresh = to + '.' + std::to_string(getpid());
-  error = Copy(from, fresh);
-  if (!error) error = Place(fresh, to);
-  std::error_code ignored;
-  fs::remove(fresh, ignored);
-  if (!error) return;
+  auto problem = Copy(from, fresh);
+  if (!problem) problem = Place(fresh, to);
+  static_cast<void>(RemoveOwnFile(fresh));
+  if (!problem) return;
   throw std::runtime_error("Die Datenbank \"" + to + "\" kann nicht aus \"" + from +
-                           "\" angelegt werden: " + FileReason(error.value()) + ".");
+                           "\" angelegt werden: " + *problem + ".");
 }
 
 }  // namespace kelvo

@@ -20,7 +20,12 @@ constexpr std::string_view kDatabaseFiles = "kelvo.mdb-";
 constexpr std::string_view kProgramFiles = "kelvo";
 constexpr std::string_view kEndings[] = {".ausstattung", ".entwuerfe", ".entwurf", ".lock"};
 
-bool IsOwnName(const std::string& name) {
+// While it is written it has another name.
+constexpr std::string_view kFresh = ".neu";
+
+bool IsOwnName(const std::string& file) {
+  const bool fresh = file.ends_with(kFresh);
+  const std::string name = fresh ? file.substr(0, file.size() - kFresh.size()) : file;
   const auto isName = [&name](std::string_view own) { return name == own; };
   const auto endsSo = [&name](std::string_view ending) { return name.ends_with(ending); };
   return std::any_of(std::begin(kNames), std::end(kNames), isName) ||
