@@ -78,6 +78,8 @@ class Operator {
   virtual std::optional<std::string> SaveFile(const std::string& title,
                                               const std::string& filter) = 0;
   virtual void Beep() = 0;
+  /// False while the program is closing: what was asked last has got no answer then.
+  virtual bool IsThere() const { return true; }
 
  protected:
   const Adviser& Advisers() const { return adviser_; }

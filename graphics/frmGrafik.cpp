@@ -69,7 +69,11 @@ std::bitset<8> OfferedBy(const Drawing& drawing) {
 
 frmGrafik::frmGrafik(GraphicsHost& host, Operator& person, const DeviceFonts& fonts,
                      Timer& sendTimer, QSize display, const std::string& draftPath)
-    : host_(host), person_(person), fonts_(fonts), sendTimer_(sendTimer), draft_(draftPath) {
+    : host_(host),
+      person_(person),
+      fonts_(fonts),
+      sendTimer_(sendTimer),
+      draft_(draftPath, "entwurf.wmf") {
   setObjectName(QStringLiteral("frmGrafik"));
   setAcceptDrops(true);
   MakeCanvas(display);

@@ -14,7 +14,6 @@
 #include "graphics/counting.h"
 #include "graphics/curve_panel.h"
 #include "graphics/device_font.h"
-#include "graphics/draft.h"
 #include "graphics/drawing_canvas.h"
 #include "graphics/drawing_document.h"
 #include "graphics/editing.h"
@@ -24,6 +23,7 @@
 #include "graphics/text_typing.h"
 #include "graphics/tool_desk.h"
 #include "graphics/wmf.h"
+#include "store/draft_file.h"
 
 class QActionGroup;
 class QDockWidget;
@@ -87,7 +87,8 @@ class frmGrafik : public QMainWindow {
   bool SaveDrawing();
   /// Removes what is selected.
   void DeleteSelection();
-  /// Offers the drawing that a crash has left behind.
+  /// Offers the drawing that a crash has left behind. What is declined, or cannot be read, is set
+  /// aside; what nobody answers for stays.
   void OfferDraft();
   /// Writes the draft of an unsaved drawing, or removes that of a saved one. Runs by itself soon
   /// after each change.
@@ -253,7 +254,7 @@ class frmGrafik : public QMainWindow {
   Operator& person_;
   const DeviceFonts& fonts_;
   Timer& sendTimer_;
-  Draft draft_;
+  DraftFile draft_;
   DrawingDocument document_;
   Counting counting_;
   std::optional<Point> pointed_;  // where the pointer was last

@@ -181,20 +181,25 @@ bool frmGrafik::StoreDrawing(const std::string& path) {
 }
 
 void frmGrafik::OfferDraft() {
-  const auto bytes = draft_.Read();
-  if (!bytes) return;
-  const WmfDrawing draft = FromWmf(*bytes);
-  const bool wanted = draft.error.empty() && !draft.drawing.empty() &&
-                      person_.Ask(
-                          "Eine nicht gespeicherte Zeichnung ist vom letzten Mal übrig. "
-                          "Wiederherstellen ?");
-  if (!wanted) {
-    draft_.Remove();
-    return;
+  const auto left = draft_.LeftOver(WmfLimits().fileBytes);
+  if (!left || !person_.IsThere()) return;
+  WmfDrawing kept;
+  kept.error = left->problem;
+  if (kept.error.empty()) kept = FromWmf(left->bytes);
+  if (!kept.error.empty() || kept.drawing.empty()) {
+    const std::string problem = kept.error.empty() ? "die Zeichnung ist leer" : kept.error;
+    return person_.Message(LostDraftText(problem, draft_.SetAside()), Icon::Exclamation);
   }
-  document_.Replace(draft.drawing);
+  const bool wanted = person_.Ask(
+      "Eine nicht gespeicherte Zeichnung ist vom letzten Mal übrig. "
+      "Wiederherstellen ?",
+      Icon::Question, {}, Proposal::YesAlways, DeclinedDraftHint(draft_.PlaceAside()));
+  if (!person_.IsThere()) return;
+  if (!wanted) return static_cast<void>(draft_.SetAside());
+  draft_.Take();
+  document_.Replace(kept.drawing);
   document_.MarkUnsaved();
-  ReportLoaded(draft);
+  ReportLoaded(kept);
 }
 
 void frmGrafik::KeepDraft() {
@@ -203,11 +208,10 @@ void frmGrafik::KeepDraft() {
     return;
   }
   const WmfFile file = ToWmf(document_.Whole());
-  if (!file.error.empty()) return;
-  if (const auto reason = draft_.Write(file.bytes)) {
-    statusBar()->showMessage(
-        tr("Der Entwurf kann nicht gesichert werden: %1").arg(QString::fromStdString(*reason)));
-  }
+  const auto reason = file.error.empty() ? draft_.Write(file.bytes) : file.error;
+  if (!reason) return;
+  statusBar()->showMessage(
+      tr("Der Entwurf kann nicht gesichert werden: %1").arg(QString::fromStdString(*reason)));
 }
 
 void frmGrafik::mnuGrafikNeu_Click() { host_.NewDrawing(); }

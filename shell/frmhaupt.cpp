@@ -8,7 +8,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <filesystem>
 
 #include "base/guard.h"
 #include "help/chapters.h"
@@ -69,8 +68,12 @@ frmhaupt::frmhaupt(Outside outside)
   missingFonts_ = fonts_.Load(outside_.folders.program + kFontFolder);
   MakePages();
   const auto editors = Records();
-  drafts_.emplace(slot_.File("entwuerfe"),
-                  std::vector<RecordEditorBase*>(editors.begin(), editors.end()), outside_.person);
+  drafts_.emplace(
+      slot_.File("entwuerfe"), std::vector<RecordEditorBase*>(editors.begin(), editors.end()),
+      outside_.person, [this](const std::string& problem) {
+        ShowHint(
+            tr("Der Entwurf kann nicht gesichert werden: %1").arg(QString::fromStdString(problem)));
+      });
   MakeBus();
   MakeFrame();
   MakeMenus();
@@ -290,20 +293,11 @@ void frmhaupt::FirstPaint() {
   }
   TellOfMissingFonts();
   TellOfFirstProgram();
-  TakeLeftDrawing();
+  TakeLeft("entwurf");
   TakeLeftEquipping();
   desk_->Editor().OfferDraft();
   Guarded(outside_.person, "Form_Paint", [this] { drafts_->Offer(slot_.LeftBehind("entwuerfe")); });
   Q_EMIT Loaded();
-}
-
-// A drawing that a program has left behind which died is offered as this one's own.
-void frmhaupt::TakeLeftDrawing() {
-  const std::vector<std::string> left = slot_.LeftBehind("entwurf");
-  const std::string own = slot_.File("entwurf");
-  if (left.empty() || std::filesystem::exists(own)) return;
-  std::error_code ignored;
-  std::filesystem::rename(left.front(), own, ignored);
 }
 
 void frmhaupt::TellOfMissingFonts() {

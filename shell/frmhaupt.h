@@ -202,7 +202,7 @@ class frmhaupt : public QMainWindow {
   void Unload();
   void TellOfFirstProgram();
   void TellOfMissingFonts();
-  void TakeLeftDrawing();
+  void TakeLeft(const char* ending);
 
   void cmdTab_Click();
   void AskForPage();

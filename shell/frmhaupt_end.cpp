@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <algorithm>
+#include <filesystem>
 
 #include "base/guard.h"
 #include "bus/frmDovu.h"
@@ -11,6 +12,7 @@
 #include "shell/history_view.h"
 #include "shell/simulator_desk.h"
 #include "shell/traffic_view.h"
+#include "store/file_calls.h"
 #include "twin_page/twin_wall.h"
 
 // What the main window keeps from run to run, and how it ends.
@@ -74,6 +76,17 @@ void frmhaupt::TellOfFirstProgram() {
       "Ein anderes kelvo benutzt diese Datenbank schon. Bevor hier etwas "
       "überschrieben wird, was dort gespeichert wurde, wird gefragt.",
       Icon::Information);
+}
+
+// What a program has left behind that died is offered as this one's own. Where it cannot be had it
+// stays for a later one.
+void frmhaupt::TakeLeft(const char* ending) {
+  const std::vector<std::string> left = slot_.LeftBehind(ending);
+  const std::string own = slot_.File(ending);
+  std::error_code ignored;
+  if (left.empty() || std::filesystem::exists(std::filesystem::symlink_status(own, ignored)))
+    return;
+  Files().Rename(left.front(), own);
 }
 
 // Nothing of what the Terminal does can be stopped from here.

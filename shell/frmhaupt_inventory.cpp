@@ -1,6 +1,5 @@
 #include <QMenu>
 #include <QStatusBar>
-#include <filesystem>
 
 #include "base/val.h"
 #include "inventory/stored_records.h"
@@ -61,14 +60,8 @@ void frmhaupt::MakeEquipping(QMenu* menu) {
 
 void frmhaupt::mnuAusstatten_Click() { equip_->Open(); }
 
-// A run that a program has left behind which died is offered as this one's own.
 void frmhaupt::TakeLeftEquipping() {
-  const std::vector<std::string> left = slot_.LeftBehind("ausstattung");
-  const std::string own = slot_.File("ausstattung");
-  std::error_code ignored;
-  if (!left.empty() && !std::filesystem::exists(own)) {
-    std::filesystem::rename(left.front(), own, ignored);
-  }
+  TakeLeft("ausstattung");
   if (!equip_->HasLeftOver()) return;
   chronicle_.Note(
       "Das Ausstatten von Terminals ist nicht zu Ende; Bearbeiten / Terminal ausstatten … setzt es "

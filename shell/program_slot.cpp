@@ -1,48 +1,62 @@
 #include "shell/program_slot.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace kelvo {
 namespace {
 
-constexpr int kSlots = 9;
+constexpr int kSlots = 99;
+constexpr const char* kKept[] = {"entwurf", "entwuerfe", "ausstattung"};
 
 std::string FileOf(const std::string& folder, int slot, const std::string& ending) {
   const std::string suffix = slot == 1 ? std::string() : "-" + std::to_string(slot);
   return folder + "/kelvo" + suffix + "." + ending;
 }
 
-std::unique_ptr<QLockFile> LockOf(const std::string& folder, int slot) {
-  auto lock = std::make_unique<QLockFile>(QString::fromStdString(FileOf(folder, slot, "lock")));
-  lock->setStaleLockTime(0);  // a program may run for weeks
-  return lock;
+// Also a link that leads nowhere.
+bool IsThere(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+bool KeepsSomething(const std::string& folder, int slot) {
+  return std::any_of(std::begin(kKept), std::end(kKept),
+                     [&](const char* ending) { return IsThere(FileOf(folder, slot, ending)); });
 }
 
 }  // namespace
 
 ProgramSlot::ProgramSlot(const std::string& dataFolder) : folder_(dataFolder) {
   for (int slot = 1; slot <= kSlots; ++slot) {
-    auto lock = LockOf(folder_, slot);
-    if (lock->tryLock(0)) {
-      if (lock_ != nullptr) {
-        free_.push_back(slot);
-        continue;  // only looked whether anybody has it
-      }
-      number_ = slot;
-      lock_ = std::move(lock);
-    } else if (lock->error() == QLockFile::LockFailedError) {
-      neighbour_ = true;
-    } else {
-      return;  // a folder that cannot be written
+    // A free slot behind the own one that holds nothing is nobody's concern.
+    if (number_ == 0 || IsThere(FileOf(folder_, slot, "lock")) || KeepsSomething(folder_, slot)) {
+      TakeSlot(slot);
     }
+  }
+  if (number_ == 0) number_ = kSlots + 1;
+}
+
+void ProgramSlot::TakeSlot(int slot) {
+  FileLock& lock = locks_.emplace_back();
+  const FileLock::Result result = lock.Take(FileOf(folder_, slot, "lock"));
+  if (result == FileLock::Result::Taken) {
+    neighbour_ = true;
+    locks_.pop_back();
+  } else if (number_ == 0) {
+    number_ = slot;
+  } else if (KeepsSomething(folder_, slot)) {
+    left_.push_back(slot);
+  } else {
+    locks_.pop_back();
   }
 }
 
 std::vector<std::string> ProgramSlot::LeftBehind(const std::string& ending) const {
   std::vector<std::string> files;
-  for (const int slot : free_) {
-    const std::string file = FileOf(folder_, slot, ending);
-    if (std::filesystem::exists(file)) files.push_back(file);
+  for (const int slot : left_) {
+    std::string file = FileOf(folder_, slot, ending);
+    if (IsThere(file)) files.push_back(std::move(file));
   }
   return files;
 }

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QLockFile>
-#include <memory>
+#include <list>
 #include <string>
 #include <vector>
+
+#include "store/file_lock.h"
 
 namespace kelvo {
 
@@ -11,7 +12,9 @@ namespace kelvo {
 /// drafts, belongs to its slot; a slot is free again when its program has ended, in whatever way.
 class ProgramSlot {
  public:
-  /// Takes the first free slot. In a folder that cannot be written it is always the first.
+  /// Takes the first free slot, and with it what programs have left behind in others: nobody else
+  /// is offered that as long as this one runs. In a folder that cannot be written it is the first
+  /// that nobody has.
   explicit ProgramSlot(const std::string& dataFolder);
 
   /// 1 for the first program.
@@ -24,11 +27,13 @@ class ProgramSlot {
   std::string File(const std::string& ending) const;
 
  private:
+  void TakeSlot(int slot);
+
   std::string folder_;
-  int number_ = 1;
+  int number_ = 0;  // none yet
   bool neighbour_ = false;
-  std::vector<int> free_;  // the other slots that nobody has
-  std::unique_ptr<QLockFile> lock_;
+  std::vector<int> left_;  // the other slots whose files are this program's to offer
+  std::list<FileLock> locks_;
 };
 
 }  // namespace kelvo

@@ -43,6 +43,7 @@ class QtOperator : public Operator {
   std::optional<std::string> OpenFile(const std::string& title, const std::string& filter) override;
   std::optional<std::string> SaveFile(const std::string& title, const std::string& filter) override;
   void Beep() override;
+  bool IsThere() const override { return !loop_.Closing(); }
 
  private:
   QWidget* Owner();

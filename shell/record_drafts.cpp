@@ -1,6 +1,5 @@
 #include "shell/record_drafts.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -9,7 +8,6 @@
 
 #include "base/operator.h"
 #include "store/new_name.h"
-#include "widgets/files.h"
 #include "widgets/record_editor.h"
 
 namespace kelvo {
@@ -17,6 +15,7 @@ namespace {
 
 constexpr int kDelayMilliseconds = 1000;
 constexpr std::size_t kLargestFile = 100'000'000;
+constexpr char kAside[] = "entwuerfe.json";
 
 const QString kRecord = QStringLiteral("satz");
 const QString kName = QStringLiteral("name");
@@ -62,8 +61,11 @@ std::string DraftWords(const std::vector<std::vector<std::string>>& names) {
 }
 
 RecordDrafts::RecordDrafts(std::string path, std::vector<RecordEditorBase*> editors,
-                           Operator& person)
-    : path_(std::move(path)), editors_(std::move(editors)), person_(person) {
+                           Operator& person, Tell tell)
+    : file_(std::move(path), kAside),
+      editors_(std::move(editors)),
+      person_(person),
+      tell_(std::move(tell)) {
   timer_.setSingleShot(true);
   timer_.setInterval(kDelayMilliseconds);
   QObject::connect(&timer_, &QTimer::timeout, [this] { Keep(); });
@@ -73,37 +75,65 @@ RecordDrafts::RecordDrafts(std::string path, std::vector<RecordEditorBase*> edit
 }
 
 void RecordDrafts::Offer(const std::vector<std::string>& leftBehind) {
-  OfferFile(path_);
+  if (OfferFile(file_)) {
+    file_.Take();
+    Keep();
+  }
   for (const std::string& path : leftBehind) {
-    OfferFile(path);
-    QFile::remove(QString::fromStdString(path));
+    DraftFile left(path, kAside);
+    if (!OfferFile(left) || !Keep()) continue;  // there until they are here
+    left.Take();
+    left.Remove();
   }
 }
 
-void RecordDrafts::OfferFile(const std::string& path) {
-  const auto bytes = ReadFile(path, kLargestFile);
-  if (!bytes) return;
-  const QJsonArray kept = QJsonDocument::fromJson(QByteArray::fromStdString(*bytes)).array();
-  std::vector<std::vector<KeptDraft>> drafts(editors_.size());
-  std::vector<std::vector<std::string>> names(editors_.size());
-  for (qsizetype i = 0; i < kept.size() && i < static_cast<qsizetype>(drafts.size()); ++i) {
-    const auto page = static_cast<std::size_t>(i);
-    for (const QJsonValue& draft : kept[i].toArray()) {
-      drafts[page].push_back(Unpacked(draft.toObject()));
-      names[page].push_back(drafts[page].back().name);
+// Nothing for what was never written so.
+std::optional<RecordDrafts::Drafts> RecordDrafts::DraftsIn(const std::string& bytes,
+                                                           std::size_t pages) {
+  const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(bytes));
+  const QJsonArray kept = document.array();
+  if (!document.isArray() || kept.size() > static_cast<qsizetype>(pages)) return std::nullopt;
+  Drafts drafts;
+  for (const QJsonValue& page : kept) {
+    if (!page.isArray()) return std::nullopt;
+    drafts.emplace_back();
+    for (const QJsonValue& draft : page.toArray()) {
+      if (!draft[kEdit].isArray() || !draft[kName].isString()) return std::nullopt;
+      drafts.back().push_back(Unpacked(draft.toObject()));
     }
   }
-  const std::string words = DraftWords(names);
-  if (words.empty() || !person_.Ask("Nicht gespeicherte Änderungen sind vom letzten Mal übrig: " +
-                                    words + ". Wiederherstellen ?")) {
-    QFile::remove(QString::fromStdString(path));
-    return;
-  }
-  for (std::size_t i = 0; i < editors_.size(); ++i) editors_[i]->TakeDrafts(drafts[i]);
-  Keep();  // before the other file goes
+  drafts.resize(pages);
+  return drafts;
 }
 
-void RecordDrafts::Keep() {
+bool RecordDrafts::OfferFile(const DraftFile& file) {
+  const auto left = file.LeftOver(kLargestFile);
+  if (!left || !person_.IsThere()) return false;
+  const auto drafts = DraftsIn(left->bytes, editors_.size());
+  if (!left->problem.empty() || !drafts) {
+    const std::string problem = left->problem.empty() ? "er ist beschädigt" : left->problem;
+    person_.Message(LostDraftText(problem, file.SetAside()), Icon::Exclamation);
+    return false;
+  }
+  std::vector<std::vector<std::string>> names(drafts->size());
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    for (const KeptDraft& draft : (*drafts)[i]) names[i].push_back(draft.name);
+  }
+  const std::string words = DraftWords(names);
+  if (words.empty()) return true;
+  const bool wanted = person_.Ask(
+      "Nicht gespeicherte Änderungen sind vom letzten Mal übrig: " + words + ". Wiederherstellen ?",
+      Icon::Question, {}, Proposal::YesAlways, DeclinedDraftHint(file.PlaceAside()));
+  if (!person_.IsThere()) return false;
+  if (!wanted) {
+    file.SetAside();
+    return false;
+  }
+  for (std::size_t i = 0; i < editors_.size(); ++i) editors_[i]->TakeDrafts((*drafts)[i]);
+  return true;
+}
+
+bool RecordDrafts::Keep() {
   timer_.stop();
   QJsonArray all;
   bool any = false;
@@ -113,14 +143,19 @@ void RecordDrafts::Keep() {
     any = any || !drafts.isEmpty();
     all << drafts;
   }
-  if (!any) return Remove();
-  // What cannot be kept is not worth a box at every key; the edits are still here.
-  WriteFile(path_, QJsonDocument(all).toJson(QJsonDocument::Compact).toStdString());
+  if (!any) {
+    Remove();
+    return true;
+  }
+  // Not worth a box at every key: the edits are still here.
+  const auto reason = file_.Write(QJsonDocument(all).toJson(QJsonDocument::Compact).toStdString());
+  if (reason) tell_(*reason);
+  return !reason;
 }
 
 void RecordDrafts::Remove() {
   timer_.stop();
-  QFile::remove(QString::fromStdString(path_));
+  file_.Remove();
 }
 
 }  // namespace kelvo

@@ -277,11 +277,56 @@ TEST_F(Grafik, ADraftSurvivesACrash) {
   EXPECT_EQ(window->windowTitle(), "Grafik *");
 
   Start();
+  person.answers = {false};
   window->OfferDraft();
   EXPECT_TRUE(Objects().empty());
+  EXPECT_EQ(ReadFile(folder.filePath("entwurf-1.wmf").toStdString(), 100'000)->empty(), false)
+      << "declined, but not lost";
   Start();
   window->OfferDraft();
-  EXPECT_EQ(person.questions.size(), 2U);  // a refused draft is gone
+  EXPECT_EQ(person.questions.size(), 2U);
+}
+
+// Another program's, or one that nobody has been asked about yet.
+TEST_F(Grafik, ADraftThatWasNotDecidedOnIsNeitherRemovedNorOverwritten) {
+  DrawBoxes();
+  window->KeepDraft();
+  const auto draft = ReadFile(DraftPath(), 100'000);
+  Start();
+  window->KeepDraft();
+  person.decisions = {Decision::Discard};
+  EXPECT_TRUE(window->MayEnd());
+  person.isThere = false;
+  window->OfferDraft();
+  EXPECT_EQ(ReadFile(DraftPath(), 100'000), draft);
+  EXPECT_TRUE(person.questions.empty());
+  DrawBoxes();
+  window->KeepDraft();
+  EXPECT_EQ(ReadFile(folder.filePath("entwurf-1.wmf").toStdString(), 100'000), draft);
+}
+
+TEST_F(Grafik, WhatIsNoDraftInItsPlaceIsToldAndKept) {
+  const std::string victim = folder.filePath("victim").toStdString();
+  ASSERT_FALSE(WriteFile(victim, "victim"));
+  ASSERT_FALSE(WriteFile(DraftPath(), "damaged"));
+  for (int number = 1; number <= 2; ++number) {
+    Start();
+    window->OfferDraft();
+    const std::string aside =
+        folder.filePath(QStringLiteral("entwurf-%1.wmf").arg(number)).toStdString();
+    ASSERT_EQ(person.messages.size(), static_cast<std::size_t>(number));
+    EXPECT_TRUE(person.LastMessage().ends_with("sondern umbenannt:\n" + aside));
+    EXPECT_TRUE(std::filesystem::exists(aside));
+    std::filesystem::create_symlink(victim, DraftPath());
+  }
+  // Nor while it is written.
+  DrawBoxes();
+  window->KeepDraft();
+  std::filesystem::remove(DraftPath());
+  std::filesystem::create_symlink(victim, DraftPath());
+  window->KeepDraft();
+  EXPECT_EQ(ReadFile(victim, 100), "victim");
+  EXPECT_FALSE(std::filesystem::is_symlink(DraftPath()));
 }
 
 TEST_F(Grafik, WhatIsGivenUpAtTheEndLeavesNoDraft) {

@@ -10,6 +10,7 @@
 #include <map>
 
 #include "graphics/wmf.h"
+#include "shell/program_slot.h"
 #include "tests/drawing_samples.h"
 #include "tests/window_fixture.h"
 
@@ -225,6 +226,40 @@ TEST_F(WholeWindowTest, DraftsSurviveTheProgramAndBelongToIt) {
             "Entwurf\x05\xE4");
   EXPECT_EQ(Chosen("cboMakro"), "* Begrüßung");
   EXPECT_FALSE(std::filesystem::exists(folder.Path("kelvo-2.entwuerfe")));
+}
+
+TEST_F(WholeWindowTest, LeftDraftsAreKeptUntilTheyAreDecidedOn) {
+  Sql("update Optionen set FirstRun = 0");
+  const auto write = [this](const char* name, const char* text) {
+    std::ofstream(folder.Path(name)) << text;
+  };
+  const char* const drafts = R"([[{"satz":0,"name":"neu","werte":["Entwurf","7"]}],[],[]])";
+  const auto read = [this](const char* name) { return testing_world::ReadFile(folder.Path(name)); };
+  write("kelvo.entwuerfe", drafts);
+  write("kelvo-3.entwuerfe", "{damaged");
+  person.isThere = false;  // the program ends while the question stands
+  StartOn(Tab::Macros);
+  EXPECT_EQ(ProgramSlot(folder.Path()).Number(), 2);
+  EXPECT_TRUE(ProgramSlot(folder.Path()).LeftBehind("entwuerfe").empty()) << "the first one's";
+  window->close();
+  window.reset();
+  EXPECT_EQ(read("kelvo.entwuerfe"), drafts);
+  EXPECT_EQ(read("kelvo-3.entwuerfe"), "{damaged");
+
+  person.isThere = true;
+  person.answers = {false};
+  std::string told;
+  person.duringMessage = [&] { told = person.LastMessage(); };
+  StartOn(Tab::Macros);
+  EXPECT_EQ(person.lastQuestion.hint,
+            "Bei Nein bleibt der Entwurf unter einem anderen Namen erhalten:\n" +
+                folder.Path("entwuerfe-1.json"));
+  EXPECT_EQ(read("entwuerfe-1.json"), drafts);
+  EXPECT_EQ(told,
+            "Ein Entwurf vom letzten Mal kann nicht wiederhergestellt werden:\ner ist beschädigt\n"
+            "Er wurde nicht gelöscht, sondern umbenannt:\n" +
+                folder.Path("entwuerfe-2.json"));
+  EXPECT_EQ(read("entwuerfe-2.json"), "{damaged");
 }
 
 // The answers to both would get mixed up.

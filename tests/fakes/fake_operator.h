@@ -29,6 +29,7 @@ class FakeOperator : public Operator {
   std::deque<Decision> decisions;                 ///< about changes; cancelled when none is left
   bool proposesNo = false;                        ///< of the last question
   int beeps = 0;
+  bool isThere = true;
   /// Runs while a message stands on the screen.
   std::function<void()> duringMessage;
 
@@ -74,6 +75,7 @@ class FakeOperator : public Operator {
     return file;
   }
   void Beep() override { ++beeps; }
+  bool IsThere() const override { return isThere; }
 
   Shown lastQuestion;
 
