@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "widgets/form.h"
 
@@ -15,14 +16,21 @@ namespace kelvo {
 namespace {
 
 constexpr int kMostResults = 100;
+// Each word costs the engine time, and nobody can hurry it.
+constexpr int kLongestText = 200;
+constexpr qsizetype kMostWords = 12;
 
-QStringList WordsOf(const QString& text) { return text.split(u' ', Qt::SkipEmptyParts); }
+QStringList WordsOf(const QString& text) {
+  QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+  words.removeDuplicates();
+  return words;
+}
 
 // Each word as it stands, whatever its characters mean to the engine; the beginning of a word is
 // enough.
 QString Query(const QString& text) {
   QStringList terms;
-  for (QString word : WordsOf(text)) {
+  for (QString word : WordsOf(text).mid(0, kMostWords)) {
     terms << u'"' + word.replace(u'"', QStringLiteral("\"\"")) + QStringLiteral("\"*");
   }
   return terms.join(u' ');
@@ -34,6 +42,7 @@ HelpSearch::HelpSearch(QHelpSearchEngine& engine, QWidget* parent)
     : QWidget(parent), engine_(engine) {
   txtSuche = Named(new QLineEdit, "txtSuche");
   txtSuche->setClearButtonEnabled(true);
+  txtSuche->setMaxLength(kLongestText);
   cmdSuchen = MakeButton("cmdSuchen", tr("&Suchen"));
   ctlTreffer = Named(new QListWidget, "ctlTreffer");
   ctlTreffer->setAccessibleName(tr("Gefundene Kapitel"));
@@ -54,11 +63,15 @@ HelpSearch::HelpSearch(QHelpSearchEngine& engine, QWidget* parent)
     Q_EMIT Chosen(item->data(Qt::UserRole).toUrl(), WordsOf(asked_).value(0));
   });
   connect(ctlTreffer, &QListWidget::itemClicked, ctlTreffer, &QListWidget::itemActivated);
-  connect(&engine_, &QHelpSearchEngine::searchingFinished, this, &HelpSearch::ShowResults);
+  connect(&engine_, &QHelpSearchEngine::searchingFinished, this, [this](int count) {
+    searching_ = false;
+    if (std::exchange(waits_, false)) return Ask();
+    if (!asked_.isEmpty()) ShowResults(count);
+  });
   // What was asked before the index was complete is asked again.
   connect(&engine_, &QHelpSearchEngine::indexingFinished, this, [this] {
     indexing_ = false;
-    if (!asked_.isEmpty()) Search();
+    Ask();
   });
   engine_.reindexDocumentation();
 }
@@ -72,8 +85,16 @@ void HelpSearch::Search() {
   asked_ = txtSuche->text().trimmed();
   ctlTreffer->clear();
   lblTreffer->clear();
+  Ask();
+}
+
+void HelpSearch::Ask() {
   if (asked_.isEmpty()) return;
   if (indexing_) return lblTreffer->setText(tr("Das Verzeichnis der Wörter entsteht noch …"));
+  // The engine would keep the window waiting until it has finished the one before.
+  waits_ = searching_;
+  if (searching_) return;
+  searching_ = true;
   engine_.search(Query(asked_));
 }
 
@@ -84,9 +105,13 @@ void HelpSearch::ShowResults(int count) {
     item->setData(Qt::UserRole, result.url());
   }
   const int found = ctlTreffer->count();
-  lblTreffer->setText(found == 0   ? tr("In keinem Kapitel stehen alle diese Wörter.")
-                      : found == 1 ? tr("1 Kapitel gefunden.")
-                                   : tr("%1 Kapitel gefunden.").arg(found));
+  QString words = found == 0   ? tr("In keinem Kapitel stehen alle diese Wörter.")
+                  : found == 1 ? tr("1 Kapitel gefunden.")
+                               : tr("%1 Kapitel gefunden.").arg(found);
+  if (WordsOf(asked_).size() > kMostWords) {
+    words += u' ' + tr("Gesucht wurden die ersten %1 Wörter.").arg(kMostWords);
+  }
+  lblTreffer->setText(words);
 }
 
 }  // namespace kelvo

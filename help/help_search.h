@@ -28,10 +28,13 @@ class HelpSearch : public QWidget {
 
  private:
   void Search();
+  void Ask();
   void ShowResults(int count);
 
   QHelpSearchEngine& engine_;
   QString asked_;
+  bool searching_ = false;
+  bool waits_ = false;    // what was asked meanwhile is looked for next
   bool indexing_ = true;  // the index is made anew for each window
   QLineEdit* txtSuche = nullptr;
   QPushButton* cmdSuchen = nullptr;

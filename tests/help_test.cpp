@@ -6,6 +6,7 @@
 #include <QHelpContentWidget>
 #include <QHelpIndexWidget>
 #include <QHelpLink>
+#include <QHelpSearchEngine>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QListWidget>
@@ -15,9 +16,11 @@
 #include <QTextDocument>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include "help/frmHilfe.h"
 #include "help/help_file.h"
+#include "help/help_search.h"
 #include "tests/window_fixture.h"
 
 namespace kelvo {
@@ -165,6 +168,40 @@ TEST_F(HelpTest, KeywordsAndWordsOfTheTextLeadToTheirChapters) {
   EXPECT_EQ(found.count(), 0);
   HelpWindow()->close();
   EXPECT_FALSE(std::filesystem::exists(folder.Path(".hilfe")));
+}
+
+// Whoever pastes half a page gets an answer, and a search behind it is not kept waiting for it.
+TEST(HelpSearchTest, LongQuestionsAreCutAndOneIsLookedForAtATime) {
+  const auto manual = HelpFile::Open(helpPath);
+  ASSERT_NE(manual, nullptr);
+  QHelpSearchEngine& engine = *manual->Engine().searchEngine();
+  HelpSearch window(engine);
+  const auto& state = *window.findChild<QLabel*>(QStringLiteral("lblTreffer"));
+  int finished = 0;
+  bool indexed = false;
+  QObject::connect(&engine, &QHelpSearchEngine::searchingFinished, [&finished] { ++finished; });
+  QObject::connect(&engine, &QHelpSearchEngine::indexingFinished, [&indexed] { indexed = true; });
+  const auto until = [](const std::function<bool()>& done) {
+    while (!done()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  };
+  const auto search = [&window](const QString& words) {
+    window.findChild<QLineEdit*>(QStringLiteral("txtSuche"))->setText(words);
+    window.findChild<QAbstractButton*>(QStringLiteral("cmdSuchen"))->click();
+  };
+  until([&] { return indexed; });
+  QStringList many;
+  for (int i = 0; i < 400; ++i) many << QStringLiteral("w%1").arg(i);
+  for (const QString& words :
+       {many.join(u' '), QString::fromLatin1("Terminal"), QString::fromLatin1("Portleitung")}) {
+    search(words);
+    EXPECT_EQ(engine.searchInput().count(u'"'), 2 * 12) << "still the first";
+  }
+  until([&] { return !state.text().isEmpty(); });
+  EXPECT_EQ(finished, 2) << "what nobody waits for any more is not looked for";
+  EXPECT_GT(window.findChild<QListWidget*>()->count(), 0);
+  search(many.join(u' '));
+  until([&] { return !state.text().isEmpty(); });
+  EXPECT_TRUE(state.text().endsWith(QStringLiteral("die ersten 12 Wörter.")));
 }
 
 TEST_F(HelpTest, HelpFileThatIsMissingOrDamagedIsSaidOnce) {
