@@ -3,6 +3,7 @@
 #include <QSerialPortInfo>
 #include <algorithm>
 
+#include "adapters/device_lock.h"
 #include "adapters/port_device.h"
 
 namespace kelvo {
@@ -21,6 +22,15 @@ std::string NoPermission(const std::string& device) {
   if (group.empty()) return "keine Berechtigung; nur der Systemverwalter darf das Gerät benutzen";
   return "keine Berechtigung; die Gruppe \"" + group +
          "\" darf das Gerät benutzen (sudo adduser BENUTZER " + group + ", dann neu anmelden)";
+}
+
+std::string InUse(const std::string& device) {
+  const pid_t user = UserOfDevice(device);
+  if (user == 0) return "bereit";
+  const DeviceLock lock;
+  const std::string text = "belegt, " + ProcessText(user) + " benutzt es";
+  if (IsPseudoTerminal(device) || lock.HolderOf(device) != user) return text;
+  return text + " (Sperre " + lock.FileOf(device) + ")";
 }
 
 }  // namespace
@@ -48,13 +58,13 @@ std::string DescribeDevice(const std::string& device) {
     case DeviceState::Ready:
       break;
   }
-  return IsDeviceInUse(device) ? "belegt, ein Programm benutzt es" : "bereit";
+  return InUse(device);
 }
 
 bool IsDeviceReady(const std::string& device) {
   if (device.empty()) return false;
   const std::string path = DevicePath(device);
-  return StateOfDevice(path) == DeviceState::Ready && !IsDeviceInUse(path);
+  return StateOfDevice(path) == DeviceState::Ready && UserOfDevice(path) == 0;
 }
 
 }  // namespace kelvo

@@ -11,14 +11,20 @@
 #include <sstream>
 #include <utility>
 
+#include "adapters/device_lock.h"
 #include "adapters/port_device.h"
 
 namespace kelvo {
 namespace {
 
-// A line of /proc/locks reads "1: FLOCK  ADVISORY  WRITE 1234 00:18:5 0 EOF"; its sixth word names
-// the file by device and inode.
-bool IsLocked(const struct stat& device) {
+pid_t NumberOf(const std::string& process) {
+  const int number = std::atoi(process.c_str());
+  return number > 0 ? number : DeviceLock::kSomebody;
+}
+
+// A line of /proc/locks reads "1: FLOCK  ADVISORY  WRITE 1234 00:18:5 0 EOF"; its fifth word is the
+// process, its sixth names the file by device and inode. 0 for nobody.
+pid_t LockerOf(const struct stat& device) {
   std::ostringstream wanted;
   wanted << std::hex;
   for (const unsigned number : {major(device.st_dev), minor(device.st_dev)}) {
@@ -30,11 +36,13 @@ bool IsLocked(const struct stat& device) {
   while (std::getline(locks, line)) {
     std::istringstream words(line);
     std::string word;
+    std::string process;
     for (int i = 0; i < 6 && words >> word; ++i) {
+      if (i == 4) process = word;
     }
-    if (word == wanted.str()) return true;
+    if (word == wanted.str()) return NumberOf(process);
   }
-  return false;
+  return 0;
 }
 
 // The system knows the device, and not as a terminal line; a pseudo-terminal it does not list.
@@ -58,18 +66,20 @@ bool IsLeftBehind(const std::string& path, const struct stat& device) {
   return IsPseudoTerminal(path) && made(device) > made(link);
 }
 
-// Whether a process that may be looked into has the device open.
-bool IsOpenSomewhere(const std::string& path) {
+// A process that may be looked into and has the device open; 0 for none.
+pid_t OpenerOf(const std::string& path) {
   namespace fs = std::filesystem;
   std::error_code error;
   const fs::path device = fs::canonical(path, error);
   for (const fs::directory_entry& process : fs::directory_iterator("/proc", error)) {
     std::error_code closed;
     for (const fs::directory_entry& file : fs::directory_iterator(process.path() / "fd", closed)) {
-      if (fs::read_symlink(file.path(), closed) == device) return true;
+      if (fs::read_symlink(file.path(), closed) == device) {
+        return NumberOf(process.path().filename());
+      }
     }
   }
-  return false;
+  return 0;
 }
 
 }  // namespace
@@ -96,11 +106,14 @@ std::string GroupOfDevice(const std::string& path) {
   return owner == nullptr ? std::string() : owner->gr_name;
 }
 
-bool IsDeviceInUse(const std::string& path) {
+pid_t UserOfDevice(const std::string& path) {
   struct stat device {};
-  if (stat(path.c_str(), &device) != 0) return false;
+  if (stat(path.c_str(), &device) != 0) return 0;
+  const pid_t locker = LockerOf(device);
   // The simulated Terminal holds its own end of a pseudo-terminal open; only the lock tells there.
-  return IsLocked(device) || (!IsPseudoTerminal(path) && IsOpenSomewhere(path));
+  if (locker != 0 || IsPseudoTerminal(path)) return locker;
+  const pid_t holder = DeviceLock().HolderOf(path);
+  return holder != 0 ? holder : OpenerOf(path);
 }
 
 bool IsPseudoTerminal(const std::string& path) {
