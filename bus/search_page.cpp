@@ -7,9 +7,11 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
+#include <exception>
 
 #include "base/val.h"
 #include "base/wire_text.h"
@@ -26,6 +28,21 @@ namespace {
 
 // Above it are the addresses that transfers need: nobody's, and that of all, who would all answer.
 constexpr int kUsualLimit = kClosingAddress - 1;
+
+// Of several changes some may have been stored when the next one fails: the list shows them.
+class StaleList {
+ public:
+  explicit StaleList(TerminalListModel& list) : list_(list) {}
+  ~StaleList() {
+    if (std::uncaught_exceptions() > failing_) list_.ReloadNow();
+  }
+  StaleList(const StaleList&) = delete;
+  StaleList& operator=(const StaleList&) = delete;
+
+ private:
+  TerminalListModel& list_;
+  int failing_ = std::uncaught_exceptions();
+};
 
 }  // namespace
 
@@ -163,10 +180,11 @@ void SearchPage::ConnectControls() {
 // ---- the stored Terminals ----
 
 void SearchPage::Refresh() {
-  selecting_ = true;
-  model_->Reload();
-  SelectCurrent();
-  selecting_ = false;
+  {
+    const QScopedValueRollback<bool> selecting(selecting_, true);
+    model_->Reload();
+    SelectCurrent();
+  }
   txtmaxDovu->selectAll();  // what is typed replaces it
   Q_EMIT StoredChanged();
 }
@@ -230,6 +248,7 @@ void SearchPage::cmdClearDovuData_Click() {
   }
   if (!services_.person.Ask("Alle gespeicherten Terminals löschen ?", Icon::Exclamation)) return;
   std::vector<std::pair<std::int64_t, Recordset::Row>> deleted;
+  const StaleList stale(*model_);
   for (terminals.MoveFirst(); !terminals.Eof(); terminals.MoveNext()) {
     deleted.emplace_back(terminals.Bookmark(), terminals.Current());
     terminals.Delete();
@@ -252,6 +271,7 @@ void SearchPage::cmdDovuDatenblatt_Click() { Q_EMIT SheetRequested(); }
 void SearchPage::cmdDovuUebernehmen_Click() {
   std::vector<std::int64_t> added;
   int known = 0;
+  const StaleList stale(*model_);
   for (int position = 1; position <= ctlDovuSuchListe->Rows(); ++position) {
     if (!ctlDovuSuchListe->Ticked(position - 1)) continue;
     if (TakeOver(position)) {

@@ -23,10 +23,24 @@ TerminalListModel::TerminalListModel(Recordset& terminals, QObject* parent)
 }
 
 void TerminalListModel::Reload() {
+  try {
+    terminals_.Refresh();
+  } catch (const StoreError&) {
+    ShowRecords();
+    throw;
+  }
+  ShowRecords();
+}
+
+void TerminalListModel::ShowRecords() {
   beginResetModel();
-  terminals_.Refresh();
   ReadRows();
   endResetModel();
+}
+
+void TerminalListModel::ReloadNow() {
+  terminals_.TryRefresh();
+  ShowRecords();
 }
 
 void TerminalListModel::ReadRows() { rows_ = StoredTerminals(terminals_); }
@@ -114,7 +128,7 @@ bool TerminalListModel::Store(int row, const char* field, const Value& value) {
     terminals_.Update();
   } catch (const std::exception& error) {
     // Not here, where a view still edits the row.
-    QMetaObject::invokeMethod(this, &TerminalListModel::Reload, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &TerminalListModel::ReloadNow, Qt::QueuedConnection);
     Q_EMIT Refused(QString::fromUtf8(error.what()));
     return false;
   }

@@ -18,8 +18,10 @@ class TerminalListModel : public QAbstractTableModel {
 
   explicit TerminalListModel(Recordset& terminals, QObject* parent = nullptr);
 
-  /// Reads all records anew.
+  /// Reads all records anew. Throws StoreError; what was read last is shown then.
   void Reload();
+  /// The same where it can be had at once.
+  void ReloadNow();
   /// What was typed as the address of a row, or of a Terminal that is not stored yet (-1); nothing
   /// when it is none or another row's, which is told by Refused.
   std::optional<int> ReadAddress(const QString& text, int ownRow = -1);
@@ -38,6 +40,7 @@ class TerminalListModel : public QAbstractTableModel {
   void Refused(const QString& reason);
 
  private:
+  void ShowRecords();
   void ReadRows();
   int RowOf(int address) const;  // -1: none
   bool Store(int row, const char* field, const Value& value);

@@ -46,6 +46,7 @@ Chronicle::Moment WallClock() {
 frmhaupt::frmhaupt(Outside outside)
     : outside_(std::move(outside)),
       portControl_(outside_.com1, outside_.person),
+      databaseWait_(outside_.loop, outside_.person, *this),
       slot_(outside_.folders.data),
       data_(outside_.folders.data + "/" + kDatabaseFile),
       memory_(data_.database),
@@ -63,6 +64,7 @@ frmhaupt::frmhaupt(Outside outside)
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,
                                        [this] { return ShownChapter(); })) {
   Named(this, "frmhaupt");
+  data_.database.SetPatience(databaseWait_);
   setWindowTitle(QApplication::applicationDisplayName());
   RecordTraffic(line_, outside_.loop, record_);
   missingFonts_ = fonts_.Load(outside_.folders.program + kFontFolder);
@@ -255,11 +257,6 @@ void frmhaupt::FollowLink(const QString& link) {
 }
 
 void frmhaupt::ShowFirstTab() { SetTab(FirstRun() ? Tab::Welcome : Tab::Drawing); }
-
-void frmhaupt::NoteFirstRunIsOver() {
-  if (data_.database.ReadOnly()) return;  // said at the first paint, once
-  StoreOption("FirstRun", false);
-}
 
 // Another program may have stored another option since.
 void frmhaupt::StoreOption(const char* field, bool on) {

@@ -29,6 +29,7 @@
 #include "settings/macro_page.h"
 #include "settings/status_page.h"
 #include "settings/text_page.h"
+#include "shell/database_wait.h"
 #include "shell/outside.h"
 #include "shell/program_slot.h"
 #include "shell/record_drafts.h"
@@ -199,6 +200,9 @@ class frmhaupt : public QMainWindow {
   std::string DraftsLeft() const;
   bool MayLeaveErase();
   bool MayEnd();
+  bool SaveDrafts();
+  bool LeavesDrafts(const StoreLocked& locked);
+  void RememberPlaces();
   void Unload();
   void TellOfFirstProgram();
   void TellOfMissingFonts();
@@ -246,6 +250,7 @@ class frmhaupt : public QMainWindow {
   Outside outside_;
   InterfacePage* interfaces_ = nullptr;  // who follows the line asks it from the start on
   PortControl portControl_;              // FormLoading is true from here to the first paint
+  DatabaseWait databaseWait_;
   ProgramSlot slot_;
   ProgramData data_;
   WindowMemory memory_;
@@ -272,6 +277,7 @@ class frmhaupt : public QMainWindow {
   TerminalId freeBytesOf_;  // who was asked then
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
+  bool leavesDrafts_ = false;  // they could not be saved, and the program ends
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
 

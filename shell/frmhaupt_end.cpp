@@ -25,37 +25,62 @@ constexpr char kTrafficColumns[] = "ctlVerkehr";
 constexpr char kMacroPanes[] = "Makro-Seite";
 constexpr char kDocks[] = "frmhauptDocks";
 
+// An empty record that stays is no reason to keep anybody waiting.
+template <typename Editors>
+void RemoveUnused(const Editors& editors) {
+  try {
+    for (RecordEditorBase* const records : editors) records->RemoveUnused();
+  } catch (const StoreLocked&) {
+    return;
+  }
+}
+
 }  // namespace
 
 void frmhaupt::closeEvent(QCloseEvent* event) {
-  if (!outside_.loop.Closing() && !MayEnd()) return event->ignore();
+  databaseWait_.SetEnding(true);
+  if (!outside_.loop.Closing() && !MayEnd()) {
+    databaseWait_.SetEnding(false);
+    return event->ignore();
+  }
   event->accept();
-  Guarded(outside_.person, "Form_Unload", [this] {
-    for (RecordEditorBase* const records : Records()) records->RemoveUnused();
-    drafts_->Remove();
-  });
+  if (!leavesDrafts_) {
+    Guarded(outside_.person, "Form_Unload", [this] {
+      drafts_->Remove();
+      RemoveUnused(Records());
+    });
+  }
   Unload();
 }
 
 // Whoever tells the program to end waits for no answer.
 void frmhaupt::EndNow() {
   if (outside_.loop.Closing()) return;
+  databaseWait_.SetEnding(true);
   Guarded(outside_.person, "Form_Unload", [this] {
     drafts_->Keep();
     desk_->Editor().KeepDraft();
-    for (RecordEditorBase* const records : Records()) records->RemoveUnused();
+    RemoveUnused(Records());
   });
   hide();
   Unload();
 }
 
-void frmhaupt::Unload() {
+// As one change: the database may be busy, the disc slow. Not worth a message.
+void frmhaupt::RememberPlaces() try {
+  Transaction together(data_.database);
   for (const QWidget* some : RememberedWindows()) memory_.Remember(*some);
   if (const QWidget* const help = help_->Made()) memory_.Remember(*help);
   if (sheet_ != nullptr) memory_.Remember(*sheet_);
   memory_.RememberState(kTrafficColumns, traffic_->Columns());
   memory_.RememberState(kMacroPanes, macros_->Arrangement());
   memory_.RememberState(kDocks, saveState());
+  together.Commit();
+} catch (const StoreError&) {
+}
+
+void frmhaupt::Unload() {
+  RememberPlaces();
   if (outside_.com1.IsOpen()) outside_.com1.Close();
   if (!mnuOptionenSimulatorBehalten->isChecked()) simulator_->End();
   desk_->Editor().SetAutomaticSend(false);
@@ -100,25 +125,53 @@ bool frmhaupt::MayLeaveErase() {
 
 // What is not saved is saved, given up, or keeps the program running.
 bool frmhaupt::MayEnd() {
+  leavesDrafts_ = false;
   if (!MayLeaveErase()) return false;
   const std::string drafts = DraftsLeft();
   if (!drafts.empty()) {
     const Decision decision =
         outside_.person.AskToSave("Nicht gespeicherte Änderungen: " + drafts + ".");
     if (decision == Decision::Cancel) return false;
-    bool saved = false;
-    Guarded(outside_.person, "Form_Unload", [&] {
-      const auto all = Records();
-      saved = decision == Decision::Discard ||
-              std::all_of(all.begin(), all.end(), [](auto* some) { return some->SaveDrafts(); });
-    });
-    if (!saved) return false;
+    if (decision == Decision::Save && !SaveDrafts()) return false;
   }
   return desk_->Editor().MayEnd();
 }
 
+bool frmhaupt::SaveDrafts() {
+  bool saved = false;
+  Guarded(outside_.person, "Form_Unload", [&] {
+    const auto all = Records();
+    try {
+      saved = std::all_of(all.begin(), all.end(), [](auto* some) { return some->SaveDrafts(); });
+    } catch (const StoreLocked& locked) {
+      if (!drafts_->Keep()) throw;
+      saved = leavesDrafts_ = LeavesDrafts(locked);
+    }
+  });
+  return saved;
+}
+
+// Whoever holds the database does not keep this program from ending.
+bool frmhaupt::LeavesDrafts(const StoreLocked& locked) {
+  return outside_.person.Ask(std::string(locked.what()) + "\n\nNicht gespeichert: " + DraftsLeft() +
+                                 ". Das bleibt als Entwurf erhalten und wird beim nächsten Start "
+                                 "angeboten. Trotzdem beenden ?",
+                             Icon::Exclamation);
+}
+
 std::array<QWidget*, 6> frmhaupt::RememberedWindows() {
   return {this, &desk_->Editor(), dovu_, traffic_, history_, wall_};
+}
+
+void frmhaupt::NoteFirstRunIsOver() {
+  if (data_.database.ReadOnly()) return;  // said at the first paint, once
+  // Not worth a wait: it is the first run once more.
+  const Database::Impatience now(data_.database);
+  try {
+    StoreOption("FirstRun", false);
+  } catch (const StoreLocked&) {
+    return;
+  }
 }
 
 void frmhaupt::RestoreWindows() {

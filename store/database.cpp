@@ -96,12 +96,12 @@ void Database::OpenFile() {
   if (access(path_.c_str(), R_OK) != 0) Refuse("darf nicht gelesen werden (keine Berechtigung).");
   // A file that nobody may write is not written by the administrator either.
   readOnly_ = (file.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+  holder_ = std::make_unique<LockHolder>(path_);
   sqlite3* handle = nullptr;
   const int flags = readOnly_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   const int result = sqlite3_open_v2(path_.c_str(), &handle, flags, nullptr);
   handle_.reset(handle);
   if (result != SQLITE_OK) Refuse("lässt sich nicht öffnen.");
-  sqlite3_busy_timeout(handle, 2000);
   readOnly_ = sqlite3_db_readonly(handle, "main") != 0;
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+
+#include "store/patience.h"
 
 struct sqlite3;
 
@@ -23,6 +26,12 @@ class StoreConflict : public StoreError {
   Kind kind;
 };
 
+/// Another program holds the database, and the wait for it was given up.
+class StoreLocked : public StoreError {
+ public:
+  using StoreError::StoreError;
+};
+
 /// The open database file. It is delivered with the program; nothing here creates a file or a
 /// table, and a file that is refused is left as it was.
 class Database {
@@ -34,6 +43,28 @@ class Database {
   const std::string& Path() const { return path_; }
   /// The file cannot be written, or nobody is allowed to; every change then throws StoreError.
   bool ReadOnly() const { return readOnly_; }
+
+  /// Who waits while another program holds the database; without one the thread sleeps for two
+  /// seconds at most. It outlives the database.
+  void SetPatience(Patience& patience) { patience_ = &patience; }
+  /// Nothing waits as long as this lives.
+  class Impatience {
+   public:
+    explicit Impatience(const Database& database);
+    ~Impatience() { database_.waiting_ = before_; }
+    Impatience(const Impatience&) = delete;
+    Impatience& operator=(const Impatience&) = delete;
+
+   private:
+    const Database& database_;
+    bool before_;
+  };
+  /// Attempts something, again and again as long as another program holds the database and the
+  /// patience lasts. Gives SQLite's last result. What a wait's own events attempt is not waited
+  /// for.
+  int Patiently(Access access, const std::function<int()>& attempt) const;
+  /// Throws what went wrong last, in German.
+  [[noreturn]] void Fail(Access access) const;
 
   sqlite3* Handle() const { return handle_.get(); }
 
@@ -48,6 +79,9 @@ class Database {
 
   std::string path_;
   bool readOnly_ = false;
+  Patience* patience_ = nullptr;
+  mutable bool waiting_ = false;
+  std::unique_ptr<LockHolder> holder_;
   std::unique_ptr<sqlite3, Closer> handle_;
 };
 

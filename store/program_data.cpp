@@ -26,7 +26,7 @@ ProgramData::ProgramData(const std::string& databasePath)
       Anschluss(database, "Anschluss") {}
 
 std::string ProgramData::DeviceOf(int number, const std::string& dataFolder) {
-  Anschluss.Refresh();
+  Anschluss.TryRefresh();  // asked while the line is served, where nothing may wait
   if (!Anschluss.FindFirst("ComNr", std::int64_t{number})) return {};
   return AbsoluteDevice(Anschluss.Text("Geraet").value_or(""), dataFolder);
 }

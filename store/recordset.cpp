@@ -87,10 +87,16 @@ void Recordset::ReadRecords() {
 }
 
 void Recordset::SetSource(std::string source) {
-  source_ = std::move(source);
+  source_.swap(source);
   table_ = TableOf(source_);
+  try {
+    ReadRecords();
+  } catch (const StoreError&) {
+    source_ = std::move(source);
+    table_ = TableOf(source_);
+    throw;
+  }
   delivered_ = DeliveredRecord(NameOf(source_));
-  ReadRecords();
   Go(0);
 }
 
@@ -98,6 +104,15 @@ void Recordset::Refresh() {
   const std::int64_t current = Bookmark();
   ReadRecords();
   if (!MoveToBookmark(current)) Go(0);
+}
+
+void Recordset::TryRefresh() {
+  const Database::Impatience now(database_);
+  try {
+    Refresh();
+  } catch (const StoreError&) {
+    // As it says.
+  }
 }
 
 void Recordset::Go(std::size_t position) {
@@ -112,9 +127,13 @@ void Recordset::MovePrevious() { Go(position_ == 0 ? 0 : position_ - 1); }
 void Recordset::MoveLast() { Go(records_.empty() ? 0 : records_.size() - 1); }
 void Recordset::MoveTo(std::size_t position) { Go(position); }
 
+std::vector<Recordset::Record>::iterator Recordset::RecordOf(std::int64_t bookmark) {
+  return std::find_if(records_.begin(), records_.end(),
+                      [bookmark](const Record& record) { return record.key == bookmark; });
+}
+
 bool Recordset::MoveToBookmark(std::int64_t bookmark) {
-  const auto found = std::find_if(records_.begin(), records_.end(),
-                                  [bookmark](const Record& r) { return r.key == bookmark; });
+  const auto found = RecordOf(bookmark);
   if (found == records_.end()) return false;
   Go(static_cast<std::size_t>(found - records_.begin()));
   return true;
@@ -183,8 +202,8 @@ Recordset::Row Recordset::Stored(std::int64_t key) const {
 }
 
 // Inside the change's own transaction, so that nobody comes between.
-void Recordset::CheckUnchanged(const Row& asRead) const {
-  const Row stored = Stored(records_[position_].key);
+void Recordset::CheckUnchanged(std::int64_t key, const Row& asRead) const {
+  const Row stored = Stored(key);
   if (stored.empty()) throw StoreConflict(StoreConflict::Kind::Gone);
   if (stored != asRead) throw StoreConflict(StoreConflict::Kind::Changed);
 }
@@ -227,36 +246,40 @@ void Recordset::Update() {
   for (const auto& [field, value] : changes_) {
     if (field != kRowid) IndexOf(field);
   }
+  const std::int64_t edited = Bookmark();  // a wait for the database may move on
   Transaction transaction(database_);
-  if (!adding_) CheckUnchanged(asRead_);
+  if (!adding_) CheckUnchanged(edited, asRead_);
   Statement statement(database_, UpdateText());
   int index = 0;
   for (const auto& [field, value] : changes_) statement.Bind(++index, value);
-  if (!adding_) statement.Bind(index + 1, records_[position_].key);
+  if (!adding_) statement.Bind(index + 1, edited);
   statement.Step();
-  const std::int64_t key =
-      adding_ ? sqlite3_last_insert_rowid(database_.Handle()) : records_[position_].key;
+  const std::int64_t key = adding_ ? sqlite3_last_insert_rowid(database_.Handle()) : edited;
   Row stored = Stored(key);
   transaction.Commit();
   ++revision_;
   if (adding_) {
     records_.push_back({key, std::move(stored)});
-  } else {
-    records_[position_].row = std::move(stored);
+  } else if (const auto record = RecordOf(key); record != records_.end()) {
+    record->row = std::move(stored);
   }
   Edit({});
 }
 
 void Recordset::Delete() {
   if (!HasCurrent()) throw StoreError("Kein aktueller Datensatz.");
+  const Record doomed = records_[position_];
   Transaction transaction(database_);
-  CheckUnchanged(records_[position_].row);
+  CheckUnchanged(doomed.key, doomed.row);
   Statement statement(database_, "delete from " + table_ + " where rowid = ?");
-  statement.Bind(1, records_[position_].key);
+  statement.Bind(1, doomed.key);
   statement.Step();
   transaction.Commit();
   ++revision_;
-  records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(position_));
+  const auto gone = RecordOf(doomed.key);
+  if (gone == records_.end()) return;
+  position_ = static_cast<std::size_t>(gone - records_.begin());
+  records_.erase(gone);
   deleted_ = true;
 }
 

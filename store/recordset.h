@@ -37,6 +37,8 @@ class Recordset {
   /// Reads anew which records belong here and what they hold; stays on the current one, or goes to
   /// the first.
   void Refresh();
+  /// The same where it can be had at once; else what was read last stays.
+  void TryRefresh();
 
   void MoveFirst();
   void MoveNext();
@@ -111,7 +113,8 @@ class Recordset {
 
   void ReadRecords();
   Row Stored(std::int64_t key) const;
-  void CheckUnchanged(const Row& asRead) const;
+  std::vector<Record>::iterator RecordOf(std::int64_t bookmark);
+  void CheckUnchanged(std::int64_t key, const Row& asRead) const;
   std::string UpdateText() const;
   bool Has(const std::string& field) const;
   std::size_t IndexOf(const std::string& field) const;

@@ -15,48 +15,34 @@ struct Binder {
   }
 };
 
-[[noreturn]] void Fail(const Database& database) {
-  const int code = sqlite3_errcode(database.Handle());
-  std::string text = "Die Datenbank \"" + database.Path() + "\" ";
-  switch (code) {
-    case SQLITE_READONLY:
-      text += "ist schreibgeschützt; es wurde nichts gespeichert.";
-      break;
-    case SQLITE_FULL:
-      text += "kann nicht wachsen, der Datenträger ist voll; es wurde nichts gespeichert.";
-      break;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      text += "wird gerade von einem anderen Programm benutzt; es wurde nichts gespeichert.";
-      break;
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      text += "ist beschädigt (" + std::string(sqlite3_errmsg(database.Handle())) + ").";
-      break;
-    default:
-      text += "meldet einen Fehler: " + std::string(sqlite3_errmsg(database.Handle()));
-  }
-  throw StoreError(text);
-}
-
 }  // namespace
 
 Statement::Statement(const Database& database, const std::string& sql) : database_(database) {
   sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v2(database.Handle(), sql.data(), static_cast<int>(sql.size()), &statement,
-                         nullptr) != SQLITE_OK) {
-    Fail(database);
-  }
+  const int result = database.Patiently(Access::Read, [&] {
+    return sqlite3_prepare_v2(database.Handle(), sql.data(), static_cast<int>(sql.size()),
+                              &statement, nullptr);
+  });
+  if (result != SQLITE_OK) database.Fail(Access::Read);
   statement_.reset(statement);
 }
 
 void Statement::Bind(int index, const Value& value) {
-  if (std::visit(Binder{statement_.get(), index}, value) != SQLITE_OK) Fail(database_);
+  if (std::visit(Binder{statement_.get(), index}, value) != SQLITE_OK) {
+    database_.Fail(Access::Read);
+  }
 }
 
+// Another program can be in the way at the first step only: from then on the file is locked here.
 bool Statement::Step() {
-  const int result = sqlite3_step(statement_.get());
-  if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(database_);
+  sqlite3_stmt* const statement = statement_.get();
+  const Access access = sqlite3_stmt_readonly(statement) != 0 ? Access::Read : Access::Change;
+  const int result = database_.Patiently(access, [statement] {
+    const int step = sqlite3_step(statement);
+    if (step == SQLITE_BUSY) sqlite3_reset(statement);
+    return step;
+  });
+  if (result != SQLITE_ROW && result != SQLITE_DONE) database_.Fail(access);
   return result == SQLITE_ROW;
 }
 
@@ -77,8 +63,11 @@ Value Statement::Column(int index) const {
   }
 }
 
-Transaction::Transaction(const Database& database) : database_(database) {
-  Statement(database_, "begin immediate").Step();
+// All locks at once, so that whoever is in the way is waited for here, where nothing has been done
+// yet and nothing is held. To commit would else wait for readers, and keep out new ones meanwhile.
+Transaction::Transaction(const Database& database)
+    : database_(database), open_(sqlite3_get_autocommit(database.Handle()) != 0) {
+  if (open_) Statement(database_, "begin exclusive").Step();
 }
 
 Transaction::~Transaction() {
@@ -86,6 +75,7 @@ Transaction::~Transaction() {
 }
 
 void Transaction::Commit() {
+  if (!open_) return;
   Statement(database_, "commit").Step();
   open_ = false;
 }

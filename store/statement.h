@@ -38,7 +38,7 @@ class Statement {
 };
 
 /// All or nothing: what is not committed has not happened. Nobody else changes the database between
-/// begin and end.
+/// begin and end. One inside another is part of it.
 class Transaction {
  public:
   explicit Transaction(const Database& database);
@@ -50,7 +50,7 @@ class Transaction {
 
  private:
   const Database& database_;
-  bool open_ = true;
+  bool open_;
 };
 
 /// A name as SQL writes it.
