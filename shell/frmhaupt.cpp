@@ -293,7 +293,11 @@ void frmhaupt::FirstPaint() {
   TakeLeft("entwurf");
   TakeLeftEquipping();
   desk_->Editor().OfferDraft();
-  Guarded(outside_.person, "Form_Paint", [this] { drafts_->Offer(slot_.LeftBehind("entwuerfe")); });
+  Guarded(outside_.person, "Form_Paint", [this] {
+    drafts_->Offer(slot_.LeftBehind("entwuerfe"));
+    if (!slot_.FollowsAKill()) return;
+    for (RecordEditorBase* const records : Records()) records->TakeUnused();
+  });
   Q_EMIT Loaded();
 }
 

@@ -39,7 +39,10 @@ ProgramSlot::ProgramSlot(const std::string& dataFolder) : folder_(dataFolder) {
 
 void ProgramSlot::TakeSlot(int slot) {
   FileLock& lock = locks_.emplace_back();
-  const FileLock::Result result = lock.Take(FileOf(folder_, slot, "lock"));
+  const std::string path = FileOf(folder_, slot, "lock");
+  const bool left = IsThere(path);  // it goes with a program that ends properly
+  const FileLock::Result result = lock.Take(path);
+  killed_ = killed_ || (left && result == FileLock::Result::Held);
   if (result == FileLock::Result::Taken) {
     neighbour_ = true;
     locks_.pop_back();

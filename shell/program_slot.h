@@ -21,6 +21,8 @@ class ProgramSlot {
   int Number() const { return number_; }
   /// Another program runs on this folder.
   bool HasNeighbour() const { return neighbour_; }
+  /// A program was killed here, and none runs that may be at work now.
+  bool FollowsAKill() const { return killed_ && !neighbour_; }
   /// The files of that ending which slots have whose programs have died.
   std::vector<std::string> LeftBehind(const std::string& ending) const;
   /// The path of a file of this slot: "kelvo.entwurf", in the second "kelvo-2.entwurf".
@@ -32,6 +34,7 @@ class ProgramSlot {
   std::string folder_;
   int number_ = 0;  // none yet
   bool neighbour_ = false;
+  bool killed_ = false;
   std::vector<int> left_;  // the other slots whose files are this program's to offer
   std::list<FileLock> locks_;
 };

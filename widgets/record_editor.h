@@ -75,7 +75,7 @@ class RecordEditor final : public RecordEditorBase {
     if (!Store(target, proposedName, fields, Current() == edited ? asRead : records_.Current())) {
       return false;
     }
-    if (target == Target::New) drafts_.erase(0);
+    if (target == Target::New) Drop(0);
     unused_.erase(Current());
     edit.number = NumberField();
     Restart(edit);
@@ -163,6 +163,12 @@ class RecordEditor final : public RecordEditorBase {
   void RemoveUnused() override {
     drafts_.clear();
     RemoveUnusedBut(0);
+  }
+  void TakeUnused() override {
+    for (const std::int64_t bookmark : NeverFilled()) {
+      if (!drafts_.contains(bookmark)) unused_.insert(bookmark);
+    }
+    RemoveUnusedBut(Current());
   }
 
  private:

@@ -236,6 +236,18 @@ std::int64_t RecordEditorBase::DeleteCurrent() {
   return bookmark;
 }
 
+std::vector<std::int64_t> RecordEditorBase::NeverFilled() {
+  const std::int64_t current = Current();
+  const std::vector<std::string> names = records_.Column("Bezeichnung");
+  std::vector<std::int64_t> bookmarks;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (names[i] != kNewRecordName || !records_.MoveToBookmark(records_.BookmarkAt(i))) continue;
+    if (!Wert()) bookmarks.push_back(Current());
+  }
+  records_.MoveToBookmark(current);
+  return bookmarks;
+}
+
 void RecordEditorBase::Remove(std::int64_t bookmark) {
   const std::int64_t current = Current();
   if (!records_.MoveToBookmark(bookmark)) return;

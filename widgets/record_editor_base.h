@@ -72,6 +72,8 @@ class RecordEditorBase {
   virtual bool SaveDrafts() = 0;
   /// Removes what was appended and never used, also when it is shown: the program ends.
   virtual void RemoveUnused() = 0;
+  /// A run that was killed may have left such records: they go as if they were this one's.
+  virtual void TakeUnused() = 0;
   /// The records whose edits are not saved, by name.
   virtual std::vector<std::string> DraftNames() const = 0;
   virtual std::vector<KeptDraft> KeptDrafts() const = 0;
@@ -121,6 +123,8 @@ class RecordEditorBase {
   void Append(const std::string& name, const Fields& fields);
   /// After a Yes; the bookmark of the record that is gone, or 0. The next one is current then.
   std::int64_t DeleteCurrent();
+  /// The records as they are appended.
+  std::vector<std::int64_t> NeverFilled();
   /// Without a question; the current record stays, or is none when it was this one.
   void Remove(std::int64_t bookmark);
   /// Another program has deleted the record of this draft. Yes: it lives on in a new one.
