@@ -38,6 +38,9 @@ void ProvenBar::Write() {
   if (!desk_.HasTarget()) return;
   const std::optional<WriteOrder> order = order_();
   if (!order) return;
+  // Where this one does not begin, nothing may look as if it had been proven.
+  told_.reset();
+  result_->clear();
   const std::optional<std::string> result = desk_.Write(*order);
   if (!result) return;
   told_ = {desk_.Selected(), order->item.key, desk_.Journal().Entries().size()};

@@ -7,6 +7,7 @@
 
 #include "base/val.h"
 #include "inventory_page/proven_bar.h"
+#include "link/chronicle.h"
 #include "terminal/eeprom.h"
 #include "terminal/erase.h"
 #include "terminal/version.h"
@@ -114,7 +115,7 @@ void EepromPage::cmdClearEEprom_Click() {
 // Everything from the version query to the saved configuration; false when a failure has ended it.
 bool EepromPage::EraseAll() {
   const Undertakings::Alone alone(services_.person.Begun(), kErasing);
-  QueryVersion(services_.exchange, services_.state);
+  AskVersionToErase();
   eraseLeft_ = false;
   const InfoWindowUse info(*frmInfo, tr("EEprom löschen"), tr("Das EEPROM wird gelöscht …"),
                            [this] {
@@ -129,6 +130,14 @@ bool EepromPage::EraseAll() {
   }
   return !services_.person.Ask("aktuelle Konfiguration gleich speichern ?", Icon::Question) ||
          StoreConfig(" / cmdClearEEprom");
+}
+
+// Without an answer the version is taken for an old one.
+void EepromPage::AskVersionToErase() {
+  const Reply version = QueryVersion(services_.exchange, services_.state);
+  if (!version.Failed()) return;
+  Q_EMIT Failed(tr("Version vor dem Löschen abfragen: %1, daher ohne Fortschritt gelöscht")
+                    .arg(QString::fromStdString(FailureWords(version))));
 }
 
 bool EepromPage::ErasePlain() {

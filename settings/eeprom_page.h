@@ -41,6 +41,10 @@ class EepromPage : public QWidget {
   /// was asked for them is the one that listens.
   void ShowFreeBytes(bool present);
 
+ Q_SIGNALS:
+  /// Something has failed that no box tells of.
+  void Failed(const QString& what);
+
  private:
   void MakeLayout();
   void AddGroups(QVBoxLayout* page);
@@ -48,6 +52,7 @@ class EepromPage : public QWidget {
   bool EraseWithProgress();
   bool EraseLeft();
   bool EraseAll();
+  void AskVersionToErase();
   bool StoreConfig(const std::string& suffix);
   void ReadFreeBytes();
 

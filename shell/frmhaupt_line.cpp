@@ -111,6 +111,8 @@ void frmhaupt::FollowBus() {
   connect(interfaces_, &InterfacePage::SearchEnded, this, note);
   connect(dovu_, &frmDovu::Finished, this, note);
   connect(writeDesk_, &WriteDesk::Finished, this, note);
+  connect(eeprom_, &EepromPage::Failed, this,
+          [this](const QString& what) { chronicle_.Note(what.toStdString(), true); });
 }
 
 // Why a button has done nothing, or what it has done that nobody sees at once.

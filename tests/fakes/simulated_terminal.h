@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "simulator/line.h"
 #include "tests/fakes/virtual_port.h"
@@ -15,8 +17,7 @@ class SimulatedLine {
   /// Both must outlive this.
   SimulatedLine(VirtualLoop& loop, VirtualPort& port) : loop_(loop), port_(port) {
     port.onCharacter = [this](char character) {
-      line.FromHost({&character, 1}, loop_.Now());
-      Pass();
+      towardsTerminals ? towardsTerminals({&character, 1}) : ToTerminals({&character, 1});
     };
     loop.Add(
         {[this] { return line.NextEvent().value_or(VirtualLoop::kNever); }, [this] { Pass(); }});
@@ -25,10 +26,21 @@ class SimulatedLine {
   sim::Bus bus;
   sim::Line line{bus};
 
+  /// What stands between, in each direction: gets what was sent, and passes on what comes of it,
+  /// now or later. Nothing, as at first, changes nothing.
+  using Between = std::function<void(std::string_view)>;
+  Between towardsTerminals;
+  Between towardsHost;
+  void ToTerminals(std::string_view characters) {
+    line.FromHost(characters, loop_.Now());
+    Pass();
+  }
+  void ToHost(std::string_view characters) { port_.Arrive(std::string(characters)); }
+
  private:
   void Pass() {
     const std::string heard = line.Advance(loop_.Now());
-    if (!heard.empty()) port_.Arrive(heard);
+    if (!heard.empty()) towardsHost ? towardsHost(heard) : ToHost(heard);
   }
 
   VirtualLoop& loop_;

@@ -1,0 +1,8 @@
+# What is said about the line, held to the Terminals behind a line that is struck.
+kelvo_test(fire_wire_test QT
+  SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/fire_actions.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/fire_program.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/wire_test.cpp
+  LINK kelvo_shell kelvo_simulator)
+add_dependencies(fire_wire_test kelvo_fonts kelvo_database)

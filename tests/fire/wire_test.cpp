@@ -1,0 +1,122 @@
+// The program behind a line that is struck: what the operator is told is held to what the Terminals
+// hold and to what really went over the wires. More of it: KELVO_FIRE=100000 exchanges; the same
+// again: KELVO_FIRE_SEED.
+
+#include <cstdlib>
+#include <iostream>
+
+#include "tests/fire/fire_actions.h"
+
+namespace kelvo::fire {
+namespace {
+
+int FromOutside(const char* name, int usual) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? std::atoi(value) : usual;
+}
+
+// A few of them are shown; the first is the one to look at.
+constexpr int kMostFailures = 6;
+
+std::vector<FireProgram::Action> AllActions() {
+  std::vector<FireProgram::Action> all = Script();
+  all.insert(all.end(), BusScript().begin(), BusScript().end());
+  return all;
+}
+
+TEST(WireFire, EveryActionIsToldRightOnAGoodLine) {
+  FireProgram program({3, 5});
+  for (const FireProgram::Action& action : AllActions()) program.Do(action, {}, "good line");
+  std::cout << "good line: " << program.tally.Line() << '\n';
+  EXPECT_EQ(program.tally.strikes, 0);
+}
+
+// Five kinds at each character, both ways.
+TEST(WireFire, FaultAtAnyCharacterMakesNoFalseWord) {
+  constexpr Kind kKinds[] = {Kind::Drop, Kind::Double, Kind::Flip, Kind::Insert, Kind::Silence};
+  const std::size_t step = std::getenv("KELVO_FIRE") != nullptr ? 1 : 11;
+  const auto start = static_cast<std::size_t>(FromOutside("KELVO_FIRE_SEED", 0));
+  std::size_t number = start;
+  FireProgram program({3});
+  for (const FireProgram::Action& action : Script()) {
+    const auto [out, in] = program.Lengths(action);
+    for (std::size_t at = 0; at < out + in && program.tally.failures < kMostFailures; ++at) {
+      for (const Kind kind : kKinds) {
+        if (++number % step != 0) continue;
+        const Strike strike{at < out ? Way::ToTerminals : Way::ToHost, at < out ? at : at - out,
+                            kind, kind == Kind::Silence ? 60'000U : unsigned(number * 7 % 256)};
+        program.Do(action, {strike}, "fault at a character");
+        program.Recover();
+      }
+    }
+  }
+  std::cout << "every character, start value " << start << ": " << program.tally.Line() << '\n';
+}
+
+/// Random uses of one program.
+class RandomUse {
+ public:
+  explicit RandomUse(unsigned start) : random_(start), program_(Addresses()) {
+    program_.Line().Wires().SetEcho(Chance(20));
+  }
+
+  /// `faults`: of a hundred actions so many are struck.
+  Tally Actions(int count, int faults, const std::string& where) {
+    const std::vector<FireProgram::Action> all = AllActions();
+    for (int i = 0; i < count && program_.tally.failures == 0; ++i) {
+      program_.rest = milliseconds(Number(0, 2500));
+      std::vector<Strike> strikes;
+      for (int n = Chance(faults) ? Number(1, 3) : 0; n > 0; --n) strikes.push_back(Any());
+      program_.Do(all[static_cast<std::size_t>(Number(0, static_cast<int>(all.size()) - 1))],
+                  strikes, where + ", action " + std::to_string(i));
+      if (program_.Tainted() && Chance(70)) program_.Recover();
+    }
+    return program_.tally;
+  }
+
+ private:
+  int Number(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
+  bool Chance(int percent) { return Number(1, 100) <= percent; }
+  std::vector<int> Addresses() {
+    return Chance(50) ? std::vector{3} : Chance(50) ? std::vector{3, 5} : std::vector{3, 4, 9};
+  }
+  Strike Any() {
+    Strike strike;
+    strike.way = Chance(50) ? Way::ToHost : Way::ToTerminals;
+    strike.at = static_cast<std::size_t>(Chance(70) ? Number(0, 12) : Number(0, 150));
+    strike.kind = static_cast<Kind>(Number(0, static_cast<int>(kKindNames.size()) - 1));
+    const bool takesTime = strike.kind >= Kind::Silence;
+    strike.value = static_cast<unsigned>(takesTime ? Number(1, 2000) : Number(0, 255));
+    if (strike.kind == Kind::Hold) strike.value *= 4;
+    return strike;
+  }
+
+  std::mt19937 random_;
+  FireProgram program_;
+};
+
+// So many exchanges, in one program after the other.
+Tally Use(const char* what, int exchanges, int faults) {
+  const auto start = static_cast<unsigned>(FromOutside("KELVO_FIRE_SEED", 1));
+  Tally all;
+  for (unsigned run = 0; all.exchanges < exchanges && all.failures == 0; ++run) {
+    RandomUse use(start + run);
+    all.Add(use.Actions(100, faults, "start value " + std::to_string(start + run)));
+  }
+  std::cout << what << ", start value " << start << ": " << all.Line() << '\n';
+  return all;
+}
+
+TEST(WireFire, MixedActionsOnAGoodLineAreToldRight) {
+  const Tally all = Use("good line", FromOutside("KELVO_FIRE", 300), 0);
+  EXPECT_EQ(all.strikes, 0);
+  EXPECT_TRUE(all.excused.empty());
+}
+
+TEST(WireFire, RandomFaultsMakeNoFalseWord) {
+  const Tally all = Use("random faults", FromOutside("KELVO_FIRE", 600), 70);
+  EXPECT_GT(all.strikes, all.actions / 10);
+}
+
+}  // namespace
+}  // namespace kelvo::fire
