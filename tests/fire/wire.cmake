@@ -6,3 +6,4 @@ kelvo_test(fire_wire_test QT
     ${CMAKE_CURRENT_LIST_DIR}/wire_test.cpp
   LINK kelvo_shell kelvo_simulator)
 add_dependencies(fire_wire_test kelvo_fonts kelvo_database)
+set_tests_properties(fire_wire_test PROPERTIES LABELS fire COST 20)
