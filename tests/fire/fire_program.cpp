@@ -48,7 +48,8 @@ std::string Tally::Line() const {
   return text + (excused.empty() ? " none" : "");
 }
 
-FireProgram::FireProgram(const std::vector<int>& addresses) : addresses_(addresses) {
+FireProgram::FireProgram(const std::vector<int>& addresses, unsigned start)
+    : drawings(start), addresses_(addresses) {
   fonts_.Load(KELVO_PROGRAM_DIR "/fonts");
   port.characterTime = kCharacter;
   machine.deviceReady = [](const std::string&) { return true; };
@@ -96,6 +97,7 @@ void FireProgram::Do(const Action& action, const std::vector<Strike>& strikes,
   loop.RunFor(milliseconds(700));
   where_ = where + ", " + action.name;
   Begin(strikes);
+
   const int guard = ++guard_;
   loop.After(std::chrono::minutes(10), [this, guard] {
     if (guard == guard_) hung_ = loop.closing = true;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/drawing_samples.h"
 #include "tests/fire/faulty_line.h"
 #include "tests/window_fixture.h"
 
@@ -52,8 +53,8 @@ class FireProgram : public WindowTest {
     bool saysItself = false;  ///< what failed stands in its own list
   };
 
-  /// `addresses`: of the Terminals, of which the first is selected.
-  explicit FireProgram(const std::vector<int>& addresses);
+  /// `addresses`: of the Terminals, of which the first is selected. The drawings begin at `start`.
+  explicit FireProgram(const std::vector<int>& addresses, unsigned start = 1);
   ~FireProgram() override;
   void TestBody() override {}
 
@@ -84,6 +85,7 @@ class FireProgram : public WindowTest {
   using WindowTest::Show;
   using WindowTest::Trigger;
 
+  RandomDrawings drawings;
   const DeviceFonts& Fonts() const { return fonts_; }
   FaultyLine& Line() { return line_; }
   sim::Terminal& At(std::size_t index) { return line_.Bus().At(index); }

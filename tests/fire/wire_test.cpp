@@ -56,7 +56,7 @@ TEST(WireFire, FaultAtAnyCharacterMakesNoFalseWord) {
 /// Random uses of one program.
 class RandomUse {
  public:
-  explicit RandomUse(unsigned start) : random_(start), program_(Addresses()) {
+  explicit RandomUse(unsigned start) : random_(start), program_(Addresses(), start) {
     program_.Line().Wires().SetEcho(Chance(20));
   }
 
