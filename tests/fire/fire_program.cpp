@@ -116,9 +116,9 @@ void FireProgram::Do(const Action& action, const std::vector<Strike>& strikes,
   JudgeNamed(action);
   JudgeGoodLine();
   if (!tainted_) action.judge(*this);
+  loop.RunFor(rest);  // what nobody waits for is still on the line, and may be struck
   tally.strikes += line_.Struck();
   tainted_ = tainted_ || line_.Struck() > 0;
-  loop.RunFor(rest);
 }
 
 std::pair<std::size_t, std::size_t> FireProgram::Lengths(const Action& action) {
