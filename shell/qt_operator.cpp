@@ -4,18 +4,15 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGridLayout>
 #include <QInputDialog>
-#include <QLabel>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
 
+#include "shell/box_text.h"
 #include "store/own_files.h"
 #include "widgets/form.h"
 
@@ -40,39 +37,12 @@ QMessageBox::Icon BoxIcon(Icon icon) {
   return QMessageBox::NoIcon;
 }
 
-// A text that would leave the screen, for its many lines or for a line that cannot be broken
-// between words, such as a table's codes.
-bool NeedsField(const QString& text) {
-  static const QRegularExpression longWord(QStringLiteral("\\S{81}"));
-  constexpr qsizetype mostCharacters = 1500;
-  constexpr qsizetype mostLines = 25;
-  return text.size() > mostCharacters || text.count(u'\n') > mostLines || text.contains(longWord);
-}
-
-// In place of the box's label: wraps where it has to, scrolls, and adds no character.
-void ShowInField(QMessageBox& box, const QString& text) {
-  auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-  auto* const grid = qobject_cast<QGridLayout*>(box.layout());
-  if (label == nullptr || grid == nullptr) return;
-  auto* field = Named(new QPlainTextEdit(text), "txtMeldung");
-  field->setReadOnly(true);
-  field->setTabChangesFocus(true);
-  field->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  field->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  field->setAccessibleName(box.windowTitle());
-  const QFontMetrics metrics = field->fontMetrics();
-  field->setFixedSize(metrics.averageCharWidth() * 80, metrics.lineSpacing() * 12);
-  delete grid->replaceWidget(label, field);
-  label->hide();
-}
-
 void Fill(QMessageBox& box, const std::string& text, Icon icon, const std::string& title) {
   box.setWindowTitle(Title(title));
   box.setIcon(BoxIcon(icon));
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   box.setText(QString::fromStdString(text));
-  if (NeedsField(box.text())) ShowInField(box, box.text());
 }
 
 // "Text (txt) |*.txt" as Qt's dialogs want it: "Text (txt) (*.txt)"; further pairs behind another
@@ -182,6 +152,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
   QPushButton* const traffic = Explain(box, text, hint);
   box.setDefaultButton(ok);
   box.setEscapeButton(ok);
+  FitTexts(box);
   Run(box);
   if (traffic != nullptr && box.clickedButton() == traffic) Advisers().showTraffic();
 }
@@ -198,6 +169,7 @@ void QtOperator::Notify(const std::string& text, Icon icon) {
   }
   box->setDefaultButton(ok);
   box->setEscapeButton(ok);
+  FitTexts(*box);
   box->open();
 }
 
@@ -217,6 +189,7 @@ bool QtOperator::Ask(const std::string& text, Icon icon, const std::string& titl
   box.setDefaultButton(ProposesNo(text, icon, proposal) ? no : yes);
   const bool keeps = proposal == Proposal::YesAlways;
   box.setEscapeButton(keeps ? yes : no);
+  FitTexts(box);
   Run(box);
   return keeps ? box.clickedButton() != no : box.clickedButton() == yes;
 }
@@ -231,6 +204,7 @@ Decision QtOperator::AskToSave(const std::string& text) {
   QPushButton* const cancel = box.addButton(QStringLiteral("Abbrechen"), QMessageBox::RejectRole);
   box.setDefaultButton(save);
   box.setEscapeButton(cancel);
+  FitTexts(box);
   Run(box);
   if (box.clickedButton() == save) return Decision::Save;
   return box.clickedButton() == discard ? Decision::Discard : Decision::Cancel;

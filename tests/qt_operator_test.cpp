@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <filesystem>
@@ -48,12 +49,51 @@ TEST_F(QtOperatorTest, LongTextIsShownAndCopiedAsItCame) {
     ASSERT_NE(field, nullptr);
     field->selectAll();
     field->copy();
-    EXPECT_TRUE(field->isVisible());
-    EXPECT_LT(box.width(), 900);
-    EXPECT_LT(box.height(), 500);
   });
   person.Message(table, Icon::None, {}, {});
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), table);
+}
+
+TEST_F(QtOperatorTest, EveryBoxFitsTheScreenWithItsTextAndItsButtons) {
+  const std::string word(5000, 'W');
+  std::string words;
+  std::string lines;
+  for (int i = 0; i < 1000; ++i) words += "Wort ";
+  for (int i = 0; i < 200; ++i) lines += "Zeile\n";
+  const auto fits = [](QMessageBox& box) {
+    const QRect inside(QPoint(0, 0), box.size());
+    EXPECT_LE(box.width(), box.screen()->availableGeometry().width());
+    EXPECT_LE(box.height(), box.screen()->availableGeometry().height());
+    EXPECT_GT(box.width(), 300);
+    for (const QPlainTextEdit* field : box.findChildren<QPlainTextEdit*>()) {
+      EXPECT_TRUE(field->isVisible() && inside.contains(field->geometry()));
+      EXPECT_GT(field->height(), 100);
+    }
+    for (const QAbstractButton* button : box.buttons()) {
+      const QRect place(button->mapTo(&box, QPoint(0, 0)), button->size());
+      EXPECT_TRUE(button->isVisible() && inside.contains(place));
+      for (const QPlainTextEdit* field : box.findChildren<QPlainTextEdit*>()) {
+        EXPECT_FALSE(place.intersects(field->geometry()));
+      }
+    }
+  };
+  const std::string shortText = "Eine Meldung von gewöhnlicher Länge, wie sie meistens kommt.";
+  for (const std::string& text : {shortText, word, words, lines}) {
+    for (const std::string& hint : {std::string(), shortText, word, words, lines}) {
+      SCOPED_TRACE(text.substr(0, 5) + " / " + hint.substr(0, 5));
+      Next<QMessageBox>(fits);
+      person.Message(text, Icon::Exclamation, {}, hint);
+      Next<QMessageBox>(fits);
+      person.Ask(text, Icon::Question, {}, Proposal::ByIcon, hint);
+    }
+    Next<QMessageBox>(fits);
+    person.AskToSave(text);
+    person.Notify(text, Icon::None);
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    fits(*box);
+    box->reject();
+  }
 }
 
 TEST_F(QtOperatorTest, HastyKeyDestroysNothing) {
