@@ -21,7 +21,13 @@ constexpr milliseconds kHeldAfter{250};
 constexpr milliseconds kHeldPause{20};
 constexpr int kHighestPort = 16;
 
-std::string Description(int error) { return std::system_category().message(error); }
+// What a device usually refuses with, in the operator's language.
+std::string Description(int error) {
+  const std::error_code code(error, std::system_category());
+  if (code == std::errc::io_error) return "Ein- oder Ausgabefehler";
+  if (code == std::errc::invalid_argument) return "Das kann das Gerät nicht";
+  return code.message();
+}
 
 // A pseudo-terminal has 8 bits and no parity, whatever is asked for.
 LineSettings Settings(const std::string& text, Handshaking handshaking, bool pseudoTerminal) {
@@ -112,11 +118,16 @@ std::string QtSerialPort::SetUp(const std::string& settings, Handshaking handsha
   SettingUp(settings, handshaking);
   const LineSettings line = Settings(settings, handshaking, pseudoTerminal_);
   int error = device_.SetUp(line);
-  if (error != 0) return "Einstellung " + settings + ": " + Description(error);
-  line_.SetRate(line.baud, line.BitsOfCharacter());
+  const bool set = error == 0;
+  if (set) line_.SetRate(line.baud, line.BitsOfCharacter());
   // With RTS/CTS the driver moves the line by itself.
-  if (handshaking != Handshaking::RtsCts) error = device_.RequestToSend();
-  return error == 0 ? std::string() : Description(error);
+  if (set && handshaking != Handshaking::RtsCts) error = device_.RequestToSend();
+  if (error == 0) return {};
+  if (device_.HungUp()) {
+    Lost();
+    return "Das Gerät ist verschwunden.";
+  }
+  return set ? Description(error) : "Einstellung " + settings + ": " + Description(error);
 }
 
 QtSerialPort::Time QtSerialPort::TimeOf(std::size_t characters) const {

@@ -50,7 +50,8 @@ class SerialPort {
 
   /// Applies "9600,N,8,1", the handshaking, and on success switches the request-to-send line on.
   /// Returns the port layer's description of what was refused (UTF-8), or an empty text. A line
-  /// that the device does not have at all is no error.
+  /// that the device does not have at all is no error. A device that turns out to be gone is lost,
+  /// and the port closed.
   virtual std::string SetUp(const std::string& settings, Handshaking handshaking) = 0;
 
   // Writing.

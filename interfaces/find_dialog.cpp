@@ -116,7 +116,7 @@ void FindDialog::Search() {
                                    [this](const LineResult& result) { Show(result); });
   if (!services_.exchange.Alive()) {
     services_.restore();
-    return End(tr("Die Verbindung zum Gerät ging verloren."), true);
+    return End(tr("Das Gerät ist verschwunden; die Suche ist zu Ende."), true);
   }
   const QString report = Text(FinderReport(results, address, finder_.Stopped()));
   if (!finder_.Stopped()) ctlSuchenFortschritt->setValue(ctlSuchenFortschritt->maximum());

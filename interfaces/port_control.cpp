@@ -104,7 +104,8 @@ void PortControl::SetUpPort(const PortSettings& settings) {
   com1_.SetInputLen(1);
   const std::string refused = com1_.SetUp(settings.text, settings.handshaking);
   com1_.SetReceiveThreshold(1);
-  if (!refused.empty()) operator_.Message(refused, Icon::Exclamation);
+  // That the device is gone is said by whoever hears of the loss.
+  if (!refused.empty() && com1_.IsOpen()) operator_.Message(refused, Icon::Exclamation);
 }
 
 }  // namespace kelvo

@@ -294,6 +294,14 @@ TEST_F(BarePortTest, DeviceThatGoesAwayIsToldOnce) {
   EXPECT_EQ(port.Open(), PortNotAvailable);
 }
 
+TEST_F(BarePortTest, DeviceThatGoesAwayIsNoticedBySettingItUp) {
+  close(std::exchange(master, -1));
+  EXPECT_EQ(port.SetUp("9600,N,8,1", Handshaking::XOnXOff), "Das Gerät ist verschwunden.");
+  EXPECT_FALSE(port.IsOpen());
+  while (lost == 0) loop.WaitForEvent();
+  EXPECT_EQ(lost, 1);
+}
+
 TEST_F(BarePortTest, WhatArrivesUnaskedIsRaisedAlsoWhenItBeginsLikeAnEcho) {
   std::string raised;
   port.SetReceiveHandler([&] { raised += port.Input(); });

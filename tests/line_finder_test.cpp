@@ -91,11 +91,11 @@ class FindDialogTest : public PageTest {
   FindDialogTest() {
     FollowSettings(port, line.line);
     line.bus.Add({.baud = 2400}, fonts)->PowerOn(loop.Now());
-    auto& page = Put(new InterfacePage(
+    page = &Put(new InterfacePage(
         {exchange, com1, portControl, person, Records("Schnittstelle"), Records("Default"), {}}));
-    page.SelectStoredRecord();
+    page->SelectStoredRecord();
     portControl.FormLoading = false;
-    page.OpenChosenPort();
+    page->OpenChosenPort();
   }
   void Search() {
     QTimer::singleShot(0, shown.get(), [this] {
@@ -109,6 +109,7 @@ class FindDialogTest : public PageTest {
   PortControl portControl{com1, person};
   DeviceFonts fonts;
   testing_world::SimulatedLine line{loop, port};
+  InterfacePage* page = nullptr;
   int rows = 0;
   std::string report;
 };
@@ -140,7 +141,21 @@ TEST_F(FindDialogTest, IsStoppedAndLeavesThePortAsItWas) {
   EXPECT_EQ(port.settings, "19200,N,8,1");
   loop.After(milliseconds(700), [this] { port.Lose(); });
   Search();
-  EXPECT_EQ(report, "Die Verbindung zum Gerät ging verloren.");
+  const std::string gone = "Das Gerät ist verschwunden; die Suche ist zu Ende.";
+  EXPECT_EQ(report, gone);
+  EXPECT_TRUE(page->OpenAgain());
+  // It may also be noticed by the next setting, and by the one that is to be restored.
+  for (const auto& [lostAt, times] : {std::pair("4800,N,8,1", 1), std::pair("19200,N,8,1", 2)}) {
+    port.onSetUp = [&, at = std::string(lostAt), left = times](const std::string& to) mutable {
+      if (to == at && --left == 0) port.Lose();
+    };
+    Search();
+    EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
+    EXPECT_FALSE(port.IsOpen());
+    EXPECT_EQ(report == gone, times == 1) << report;
+    port.onSetUp = {};
+    EXPECT_TRUE(page->OpenAgain());
+  }
 }
 
 TEST_F(FindDialogTest, AdvisesToAskOneAddressOnceTheUsualRatesHaveFailed) {

@@ -89,7 +89,7 @@ class VirtualPort : public BufferedPort {
     settings = text;
     handshaking = shake;
     if (onSetUp) onSetUp(text);
-    return refusal;
+    return open_ ? refusal : "Das Gerät ist verschwunden.";
   }
 
   void Write(std::string_view text) override {
