@@ -144,6 +144,16 @@ TEST_F(RecordEditorTest, WhereANameStandsForItsRecordOverwritingIsAsked) {
   EXPECT_EQ(Seen(), " eins * zwei O'Brien>vier: D");
 }
 
+TEST_F(RecordEditorTest, OfTwoRecordsOfANameTheOneThatIsEditedIsSaved) {
+  Start(uniqueNames, {"eins", "eins"});
+  Choose(1);
+  Type("A");
+  Save({"eins"}, true);
+  EXPECT_EQ(Seen(), " eins>eins: A");
+  EXPECT_FALSE(person.proposesNo) << "it is its own name";
+  EXPECT_EQ(InDatabase(), "eins=1 eins=A");
+}
+
 TEST_F(RecordEditorTest, WhereNamesAreFreeSavingRenames) {
   Start(freeNames, {});
   Type("A");

@@ -132,7 +132,9 @@ RecordEditorBase::Target RecordEditorBase::TargetOf(const std::string& name,
   if (kind_.overwriteQuestion.empty()) return HasCurrent() ? Target::Current : Target::New;
   ReadRecords();  // another program may have used the name since
   const std::int64_t edited = Current();
-  if (!records_.FindFirst("Bezeichnung", name)) return Target::New;
+  // Of several records of a name, which another program or an import can make, the one edited.
+  const bool own = HasCurrent() && records_.Text("Bezeichnung") == name;
+  if (!own && !records_.FindFirst("Bezeichnung", name)) return Target::New;
   ShowCurrent();
   const Proposal proposal = Current() == edited ? Proposal::ByIcon : Proposal::No;
   const std::string typ = records_.Text("typ").value_or("");
