@@ -143,6 +143,16 @@ void CheckUnchanged(const Database& database, const RecordHere& here) {
   if (stored != here.row) throw StoreConflict(StoreConflict::Kind::Changed);
 }
 
+// A name stands for its record: what comes beside must not be the second that bears it.
+void CheckNameFree(const Database& database, const KindRow& kind, const std::string& name) {
+  const std::string typ = *kind.typ != '\0' ? " and typ = ?" : "";
+  Statement statement(database, "select 1 from " + Quoted(kind.table) + " where " +
+                                    Quoted(kind.fields[*kind.name].column) + " = ?" + typ);
+  statement.Bind(1, name);
+  if (!typ.empty()) statement.Bind(2, std::string(kind.typ));
+  if (statement.Step()) throw StoreConflict(StoreConflict::Kind::Changed);
+}
+
 // Stores what was chosen, item by item.
 class Importer {
  public:
@@ -160,7 +170,10 @@ class Importer {
   // The key of the record that is there then.
   std::int64_t Store(const ImportItem& item) {
     const char* const table = RowOf(item.kind).table;
-    if (item.choice == ImportChoice::Beside) return Add(BesideRecord(database_, item));
+    if (item.choice == ImportChoice::Beside) {
+      if (RowOf(item.kind).name) CheckNameFree(database_, RowOf(item.kind), item.besideName);
+      return Add(BesideRecord(database_, item));
+    }
     if (!item.here) return Add(*item.result);
     CheckUnchanged(database_, *item.here);
     if (item.result) {

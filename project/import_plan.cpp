@@ -204,6 +204,19 @@ const ProjectRecord& RecordOf(const ImportItem& item) {
   return item.there ? *item.there : item.here->record;
 }
 
+bool ComesUnderAName(const ImportItem& item) {
+  return item.choice == ImportChoice::Beside && RowOf(item.kind).name.has_value();
+}
+
+// The name that an item brings into the database; nothing when it brings none.
+std::optional<std::string> BroughtName(const ImportItem& item) {
+  if (ComesUnderAName(item)) return item.besideName;
+  if (item.choice != ImportChoice::Take || !item.result) return std::nullopt;
+  const std::string name = NameOf(*item.result);
+  if (item.here && NameOf(item.here->record) == name) return std::nullopt;
+  return name;
+}
+
 }  // namespace
 
 std::string FindingText(Finding finding) {
@@ -244,6 +257,27 @@ std::size_t ImportPlan::Changes() const {
   }));
 }
 
+std::vector<std::string> ImportPlan::NameFaults() const {
+  std::multiset<std::pair<ProjectKind, std::string>> brought;
+  for (const ImportItem& item : items) {
+    if (auto name = BroughtName(item)) brought.insert({item.kind, *std::move(name)});
+  }
+  std::vector<std::string> faults(items.size());
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const ImportItem& item = items[i];
+    if (!ComesUnderAName(item)) continue;
+    const std::pair key(item.kind, item.besideName);
+    if (item.besideName.find_first_not_of(' ') == std::string::npos) {
+      faults[i] = "ohne Bezeichnung";
+    } else if (namesHere.count(key) > 0) {
+      faults[i] = "„" + item.besideName + "“ gibt es hier schon";
+    } else if (brought.count(key) > 1) {
+      faults[i] = "„" + item.besideName + "“ kommt schon aus der Datei";
+    }
+  }
+  return faults;
+}
+
 ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
                       const std::vector<JournalEntry>& journal, const Project* base) {
   ImportPlan plan;
@@ -257,6 +291,7 @@ ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
     const std::string name = NameOf(*item.there);
     item.besideName = item.here ? names.FreeOf(item.kind, name) : name;
   }
+  for (const RecordHere& one : here) plan.namesHere.insert({one.record.kind, NameOf(one.record)});
   plan.drawings = there.drawings;
   PlanInventory(plan, there, journal);
   return plan;

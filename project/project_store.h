@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "project/project.h"
@@ -80,9 +81,13 @@ struct ImportPlan {
   std::vector<JournalEntry> inventory;
   std::size_t inventoryKnown = 0;  ///< entries of the file that the journal has
   bool takeInventory = true;
+  std::set<std::pair<ProjectKind, std::string>> namesHere;  ///< of all records that are here
 
   std::size_t Open() const;     ///< items to be decided
   std::size_t Changes() const;  ///< records that would be written or deleted
+  /// Why an item may not come beside under the name given for it, UTF-8: there is none, or another
+  /// record has it. One for each item, empty where nothing is against it.
+  std::vector<std::string> NameFaults() const;
 };
 
 /// `base` is the common state that both sides have come from, where there is one: what only one
@@ -104,7 +109,8 @@ struct ImportDone {
 };
 
 /// Does what was chosen, all of it or nothing; what is still open stays. Throws StoreError, and
-/// StoreConflict when a record is not any more as it was planned with.
+/// StoreConflict when a record is not any more as it was planned with, or the name of one that
+/// comes beside is used by now.
 ImportDone ApplyImport(const Database& database, WriteJournal& journal, const ImportPlan& plan);
 /// Puts everything back, or nothing: throws StoreError, naming the record, where one has changed
 /// since.

@@ -199,8 +199,7 @@ int ImportDialog::FirstRow() const {
 }
 
 bool ImportDialog::IsOpen(int shownRow) const {
-  const int row = shown_.mapToSource(shown_.index(shownRow, 0)).row();
-  return model_.Item(row).choice == ImportChoice::Open;
+  return model_.IsOpen(shown_.mapToSource(shown_.index(shownRow, 0)).row());
 }
 
 void ImportDialog::ShowExtras() {
@@ -267,9 +266,18 @@ QString ImportDialog::CountsText() const {
   return counts.isEmpty() ? tr("Die Datei enthält keine Sätze") : counts.join(QStringLiteral("; "));
 }
 
+// What is against the names that were given, the first of it.
+QString ImportDialog::FaultText() const {
+  for (int row = 0; row < model_.rowCount(); ++row) {
+    const QString fault = model_.Fault(row);
+    if (!fault.isEmpty()) return tr(" Unter dieser Bezeichnung geht es nicht: %1.").arg(fault);
+  }
+  return {};
+}
+
 void ImportDialog::ShowSummary() {
   const ImportPlan& plan = model_.Plan();
-  const std::size_t open = plan.Open();
+  const std::size_t open = model_.Open();
   const bool entries = plan.takeInventory && !plan.inventory.empty();
   cmdImportAusfuehren->setEnabled(open == 0 && (plan.Changes() > 0 || entries));
   cmdImportOffene->setEnabled(open > 0);
@@ -279,7 +287,7 @@ void ImportDialog::ShowSummary() {
   const QString left = open == 0   ? tr("nichts ist mehr zu entscheiden")
                        : open == 1 ? tr("1 ist noch zu entscheiden")
                                    : tr("%1 sind noch zu entscheiden").arg(open);
-  lblImport->setText(tr("%1. %2, %3.").arg(CountsText(), changes, left));
+  lblImport->setText(tr("%1. %2, %3.%4").arg(CountsText(), changes, left, FaultText()));
 }
 
 void ImportDialog::ChooseSelected(ImportChoice choice) { model_.Choose(SelectedRows(), choice); }
@@ -287,7 +295,7 @@ void ImportDialog::ChooseSelected(ImportChoice choice) { model_.Choose(SelectedR
 // A name that is typed is meant to be used.
 void ImportDialog::TypeName(const QString& name) {
   const auto row = CurrentRow();
-  if (!row || name.trimmed().isEmpty()) return;
+  if (!row) return;
   model_.SetBesideName(*row, name.toStdString());
   model_.Choose({*row}, ImportChoice::Beside);
 }

@@ -60,6 +60,7 @@ class ImportDialog : public QDialog {
   void ChooseSelected(ImportChoice choice);
   void TypeName(const QString& name);
   QString CountsText() const;
+  QString FaultText() const;
 
   void cmdImportStand_Click();
   void cmdImportUebernehmen_Click() { ChooseSelected(ImportChoice::Take); }

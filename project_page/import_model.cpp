@@ -22,7 +22,28 @@ QString NameText(const ImportItem& item) {
 void ImportModel::Show(ImportPlan plan) {
   beginResetModel();
   plan_ = std::move(plan);
+  faults_ = plan_.NameFaults();
   endResetModel();
+}
+
+QString ImportModel::Fault(int row) const {
+  return QString::fromStdString(faults_[static_cast<std::size_t>(row)]);
+}
+
+bool ImportModel::IsOpen(int row) const {
+  return Item(row).choice == ImportChoice::Open || !faults_[static_cast<std::size_t>(row)].empty();
+}
+
+std::size_t ImportModel::Open() const {
+  std::size_t open = 0;
+  for (int row = 0; row < rowCount(); ++row) open += IsOpen(row) ? 1 : 0;
+  return open;
+}
+
+// What becomes of one row may give or take another one's name.
+void ImportModel::Decided() {
+  faults_ = plan_.NameFaults();
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Choice), index(rowCount() - 1, Choice));
 }
 
 void ImportModel::Choose(const std::vector<int>& rows, ImportChoice choice) {
@@ -30,12 +51,12 @@ void ImportModel::Choose(const std::vector<int>& rows, ImportChoice choice) {
     ImportItem& item = plan_.items[static_cast<std::size_t>(row)];
     if (item.MayChoose(choice)) item.choice = choice;
   }
-  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Choice), index(rowCount() - 1, Choice));
+  Decided();
 }
 
 void ImportModel::SetBesideName(int row, const std::string& name) {
   plan_.items[static_cast<std::size_t>(row)].besideName = name;
-  Q_EMIT dataChanged(index(row, Choice), index(row, Choice));
+  Decided();
 }
 
 int ImportModel::rowCount(const QModelIndex& parent) const {
@@ -68,6 +89,9 @@ QVariant ImportModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
+      if (index.column() == Choice && !Fault(index.row()).isEmpty()) {
+        return QStringLiteral("? ") + Fault(index.row());
+      }
       return Text(item, index.column());
     case Qt::TextAlignmentRole:
       if (index.column() == Number) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
@@ -75,8 +99,7 @@ QVariant ImportModel::data(const QModelIndex& index, int role) const {
     case Qt::FontRole: {
       QFont font;
       font.setBold(true);
-      return item.choice == ImportChoice::Open && index.column() == Choice ? QVariant(font)
-                                                                           : QVariant();
+      return IsOpen(index.row()) && index.column() == Choice ? QVariant(font) : QVariant();
     }
     default:
       return {};

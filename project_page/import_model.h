@@ -19,6 +19,11 @@ class ImportModel : public QAbstractTableModel {
   /// Rows that may not be chosen so stay as they are.
   void Choose(const std::vector<int>& rows, ImportChoice choice);
   void SetBesideName(int row, const std::string& name);
+  /// Why a row cannot come in as it is chosen; empty where it can.
+  QString Fault(int row) const;
+  /// Rows that hold the import up: those to be decided, and those with a fault.
+  std::size_t Open() const;
+  bool IsOpen(int row) const;
   void TakeInventory(bool take) { plan_.takeInventory = take; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -29,8 +34,10 @@ class ImportModel : public QAbstractTableModel {
  private:
   QString Text(const ImportItem& item, int column) const;
   QString ChoiceText(const ImportItem& item) const;
+  void Decided();
 
   ImportPlan plan_;
+  std::vector<std::string> faults_;  ///< of the names, one for each item
 };
 
 }  // namespace kelvo

@@ -120,6 +120,15 @@ TEST_F(ProjectDialogTest, ATypedNameTakesARecordBesideAndTheCommonStateDecidesTh
   Find<QLineEdit>("txtImportName").setText(QStringLiteral("Kasten"));
   Q_EMIT Find<QLineEdit>("txtImportName").textEdited(QStringLiteral("Kasten"));
   EXPECT_EQ(Rows().front(), "Rahmen: verschieden: kommt dazu als „Kasten“");
+  EXPECT_TRUE(Find("cmdImportAusfuehren").isEnabled());
+  Q_EMIT Find<QLineEdit>("txtImportName").textEdited(QStringLiteral("Begrüßung"));
+  EXPECT_EQ(Rows().front(), "Rahmen: verschieden: ? „Begrüßung“ gibt es hier schon");
+  EXPECT_FALSE(Find("cmdImportAusfuehren").isEnabled());
+  EXPECT_TRUE(Text("lblImport")
+                  .ends_with("1 ist noch zu entscheiden. Unter dieser Bezeichnung geht es nicht: "
+                             "„Begrüßung“ gibt es "
+                             "hier schon."))
+      << Text("lblImport");
   Click("cmdImportStand");
   EXPECT_EQ(Rows().front(), "Rahmen: nur hier geändert: bleibt, wie es hier ist");
   EXPECT_EQ(person.dialogs.back(), "open|Gemeinsamer Stand|kelvo-Projekt |*.kelvo");

@@ -137,6 +137,30 @@ TEST_F(ProjectImportTest, ANameThatTheFileBringsIsNotProposedForAnother) {
   EXPECT_EQ(Names(), "Begrüßung|Rahmen|Display löschen|Kasten|Rahmen (3)");
 }
 
+TEST_F(ProjectImportTest, WhatComesBesideMayNotBearTheNameOfAnother) {
+  const Project there = Here();
+  Sql("update Makro set wert = 'anders' where Bezeichnung in ('Rahmen', 'Begrüßung')");
+  Sql("delete from Makro where Bezeichnung = 'Display löschen'");
+  ImportPlan plan = Plan(there);
+  ImportItem& beside = ItemNamed(plan, "Rahmen");
+  beside.choice = ImportChoice::Beside;
+  const auto fault = [&](const char* name) {
+    beside.besideName = name;
+    return plan.NameFaults()[static_cast<std::size_t>(&beside - plan.items.data())];
+  };
+  EXPECT_EQ(fault(" "), "ohne Bezeichnung");
+  EXPECT_EQ(fault("Rahmen"), "„Rahmen“ gibt es hier schon") << "its own, which stays";
+  EXPECT_EQ(fault("Begrüßung"), "„Begrüßung“ gibt es hier schon");
+  ItemNamed(plan, "Begrüßung").choice = ImportChoice::Beside;
+  EXPECT_EQ(fault("Begrüßung (2)"), "„Begrüßung (2)“ kommt schon aus der Datei");
+  EXPECT_EQ(fault("Display löschen"), "„Display löschen“ kommt schon aus der Datei");
+  ItemNamed(plan, "Display löschen").choice = ImportChoice::Leave;
+  EXPECT_EQ(fault("Display löschen"), "") << "it stays in the file";
+  EXPECT_EQ(fault("Kasten"), "");
+  Sql("insert into Makro (typ, Bezeichnung) values ('Makro', 'Kasten')");
+  EXPECT_THROW(Apply(plan), StoreConflict) << "another program has used the name since";
+}
+
 TEST_F(ProjectImportTest, WhatTheProgramWouldNotStoreComesThroughMarked) {
   Sql("update Makro set nr_im_display = 'zwei' where Bezeichnung = 'Rahmen'");
   Sql("update Anschluss set ComNr = 9 where ComNr = 6");
