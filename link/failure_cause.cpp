@@ -78,8 +78,8 @@ const FailureText* RowOf(std::string_view text) {
 // Without an answer to the question for the room nothing is known of it; a port that was lost is
 // not one that nobody has opened.
 FailureCause Sharpened(FailureCause cause, const LineState& state) {
-  if (cause == NoRoom && state.LastFailure()) return RoomUnknown;
-  return cause == PortClosed && state.Answers() == Answering::Lost ? StillGone : cause;
+  if (cause == NoRoom && (state.LastFailure() || state.DeviceGone())) return RoomUnknown;
+  return cause == PortClosed && state.DeviceGone() ? StillGone : cause;
 }
 
 FailureCause CauseOfSilence(const LineState& state) {
@@ -97,11 +97,10 @@ FailureCause CauseOfSilence(const LineState& state) {
 }
 
 FailureCause CauseByLine(const LineState& state) {
+  if (state.DeviceGone()) return DeviceGone;
   switch (state.Answers()) {
     case Answering::Disconnected:
       return PortClosed;
-    case Answering::Lost:
-      return DeviceGone;
     case Answering::Held:
       return LineHeld;
     default:

@@ -153,6 +153,10 @@ Answering LineState::Answers() const {
   return clear_ ? Answering::Answered : Answering::Unclear;
 }
 
+bool LineState::DeviceGone() const {
+  return port_ == 0 ? lost_ : !exchange_.Alive() && !loop_.Closing();
+}
+
 std::chrono::seconds LineState::SinceAnswer() const {
   return std::chrono::duration_cast<std::chrono::seconds>(loop_.Now() -
                                                           answered_.value_or(loop_.Now()));

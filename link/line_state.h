@@ -67,6 +67,8 @@ class LineState {
   /// What the Terminal that listens has said to "?V"; a wire text, empty until it did.
   const std::string& Version() const { return version_; }
   Answering Answers() const;
+  /// The device has gone; also before the program has been told of it.
+  bool DeviceGone() const;
   /// Time since the last answer of the Terminal that listens; only where there was one.
   std::chrono::seconds SinceAnswer() const;
   /// Questions and acknowledged commands since then to which nothing came.

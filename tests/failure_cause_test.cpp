@@ -70,6 +70,23 @@ TEST_F(FailureCauseTest, TheTextStaysAndBelowItStandsWhatHasHappened) {
   EXPECT_NE(person.messages.back().hint.find("verschwunden"), std::string::npos);
 }
 
+TEST_F(FailureCauseTest, ADeviceThatHasGoneIsTheCauseBeforeTheProgramIsToldOfIt) {
+  StartOn(Tab::Eeprom);
+  const auto hint = [this](const char* button, const std::string& text) {
+    loop.After(testing_world::milliseconds(10),
+               [&] { port.Vanish(testing_world::milliseconds(5)); });
+    return Hint(button, text);
+  };
+  EXPECT_TRUE(hint("cmdSetConfig", "keine Reaktion /  cmdSetConfig")
+                  .starts_with("Das Gerät ist vom Rechner verschwunden."));
+  loop.RunFor(testing_world::milliseconds(20));
+  port.Open();
+  Show(Tab::Macros);
+  Type("txtMakro", "x");
+  EXPECT_NE(hint("cmdSetMakro", "nicht genügend Platz im EEprom").find("vom Rechner verschwunden"),
+            std::string::npos);
+}
+
 TEST_F(FailureCauseTest, OnlyAfterACommandItIsInDoubtWhetherItWasCarriedOut) {
   Start();
   const auto doubted = [this](const char* button) {

@@ -61,6 +61,13 @@ class VirtualPort : public BufferedPort {
     Close();
     if (lost_) lost_();
   }
+  /// As a real device goes: who waits is free at once, and the program is told later.
+  void Vanish(nanoseconds told) {
+    Close();
+    loop_.After(told, [this] {
+      if (lost_) lost_();
+    });
+  }
   /// The device refuses work.
   void Fail(const std::string& description) {
     if (error_) error_(description);
