@@ -10,7 +10,8 @@ namespace kelvo {
 /// A process of its own, told from every other one even when its number is given anew.
 class SideProcess : public SideProgram {
  public:
-  explicit SideProcess(QString program) : program_(std::move(program)) {}
+  /// `program`: its path, which need not be UTF-8.
+  explicit SideProcess(std::string program) : program_(std::move(program)) {}
   ~SideProcess() override;
   SideProcess(const SideProcess&) = delete;
   SideProcess& operator=(const SideProcess&) = delete;
@@ -24,9 +25,10 @@ class SideProcess : public SideProgram {
  private:
   QString File(const char* name) const { return folder_.filePath(QString::fromLatin1(name)); }
   std::string Written(const char* name) const;
+  QString Program() const;
   void Forget();
 
-  const QString program_;
+  const std::string program_;
   QTemporaryDir folder_;
   int handle_ = -1;  // of the process
 };

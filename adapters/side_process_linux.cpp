@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "adapters/side_process.h"
 
@@ -16,10 +17,11 @@ namespace kelvo {
 SideProcess::~SideProcess() { Forget(); }
 
 std::string SideProcess::Start() {
-  if (!QFileInfo::exists(program_)) return "Die Datei fehlt.";
+  const QString program = Program();
+  if (!QFileInfo::exists(program)) return "Die Datei fehlt.";
   Forget();
   QProcess process;
-  process.setProgram(program_);
+  process.setProgram(program);
   // The files are its own from then on: it can go on writing when this program has ended.
   process.setStandardInputFile(QProcess::nullDevice());
   process.setStandardOutputFile(File("said"));
@@ -28,6 +30,15 @@ std::string SideProcess::Start() {
   if (!process.startDetached(&number)) return process.errorString().toStdString();
   handle_ = static_cast<int>(syscall(SYS_pidfd_open, static_cast<pid_t>(number), 0));
   return handle_ < 0 && errno != ESRCH ? std::strerror(errno) : std::string();
+}
+
+// Where its name is no text there is a link to it that has one.
+QString SideProcess::Program() const {
+  const QString name = QString::fromStdString(program_);
+  if (name.toStdString() == program_) return name;
+  std::error_code there;
+  std::filesystem::create_symlink(program_, File("program").toStdString(), there);
+  return File("program");
 }
 
 bool SideProcess::Running() const {

@@ -28,7 +28,7 @@ int WidthOfTerminal() {
 int main(int argc, char** argv) {
   using namespace kelvo;
   const QCoreApplication application(argc, argv);
-  const std::string program = QCoreApplication::applicationDirPath().toStdString();
+  const std::string program = ProgramFolder();
   LinkWorld<QtEventLoop, QtTimer, QtSerialPort> world;
   Interruption interruption;
   const auto setDevices = [&world](QtSerialPort::DeviceOf deviceOf) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <filesystem>
 
 #include "help/chapters.h"
 #include "widgets/front.h"
@@ -27,7 +28,7 @@ frmHilfe* HelpDesk::Window() {
   if (window_ != nullptr || telling_) return window_.get();
   const bool absolute = file_.starts_with('/');
   const std::string path = absolute ? file_ : programFolder_ + "/" + file_;
-  const QString name = QString::fromStdString(path);
+  const QString name = FileName(path);
   if (auto file = HelpFile::Open(name)) {
     window_ = std::make_unique<frmHilfe>(std::move(file));
     Q_EMIT WindowMade(*window_);
@@ -40,6 +41,17 @@ frmHilfe* HelpDesk::Window() {
                   Icon::Exclamation);
   telling_ = false;
   return nullptr;
+}
+
+// Where its name is no text there is a link to it that has one.
+QString HelpDesk::FileName(const std::string& path) {
+  const QString name = QString::fromStdString(path);
+  if (name.toStdString() == path) return name;
+  if (!link_) link_.emplace();
+  const QString link = link_->filePath(QString::fromLatin1(kBuiltInName));
+  std::error_code there;
+  std::filesystem::create_symlink(path, link.toStdString(), there);
+  return link;
 }
 
 void HelpDesk::ShowContents() {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QTemporaryDir>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/operator.h"
@@ -42,6 +44,7 @@ class HelpDesk : public QObject {
 
  private:
   frmHilfe* Window();
+  QString FileName(const std::string& path);
   void Present();
 
   Operator& person_;
@@ -49,6 +52,7 @@ class HelpDesk : public QObject {
   const std::function<QString()> shownChapter_;
   std::string file_;
   bool telling_ = false;
+  std::optional<QTemporaryDir> link_;  // only where it is needed
   std::unique_ptr<frmHilfe> window_;
 };
 

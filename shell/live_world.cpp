@@ -11,8 +11,7 @@ std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(const Folders& folders) {
   const auto setDevices = [this](QtSerialPort::DeviceOf deviceOf) {
     com1.SetDevices(std::move(deviceOf));
   };
-  simulator = std::make_unique<SideProcess>(QString::fromStdString(folders.program) +
-                                            QStringLiteral("/kelvo-simulator"));
+  simulator = std::make_unique<SideProcess>(folders.program + "/kelvo-simulator");
   auto window = std::make_unique<frmhaupt>(OutsideOf(*this, person, folders,
                                                      {.ports = MachinePorts,
                                                       .describeDevice = DescribeDevice,

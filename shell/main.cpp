@@ -16,7 +16,7 @@ namespace {
 
 // Builds the main window, or says why the database cannot be used.
 std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(kelvo::LiveWorld& world) {
-  const std::string program = QApplication::applicationDirPath().toStdString();
+  const std::string program = kelvo::ProgramFolder();
   try {
     return world.MakeMainWindow({.program = program, .data = kelvo::DataFolder(program)});
   } catch (const std::exception& error) {
@@ -45,6 +45,8 @@ int main(int argc, char** argv) {
   std::unique_ptr<kelvo::frmhaupt> window;
   kelvo::Interruption interruption;
   kelvo::Splash splash;
+  // Told to end before there is a window, beside a box that says why there will be none.
+  interruption.SetHandler([] { QApplication::exit(1); });
   QObject::connect(&splash, &kelvo::Splash::Active, &application, [&] {
     QApplication::processEvents();
     window = MakeMainWindow(world);

@@ -165,7 +165,7 @@ std::string Plug(const Context& c) {
   try {
     c.station.Plug();
     return kOk;
-  } catch (const std::system_error& error) {
+  } catch (const std::runtime_error& error) {
     return std::string("error ") + error.what();
   }
 }

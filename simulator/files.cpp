@@ -41,10 +41,4 @@ EepromFile LoadEeprom(const std::string& path, Eeprom& eeprom) {
   return eeprom.Load(bytes) ? EepromFile::Loaded : EepromFile::Damaged;
 }
 
-std::string ProgramFolder() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? "." : program.parent_path().string();
-}
-
 }  // namespace kelvo::sim

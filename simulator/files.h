@@ -22,7 +22,4 @@ enum class EepromFile { Loaded, Missing, Damaged };
 /// Fills the EEPROM from a file. If that is missing or damaged the EEPROM is empty.
 EepromFile LoadEeprom(const std::string& path, Eeprom& eeprom);
 
-/// The folder that the running program lies in.
-std::string ProgramFolder();
-
 }  // namespace kelvo::sim

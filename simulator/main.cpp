@@ -51,7 +51,7 @@ std::optional<std::string> TakeReplay(const std::string& path,
 
 // Where the operator has named no file it lies in the data folder.
 void PlaceFiles(kelvo::sim::Options& options, std::vector<kelvo::sim::TerminalOptions>& terminals) {
-  const std::string folder = kelvo::DataFolder(kelvo::sim::ProgramFolder());
+  const std::string folder = kelvo::DataFolder(kelvo::ProgramFolder());
   const auto place = [&folder](std::string& path, const std::string& name) {
     if (!path.empty()) return;
     kelvo::MakeDataFolder(folder);

@@ -15,6 +15,7 @@
 #include "simulator/files.h"
 #include "simulator/wall_window.h"
 #include "simulator/window.h"
+#include "store/data_folder.h"
 
 namespace kelvo::sim {
 namespace {
@@ -26,7 +27,7 @@ constexpr auto kSavePause = 200ms;
 
 DeviceFonts LoadFonts() {
   DeviceFonts fonts;
-  const std::string folder = ProgramFolder() + "/fonts";
+  const std::string folder = kelvo::ProgramFolder() + "/fonts";
   for (const int number : fonts.Load(folder)) {
     std::cerr << "kelvo-simulator: Schrift " << number << " fehlt in " << folder << '\n';
   }

@@ -9,14 +9,18 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
+
+#include "store/data_folder.h"
 
 namespace kelvo::sim {
 namespace {
 
 [[noreturn]] void Fail(const char* what) {
-  throw std::system_error(errno, std::generic_category(), what);
+  throw std::runtime_error("Ein Pseudo-Terminal kann nicht angelegt werden (" + std::string(what) +
+                           "): " + FileReason(errno));
 }
 
 void MakeRaw(int fd) {
@@ -83,14 +87,21 @@ void Pty::Write(std::string_view bytes) {
 PortLink::PortLink(std::string path, std::string target)
     : path_(std::move(path)), target_(std::move(target)) {
   namespace fs = std::filesystem;
-  if (fs::exists(fs::symlink_status(path_)) && !fs::is_symlink(fs::symlink_status(path_))) {
-    throw fs::filesystem_error("not a link", path_, std::make_error_code(std::errc::file_exists));
+  std::error_code error;
+  const fs::file_status there = fs::symlink_status(path_, error);
+  error = {};
+  if (fs::exists(there) && !fs::is_symlink(there)) {
+    error = std::make_error_code(std::errc::file_exists);
   }
   const std::string fresh = path_ + "." + std::to_string(getpid());
   std::error_code ignored;
+  if (!error) fs::remove(fresh, ignored);
+  if (!error) fs::create_symlink(target_, fresh, error);
+  if (!error) fs::rename(fresh, path_, error);  // a reader sees the old link or the new one
+  if (!error) return;
   fs::remove(fresh, ignored);
-  fs::create_symlink(target_, fresh);
-  fs::rename(fresh, path_);  // a reader sees the old link or the new one, never none
+  throw std::runtime_error("Der Anschluss \"" + path_ +
+                           "\" kann nicht angelegt werden: " + FileReason(error.value()));
 }
 
 PortLink::~PortLink() {

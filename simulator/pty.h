@@ -60,8 +60,8 @@ class Pty {
 /// Makes a pty known under a fixed path for as long as this lives.
 class PortLink {
  public:
-  /// Takes the place of a link that is there already; throws std::filesystem::filesystem_error
-  /// when something else is.
+  /// Takes the place of a link that is there already; throws std::runtime_error, in German, when
+  /// something else is, or it cannot be made.
   PortLink(std::string path, std::string target);
   PortLink(const PortLink&) = delete;
   PortLink& operator=(const PortLink&) = delete;

@@ -284,10 +284,10 @@ void SimulatorWindow::Apply(const SettingsPanel::Settings& settings) {
     } else {
       station_.Plug();
     }
-  } catch (const std::system_error& error) {
-    QMessageBox::warning(this, windowTitle(),
-                         tr("Die Schnittstelle lässt sich nicht anlegen:\n%1")
-                             .arg(QString::fromLocal8Bit(error.what())));
+  } catch (const std::runtime_error& error) {
+    QMessageBox::warning(
+        this, windowTitle(),
+        tr("Die Schnittstelle lässt sich nicht anlegen:\n%1").arg(QString::fromUtf8(error.what())));
   }
   Q_EMIT Operated();
 }

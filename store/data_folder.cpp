@@ -23,7 +23,7 @@ constexpr std::size_t kLargestDatabase = 1U << 30U;
 
 std::string HomeFolder() {
   const char* home = std::getenv("HOME");
-  if (home != nullptr && *home != '\0') return home;
+  if (home != nullptr && *home == '/') return home;
   const passwd* user = getpwuid(getuid());
   return user != nullptr ? user->pw_dir : "/";
 }
@@ -111,6 +111,12 @@ std::string DataFolder(const DataPlace& place) {
 
 std::string DataFolder(const std::string& programFolder) {
   return DataFolder({programFolder, access(programFolder.c_str(), W_OK) == 0, UserDataFolder()});
+}
+
+std::string ProgramFolder() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return error ? "." : program.parent_path().string();
 }
 
 void MakeDataFolder(const std::string& dataFolder) {

@@ -21,6 +21,9 @@ std::string DataFolder(const DataPlace& place);
 /// The same on this machine, for the user who runs the program. Touches nothing.
 std::string DataFolder(const std::string& programFolder);
 
+/// The folder that the running program lies in, as the system has it: its name need not be UTF-8.
+std::string ProgramFolder();
+
 /// Why the system could not do something with a file, UTF-8: "kein Platz mehr".
 std::string FileReason(int error);
 

@@ -2,6 +2,7 @@
 #include <signal.h>
 
 #include <QProcess>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -97,6 +98,17 @@ TEST_F(CliProcess, HasThePortForItselfStopsWhenAskedToAndGoesOn) {
   EXPECT_NE(out.find("3,,ja,5,5,5,"), std::string::npos) << out;
   EXPECT_EQ(err, "");  // what is no terminal sees no progress
   EXPECT_EQ(Run({"compare", "--to", "3", "--read", "--json"}), 1) << err;
+}
+
+TEST(CliStart, TheProgramsFolderNeedNotHaveANameOfThisCentury) {
+  const testing_world::TemporaryFolder folder;
+  const std::string program = folder.Path("Men\xfc");
+  std::filesystem::create_directory(program);
+  std::filesystem::copy_file(KELVO_CLI, program + "/kelvo-cli");
+  std::filesystem::copy_file(KELVO_DELIVERED_DATABASE, program + "/kelvo.mdb");
+  const std::string command = "'" + program + "/kelvo-cli' export '" + program + "/all.kelvo' 2>&1";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_FALSE(ReadFile(program + "/all.kelvo").empty());
 }
 
 TEST_F(CliProcess, DrawsAPictureThatOthersCanRead) {

@@ -34,6 +34,8 @@ TEST(DataFolder, IsTheProgramsOwnWhereThatIsTheOperatorsToWrite) {
   for (const auto& [program, writable, together] : cases) {
     EXPECT_EQ(DataFolder({program, writable, user}), together ? program : user) << program;
   }
+  setenv("HOME", "relative", 1);
+  EXPECT_EQ(DataFolder("/usr/lib/kelvo").front(), '/');
   setenv("HOME", "/home/eva", 1);
   for (const std::string data : {"", "relative", "/data"}) {
     setenv("XDG_DATA_HOME", data.c_str(), 1);
