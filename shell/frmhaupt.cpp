@@ -89,7 +89,8 @@ frmhaupt::frmhaupt(Outside outside)
   if (FirstRun()) {
     // Later starts leave the built-in name, deliberately.
     help_->SetFile(outside_.folders.program + kHelpName);
-    NoteFirstRunIsOver();
+    // A full disc is said, and keeps nobody from the Terminal.
+    Guarded(outside_.person, "Form_Load", [this] { NoteFirstRunIsOver(); });
   }
   ShowInventory();
   connect(cmdTab, &QTabWidget::currentChanged, this, &frmhaupt::cmdTab_Click);

@@ -1,29 +1,14 @@
 #include "widgets/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
-
+#include "tests/fakes/full_disc.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace kelvo {
 namespace {
 
-/// As a full disc: files of this process grow no further, and writing more is an error.
-class FullDisc {
- public:
-  explicit FullDisc(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit full{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &full);
-  }
-  ~FullDisc() { setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
+using testing_world::FullDisc;
 
 TEST(FilesTest, AFullDiscIsToldAndLeavesTheOldFile) {
   const testing_world::TemporaryFolder folder;

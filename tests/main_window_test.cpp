@@ -4,6 +4,7 @@
 #include <QToolTip>
 #include <filesystem>
 
+#include "tests/fakes/full_disc.h"
 #include "tests/window_fixture.h"
 #include "widgets/data_control.h"
 
@@ -22,6 +23,19 @@ TEST_F(MainWindowTest, FirstRunShowsTheWelcomePageAndEveryLaterOneTheDrawing) {
   Start();
   EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 0);
   EXPECT_EQ(Stored("Optionen", "FirstRun"), "0");
+}
+
+TEST_F(MainWindowTest, AFirstStartOnAFullDiscIsSaidAndTheNextOneIsTheFirst) {
+  {
+    const testing_world::FullDisc disc(50);
+    Start();
+  }
+  ASSERT_FALSE(person.messages.empty());
+  EXPECT_TRUE(person.messages.front().text.ends_with(" / Form_Load"));
+  EXPECT_TRUE(window->isVisible());
+  window.reset();
+  Start();
+  EXPECT_EQ(Find<QTabWidget>("cmdTab").currentIndex(), 8);
 }
 
 TEST_F(MainWindowTest, EveryLinkOfTheWelcomePageLeadsSomewhere) {
