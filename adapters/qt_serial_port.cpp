@@ -130,6 +130,12 @@ std::string QtSerialPort::SetUp(const std::string& settings, Handshaking handsha
   return set ? Description(error) : "Einstellung " + settings + ": " + Description(error);
 }
 
+// Whoever looks gets what the system holds: on a busy machine a timer may be served before it.
+std::string QtSerialPort::Input() {
+  if (InBufferCount() == 0) Receive();
+  return BufferedPort::Input();
+}
+
 QtSerialPort::Time QtSerialPort::TimeOf(std::size_t characters) const {
   return line_.CharacterTime() * static_cast<Time::rep>(characters);
 }

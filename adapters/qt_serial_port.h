@@ -34,6 +34,7 @@ class QtSerialPort : public QObject, public BufferedPort {
   std::string SetUp(const std::string& settings, Handshaking handshaking) override;
 
   void Write(std::string_view text) override;
+  std::string Input() override;
   std::size_t OutBufferCount() const override;
   void DiscardOutput() override;
   std::chrono::nanoseconds OutBufferTime() const override;

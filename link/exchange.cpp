@@ -150,6 +150,9 @@ Reply Exchange::CollectForTime() {
     received += character;
     Idle(character.empty());
   } while (!timeOutFlag_ && Alive());
+  // What is there when the time has run out came in time, though the tick was served first.
+  received += port_.Input();
+  for (std::size_t left = port_.InBufferCount(); left > 0; --left) received += port_.Input();
   tmrTimeout_.SetEnabled(false);
   tmrTimeout_.SetInterval(interval);
   const ReplyKind nothing = Alive() ? ReplyKind::Silent : ReplyKind::PortClosed;

@@ -233,6 +233,18 @@ TEST_F(ExchangeTest, ReplyThatIsThereWhenAnOverdueTickComesIsNoTimeOut) {
   }
 }
 
+// A machine that has not let the program run has kept what came.
+TEST_F(ExchangeTest, WhatTheSystemHoldsWhenTheTimeRunsOutCameInTime) {
+  std::string held;
+  exchange.SetTickListener([&] { port.ArriveUnserved(std::exchange(held, {})); });
+  held = "\x06";
+  EXPECT_FALSE(Send("\033EWC"));
+  held = "2.10F;";
+  EXPECT_EQ(Query("?V"), "2.10F");
+  held = "Terminal";
+  EXPECT_EQ(Collect(""), "Terminal");
+}
+
 TEST_F(ExchangeTest, CollectionByTimeTakesWhatComesIn100Milliseconds) {
   for (int ms : {10, 60, 99, 130}) port.ArriveAfter(milliseconds(ms), "x");
   tmrTimeout.SetInterval(milliseconds(1000));

@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "link/buffered_port.h"
@@ -53,6 +54,8 @@ class VirtualPort : public BufferedPort {
     loop_.Wake();
     if (!loop_.Held()) RaiseReceiveEvents();
   }
+  /// The same, but the program has not been served them: it finds them when it looks.
+  void ArriveUnserved(const std::string& text) { unserved_ += text; }
   void ArriveAfter(nanoseconds delay, const std::string& text) {
     loop_.After(delay, [this, text] { Arrive(text); });
   }
@@ -110,6 +113,10 @@ class VirtualPort : public BufferedPort {
     if (!unpaced) return;
     for (const char character : text) Reach(character);
   }
+  std::string Input() override {
+    if (open_ && InBufferCount() == 0) Received(std::exchange(unserved_, {}), loop_.Now());
+    return BufferedPort::Input();
+  }
   std::size_t OutBufferCount() const override { return line_.size(); }
   void DiscardOutput() override {
     Discarding();
@@ -142,6 +149,7 @@ class VirtualPort : public BufferedPort {
 
   VirtualLoop& loop_;
   bool open_ = false;
+  std::string unserved_;
   std::string line_;
   nanoseconds departure_{0};
   std::function<void()> lost_;
