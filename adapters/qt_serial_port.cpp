@@ -188,8 +188,10 @@ bool QtSerialPort::Held() const {
   return waiting > 0 && std::min(now - stuck_.since, line_.IdleFor(now)) > kHeldAfter;
 }
 
+// What the line should have carried by now may still be on its way behind the system, in an adapter
+// or before a simulator that a busy machine holds up: it is no more to be taken back.
 void QtSerialPort::DiscardOutput() {
-  if (!IsOpen()) return;
+  if (OutBufferCount() == 0) return;
   Discarding();
   device_.DiscardOutput();
   backlog_.clear();

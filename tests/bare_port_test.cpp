@@ -235,6 +235,19 @@ TEST_F(BarePortTest, MoreThanTheDriverTakesGoesOnWhenTheLineIsReleased) {
   EXPECT_FALSE(port.Held());
 }
 
+// On a busy machine the other end has not taken yet what the line should have carried.
+TEST_F(BarePortTest, WhatHasLeftIsNotDiscarded) {
+  int on = 1;
+  ASSERT_EQ(ioctl(master, TIOCPKT, &on), 0);  // each packet says in front what was done
+  port.Write("sent");
+  WaitUntilSent();
+  port.DiscardOutput();
+  EXPECT_EQ(Sent(5), std::string(1, TIOCPKT_DATA) + "sent");
+  port.Write("discarded");
+  port.DiscardOutput();
+  EXPECT_NE(Sent(1).front() & TIOCPKT_FLUSHWRITE, 0);
+}
+
 TEST_F(BarePortTest, PortThatIsOpenedAgainIsNotHeldAnyMore) {
   Hold();
   port.Write("lost");
