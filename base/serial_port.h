@@ -69,6 +69,9 @@ class SerialPort {
   // Reading.
   /// Characters of whole texts that the line has brought back; they only ever become more.
   virtual std::size_t CharactersEchoed() const = 0;
+  /// Characters that were dropped because nobody had read them when a text was written; they only
+  /// ever become more.
+  virtual std::size_t CharactersDropped() const = 0;
   virtual std::size_t InBufferCount() const = 0;
   /// Drops everything that waits.
   virtual void DiscardInput() = 0;

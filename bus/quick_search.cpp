@@ -1,6 +1,7 @@
 #include "bus/quick_search.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "link/intervals.h"
 
@@ -34,6 +35,7 @@ TerminalSearch::End QuickSearch::Run(int last, double checksumFrom,
   slowest_ = Time(0);
   stray_ = stopping_ = false;
   connected_ = services_.reopenPort();
+  dropped_ = services_.com1.CharactersDropped();
   for (int address = 0; connected_ && address <= last && !stopping_; ++address) Pass(address);
   if (connected_ && !stopping_) AwaitStray();
   if (connected_ && !stopping_) AskGapsAgain();
@@ -76,10 +78,12 @@ void QuickSearch::Pass(int address) {
 }
 
 // Nothing may come at this time; an answer that does belongs to an address before. No receive event
-// may take it away.
+// may take it away. On a busy machine it is found only when the next text is written, and dropped.
 void QuickSearch::NoteStray() {
-  services_.com1.SetReceiveThreshold(0);
-  if (services_.com1.InBufferCount() > 0) stray_ = true;
+  SerialPort& com1 = services_.com1;
+  com1.SetReceiveThreshold(0);
+  const std::size_t before = std::exchange(dropped_, com1.CharactersDropped());
+  if (com1.InBufferCount() > 0 || dropped_ > before) stray_ = true;
 }
 
 bool QuickSearch::Doubtful(const SearchResult& result) const {
@@ -118,6 +122,7 @@ void QuickSearch::AskDoubtfulAgain() {
   services_.com1.DiscardInput();
   stray_ = false;
   for (const int address : doubtful) AskAgain(address);
+  dropped_ = services_.com1.CharactersDropped();
 }
 
 void QuickSearch::AskAgain(int address) {

@@ -47,6 +47,7 @@ class QuickSearch {
   std::vector<Time> asked_;            // when, by address
   Time lastAsked_{0};
   Time slowest_{0};
+  std::size_t dropped_ = 0;  // characters that the port had dropped when this was looked at last
   bool stray_ = false;
   bool connected_ = false;
   bool stopping_ = false;

@@ -3,6 +3,7 @@
 namespace kelvo {
 
 void BufferedPort::DiscardInput() {
+  dropped_ += InBufferCount();
   input_.clear();
   read_ = 0;
 }

@@ -20,6 +20,7 @@ class BufferedPort : public SerialPort {
   static constexpr std::size_t kKept = 65536;
 
   std::size_t CharactersEchoed() const override { return echo_.Returned(); }
+  std::size_t CharactersDropped() const override { return dropped_; }
   std::size_t InBufferCount() const override { return input_.size() - read_; }
   void DiscardInput() override;
   std::string Input() override;
@@ -61,6 +62,7 @@ class BufferedPort : public SerialPort {
 
   std::string input_;
   std::size_t read_ = 0;  // of them are gone already
+  std::size_t dropped_ = 0;
   EchoFilter echo_;
   int inputLen_ = 1;
   int threshold_ = 0;

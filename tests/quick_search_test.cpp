@@ -48,6 +48,7 @@ struct RandomBus : ExchangeWorld {
   }
   void Answer(const Station& station, const std::string& text, milliseconds heldUp = {}) {
     nanoseconds at = station.delay + heldUp;
+    if (unserved) return loop.After(at, [this, text] { port.ArriveUnserved(text); });
     for (const char c : text) port.ArriveAfter(at += port.characterTime, {c});
   }
   bool Reopen() {
@@ -80,6 +81,7 @@ struct RandomBus : ExchangeWorld {
   }
 
   const std::map<int, Station> stations;
+  bool unserved = false;  ///< the machine lets the program find an answer only when it looks
   std::string heard;
   int selected = -1;
   double seconds = 0;
@@ -157,6 +159,14 @@ TEST(QuickSearchTest, AnAnswerThatTheMachineHasHeldUpMakesTheRestNoSlower) {
   RandomBus bus(some);
   bus.Quick(255);
   EXPECT_LE(bus.seconds, 24);
+}
+
+TEST(QuickSearchTest, AnAnswerThatIsFoundOnlyWhenTheNextAddressIsAskedIsNotLost) {
+  const std::map<int, Station> some{{1, {"?A1;", "2.10;"}}, {9, {"?A9;", "2.10;"}}};
+  RandomBus quick(some);
+  quick.unserved = true;
+  RandomBus usual(some);
+  EXPECT_EQ(quick.Quick(12), usual.Usual(12));
 }
 
 // One that answers nothing while another address is selected, and is slower than the others.

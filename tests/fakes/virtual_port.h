@@ -104,6 +104,7 @@ class VirtualPort : public BufferedPort {
 
   void Write(std::string_view text) override {
     if (!open_) throw std::logic_error("written to a closed port");
+    Received(std::exchange(unserved_, {}), loop_.Now());
     written += text;
     writes.emplace_back(text);
     writeTimes.push_back(loop_.Now());
