@@ -13,9 +13,9 @@
 #include <cmath>
 #include <exception>
 
-#include "base/val.h"
 #include "base/wire_text.h"
 #include "bus/addresses.h"
+#include "bus/stored_terminals.h"
 #include "bus/terminal_list_model.h"
 #include "bus/tick_list.h"
 #include "widgets/files.h"
@@ -205,7 +205,9 @@ void SearchPage::RowChosen(int row) {
 void SearchPage::TellAddress() {
   const Recordset& terminals = services_.terminals;
   if (terminals.Bookmark() == 0) return;
-  Q_EMIT AddressChosen(RoundToEven(terminals.Number("Adresse")));
+  if (const int address = CurrentAddress(terminals); address != kNoAddress) {
+    Q_EMIT AddressChosen(address);
+  }
 }
 
 void SearchPage::DeleteTerminal() {

@@ -1,23 +1,48 @@
 #include "bus/stored_terminals.h"
 
 #include <algorithm>
+#include <cmath>
 
-#include "base/val.h"
+#include "bus/addresses.h"
+#include "store/single_records.h"
 
 namespace kelvo {
 
-std::vector<StoredTerminal> StoredTerminals(const Recordset& terminals) {
+namespace {
+
+int AddressIn(const std::optional<double>& number) {
+  if (!number || std::nearbyint(*number) != *number) return kNoAddress;
+  return *number >= 0 && *number <= kLastBusAddress ? static_cast<int>(*number) : kNoAddress;
+}
+
+int AddressIn(const std::string& text) {
+  return AddressIn(text.empty() ? std::nullopt : NumberIn(text));
+}
+
+}  // namespace
+
+std::vector<StoredTerminal> ListedTerminals(const Recordset& terminals) {
   const auto addresses = terminals.Column("Adresse");
   const auto names = terminals.Column("Bezeichnung");
   const auto active = terminals.Column("aktiv");
   const auto checksums = terminals.Column("Checksum");
-  std::vector<StoredTerminal> stored;
-  stored.reserve(addresses.size());
+  std::vector<StoredTerminal> listed;
+  listed.reserve(addresses.size());
   for (std::size_t i = 0; i < addresses.size(); ++i) {
-    stored.push_back(
-        {RoundToEven(Val(addresses[i])), names[i], Val(active[i]) != 0, Val(checksums[i]) != 0});
+    listed.push_back({AddressIn(addresses[i]), names[i], NumberIn(active[i]).value_or(0) != 0,
+                      NumberIn(checksums[i]).value_or(0) != 0});
   }
+  return listed;
+}
+
+std::vector<StoredTerminal> StoredTerminals(const Recordset& terminals) {
+  std::vector<StoredTerminal> stored = ListedTerminals(terminals);
+  std::erase_if(stored, [](const StoredTerminal& some) { return some.address == kNoAddress; });
   return stored;
+}
+
+int CurrentAddress(const Recordset& terminals) {
+  return AddressIn(NumberIn(terminals.Field("Adresse")));
 }
 
 std::optional<StoredTerminal> StoredTerminalAt(const Recordset& terminals, int address) {

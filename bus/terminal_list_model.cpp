@@ -43,7 +43,7 @@ void TerminalListModel::ReloadNow() {
   ShowRecords();
 }
 
-void TerminalListModel::ReadRows() { rows_ = StoredTerminals(terminals_); }
+void TerminalListModel::ReadRows() { rows_ = ListedTerminals(terminals_); }
 
 int TerminalListModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(rows_.size());
@@ -64,7 +64,13 @@ QVariant TerminalListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::CheckStateRole && IsYesNo(index.column())) {
     return yes ? Qt::Checked : Qt::Unchecked;
   }
+  if (role == Qt::ToolTipRole && row.address == kNoAddress) {
+    return tr("Als Adresse ist keine Zahl von 0 bis %1 gespeichert: An dieses Terminal wird nichts "
+              "gesendet, bis es eine hat.")
+        .arg(kLastBusAddress);
+  }
   if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+  if (index.column() == Adresse && row.address == kNoAddress) return tr("?");
   if (IsYesNo(index.column())) return Text(YesNoText(yes));
   if (index.column() == Adresse) return QString::number(row.address);
   return Text(row.name);

@@ -159,7 +159,7 @@ void Connection::TellLoss() {
 
 // Within what a timer can hold, as the window reads it.
 void Connection::ReadPause() {
-  const double pause = std::clamp(bench_.Data().Optionen.Number("rs485wait"), 1.0, 60000.0);
+  const double pause = bench_.Data().Optionen.Number("rs485wait");
   bench_.World().tmrRS485.SetInterval(std::chrono::milliseconds(static_cast<long>(pause)));
 }
 

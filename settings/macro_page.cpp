@@ -125,7 +125,23 @@ void MacroPage::ShowFreeBytes() {
 
 void MacroPage::chkMakroTyp_Click(int index) {
   if (!chkMakroTyp[static_cast<std::size_t>(index)]->isChecked()) return;
-  records_->SetSource(MakroSource(index));
+  try {
+    records_->SetSource(MakroSource(index));
+    shownTyp_ = index;
+  } catch (const StoreError&) {
+    TickTyp(shownTyp_);  // its records stay in the list
+    throw;
+  }
+}
+
+void MacroPage::TickTyp(int index) {
+  for (std::size_t i = 0; i < chkMakroTyp.size(); ++i) {
+    if (chkMakroTyp[i] == nullptr) continue;
+    const QSignalBlocker quiet(chkMakroTyp[i]);
+    chkMakroTyp[i]->setAutoExclusive(false);  // there may be none
+    chkMakroTyp[i]->setChecked(static_cast<int>(i) == index);
+    chkMakroTyp[i]->setAutoExclusive(true);
+  }
 }
 
 void MacroPage::ShowRecord(std::int64_t bookmark) {

@@ -122,6 +122,7 @@ class MacroPage : public QWidget {
 
   void cboMakro_Click() { records_->SelectChosen(); }
   void chkMakroTyp_Click(int index);
+  void TickTyp(int index);
   void cmdInsertESC_Click();
   void cmdInsertTextende_Click();
   void cmdSetMakro_Click();
@@ -137,6 +138,7 @@ class MacroPage : public QWidget {
 
   QComboBox* cboMakro;
   std::array<QRadioButton*, 5> chkMakroTyp{};  // 1..4
+  int shownTyp_ = 0;                           // whose records are in the list; 0: all
   QSplitter* splMakros;
   MacroTable* table_;
   MacroDesk* desk_;

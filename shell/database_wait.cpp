@@ -55,8 +55,8 @@ void DatabaseWait::Begin(Access access, const std::string& holder) {
   const bool changes = access == Access::Change;
   longest_ = ending_ ? left_ : changes ? kLongestChange : kLongestRead;
   words_ =
-      tr("Die Datenbank ist von einem anderen Programm belegt%1. %2 wartet – Esc wartet nicht "
-         "länger.")
+      tr("Die Datenbank ist von einem anderen Programm belegt%1. %2 wartet; Esc bricht "
+         "ab.")
           .arg(QString::fromStdString(holder), changes ? tr("Das Speichern") : tr("Das Lesen"));
   begin_ = loop_.Now();
   givenUp_ = false;

@@ -244,9 +244,8 @@ void frmhaupt::ReadOptions() {
   mnuOptionenZoom->setChecked(FensterMitZoomen_);
   SofortSenden_ = options.YesNo("sofortsenden");
   mnuOptionenSofortSenden->setChecked(SofortSenden_);
-  // Within what a timer can hold; the pause is meant to be some hundredths of a second.
-  const double pause = std::clamp(options.Number("rs485wait"), 1.0, 60000.0);
-  outside_.tmrRS485.SetInterval(std::chrono::milliseconds(static_cast<long>(pause)));
+  const auto pause = static_cast<std::int64_t>(options.Number("rs485wait"));
+  outside_.tmrRS485.SetInterval(std::chrono::milliseconds(pause));
 }
 
 bool frmhaupt::FirstRun() const { return data_.Optionen.YesNo("FirstRun"); }
@@ -289,6 +288,7 @@ void frmhaupt::FirstPaint() {
                                 "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
                             Icon::Exclamation);
   }
+  TellOfOddValues();
   TellOfMissingFonts();
   TellOfFirstProgram();
   TakeLeft("entwurf");

@@ -207,6 +207,7 @@ class frmhaupt : public QMainWindow {
   void TellOfFirstProgram();
   void TellOfMissingFonts();
   void TakeLeft(const char* ending);
+  void TellOfOddValues();
 
   void cmdTab_Click();
   void AskForPage();

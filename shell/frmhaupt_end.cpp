@@ -20,7 +20,8 @@
 namespace kelvo {
 namespace {
 
-constexpr int kBesideFirst = 48;  // pixels
+constexpr int kBesideFirst = 48;         // pixels
+constexpr std::size_t kShownValue = 40;  // characters
 constexpr char kTrafficColumns[] = "ctlVerkehr";
 constexpr char kMacroPanes[] = "Makro-Seite";
 constexpr char kDocks[] = "frmhauptDocks";
@@ -92,6 +93,21 @@ void frmhaupt::Unload() {
   if (sheet_ != nullptr) sheet_->hide();
   help_->Close();
   Q_EMIT Unloaded();
+}
+
+// What is stored stays, until the operator stores something else.
+void frmhaupt::TellOfOddValues() {
+  std::string words;
+  for (const Recordset* const records : {&data_.Optionen, &data_.Default}) {
+    for (const OddValue& odd : records->OddValues()) {
+      words += "\n" + odd.field + ": gespeichert ist " + odd.stored.substr(0, kShownValue) +
+               ", verwendet wird " + odd.used;
+    }
+  }
+  if (words.empty()) return;
+  outside_.person.Message("Die Datenbank \"" + data_.database.Path() +
+                              "\" enthält Werte, die kelvo so nicht verwenden kann:" + words,
+                          Icon::Exclamation);
 }
 
 // Both work, and no save overwrites the other's unasked; but drafts are kept apart.

@@ -1,7 +1,7 @@
 #include <QMenu>
 #include <QPrintDialog>
 
-#include "base/val.h"
+#include "bus/stored_terminals.h"
 #include "sheet/collect.h"
 #include "sheet_page/sheet_dialog.h"
 #include "shell/frmhaupt.h"
@@ -38,9 +38,8 @@ std::string frmhaupt::UsedDevice() {
 std::optional<TerminalId> frmhaupt::SheetWanted() {
   const std::string device = UsedDevice();
   const Recordset& list = data_.ctlDovuData;
-  if (ShownTab() == Tab::Terminals && list.Bookmark() != 0) {
-    return TerminalId{device, RoundToEven(list.Number("Adresse"))};
-  }
+  const int chosen = list.Bookmark() != 0 ? CurrentAddress(list) : kNoAddress;
+  if (ShownTab() == Tab::Terminals && chosen != kNoAddress) return TerminalId{device, chosen};
   const bool listens = lineState_.Listens() == Listening::One && lineState_.Address();
   return listens ? std::optional(TerminalId{device, *lineState_.Address()}) : std::nullopt;
 }

@@ -10,9 +10,12 @@ namespace {
 
 constexpr char kFolderRecord[] = "Ordner";  // no window has this name
 
-std::unique_ptr<Recordset> OpenIfThere(Database& database, const char* table) {
+std::unique_ptr<Recordset> OpenIfThere(Database& database, const char* table,
+                                       std::initializer_list<const char*> fields) {
   try {
-    return std::make_unique<Recordset>(database, table);
+    auto records = std::make_unique<Recordset>(database, table);
+    for (const char* field : fields) records->Column(field);  // throws when there is none
+    return records;
   } catch (const StoreError&) {
     return nullptr;
   }
@@ -21,7 +24,8 @@ std::unique_ptr<Recordset> OpenIfThere(Database& database, const char* table) {
 }  // namespace
 
 WindowMemory::WindowMemory(Database& database)
-    : Fenster_(OpenIfThere(database, "Fenster")), Zuletzt_(OpenIfThere(database, "Zuletzt")) {}
+    : Fenster_(OpenIfThere(database, "Fenster", {"Name", "Lage"})),
+      Zuletzt_(OpenIfThere(database, "Zuletzt", {"Datei"})) {}
 
 bool WindowMemory::Restore(QWidget& window) const {
   const std::string stored = Place(window.objectName().toStdString());

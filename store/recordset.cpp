@@ -42,16 +42,18 @@ Recordset::Row RowOf(const Statement& statement) {
   return row;
 }
 
-// Both ways without the C library, whose decimal separator follows the desktop's language.
+// Without the C library, whose decimal separator follows the desktop's language.
 std::string RealText(double number) {
   std::array<char, 40> text{};
   return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
-double RealNumber(const std::string& text) {
-  double number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
+// A foreign field of this name hides it.
+std::int64_t KeyOf(const Statement& statement, const std::string& table) {
+  const Value key = statement.Column(0);
+  if (const auto* number = std::get_if<std::int64_t>(&key)) return *number;
+  throw StoreError("Die Tabelle " + table + " der Datenbank ist verändert: Sie hat ein Feld \"" +
+                   kRowid + "\".");
 }
 
 std::optional<std::string> ValueText(const Value& value) {
@@ -79,7 +81,7 @@ void Recordset::ReadRecords() {
   }
   std::vector<Record> records;
   while (statement.Step()) {
-    records.push_back({std::get<std::int64_t>(statement.Column(0)), RowOf(statement)});
+    records.push_back({KeyOf(statement, table_), RowOf(statement)});
   }
   if (records == records_) return;
   records_ = std::move(records);
@@ -173,11 +175,23 @@ std::optional<std::string> Recordset::Text(const std::string& field) const {
 }
 
 double Recordset::Number(const std::string& field) const {
-  const Value value = Field(field);
-  if (const auto* number = std::get_if<std::int64_t>(&value)) return static_cast<double>(*number);
-  if (const auto* number = std::get_if<double>(&value)) return *number;
-  if (const auto* text = std::get_if<std::string>(&value)) return RealNumber(*text);
-  return 0;
+  const std::optional<double> stored = NumberIn(Field(field));
+  const SingleField* const single = FindSingleField(NameOf(source_), field);
+  if (single == nullptr) return stored.value_or(0);
+  const double used = stored ? *stored : NumberIn(single->delivered).value_or(0);
+  return std::clamp(used, single->lowest, single->highest);
+}
+
+std::vector<OddValue> Recordset::OddValues() const {
+  std::vector<OddValue> odd;
+  for (const SingleField& single : SingleFields(NameOf(source_))) {
+    if (!HasCurrent() || !Has(single.field)) continue;
+    const Value stored = Field(single.field);
+    const double used = Number(single.field);
+    if (NumberIn(stored) == used) continue;
+    odd.push_back({single.field, ValueText(stored).value_or("nichts"), *ValueText(used)});
+  }
+  return odd;
 }
 
 std::int64_t Recordset::Whole(const std::string& field, std::int64_t lowest,

@@ -14,6 +14,13 @@
 
 namespace kelvo {
 
+/// A stored value that is not used as it is.
+struct OddValue {
+  std::string field;
+  std::string stored;
+  std::string used;
+};
+
 /// Records of one table with a current record among them. Which records belong to it, their order
 /// and what they hold are read when it is opened or refreshed; records added through it come last.
 ///
@@ -65,11 +72,15 @@ class Recordset {
   /// there is none.
   bool FindFirst(const std::string& field, const Value& value);
 
+  /// What of a table of one record is stored, but not used as it is.
+  std::vector<OddValue> OddValues() const;
+
   // The current record as it was read; without one every field is NULL.
   Value Field(const std::string& field) const;
   /// A field as text; nothing for NULL.
   std::optional<std::string> Text(const std::string& field) const;
-  /// A field as number; 0 for NULL and for what is no number.
+  /// A field as a finite number; 0 for NULL and for what is no number. Of a table of one record
+  /// within what the field is used for, and as delivered instead of 0.
   double Number(const std::string& field) const;
   /// The same rounded to a whole number and confined to `lowest` .. `highest`.
   std::int64_t Whole(const std::string& field, std::int64_t lowest, std::int64_t highest) const;

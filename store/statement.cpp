@@ -55,6 +55,11 @@ Value Statement::Column(int index) const {
       return sqlite3_column_double(statement, index);
     case SQLITE_NULL:
       return std::monostate{};
+    case SQLITE_TEXT: {  // as UTF-8, whatever the database's encoding is
+      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
+      const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement, index));
+      return text == nullptr ? std::string() : std::string(text, length);
+    }
     default: {
       const void* text = sqlite3_column_blob(statement, index);
       const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement, index));

@@ -152,6 +152,10 @@ TEST_F(DatabaseWaitTest, WhatCannotBeReadStaysAsItWasRead) {
     EXPECT_EQ(Chosen(list), before);
     Forget();
   }
+  Show(Tab::Macros);
+  Click("chkMakroTyp_2");
+  EXPECT_FALSE(Find<QAbstractButton>("chkMakroTyp_2").isChecked())
+      << "what is saved takes its kind";
   Show(Tab::Terminals);
   auto& terminals = *Find<QTableView>("ctlDovuListe").model();
   ASSERT_EQ(terminals.rowCount(), 1);

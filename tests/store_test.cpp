@@ -65,8 +65,9 @@ TEST_F(StoreTest, ADisplayIsWithinItsLimitsWhateverIsStored) {
                                          {std::int64_t{1'000'000'000}, 640},
                                          {1e300, 640},
                                          {-1e300, 20},
-                                         {std::string("abc"), 20},
-                                         {std::string("nan"), 20},
+                                         {std::string("abc"), 240},
+                                         {std::string("nan"), 240},
+                                         {std::monostate(), 240},
                                          {std::string("1e999"), 640},
                                          {239.6, 240}};
   for (const auto& [stored, width] : cases) {
