@@ -1,10 +1,10 @@
 #include "bus/terminal_search.h"
 
 #include <algorithm>
-#include <regex>
 
 #include "base/val.h"
 #include "base/wire_text.h"
+#include "link/answer_form.h"
 #include "link/commands.h"
 #include "link/intervals.h"
 #include "terminal/version.h"
@@ -14,7 +14,6 @@ namespace {
 
 // In force for the search as written; a query brings its own 500 ms all the same.
 constexpr std::chrono::milliseconds kSearchInterval{100};
-constexpr std::size_t kLongestVersion = 40;
 constexpr std::string_view kDigits = "0123456789";
 
 // GC, position, font, zoom, attribute, a text, another position, another text that stays open.
@@ -93,11 +92,6 @@ Heard ReadAddressReply(int address, const Reply& reply) {
   // A text without a number has the value 0 and so counts as address 0; there the version decides.
   if (Val(number) == address) return Heard::Itself;
   return BeginsWithDigit(number) ? Heard::OtherAddress : Heard::Garbled;
-}
-
-bool IsVersion(std::string_view reply) {
-  static const std::regex version(R"( *[0-9]+(\.[0-9]+){0,2}[A-Za-z]*( [ -~]*)?)");
-  return reply.size() <= kLongestVersion && std::regex_match(reply.begin(), reply.end(), version);
 }
 
 std::string ResultName(int address) { return "(Anzeige Nr." + std::to_string(address) + ")"; }

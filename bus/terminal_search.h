@@ -49,9 +49,6 @@ std::string ConflictDisplay(int address);
 /// What the reply to "?A" tells. The number counts from the reply's third character on, because a
 /// Terminal repeats the letters.
 Heard ReadAddressReply(int address, const Reply& reply);
-/// Whether a text can be a version: it begins with a digit, holds one decimal number and is at most
-/// 20 characters long. When two Terminals answer at once, this is what tells.
-bool IsVersion(std::string_view reply);
 
 /// The texts of a result's row.
 std::string ResultName(int address);                    ///< "(Anzeige Nr.5)"

@@ -15,7 +15,7 @@ TargetReading AskTarget(Exchange& exchange, TerminalState& state, int address) {
   if (heard == Heard::Silence || heard == Heard::Unfinished) return {"Es antwortet nicht."};
   if (heard != Heard::Itself) return {"Unter seiner Adresse antwortet etwas anderes."};
   const Reply version = QueryVersion(exchange, state);
-  if (version.Failed()) return {"Es hat seine Version nicht genannt."};
+  if (version.Failed() || !version.readable) return {"Es hat seine Version nicht genannt."};
   const auto free = AskFreeBytesOf(exchange, state);
   if (!free) return {"Es hat seinen freien Platz nicht genannt."};
   return {{}, ScreenText(version.text), ReadVersion(version.text).number, *free};

@@ -4,6 +4,7 @@
 
 #include "inventory/line_text.h"
 #include "link/addresses.h"
+#include "link/chronicle.h"
 
 namespace kelvo {
 namespace {
@@ -135,11 +136,12 @@ void ReadRun::AskAll(const TerminalId& terminal, Result& result) {
     if (question.query == Query::AskAddress) continue;
     if (!GoesOn()) break;
     const Reply reply = services_.exchange.SendQuery(Command(question.query));
-    if (!reply.Failed()) {
+    if (!reply.Failed() && reply.readable) {
       keep(question.query, reply);
     } else if (services_.exchange.Alive()) {
-      services_.readings.AddSilence(terminal, question.query,
-                                    {services_.loop.WallClock(), kNoAnswer});
+      services_.readings.AddSilence(
+          terminal, question.query,
+          {services_.loop.WallClock(), reply.readable ? kNoAnswer : FailureWords(reply)});
     }
   }
 }

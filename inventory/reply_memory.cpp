@@ -38,6 +38,7 @@ void ReplyMemory::TakeNameless(const TerminalId& told) {
 void ReplyMemory::Take(const Outcome& outcome) {
   const CommandRow* const asked = LastCommand(outcome.sent);
   if (asked == nullptr || outcome.reply.kind != ReplyKind::Answered) return;
+  if (!outcome.reply.readable) return;
   const auto questions = Questions();
   const bool known = std::any_of(questions.begin(), questions.end(), [asked](const Question& some) {
     return some.query == asked->name;

@@ -202,7 +202,7 @@ void WriteRecorder::Prove(const Reply& reply) {
 // The same number once more tells nothing.
 void WriteRecorder::NoteFreeBytes(const Reply& reply) {
   const TerminalId listener = Listener();
-  if (reply.Failed() || listener.address == kAllAddresses) return;
+  if (reply.Failed() || !reply.readable || listener.address == kAllAddresses) return;
   const std::int64_t bytes = RoundToEven(reply.Number());
   const Inventory inventory = services_.journal.Of(listener);
   const auto& last = inventory.FreeBytes().LastReading();

@@ -1,8 +1,8 @@
 #include "inventory_page/write_desk.h"
 
 #include "bus/stored_terminals.h"
-#include "bus/terminal_search.h"
 #include "inventory_page/write_dialog.h"
+#include "link/answer_form.h"
 #include "terminal/eeprom.h"
 #include "terminal/version.h"
 #include "widgets/texts.h"

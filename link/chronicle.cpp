@@ -33,6 +33,7 @@ bool IsQuestion(const CommandRow& row) {
 }  // namespace
 
 std::string FailureWords(const Reply& reply) {
+  if (!reply.readable) return "Antwort unlesbar";
   switch (reply.kind) {
     case ReplyKind::Silent:
       return "keine Antwort";
@@ -52,9 +53,7 @@ std::string FailureWords(const Reply& reply) {
 std::string MarkWords(const Reply& reply, const Exchange& exchange) {
   if (reply.kind == ReplyKind::PortClosed) return "Anschluss geschlossen";
   if (reply.kind == ReplyKind::Silent && exchange.LineHeld()) return "Leitung gehalten";
-  if (reply.Failed()) return FailureWords(reply);
-  const bool readable = reply.text.find_first_of("0123456789") != std::string::npos;
-  return readable ? "" : "Antwort unlesbar";
+  return FailureWords(reply);
 }
 
 Chronicle::Chronicle(LineWatch& line, std::function<Moment()> clock, std::function<bool()> busy)
@@ -95,7 +94,7 @@ void Chronicle::Settle(const Outcome& outcome) {
   if (asked == nullptr || asked->answer == Answer::None) return;
   if (!IsQuestion(*asked)) return NoteAcknowledged(outcome);
   freeBytes_.reset();
-  const bool answered = !outcome.reply.Failed();
+  const bool answered = !outcome.reply.Failed() && outcome.reply.readable;
   if (answered && asked->name == CommandName::AskFreeBytes) freeBytes_ = outcome.reply.Number();
   if (answered || asking_ > 0 || busy_()) return;
   Note(CommandWords(outcome.sent, 1) + ": " + FailureWords(outcome.reply), true);

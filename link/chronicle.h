@@ -70,10 +70,9 @@ class Chronicle {
   std::function<std::string()> doubt_;
 };
 
-/// What has come in place of a good answer: "keine Antwort".
+/// What has come in place of a good answer: "keine Antwort"; empty when it was one.
 std::string FailureWords(const Reply& reply);
-/// The same of a question for numbers, short enough to stand beside its field; empty when it was
-/// answered with one.
+/// The same, short enough to stand beside a field; it also tells what keeps the line.
 std::string MarkWords(const Reply& reply, const Exchange& exchange);
 
 }  // namespace kelvo

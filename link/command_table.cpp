@@ -60,6 +60,14 @@ constexpr Parameter kBitmap[] = {{"X", kLowest16, kHighest16},
                                  {"Höhe", 1, kHighest16},
                                  {"Punkte", 0, 255, Form::HexBytes}};
 
+// What the Terminal answers.
+constexpr int kHighest = std::numeric_limits<int>::max();
+constexpr Parameter kFlash[] = {{"Sektoren", 0, kHighest}, {"Sektorgröße", 0, kHighest}};
+constexpr Parameter kFreeBytes[] = {{"Byte", 0, kHighest}};
+constexpr Parameter kShape[] = {{"Art", 0, 6}, {"Form oder Größe", 0, kHighest16}};
+constexpr Parameter kPosition[] = {{"X", kLowest16, kHighest16}, {"Y", kLowest16, kHighest16}};
+constexpr Parameter kSum[] = {{"Prüfsumme", 0, 0xFFFF, Form::Hex}};
+
 constexpr auto AtOnce = Ending::AtOnce;
 constexpr auto Semicolon = Ending::Semicolon;
 constexpr auto None = Answer::None;
@@ -69,16 +77,16 @@ constexpr auto Value = Answer::Value;
 constexpr CommandRow kRows[] = {
     {AskVersion, "?V", kNothing, AtOnce, Value, "Version abfragen"},
     {AskSystemInfo, "??", kNothing, AtOnce, Answer::FreeText, "Systeminformation abfragen"},
-    {AskAddress, "?A", kNothing, AtOnce, Value, "Adresse abfragen"},
+    {AskAddress, "?A", kNothing, AtOnce, Value, "Adresse abfragen", "", "", kAddress},
     {SelectAddress, "!A", kAddress, Semicolon, None, "Adresse wählen",
      "Terminal mit Adresse $1 wählen", "Adresse $1 gewählt"},
-    {AskPort, "?P", kNothing, AtOnce, Value, "Eingänge P1 abfragen"},
+    {AskPort, "?P", kNothing, AtOnce, Value, "Eingänge P1 abfragen", "", "", kLines},
     {SetPort, "!P", kLines, Semicolon, None, "Ausgänge P0 setzen", "Ausgänge P0 auf $1 setzen",
      "Ausgänge P0 auf $1 gesetzt"},
     {SetResolution, "!R", kResolution, Semicolon, None, "Auflösung setzen", "",
      "Auflösung $1 x $2 gesetzt"},
     {Restart, "R", kNothing, AtOnce, None, "Neustart", "", "Neustart gesendet"},
-    {AskFlash, "F??", kNothing, AtOnce, Value, "Flash-Sektoren abfragen"},
+    {AskFlash, "F??", kNothing, AtOnce, Value, "Flash-Sektoren abfragen", "", "", kFlash},
     {SetInterface1, "!B", kInterface, Semicolon, None, "erste Schnittstelle einstellen", "",
      "erste Schnittstelle auf $1 Bit/s gestellt"},
     {SetBuffer1, "!S", kBuffer, Semicolon, None, "Puffer der ersten Schnittstelle",
@@ -90,7 +98,8 @@ constexpr CommandRow kRows[] = {
     {SetReceiveMode2, "2I", kReceiveMode, Semicolon, None, "Empfang der zweiten Schnittstelle"},
     {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle",
      "Ausgabe auf zweiter Schnittstelle: &1", "auf der zweiten Schnittstelle ausgegeben: $1"},
-    {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freien Platz im EEPROM abfragen"},
+    {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freien Platz im EEPROM abfragen", "", "",
+     kFreeBytes},
     {WriteConfig, "EWC", kNothing, AtOnce, Acknowledge, "Konfiguration speichern", "",
      "Konfiguration gespeichert"},
     {DeleteConfig, "EDC", kNothing, AtOnce, Acknowledge, "Konfiguration löschen", "",
@@ -125,8 +134,8 @@ constexpr CommandRow kRows[] = {
      "Matrix-Abfrage ausgeschaltet"},
     {DefineCursor, "!c", kCursorShape, Semicolon, None, "Cursorform", "", "Cursor eingestellt"},
     {SwitchCursor, "!C", kCursor, Semicolon, None, "Cursor ein/aus"},
-    {AskCursor, "?C", kNothing, AtOnce, Value, "Cursorart abfragen"},
-    {AskCursorShape, "?c", kNothing, AtOnce, Value, "Cursorform abfragen"},
+    {AskCursor, "?C", kNothing, AtOnce, Value, "Cursorart abfragen", "", "", kCursor},
+    {AskCursorShape, "?c", kNothing, AtOnce, Value, "Cursorform abfragen", "", "", kShape},
     {SetTextPosition, "TP", kCell, Semicolon, None, "Textposition",
      "Textposition Spalte $1, Zeile $2"},
     {MoveTextHome, "TH", kNothing, AtOnce, None, "Textcursor nach Hause"},
@@ -134,14 +143,15 @@ constexpr CommandRow kRows[] = {
     {SetTextAttribute, "TA", kAttribute, Semicolon, None, "Textattribut", "Textattribut $1"},
     {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus", "Textmodus $1", "Textmodus gesetzt"},
     {SetTextZoom, "TZ", kZoom, Semicolon, None, "Textzoom", "Textzoom $1,$2"},
-    {AskTextPosition, "T?P", kNothing, AtOnce, Value, "Textposition abfragen"},
-    {AskTextFont, "T?F", kNothing, AtOnce, Value, "Schrift abfragen"},
-    {AskTextAttribute, "T?A", kNothing, AtOnce, Value, "Textattribut abfragen"},
-    {AskTextMode, "T?M", kNothing, AtOnce, Value, "Textmodus abfragen"},
-    {AskTextZoom, "T?Z", kNothing, AtOnce, Value, "Textzoom abfragen"},
+    {AskTextPosition, "T?P", kNothing, AtOnce, Value, "Textposition abfragen", "", "", kPosition},
+    {AskTextFont, "T?F", kNothing, AtOnce, Value, "Schrift abfragen", "", "", kFont},
+    {AskTextAttribute, "T?A", kNothing, AtOnce, Value, "Textattribut abfragen", "", "", kAttribute},
+    {AskTextMode, "T?M", kNothing, AtOnce, Value, "Textmodus abfragen", "", "", kMode},
+    {AskTextZoom, "T?Z", kNothing, AtOnce, Value, "Textzoom abfragen", "", "", kZoom},
     {SetGraphicPosition, "GP", kPoint, Semicolon, None, "Grafikposition", "Grafikposition $1,$2"},
     {MoveGraphicHome, "GH", kNothing, AtOnce, None, "Grafikcursor nach Hause"},
-    {AskGraphicPosition, "G?P", kNothing, AtOnce, Value, "Grafikposition abfragen"},
+    {AskGraphicPosition, "G?P", kNothing, AtOnce, Value, "Grafikposition abfragen", "", "",
+     kPosition},
     {ClearDisplay, "GC", kNothing, AtOnce, None, "Display löschen"},
     {PenDraws, "GM0", kNothing, Semicolon, None, "zeichnen"},
     {PenErases, "GM1", kNothing, Semicolon, None, "radieren"},
@@ -160,7 +170,7 @@ constexpr CommandRow kRows[] = {
      "Grafikschrift-Attribut $1"},
     {GraphicText, "GT", kText, Ending::Eot, None, "Grafiktext", "Grafiktext &1"},
     {ResetChecksum, "C!", kNothing, AtOnce, None, "Prüfsumme beginnen"},
-    {AskChecksum, "C?", kNothing, AtOnce, Value, "Prüfsumme abfragen"},
+    {AskChecksum, "C?", kNothing, AtOnce, Value, "Prüfsumme abfragen", "", "", kSum},
 };
 
 constexpr bool InOrder() {

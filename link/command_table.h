@@ -120,6 +120,8 @@ struct CommandRow {
   std::string_view phrase{};
   /// The same for what has been done, where that is worth a line: "Makro $1 gelöscht".
   std::string_view done{};
+  /// What a whole answer to a question consists of; none where that is any text that can be read.
+  std::span<const Parameter> values{};
 };
 
 /// Every command that this program sends or explains, in the order of their names.

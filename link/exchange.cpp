@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "link/answer_form.h"
 #include "link/control_characters.h"
 #include "link/intervals.h"
 
@@ -132,6 +133,7 @@ Reply Exchange::WaitAnswer(std::string_view endMark, std::optional<nanoseconds> 
   const nanoseconds asked = since.value_or(loop_.Now());
   Reply reply = byTime ? CollectForTime() : CollectUntil(endMark);
   if (endMark == kEndMark) reply = ReplyBehindOverdue(std::move(reply), asked);
+  if (reply.kind == ReplyKind::Answered) reply.readable = CanAnswer(sent, reply.text);
   port_.SetInputLen(inputLen);
   port_.SetReceiveThreshold(threshold);
   TellOutcome(sent, reply, asked);

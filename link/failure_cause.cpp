@@ -44,7 +44,8 @@ constexpr FailureText kTexts[] = {{"keine Reaktion"},
                                   {"Die Zeichnung enthält kein Bild.", NoPicture, true},
                                   {"Die Verbindung zu ", DeviceGone},
                                   {"Es hat kein Terminal geantwortet."},
-                                  {"Die Antwort war nicht vollständig.", Unfinished}};
+                                  {"Die Antwort war nicht vollständig.", Unfinished},
+                                  {"Die Antwort war nicht lesbar.", Strange}};
 
 constexpr CausePlace kPlaces[] = {
     {PortClosed, "ursache-geschlossen"}, {DeviceGone, "ursache-geraet"},

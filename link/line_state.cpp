@@ -4,34 +4,15 @@
 
 #include "base/val.h"
 #include "link/addresses.h"
-#include "link/control_characters.h"
+#include "link/answer_form.h"
 
 namespace kelvo {
 namespace {
 
-constexpr std::size_t kLongestVersion = 40;
-constexpr std::string_view kDigits = "0123456789";
-
-// A text that is collected by time has its end mark still.
-std::string_view Values(const Outcome& outcome) {
-  std::string_view text = outcome.reply.text;
-  if (text.starts_with(outcome.sent)) text.remove_prefix(outcome.sent.size());
-  return text.substr(0, text.find(kEndMark));
-}
-
 // A Terminal may repeat the question's letters in front of the number.
 std::optional<int> AddressIn(std::string_view reply) {
-  const std::size_t digit = reply.find_first_of(kDigits);
-  if (digit == std::string_view::npos) return std::nullopt;
-  const std::string_view number = reply.substr(digit);
-  if (number.find_first_not_of(kDigits) != std::string_view::npos) return std::nullopt;
-  const double value = Val(number);
+  const double value = Val(reply.substr(reply.find_first_of("0123456789")));
   return value < kAllAddresses ? std::optional(static_cast<int>(value)) : std::nullopt;
-}
-
-bool LooksLikeVersion(std::string_view reply) {
-  return !reply.empty() && reply.size() <= kLongestVersion &&
-         kDigits.find(reply.front()) != std::string_view::npos;
 }
 
 }  // namespace
@@ -115,6 +96,8 @@ void LineState::Settle(const Outcome& outcome) {
   failure_.reset();
   if (outcome.reply.Failed()) {
     failure_ = {outcome.reply.kind, std::string(outcome.sent), outcome.reply.received};
+  } else if (!outcome.reply.readable) {
+    failure_ = {ReplyKind::Unexpected, std::string(outcome.sent), outcome.reply.received};
   }
   Changed();
 }
@@ -123,10 +106,11 @@ void LineState::NoteAnswer(const Outcome& outcome, CommandName asked) {
   answered_ = loop_.Now();
   unanswered_ = 0;
   const ReplyKind kind = outcome.reply.kind;
-  clear_ = kind == ReplyKind::Answered || kind == ReplyKind::Refused;
-  if (kind != ReplyKind::Answered) return;
-  const std::string_view values = Values(outcome);
-  if (asked == CommandName::AskVersion && LooksLikeVersion(values)) version_ = values;
+  const bool readable = outcome.reply.readable;
+  clear_ = readable && (kind == ReplyKind::Answered || kind == ReplyKind::Refused);
+  if (kind != ReplyKind::Answered || !readable) return;
+  const std::string_view values = ValuesBehind(outcome.sent, outcome.reply.text);
+  if (asked == CommandName::AskVersion) version_ = values;
   if (asked != CommandName::AskAddress || trace_.Address() == kAllAddresses) return;
   const auto address = AddressIn(values);
   if (address) trace_.Told(*address);

@@ -27,6 +27,9 @@ struct Reply {
   std::string text;
   /// The characters as they came, end mark and all; without the echo of the line.
   std::string received{};
+  /// What came can be the answer to the question. Where it cannot, the values are read all the
+  /// same, but they are not what a Terminal has told.
+  bool readable = true;
 
   bool Failed() const { return kind != ReplyKind::Sent && kind != ReplyKind::Answered; }
   /// The number that the reply begins with; 0 when there is none.

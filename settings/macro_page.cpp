@@ -116,7 +116,7 @@ void MacroPage::Shown() {
 void MacroPage::ShowFreeBytes() {
   const TerminalState& state = services_.state;
   lblMakroFrei->setText(
-      state.freeBytes && state.freeBytesAsked
+      state.freeBytes && state.freeBytesAsked && state.freeBytesLack.empty()
           ? tr("%1 Byte, zuletzt gelesen %2")
                 .arg(Text(NumberText(*state.freeBytes)), MinuteText(*state.freeBytesAsked))
       : state.freeBytesLack.empty() ? tr("noch nicht gelesen")

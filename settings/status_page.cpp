@@ -241,7 +241,7 @@ void StatusPage::cmdGetVersion_Click() {
   services_.exchange.SendString(AskSystemInfo());
   const Reply info = services_.exchange.WaitAnswer({});
   lblSysInfo->setPlainText(GlyphText(info.text));
-  if (!info.Failed() || version.Failed()) return;
+  if (Mark(info).empty() || !Mark(version).empty()) return;
   lblVersionStand->setText(tr("Info: %1").arg(QString::fromStdString(Mark(info))));
 }
 

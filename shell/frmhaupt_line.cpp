@@ -84,10 +84,10 @@ void frmhaupt::cmdVerbindungPruefen_Click() {
   const Chronicle::Asking asking(chronicle_);
   const Reply address = exchange_.SendQuery(AskAddress());
   const Reply version = exchange_.SendQuery(AskVersion());
-  if (!version.Failed()) NoteVersion(state_, version);
+  if (!version.Failed() && version.readable) NoteVersion(state_, version);
   const std::string words = CheckWords(
       lineState_, [this](int number) { return head_->NameOf(number); }, address, version);
-  const bool failed = address.Failed() || version.Failed();
+  const bool failed = !FailureWords(address).empty() || !FailureWords(version).empty();
   chronicle_.Note(words, failed);
   if (failed) outside_.person.Message(words, Icon::Exclamation);
 }

@@ -58,7 +58,8 @@ std::string AnswerWords(const LineState& state) {
     case Answering::Answered:
       return "hat " + Age(state.SinceAnswer()) + " geantwortet";
     case Answering::Unclear:
-      return "hat " + Age(state.SinceAnswer()) + " unklar geantwortet";
+      return "hat " + Age(state.SinceAnswer()) + " unklar geantwortet" +
+             (state.Listens() == Listening::All ? " (mehrere zugleich?)" : "");
     case Answering::Silent:
       break;
   }
@@ -100,6 +101,7 @@ std::string CheckWords(const LineState& state, const TerminalNames& names, const
     return "Es hat kein Terminal geantwortet.";
   }
   if (address.Failed() || version.Failed()) return "Die Antwort war nicht vollständig.";
+  if (!address.readable || !version.readable) return "Die Antwort war nicht lesbar.";
   const std::string said = ReadableText(version.text).substr(0, kLongestVersion);
   if (state.Listens() == Listening::All) {
     return "Gewählt sind alle, und es wurde geantwortet, Version " + said + ".";

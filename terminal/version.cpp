@@ -14,7 +14,7 @@ Version ReadVersion(std::string_view reply) {
 void NoteVersion(TerminalState& state, const Reply& reply) {
   const Version version = ReadVersion(reply.text);
   state.TerminalVersion = version.number;
-  state.versionText = reply.Failed() ? std::string() : reply.text;
+  state.versionText = reply.Failed() || !reply.readable ? std::string() : reply.text;
   if (!reply.Failed()) state.flash = version.hasFlash ? FlashState::Yes : FlashState::No;
   state.Changed();
 }

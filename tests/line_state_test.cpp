@@ -130,6 +130,10 @@ TEST_F(LineStateTest, WhatIsAskedForIsFollowedWhoeverAsks) {
   EXPECT_EQ(state.Answers(), Answering::Unclear);
   ASSERT_TRUE(state.LastFailure());
   EXPECT_EQ(state.LastFailure()->received, "2.1");
+  terminal.Answer("\x1b?V", "2\x04\x10 F;");  // several at once
+  AskVersion();
+  EXPECT_EQ(state.Answers(), Answering::Unclear);
+  EXPECT_EQ(state.Version(), "2.10F");
   for (int address = 0; address < 3; ++address) {  // a search
     terminal.Answer("\x1b?A", address == 1 ? "1;" : "");
     exchange.SendString(SelectAddress(address).Text(), Pending::Discard);

@@ -5,6 +5,7 @@
 #include "base/val.h"
 #include "base/wire_text.h"
 #include "interfaces/port_control.h"
+#include "link/answer_form.h"
 #include "link/command_words.h"
 #include "link/commands.h"
 #include "link/echo_filter.h"
@@ -55,6 +56,47 @@ TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {
   EXPECT_EQ(HexText("\x1b\x0f"
                     "A"),
             "1B 0F 41");
+}
+
+TEST(AnswerForm, VersionsAreNumbersWithWhatMayFollow) {
+  for (const char* version :
+       {"2", "2.10", "2.10F", "1.9 beta", "2.1.0", " 2.10", "2.10F 12.03.99"}) {
+    EXPECT_TRUE(IsVersion(version)) << version;
+  }
+  const std::string tooLong = "2.10 " + std::string(40, 'x');
+  for (const char* text : {"", " ", "F2", ".5", "2.", "2.10.2.10", "2.10F7", "2..10", "2.10\xFF",
+                           "2.10 \x1b", "TimeOut", "-1", "2,10", tooLong.c_str()}) {
+    EXPECT_FALSE(IsVersion(text)) << text;
+  }
+}
+
+TEST(AnswerForm, AnswersHaveTheirValuesInTheirRanges) {
+  const struct {
+    CommandName asked;
+    std::vector<const char*> good;
+    std::vector<const char*> bad;
+  } cases[] = {
+      {CommandName::AskAddress, {"0", "?A17", "?A?A255", "x 5"}, {"", "?A", "256", "2.1", "0\x10"}},
+      {CommandName::AskPort, {"165", " 7"}, {"0\x10\x10", "?P5", "256", "-1"}},
+      {CommandName::AskFlash, {"64,4096"}, {"64", "64,4096,1", ",4096"}},
+      {CommandName::AskFreeBytes, {"8142"}, {"EEPROM", "81 42"}},
+      {CommandName::AskTextFont, {"9"}, {"10", ""}},
+      {CommandName::AskTextZoom, {"2,3"}, {"2", "0,0"}},
+      {CommandName::AskCursorShape, {"1", "3,40"}, {"", "1,"}},
+      {CommandName::AskChecksum, {"1aF", "0"}, {"12345", "G", ""}},
+      {CommandName::AskMatrixTable, {"leer", "3,80,\xE4"}, {"3,8\x10"}}};
+  for (const auto& c : cases) {
+    const CommandRow& row = RowOf(c.asked);
+    for (const char* text : c.good) EXPECT_TRUE(HasForm(row, text)) << row.letters << text;
+    for (const char* text : c.bad) EXPECT_FALSE(HasForm(row, text)) << row.letters << text;
+  }
+  EXPECT_TRUE(CanAnswer("\x1b?V", "\x1b?V2.10F;"));
+  EXPECT_TRUE(CanAnswer("\x1b??", "\x1b??Display;\r\n"));
+  EXPECT_FALSE(CanAnswer("\x1b??", "Di;\x02"));
+  EXPECT_TRUE(
+      CanAnswer("\x1b"
+                "EWC",
+                "\x06"));
 }
 
 TEST(LineClockTest, CountsWhatTheRateHasNotCarriedYet) {

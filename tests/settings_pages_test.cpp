@@ -73,6 +73,28 @@ TEST_F(StatusPageTest, TheMarkSaysWhatCameAndNothingMovesForIt) {
   EXPECT_EQ(place(), before);
 }
 
+// The system information is waited for 100 ms; one that comes later stands in front of what is
+// asked next.
+TEST_F(StatusPageTest, AnAnswerOfAnotherFormIsReadButNotCalledRead) {
+  const char* const info = "Terminal 2.1F Adr. 4\r\n";
+  terminal.Answer("\x1b?A", std::string(info) + "?A4;");
+  terminal.Answer("\x1b?P", std::string(info) + "165;");
+  terminal.Answer("\033F??", "64;");
+  terminal.Answer("\x1b?V", "2\x04\x10 F;");
+  terminal.Answer("\x1b??", "Te\x04;");
+  for (const char* button : {"cmdGetAdresse", "cmdGetPort", "cmdGetFlashInfo", "cmdGetVersion"}) {
+    Click(button);
+  }
+  EXPECT_EQ(Text("txtAdresse"), "2.1");
+  const char* const marks[] = {"lblAdresseStand", "lblPortP1Stand", "lblFlashStand",
+                               "lblVersionStand"};
+  for (const char* mark : marks) EXPECT_EQ(Text(mark), "Antwort unlesbar") << mark;
+  EXPECT_EQ(state.versionText, "");
+  terminal.Answer("\x1b?V", "2.1;");
+  Click("cmdGetVersion");
+  EXPECT_EQ(Text("lblVersionStand"), "Info: Antwort unlesbar");
+}
+
 TEST_F(StatusPageTest, WhereTheFlashGroupIsHiddenItSaysWhy) {
   const auto lack = [this] {
     Click("cmdGetVersion");

@@ -41,18 +41,6 @@ TEST(SearchTexts, AddressRepliesAreReadFromTheirThirdCharacter) {
   }
 }
 
-TEST(SearchTexts, VersionsAreNumbersWithWhatMayFollow) {
-  for (const char* version :
-       {"2", "2.10", "2.10F", "1.9 beta", "2.1.0", " 2.10", "2.10F 12.03.99"}) {
-    EXPECT_TRUE(IsVersion(version)) << version;
-  }
-  const std::string tooLong = "2.10 " + std::string(40, 'x');
-  for (const char* text : {"", " ", "F2", ".5", "2.", "2.10.2.10", "2.10F7", "2..10", "2.10\xFF",
-                           "2.10 \x1b", "TimeOut", "-1", "2,10", tooLong.c_str()}) {
-    EXPECT_FALSE(IsVersion(text)) << text;
-  }
-}
-
 class TerminalSearchTest : public testing::Test, protected BusWorld {
  protected:
   bool Reopen() {

@@ -4,6 +4,7 @@
 
 #include "base/val.h"
 #include "link/addresses.h"
+#include "link/answer_form.h"
 #include "link/command_table.h"
 #include "link/control_characters.h"
 
@@ -220,7 +221,8 @@ void Twins::Settle(const Outcome& outcome) {
   Twin* const twin = Answerer(outcome);
   if (twin == nullptr) return;
   Knowledge& knowledge = twin->knowledge;
-  if (kind != ReplyKind::Answered && kind != ReplyKind::Refused) {
+  const bool whole = kind == ReplyKind::Answered || kind == ReplyKind::Refused;
+  if (!whole || !outcome.reply.readable) {
     return knowledge.Deafen(TwinDoubt::Garbled);
   }
   if (!twin->terminal.Selected()) {
@@ -239,9 +241,7 @@ void Twins::Answered(Twin& twin, const Outcome& outcome, CommandName asked) {
     twin.knowledge.Acknowledged(outcome.sent, !refused);
   }
   if (refused) return;
-  std::string_view values = reply.text;
-  if (values.starts_with(outcome.sent)) values.remove_prefix(outcome.sent.size());
-  values = values.substr(0, values.find(kEndMark));
+  const std::string_view values = ValuesBehind(outcome.sent, reply.text);
   if (asked == CommandName::AskSystemInfo) {
     const auto size = SizeIn(reply.text);
     if (size) twin.knowledge.SizeTold(size->first, size->second);
