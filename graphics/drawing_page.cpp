@@ -12,7 +12,7 @@ namespace kelvo {
 
 namespace {
 
-constexpr int kPreviewZoom = 2;
+constexpr int kZoom = 2;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void DrawingPreview::Show(const QImage& pixels) {
   update();
 }
 
-QSize DrawingPreview::sizeHint() const { return pixels_.size() * kPreviewZoom; }
+QSize DrawingPreview::sizeHint() const { return pixels_.size() * kZoom; }
 
 void DrawingPreview::paintEvent(QPaintEvent*) {
   QPainter painter(this);

@@ -12,7 +12,7 @@ using What = EquipEntry::What;
 
 constexpr std::string_view kHead = "kelvo-ausstattung 1";
 constexpr std::string_view kTarget = "ziel";
-constexpr std::string_view kErase = "vorher löschen";
+constexpr std::string_view kEraseFirst = "vorher löschen";
 constexpr std::string_view kBegin = "beginn";
 constexpr std::string_view kWithChecksum = "mit Prüfsumme";
 constexpr std::string_view kByVersion = "nach Version";
@@ -81,7 +81,7 @@ std::optional<EquipTarget> ReadTargetLine(const std::vector<std::string_view>& f
 std::vector<std::string> JobLines(const EquipJob& job) {
   std::vector<std::string> lines{std::string(kHead)};
   for (const EquipTarget& target : job.targets) lines.push_back(TargetLine(target));
-  if (job.erase) lines.emplace_back(kErase);
+  if (job.erase) lines.emplace_back(kEraseFirst);
   const std::string equipment = EquipmentFile(job.equipment);
   for (const std::string_view line : SplitAt(equipment, '\n')) {
     if (!line.empty()) lines.push_back("= " + std::string(line));
@@ -97,7 +97,7 @@ std::optional<EquipJob> ReadJobLines(const std::vector<std::string_view>& lines)
     const auto fields = SplitAt(lines[i], '\t');
     if (lines[i].starts_with("= ")) {
       equipment += std::string(lines[i].substr(2)) + "\n";
-    } else if (lines[i] == kErase) {
+    } else if (lines[i] == kEraseFirst) {
       job.erase = true;
     } else if (auto target = ReadTargetLine(fields); target && fields[0] == kTarget) {
       job.targets.push_back(*std::move(target));

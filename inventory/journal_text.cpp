@@ -10,8 +10,6 @@
 namespace kelvo {
 namespace {
 
-using enum Event;
-
 constexpr std::string_view kDelete = " löschen";
 constexpr std::string_view kErase = "alles löschen";
 constexpr std::string_view kRoom = "freier Platz";
@@ -20,23 +18,24 @@ constexpr std::string_view kUnknown = "?";
 constexpr std::string_view kNone = "-";
 constexpr std::size_t kFields = 8;  // without the check
 
-constexpr std::pair<Event, std::string_view> kEvents[] = {{Begun, "begonnen"},
-                                                          {Acknowledged, "bestätigt"},
-                                                          {Proven, "geprüft"},
-                                                          {Refused, "abgelehnt"},
-                                                          {Silent, "keine Antwort"},
-                                                          {Unclear, "unklare Antwort"},
-                                                          {LineLost, "Verbindung verloren"},
-                                                          {WrongSum, "falsche Prüfsumme"},
-                                                          {ByMacro, "durch Makro"},
-                                                          {FreeBytes, "gelesen"},
-                                                          {NotRecorded, "nicht aufgezeichnet"}};
+constexpr std::pair<Event, std::string_view> kEvents[] = {
+    {Event::Begun, "begonnen"},
+    {Event::Acknowledged, "bestätigt"},
+    {Event::Proven, "geprüft"},
+    {Event::Refused, "abgelehnt"},
+    {Event::Silent, "keine Antwort"},
+    {Event::Unclear, "unklare Antwort"},
+    {Event::LineLost, "Verbindung verloren"},
+    {Event::WrongSum, "falsche Prüfsumme"},
+    {Event::ByMacro, "durch Makro"},
+    {Event::FreeBytes, "gelesen"},
+    {Event::NotRecorded, "nicht aufgezeichnet"}};
 
 constexpr ItemKind kKinds[] = {ItemKind::Config, ItemKind::Macro, ItemKind::MatrixTable,
                                ItemKind::AtTable, ItemKind::Bitmap};
 
 std::string WhatText(const JournalEntry& entry) {
-  if (entry.event == FreeBytes) return std::string(kRoom);
+  if (entry.event == Event::FreeBytes) return std::string(kRoom);
   switch (entry.change.kind) {
     case ItemChange::Kind::Erased:
       return std::string(kErase);
@@ -84,7 +83,7 @@ std::optional<int> AddressIn(std::string_view text) {
 }
 
 std::string BytesText(const JournalEntry& entry) {
-  if (entry.event == FreeBytes) return std::to_string(entry.bytes);
+  if (entry.event == Event::FreeBytes) return std::to_string(entry.bytes);
   if (entry.command.empty()) return std::string(kNone);
   return std::to_string(ItemBytes({entry.change.key, entry.command, {}}));
 }
@@ -141,7 +140,8 @@ std::optional<JournalEntry> ReadJournalLine(std::string_view line) {
   const auto readCommand = PlainWire(command);
   if (!readTime || !readAddress || !readEvent || !readChange) return std::nullopt;
   if (!readDevice || !readName || !readCommand) return std::nullopt;
-  const std::int64_t room = *readEvent == FreeBytes ? NumberIn<std::int64_t>(bytes).value_or(0) : 0;
+  const std::int64_t room =
+      *readEvent == Event::FreeBytes ? NumberIn<std::int64_t>(bytes).value_or(0) : 0;
   return JournalEntry{
       *readTime, {*readDevice, *readAddress}, *readEvent, *readChange, *readName, *readCommand,
       room};

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-constexpr std::size_t kLongestQuote = 20;
+constexpr std::size_t kLongestAnswer = 20;
 
 constexpr char kDrawing[] = "Zeichnung gesendet: ";
 
@@ -42,7 +42,7 @@ std::string FailureWords(const Reply& reply) {
     case ReplyKind::Refused:
       return "abgelehnt (NAK)";
     case ReplyKind::Unexpected:
-      return "statt der Quittung „" + ReadableText(reply.received.substr(0, kLongestQuote)) + "“";
+      return "statt der Quittung „" + ReadableText(reply.received.substr(0, kLongestAnswer)) + "“";
     case ReplyKind::PortClosed:
       return "kein Anschluss offen";
     default:

@@ -11,7 +11,7 @@ using Number = TrafficRecord::Number;
 
 // An answer in pieces is not longer than this.
 constexpr Number kPiecesOfAnAnswer = 64;
-constexpr std::size_t kLongestQuote = 30;
+constexpr std::size_t kLongestUnasked = 30;
 
 Answer AwaitedAfter(const TrafficRecord& record, Number sent) {
   const CommandRow* const last = LastCommand(record.Characters(sent));
@@ -55,7 +55,7 @@ std::string ReceivedWords(const TrafficRecord& record, Number number) {
   const auto sent = record.Sent(number);
   const bool unasked = KindOf(record, number) == TrafficKind::Unasked;
   if (!sent || unasked) {
-    const std::string text = record.Characters(number, kLongestQuote);
+    const std::string text = record.Characters(number, kLongestUnasked);
     return "unverlangt empfangen „" + ReadableText(text) +
            (text.size() < record.At(number).length ? "…“" : "“");
   }

@@ -58,7 +58,7 @@ class WriteDeskTest : public WindowTest {
       }
       person.file = folder.Path("vergleich.txt");
       Click("cmdVergleichSpeichern");
-      EXPECT_EQ(ReadFile(*person.file, 100'000), copied.toStdString());
+      EXPECT_EQ(kelvo::ReadFile(*person.file, 100'000), copied.toStdString());
       EXPECT_EQ(Text("lblVergleich"), "Der Vergleich ist gespeichert: " + *person.file);
     }
     person.file = folder.Path("missing/vergleich.txt");
