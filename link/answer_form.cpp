@@ -24,13 +24,13 @@ std::string_view WithoutEcho(std::string_view sent, std::string_view answer) {
   return answer.starts_with(sent) ? answer.substr(sent.size()) : answer;
 }
 
-std::string_view Trimmed(std::string_view text) {
+std::string_view WithoutBlanks(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 bool IsNumber(std::string_view text, const Parameter& range) {
-  text = Trimmed(text);
+  text = WithoutBlanks(text);
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size() && number >= range.lowest &&
