@@ -14,7 +14,9 @@ class Undertakings {
   /// A handler runs as long as this lives.
   class Running {
    public:
-    explicit Running(Undertakings& all) : all_(all) { ++all_.running_; }
+    explicit Running(Undertakings& all) : all_(all) {
+      if (all_.running_++ == 0) ++all_.deed_;
+    }
     ~Running() {
       if (--all_.running_ > 0) return;
       if (all_.idle_) all_.idle_();
@@ -70,6 +72,9 @@ class Undertakings {
   };
 
   bool HandlersRun() const { return running_ > 0; }
+  /// What the operator has begun: a number that is another one for each handler that begins while
+  /// none runs; 0 when none does.
+  int Deed() const { return running_ > 0 ? deed_ : 0; }
   /// A handler runs that does not just wait for the operator.
   bool Works() const { return running_ > resting_; }
   bool Talks() const { return talking_ > 0; }
@@ -85,6 +90,7 @@ class Undertakings {
 
  private:
   int running_ = 0;
+  int deed_ = 0;
   int resting_ = 0;  // handlers behind the box in front
   int talking_ = 0;
   std::vector<std::function<void()>> later_;

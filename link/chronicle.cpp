@@ -73,11 +73,11 @@ void Chronicle::Sent(std::string_view text) {
   if (goesOn || IsDrawing(last)) return SentDrawing(text.size(), goesOn);
   if (last != nullptr && last->answer != Answer::None) return;
   if (busy_() && (last == nullptr || last->done.empty() || IsSelection(*last))) return;
-  const std::string done = DoneWords(text);
-  const std::string doubt =
-      doubt_ && last != nullptr && !done.empty() && !IsSelection(*last) ? doubt_() : std::string();
-  if (!doubt.empty()) return Note(CommandWords(text, 1) + ": gesendet, " + doubt, true);
-  Note(!done.empty() ? done : CommandWords(text, 1) + ": gesendet");
+  const bool open = EndsOpen(text);
+  const std::string done = open ? std::string() : DoneWords(text);
+  if (last != nullptr && IsSelection(*last) && !open) return Note(done);
+  NoteSent((done.empty() ? CommandWords(text, 1) : done) + ": gesendet" +
+           (open ? ", Befehl noch offen: Trennzeichen fehlt" : ""));
 }
 
 // One that is sent again and again, as it is drawn, is one line.
@@ -86,7 +86,13 @@ void Chronicle::SentDrawing(std::size_t length, bool goesOn) {
   length_ = goesOn ? length_ + length : length;
   const bool again = !lines_.empty() && lines_.back().text.starts_with(kDrawing);
   if (again) lines_.pop_back();
-  Note(kDrawing + std::to_string(length_) + " Zeichen");
+  NoteSent(kDrawing + std::to_string(length_) + " Zeichen");
+}
+
+// Of what nobody confirms is known that it was sent, and perhaps what is against its arrival.
+void Chronicle::NoteSent(const std::string& what) {
+  const std::string doubt = doubt_ ? doubt_() : std::string();
+  Add(doubt.empty() ? what : what + ", " + doubt, doubt.empty() ? Weight::Sent : Weight::Doubtful);
 }
 
 void Chronicle::Settle(const Outcome& outcome) {
@@ -104,7 +110,8 @@ void Chronicle::NoteAcknowledged(const Outcome& outcome) {
   const Reply reply = JudgedAcknowledge(outcome.reply);
   if (reply.kind == ReplyKind::Sent) return;  // it still counts
   if (reply.Failed()) {
-    Note(TargetWords() + CommandWords(outcome.sent, 1) + ": " + FailureWords(reply), true);
+    Add(TargetWords() + CommandWords(outcome.sent, 1) + ": " + FailureWords(reply),
+        reply.kind == ReplyKind::Refused ? Weight::Refused : Weight::Failed);
   } else {
     const std::string before =
         freeBytes_ ? ", vorher " + NumberText(*freeBytes_) + " Byte frei" : std::string();
@@ -119,7 +126,12 @@ std::string Chronicle::TargetWords() const {
 }
 
 void Chronicle::Note(const std::string& text, bool failed) {
-  lines_.push_back({clock_(), failed, text});
+  Add(text, failed ? Weight::Failed : Weight::Done);
+}
+
+void Chronicle::Add(const std::string& text, Weight weight) {
+  const bool failed = weight == Weight::Doubtful || weight >= Weight::Failed;
+  lines_.push_back({clock_(), failed, text, weight});
   if (lines_.size() > kLines) lines_.pop_front();
   if (listener_) listener_(lines_.back());
 }

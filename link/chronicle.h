@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -17,10 +18,14 @@ namespace kelvo {
 class Chronicle {
  public:
   using Moment = std::chrono::sys_time<std::chrono::milliseconds>;
+  /// How much a line matters beside the others of one deed, the least first. An acknowledge takes
+  /// the doubt from what was sent before it.
+  enum class Weight : std::uint8_t { Sent, Doubtful, Done, Failed, Refused };
   struct Line {
     Moment time;
     bool failed = false;
     std::string text;  ///< UTF-8
+    Weight weight = Weight::Done;
   };
   static constexpr std::size_t kLines = 50;
 
@@ -54,6 +59,8 @@ class Chronicle {
  private:
   void Sent(std::string_view text);
   void SentDrawing(std::size_t length, bool goesOn);
+  void NoteSent(const std::string& what);
+  void Add(const std::string& text, Weight weight);
   void Settle(const Outcome& outcome);
   void NoteAcknowledged(const Outcome& outcome);
   std::string TargetWords() const;

@@ -82,22 +82,22 @@ constexpr CommandRow kRows[] = {
      "Terminal mit Adresse $1 wählen", "Adresse $1 gewählt"},
     {AskPort, "?P", kNothing, AtOnce, Value, "Eingänge P1 abfragen", "", "", kLines},
     {SetPort, "!P", kLines, Semicolon, None, "Ausgänge P0 setzen", "Ausgänge P0 auf $1 setzen",
-     "Ausgänge P0 auf $1 gesetzt"},
+     "Ausgänge P0 auf $1 setzen"},
     {SetResolution, "!R", kResolution, Semicolon, None, "Auflösung setzen", "",
-     "Auflösung $1 x $2 gesetzt"},
-    {Restart, "R", kNothing, AtOnce, None, "Neustart", "", "Neustart gesendet"},
+     "Auflösung $1 x $2"},
+    {Restart, "R", kNothing, AtOnce, None, "Neustart", "", "Neustart"},
     {AskFlash, "F??", kNothing, AtOnce, Value, "Flash-Sektoren abfragen", "", "", kFlash},
     {SetInterface1, "!B", kInterface, Semicolon, None, "erste Schnittstelle einstellen", "",
-     "erste Schnittstelle auf $1 Bit/s gestellt"},
+     "erste Schnittstelle auf $1 Bit/s"},
     {SetBuffer1, "!S", kBuffer, Semicolon, None, "Puffer der ersten Schnittstelle",
      "Puffer der ersten Schnittstelle: $1 Zeichen"},
     {SetInterface2, "!b", kInterface, Semicolon, None, "zweite Schnittstelle einstellen", "",
-     "zweite Schnittstelle auf $1 Bit/s gestellt"},
+     "zweite Schnittstelle auf $1 Bit/s"},
     {SetBuffer2, "!s", kBuffer, Semicolon, None, "Puffer der zweiten Schnittstelle",
      "Puffer der zweiten Schnittstelle: $1 Zeichen"},
     {SetReceiveMode2, "2I", kReceiveMode, Semicolon, None, "Empfang der zweiten Schnittstelle"},
     {SendToInterface2, "2O", kText, Ending::Open, None, "Ausgabe auf zweiter Schnittstelle",
-     "Ausgabe auf zweiter Schnittstelle: &1", "auf der zweiten Schnittstelle ausgegeben: $1"},
+     "Ausgabe auf zweiter Schnittstelle: &1", "Ausgabe auf zweiter Schnittstelle, $1"},
     {AskFreeBytes, "E?F", kNothing, AtOnce, Value, "freien Platz im EEPROM abfragen", "", "",
      kFreeBytes},
     {WriteConfig, "EWC", kNothing, AtOnce, Acknowledge, "Konfiguration speichern", "",
@@ -112,13 +112,13 @@ constexpr CommandRow kRows[] = {
     {DeleteMakro, "EDM", kNumber, Semicolon, Acknowledge, "Makro löschen", "Makro $1 löschen",
      "Makro $1 gelöscht"},
     {RunMakro, "ECM", kNumber, Semicolon, None, "Makro ausführen", "Makro $1 ausführen",
-     "Makro $1 gestartet"},
+     "Makro $1 ausführen"},
     {WriteKeyTable, "EWK", kKeyTable, Semicolon, Acknowledge, "Tastaturtabelle schreiben",
      "Tastaturtabelle $1 schreiben, ab Code $2, $3", "Tabelle $1 geschrieben: $3"},
     {ActivateMatrixTable, "EMK", kNumber, Semicolon, None, "Matrix-Tabelle aktivieren",
-     "Matrix-Tabelle $1 aktivieren", "Matrix-Tabelle $1 aktiviert"},
+     "Matrix-Tabelle $1 aktivieren", "Matrix-Tabelle $1 aktivieren"},
     {ActivateAtTable, "EAK", kNumber, Semicolon, None, "AT-Tabelle aktivieren",
-     "AT-Tabelle $1 aktivieren", "AT-Tabelle $1 aktiviert"},
+     "AT-Tabelle $1 aktivieren", "AT-Tabelle $1 aktivieren"},
     {DeleteKeyTable, "EDK", kNumber, Semicolon, Acknowledge, "Tastaturtabelle löschen",
      "Tastaturtabelle $1 löschen", "Tabelle $1 gelöscht"},
     {AskMatrixTable, "EM?", kNothing, AtOnce, Value, "Matrix-Tabelle abfragen"},
@@ -128,11 +128,9 @@ constexpr CommandRow kRows[] = {
     {SetMatrixSize, "MS", kMatrixSize, Semicolon, None, "Matrix: Größe",
      "Matrix: $1 Spalten, $2 Zeilen"},
     {SetMatrixConfig, "MC", kMatrixConfig, Semicolon, None, "Matrix: Konfiguration"},
-    {StartMatrix, "ME", kNothing, AtOnce, None, "Matrix-Abfrage ein", "",
-     "Matrix-Abfrage eingeschaltet"},
-    {StopMatrix, "MD", kNothing, AtOnce, None, "Matrix-Abfrage aus", "",
-     "Matrix-Abfrage ausgeschaltet"},
-    {DefineCursor, "!c", kCursorShape, Semicolon, None, "Cursorform", "", "Cursor eingestellt"},
+    {StartMatrix, "ME", kNothing, AtOnce, None, "Matrix-Abfrage ein", "", "Matrix-Abfrage ein"},
+    {StopMatrix, "MD", kNothing, AtOnce, None, "Matrix-Abfrage aus", "", "Matrix-Abfrage aus"},
+    {DefineCursor, "!c", kCursorShape, Semicolon, None, "Cursorform", "", "Cursor"},
     {SwitchCursor, "!C", kCursor, Semicolon, None, "Cursor ein/aus"},
     {AskCursor, "?C", kNothing, AtOnce, Value, "Cursorart abfragen", "", "", kCursor},
     {AskCursorShape, "?c", kNothing, AtOnce, Value, "Cursorform abfragen", "", "", kShape},
@@ -141,7 +139,7 @@ constexpr CommandRow kRows[] = {
     {MoveTextHome, "TH", kNothing, AtOnce, None, "Textcursor nach Hause"},
     {SetTextFont, "TF", kFont, Semicolon, None, "Schrift", "Schrift $1"},
     {SetTextAttribute, "TA", kAttribute, Semicolon, None, "Textattribut", "Textattribut $1"},
-    {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus", "Textmodus $1", "Textmodus gesetzt"},
+    {SetTextMode, "TM", kMode, Semicolon, None, "Textmodus", "Textmodus $1", "Textmodus"},
     {SetTextZoom, "TZ", kZoom, Semicolon, None, "Textzoom", "Textzoom $1,$2"},
     {AskTextPosition, "T?P", kNothing, AtOnce, Value, "Textposition abfragen", "", "", kPosition},
     {AskTextFont, "T?F", kNothing, AtOnce, Value, "Schrift abfragen", "", "", kFont},
@@ -195,11 +193,11 @@ std::size_t ParametersEnd(std::string_view text, Ending ending) {
     case Ending::AtOnce:
       return 0;
     case Ending::Semicolon:
+    case Ending::Open:
       return text.find(';');
     case Ending::Eot:
       return text.find(kEot);
     case Ending::Etx:
-    case Ending::Open:
       break;
   }
   return text.size();
@@ -213,7 +211,8 @@ SentCommand SentAs(const CommandRow* row, std::string_view body) {
   std::string_view text = body.substr(end);
   const bool closed = !text.empty() && row->ending != Ending::AtOnce;
   text.remove_prefix(closed ? 1 : 0);
-  return {row, body.substr(0, end), text};
+  const bool open = !closed && (row->ending == Ending::Semicolon || row->ending == Ending::Open);
+  return {row, body.substr(0, end), text, open};
 }
 
 }  // namespace
@@ -250,6 +249,15 @@ std::string CommandMeaning(std::string_view wire, int limit) {
     return named;
   });
   return meaning;
+}
+
+bool EndsOpen(std::string_view wire) {
+  bool open = false;
+  WalkCommands(wire, [&open](const SentCommand& command) {
+    open = command.open;
+    return true;
+  });
+  return open;
 }
 
 const CommandRow* LastCommand(std::string_view wire) {

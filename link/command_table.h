@@ -118,7 +118,8 @@ struct CommandRow {
   /// The command in words with its parameters: "$1" is the first one, or how much it is, "&1" the
   /// text itself. Where there is none, the parameters are listed behind the meaning.
   std::string_view phrase{};
-  /// The same for what has been done, where that is worth a line: "Makro $1 gelöscht".
+  /// The same for a line that tells what came of it, where that is worth one: what has been done,
+  /// "Makro $1 gelöscht"; of what nobody acknowledges what it is, as it has only been sent.
   std::string_view done{};
   /// What a whole answer to a question consists of; none where that is any text that can be read.
   std::span<const Parameter> values{};
@@ -140,9 +141,12 @@ struct SentCommand {
   const CommandRow* row;        ///< nullptr for one that is not known
   std::string_view parameters;  ///< between letters and end; of one that is not known, all of it
   std::string_view text;        ///< behind its end, up to the next command
+  bool open = false;            ///< its end has not come
 };
 /// Calls `visit` with each command of a text until it answers false.
 void WalkCommands(std::string_view wire, const std::function<bool(const SentCommand&)>& visit);
+/// The last command of a text waits for its end: what is sent next belongs to it.
+bool EndsOpen(std::string_view wire);
 /// The last command of a text; nullptr when it holds none that is known.
 const CommandRow* LastCommand(std::string_view wire);
 

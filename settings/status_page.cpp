@@ -286,7 +286,7 @@ void StatusPage::chkPortP0_Click() {
     if (chkPortP0[i]->checkState() != Qt::PartiallyChecked) chkPortP0[i]->setTristate(false);
   }
   lblPortP0->setText(QString::number(PortNumberOf(lines)));
-  lblPortP0Stand->setText(tr("noch nicht gesetzt"));
+  lblPortP0Stand->setText(tr("noch nicht gesendet"));
 }
 
 void StatusPage::cmdSetPort_Click() {
@@ -296,7 +296,7 @@ void StatusPage::cmdSetPort_Click() {
     line->setTristate(false);
     line->setCheckState(on ? Qt::Checked : Qt::Unchecked);
   }
-  lblPortP0Stand->ShowSet();
+  lblPortP0Stand->ShowSent();
 }
 
 void StatusPage::txtDisplayX_LostFocus() {

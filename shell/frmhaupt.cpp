@@ -176,7 +176,7 @@ void frmhaupt::MakeFrame() {
   MakeTabs();
   column->addWidget(cmdTab, 1);
   setCentralWidget(centre);
-  statusDisplay_ = Named(new StatusDisplay(exchange_), "ctlStatusleiste");
+  statusDisplay_ = Named(new StatusDisplay(exchange_, outside_.person.Begun()), "ctlStatusleiste");
   setStatusBar(statusDisplay_);
   connect(statusDisplay_, &StatusDisplay::HeldChanged, this, [this] { head_->ShowState(); });
   connect(statusDisplay_, &StatusDisplay::StopWanted, this, [this] {

@@ -96,7 +96,7 @@ void frmhaupt::MakeHistory() {
   history_ = new HistoryView(chronicle_, this);
   chronicle_.SetDoubt([this] { return DoubtWords(lineState_); });
   chronicle_.SetListener([this](const Chronicle::Line& line) {
-    statusDisplay_->ShowResult(HistoryWords(line));
+    statusDisplay_->ShowResult(HistoryWords(line), line.weight);
     history_->Refresh();
   });
   FollowBus();

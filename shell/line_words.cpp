@@ -41,8 +41,9 @@ std::string ListenerWords(const LineState& state, const TerminalNames& names) {
 
 std::string DoubtWords(const LineState& state) {
   if (state.Listens() == Listening::Nobody) return "aber es ist kein Terminal gewählt";
-  const bool silent = state.Answers() == Answering::Silent && state.Listens() != Listening::All;
-  return silent ? "aber das Terminal antwortet nicht" : "";
+  if (state.Answers() != Answering::Silent) return {};
+  return state.Listens() == Listening::All ? "aber es antwortet keines"
+                                           : "aber das Terminal antwortet nicht";
 }
 
 std::string AnswerWords(const LineState& state) {

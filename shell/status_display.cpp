@@ -16,8 +16,8 @@ constexpr int kRefreshMilliseconds = 500;
 
 }  // namespace
 
-StatusDisplay::StatusDisplay(Exchange& exchange, QWidget* parent)
-    : QStatusBar(parent), exchange_(exchange) {
+StatusDisplay::StatusDisplay(Exchange& exchange, const Undertakings& begun, QWidget* parent)
+    : QStatusBar(parent), exchange_(exchange), begun_(begun) {
   lblAktivitaet = Named(new QLabel, "lblAktivitaet");
   // However long a text is, the window stays as wide as it is.
   lblAktivitaet->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -84,7 +84,7 @@ void StatusDisplay::ShowActivity(std::string_view command) {
     lblAktivitaet->setText(result_);
     return;
   }
-  result_.clear();
+  if (!SameDeed()) result_.clear();
   activity_ = QString::fromStdString(CommandMeaning(command, 2));
   total_ = static_cast<int>(std::min<std::size_t>(command.size(), 1000000));
   lblAktivitaet->setText(activity_ + QStringLiteral(" …"));
@@ -92,7 +92,12 @@ void StatusDisplay::ShowActivity(std::string_view command) {
   progress_.start(kSlowMilliseconds);
 }
 
-void StatusDisplay::ShowResult(const QString& text) {
+bool StatusDisplay::SameDeed() const { return deed_ != 0 && deed_ == begun_.Deed(); }
+
+void StatusDisplay::ShowResult(const QString& text, Chronicle::Weight weight) {
+  if (SameDeed() && weight < weight_) return;
+  deed_ = begun_.Deed();
+  weight_ = weight;
   result_ = text;
   clearMessage();  // an older hint would hide it
   lblAktivitaet->setText(text);

@@ -4,6 +4,8 @@
 #include <QStatusBar>
 #include <QTimer>
 
+#include "base/undertakings.h"
+#include "link/chronicle.h"
 #include "link/exchange.h"
 
 class QLabel;
@@ -18,10 +20,11 @@ class StatusDisplay : public QStatusBar {
   Q_OBJECT
 
  public:
-  explicit StatusDisplay(Exchange& exchange, QWidget* parent = nullptr);
+  StatusDisplay(Exchange& exchange, const Undertakings& begun, QWidget* parent = nullptr);
 
-  /// What has come of it; stays until something else is exchanged.
-  void ShowResult(const QString& text);
+  /// What has come of it; stays until something else is begun. Of what one deed of the operator's
+  /// brings the weightiest stays.
+  void ShowResult(const QString& text, Chronicle::Weight weight);
   /// Something was handed to the line: says so while the line does not take it.
   void WatchLine();
   /// A drawing was handed to the line: shows how far it has got, and can be stopped.
@@ -38,8 +41,10 @@ class StatusDisplay : public QStatusBar {
   void ShowDrawing(int left);
   void ShowActivity(std::string_view command);
   void ShowProgress();
+  bool SameDeed() const;
 
   Exchange& exchange_;
+  const Undertakings& begun_;
   QLabel* lblAktivitaet;
   QProgressBar* ctlSendeFortschritt;
   QToolButton* cmdSendenAbbrechen;
@@ -49,6 +54,8 @@ class StatusDisplay : public QStatusBar {
   QElapsedTimer since_;
   QString activity_;
   QString result_;
+  Chronicle::Weight weight_ = Chronicle::Weight::Sent;
+  int deed_ = 0;  // that the result is of
   int total_ = 0;
   bool drawing_ = false;  // of the operator's, without an exchange
 };

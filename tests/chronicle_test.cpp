@@ -54,7 +54,23 @@ TEST_F(ChronicleTest, WhatMayNotHaveArrivedIsNotCalledDone) {
   EXPECT_EQ(Last(), "Adresse 7 gewählt");
   doubt.clear();
   exchange.SendString(RunMakro(1));
-  EXPECT_EQ(Last(), "Makro 1 gestartet");
+  EXPECT_EQ(Last(), "Makro 1 ausführen: gesendet");
+  doubt = "aber das Terminal antwortet nicht";
+  const std::pair<const char*, const char*> cases[] = {
+      {"Hallo", "Text „Hallo“: gesendet"},
+      {"\x1b!P9;", "Ausgänge P0 auf 9 setzen: gesendet"},
+      {"\x1bGC\x1bGL1,2;", "Zeichnung gesendet: 10 Zeichen"},
+      {"\x1b"
+       "2Oabc;",
+       "Ausgabe auf zweiter Schnittstelle, 3 Byte: gesendet"},
+      {"\x1b"
+       "2Oabc",
+       "Ausgabe auf zweiter Schnittstelle: „abc“: gesendet, Befehl noch offen: Trennzeichen "
+       "fehlt"}};
+  for (const auto& [wire, words] : cases) {
+    exchange.SendString(wire);
+    EXPECT_EQ(Last(), "failed: " + std::string(words) + ", " + doubt);
+  }
 }
 
 TEST_F(ChronicleTest, AnUndertakingThatWritesToSeveralNamesEachAddress) {
@@ -74,11 +90,11 @@ TEST_F(ChronicleTest, AnUndertakingThatWritesToSeveralNamesEachAddress) {
 TEST_F(ChronicleTest, WhatNobodyConfirmsIsSaidWhenItIsSent) {
   const std::pair<std::string, const char*> cases[] = {
       {"\x1b!A7;", "Adresse 7 gewählt"},
-      {";\x03\x04\x1b!A255;\x1bR", "alle Terminals gewählt; Neustart gesendet"},
+      {";\x03\x04\x1b!A255;\x1bR", "alle Terminals gewählt; Neustart: gesendet"},
       {"\x1b"
        "ECM5;",
-       "Makro 5 gestartet"},
-      {"\x1b!P129;", "Ausgänge P0 auf 129 gesetzt"},
+       "Makro 5 ausführen: gesendet"},
+      {"\x1b!P129;", "Ausgänge P0 auf 129 setzen: gesendet"},
       {"\x1bTH", "Textcursor nach Hause: gesendet"},
       {"Hallo", "Text „Hallo“: gesendet"}};
   for (const auto& [wire, words] : cases) {

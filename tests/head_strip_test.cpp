@@ -70,7 +70,7 @@ TEST_F(HeadStripTest, HowTheOutputsStandIsNotKnownBehindARestartAnotherPortAndAL
     Show(Tab::Status);
     Click("chkPortP0_3");
     Click("cmdSetPort");
-    EXPECT_TRUE(Text("lblPortP0Stand").starts_with("gesetzt")) << why;
+    EXPECT_TRUE(Text("lblPortP0Stand").starts_with("gesendet")) << why;
     act();
     EXPECT_EQ(Text("lblPortP0Stand"), "nicht bekannt") << why;
     EXPECT_EQ(Text("lblPortP0"), "0") << why;

@@ -38,6 +38,21 @@ TEST_F(HistoryTest, EachActionLeavesItsLineInTheStatusBarAndInTheHistory) {
   EXPECT_NE(line(history.count() - 2), "✓ Anschluss geschlossen") << "the loss says it";
 }
 
+TEST_F(HistoryTest, OfADeedOfSeveralCommandsTheWeightiestStaysInTheStatusBar) {
+  StartOn(Tab::Status);
+  const std::pair<const char*, const char*> cases[] = {
+      {"\x06", "✓ Konfiguration gespeichert, bestätigt"},
+      {"\x15", "✗ Konfiguration speichern: abgelehnt (NAK)"},
+      {"", "✗ Konfiguration speichern: keine Antwort"}};
+  for (const auto& [answer, words] : cases) {
+    terminal.Answer("EWC", answer);
+    Click("cmdSetRes");
+    EXPECT_EQ(Text("lblAktivitaet"), words);
+  }
+  Click("cmdSetPort");
+  EXPECT_EQ(Text("lblAktivitaet"), "✓ Ausgänge P0 auf 0 setzen: gesendet");
+}
+
 TEST_F(HistoryTest, WhatIsRefusedOnThisSideLeavesItsLineToo) {
   Sql("delete from Makro");
   StartOn(Tab::Macros);

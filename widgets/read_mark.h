@@ -22,7 +22,8 @@ class ReadMark : public QLabel {
   void Outdate(const QString& who);
 
   void ShowRead() { ShowTime(tr("gelesen %1")); }
-  void ShowSet() { ShowTime(tr("gesetzt %1")); }
+  /// Nobody confirms what is set.
+  void ShowSent() { ShowTime(tr("gesendet %1")); }
   /// What came in place of a good answer, UTF-8; empty when it was one.
   void Show(const std::string& failure) {
     failure.empty() ? ShowRead() : setText(QString::fromStdString(failure));
