@@ -1,6 +1,7 @@
 #include "link/line_state.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/val.h"
 #include "link/addresses.h"
@@ -55,6 +56,11 @@ void LineState::PortLost() {
   Changed();
 }
 
+void LineState::HeardUnasked() {
+  if (port_ == 0 || std::exchange(unasked_, true)) return;
+  Changed();
+}
+
 void LineState::SearchEnded() {
   searched_ = true;
   Changed();
@@ -68,6 +74,7 @@ void LineState::Anew() {
 void LineState::NotAsked() {
   answered_.reset();
   unanswered_ = 0;
+  unasked_ = false;
 }
 
 void LineState::Sent(std::string_view characters) {
@@ -86,6 +93,7 @@ void LineState::Sent(std::string_view characters) {
 void LineState::Settle(const Outcome& outcome) {
   if (outcome.reply.kind == ReplyKind::PortClosed) return;
   const CommandRow* const asked = LastCommand(outcome.sent);
+  unasked_ = false;
   if (outcome.reply.kind == ReplyKind::Silent) {
     // What has no answer proves nothing by silence.
     if (asked == nullptr || asked->answer == Answer::None) return;

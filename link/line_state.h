@@ -57,6 +57,8 @@ class LineState {
   void PortIs(int number);
   /// Its device has gone; the port is closed.
   void PortLost();
+  /// Something has arrived that nobody asked for; it names no address.
+  void HeardUnasked();
   /// A search is over. Whom it asked last the operator has not chosen.
   void SearchEnded();
 
@@ -69,6 +71,8 @@ class LineState {
   Answering Answers() const;
   /// The device has gone; also before the program has been told of it.
   bool DeviceGone() const;
+  /// Something has arrived unasked since the last question.
+  bool SendsUnasked() const { return unasked_; }
   /// Time since the last answer of the Terminal that listens; only where there was one.
   std::chrono::seconds SinceAnswer() const;
   /// Questions and acknowledged commands since then to which nothing came.
@@ -102,6 +106,7 @@ class LineState {
   std::optional<std::chrono::nanoseconds> answered_;
   bool clear_ = true;  // the last answer was whole
   int unanswered_ = 0;
+  bool unasked_ = false;
   std::optional<LineFailure> failure_;
   std::function<void()> listener_;
   std::function<void()> anew_;

@@ -40,6 +40,7 @@ void frmhaupt::ConnectPorts() {
   outside_.com1.SetReceiveHandler([this] {
     // What comes between two waits of an undertaking is for its next one.
     if (!outside_.person.Begun().RunsAlone().empty()) return;
+    lineState_.HeardUnasked();
     Guarded(outside_.person, "com1", [this] { receive_.com1_OnComm(); });
   });
   portControl_.SetExplainer([this](std::int16_t port) {

@@ -142,7 +142,8 @@ void HeadStrip::ShowState() {
 
 void HeadStrip::ShowAnswer() {
   const QString words = Text(AnswerWords(state_));
-  lblAntwort->setText(QString::fromUtf8(AnswerSign(state_.Answers())) + u' ' + words);
+  lblAntwort->setText(QString::fromUtf8(AnswerSign(state_)) + u' ' + words);
+  lblAntwort->setToolTip(words);
   Watch();
 }
 

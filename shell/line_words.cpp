@@ -55,22 +55,24 @@ std::string AnswerWords(const LineState& state) {
     case Answering::Held:
       return "Leitung gehalten";
     case Answering::NotAsked:
-      return "noch nicht gefragt";
+      return state.SendsUnasked() ? "sendet Zeichen, noch nicht gefragt" : "noch nicht gefragt";
     case Answering::Answered:
       return "hat " + Age(state.SinceAnswer()) + " geantwortet";
     case Answering::Unclear:
-      return "hat " + Age(state.SinceAnswer()) + " unklar geantwortet" +
-             (state.Listens() == Listening::All ? " (mehrere zugleich?)" : "");
+      return state.Listens() == Listening::All
+                 ? "unklar, mehrere zugleich? (" + Age(state.SinceAnswer()) + ")"
+                 : "hat " + Age(state.SinceAnswer()) + " unklar geantwortet";
     case Answering::Silent:
       break;
   }
+  if (state.SendsUnasked()) return "sendet Zeichen, antwortet aber nicht";
   const int count = state.Unanswered();
   return "antwortet nicht (seit " + std::to_string(count) +
          (count == 1 ? " Befehl)" : " Befehlen)");
 }
 
-const char* AnswerSign(Answering answering) {
-  switch (answering) {
+const char* AnswerSign(const LineState& state) {
+  switch (state.Answers()) {
     case Answering::Disconnected:
     case Answering::Lost:
       return "–";
@@ -85,6 +87,7 @@ const char* AnswerSign(Answering answering) {
     case Answering::Silent:
       break;
   }
+  if (state.SendsUnasked()) return "!";
   return "✗";
 }
 

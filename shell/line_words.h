@@ -24,7 +24,7 @@ std::string DoubtWords(const LineState& state);
 /// How it stands with the answer: "hat vor 8 s geantwortet".
 std::string AnswerWords(const LineState& state);
 /// A sign for that, each of another shape.
-const char* AnswerSign(Answering answering);
+const char* AnswerSign(const LineState& state);
 /// How long until the words change without anything having happened; 0 when they do not.
 std::chrono::seconds AnswerWordsLast(const LineState& state);
 

@@ -64,6 +64,27 @@ TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
   }
 }
 
+TEST_F(HeadStripTest, WhoSendsWithoutBeingAskedDoesNotJustKeepSilent) {
+  StartOn(Tab::MatrixKeyboard);
+  terminal.Answer("\x1b?V", "");
+  Click("cmdGetVersion");
+  EXPECT_EQ(Text("lblAntwort"), "✗ antwortet nicht (seit 2 Befehlen)");
+  port.Arrive("5");
+  EXPECT_EQ(Text("lblAntwort"), "! sendet Zeichen, antwortet aber nicht");
+  Click("cmdGetVersion");
+  EXPECT_EQ(Text("lblAntwort"), "✗ antwortet nicht (seit 4 Befehlen)");
+}
+
+TEST_F(HeadStripTest, WhereAllAnswerAtOnceTheAnswerIsNotClear) {
+  Start();
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(255);
+  Click("cmdDovuAktivieren");
+  terminal.Answer("\x1b?V", "2\x04\x10 F;");
+  Click("cmdVerbindungPruefen");
+  EXPECT_EQ(Head(), "alle Terminals | Version ? | ! unklar, mehrere zugleich? (eben)");
+  EXPECT_EQ(person.LastMessage(), "Die Antwort war nicht lesbar.");
+}
+
 TEST_F(HeadStripTest, HowTheOutputsStandIsNotKnownBehindARestartAnotherPortAndALoss) {
   StartOn(Tab::Status);
   const auto forgets = [this](const char* why, const std::function<void()>& act) {
