@@ -178,7 +178,7 @@ void StatusPage::ConnectControls() {
   OnSend(cmdSetRes, this, person, &StatusPage::cmdSetRes_Click);
   for (QCheckBox* line : chkPortP0) OnClick(line, this, person, &StatusPage::chkPortP0_Click);
   connect(txtAdresse, &QLineEdit::textChanged, this, &StatusPage::txtAdresse_Change);
-  connect(txtAdresse, &QLineEdit::textEdited, lblAdresseStand, &QLabel::clear);
+  connect(txtAdresse, &QLineEdit::textEdited, lblAdresseStand, &ReadMark::clear);
   connect(txtDisplayX, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayX_LostFocus);
   connect(txtDisplayY, &QLineEdit::editingFinished, this, &StatusPage::txtDisplayY_LostFocus);
   connect(txtAdresse, &QLineEdit::returnPressed, cmdSetAdresse, &QPushButton::click);

@@ -322,8 +322,9 @@ void frmhaupt::MakeToolbar() {
     cmdToolbar[button.index] = tool;
   }
   // Wide enough that every button is seen, where the screen is; its title is seen, too.
+  // What the desktop puts around it is not known before it is shown, but thicker than the style's.
   const QSize room =
-      screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+      screen()->availableSize() - QSize(0, 2 * style()->pixelMetric(QStyle::PM_TitleBarHeight));
   resize(sizeHint().expandedTo(bar->sizeHint()).boundedTo(room));
 }
 

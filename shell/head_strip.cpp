@@ -9,6 +9,7 @@
 #include <QSpinBox>
 #include <QStyle>
 #include <QToolButton>
+#include <algorithm>
 
 #include "base/wire_text.h"
 #include "bus/terminal_search.h"
@@ -20,6 +21,7 @@ namespace kelvo {
 namespace {
 
 constexpr int kLongestVersion = 12;
+constexpr int kSeenOfListener = 24;  // characters that are seen in any case
 
 QFrame* Divider() {
   auto* line = new QFrame;
@@ -98,7 +100,6 @@ void HeadStrip::MakeLabels() {
   for (QLabel* words : {lblPort, lblHoerer, lblTerminal, lblAntwort}) {
     words->setTextFormat(Qt::PlainText);
   }
-  lblPort->setToolTip(tr("Der Anschluss dieses Rechners"));
   lblTerminal->setToolTip(tr("Version des gewählten Terminals, sobald es sie genannt hat"));
 }
 
@@ -106,7 +107,10 @@ int HeadStrip::Address() const { return ctlUpDownAdrDovu->value(); }
 
 void HeadStrip::SetAddress(int address) { ctlUpDownAdrDovu->setValue(address); }
 
-void HeadStrip::ShowPort(const QString& text) { lblPort->setText(text); }
+void HeadStrip::ShowPort(const QString& text) {
+  lblPort->setText(text);
+  lblPort->setToolTip(tr("Der Anschluss dieses Rechners: %1").arg(text));
+}
 
 void HeadStrip::SetTerminals(std::vector<StoredTerminal> terminals) {
   terminals_ = std::move(terminals);
@@ -131,9 +135,13 @@ std::string HeadStrip::NameOf(int address) const {
 
 void HeadStrip::ShowState() {
   const auto names = [this](int address) { return NameOf(address); };
-  lblHoerer->setText(Text(ListenerWords(state_, names)));
-  lblHoerer->setToolTip(
-      tr("Wer hört, was gesendet wird: %1").arg(Text(ListenerWords(state_, names))));
+  const QString who = Text(ListenerWords(state_, names));
+  lblHoerer->setText(who);
+  lblHoerer->setToolTip(tr("Wer hört, was gesendet wird: %1").arg(who));
+  // Before all else it has to be seen who listens.
+  lblHoerer->setMinimumWidth(
+      std::min(lblHoerer->fontMetrics().horizontalAdvance(who + u' '),
+               lblHoerer->fontMetrics().averageCharWidth() * kSeenOfListener));
   const QString version = Text(ReadableText(state_.Version()));
   lblTerminal->setText(version.isEmpty() ? tr("Version ?")
                                          : tr("Version %1").arg(version.left(kLongestVersion)));

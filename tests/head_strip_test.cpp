@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QLabel>
 #include <QMenu>
 #include <QSpinBox>
 #include <QTimer>
@@ -136,6 +137,30 @@ TEST_F(HeadStripTest, NothingIsCutOffAtAWidthOf1024) {
   for (const char* name : {"lblPort", "lblHoerer", "lblTerminal", "lblAntwort"}) {
     EXPECT_GE(Find(name).width(), Find(name).sizeHint().width()) << name;
   }
+}
+
+TEST_F(HeadStripTest, InANarrowWindowItIsSeenWhoListensAndTheMarksAreShorter) {
+  StartOn(Tab::Status);
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(7);
+  Click("cmdDovuAktivieren");
+  Click("cmdGetAdresse");
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(8);
+  Click("cmdDovuAktivieren");
+  const QLabel& mark = Find<QLabel>("lblAdresseStand");
+  EXPECT_TRUE(mark.text().endsWith(QStringLiteral(" bei Adresse 7")));
+  EXPECT_TRUE(mark.toolTip().startsWith(mark.text()));
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(7);
+  Click("cmdDovuAktivieren");
+  window->resize(960, 700);
+  QApplication::processEvents();
+  for (const char* name : {"lblAdresseStand", "lblPortP0Stand", "lblPortP1Stand"}) {
+    const QWidget& seen = Find(name);
+    EXPECT_LT(seen.mapTo(window.get(), seen.rect().topRight()).x(), 960) << name;
+  }
+  window->resize(1, 700);
+  QApplication::processEvents();
+  const QLabel& who = Find<QLabel>("lblHoerer");
+  EXPECT_GE(who.width(), who.fontMetrics().horizontalAdvance(who.text()));
 }
 
 }  // namespace
