@@ -73,7 +73,7 @@ bool HasForm(const CommandRow& question, std::string_view values) {
   }
   // Some kinds of cursor have a shape alone.
   const bool alone =
-      question.name == CommandName::AskCursorShape && values.find(',') == values.npos;
+      question.name == CommandName::AskCursorShape && values.find(',') == std::string_view::npos;
   return IsList(values, question.values.subspan(alone ? 1 : 0));
 }
 
