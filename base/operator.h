@@ -19,6 +19,7 @@ struct Advice {
   std::string hint;     ///< what has happened and what to do; UTF-8
   std::string chapter;  ///< of the manual, "meldungen.html#anchor"
   bool traffic = true;  ///< whether what crossed the line has to do with it
+  int loss = 0;         ///< which loss of the device is the cause, counted; 0 for none
 };
 /// Who explains failures, and what the box that reports one leads to.
 struct Adviser {
@@ -40,6 +41,8 @@ class Operator {
   Deeds& Done() { return done_; }
   /// Whether anything may begin that has to do with the line; if not, the operator has been told.
   bool MayBegin();
+  /// Whether the port is open.
+  bool IsPortOpen() const { return !portOpen_ || portOpen_(); }
   /// Whether an action that speaks to the Terminal may begin; if not, the operator has been told.
   bool MayTalk();
   /// Whether the port is open, and what leads the operator to the place where one is chosen.
@@ -54,7 +57,8 @@ class Operator {
 
   /// A message box with the OK button alone, where it reports a failure also with what leads to its
   /// explanation. An empty title means the program's name; `hint` stands
-  /// below the text and explains it.
+  /// below the text and explains it. What has failed by a loss of the device joins the box that
+  /// tells of the loss; where that has been read nobody is told again.
   virtual void Message(const std::string& text, Icon icon = Icon::None,
                        const std::string& title = {}, const std::string& hint = {}) = 0;
   /// The same without waiting for the OK.
@@ -106,7 +110,7 @@ class Operator {
 };
 
 inline bool Operator::MayTalk() {
-  if (portOpen_ && !portOpen_()) {
+  if (!IsPortOpen()) {
     portWanted_();
     return false;
   }

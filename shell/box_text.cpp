@@ -15,6 +15,9 @@ constexpr qsizetype kMostCharacters = 1500;
 constexpr qsizetype kMostLines = 25;
 constexpr int kFieldLines = 12;
 constexpr int kFieldCharacters = 80;
+// The box's own labels.
+const QString kText = QStringLiteral("qt_msgbox_label");
+const QString kHint = QStringLiteral("qt_msgbox_informativelabel");
 
 bool IsTooLong(qsizetype characters, qsizetype lines) {
   return characters > kMostCharacters || lines > kMostLines;
@@ -47,16 +50,22 @@ void ShowInField(QMessageBox& box, const QString& labelName, const char* name) {
 }  // namespace
 
 void FitTexts(QMessageBox& box) {
+  for (const QPlainTextEdit* before : box.findChildren<QPlainTextEdit*>()) {
+    delete before;
+    for (const QString& name : {kText, kHint}) {
+      if (auto* const label = box.findChild<QLabel*>(name)) label->show();
+    }
+  }
   const QString text = box.text();
   const QString hint = box.informativeText();
   // Two texts of which each would fit may be too much together; the longer one gives way.
   const bool both = IsTooLong(text.size() + hint.size(), text.count(u'\n') + hint.count(u'\n'));
   const bool longerHint = hint.size() > text.size();
   if (NeedsField(text) || (both && !longerHint)) {
-    ShowInField(box, QStringLiteral("qt_msgbox_label"), "txtMeldung");
+    ShowInField(box, kText, "txtMeldung");
   }
   if (NeedsField(hint) || (both && longerHint)) {
-    ShowInField(box, QStringLiteral("qt_msgbox_informativelabel"), "txtErlaeuterung");
+    ShowInField(box, kHint, "txtErlaeuterung");
   }
 }
 

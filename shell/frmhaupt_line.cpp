@@ -64,8 +64,11 @@ void frmhaupt::MakeAdviser() {
   const auto explain = [this](const std::string& text) -> std::optional<Advice> {
     const auto cause = CauseOf(text, lineState_);
     if (!cause) return std::nullopt;
+    // What waited for an answer fails before the loss of its device is told of.
+    const int loss = losses_ + (portWasOpen_ ? 1 : 0);
     return Advice{CauseWords(*cause, lineState_), "meldungen.html#" + std::string(AnchorOf(*cause)),
-                  *cause == FailureCause::RoomUnknown || !RefusalWords(text, lineState_)};
+                  *cause == FailureCause::RoomUnknown || !RefusalWords(text, lineState_),
+                  *cause == FailureCause::DeviceGone ? loss : 0};
   };
   outside_.person.SetAdviser(
       {explain,
@@ -147,6 +150,7 @@ void frmhaupt::ShowTerminal() {
 void frmhaupt::com1_Lost() {
   const std::string port = interfaces_->ChosenPort();
   portWasOpen_ = false;  // that it is lost says more
+  ++losses_;
   interfaces_->ShowNoPort();
   lineState_.PortLost();
   twins_.PortLost();

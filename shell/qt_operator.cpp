@@ -5,7 +5,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTimer>
@@ -142,10 +141,33 @@ QPushButton* QtOperator::Explain(QMessageBox& box, const std::string& text,
   return traffic;
 }
 
+// What fails by a loss usually comes before the loss is told of, and in the middle of its box.
+bool QtOperator::FoldIn(const std::string& text) {
+  const std::optional<Advice> advice = AdviceOn(text, {});
+  if (!advice || advice->loss == 0) return false;
+  const bool shown = lossBox_ != nullptr && lossBox_->isVisible();
+  if (!shown) return advice->loss == toldLoss_;
+  toldLoss_ = advice->loss;
+  const QString more = QString::fromStdString(text);
+  const QString told = lossBox_->informativeText();
+  if (lossBox_->text() == more || told.contains(more)) return true;
+  lossBox_->setInformativeText(told + QStringLiteral("\n\n") + more);
+  FitTexts(*lossBox_);
+  return true;
+}
+
+void QtOperator::TellsOfLoss(QMessageBox& box, const std::string& text) {
+  const std::optional<Advice> advice = AdviceOn(text, {});
+  if (!advice || advice->loss == 0) return;
+  toldLoss_ = advice->loss;
+  lossBox_ = &box;
+}
+
 void QtOperator::Message(const std::string& text, Icon icon, const std::string& title,
                          const std::string& hint) {
   if (loop_.Closing()) return;
   Told(text);
+  if (FoldIn(text)) return;
   QMessageBox box(Owner());
   Fill(box, text, icon, title);
   QPushButton* const ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
@@ -153,6 +175,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
   box.setDefaultButton(ok);
   box.setEscapeButton(ok);
   FitTexts(box);
+  TellsOfLoss(box, text);
   Run(box);
   if (traffic != nullptr && box.clickedButton() == traffic) Advisers().showTraffic();
 }
@@ -160,6 +183,7 @@ void QtOperator::Message(const std::string& text, Icon icon, const std::string& 
 void QtOperator::Notify(const std::string& text, Icon icon) {
   if (loop_.Closing()) return;
   Told(text);
+  if (FoldIn(text)) return;
   auto* box = new QMessageBox(Owner());
   box->setAttribute(Qt::WA_DeleteOnClose);
   Fill(*box, text, icon, {});
@@ -170,6 +194,7 @@ void QtOperator::Notify(const std::string& text, Icon icon) {
   box->setDefaultButton(ok);
   box->setEscapeButton(ok);
   FitTexts(*box);
+  TellsOfLoss(*box, text);
   box->open();
 }
 

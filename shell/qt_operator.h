@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 #include <string>
@@ -11,7 +12,6 @@
 
 class QDialog;
 class QFileDialog;
-class QMessageBox;
 class QPushButton;
 
 namespace kelvo {
@@ -51,6 +51,9 @@ class QtOperator : public Operator {
   void Remember();
   /// Adds what leads on; the button that leads to the traffic, nullptr without any.
   QPushButton* Explain(QMessageBox& box, const std::string& text, const std::string& hint) const;
+  /// Whether another box tells of the loss that has caused this, or has told of it.
+  bool FoldIn(const std::string& text);
+  void TellsOfLoss(QMessageBox& box, const std::string& text);
   std::optional<std::string> ChooseFile(QFileDialog& dialog);
   bool IsOwnFolder(const QString& folder) const;
   bool MaySaveAs(const QString& path);
@@ -59,6 +62,8 @@ class QtOperator : public Operator {
   QWidget* window_ = nullptr;
   std::vector<QPointer<QWidget>> used_;  // windows that stay, the one used last at the end
   QPointer<QWidget> asking_;             // until the action that asks is over
+  QPointer<QMessageBox> lossBox_;
+  int toldLoss_ = 0;
   QObject following_;
   QString folder_;
   std::vector<std::string> ownFolders_;

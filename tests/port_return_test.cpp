@@ -77,6 +77,19 @@ TEST_F(PortReturnTest, OperatorDecidesOtherwise) {
   EXPECT_FALSE(Find<QAction>("mnuOptionenWiederOeffnen").isChecked());
 }
 
+TEST_F(PortReturnTest, WhatWasPressedBeforeTheLossAsksForNoPort) {
+  StartOn(Tab::Status);
+  loop.After(milliseconds(100), [this] {
+    Click("cmdGetPort");
+    Click("cmdGetAdresse");
+    Lose();
+  });
+  Click("cmdGetVersion");
+  for (int i = 0; i < 5; ++i) QApplication::processEvents();
+  EXPECT_EQ(person.notices.size(), 1u);
+  EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
+}
+
 // What runs by itself waits for no box, and no attempt that fails ends it.
 TEST_F(PortReturnTest, NeitherABoxNorAFailedAttemptKeepsTheLostDeviceFromComingBack) {
   StartOn(Tab::Interfaces);

@@ -155,6 +155,45 @@ TEST_F(QtOperatorTest, AFailureLeadsToItsExplanationAndToTheTraffic) {
   person.Message("Gut", Icon::None, {}, {});
 }
 
+TEST_F(QtOperatorTest, OneBoxTellsOfALossWhateverFailsByIt) {
+  int loss = 1;
+  person.SetAdviser({[&](const std::string& text) {
+                       return text == "Frage"
+                                  ? std::nullopt
+                                  : std::optional(Advice{"darum", "k.html", true, loss});
+                     },
+                     [](const std::string&) {}, [] {}});
+  const auto boxes = [] {
+    int open = 0;
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+      open += qobject_cast<const QMessageBox*>(window) != nullptr && window->isVisible() ? 1 : 0;
+    }
+    return open;
+  };
+  // The failure comes first, then the loss, then another failure.
+  Next<QMessageBox>([&](QMessageBox& box) {
+    person.Notify("verloren", Icon::None);
+    person.Message("zweites", Icon::None, {}, {});
+    EXPECT_EQ(boxes(), 1);
+    EXPECT_EQ(box.text(), QStringLiteral("erstes"));
+    EXPECT_EQ(box.informativeText(), QStringLiteral("darum\n\nverloren\n\nzweites"));
+  });
+  person.Message("erstes", Icon::None, {}, {});
+  person.Message("drittes", Icon::None, {}, {});  // it would wait for its OK
+  EXPECT_EQ(boxes(), 0);
+  // The next loss is told; the same words count once.
+  ++loss;
+  person.Notify("verloren", Icon::None);
+  auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+  ASSERT_NE(box, nullptr);
+  ++loss;
+  person.Notify("verloren", Icon::None);
+  person.Message("zweites", Icon::None, {}, {});
+  EXPECT_EQ(boxes(), 1);
+  EXPECT_EQ(box->informativeText(), QStringLiteral("darum\n\nzweites"));
+  box->reject();
+}
+
 TEST_F(QtOperatorTest, BoxComesUpOverTheWindowThatIsActive) {
   QWidget main;
   QDialog dialog(&main);

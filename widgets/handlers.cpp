@@ -102,7 +102,11 @@ void ConnectClick(QAbstractButton* button, Operator& person, Speaks speaks,
     if (button->property(kRunning).toBool()) return;
     if (speaks == Speaks::No || speaks == Speaks::ToStop) return run();
     if (!(speaks == Speaks::AlsoClosed ? person.MayBegin() : person.MayTalk())) return;
-    if (TalkLater(person, button, [button] { button->click(); })) return;
+    const auto later = [button, &person, speaks] {
+      // The port may have gone meanwhile, which is said once, and not for each press.
+      if (speaks == Speaks::AlsoClosed || person.IsPortOpen()) button->click();
+    };
+    if (TalkLater(person, button, later)) return;
     if (speaks == Speaks::Listens) return run();
     const Undertakings::Talking talking(person.Begun());
     run();
