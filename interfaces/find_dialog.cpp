@@ -120,14 +120,25 @@ void FindDialog::Search() {
   }
   const QString report = Text(FinderReport(results, address, finder_.Stopped()));
   if (!finder_.Stopped()) ctlSuchenFortschritt->setValue(ctlSuchenFortschritt->maximum());
-  const bool found = !results.empty() && results.back().heard == LineHeard::Terminal;
-  End(report, !found);
-  const bool wanted =
-      found && services_.person.Ask(report.toStdString() + " Übernehmen und speichern ?",
-                                    Icon::Question, {}, Proposal::No);
-  if (!wanted) return services_.restore();
-  services_.take(results.back().settings);
-  lblSuchenErgebnis->setText(report + tr(" Übernommen."));
+  if (results.empty() || results.back().heard != LineHeard::Terminal) {
+    services_.restore();
+    return End(report, true);
+  }
+  lblSuchenErgebnis->setText(report);
+  Decide(report, results.back().settings);
+}
+
+void FindDialog::Decide(const QString& found, const std::string& settings) {
+  const bool wanted = services_.person.Ask(found.toStdString() + " Übernehmen und speichern ?",
+                                           Icon::Question, {}, Proposal::No);
+  if (wanted) {
+    lblSuchenAnschluss->setText(services_.take(settings));
+  } else {
+    services_.restore();
+  }
+  End(found +
+          (wanted ? tr(" Übernommen.") : tr(" Nicht übernommen, der Anschluss ist wie vorher.")),
+      false);
 }
 
 void FindDialog::End(const QString& report, bool failed) {

@@ -27,8 +27,8 @@ class FindDialog : public QDialog {
     /// Makes the port ready, open if it is not; false when it cannot be opened, which was said.
     std::function<bool()> open;
     std::function<Handshaking()> handshaking;
-    /// Takes what was found, for good.
-    std::function<void(const std::string& settings)> take;
+    /// Takes what was found, for good; the port as it is then, for the operator.
+    std::function<QString(const std::string& settings)> take;
     /// Makes the port again what it was before `open`.
     std::function<void()> restore;
     /// Told what came of a search.
@@ -46,6 +46,7 @@ class FindDialog : public QDialog {
   void End(const QString& report, bool failed);
   void SetSearching(bool searching);
   void Search();
+  void Decide(const QString& found, const std::string& settings);
   void Show(const LineResult& result);
   void cmdSuchen_Click();
   void cmdSuchenAbbrechen_Click();

@@ -12,7 +12,10 @@ void InterfacePage::MakeFinder() {
   finder_ = new FindDialog(
       {services_.exchange, services_.com1, services_.person, [this] { return OpenForFinder(); },
        [this] { return Settings().handshaking; },
-       [this](const std::string& settings) { TakeFound(settings); },
+       [this](const std::string& settings) {
+         TakeFound(settings);
+         return PortText();
+       },
        [this] { RestoreBeforeFinder(); },
        [this](const std::string& report, bool failed) {
          Q_EMIT SearchEnded(tr("Verbindung suchen: %1").arg(QString::fromStdString(report)),

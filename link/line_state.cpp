@@ -24,6 +24,9 @@ LineState::LineState(LineWatch& line, const EventLoop& loop, const Exchange& exc
     if (direction == Direction::ToTerminal) Sent(characters);
   });
   line.FollowOutcomes([this](const Outcome& outcome) { Settle(outcome); });
+  line.FollowBreaks([this](LineBreak how) {
+    if (how == LineBreak::SetAnew) SetAnew();
+  });
 }
 
 void LineState::PortIs(int number) {
@@ -69,6 +72,13 @@ void LineState::SearchEnded() {
 void LineState::Anew() {
   version_.clear();
   NotAsked();
+}
+
+// Who was heard with other settings may not be heard with these.
+void LineState::SetAnew() {
+  Anew();
+  failure_.reset();
+  Changed();
 }
 
 void LineState::NotAsked() {

@@ -90,6 +90,7 @@ class LineState {
   void Settle(const Outcome& outcome);
   void NoteAnswer(const Outcome& outcome, CommandName asked);
   void Anew();
+  void SetAnew();
   void StartedAnew() const;
   void NotAsked();
   void Changed() const;

@@ -118,6 +118,7 @@ TEST_F(FindDialogTest, SetsAndStoresNothingBeforeYes) {
   Search();
   EXPECT_EQ(rows, 5);
   EXPECT_EQ(person.questions.size(), 1u);
+  EXPECT_TRUE(report.ends_with("Nicht übernommen, der Anschluss ist wie vorher.")) << report;
   EXPECT_EQ(port.settings, "19200,N,8,1");
   EXPECT_EQ(Chosen("cboCom_0"), "19200");
   EXPECT_EQ(Stored("Schnittstelle", "Baud1"), "19200");
@@ -131,6 +132,7 @@ TEST_F(FindDialogTest, SetsAndStoresNothingBeforeYes) {
   EXPECT_EQ(Stored("Schnittstelle", "Baud1"), "2400");
   EXPECT_EQ(Text("lblAnschluss"), "");
   EXPECT_TRUE(report.ends_with("2400,N,8,1. Übernommen.")) << report;
+  EXPECT_EQ(Text("lblSuchenAnschluss"), "Com 6: 2400,N,8,1");
 }
 
 TEST_F(FindDialogTest, IsStoppedAndLeavesThePortAsItWas) {

@@ -142,6 +142,22 @@ TEST_F(LineStateTest, WhatIsAskedForIsFollowedWhoeverAsks) {
   }
 }
 
+TEST_F(LineStateTest, WhatWasHeardCountsForTheSettingsAtWhichItWasHeard) {
+  com1.SetUp("9600,N,8,1", Handshaking::XOnXOff);
+  AskVersion();
+  EXPECT_EQ(state.Answers(), Answering::Answered);
+  com1.SetUp("9600,N,8,1", Handshaking::XOnXOff);
+  EXPECT_EQ(state.Answers(), Answering::Answered);
+  com1.SetUp("19200,N,8,1", Handshaking::XOnXOff);
+  EXPECT_EQ(state.Answers(), Answering::NotAsked);
+  EXPECT_EQ(state.Version(), "");
+  Silence();
+  AskVersion();
+  com1.SetUp("9600,N,8,1", Handshaking::XOnXOff);
+  EXPECT_EQ(state.Answers(), Answering::NotAsked);
+  EXPECT_FALSE(state.LastFailure());
+}
+
 TEST_F(LineStateTest, PortThatIsHeldLostOrAnotherOneIsSaid) {
   exchange.SendString(SelectAddress(7));
   AskVersion();
