@@ -15,6 +15,26 @@
 #include "widgets/wire_field.h"
 
 namespace kelvo {
+namespace {
+
+// What it means to go on without the Terminal.
+std::string SwitchAloneHint(ReplyKind kind) {
+  if (kind == ReplyKind::PortClosed) {
+    return "Kein Anschluss ist offen; ans Terminal ging nichts. „Ja“ öffnet den gewählten "
+           "Anschluss mit den gewählten Werten.";
+  }
+  const std::string costs =
+      "„Ja“ startet das Terminal neu und stellt den PC um. Arbeitet das Terminal dann mit den "
+      "alten Werten, verstehen sich beide nicht mehr, bis der PC zurückgestellt ist. „Nein“ "
+      "lässt den PC, wie er ist.";
+  return (kind == ReplyKind::Refused
+              ? "Das Terminal hat geantwortet, aber nicht gespeichert (NAK). "
+              : "Ob das Terminal die neuen Werte gespeichert hat, ist nicht bekannt. ") +
+         costs;
+}
+
+}  // namespace
+
 InterfacePage::InterfacePage(Services services, QWidget* parent)
     : QWidget(parent), services_(std::move(services)) {
   for (int list = 0; list < ComListCount; ++list) {
@@ -123,7 +143,8 @@ QString InterfacePage::MarkedText() const {
       marked.handshaking == openSettings_.handshaking) {
     return {};
   }
-  return tr("Noch offen: %1. „Terminal und PC umstellen“ wechselt beide, „Trennen“ und „Verbinden“ "
+  return tr("Geöffnet ist noch: %1. „Terminal und PC umstellen“ wechselt beide, „Trennen“ und "
+            "„Verbinden“ "
             "nur den PC.")
       .arg(PortText());
 }
@@ -281,7 +302,8 @@ bool InterfacePage::TerminalSwitched(const ComNumbers& numbers) {
   // No error text is spelled "Timeout", so the first question is always the one; deliberately so.
   return services_.person.Ask(reply.text != "Timeout"
                                   ? "keine Verbindung, PC-Schnittstelle trotzdem ändern ?"
-                                  : "TimeOut beim Übertragen, PC-Schnittstelle trotzdem ändern ?");
+                                  : "TimeOut beim Übertragen, PC-Schnittstelle trotzdem ändern ?",
+                              Icon::Question, {}, Proposal::ByIcon, SwitchAloneHint(reply.kind));
 }
 
 void InterfacePage::cmdSetCom2_Click() {

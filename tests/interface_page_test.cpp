@@ -87,7 +87,7 @@ TEST_F(InterfacePageTest, WhileAPortIsOpenAChoiceOnlyMarks) {
   const std::string settings = port.settings;
   EXPECT_EQ(Text("lblAnschluss"), "");
   Choose("cboCom_0", "1200");
-  EXPECT_NE(Text("lblAnschluss").find("Noch offen: Com 6: 19200,N,8,1."), std::string::npos);
+  EXPECT_NE(Text("lblAnschluss").find("Geöffnet ist noch: Com 6: 19200,N,8,1."), std::string::npos);
   Choose("cboCom_13", "Com 3");
   Choose("cboCom_13", "(keine)");
   EXPECT_EQ(port.number, number);
@@ -107,6 +107,7 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
   Click("cmdSetCom1");
   EXPECT_EQ(person.questions,
             std::vector<std::string>{"keine Verbindung, PC-Schnittstelle trotzdem ändern ?"});
+  EXPECT_TRUE(person.lastQuestion.hint.starts_with("Ob das Terminal die neuen Werte gespeichert"));
   EXPECT_EQ(port.opened, 1);
   person.answers = {true};
   Forget();
@@ -120,6 +121,7 @@ TEST_F(InterfacePageTest, WithoutATerminalTheOperatorDecides) {
   Click("cmdSetCom1");
   EXPECT_EQ(person.LastMessage(), "Fehler beim EEPROM");
   EXPECT_EQ(person.questions.size(), 1u);
+  EXPECT_TRUE(person.lastQuestion.hint.starts_with("Das Terminal hat geantwortet, aber nicht"));
 }
 
 TEST_F(InterfacePageTest, SecondInterfaceIsSetAndItsFailureNamed) {
