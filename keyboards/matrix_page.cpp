@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "base/guard.h"
@@ -66,6 +67,7 @@ MatrixPage::Edit MatrixPage::OnScreen() const {
 }
 
 void MatrixPage::Show(const Edit& edit) {
+  const QScopedValueRollback<bool> showing(showing_, true);
   txtTastTabNr->SetWire(edit.number);
   lblTastTabBelegt->Refresh();  // it is another record's
   for (std::size_t line = 0; line < kMatrixLines; ++line) {
@@ -138,23 +140,50 @@ void MatrixPage::ShowCell(int row, int column) {
 // Only a line that is taken away empties its boxes: a key that was pressed before its lines were
 // ticked has left its code in a hidden one.
 void MatrixPage::chkTastZeile_Click(int row) {
-  const bool wired = chkTastZeile[static_cast<std::size_t>(row)]->isChecked();
+  QCheckBox* const line = chkTastZeile[static_cast<std::size_t>(row)];
+  Lost lost;
   for (int column = 0; column < kMatrixLines; ++column) {
     ShowCell(row, column);
-    if (!wired) Cell(KeyIndex(row, column))->clear();
+    if (!line->isChecked()) Empty(KeyIndex(row, column), lost);
   }
   MatrixOutputMask = OutputMask(Ticked(chkTastZeile));
   LinesChanged();
+  NoteEmptied(line, lost);
 }
 
 void MatrixPage::chkTastSpalte_Click(int column) {
-  const bool wired = chkTastSpalte[static_cast<std::size_t>(column)]->isChecked();
+  QCheckBox* const line = chkTastSpalte[static_cast<std::size_t>(column)];
+  Lost lost;
   for (int row = 0; row < kMatrixLines; ++row) {
     ShowCell(row, column);
-    if (!wired) Cell(KeyIndex(row, column))->clear();
+    if (!line->isChecked()) Empty(KeyIndex(row, column), lost);
   }
   MatrixInputMask = InputMask(Ticked(chkTastSpalte));
   LinesChanged();
+  NoteEmptied(line, lost);
+}
+
+void MatrixPage::Empty(int index, Lost& lost) {
+  if (const std::string text = Cell(index)->Wire(); !text.empty()) lost.emplace_back(index, text);
+  Cell(index)->clear();
+}
+
+void MatrixPage::NoteEmptied(QCheckBox* line, const Lost& lost) {
+  if (showing_ || lost.empty()) return;
+  const QString name = line->accessibleName();
+  NoteLost(tr("Leeren von %1").arg(name), lost, line);
+  const QString keys = lost.size() == 1 ? tr("eine Taste") : tr("%1 Tasten").arg(lost.size());
+  Q_EMIT Hint(tr("%1 abgewählt und %2 geleert. „Rückgängig“ bringt alles zurück.").arg(name, keys));
+}
+
+// `line` is ticked again, if it is one.
+void MatrixPage::NoteLost(const QString& deed, const Lost& lost, QCheckBox* line) {
+  const std::int64_t record = services_.tables.Bookmark();
+  services_.person.Done().Note(deed.toStdString(), [this, record, lost, line] {
+    if (services_.tables.Bookmark() != record && !tables_->Select(record)) return;
+    if (line != nullptr) line->setChecked(true);
+    for (const auto& [index, text] : lost) Cell(index)->SetWire(text);
+  });
 }
 
 void MatrixPage::Edited() {
@@ -183,7 +212,7 @@ void MatrixPage::Refuse(int index, const QString& reason) {
   Cell(index)->clear();
   services_.person.Beep();
   NoteRefusal();
-  Q_EMIT Hint(tr("\"%1\" ist kein Tastencode: %2").arg(text, reason));
+  Q_EMIT Hint(tr("„%1“ ist kein Tastencode: %2").arg(text, reason));
 }
 
 void MatrixPage::ShowMeaning(int index) {
@@ -217,7 +246,17 @@ void MatrixPage::Received(const std::string& characters) {
 
 std::string MatrixPage::KeyText(int index) const { return Cell(index)->Wire(); }
 
-void MatrixPage::SetKeyText(int index, const std::string& text) { Cell(index)->SetWire(text); }
+// A code that was entered gives way to the position of the pressed key, but can be taken back.
+void MatrixPage::SetKeyText(int index, const std::string& text) {
+  const std::string before = KeyText(index);
+  Cell(index)->SetWire(text);
+  const bool entered = !before.empty() && !(before.size() > 1 && before.front() == '$');
+  if (!entered || CellCode(before) == CellCode(text)) return;
+  const QString replaced = tr("%1 durch %2").arg(GlyphText(before), GlyphText(text));
+  NoteLost(tr("Ersetzen von %1").arg(replaced), {{index, before}}, nullptr);
+  Q_EMIT Hint(tr("%1: Der Tastendruck hat %2 ersetzt. „Rückgängig“ bringt es zurück.")
+                  .arg(Cell(index)->accessibleName(), replaced));
+}
 
 void MatrixPage::PaintKey(int index, KeyColour colour) { Cell(index)->Paint(colour); }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/operator.h"
@@ -100,6 +101,11 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   void DisplayTastTab(std::optional<std::string> table = {});
   void ShowCell(int row, int column);
   void LinesChanged();
+  /// What boxes held that hold it no more, by their indices.
+  using Lost = std::vector<std::pair<int, std::string>>;
+  void Empty(int index, Lost& lost);
+  void NoteEmptied(QCheckBox* line, const Lost& lost);
+  void NoteLost(const QString& deed, const Lost& lost, QCheckBox* line);
   void ShowMeaning(int index);
   void Edited();
   void Refuse(int index, const QString& reason);
@@ -123,6 +129,7 @@ class MatrixPage : public QWidget, public Receiver, private KeyGrid {
   Services services_;
   std::optional<ReadMatrix> read_;  // what the Terminal has told last
   std::optional<RecordEditor<Edit>> tables_;
+  bool showing_ = false;  // a record, and not what the operator does
   std::string klartext_;
   KeyDisplay keys_{*this};
   // Of the wired lines; they follow the check boxes.

@@ -14,11 +14,13 @@ void ShowTableNumberRange(WireField& field, QLabel& range) {
   const auto show = [&field, &range] {
     bool whole = false;
     const int number = field.text().trimmed().toInt(&whole);
-    const bool good = field.text().isEmpty() || (whole && number >= 0 && number <= 255);
+    const bool good = whole && number >= 0 && number <= 255;
     const QString sent = QString::fromStdString(NumberText(Val(field.Wire())));
-    range.setText(good ? QObject::tr("0 … 255")
-                       : QObject::tr("0 … 255 – gesendet würde %1").arg(sent));
+    range.setText(good                     ? QObject::tr("0 … 255")
+                  : field.text().isEmpty() ? QObject::tr("0 … 255 – leer: Tabelle 0")
+                                           : QObject::tr("0 … 255 – gesendet würde %1").arg(sent));
   };
+  show();
   QObject::connect(&field, &WireField::textChanged, &range, show);
 }
 

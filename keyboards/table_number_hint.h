@@ -13,7 +13,8 @@ class WireField;
 class WriteDesk;
 
 /// What stands in a table number's field is sent as a number, whatever it is: the label behind it
-/// says so when that is none from 0 to 255.
+/// says so when that is none from 0 to 255, and what
+/// an empty field means.
 void ShowTableNumberRange(WireField& field, QLabel& range);
 
 /// What came of reading a table: whether it can be taken over, and which one it is. `number` is

@@ -86,7 +86,7 @@ TEST_F(MatrixPageTest, RefusesWhatIsNoCodeWithABeepAndALineInTheStatusBar) {
     Cell(1).setText(QString::fromUtf8(typed));
     LeaveCell(1);
     EXPECT_EQ(Cell(1).text(), "");
-    EXPECT_EQ(hint, "\"" + std::string(typed) + "\" ist kein Tastencode: " + reason);
+    EXPECT_EQ(hint, "„" + std::string(typed) + "“ ist kein Tastencode: " + reason);
   }
   EXPECT_TRUE(person.messages.empty());
 }
@@ -171,7 +171,7 @@ TEST_F(MatrixPageTest, ANumberThatIsNoneSaysWhatWouldBeSent) {
   const std::pair<const char*, const char*> numbers[] = {{"abc", "0 … 255 – gesendet würde 0"},
                                                          {"999", "0 … 255 – gesendet würde 999"},
                                                          {"255", "0 … 255"},
-                                                         {"", "0 … 255"}};
+                                                         {"", "0 … 255 – leer: Tabelle 0"}};
   for (const auto& [typed, shown] : numbers) {
     Type("txtTastTabNr", typed);
     EXPECT_EQ(Text("lblTastTabNrBereich"), shown);
@@ -285,6 +285,36 @@ TEST_F(MatrixPageTest, ShowsPressedKeys) {
   loop.RunFor(milliseconds(100));
   EXPECT_EQ(colour(5), "#ffffff");
   EXPECT_EQ(Text("lblTastKlartext"), "");
+}
+
+TEST_F(MatrixPageTest, WhatAKeyOrALineReplacesIsSaidAndCanBeTakenBack) {
+  StartOnPage();
+  std::vector<std::string> hints;
+  QObject::connect(page, &MatrixPage::Hint, page,
+                   [&](const QString& hint) { hints.push_back(hint.toStdString()); });
+  TickAll();
+  EXPECT_EQ(person.Done().Latest(), "");
+  TypeCell(0, "#13");
+  port.Arrive("\x80");
+  port.Arrive("\x80");
+  EXPECT_EQ(Cell(0).Wire(), "$80");
+  EXPECT_EQ(person.Done().Latest(), "Ersetzen von #13 durch $80");
+  ASSERT_EQ(hints.size(), 1u);
+  EXPECT_EQ(hints[0],
+            "Taste Zeile 0, Spalte 0: Der Tastendruck hat #13 durch $80 ersetzt. „Rückgängig“ "
+            "bringt es zurück.");
+  person.Done().Undo();
+  EXPECT_EQ(Cell(0).Wire(), "#13");
+  TypeCell(9, "k");
+  Find<QCheckBox>("chkTastSpalte_1").click();
+  EXPECT_EQ(Cell(9).Wire(), "");
+  EXPECT_TRUE(hints.back().starts_with("Spalte 1 abgewählt und eine Taste geleert"))
+      << hints.back();
+  Find<QCheckBox>("chkTastZeile_7").click();  // takes nothing away
+  person.Done().Undo();
+  EXPECT_EQ(Cell(9).Wire(), "k");
+  EXPECT_TRUE(Cell(9).isVisible());
+  EXPECT_EQ(person.Done().Latest(), "");
 }
 
 TEST_F(MatrixPageTest, ShowsEachTableWithItsEdit) {
