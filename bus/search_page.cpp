@@ -221,7 +221,7 @@ void SearchPage::DeleteTerminal() {
   if (terminals.Eof()) terminals.MoveLast();
   Refresh();
   TellAddress();
-  services_.person.Done().Note("Löschen von \"" + name + "\"", [this, bookmark, row] {
+  services_.person.Done().Note("Löschen von „" + name + "“", [this, bookmark, row] {
     services_.terminals.Restore(bookmark, row);
     Refresh();
     TellAddress();

@@ -109,6 +109,9 @@ void frmhaupt::FollowBus() {
   const auto note = [this](const QString& result, bool failed) {
     chronicle_.Note(result.toStdString(), failed);
   };
+  for (RecordEditorBase* const records : Records()) {
+    records->SetStoredListener([this](const std::string& words) { chronicle_.Note(words); });
+  }
   connect(terminals_, &SearchPage::Finished, this, note);
   connect(terminals_, &SearchPage::Finished, this, [this] { lineState_.SearchEnded(); });
   connect(interfaces_, &InterfacePage::SearchEnded, this, note);

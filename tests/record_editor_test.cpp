@@ -291,18 +291,23 @@ TEST_F(RecordEditorTest, DeletesOnlyAfterAYesAndGoesToTheNext) {
 
 TEST_F(RecordEditorTest, DeletionsAndDiscardedEditsCanBeTakenBack) {
   Start(uniqueNames, {"a", "b", "c"});
+  std::string said;
+  editor->SetStoredListener([&](const std::string& words) { said = words; });
   Choose(1);
   Type("B");
+  Delete(false);
+  EXPECT_EQ(said, "");
   Delete(true);
+  EXPECT_EQ(said, "Text „b“ gelöscht");
   EXPECT_TRUE(person.proposesNo);
   Type("C");
   row.discard->click();
   Delete(true);
   EXPECT_EQ(InDatabase(), "a=1");
-  EXPECT_EQ(person.Done().Latest(), "Löschen von \"c\"");
+  EXPECT_EQ(person.Done().Latest(), "Löschen von „c“");
   person.Done().Undo();
   EXPECT_EQ(Seen(), " a>c: 3");
-  EXPECT_EQ(person.Done().Latest(), "Verwerfen der Änderung an \"c\"");
+  EXPECT_EQ(person.Done().Latest(), "Verwerfen der Änderung an „c“");
   person.Done().Undo();
   EXPECT_EQ(Seen(), " a>* c: C!");
   person.Done().Undo();

@@ -79,6 +79,7 @@ class RecordEditor final : public RecordEditorBase {
     unused_.erase(Current());
     edit.number = NumberField();
     Restart(edit);
+    TellStored(CurrentName(), "gespeichert");
     return true;
   }
   /// Saves what is shown. Under whatever name, it is no draft any more.
@@ -101,11 +102,12 @@ class RecordEditor final : public RecordEditorBase {
     if (deleted == 0) return;
     Drop(deleted);
     ShowCurrent();
-    person_.Done().Note("Löschen von \"" + name + "\"", [this, deleted, row, name, draft] {
+    person_.Done().Note("Löschen von „" + name + "“", [this, deleted, row, name, draft] {
       records_.Restore(deleted, row);
       names_.Add(kind_.newEntry, Current(), name);
       TakeUp(Current(), draft);
     });
+    TellStored(name, "gelöscht");
   }
 
   /// The controls hold something else now.
@@ -213,7 +215,7 @@ class RecordEditor final : public RecordEditorBase {
       Drop(bookmark);
       ShowCurrent();
     }
-    person_.Done().Note("Verwerfen der Änderung an \"" + draft->name + "\"",
+    person_.Done().Note("Verwerfen der Änderung an „" + draft->name + "“",
                         [this, bookmark, draft] { TakeUp(bookmark, draft); });
   }
   std::optional<Draft> CurrentDraft() const {

@@ -195,7 +195,7 @@ void RecordEditorBase::Write(Target target, const std::string& name, const Field
 
 void RecordEditorBase::NoteOverwriting(std::int64_t bookmark, const std::string& name,
                                        const Recordset::Row& before) {
-  person_.Done().Note("Überschreiben von \"" + name + "\"", [this, bookmark, name, before] {
+  person_.Done().Note("Überschreiben von „" + name + "“", [this, bookmark, name, before] {
     if (!records_.MoveToBookmark(bookmark)) return;
     records_.Edit();
     records_.SetAll(before);

@@ -81,6 +81,10 @@ class RecordEditorBase {
   virtual void TakeDrafts(const std::vector<KeptDraft>& kept) = 0;
   /// Told when there are other drafts than before.
   void SetDraftListener(std::function<void()> listener) { draftListener_ = std::move(listener); }
+  /// Told what the operator has saved or deleted, as a line for the status bar.
+  void SetStoredListener(std::function<void(const std::string& words)> listener) {
+    storedListener_ = std::move(listener);
+  }
 
   /// Empty without a record.
   std::string CurrentName() const;
@@ -110,6 +114,9 @@ class RecordEditorBase {
   void EnableDiscard(bool on);
   void TellDrafts() {
     if (draftListener_) draftListener_();
+  }
+  void TellStored(const std::string& name, const std::string& what) const {
+    if (storedListener_) storedListener_(kind_.noun + " „" + name + "“ " + what);
   }
   /// Reads the records anew. The list keeps its order when they are those that it shows.
   void ReadRecords();
@@ -145,6 +152,7 @@ class RecordEditorBase {
 
   QAbstractButton& discard_;
   std::function<void()> draftListener_;
+  std::function<void(const std::string&)> storedListener_;
 };
 
 }  // namespace kelvo
