@@ -72,7 +72,18 @@ void TextPage::Received(const std::string& characters) { txtText->AppendWire(cha
 
 // The cursor.
 
-void TextPage::cmdSetCursor_Click() { services_.exchange.SendString(CreateCursor(Cursor())); }
+void TextPage::cmdSetCursor_Click() {
+  services_.exchange.SendString(CreateCursor(Cursor()));
+  ForgetChange(lblCursorStand);
+}
+
+// What is shown is not what was read.
+void TextPage::Changed(ReadMark* mark) { mark->setText(tr("von Hand geändert")); }
+
+// What was sent nobody confirms.
+void TextPage::ForgetChange(ReadMark* mark) {
+  if (mark->text() == tr("von Hand geändert")) mark->clear();
+}
 
 void TextPage::cmdSetCursorHome_Click() {
   const int kind = cboCursor->currentIndex();
@@ -114,9 +125,18 @@ void TextPage::cboCursor_Click() {
   lblCursorSizeEinheit->setVisible(IsCross(kind));
   lblCursorX->setText(IsAtText(kind) ? tr("Spalte") : tr("X-Pos"));
   lblCursorY->setText(IsAtText(kind) ? tr("Zeile") : tr("Y-Pos"));
-  lblCursorEinheit->setText(IsAtText(kind) ? tr("ab 1") : tr("Pixel, ab 0"));
+  ShowPositionRange();
   txtCursorX->setAccessibleName(lblCursorX->text());
   txtCursorY->setAccessibleName(lblCursorY->text());
+}
+
+void TextPage::ShowPositionRange() {
+  const int kind = cboCursor->currentIndex();
+  const int lowest = IsAtText(kind) ? 1 : 0;
+  const QString range = IsAtText(kind) ? tr("ab 1") : tr("Pixel, ab 0");
+  const bool outside =
+      kind != CursorOff && (Val(txtCursorX->Wire()) < lowest || Val(txtCursorY->Wire()) < lowest);
+  lblCursorEinheit->setText(outside ? tr("%1 – die Werte liegen davor").arg(range) : range);
 }
 
 // The text mode.
@@ -126,6 +146,7 @@ void TextPage::cmdSetText_Click() {
     ShowZoomState(tr("nicht gesendet: weder gelesen noch gewählt"));
   }
   services_.exchange.SendString(TextModeCommand());
+  ForgetChange(lblTextStand);
 }
 
 void TextPage::cmdGetText_Click() {
@@ -153,8 +174,8 @@ void TextPage::cmdGetText_Click() {
 
 // A zoom that is there needs no explanation.
 void TextPage::ShowZoomState(const QString& lack) {
-  lblTextZoomStand->setText(lack);
-  lblTextZoomStand->setVisible(!TextMode().ZoomKnown());
+  zoomLack_ = lack;
+  lblTextZoomStand->setText(TextMode().ZoomKnown() ? QString() : lack);
 }
 
 void TextPage::cboTextStyle_Click() {
@@ -163,7 +184,7 @@ void TextPage::cboTextStyle_Click() {
   if (!zooms) {
     for (QLabel* zoom : lblTextZoom) zoom->setNum(1);
   }
-  ShowZoomState(lblTextZoomStand->text());
+  ShowZoomState(zoomLack_);
 }
 
 // One step of a zoom, within its limits.
@@ -172,7 +193,7 @@ void TextPage::Step(int zoom, int by) {
   const int present = RoundToEven(Val(Caption(caption)));
   const int largest = zoom == ZoomX ? kLargestZoomX : kLargestZoomY;
   if (by < 0 ? present > 1 : present < largest) caption->setNum(present + by);
-  ShowZoomState(lblTextZoomStand->text());
+  ShowZoomState(zoomLack_);
   ShowPreview();
 }
 

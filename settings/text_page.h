@@ -72,6 +72,9 @@ class TextPage : public QWidget, public Receiver {
   std::optional<Reply> Ask(const Command& query);
   void ShowPreview();
   void ShowZoomState(const QString& lack);
+  void ShowPositionRange();
+  static void Changed(ReadMark* mark);
+  static void ForgetChange(ReadMark* mark);
   void Step(int zoom, int by);
 
   void cmdSetCursor_Click();
@@ -88,6 +91,7 @@ class TextPage : public QWidget, public Receiver {
   Services services_;
   bool left_ = false;
   bool filling_ = false;  // the page reads because it is shown, not because a button was pressed
+  QString zoomLack_;      // why no zoom is known
   QComboBox* cboCursor;
   std::array<QRadioButton*, 2> chkCursor{};
   QLabel* lblCursorSize;

@@ -152,7 +152,7 @@ QWidget* TextPage::MakeTextStyle() {
   }
   form->addRow(new QLabel(tr("Zoom:")), MakeZoom());
   lblTextZoomStand = Named(new QLabel, "lblTextZoomStand");
-  lblTextZoomStand->hide();
+  // It is never hidden: a form gives no room to a hidden row, whatever it is to retain.
   KeepRoom(lblTextZoomStand, 1);
   form->addRow(QString(), lblTextZoomStand);
   cmdSetText = MakeButton("cmdSetText", tr("Te&xtmodus setzen"));
@@ -260,6 +260,20 @@ void TextPage::ConnectLists() {
     UpDown* const buttons = ctlUpDown[static_cast<std::size_t>(zoom)];
     connect(buttons, &UpDown::Up, this, [this, zoom] { Step(zoom, 1); });
     connect(buttons, &UpDown::Down, this, [this, zoom] { Step(zoom, -1); });
+    for (const auto step : {&UpDown::Up, &UpDown::Down}) {
+      connect(buttons, step, this, [this] { Changed(lblTextStand); });
+    }
+  }
+  for (QComboBox* list : cboTextStyle) {
+    connect(list, &QComboBox::activated, this, [this] { Changed(lblTextStand); });
+  }
+  connect(cboCursor, &QComboBox::activated, this, [this] { Changed(lblCursorStand); });
+  for (QRadioButton* shape : chkCursor) {
+    connect(shape, &QRadioButton::clicked, this, [this] { Changed(lblCursorStand); });
+  }
+  for (WireField* field : {txtCursorSize, txtCursorX, txtCursorY}) {
+    connect(field, &QLineEdit::textEdited, this, [this] { Changed(lblCursorStand); });
+    connect(field, &QLineEdit::textChanged, this, &TextPage::ShowPositionRange);
   }
   connect(txtText, &WireEdit::textChanged, this, &TextPage::ShowPreview);
   connect(txtText, &WireEdit::Refused, this, [this] { services_.person.Beep(); });

@@ -238,6 +238,7 @@ class frmhaupt : public QMainWindow {
   void mnuHilfe_Seite_Click();
   void mnuHilfe_about_Click();
   void com1_Lost();
+  void ForgetClosedPort();
   void ConnectPorts();
   void com1_Returned();
   void mnuOptionenWiederOeffnen_Click();

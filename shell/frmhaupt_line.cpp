@@ -126,9 +126,19 @@ void frmhaupt::ShowHint(const QString& text) { statusBar()->showMessage(text, kH
 
 void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
 
+// That a field could not be read for want of a port is over when there is one.
+void frmhaupt::ForgetClosedPort() {
+  const QString closed = QString::fromStdString(MarkWords({ReplyKind::PortClosed, {}}, exchange_));
+  for (QLabel* const label : findChildren<QLabel*>()) {
+    auto* const mark = dynamic_cast<ReadMark*>(label);
+    if (mark != nullptr && mark->text() == closed) mark->setText(tr("noch nicht gelesen"));
+  }
+}
+
 void frmhaupt::ShowPort() {
   const QString text = interfaces_->PortText();
   const bool open = outside_.com1.IsOpen();
+  if (open && !portWasOpen_) ForgetClosedPort();
   if (open && text != head_->Port()) chronicle_.Note("Anschluss offen: " + text.toStdString());
   if (!open && portWasOpen_) chronicle_.Note("Anschluss geschlossen");
   portWasOpen_ = open;

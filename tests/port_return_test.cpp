@@ -149,6 +149,31 @@ TEST_F(PortReturnTest, RefusedPortIsExplainedWithItsDevice) {
   EXPECT_EQ(hint, "USB-Serial Controller, /dev/ttyUSB0: keine Berechtigung");
 }
 
+TEST_F(PortReturnTest, WhatCouldNotBeReadWithoutAPortDoesNotStayThatWayWithOne) {
+  Start();
+  Click("cmdVerbinden");
+  Show(Tab::Text);
+  EXPECT_EQ(Text("lblCursorStand"), "Anschluss geschlossen");
+  Click("cmdVerbinden");
+  EXPECT_EQ(Text("lblCursorStand"), "noch nicht gelesen");
+}
+
+TEST_F(PortReturnTest, AllRowsOfADeviceSayTheSameOfItAndThatThereAreSeveral) {
+  std::string state = "nicht vorhanden";
+  machine.describeDevice = [&](const std::string&) { return state; };
+  Start();
+  auto& dialog = dynamic_cast<PortDialog&>(Find("frmAnschluesse"));
+  port.Lose();
+  dialog.Load();
+  EXPECT_EQ(Text("lblZustand_5"), "nicht vorhanden");
+  state = "bereit";
+  Find<QComboBox>("cboGeraet_0").setEditText(QStringLiteral("simulator.tty"));
+  EXPECT_EQ(Text("lblZustand_0"), "bereit; dasselbe Gerät wie Com 6");
+  EXPECT_EQ(Text("lblZustand_5"), "bereit; dasselbe Gerät wie Com 1");
+  Find<QComboBox>("cboGeraet_0").setEditText(QStringLiteral("COM9"));
+  EXPECT_EQ(Text("lblZustand_5"), "bereit");
+}
+
 TEST_F(PortReturnTest, WheelChangesOnlyWhatHasTheFocus) {
   StartOn(Tab::Interfaces);
   auto& address = Find<QSpinBox>("ctlUpDownAdrDovu");

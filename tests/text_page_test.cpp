@@ -1,5 +1,7 @@
 #include <QImage>
+#include <QLineEdit>
 #include <QRadioButton>
+#include <QTest>
 #include <QToolButton>
 
 #include "settings/text_mode.h"
@@ -189,14 +191,36 @@ TEST_F(TextPageTest, ZoomThatIsNeitherReadNorChosenIsNotSent) {
     EXPECT_EQ(Written(), "←TF0;←TA0;←TM0;");
     EXPECT_NE(Text("lblTextZoomStand").find("nicht gesendet"), std::string::npos);
   }
+  QApplication::processEvents();
+  const int place = Find("cmdSetText").y();
   Click("ctlUpDown_0_Up");
-  EXPECT_TRUE(Find("lblTextZoomStand").isVisible());
+  EXPECT_NE(Text("lblTextZoomStand"), "");
   Click("ctlUpDown_1_Up");
-  EXPECT_FALSE(Find("lblTextZoomStand").isVisible());
+  EXPECT_EQ(Text("lblTextZoomStand"), "");
+  QApplication::processEvents();
+  EXPECT_EQ(Find("cmdSetText").y(), place) << "nothing moves";
   EXPECT_EQ(page.TextModeCommand(), "\x1BTF0;\x1BTA0;\x1BTM0;\x1BTZ1,1;");
   AnswerAll("0", "0", "1,1");
   Click("cmdGetText");
-  EXPECT_FALSE(Find("lblTextZoomStand").isVisible());
+  EXPECT_EQ(Text("lblTextZoomStand"), "");
+}
+
+TEST_F(TextPageTest, WhatIsChangedByHandIsNotWhatWasRead) {
+  AnswerAll("1", "1", "3,4");
+  page.Shown();
+  EXPECT_TRUE(Text("lblCursorStand").starts_with("gelesen")) << Text("lblCursorStand");
+  Choose("cboTextStyle_1", "Fett");
+  EXPECT_EQ(Text("lblTextStand"), "von Hand geändert");
+  EXPECT_TRUE(Text("lblCursorStand").starts_with("gelesen"));
+  auto& column = Find<QLineEdit>("txtCursorX");
+  column.selectAll();
+  QTest::keyClicks(&column, QStringLiteral("0"));
+  EXPECT_EQ(Text("lblCursorStand"), "von Hand geändert");
+  EXPECT_EQ(Text("lblCursorEinheit"), "ab 1 – die Werte liegen davor");
+  Click("cmdSetCursor");
+  EXPECT_EQ(Text("lblCursorStand"), "");
+  Type("txtCursorX", "1");
+  EXPECT_EQ(Text("lblCursorEinheit"), "ab 1");
 }
 
 TEST_F(TextPageTest, SendsTextAsItStands) {
