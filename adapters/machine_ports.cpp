@@ -47,8 +47,7 @@ std::vector<MachinePort> MachinePorts() {
 
 std::string DescribeDevice(const std::string& device) {
   if (device.empty()) return "kein Gerät eingetragen";
-  if (device.front() != '/') return {};
-  switch (StateOfDevice(device)) {
+  switch (StateOfDevice(DevicePath(device))) {
     case DeviceState::Missing:
       return "nicht vorhanden";
     case DeviceState::NoPermission:

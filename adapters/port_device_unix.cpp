@@ -93,7 +93,8 @@ DeviceState StateOfDevice(const std::string& path) {
   if (stat(path.c_str(), &device) != 0) {
     return errno == EACCES ? DeviceState::NoPermission : DeviceState::Missing;
   }
-  if (!S_ISCHR(device.st_mode) || IsLeftBehind(path, device)) return DeviceState::Missing;
+  if (!S_ISCHR(device.st_mode)) return DeviceState::NotSerial;
+  if (IsLeftBehind(path, device)) return DeviceState::Missing;
   if (IsOfAnotherKind(device)) return DeviceState::NotSerial;
   return access(path.c_str(), R_OK | W_OK) == 0 ? DeviceState::Ready : DeviceState::NoPermission;
 }

@@ -94,9 +94,28 @@ std::string PortDialog::Device(int row) const {
   return cboGeraet[static_cast<std::size_t>(row)]->currentText().trimmed().toStdString();
 }
 
+// All rows of a device say the same of it, and that there are several.
 void PortDialog::Describe(int row) {
-  const std::string device = AbsoluteDevice(Device(row), outside_.folders.data);
-  lblZustand[static_cast<std::size_t>(row)]->setText(Text(describe_(device)));
+  const std::string state = describe_(AbsoluteDevice(Device(row), outside_.folders.data));
+  for (int other = 0; other < kPortCount; ++other) {
+    if (Device(other) == Device(row)) states_[static_cast<std::size_t>(other)] = state;
+    ShowState(other);
+  }
+  ShowState(row);
+}
+
+void PortDialog::ShowState(int row) {
+  QStringList others;
+  for (int other = 0; other < kPortCount; ++other) {
+    if (other != row && !Device(row).empty() && Device(other) == Device(row)) {
+      others << tr("Com %1").arg(other + 1);
+    }
+  }
+  const auto i = static_cast<std::size_t>(row);
+  const QString state = Text(states_[i]);
+  lblZustand[i]->setText(
+      others.isEmpty() ? state
+                       : tr("%1; dasselbe Gerät wie %2").arg(state, others.join(tr(" und "))));
 }
 
 void PortDialog::Store() {

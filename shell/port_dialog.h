@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <array>
+#include <string>
 
 #include "shell/outside.h"
 #include "store/recordset.h"
@@ -32,6 +33,7 @@ class PortDialog : public QDialog {
 
  private:
   void Describe(int row);
+  void ShowState(int row);
   std::string Device(int row) const;
   void Store();
 
@@ -40,6 +42,7 @@ class PortDialog : public QDialog {
   Describer describe_;
   std::array<QComboBox*, kPortCount> cboGeraet{};
   std::array<QLabel*, kPortCount> lblZustand{};
+  std::array<std::string, kPortCount> states_;  // of the devices
 };
 
 }  // namespace kelvo

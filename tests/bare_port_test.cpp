@@ -20,6 +20,7 @@
 #include <thread>
 #include <utility>
 
+#include "adapters/machine_ports.h"
 #include "adapters/port_device.h"
 #include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
@@ -377,7 +378,9 @@ TEST_F(BarePortTest, WaitsThatOnlyPaintRepaintHoweverShortTheyAreAndTakeNoTick) 
 
 TEST(PortDeviceTest, WhatIsNoLineIsNeitherReadyNorInUse) {
   EXPECT_EQ(StateOfDevice("/dev/null"), DeviceState::NotSerial);
+  EXPECT_EQ(StateOfDevice("/etc/passwd"), DeviceState::NotSerial);
   EXPECT_EQ(StateOfDevice("/dev/no such line"), DeviceState::Missing);
+  EXPECT_EQ(DescribeDevice("COM9"), "nicht vorhanden");
 }
 
 TEST(PortDeviceTest, ALinkThatWasMadeForAnotherLineLeadsNowhere) {

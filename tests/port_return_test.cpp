@@ -1,8 +1,10 @@
+#include <QComboBox>
 #include <QDialog>
 #include <QSpinBox>
 #include <QTimer>
 #include <QWheelEvent>
 
+#include "shell/port_dialog.h"
 #include "tests/window_fixture.h"
 
 namespace kelvo {
