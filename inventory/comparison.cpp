@@ -30,6 +30,17 @@ void CompareWithSent(ComparisonRow& row, const SettingSent& sent) {
   row.words = sent.agrees ? "wie zuletzt gesendet" : "anders als zuletzt gesendet";
 }
 
+// The free bytes may have been asked elsewhere since, or there alone.
+void TakeKnownRoom(ComparisonRow& row, const Room& room) {
+  const auto& known = room.LastReading();
+  const auto last = std::max(row.readAt, row.silentAt);
+  if (!known || (last && known->time <= *last)) return;
+  row.read = std::to_string(known->bytes);
+  row.readAt = known->time;
+  row.silentAt.reset();
+  row.words.clear();
+}
+
 ComparisonRow ReadRow(const TerminalId& terminal, const Question& question,
                       const Readings& readings, const Settings& settings) {
   ComparisonRow row = RowFor(terminal, question.what);
@@ -114,6 +125,9 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
   std::vector<ComparisonRow> rows;
   for (const Question& question : Questions()) {
     rows.push_back(ReadRow(terminal, question, readings, settings));
+    if (question.query == CommandName::AskFreeBytes) {
+      TakeKnownRoom(rows.back(), inventory.FreeBytes());
+    }
   }
   for (const auto& [key, held] : inventory.Items()) {
     rows.push_back(HeldRow(terminal, inventory, held, records));

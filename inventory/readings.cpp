@@ -112,6 +112,7 @@ ReadRun::Result ReadRun::Run(const std::string& device, const std::vector<int>& 
     AskAll({device, address}, result);
   }
   result.complete = GoesOn();
+  result.lost = !services_.exchange.Alive();
   if (services_.exchange.Alive()) {
     services_.exchange.SendString(SelectAddress(selectAfter.value_or(kClosingAddress)));
   }

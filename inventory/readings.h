@@ -92,6 +92,7 @@ class ReadRun {
     std::vector<int> answered;
     std::vector<int> silent;  ///< nobody, or somebody else, answers there
     bool complete = false;
+    bool lost = false;                   ///< the line, before all were asked
     std::optional<std::string> notKept;  ///< why not all is in the file, UTF-8
   };
   /// Afterwards the Terminal `selectAfter` is selected, without one nobody.

@@ -92,6 +92,9 @@ QLayout* CompareDialog::MakeButtons() {
   cmdVergleichLesen = MakeButton("cmdVergleichLesen", tr("&Lesen"),
                                  tr("Wählt die gezeigten Terminals nacheinander und fragt alles "
                                     "ab, was sie von sich sagen."));
+  cmdVergleichAbbrechen = MakeButton("cmdVergleichAbbrechen", tr("A&bbrechen"),
+                                     tr("Hört auf zu lesen; was gelesen ist, bleibt."));
+  cmdVergleichAbbrechen->setEnabled(false);
   cmdVergleichSchreiben =
       MakeButton("cmdVergleichSchreiben", tr("Geändertes &schreiben …"),
                  tr("Zeigt, was in der Datenbank anders ist als zuletzt geschrieben, und was dem "
@@ -104,6 +107,7 @@ QLayout* CompareDialog::MakeButtons() {
   cmdVergleichLesen->setDefault(true);
   auto* row = new QHBoxLayout;
   row->addWidget(cmdVergleichLesen);
+  row->addWidget(cmdVergleichAbbrechen);
   row->addWidget(cmdVergleichSchreiben);
   row->addStretch();
   for (QPushButton* const button :
@@ -112,6 +116,8 @@ QLayout* CompareDialog::MakeButtons() {
   }
   Operator& person = services_.person;
   OnSend(cmdVergleichLesen, this, person, &CompareDialog::cmdVergleichLesen_Click);
+  OnClick(cmdVergleichAbbrechen, this, person, &CompareDialog::cmdVergleichAbbrechen_Click,
+          Speaks::ToStop);
   OnClick(cmdVergleichSchreiben, this, person, &CompareDialog::cmdVergleichSchreiben_Click);
   OnClick(cmdVergleichKopieren, this, person, &CompareDialog::cmdVergleichKopieren_Click);
   OnClick(cmdVergleichSpeichern, this, person, &CompareDialog::cmdVergleichSpeichern_Click);
@@ -182,11 +188,12 @@ void CompareDialog::ShowSummary(const QString& reading) {
   const auto different = std::count_if(rows.begin(), rows.end(), [](const ComparisonRow& row) {
     return row.compared == Compared::Different;
   });
-  const auto writable = std::count_if(rows.begin(), rows.end(),
-                                      [](const auto& row) { return row.order.has_value(); });
-  const bool any =
-      std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.order || row.offer; });
-  cmdVergleichSchreiben->setEnabled(any && !reading_);
+  const auto writable = std::count_if(rows.begin(), rows.end(), [](const ComparisonRow& row) {
+    return row.compared == Compared::Different && (row.order || row.offer);
+  });
+  const auto offered = std::count_if(rows.begin(), rows.end(),
+                                     [](const auto& row) { return row.offer.has_value(); });
+  cmdVergleichSchreiben->setEnabled((writable > 0 || offered > 0) && !reading_);
   const bool anyRead =
       std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.readAt.has_value(); });
   const QString counted =
@@ -195,8 +202,13 @@ void CompareDialog::ShowSummary(const QString& reading) {
                 tr("davon %1 mit „Geändertes schreiben …“ zu beheben.").arg(writable)
       : reading.isEmpty() ? tr("Nichts gelesen, kein Unterschied bekannt.")
                           : tr("Kein Unterschied bekannt.");
+  const QString unticked =
+      offered == 0 ? QString()
+                   : tr(" Was dem Terminal fehlt, oder vielleicht fehlt (%1), bietet der Knopf nur "
+                        "an: Angekreuzt ist es dort nicht.")
+                         .arg(offered);
   lblVergleich->setText(
-      (reading.isEmpty() ? QString() : reading + u' ') + counted +
+      (reading.isEmpty() ? QString() : reading + u' ') + counted + unticked +
       tr(" „gleich“ heißt: wie zuletzt von hier geschrieben; was ein EEPROM enthält, lässt sich "
          "nicht zurücklesen."));
 }
@@ -212,7 +224,7 @@ void CompareDialog::cmdVergleichLesen_Click() {
            cboVergleichTerminal, cmdVergleichLesen, cmdVergleichSchreiben}) {
     control->setEnabled(false);
   }
-  cmdVergleichSchliessen->setText(tr("A&bbrechen"));
+  cmdVergleichAbbrechen->setEnabled(true);
   const ReadRun::Result result = run_.Run(
       services_.device(), addresses, services_.desk.Selected(),
       [this](int address) { lblVergleich->setText(tr("Liest „%1“ …").arg(NameOf(address))); });
@@ -220,18 +232,22 @@ void CompareDialog::cmdVergleichLesen_Click() {
   cboVergleichTerminal->setEnabled(true);
   cmdVergleichLesen->setEnabled(true);
   if (focused && focusWidget() == ctlVergleich) cmdVergleichLesen->setFocus();
-  cmdVergleichSchliessen->setText(tr("Schl&ießen"));
+  cmdVergleichAbbrechen->setEnabled(false);
   Compare();
   ShowSummary(ReadText(result));
   if (closing_) reject();
 }
+
+void CompareDialog::cmdVergleichAbbrechen_Click() { run_.Stop(); }
 
 QString CompareDialog::ReadText(const ReadRun::Result& result) const {
   QStringList silent;
   for (const int address : result.silent) silent << NameOf(address);
   QString text = tr("%1 gelesen, %2 ohne Antwort").arg(result.answered.size()).arg(silent.size());
   if (!silent.isEmpty()) text += tr(" (%1)").arg(silent.join(QStringLiteral("; ")));
-  text += result.complete ? tr(".") : tr(", abgebrochen.");
+  text += result.complete ? tr(".")
+          : result.lost   ? tr("; die Verbindung ging dabei verloren.")
+                          : tr(", abgebrochen.");
   if (result.notKept) {
     text += tr(" Die Antworten konnten nicht aufbewahrt werden: %1.")
                 .arg(QString::fromStdString(*result.notKept));

@@ -61,6 +61,7 @@ class CompareDialog : public QDialog {
   QString Report() const;
 
   void cmdVergleichLesen_Click();
+  void cmdVergleichAbbrechen_Click();
   void cmdVergleichSchreiben_Click();
   void cmdVergleichKopieren_Click();
   void cmdVergleichSpeichern_Click();
@@ -77,6 +78,7 @@ class CompareDialog : public QDialog {
   QTableView* ctlVergleich;
   QLabel* lblVergleich;
   QPushButton* cmdVergleichLesen;
+  QPushButton* cmdVergleichAbbrechen;
   QPushButton* cmdVergleichSchreiben;
   QPushButton* cmdVergleichKopieren;
   QPushButton* cmdVergleichSpeichern;

@@ -87,6 +87,25 @@ TEST_F(ComparisonTest, WhatIsNotThereIsOffered) {
   EXPECT_EQ(offered, "Makro 0: unbekannt, Start; ");
 }
 
+TEST_F(ComparisonTest, TheFreeBytesAreTheOnesReadLastWhereverThatWas) {
+  const auto at = [](int second) { return JournalTime(std::chrono::seconds(second)); };
+  Readings readings;
+  const auto read = [&] {
+    for (const ComparisonRow& row : Compare(Tor, journal.Of(Tor), readings, records)) {
+      if (row.what == "Freier Platz im EEPROM") return row.read + (row.silentAt ? "!" : row.words);
+    }
+    return std::string("-");
+  };
+  EXPECT_EQ(read(), "hier nicht gelesen");
+  readings.AddSilence(Tor, CommandName::AskFreeBytes, {at(1), "keine Antwort"});
+  journal.Add({at(2), Tor, Event::FreeBytes, {}, {}, {}, 8113});
+  EXPECT_EQ(read(), "8113");
+  readings.AddSilence(Tor, CommandName::AskFreeBytes, {at(3), "keine Antwort"});
+  EXPECT_EQ(read(), "!") << "it was silent since";
+  readings.Add({at(4), Tor, CommandName::AskFreeBytes, "8000"});
+  EXPECT_EQ(read(), "8000");
+}
+
 // Where it was read after it was sent.
 TEST_F(ComparisonTest, CursorAndTextModeAreHeldAgainstWhatWasSentLast) {
   const auto at = [](int second) { return JournalTime(std::chrono::seconds(second)); };

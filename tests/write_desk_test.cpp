@@ -233,6 +233,9 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
   EXPECT_EQ(row("Version"), "hier nicht gelesen");
   EXPECT_TRUE(Text("lblVergleich").starts_with("1 Unterschied, davon 1 mit"));
+  EXPECT_NE(Text("lblVergleich").find("vielleicht fehlt (2), bietet der Knopf nur an"),
+            std::string::npos)
+      << Text("lblVergleich");
   Find<QCheckBox>("chkVergleichUnterschiede").setChecked(true);
   EXPECT_EQ(row("Version"), "-");
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
@@ -262,6 +265,16 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   loop.After(milliseconds(200), [this] { Find("frmVergleich").close(); });
   Click("cmdVergleichLesen");
   EXPECT_FALSE(Find("frmVergleich").isVisible());
+  Trigger("mnuAnsichtVergleich");
+  bool stoppable = false;
+  loop.After(testing_world::milliseconds(50), [&] {
+    stoppable = Find("cmdVergleichAbbrechen").isEnabled();
+    port.Lose();
+  });
+  Click("cmdVergleichLesen");
+  EXPECT_TRUE(stoppable);
+  EXPECT_FALSE(Find("cmdVergleichAbbrechen").isEnabled());
+  EXPECT_NE(Text("lblVergleich").find("; die Verbindung ging dabei verloren."), std::string::npos);
 }
 
 }  // namespace
