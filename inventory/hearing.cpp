@@ -9,7 +9,7 @@ Hearing HearingOf(const LineState& line) {
   }
   switch (line.Listens()) {
     case Listening::Nobody:
-      return Hearing::Nobody;
+      return line.SelectedAway() ? Hearing::Nobody : Hearing::Silent;
     case Listening::Unknown:
       return line.Address() ? Hearing::Unknown : Hearing::Listens;
     default:

@@ -9,7 +9,8 @@ namespace kelvo {
 /// Whether the Terminal that was selected last is one that something can be said of now.
 enum class Hearing : std::uint8_t {
   Listens,       ///< or nobody was ever selected, and there may be but one
-  Nobody,        ///< nobody is selected, or who is has not answered
+  Nobody,        ///< nobody is selected
+  Silent,        ///< who was selected has not answered
   Unknown,       ///< somebody has answered, but not who was selected
   Disconnected,  ///< no port is open
 };

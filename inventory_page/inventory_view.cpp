@@ -12,6 +12,7 @@
 #include <QTableView>
 
 #include "inventory/journal_text.h"
+#include "inventory_page/column_fit.h"
 #include "link/addresses.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -22,6 +23,11 @@ namespace kelvo {
 namespace {
 
 constexpr int kLeastLines = 8;  // of the table and the warning
+
+// Who ends a transfer selects an address that no Terminal has.
+bool NamesNobody(const TerminalId& terminal) {
+  return terminal.address == kUnknownAddress || terminal.address == kClosingAddress;
+}
 
 QLabel* MakeLine(const char* name) {
   auto* const label = Named(new QLabel, name);
@@ -164,30 +170,12 @@ void InventoryView::MakeTable() {
   ctlBestand->setAccessibleName(tr("Bestand des Terminals"));
   ctlBestand->verticalHeader()->hide();
   ctlBestand->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  const int em = fontMetrics().averageCharWidth();
-  for (const auto& [column, width] : {std::pair{InventoryModel::Kind, 15},
-                                      {InventoryModel::Number, 6},
-                                      {InventoryModel::Name, 22},
-                                      {InventoryModel::Bytes, 10},
-                                      {InventoryModel::Time, 19},
-                                      {InventoryModel::Rests, 15},
-                                      {InventoryModel::Database, 22}}) {
-    ctlBestand->setColumnWidth(column, em * width);
-  }
-  ctlBestand->horizontalHeader()->setStretchLastSection(true);
+  columns_ = new ColumnFit(ctlBestand,
+                           {InventoryModel::Name, InventoryModel::Rests, InventoryModel::Database});
   ctlBestand->sortByColumn(InventoryModel::Kind, Qt::AscendingOrder);
   connect(ctlBestand, &QAbstractItemView::activated, this, &InventoryView::OpenCurrent);
   connect(ctlBestand->selectionModel(), &QItemSelectionModel::currentChanged, this,
           &InventoryView::EnableButtons);
-}
-
-// Only where something would be cut off: what the operator has widened stays.
-void InventoryView::WidenColumns() {
-  const QAbstractItemView* const view = ctlBestand;
-  for (const int column : {InventoryModel::Rests, InventoryModel::Database}) {
-    const int needed = view->sizeHintForColumn(column) + fontMetrics().averageCharWidth();
-    if (ctlBestand->columnWidth(column) < needed) ctlBestand->setColumnWidth(column, needed);
-  }
 }
 
 void InventoryView::showEvent(QShowEvent* event) {
@@ -215,6 +203,8 @@ QString InventoryView::ListenerText() const {
       return tr("niemand, getrennt");
     case Hearing::Nobody:
       return tr("keines gewählt");
+    case Hearing::Silent:
+      return tr("%1, antwortet nicht").arg(TerminalText(services_.listener()));
     case Hearing::Unknown:
       return tr("Terminal nicht bekannt");
     case Hearing::Listens:
@@ -227,8 +217,12 @@ QString InventoryView::ListenerText() const {
 QString InventoryView::AbsenceText() const {
   if (cboBestandTerminal->currentIndex() > 0 || services_.hearing() == Hearing::Listens) return {};
   const TerminalId last = services_.listener();
-  if (last.address == kUnknownAddress) {
+  if (NamesNobody(last)) {
     return tr("Niemand hört zu; was geschrieben wurde, steht bei den Terminals der Auswahl.");
+  }
+  if (services_.hearing() == Hearing::Silent) {
+    return tr("%1 antwortet nicht; hier steht, was zuletzt dorthin geschrieben wurde.")
+        .arg(TerminalText(last));
   }
   return tr("Niemand hört zu; hier steht, was zuletzt für %1 geschrieben wurde.")
       .arg(TerminalText(last));
@@ -266,10 +260,10 @@ void InventoryView::ShowNow() {
   const InventoryModel::Row* const row = Current();
   const std::optional<ItemKey> current = row == nullptr ? std::nullopt : std::optional(row->key);
   const TerminalId shown = Shown();
-  const bool nobody = shown.address == kUnknownAddress && !AbsenceText().isEmpty();
+  const bool nobody = NamesNobody(shown) && !AbsenceText().isEmpty();
   const Inventory inventory = nobody ? Inventory() : services_.journal.Of(shown);
   model_.Show(inventory, services_.records(), Listens(shown));
-  WidenColumns();
+  columns_->Fit();
   const int again = current ? model_.RowOf(*current) : -1;
   if (again >= 0) ctlBestand->selectRow(sorted_.mapFromSource(model_.index(again, 0)).row());
   ShowState(inventory);

@@ -18,6 +18,8 @@ class QTableView;
 
 namespace kelvo {
 
+class ColumnFit;
+
 /// The table of what was written into a Terminal: the one that listens, or one that is chosen.
 /// Nothing is asked of any Terminal for it. It reads the journal and the records while it is seen.
 class InventoryView : public QWidget {
@@ -57,7 +59,6 @@ class InventoryView : public QWidget {
   void ShowNow();
   void ListTerminals();
   void ShowState(const Inventory& inventory);
-  void WidenColumns();
   bool Listens(const TerminalId& terminal) const;
   QString TerminalText(const TerminalId& terminal) const;
   QString ListenerText() const;
@@ -76,6 +77,7 @@ class InventoryView : public QWidget {
   std::vector<TerminalId> terminals_;  // behind the first entry, which is who listens
   QComboBox* cboBestandTerminal;
   QTableView* ctlBestand;
+  ColumnFit* columns_;
   QLabel* lblBestand;
   QLabel* lblBestandWarnung;
   QPushButton* cmdBestandText;

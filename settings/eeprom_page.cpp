@@ -65,7 +65,8 @@ void EepromPage::AddGroups(QVBoxLayout* page) {
   QFormLayout* form = MakeForm(space);
   AddRow(form, tr("Freier Platz im EEPROM:"), lblFreeBytes, tr("Byte"));
   lblFreeBytesStand = new ReadMark("lblFreeBytesStand", tr("noch nicht gelesen"));
-  form->addRow(ButtonRow({cmdGetFreeBytes, lblFreeBytesStand}));
+  form->addRow(ButtonRow({cmdGetFreeBytes}));
+  form->addRow(lblFreeBytesStand);
   page->addWidget(space);
   auto* const config = Group(tr("Konfiguration"),
                              tr("Das Terminal speichert seine jetzigen Einstellungen im EEPROM "
@@ -175,22 +176,23 @@ bool EepromPage::EraseWithProgress() {
 
 void EepromPage::ReadFreeBytes() {
   GetEEpromBytes(services_.exchange, services_.state);
-  ShowFreeBytes(true);
+  ShowFreeBytes();
   lblFreeBytes->repaint();
 }
 
-void EepromPage::ShowFreeBytes(bool present) {
+void EepromPage::ShowFreeBytes() {
   const TerminalState& state = services_.state;
   if (!state.freeBytesAsked) return;
   lblFreeBytes->setText(QString::fromStdString(NumberText(state.freeBytes.value_or(0))));
-  if (!state.freeBytesLack.empty()) {
-    lblFreeBytesStand->setText(QString::fromStdString(state.freeBytesLack));
-    return;
-  }
+  const QString elsewhere = QString::fromStdString(state.freeBytesElsewhere);
   const QString time = MinuteText(*state.freeBytesAsked);
-  lblFreeBytesStand->setText((present ? tr("gelesen %1") : tr("zuletzt gelesen %1")).arg(time));
-  lblFreeBytesStand->setToolTip(
-      present ? QString() : tr("Das Terminal, das es gesagt hat, hört jetzt nicht zu."));
+  const QString said = !state.freeBytesLack.empty() ? QString::fromStdString(state.freeBytesLack)
+                       : elsewhere.isEmpty()        ? tr("gelesen %1").arg(time)
+                                                    : tr("zuletzt gelesen %1").arg(time);
+  lblFreeBytesStand->setText((said + u' ' + elsewhere).trimmed());
+  lblFreeBytesStand->setToolTip(elsewhere.isEmpty()
+                                    ? QString()
+                                    : tr("Das Terminal, das gefragt wurde, hört jetzt nicht zu."));
 }
 
 void EepromPage::cmdGetFreeBytes_Click() { ReadFreeBytes(); }

@@ -39,7 +39,7 @@ class EepromPage : public QWidget {
 
   /// Shows the free bytes as they were read last, on whatever page. `present`: the Terminal that
   /// was asked for them is the one that listens.
-  void ShowFreeBytes(bool present);
+  void ShowFreeBytes();
 
  Q_SIGNALS:
   /// Something has failed that no box tells of.

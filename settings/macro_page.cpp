@@ -115,12 +115,13 @@ void MacroPage::Shown() {
 
 void MacroPage::ShowFreeBytes() {
   const TerminalState& state = services_.state;
-  lblMakroFrei->setText(
+  const QString said =
       state.freeBytes && state.freeBytesAsked && state.freeBytesLack.empty()
           ? tr("%1 Byte, zuletzt gelesen %2")
                 .arg(Text(NumberText(*state.freeBytes)), MinuteText(*state.freeBytesAsked))
       : state.freeBytesLack.empty() ? tr("noch nicht gelesen")
-                                    : Text(state.freeBytesLack));
+                                    : Text(state.freeBytesLack);
+  lblMakroFrei->setText((said + u' ' + Text(state.freeBytesElsewhere)).trimmed());
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {

@@ -146,6 +146,7 @@ class frmhaupt : public QMainWindow {
   void ShowInventoryNow();
   void ShowRecordStates();
   bool FreeBytesArePresent() const;
+  void ShowFreeBytes();
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
   void ReadOptions();

@@ -107,7 +107,7 @@ void frmhaupt::ShowInventoryNow() {
                            state_.freeBytesAsked};
   if (std::exchange(shownInventory_, now) == now) return;
   inventory_->Refresh();
-  eeprom_->ShowFreeBytes(FreeBytesArePresent());
+  ShowFreeBytes();
   writeDesk_->NoteChange();
   for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
     note->Refresh();
@@ -128,6 +128,19 @@ void frmhaupt::ShowRecordStates() {
 // The Terminal that has told them is the one that listens.
 bool frmhaupt::FreeBytesArePresent() const {
   return HearingOf(lineState_) == Hearing::Listens && recorder_.Listener() == freeBytesOf_;
+}
+
+// Those of one Terminal must not pass for those of another. Who was silent is not told apart from
+// who has answered before.
+void frmhaupt::ShowFreeBytes() {
+  const bool asked = recorder_.Listener() == freeBytesOf_;
+  const bool present = FreeBytesArePresent() || (asked && !state_.freeBytesLack.empty());
+  state_.freeBytesElsewhere = present || !state_.freeBytesAsked ? ""
+                              : freeBytesOf_.address == kUnknownAddress
+                                  ? "ohne gewählte Adresse"
+                                  : "bei Adresse " + std::to_string(freeBytesOf_.address);
+  macros_->ShowFreeBytes();
+  eeprom_->ShowFreeBytes();
 }
 
 void frmhaupt::ShowRecord(ItemKind kind, qint64 record) {

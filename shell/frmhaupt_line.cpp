@@ -149,11 +149,10 @@ void frmhaupt::ShowPort() {
 }
 
 void frmhaupt::ShowTerminal() {
-  macros_->ShowFreeBytes();
   if (std::exchange(freeBytesAsked_, state_.freeBytesAsked) != state_.freeBytesAsked) {
     freeBytesOf_ = recorder_.Listener();
   }
-  eeprom_->ShowFreeBytes(FreeBytesArePresent());
+  ShowFreeBytes();
   ShowInventory();  // which leaves out what is shown beside it
   desk_->Editor().OptionsChanged();
 }

@@ -20,6 +20,7 @@ Reply GetEEpromBytes(Exchange& exchange, TerminalState& state) {
   Reply reply = exchange.SendQuery(AskFreeBytes(), kFreeBytesInterval);
   state.freeBytes = reply.Failed() ? std::nullopt : std::optional(reply.Number());
   state.freeBytesLack = MarkWords(reply, exchange);
+  state.freeBytesElsewhere.clear();
   state.freeBytesAsked = std::chrono::system_clock::now();
   state.Changed();
   return reply;

@@ -62,6 +62,13 @@ TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheReco
   EXPECT_EQ(Rows(), (std::vector<std::string>{"Makro 7 Gruß bestätigt gleich",
                                               "Makro 8 Logo bestätigt gleich"}));
   EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: 5 – Halle, simulator.tty");
+  const auto& table = Find<QTableView>("ctlBestand");
+  const int before = table.columnWidth(5);
+  Click("cmdSetMakroGeprueft");
+  EXPECT_EQ(Rows().back(), "Makro 8 Logo geprüft gleich");
+  WriteShown("Logo");
+  Rows();
+  EXPECT_EQ(table.columnWidth(5), before) << "it has shrunk again";
   Find<QTableView>("ctlBestand").selectRow(1);
   Click("cmdBestandKopieren");
   EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Makro\t8\tLogo\t4\t"));
@@ -102,10 +109,21 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
   Tell();
   EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("zuletzt gelesen "));
   EXPECT_EQ(Rows().size(), 1u);
-  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: keines gewählt");
+  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: 9, simulator.tty, antwortet nicht");
   EXPECT_TRUE(Text("lblBestand")
-                  .starts_with("Niemand hört zu; hier steht, was zuletzt für 9, simulator.tty "
+                  .starts_with("9, simulator.tty antwortet nicht; hier steht, was zuletzt dorthin "
                                "geschrieben wurde. 1 Eintrag, ungewiss."));
+  EXPECT_TRUE(Text("lblFreeBytesStand").ends_with(" bei Adresse 5"));
+  EXPECT_TRUE(Text("lblMakroFrei").ends_with(" bei Adresse 5"));
+  Click("cmdGetFreeBytes");
+  Tell();
+  EXPECT_EQ(Text("lblFreeBytesStand"), "keine Antwort");
+  Select(254);
+  EXPECT_EQ(Rows().size(), 0u);
+  EXPECT_EQ(Text("lblFreeBytesStand"), "keine Antwort bei Adresse 9");
+  EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: keines gewählt");
+  EXPECT_EQ(Text("lblBestand"),
+            "Niemand hört zu; was geschrieben wurde, steht bei den Terminals der Auswahl.");
   Select(5);
   WriteShown("Gruß");
   Tell();
