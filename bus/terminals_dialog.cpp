@@ -7,6 +7,7 @@
 #include "bus/tick_list.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -50,7 +51,8 @@ void TerminalsDialog::MakeLayout() {
   column->addWidget(list_, 1);
   column->addWidget(result_);
   column->addLayout(buttons);
-  resize(fontMetrics().averageCharWidth() * 116, fontMetrics().lineSpacing() * 24);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 116, fontMetrics().lineSpacing() * 24});
 }
 
 void TerminalsDialog::ConnectButtons() {

@@ -15,6 +15,7 @@
 #include "help/help_browser.h"
 #include "help/help_search.h"
 #include "widgets/form.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 
@@ -42,7 +43,7 @@ frmHilfe::frmHilfe(std::unique_ptr<HelpFile> file, QWidget* parent)
           &QWidget::close);
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this,
           [this] { Turn(search_); });
-  resize(em * 160, fontMetrics().lineSpacing() * 44);
+  ResizeWithinScreen(this, {em * 160, fontMetrics().lineSpacing() * 44});
   ctlSeite->setSource(file_->Page(QStringLiteral("index.html")));
 }
 

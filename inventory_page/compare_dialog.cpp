@@ -18,6 +18,7 @@
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -46,7 +47,8 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   connect(&services_.desk, &WriteDesk::Finished, this, [this] {
     if (isVisible() && !reading_) Compare();
   });
-  resize(fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38});
 }
 
 QLayout* CompareDialog::MakeChoice() {

@@ -8,6 +8,7 @@
 #include "inventory_page/equip_run_page.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 
@@ -30,7 +31,8 @@ EquipDialog::EquipDialog(EquipServices services, QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->addWidget(pages_, 1);
   column->addLayout(buttons);
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 36);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 36});
   OnSend(cmdAusstatten, this, services_.person, &EquipDialog::cmdAusstatten_Click);
   OnClick(cmdAusstattenSchliessen, this, services_.person,
           &EquipDialog::cmdAusstattenSchliessen_Click, Speaks::ToStop);

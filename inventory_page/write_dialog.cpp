@@ -8,6 +8,7 @@
 #include "bus/tick_list.h"
 #include "inventory/terminal_name.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -34,7 +35,7 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
           services.person, parent),
       services_(std::move(services)),
       run_(services_.exchange, services_.loop) {
-  resize(fontMetrics().averageCharWidth() * 140, height());
+  ResizeWithinScreen(this, {fontMetrics().averageCharWidth() * 140, height()});
 }
 
 void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {

@@ -18,6 +18,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -79,7 +80,8 @@ ExportDialog::ExportDialog(ProjectServices services, QWidget* parent)
   column->addWidget(ctlExport, 1);
   column->addWidget(lblExport);
   column->addLayout(MakeButtons());
-  resize(fontMetrics().averageCharWidth() * 95, fontMetrics().lineSpacing() * 32);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 95, fontMetrics().lineSpacing() * 32});
 }
 
 QLayout* ExportDialog::MakeButtons() {

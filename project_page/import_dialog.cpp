@@ -16,6 +16,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -63,7 +64,8 @@ ImportDialog::ImportDialog(ProjectServices services, QWidget* parent)
   column->addLayout(MakeExtras());
   column->addWidget(lblImport);
   column->addLayout(MakeButtons());
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 40);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 40});
 }
 
 QLayout* ImportDialog::MakeTop() {

@@ -15,6 +15,7 @@
 #include "widgets/handlers.h"
 #include "widgets/read_mark.h"
 #include "widgets/texts.h"
+#include "widgets/whole_height.h"
 
 namespace kelvo {
 namespace {
@@ -56,7 +57,7 @@ void EepromPage::MakeLayout() {
   auto* page = new QHBoxLayout(this);
   auto* column = new QVBoxLayout;
   AddGroups(column);
-  page->addLayout(column, 2);
+  page->addWidget(new WholeHeight(column), 2);
   if (services_.inventory != nullptr) page->addWidget(services_.inventory, 5);
 }
 

@@ -22,6 +22,7 @@
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -49,7 +50,8 @@ SheetDialog::SheetDialog(Services services, QWidget* parent)
   page->addLayout(columns, 1);
   page->addLayout(MakeButtons());
   ConnectControls();
-  resize(fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 42);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 42});
 }
 
 SheetDialog::~SheetDialog() = default;

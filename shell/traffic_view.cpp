@@ -18,6 +18,7 @@
 #include "widgets/front.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -40,7 +41,8 @@ TrafficView::TrafficView(TrafficRecord& record, Operator& person, QWidget* paren
   page->addWidget(MakeButtons());
   page->addWidget(MakeTable(), 1);
   page->addWidget(lblVerkehr);
-  resize(fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 28);
+  ResizeWithinScreen(this,
+                     {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 28});
   record_.SetListener([this](TrafficRecord::Number changed) { Follow(changed); });
   ShowState();
 }

@@ -127,6 +127,29 @@ TEST_F(MainWindowTest, WindowFitsTheScreenAndAllOfAPageCanBeReached) {
   }
 }
 
+TEST_F(MainWindowTest, NothingIsSqueezedInASmallWindowAndNoWindowIsLargerThanTheScreen) {
+  Start();
+  Show(Tab::Eeprom);
+  for (const int width : {1000, 850, 640}) {
+    window->resize(width, 500);
+    QApplication::processEvents();
+    for (const auto* const button :
+         Find("cmdSetConfig").parentWidget()->parentWidget()->findChildren<QPushButton*>()) {
+      EXPECT_GE(button->height(), button->sizeHint().height())
+          << button->objectName().toStdString();
+    }
+  }
+  const QSize room = window->screen()->availableSize();
+  for (const char* const entry :
+       {"mnuAusstatten", "mnuAnsichtVergleich", "mnuAnsichtDatenverkehr"}) {
+    Trigger(entry);
+  }
+  for (const QWidget* const top : QApplication::topLevelWidgets()) {
+    if (!top->isVisible() || top == window.get()) continue;
+    EXPECT_EQ(top->size(), top->size().boundedTo(room)) << top->objectName().toStdString();
+  }
+}
+
 TEST_F(MainWindowTest, WindowsComeBackWhereTheyWere) {
   Start();
   window->setGeometry(20, 60, 751, 602);
