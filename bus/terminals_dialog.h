@@ -20,6 +20,10 @@ class TerminalsDialog : public QDialog {
   Q_OBJECT
 
  public:
+  /// The colours of what has come out well and of what has failed.
+  static QColor GoodColour();
+  static QColor FailedColour();
+
   void reject() override;
 
  Q_SIGNALS:
@@ -54,9 +58,6 @@ class TerminalsDialog : public QDialog {
   void Present();
   bool Running() const { return running_; }
   void ShowState(int row, bool ticked, const std::string& state, QColor colour);
-  /// The colours of what has come out well and of what has failed.
-  static QColor GoodColour();
-  static QColor FailedColour();
 
   /// Sends to those that are ticked; ends early after StopRun().
   virtual void Run() = 0;

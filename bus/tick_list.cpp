@@ -3,15 +3,16 @@
 #include <QHeaderView>
 #include <algorithm>
 
+#include "widgets/dark_list.h"
+
 namespace kelvo {
 namespace {
 
 constexpr int kTickColumn = 0;
 constexpr int kWidestColumn = 45;  // characters
+constexpr int kNarrowestColumn = 8;
 
 Qt::CheckState CheckStateOf(bool ticked) { return ticked ? Qt::Checked : Qt::Unchecked; }
-
-bool IsDark(const QColor& ground) { return ground.lightness() < 128; }
 
 }  // namespace
 
@@ -19,6 +20,7 @@ TickList::TickList(const QStringList& titles, const std::vector<int>& widths) {
   setHeaderLabels(titles);
   setRootIsDecorated(false);
   setUniformRowHeights(true);
+  KeepVisibleOnDark(this);
   int column = 0;
   for (const int width : widths) {
     setColumnWidth(column++, fontMetrics().averageCharWidth() * width);
@@ -51,6 +53,20 @@ void TickList::WholeLastColumn() {
   header()->setSectionResizeMode(columnCount() - 1, QHeaderView::ResizeToContents);
 }
 
+void TickList::FirstColumnYields() {
+  header()->setStretchLastSection(false);
+  header()->setMinimumSectionSize(fontMetrics().averageCharWidth() * kNarrowestColumn);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setSectionResizeMode(kTickColumn, QHeaderView::Stretch);
+}
+
+bool TickList::AnyTicked() const {
+  for (int row = 0; row < Rows(); ++row) {
+    if (Ticked(row)) return true;
+  }
+  return false;
+}
+
 bool TickList::Ticked(int row) const {
   return topLevelItem(row)->checkState(kTickColumn) == Qt::Checked;
 }
@@ -72,10 +88,8 @@ void TickList::SetTickable(bool tickable) {
 
 void TickList::Colour(int row, const QColor& colour) {
   QTreeWidgetItem& item = *topLevelItem(row);
-  const bool needsGround = colour.isValid() && IsDark(palette().color(QPalette::Base));
   for (int column = 0; column < columnCount(); ++column) {
     item.setData(column, Qt::ForegroundRole, colour.isValid() ? QBrush(colour) : QVariant());
-    item.setData(column, Qt::BackgroundRole, needsGround ? QBrush(Qt::white) : QVariant());
   }
 }
 

@@ -20,14 +20,17 @@ class TickList : public QTreeWidget {
   void FitColumn(int column);
   /// The last column is never narrower than its texts: what has no room is scrolled to.
   void WholeLastColumn();
+  /// The others are as wide as their texts, and the first one has what is left.
+  void FirstColumnYields();
   bool Ticked(int row) const;
+  bool AnyTicked() const;
   void Tick(int row, bool ticked);
   void TickAll(bool ticked);
   /// Whether the operator may change the ticks.
   void SetTickable(bool tickable);
   void ScrollTo(int row) { scrollToItem(topLevelItem(row)); }
-  /// Writes a row in a colour, on a ground on which it can be read whatever the desktop's theme is;
-  /// without a valid colour in the theme's own.
+  /// Writes a row in a colour, of which a dark ground shows a lighter shade; without a valid one in
+  /// the theme's own.
   void Colour(int row, const QColor& colour);
 };
 

@@ -56,6 +56,7 @@ struct StepProgress {
     return state == State::Over &&
            (verdict == WriteVerdict::Proven || verdict == WriteVerdict::AcknowledgedOnly);
   }
+  bool Failed() const { return state == State::NoRoom || (state == State::Over && !Done()); }
 };
 
 struct TargetProgress {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <functional>
 
 namespace kelvo {
 namespace {
@@ -32,6 +33,17 @@ std::size_t Proven(const TargetProgress& target) {
       std::count_if(target.steps.begin(), target.steps.end(), [](const StepProgress& step) {
         return step.Done() && step.verdict == WriteVerdict::Proven;
       }));
+}
+
+// How many steps have failed, and why the first of them.
+std::string FailedText(const TargetProgress& target) {
+  const auto first =
+      std::find_if(target.steps.begin(), target.steps.end(), std::mem_fn(&StepProgress::Failed));
+  if (first == target.steps.end()) return {};
+  const auto count =
+      std::count_if(target.steps.begin(), target.steps.end(), std::mem_fn(&StepProgress::Failed));
+  return ", " + std::to_string(count) + " fehlgeschlagen" + (count > 1 ? ", zuerst: " : ": ") +
+         StepStateText(*first);
 }
 
 std::string EraseText(const EquipJob& job, const TargetProgress& target) {
@@ -110,7 +122,7 @@ std::string TargetStateText(const TargetProgress& target) {
   std::string text = std::to_string(target.StepsDone()) + " von " +
                      std::to_string(target.steps.size()) + " geschrieben";
   if (target.StepsDone() > 0) text += ", davon " + std::to_string(Proven(target)) + " geprüft";
-  return text + (target.stopped.empty() ? "" : ". " + target.stopped);
+  return text + FailedText(target) + (target.stopped.empty() ? "" : ". " + target.stopped);
 }
 
 std::string EquipReport(const EquipJob& job, const EquipProgress& progress) {

@@ -76,7 +76,7 @@ QWidget* EquipPlanPage::MakeTargets() {
       Named(new TickList({tr("Terminal"), tr("Checksumme"), tr("gelesen")}, {27, 15}),
             "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
-  ctlAusstattenZiele->WholeLastColumn();
+  ctlAusstattenZiele->FirstColumnYields();
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
                                   tr("Fragt die angekreuzten nach Adresse, Version und freiem "
                                      "Platz. Geschrieben wird nichts."));
@@ -162,7 +162,6 @@ void EquipPlanPage::FillTargets() {
     AddTarget({{device, stored.address}, stored.name, stored.checksum}, isSelected);
   }
   if (!listed) AddTarget({{device, *selected}, {}, {}}, true);
-  ctlAusstattenZiele->FitColumn(0);
   filling_ = false;
 }
 

@@ -9,8 +9,10 @@
 #include <QTreeWidget>
 #include <algorithm>
 
+#include "bus/terminals_dialog.h"
 #include "inventory/equip_report.h"
 #include "link/commands.h"
+#include "widgets/dark_list.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -38,13 +40,20 @@ void ShowCell(QTreeWidgetItem& row, int column, const std::string& text) {
   row.setToolTip(column, Text(text));
 }
 
+void Colour(QTreeWidgetItem& row, bool good, bool failed) {
+  const QColor colour = good     ? TerminalsDialog::GoodColour()
+                        : failed ? TerminalsDialog::FailedColour()
+                                 : QColor();
+  row.setData(kStateColumn, Qt::ForegroundRole, colour.isValid() ? QBrush(colour) : QVariant());
+}
+
 QString EndText(EquipRun::End end, const EquipProgress& progress) {
   switch (end) {
     case EquipRun::End::Stopped:
-      return QObject::tr("Angehalten. \"Fortsetzen\" macht dort weiter.");
+      return QObject::tr("Angehalten. „Fortsetzen“ macht dort weiter.");
     case EquipRun::End::LineLost:
       return QObject::tr(
-          "Die Verbindung ging verloren. \"Fortsetzen\" macht dort weiter, sobald "
+          "Die Verbindung ging verloren. „Fortsetzen“ macht dort weiter, sobald "
           "der Anschluss wieder offen ist.");
     case EquipRun::End::NotLogged:
       return QObject::tr(
@@ -55,7 +64,7 @@ QString EndText(EquipRun::End end, const EquipProgress& progress) {
   }
   return progress.Done() ? QObject::tr("Alles ist geschrieben.")
                          : QObject::tr(
-                               "Nicht alles ist geschrieben. \"Fortsetzen\" versucht nur "
+                               "Nicht alles ist geschrieben. „Fortsetzen“ versucht nur "
                                "das, was fehlt.");
 }
 
@@ -85,6 +94,7 @@ void EquipRunPage::MakeControls() {
   ctlAusstattenLauf->setHeaderLabels({tr("Terminal, Posten"), tr("Zustand")});
   ctlAusstattenLauf->setColumnWidth(0, fontMetrics().averageCharWidth() * 44);
   ctlAusstattenLauf->setAccessibleName(tr("Verlauf"));
+  KeepVisibleOnDark(ctlAusstattenLauf);
   txtAusstattenBericht = Named(new QPlainTextEdit, "txtAusstattenBericht");
   txtAusstattenBericht->setReadOnly(true);
   txtAusstattenBericht->setTabChangesFocus(true);
@@ -112,7 +122,7 @@ void EquipRunPage::MakeControls() {
 void EquipRunPage::Show(EquipLog log) {
   log_ = std::move(log);
   FillTree();
-  lblAusstattenStand->setText(tr("Diese Ausstattung ist nicht zu Ende: %1. \"Fortsetzen\" fragt "
+  lblAusstattenStand->setText(tr("Diese Ausstattung ist nicht zu Ende: %1. „Fortsetzen“ fragt "
                                  "zuerst, ob noch dieselben Terminals antworten.")
                                   .arg(Text(log_->Job().equipment.origin)));
   SetRunning(false);
@@ -142,10 +152,15 @@ void EquipRunPage::ShowTarget(std::size_t target) {
   const TargetProgress& progress = log_->Progress().targets[target];
   QTreeWidgetItem* const row = ctlAusstattenLauf->topLevelItem(static_cast<int>(target));
   ShowCell(*row, kStateColumn, TargetStateText(progress));
-  for (std::size_t step = 0; step < progress.steps.size(); ++step) {
-    ShowCell(*row->child(static_cast<int>(step)), kStateColumn,
-             StepStateText(progress.steps[step]));
+  bool anyFailed = !progress.stopped.empty();
+  for (std::size_t i = 0; i < progress.steps.size(); ++i) {
+    const StepProgress& step = progress.steps[i];
+    QTreeWidgetItem& line = *row->child(static_cast<int>(i));
+    ShowCell(line, kStateColumn, StepStateText(step));
+    Colour(line, step.Done(), step.Failed());
+    anyFailed = anyFailed || step.Failed();
   }
+  Colour(*row, progress.Done(), anyFailed);
 }
 
 void EquipRunPage::ShowEntry(const EquipEntry& entry) {
@@ -214,10 +229,18 @@ void EquipRunPage::cmdAusstattenFortsetzen_Click() {
 void EquipRunPage::ShowEnd(EquipRun::End end) {
   const EquipProgress& progress = log_->Progress();
   const QString text = EndText(end, progress);
-  lblAusstattenStand->setText(text);
+  lblAusstattenStand->setText(text + ListenerText());
   ctlAusstattenFortschritt->setValue(
       static_cast<int>(workAtStart_ - std::min(WorkLeft(), workAtStart_)));
   Q_EMIT Finished(tr("Terminal ausstatten: %1").arg(text), !progress.Done());
+}
+
+// Whoever has had the last turn is selected, unless another one was before.
+QString EquipRunPage::ListenerText() const {
+  if (!services_.exchange.Alive()) return {};
+  const std::optional<int> selected = services_.selected();
+  return selected ? tr(" Gewählt ist jetzt die Adresse %1.").arg(*selected)
+                  : tr(" Keines ist mehr gewählt; „Terminal wählen“ wählt wieder eines.");
 }
 
 void EquipRunPage::SetRunning(bool running) {

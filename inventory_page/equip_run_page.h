@@ -50,6 +50,7 @@ class EquipRunPage : public QWidget {
   void ShowTarget(std::size_t target);
   void ShowTime();
   void ShowEnd(EquipRun::End end);
+  QString ListenerText() const;
   void SetRunning(bool running);
   std::size_t WorkLeft() const;
   bool MayContinue();

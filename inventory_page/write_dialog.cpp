@@ -60,6 +60,9 @@ void WriteDialog::FillList() {
 }
 
 void WriteDialog::Run() {
+  if (!List()->AnyTicked()) {
+    return ResultLabel()->setText(tr("Nichts angekreuzt; es wurde nichts gesendet."));
+  }
   for (std::size_t i = 0; i < jobs_.size(); ++i) {
     jobs_[i].ticked = List()->Ticked(static_cast<int>(i));
     // What a run before this one has shown stays, but for those that take part again.
@@ -82,7 +85,7 @@ void WriteDialog::ShowProgress(std::size_t index) {
   const auto all = std::count_if(jobs_.begin(), jobs_.end(), [](const WriteJob& job) {
     return job.state == JobState::Waiting || job.state == JobState::Writing;
   });
-  ResultLabel()->setText(tr("Schreibt in \"%1\", danach noch %2 …")
+  ResultLabel()->setText(tr("Schreibt in „%1“, danach noch %2 …")
                              .arg(Text(TerminalName(jobs_[index].terminal, jobs_[index].address)))
                              .arg(all - 1));
 }
@@ -105,10 +108,10 @@ void WriteDialog::ShowSummary(std::optional<int> selected) {
   QString text = summary;
   const bool left = std::any_of(jobs_.begin(), jobs_.end(),
                                 [](const WriteJob& j) { return j.ticked && !j.Done(); });
-  if (left) text += tr(" Angekreuzt ist noch, was fehlt; \"Schreiben\" wiederholt nur das.");
+  if (left) text += tr(" Angekreuzt ist noch, was fehlt; „Schreiben“ wiederholt nur das.");
   text += !alive     ? tr(" Die Verbindung ging verloren.")
           : selected ? tr(" Gewählt ist wieder die Adresse %1.").arg(*selected)
-                     : tr(" Keines ist mehr gewählt; \"Terminal wählen\" wählt wieder eines.");
+                     : tr(" Keines ist mehr gewählt; „Terminal wählen“ wählt wieder eines.");
   ResultLabel()->setText(text);
   Q_EMIT Finished(tr("%1: %2").arg(windowTitle(), summary), failed != jobs_.end() || !alive);
   if (failed != jobs_.end()) List()->ScrollTo(static_cast<int>(failed - jobs_.begin()));

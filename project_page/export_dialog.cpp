@@ -15,6 +15,7 @@
 #include "graphics/wmf.h"
 #include "inventory/journal_text.h"
 #include "link/addresses.h"
+#include "widgets/dark_list.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -71,6 +72,7 @@ ExportDialog::ExportDialog(ProjectServices services, QWidget* parent)
   ctlExport->setAccessibleName(tr("Was exportiert wird"));
   ctlExport->setHeaderLabels({tr("Was exportiert wird"), tr("Nummer")});
   ctlExport->setUniformRowHeights(true);
+  KeepVisibleOnDark(ctlExport);
   ctlExport->header()->setStretchLastSection(false);
   ctlExport->header()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
   connect(ctlExport, &QTreeWidget::itemChanged, this, &ExportDialog::ShowCountSoon);

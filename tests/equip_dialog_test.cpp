@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 
+#include "bus/terminals_dialog.h"
 #include "bus/tick_list.h"
 #include "inventory_page/equip_dialog.h"
 #include "tests/fakes/simulated_terminal.h"
@@ -124,7 +125,18 @@ TEST_F(EquipDialogTest, WhatIsLeftOverIsOfferedAtTheNextOpening) {
   EXPECT_TRUE(Find("cmdAusstattenVerwerfen").isVisible());
   Click("cmdAusstattenFortsetzen");
   EXPECT_EQ(Macro(1, 0), "zwei");
-  EXPECT_EQ(Text("lblAusstattenStand"), "Alles ist geschrieben.");
+  EXPECT_EQ(Text("lblAusstattenStand"), "Alles ist geschrieben. Gewählt ist jetzt die Adresse 6.");
+}
+
+TEST_F(EquipDialogTest, ATerminalThatRefusesSaysSoInItsOwnLine) {
+  line.bus.At(1).SetFault(sim::Fault::Nak);
+  person.answers = {true};
+  Click("cmdAusstatten");
+  const QTreeWidgetItem& row = *Find<QTreeWidget>("ctlAusstattenLauf").topLevelItem(0);
+  EXPECT_EQ(row.text(1).toStdString(),
+            "0 von 2 geschrieben, 2 fehlgeschlagen, zuerst: nicht bestätigt: das Terminal hat es "
+            "abgelehnt (NAK)");
+  EXPECT_EQ(row.foreground(1).color(), TerminalsDialog::FailedColour());
 }
 
 TEST_F(EquipDialogTest, EscapeStopsFirstAndThenCloses) {

@@ -192,6 +192,7 @@ TEST_F(MacroDeskTest, EveryColourIsReadOnLightAndDark) {
     const QColor placeholder = Edit().palette().color(QPalette::PlaceholderText);
     EXPECT_EQ(placeholder.alpha(), 255);
     EXPECT_GE(Contrast(placeholder, base), 3);
+    EXPECT_GE(Contrast(ReadableOn(base, QColor(0, 128, 0)), base), 4);
   }
 }
 

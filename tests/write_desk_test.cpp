@@ -192,12 +192,16 @@ TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   EXPECT_EQ(State(2), "");
   EXPECT_EQ(Text("lblSchreibenErgebnis"),
             "1 geprüft, 0 bestätigt ohne Prüfsumme, 1 fehlgeschlagen. Angekreuzt ist noch, was "
-            "fehlt; \"Schreiben\" wiederholt nur das. Gewählt ist wieder die Adresse 9.");
+            "fehlt; „Schreiben“ wiederholt nur das. Gewählt ist wieder die Adresse 9.");
   line.bus.At(1).SetFault(sim::Fault::None);
   Forget();
   Click("cmdSchreiben");
   EXPECT_EQ(Written(), "←!A7;←?A←E?F←C!←EWM5,Hallo♥←C?←!A9;");
   EXPECT_EQ(Macro(0, 5) + Macro(1, 5) + Macro(2, 5), "HalloHallo-");
+  Forget();
+  Click("cmdSchreiben");
+  EXPECT_EQ(Written(), "");
+  EXPECT_EQ(Text("lblSchreibenErgebnis"), "Nichts angekreuzt; es wurde nichts gesendet.");
   // Closed in the middle it ends behind the one whose turn it is.
   Click("cmdSchreibenAlle");
   loop.After(milliseconds(30), [this] { Find("frmSchreiben").close(); });

@@ -9,6 +9,8 @@ namespace kelvo {
 namespace {
 
 constexpr double kReadable = 4.5;
+constexpr double kTold = 4.0;  // of a colour that only adds to what its words say
+constexpr int kDark = 128;     // lightness
 constexpr int kSteps = 20;
 
 double Linear(double part) {
@@ -56,6 +58,17 @@ double Contrast(const QColor& colour, const QColor& ground) {
   const double one = Luminance(colour);
   const double other = Luminance(ground);
   return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
+}
+
+bool IsDark(const QColor& ground) { return ground.lightness() < kDark; }
+
+QColor ReadableOn(const QColor& ground, const QColor& colour) {
+  if (!IsDark(ground)) return colour;
+  for (int step = kSteps; step > 0; --step) {
+    const QColor mixed = Mixed(colour, Qt::white, static_cast<float>(step) / kSteps);
+    if (Contrast(mixed, ground) >= kTold) return mixed;
+  }
+  return Qt::white;
 }
 
 QColor FaintText(const QPalette& palette) {
