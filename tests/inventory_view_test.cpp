@@ -1,4 +1,5 @@
 #include <QClipboard>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTableView>
 
@@ -62,10 +63,14 @@ TEST_F(InventoryViewTest, ShowsWhatWasWrittenAgainstTheDatabaseAndLeadsToTheReco
   EXPECT_EQ(Rows(), (std::vector<std::string>{"Makro 7 Gruß bestätigt gleich",
                                               "Makro 8 Logo bestätigt gleich"}));
   EXPECT_EQ(Chosen("cboBestandTerminal"), "wer zuhört: 5 – Halle, simulator.tty");
+  window->resize(1280, 800);
+  QApplication::processEvents();
   const auto& table = Find<QTableView>("ctlBestand");
   const int before = table.columnWidth(5);
+  EXPECT_EQ(table.horizontalScrollBar()->maximum(), 0);
   Click("cmdSetMakroGeprueft");
   EXPECT_EQ(Rows().back(), "Makro 8 Logo geprüft gleich");
+  EXPECT_EQ(table.horizontalScrollBar()->maximum(), 0);
   WriteShown("Logo");
   Rows();
   EXPECT_EQ(table.columnWidth(5), before) << "it has shrunk again";
