@@ -4,12 +4,15 @@
 #include <utility>
 
 #include "inventory/line_text.h"
+#include "store/draft_file.h"
+#include "store/whole_file.h"
 
 namespace kelvo {
 namespace {
 
 using What = EquipEntry::What;
 
+constexpr std::string_view kAside = "ausstattung.txt";
 constexpr std::string_view kHead = "kelvo-ausstattung 1";
 constexpr std::string_view kTarget = "ziel";
 constexpr std::string_view kEraseFirst = "vorher löschen";
@@ -134,18 +137,16 @@ std::optional<EquipEntry> ReadEntryLine(std::string_view line) {
 }
 
 std::optional<EquipLog> EquipLog::Create(const std::string& path, const EquipJob& job) {
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
   std::string text;
   for (const std::string& line : JobLines(job)) text += Sealed(line) + "\n";
   text += Sealed(std::string(kBegin)) + "\n";
-  EquipLog log(path, job);
-  if (log.file_.Append(text)) return std::nullopt;
-  return log;
+  if (!Open(path)) static_cast<void>(DraftFile(path, kAside).SetAside());
+  if (WriteWholeFile(path, text, FileKind::Own)) return std::nullopt;
+  return EquipLog(path, job);
 }
 
 std::optional<EquipLog> EquipLog::Open(const std::string& path) {
-  const JournalFile::Lines lines = JournalFile(path).Read();
+  const JournalFile::Lines lines = JournalFile(path, FileKind::Own).Read();
   std::vector<std::string_view> head;
   std::optional<EquipLog> log;
   for (const std::string& line : lines.lines) {

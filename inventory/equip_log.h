@@ -17,7 +17,8 @@ namespace kelvo {
 /// The file of a run, which belongs to one program.
 class EquipLog {
  public:
-  /// Begins the file of this job in place of any other; nothing when it cannot be written.
+  /// Begins the file of this job in place of any other; nothing when it cannot be written, and the
+  /// other one is there then. What was none is renamed.
   static std::optional<EquipLog> Create(const std::string& path, const EquipJob& job);
   /// What is there; nothing when no run was begun in it.
   static std::optional<EquipLog> Open(const std::string& path);
@@ -32,7 +33,10 @@ class EquipLog {
 
  private:
   EquipLog(std::string path, EquipJob job)
-      : path_(std::move(path)), file_(path_), job_(std::move(job)), progress_(job_) {}
+      : path_(std::move(path)),
+        file_(path_, FileKind::Own),
+        job_(std::move(job)),
+        progress_(job_) {}
 
   std::string path_;
   JournalFile file_;

@@ -32,9 +32,9 @@ bool IsStillAt(const std::string& path, int file) {
 }
 
 // The journal, alone; nothing, with errno, when it cannot be had.
-std::unique_ptr<OpenFile> OpenLocked(const std::string& path) {
+std::unique_ptr<OpenFile> OpenLocked(const std::string& path, int flags) {
   for (;;) {
-    auto file = std::make_unique<OpenFile>(path, O_RDWR | O_APPEND | O_CREAT, kMode);
+    auto file = std::make_unique<OpenFile>(path, O_RDWR | O_APPEND | O_CREAT | flags, kMode);
     if (!file->IsOpen() || flock(file->Get(), LOCK_EX) != 0) return nullptr;
     if (IsStillAt(path, file->Get())) return file;
   }
@@ -83,15 +83,17 @@ std::string JoinedLines(const std::vector<std::string>& lines) {
 
 }  // namespace
 
+int JournalFile::Flags() const { return own_ ? O_NOFOLLOW : 0; }
+
 std::optional<std::string> JournalFile::Append(std::string_view line) const {
-  const auto file = OpenLocked(path_);
+  const auto file = OpenLocked(path_, Flags());
   const int error = file ? AppendLine(*file, path_, line) : errno;
   if (error == 0) return std::nullopt;
   return FileReason(error);
 }
 
 std::optional<std::string> JournalFile::Rewrite(const Change& change) const {
-  const auto file = OpenLocked(path_);
+  const auto file = OpenLocked(path_, Flags());
   struct stat status {};
   if (!file || fstat(file->Get(), &status) != 0) return FileReason(errno);
   const auto size = static_cast<std::uint64_t>(status.st_size);
@@ -106,7 +108,7 @@ std::optional<std::string> JournalFile::Rewrite(const Change& change) const {
 
 JournalFile::Lines JournalFile::Read() {
   Lines news;
-  const OpenFile file(path_, O_RDONLY);
+  const OpenFile file(path_, O_RDONLY | Flags());
   struct stat status {};
   if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return news;
   const auto size = static_cast<std::uint64_t>(status.st_size);

@@ -7,12 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "store/whole_file.h"
+
 namespace kelvo {
 
 /// A file of lines that only grows. Several programs may append to it.
 class JournalFile {
  public:
-  explicit JournalFile(std::string path) : path_(std::move(path)) {}
+  /// One of a program's own is not reached through a link.
+  explicit JournalFile(std::string path, FileKind kind = FileKind::Operators)
+      : path_(std::move(path)), own_(kind == FileKind::Own) {}
 
   /// Appends a line (with its end) in one piece and returns when it is on the disc; behind a line
   /// that was torn it begins a new one. Nothing when that is done, else the reason, UTF-8.
@@ -31,7 +35,10 @@ class JournalFile {
   Lines Read();
 
  private:
+  int Flags() const;
+
   std::string path_;
+  bool own_;
   std::uint64_t read_ = 0;  // bytes
   std::uint64_t inode_ = 0;
 };

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <filesystem>
 #include <random>
 #include <regex>
 
@@ -7,6 +9,7 @@
 #include "link/commands.h"
 #include "terminal/erase.h"
 #include "tests/fakes/bus_world.h"
+#include "tests/fakes/failing_files.h"
 #include "tests/fakes/temporary_folder.h"
 
 namespace kelvo {
@@ -334,7 +337,34 @@ TEST(EquipLog, ATornLineCostsOnlyItselfAndATornHeadIsNoRun) {
   EXPECT_EQ(target.freeBytes, 77);
 
   const std::string head = testing_world::ReadFile(path);
-  std::ofstream(path, std::ios::binary) << head.substr(0, head.find("beginn") + 8);
+  const std::string none = head.substr(0, head.find("beginn") + 8);
+  std::ofstream(path, std::ios::binary) << none;
+  EXPECT_FALSE(EquipLog::Open(path));
+  EXPECT_TRUE(EquipLog::Create(path, job));
+  EXPECT_EQ(testing_world::ReadFile(folder.Path("ausstattung-1.txt")), none) << "renamed";
+}
+
+TEST(EquipLog, BeginsWholeOrLeavesTheOtherOne) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Path("log");
+  const EquipJob before{Original(), {{{kDevice, 5}, "alt", true}}, false};
+  const EquipJob job{Original(), {{{kDevice, 6}, "neu", true}}, false};
+  bool failed = true;
+  for (int which = 0; failed; ++which) {
+    ASSERT_TRUE(EquipLog::Create(path, before));
+    std::optional<EquipLog> log;
+    {
+      const testing_world::FailingFiles files(which, ENOSPC);
+      log = EquipLog::Create(path, job);
+      failed = files.HasFailed();
+    }
+    const auto there = EquipLog::Open(path);
+    ASSERT_TRUE(there) << which;
+    EXPECT_TRUE(there->Job() == job || (!log && there->Job() == before)) << which;
+  }
+  // Nor is another file appended to.
+  std::filesystem::rename(path, folder.Path("victim"));
+  std::filesystem::create_symlink(folder.Path("victim"), path);
   EXPECT_FALSE(EquipLog::Open(path));
 }
 
