@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/val.h"
+#include "base/whole_val.h"
 #include "settings/text_mode.h"
 
 namespace kelvo {
@@ -48,7 +49,7 @@ bool Agrees(CommandName query, std::string_view value, std::string_view reply, i
   }
   if (query != AskCursorShape) return ReadDigit(reply) == Val(value);
   if (IsCross(cursorKind)) return ReadCursorSize(reply) == Val(Second(value));
-  return ReadCursorShape(cursorKind, reply) == static_cast<int>(Val(Second(value)));
+  return ReadCursorShape(cursorKind, reply) == WholeVal(Second(value));
 }
 
 }  // namespace

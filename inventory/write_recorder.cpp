@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/val.h"
+#include "base/whole_val.h"
 #include "bus/transfer.h"
 #include "inventory/macro_effects.h"
 #include "link/addresses.h"
@@ -62,7 +63,7 @@ void WriteRecorder::Sent(std::string_view command) {
   if (name == CommandName::SelectAddress || name == CommandName::Restart) proof_.reset();
   if (name == CommandName::Restart) return RunMacro(0);
   if (name == CommandName::RunMakro) {
-    return RunMacro(static_cast<int>(Val(Parameters(command, name))));
+    return RunMacro(WholeVal(Parameters(command, name)));
   }
   const std::string wire = std::string(1, kEsc).append(command);
   if (const auto change = ChangeOf(wire)) Begin(wire, *change);
@@ -127,7 +128,7 @@ void WriteRecorder::RunText(const TerminalId& terminal, const Item& macro, int d
     if (const auto change = ChangeOf(command)) {
       Record({{}, terminal, Event::ByMacro, *change, macro.name, {}}, Event::ByMacro);
     } else if (command.row->name == CommandName::RunMakro) {
-      RunMacro(terminal, static_cast<int>(Val(command.parameters)), std::max(depth, 0) + 1);
+      RunMacro(terminal, WholeVal(command.parameters), std::max(depth, 0) + 1);
     }
     return true;
   });

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/val.h"
+#include "base/whole_val.h"
 #include "link/addresses.h"
 #include "link/command_table.h"
 #include "link/control_characters.h"
@@ -96,9 +97,9 @@ void ListenerTrace::Act(std::string_view command) {
     case CommandName::WriteMakro:
       return KeepMakro(parameters);
     case CommandName::RunMakro:
-      return RunMakro(static_cast<int>(Val(parameters)));
+      return RunMakro(WholeVal(parameters));
     case DeleteMakro:
-      texts_.erase({address_.value_or(kAllAddresses), static_cast<int>(Val(parameters))});
+      texts_.erase({address_.value_or(kAllAddresses), WholeVal(parameters)});
       return;
     case EraseEEprom:
     case EraseEEpromCounting:
@@ -130,7 +131,7 @@ void ListenerTrace::SelectFromMakro(int address) {
 
 void ListenerTrace::KeepMakro(std::string_view parameters) {
   const std::size_t comma = std::min(parameters.find(','), parameters.size() - 1);
-  const auto number = static_cast<int>(Val(parameters.substr(0, comma)));
+  const auto number = WholeVal(parameters.substr(0, comma));
   const std::string_view text = parameters.substr(comma + 1);
   texts_[{address_.value_or(kAllAddresses), number}] = text.substr(0, text.find(kEtx));
 }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/val.h"
+#include "base/whole_val.h"
 #include "base/wire_text.h"
 #include "interfaces/port_control.h"
 #include "link/answer_form.h"
@@ -42,6 +43,8 @@ TEST(ValTest, NumbersAsTextHaveNoBlanksAndNoComma) {
   EXPECT_EQ(RoundToEven(2.5), 2);
   EXPECT_EQ(RoundToEven(3.5), 4);
   EXPECT_EQ(RoundToEven(1e30), 2147483647);
+  EXPECT_EQ(WholeVal("-2.7"), -2);
+  EXPECT_EQ(WholeVal("4294967298"), 2147483647) << "not 2, which is another macro's number";
 }
 
 TEST(WireTextTest, EveryByteGoesToTheScreenAndBack) {

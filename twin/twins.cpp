@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/val.h"
+#include "base/whole_val.h"
 #include "link/addresses.h"
 #include "link/answer_form.h"
 #include "link/command_table.h"
@@ -57,8 +58,8 @@ std::optional<std::pair<int, int>> SizeIn(std::string_view text) {
        cross = text.find(" x ", cross + 1)) {
     const std::size_t before = text.find_last_not_of(kDigits, cross - 1);
     const std::size_t start = before == std::string_view::npos ? 0 : before + 1;
-    const auto width = static_cast<int>(Val(text.substr(start, cross - start)));
-    const auto height = static_cast<int>(Val(text.substr(cross + 3, 4)));
+    const auto width = WholeVal(text.substr(start, cross - start));
+    const auto height = WholeVal(text.substr(cross + 3, 4));
     if (width >= 20 && width <= 640 && height >= 20 && height <= 480) return {{width, height}};
   }
   return std::nullopt;
