@@ -291,7 +291,8 @@ void FireProgram::JudgeNamed(const Action& action) {
 void FireProgram::JudgeGoodLine() {
   if (tainted_ || line_.Struck() > 0) return;
   for (const std::string& line : history_) {
-    if (line.starts_with("✗")) Fail("a failure on a good line");
+    const bool refused = line.find("nichts anderes gesendet") != std::string::npos;
+    if (line.starts_with("✗") && !refused) Fail("a failure on a good line");
   }
   for (const Box& box : boxes_) {
     const bool failure = std::any_of(

@@ -60,6 +60,8 @@ class RandomUse {
     program_.Line().Wires().SetEcho(Chance(20));
   }
 
+  /// In the middle of many actions the operator does something else.
+  void BeInHaste() { haste_ = true; }
   /// `faults`: of a hundred actions so many are struck.
   Tally Actions(int count, int faults, const std::string& where) {
     const std::vector<FireProgram::Action> all = AllActions();
@@ -67,6 +69,7 @@ class RandomUse {
       program_.rest = milliseconds(Number(0, 2500));
       std::vector<Strike> strikes;
       for (int n = Chance(faults) ? Number(1, 3) : 0; n > 0; --n) strikes.push_back(Any());
+      if (haste_ && Chance(60)) Meanwhile();
       program_.Do(all[static_cast<std::size_t>(Number(0, static_cast<int>(all.size()) - 1))],
                   strikes, where + ", action " + std::to_string(i));
       if (program_.Tainted() && Chance(70)) program_.Recover();
@@ -79,6 +82,23 @@ class RandomUse {
   bool Chance(int percent) { return Number(1, 100) <= percent; }
   std::vector<int> Addresses() {
     return Chance(50) ? std::vector{3} : Chance(50) ? std::vector{3, 5} : std::vector{3, 4, 9};
+  }
+  // While the next action is prepared, runs, or is over.
+  void Meanwhile() {
+    static constexpr std::array kTabs = {Tab::Drawing, Tab::Text,   Tab::Status,
+                                         Tab::Eeprom,  Tab::Macros, Tab::MatrixKeyboard};
+    static constexpr std::array kButtons = {
+        "cmdGetVersion", "cmdGetFreeBytes", "cmdSetMakro",   "cmdVerbindungPruefen",
+        "cmdGetPort",    "cmdSetConfig",    "cmdGetText",    "cmdMatrixRead",
+        "cmdPlayMakro",  "cmdClearConfig",  "cmdToolbar_10", "cmdSetMakroGeprueft",
+    };
+    const bool turns = Chance(30);
+    const Tab tab = kTabs[static_cast<std::size_t>(Number(0, static_cast<int>(kTabs.size()) - 1))];
+    const char* const button =
+        kButtons[static_cast<std::size_t>(Number(0, static_cast<int>(kButtons.size()) - 1))];
+    program_.loop.After(milliseconds(Number(600, 1500)), [this, turns, tab, button] {
+      turns ? program_.Show(tab) : program_.Click(button);
+    });
   }
   Strike Any() {
     Strike strike;
@@ -93,14 +113,16 @@ class RandomUse {
 
   std::mt19937 random_;
   FireProgram program_;
+  bool haste_ = false;
 };
 
 // So many exchanges, in one program after the other.
-Tally Use(const char* what, int exchanges, int faults) {
+Tally Use(const char* what, int exchanges, int faults, bool haste = false) {
   const auto start = static_cast<unsigned>(FromOutside("KELVO_FIRE_SEED", 1));
   Tally all;
   for (unsigned run = 0; all.exchanges < exchanges && all.failures == 0; ++run) {
     RandomUse use(start + run);
+    if (haste) use.BeInHaste();
     all.Add(use.Actions(100, faults, "start value " + std::to_string(start + run)));
   }
   std::cout << what << ", start value " << start << ": " << all.Line() << '\n';
@@ -110,6 +132,11 @@ Tally Use(const char* what, int exchanges, int faults) {
 TEST(WireFire, MixedActionsOnAGoodLineAreToldRight) {
   const Tally all = Use("good line", FromOutside("KELVO_FIRE", 300), 0);
   EXPECT_EQ(all.strikes, 0);
+  EXPECT_TRUE(all.excused.empty());
+}
+
+TEST(WireFire, HasteOnAGoodLineIsToldRight) {
+  const Tally all = Use("haste", FromOutside("KELVO_FIRE", 300), 0, true);
   EXPECT_TRUE(all.excused.empty());
 }
 
