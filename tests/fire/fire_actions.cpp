@@ -233,6 +233,12 @@ PixelMap DisplayAfter(FireProgram& program, const std::string& payload, const Pi
   }
   return reference.Display().Pixels();
 }
+// What a Terminal has heard since it was asked for its sum.
+std::string HeardSinceProof(FireProgram& program) {
+  const std::string& heard = program.Line().Of(Way::ToTerminals).got;
+  const std::size_t question = heard.rfind(AskChecksum().Text());
+  return question == std::string::npos ? "" : heard.substr(question + AskChecksum().Text().size());
+}
 // What counts is the display when the Terminal is said to be good: a later one may be drawn there.
 void SendToMany(FireProgram& program) {
   const std::string payload = TransferPayload(FireProgram::Grafik().CreatePic());
@@ -242,7 +248,8 @@ void SendToMany(FireProgram& program) {
         if (column != 3 || !item->text(3).startsWith(QStringLiteral("gut"))) return;
         const auto index = static_cast<std::size_t>(list.indexOfTopLevelItem(item));
         const PixelMap& shown = program.At(index).Display().Pixels();
-        program.HoldProven(shown == DisplayAfter(program, payload, shown), index,
+        const std::string heard = payload + HeardSinceProof(program);
+        program.HoldProven(shown == DisplayAfter(program, heard, shown), index,
                            ExpectedChecksum(payload), "drawing is good");
       });
   program.Click("cmdDovuAlleAktiv");
