@@ -12,7 +12,7 @@ namespace kelvo::fire {
 namespace {
 
 using Action = FireProgram::Action;
-using Kind = sim::Eeprom::Kind;
+using Memory = sim::Eeprom::Kind;
 
 constexpr char kMakroText[] = "\x1bGC\x1bGP8,40;\x1bGR20,60;Halt";
 constexpr int kMakro = 7;
@@ -73,7 +73,7 @@ void JudgeTable(FireProgram& program) {
 
 // ---- what is written ----
 
-std::string Held(FireProgram& program, Kind kind, int number) {
+std::string Held(FireProgram& program, Memory kind, int number) {
   const auto record = program.Chosen().Memory().Read(kind, static_cast<unsigned char>(number));
   return record.value_or("-");
 }
@@ -86,7 +86,7 @@ void TypeMakro(FireProgram& program) {
 }
 void MakroIsThere(FireProgram& program) {
   TypeMakro(program);
-  program.Chosen().Memory().Write(Kind::Macro, kMakro, "other");
+  program.Chosen().Memory().Write(Memory::Macro, kMakro, "other");
 }
 // Whoever is to be proven must be known.
 void MakroToProve(FireProgram& program) {
@@ -94,39 +94,39 @@ void MakroToProve(FireProgram& program) {
   program.Select(program.Chosen().Setup().address);
 }
 void JudgeMakro(FireProgram& program) {
-  const bool held = Held(program, Kind::Macro, kMakro) == kMakroText;
+  const bool held = Held(program, Memory::Macro, kMakro) == kMakroText;
   if (program.Noted("Makro 7 geschrieben")) program.Hold(held, "macro written");
 }
 void JudgeAutostart(FireProgram& program) {
-  const bool held = Held(program, Kind::Macro, 0) == kMakroText;
+  const bool held = Held(program, Memory::Macro, 0) == kMakroText;
   if (program.Noted("Makro 0 geschrieben")) program.Hold(held, "autostart written");
 }
 void JudgeProven(FireProgram& program) {
-  const bool held = Held(program, Kind::Macro, kMakro) == kMakroText;
+  const bool held = Held(program, Memory::Macro, kMakro) == kMakroText;
   if (program.Text("lblMakroGeprueft").find("empfangen und bestätigt") != std::string::npos) {
     const auto sum = ExpectedChecksum(WriteMakro(kMakro, kMakroText).Text());
     program.HoldProven(held, 0, sum, "macro proven");
   }
   if (program.Told("angekommen ist etwas anderes")) program.Hold(!held, "macro is another");
   if (program.Told("nicht geschrieben")) {
-    program.Hold(Held(program, Kind::Macro, kMakro) == "other", "macro not written");
+    program.Hold(Held(program, Memory::Macro, kMakro) == "other", "macro not written");
   }
 }
 void JudgeDeleted(FireProgram& program) {
-  const bool held = Held(program, Kind::Macro, kMakro) != "-";
+  const bool held = Held(program, Memory::Macro, kMakro) != "-";
   if (program.Noted("Makro 7 gelöscht")) program.Hold(!held, "macro deleted");
 }
 void JudgeConfig(FireProgram& program) {
-  const bool held = Held(program, Kind::Config, 0) != "-";
+  const bool held = Held(program, Memory::Config, 0) != "-";
   if (program.Noted("Konfiguration gespeichert")) program.Hold(held, "configuration stored");
   if (program.Noted("Konfiguration gelöscht")) program.Hold(!held, "configuration deleted");
 }
 void SomethingToErase(FireProgram& program) {
   program.Show(Tab::Eeprom);
-  program.Chosen().Memory().Write(Kind::Macro, kMakro, "other");
+  program.Chosen().Memory().Write(Memory::Macro, kMakro, "other");
 }
 void JudgeErased(FireProgram& program) {
-  const bool held = Held(program, Kind::Macro, kMakro) != "-";
+  const bool held = Held(program, Memory::Macro, kMakro) != "-";
   if (program.Noted("EEPROM gelöscht")) program.Hold(!held, "EEPROM erased");
   JudgeConfig(program);
 }
@@ -140,15 +140,15 @@ void TypeTable(FireProgram& program) {
   program.Type("txtTastMatrix_0", "A");
   program.Type("txtTastMatrix_1", "B");
   program.Type("txtTastTabNr", Number(kTable));
-  program.Chosen().Memory().Delete(Kind::KeyTable, kTable);
+  program.Chosen().Memory().Delete(Memory::KeyTable, kTable);
 }
 void TableIsThere(FireProgram& program) {
   program.Show(Tab::MatrixKeyboard);
   program.Type("txtTastTabNr", Number(kTable));
-  program.Chosen().Memory().Write(Kind::KeyTable, kTable, "xx");
+  program.Chosen().Memory().Write(Memory::KeyTable, kTable, "xx");
 }
 void JudgeTableWritten(FireProgram& program) {
-  const bool held = Held(program, Kind::KeyTable, kTable) != "-";
+  const bool held = Held(program, Memory::KeyTable, kTable) != "-";
   if (program.Noted("Tabelle 3 geschrieben")) program.Hold(held, "table written");
   if (program.Noted("Tabelle 3 gelöscht")) program.Hold(!held, "table deleted");
 }
