@@ -102,6 +102,11 @@ void QtSerialPort::Close() {
   CloseDevice();
 }
 
+bool QtSerialPort::CheckDevice() {
+  if (IsOpen() && device_.HungUp()) Lost();
+  return IsOpen();
+}
+
 void QtSerialPort::CloseDevice() {
   readable_.setEnabled(false);
   writable_.setEnabled(false);

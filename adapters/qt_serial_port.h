@@ -30,6 +30,7 @@ class QtSerialPort : public QObject, public BufferedPort {
   PortError SetPortNumber(std::int16_t number) override;
   PortError Open() override;
   void Close() override;
+  bool CheckDevice() override;
   bool IsOpen() const override { return device_.IsOpen(); }
   std::string SetUp(const std::string& settings, Handshaking handshaking) override;
 

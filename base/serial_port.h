@@ -47,6 +47,9 @@ class SerialPort {
   virtual PortError Open() = 0;
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
+  /// Whether the open port's device is still there. When it is not the port is closed, and the lost
+  /// handler told, as if that had been noticed on the line.
+  virtual bool CheckDevice() { return IsOpen(); }
 
   /// Applies "9600,N,8,1", the handshaking, and on success switches the request-to-send line on.
   /// Returns the port layer's description of what was refused (UTF-8), or an empty text. A line

@@ -90,6 +90,7 @@ std::string frmhaupt::DescribePort(int number) {
 
 void frmhaupt::mnuOptionenAnschluesse_Click() {
   portDialog_->Load();
+  const Undertakings::Resting resting(outside_.person.Begun());
   portDialog_->exec();
   interfaces_->DescribePort();
 }

@@ -10,8 +10,7 @@ PortReturn::PortReturn(Services services) : services_(std::move(services)) {
 
 void PortReturn::Await() { services_.timer.SetEnabled(true); }
 
-// Not into the middle of an action, and not behind a dialog that asks about ports; but a box that
-// only tells something keeps nothing waiting.
+// Not into the middle of an action; but what only waits for the operator keeps nothing waiting.
 void PortReturn::Look() {
   const Undertakings& begun = services_.begun;
   if (begun.Works() || !begun.RunsAlone().empty() || !services_.ready()) return;

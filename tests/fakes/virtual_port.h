@@ -31,6 +31,8 @@ class VirtualPort : public BufferedPort {
   bool unpaced = false;
   /// A handshake that lets nothing pass.
   bool held = false;
+  /// Unplugged, which nobody has noticed yet.
+  bool gone = false;
   /// The line brings back each character, so long after it has left.
   std::optional<nanoseconds> echo;
   /// What Open and SetPortNumber answer, and SetUp's refusal.
@@ -94,6 +96,10 @@ class VirtualPort : public BufferedPort {
     line_.clear();
   }
   bool IsOpen() const override { return open_; }
+  bool CheckDevice() override {
+    if (open_ && gone) Lose();
+    return open_;
+  }
   std::string SetUp(const std::string& text, Handshaking shake) override {
     SettingUp(text, shake);
     settings = text;

@@ -27,7 +27,7 @@
 //   draft TEXT                stands on the macro page, and the file for drafts holds it
 //   said TEXT                 a box that nobody has expected
 //
-//   fire_saver PROGRAM_FOLDER DATA_FOLDER SEED [drafts]
+//   fire_saver PROGRAM_FOLDER DATA_FOLDER START [drafts]
 
 namespace kelvo {
 namespace {
