@@ -115,6 +115,35 @@ TEST_F(PortReturnTest, NeitherABoxNorAFailedAttemptKeepsTheLostDeviceFromComingB
   EXPECT_TRUE(port.IsOpen());
 }
 
+TEST_F(PortReturnTest, ALossIsSaidAtTheStartOfASearchAndBehindTheDialogOfThePorts) {
+  StartOn(Tab::Terminals);
+  const auto comesBack = [this] {
+    EXPECT_TRUE(person.messages.empty()) << person.LastMessage();
+    EXPECT_NE(person.notices.back().find("ist verloren gegangen"), std::string::npos);
+    port.gone = false;
+    ready = true;
+    Later();
+    return port.IsOpen();
+  };
+  for (const char* search : {"cmdDovusuchen", "cmdDovuSchnellsuche"}) {
+    person.notices.clear();
+    port.gone = true;
+    ready = false;
+    port.openError = PortOk;
+    Click(search);
+    EXPECT_EQ(person.notices.size(), 1U) << search;
+    EXPECT_TRUE(comesBack()) << search;
+  }
+  bool back = false;
+  QTimer::singleShot(0, window.get(), [&] {
+    Lose();
+    back = comesBack();
+    Find<QDialog>("frmAnschluesse").reject();
+  });
+  Trigger("mnuOptionenAnschluesse");
+  EXPECT_TRUE(back) << "behind the dialog";
+}
+
 // The search opens the port that it began with, and leaves it as that was.
 TEST_F(PortReturnTest, TheSearchForAConnectionGoesOnWithTheDeviceThatCameBack) {
   StartOn(Tab::Interfaces);
