@@ -264,14 +264,10 @@ class RecordEditor final : public RecordEditorBase {
     }
   }
   void RemoveUnusedBut(std::int64_t kept) {
-    for (auto unused = unused_.begin(); unused != unused_.end();) {
-      const std::int64_t bookmark = *unused;
-      if (bookmark == kept || drafts_.contains(bookmark)) {
-        ++unused;
-      } else {
-        unused = unused_.erase(unused);
-        Remove(bookmark);
-      }
+    const auto unused = unused_;  // a busy database is waited for with the window alive
+    for (const std::int64_t bookmark : unused) {
+      if (bookmark == kept || drafts_.contains(bookmark) || unused_.erase(bookmark) == 0) continue;
+      if (!Remove(bookmark)) unused_.insert(bookmark);
     }
   }
 

@@ -250,12 +250,21 @@ std::vector<std::int64_t> RecordEditorBase::NeverFilled() {
   return bookmarks;
 }
 
-void RecordEditorBase::Remove(std::int64_t bookmark) {
+bool RecordEditorBase::Remove(std::int64_t bookmark) {
   const std::int64_t current = Current();
-  if (!records_.MoveToBookmark(bookmark)) return;
-  records_.Delete();
-  names_.Remove(bookmark);
+  if (!records_.MoveToBookmark(bookmark)) return true;
+  bool removed = false;
+  try {
+    records_.Delete();
+    names_.Remove(bookmark);
+    removed = true;
+  } catch (const StoreConflict&) {
+    removed = true;  // another program has made something of it
+  } catch (const StoreError&) {
+    // It is tried again when it is left next.
+  }
   records_.MoveToBookmark(current);
+  return removed;
 }
 
 }  // namespace kelvo

@@ -132,8 +132,9 @@ class RecordEditorBase {
   std::int64_t DeleteCurrent();
   /// The records as they are appended.
   std::vector<std::int64_t> NeverFilled();
-  /// Without a question; the current record stays, or is none when it was this one.
-  void Remove(std::int64_t bookmark);
+  /// Without a question; the current record stays, or is none when it was this one. False when it
+  /// cannot be removed now, of which nobody is told: the action that it comes behind is done.
+  bool Remove(std::int64_t bookmark);
   /// Another program has deleted the record of this draft. Yes: it lives on in a new one.
   bool KeepDraftOfDeleted(const std::string& name, Proposal proposal);
 

@@ -23,3 +23,8 @@ kelvo_test(end_test QT SOURCES fire/end_test.cpp)
 target_compile_definitions(end_test PRIVATE KELVO_ENDER="$<TARGET_FILE:fire_ender>")
 add_dependencies(end_test fire_ender)
 set_tests_properties(end_test PROPERTIES LABELS "live;fire")
+
+kelvo_test(failing_files_test QT SOURCES fire/failing_files_test.cpp fire/failing_system.cpp
+  LINK kelvo_shell kelvo_simulator)
+add_dependencies(failing_files_test kelvo_fonts kelvo_database)
+set_tests_properties(failing_files_test PROPERTIES LABELS fire)
