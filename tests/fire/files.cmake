@@ -28,3 +28,8 @@ kelvo_test(failing_files_test QT SOURCES fire/failing_files_test.cpp fire/failin
   LINK kelvo_shell kelvo_simulator)
 add_dependencies(failing_files_test kelvo_fonts kelvo_database)
 set_tests_properties(failing_files_test PROPERTIES LABELS fire)
+
+# Counts what the C library has handed out, which a sanitizer does itself.
+kelvo_test(memory_test QT SOURCES fire/memory_test.cpp LINK kelvo_program)
+add_dependencies(memory_test kelvo_fonts kelvo_database)
+set_tests_properties(memory_test PROPERTIES LABELS fire)
