@@ -250,7 +250,8 @@ bool InterfacePage::Connect(int number) {
   return OpenChosenPort();
 }
 
-// A device that has gone unnoticed is lost, and comes back by itself: it is no port that is missing.
+// A device that has gone unnoticed is lost, and comes back by itself: it is no port that is
+// missing.
 bool InterfacePage::ReopenPort() {
   if (services_.com1.IsOpen() && !services_.com1.CheckDevice()) return false;
   const PortSettings settings = openSettings_;

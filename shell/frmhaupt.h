@@ -281,7 +281,7 @@ class frmhaupt : public QMainWindow {
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool leavesDrafts_ = false;  // they could not be saved, and the program ends
-  int losses_ = 0;  // of a device
+  int losses_ = 0;             // of a device
   bool SofortSenden_ = false;
   bool FensterMitZoomen_ = false;
 
