@@ -4,10 +4,8 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <array>
@@ -20,7 +18,6 @@
 #include <utility>
 
 #include "adapters/machine_ports.h"
-#include "adapters/port_device.h"
 #include "adapters/qt_serial_port.h"
 #include "link/exchange.h"
 
@@ -373,40 +370,6 @@ TEST_F(BarePortTest, WaitsThatOnlyPaintRepaintHoweverShortTheyAreAndTakeNoTick) 
   }
   EXPECT_EQ(ticks, 0);
   while (ticks == 0) loop.WaitForEvent();
-}
-
-TEST(PortDeviceTest, WhatIsNoLineIsNeitherReadyNorInUse) {
-  EXPECT_EQ(StateOfDevice("/dev/null"), DeviceState::NotSerial);
-  EXPECT_EQ(StateOfDevice("/etc/passwd"), DeviceState::NotSerial);
-  EXPECT_EQ(StateOfDevice("/dev/no such line"), DeviceState::Missing);
-  EXPECT_EQ(DescribeDevice("COM9"), "nicht vorhanden");
-}
-
-TEST(PortDeviceTest, ALinkThatWasMadeForAnotherLineLeadsNowhere) {
-  const QTemporaryDir folder;
-  const std::string link = folder.filePath(QStringLiteral("line")).toStdString();
-  const auto open = [] {
-    const int master = posix_openpt(O_RDWR | O_NOCTTY);
-    unlockpt(master);
-    return master;
-  };
-  const int first = open();
-  ASSERT_EQ(symlink(ptsname(first), link.c_str()), 0);
-  EXPECT_EQ(StateOfDevice(link), DeviceState::Ready);
-  close(first);
-  // The number is given away again; the system's clock goes in steps.
-  struct stat made {};
-  struct stat given {};
-  lstat(link.c_str(), &made);
-  int second = -1;
-  do {
-    if (second >= 0) close(second);
-    second = open();
-    stat(ptsname(second), &given);
-  } while (given.st_ctim.tv_sec == made.st_ctim.tv_sec &&
-           given.st_ctim.tv_nsec == made.st_ctim.tv_nsec);
-  EXPECT_EQ(StateOfDevice(link), DeviceState::Missing);
-  close(second);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@ target_compile_definitions(bus_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_D
 add_dependencies(bus_test kelvo_fonts)
 kelvo_test(bus_page_test QT SOURCES search_page_test.cpp LINK kelvo_bus_page kelvo_simulator)
 add_dependencies(bus_page_test kelvo_database)
-kelvo_test(equip_test SOURCES equip_test.cpp LINK kelvo_inventory kelvo_simulator)
+kelvo_test(equip_test SOURCES equip_test.cpp equipment_test.cpp LINK kelvo_inventory kelvo_simulator)
 kelvo_test(equip_dialog_test QT SOURCES equip_dialog_test.cpp LINK kelvo_inventory_page kelvo_simulator)
 add_dependencies(equip_dialog_test kelvo_database)
 kelvo_test(proven_write_test SOURCES comparison_test.cpp proven_write_test.cpp write_run_test.cpp LINK kelvo_inventory kelvo_simulator)
