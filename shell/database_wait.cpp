@@ -37,7 +37,9 @@ bool IsWindow(const QObject& receiver) {
   return type == Qt::Window || type == Qt::Dialog;
 }
 
-void CloseLater(const QPointer<QObject>& window) {
+// Unless it is gone by then.
+void CloseLater(QObject* window) {
+  if (window == nullptr) return;
   QTimer::singleShot(0, window, [window] {
     if (auto* const widget = qobject_cast<QWidget*>(window)) widget->close();
     if (auto* const native = qobject_cast<QWindow*>(window)) native->close();
