@@ -92,7 +92,8 @@ class KillTest : public testing::Test {
     return word;
   }
   /// After the kill: exactly what is known, and what was begun either whole or not at all.
-  void Check(const std::string& context) {
+  /// A record whose draft is kept may stay empty.
+  void Check(const std::string& context, int mostEmpty = 1) {
     std::map<std::string, std::string> found;
     const std::vector<Record> stored = Stored();
     int empty = 0;
@@ -116,7 +117,7 @@ class KillTest : public testing::Test {
       done += what.done.empty() ? 0 : 1;
       found.erase(name);
     }
-    EXPECT_LE(empty, 1) << context << ": the start has left what the kill before has left";
+    EXPECT_LE(empty, mostEmpty) << context << ": the start has left what the kill before has left";
     for (const auto& [name, text] : found) ADD_FAILURE() << context << ": nobody saved " << name;
     // What is there now is where the next run begins.
     delivered = stored;
@@ -178,7 +179,7 @@ TEST_F(KillTest, ADraftThatWasKeptIsOfferedAtTheNextStart) {
               std::string::npos)
         << draft;
     EXPECT_FALSE(std::filesystem::exists(folder.Path("kelvo.lock")));
-    Check("run " + std::to_string(run));
+    Check("run " + std::to_string(run), 2 * run);
   }
   std::cout << kills << " kills with drafts, none lost\n";
 }
