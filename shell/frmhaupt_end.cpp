@@ -1,7 +1,6 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <algorithm>
-#include <filesystem>
 
 #include "base/guard.h"
 #include "bus/frmDovu.h"
@@ -124,9 +123,7 @@ void frmhaupt::TellOfFirstProgram() {
 void frmhaupt::TakeLeft(const char* ending) {
   const std::vector<std::string> left = slot_.LeftBehind(ending);
   const std::string own = slot_.File(ending);
-  std::error_code ignored;
-  if (left.empty() || std::filesystem::exists(std::filesystem::symlink_status(own, ignored)))
-    return;
+  if (left.empty() || IsThere(own)) return;
   Files().Rename(left.front(), own);
 }
 

@@ -1,7 +1,8 @@
 #include "shell/program_slot.h"
 
 #include <algorithm>
-#include <filesystem>
+
+#include "store/file_calls.h"
 
 namespace kelvo {
 namespace {
@@ -12,12 +13,6 @@ constexpr const char* kKept[] = {"entwurf", "entwuerfe", "ausstattung"};
 std::string FileOf(const std::string& folder, int slot, const std::string& ending) {
   const std::string suffix = slot == 1 ? std::string() : "-" + std::to_string(slot);
   return folder + "/kelvo" + suffix + "." + ending;
-}
-
-// Also a link that leads nowhere.
-bool IsThere(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
 bool KeepsSomething(const std::string& folder, int slot) {

@@ -135,8 +135,7 @@ void TakeDeliveredDatabase(const std::string& programFolder, const std::string& 
   MakeDataFolder(dataFolder);
   const std::string from = programFolder + '/' + kDatabaseFile;
   const std::string to = dataFolder + '/' + kDatabaseFile;
-  std::error_code error;
-  if (fs::exists(fs::symlink_status(to, error))) return;
+  if (IsThere(to)) return;
   const std::string fresh = to + '.' + std::to_string(getpid());
   auto problem = Copy(from, fresh);
   if (!problem) problem = Place(fresh, to);

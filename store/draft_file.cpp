@@ -12,12 +12,6 @@ namespace fs = std::filesystem;
 
 constexpr int kMostAside = 99;
 
-// Also a link that leads nowhere.
-bool IsThere(const std::string& path) {
-  std::error_code ignored;
-  return fs::exists(fs::symlink_status(path, ignored));
-}
-
 }  // namespace
 
 DraftFile::DraftFile(std::string path, std::string_view aside) : path_(std::move(path)) {

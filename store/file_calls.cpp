@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace kelvo {
@@ -73,6 +74,11 @@ int OpenFile::ReadUpTo(std::size_t limit, std::string& bytes) const {
     if (error != 0 && error != EINTR) return error;
   }
   return 0;
+}
+
+bool IsThere(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
 int SyncFolderOf(const std::string& path) {

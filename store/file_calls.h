@@ -55,6 +55,9 @@ class OpenFile {
   int file_;
 };
 
+/// Whether the name is taken, be it by a link that leads nowhere.
+bool IsThere(const std::string& path);
+
 /// Puts a file's new name, or its absence, on the disc as far as the system can. As above.
 int SyncFolderOf(const std::string& path);
 
