@@ -99,7 +99,7 @@ ComparisonRow HeldRow(const TerminalId& terminal, const Inventory& inventory, co
 }
 
 // A record that has a number, of a kind that lies in the Terminal as it is.
-std::optional<ItemKey> KeyOf(const StoredRecord& record) {
+std::optional<ItemKey> KnownKeyOf(const StoredRecord& record) {
   const std::optional<ItemKind> kind = KindOfRecord(record.typ);
   if (!kind || record.number < 0 || record.number > 255) return std::nullopt;
   return ItemKey{*kind, record.number};
@@ -141,7 +141,7 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
     rows.push_back(std::move(row));
   }
   for (const StoredRecord& record : records) {
-    const std::optional<ItemKey> key = KeyOf(record);
+    const std::optional<ItemKey> key = KnownKeyOf(record);
     if (!key || inventory.Items().contains(*key) || inventory.DoubtAt(*key) != nullptr) continue;
     rows.push_back(RecordRow(terminal, inventory, record, *key));
   }

@@ -26,7 +26,7 @@ constexpr Question kQuestions[] = {{"Adresse", Query::AskAddress, true},
                                    {"Textmodus", Query::AskTextMode, false},
                                    {"Textzoom", Query::AskTextZoom, false}};
 
-constexpr std::size_t kFields = 5;
+constexpr std::size_t kReadingFields = 5;
 constexpr char kNoAnswer[] = "keine Antwort";
 
 std::string LineOf(const Reading& reading) {
@@ -47,7 +47,7 @@ std::optional<Reading> ReadingIn(std::string_view line) {
   const auto unsealed = Unsealed(line);
   if (!unsealed) return std::nullopt;
   const std::vector<std::string_view> fields = SplitAt(*unsealed, '\t');
-  if (fields.size() != kFields) return std::nullopt;
+  if (fields.size() != kReadingFields) return std::nullopt;
   const auto time = TimeIn(fields[0]);
   const auto device = PlainText(fields[1]);
   const auto address = NumberIn<int>(fields[2]);

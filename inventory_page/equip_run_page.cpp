@@ -21,7 +21,7 @@
 namespace kelvo {
 namespace {
 
-constexpr char kFilter[] = "Text |*.txt";
+constexpr char kReportFilter[] = "Text |*.txt";
 constexpr int kStateColumn = 1;
 constexpr int kWidestStep = 60;  // characters
 // What a step costs beside its own characters, in characters: the questions around it.
@@ -278,7 +278,7 @@ void EquipRunPage::cmdAusstattenVerwerfen_Click() {
 }
 
 void EquipRunPage::cmdAusstattenBericht_Click() {
-  const auto path = services_.person.SaveFile("Bericht sichern", kFilter);
+  const auto path = services_.person.SaveFile("Bericht sichern", kReportFilter);
   if (!path) return;
   const auto problem = WriteFile(*path, EquipReport(log_->Job(), log_->Progress()));
   if (problem) return services_.person.Message(*problem, Icon::Exclamation);

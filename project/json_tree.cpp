@@ -15,7 +15,7 @@ using Json = nlohmann::json;
 using Type = JsonNode::Type;
 
 constexpr std::size_t kMostMembers = 100;
-constexpr std::size_t kStep = 20'000;  // values between two looks at the progress
+constexpr std::size_t kValuesAtATime = 20'000;  // values between two looks at the progress
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Hands the characters on and tells how many.
@@ -176,7 +176,7 @@ class TreeBuilder : public nlohmann::json_sax<Json> {
   }
   // Only the last item of each level grows, so the places of the others stay.
   JsonNode* Add(JsonNode node) {
-    stopped_ = ++values_ % kStep == 0 && progress_ && !progress_(read_, text_.size());
+    stopped_ = ++values_ % kValuesAtATime == 0 && progress_ && !progress_(read_, text_.size());
     if (stopped_) return nullptr;
     JsonNode& place = open_.empty() ? root_ : open_.back()->items.emplace_back();
     place = std::move(node);

@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-constexpr std::size_t kStep = 200;  // records between two looks at the progress
+constexpr std::size_t kRecordsAtATime = 200;  // records between two looks at the progress
 
 std::string RealText(double number) {
   // JSON has no word for these; as a text they come back as what they were.
@@ -180,7 +180,7 @@ class Writer {
     if (!first_) text_ += ',';
     first_ = false;
     for (const std::string& line : lines) text_ += "\n    " + line;
-    stopped_ = ++done_ % kStep == 0 && progress_ && !progress_(done_, all_);
+    stopped_ = ++done_ % kRecordsAtATime == 0 && progress_ && !progress_(done_, all_);
   }
 
   const Project& project_;

@@ -1,4 +1,4 @@
-kelvo_test(cli_test SOURCES cli_test.cpp ALONE cli_line_test.cpp LINK kelvo_cli kelvo_simulator)
+kelvo_test(cli_test SOURCES cli_line_test.cpp cli_test.cpp LINK kelvo_cli kelvo_simulator)
 add_dependencies(cli_test kelvo_database kelvo_fonts)
 # Thousands of lines, each of which has to be on the disc: in memory they take no time.
 if(IS_DIRECTORY /dev/shm)

@@ -17,14 +17,11 @@ namespace {
 
 using sim::Fault;
 using testing_world::CliProgram;
+using testing_world::Contains;
 using testing_world::milliseconds;
 
 /// The program dies here.
 struct Killed {};
-
-bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
 
 std::map<int, nlohmann::json> ByAddress(const nlohmann::json& rows) {
   std::map<int, nlohmann::json> sorted;

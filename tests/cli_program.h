@@ -14,6 +14,10 @@
 
 namespace kelvo::testing_world {
 
+inline bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
 /// kelvo-cli at a line of simulated Terminals, in virtual time; each run is a program of its own on
 /// the same data folder.
 class CliProgram {

@@ -13,11 +13,8 @@ namespace {
 using cli::ParsedArguments;
 using cli::ReadArguments;
 using testing_world::CliProgram;
+using testing_world::Contains;
 using testing_world::ReadFile;
-
-bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
 
 const std::string kMacro = "\x1bGC\x1bGP8,40;\x1bGTHallo\x04";
 

@@ -6,12 +6,12 @@ target_compile_definitions(device_font_test PRIVATE
   KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(device_font_test kelvo_fonts)
 kelvo_test(drawing_test SOURCES
-  create_bitmap_test.cpp create_pic_test.cpp painter_test.cpp save_bitmap_test.cpp
-  ALONE pic_reader_test.cpp LINK kelvo_graphics)
+  create_bitmap_test.cpp create_pic_test.cpp painter_test.cpp pic_reader_test.cpp save_bitmap_test.cpp
+  LINK kelvo_graphics)
 target_compile_definitions(drawing_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(drawing_test kelvo_fonts)
 kelvo_test(editing_test SOURCES curves_test.cpp editing_test.cpp tool_test.cpp LINK kelvo_graphics)
-kelvo_test(wmf_test SOURCES prepare_test.cpp wmf_test.cpp ALONE wmf_foreign_test.cpp LINK kelvo_graphics)
+kelvo_test(wmf_test SOURCES prepare_test.cpp wmf_foreign_test.cpp wmf_test.cpp LINK kelvo_graphics)
 target_compile_definitions(wmf_test PRIVATE KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(wmf_test kelvo_fonts)
 kelvo_test(grafik_test QT SOURCES

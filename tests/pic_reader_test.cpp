@@ -15,7 +15,7 @@ namespace {
 constexpr int kHeight = 128;
 constexpr std::int64_t kThreshold = 0x800000;
 
-std::string Commands(const Drawing& drawing, double version = 2.1) {
+std::string CommandsFor(const Drawing& drawing, double version = 2.1) {
   TerminalTraits traits;
   traits.displayHeight = kHeight;
   traits.blackThreshold = kThreshold;
@@ -48,18 +48,18 @@ TEST(PicReader, GivesBackWhatMadeTheCommands) {
   for (int i = 0; i < 3000; ++i) {
     const Drawing drawing = random.Next();
     for (const double version : {1.0, 2.1}) {
-      const std::string commands = Commands(drawing, version);
+      const std::string commands = CommandsFor(drawing, version);
       const LoadedDrawing loaded = ReadPic(commands + "\r\n", kHeight, TestFonts());
       ASSERT_EQ(loaded.error, "") << i;
       ASSERT_TRUE(loaded.skipped.empty()) << i << " " << loaded.skipped.begin()->first;
       ASSERT_EQ(Pixels(loaded.drawing), Pixels(drawing)) << i;
-      const std::string again = Commands(loaded.drawing, version);
+      const std::string again = CommandsFor(loaded.drawing, version);
       // Groups and what is not sent tell the pen more often than one level of objects does.
       if (IsFlat(drawing)) {
         ASSERT_EQ(again, commands) << i;
         ++flat;
       }
-      ASSERT_EQ(Commands(ReadPic(again, kHeight, TestFonts()).drawing, version), again) << i;
+      ASSERT_EQ(CommandsFor(ReadPic(again, kHeight, TestFonts()).drawing, version), again) << i;
     }
   }
   EXPECT_GT(flat, 1000);
@@ -70,15 +70,16 @@ TEST(PicReader, GivesBackWhatMadeTheCommands) {
       TextAt({32767, 0}, {9, 0, 9, true, true, true}, "am Rand"),
       Erasing(WithVertices(Kind::Polyline, {{5, 5}})),
       Erasing(TextAt({0, 9}, {0, 1, 1, false, true, false}, "\xE4;\x7F"))};
-  EXPECT_EQ(Commands(Read(Commands(extremes)).drawing), Commands(extremes));
+  EXPECT_EQ(CommandsFor(Read(CommandsFor(extremes)).drawing), CommandsFor(extremes));
 }
 
 TEST(PicReader, FollowsTheTerminalThroughCommandsWrittenByHand) {
   EXPECT_EQ(
-      Commands(Read("^GC^GP8,40;^GF3;^GZ2,2;^GA0;^GTHallo^GP1,2;^GR3,4;^GL5,6;^GH^GL7,8;").drawing),
-      Commands(Read("^GP8,40;^GF3;^GZ2,2;^GA0;^GTHallo~^GP1,2;^GR3,4;^GP1,2;^GL5,6;^GP0,0;"
-                    "^GL7,8;")
-                   .drawing));
+      CommandsFor(
+          Read("^GC^GP8,40;^GF3;^GZ2,2;^GA0;^GTHallo^GP1,2;^GR3,4;^GL5,6;^GH^GL7,8;").drawing),
+      CommandsFor(Read("^GP8,40;^GF3;^GZ2,2;^GA0;^GTHallo~^GP1,2;^GR3,4;^GP1,2;^GL5,6;^GP0,0;"
+                       "^GL7,8;")
+                      .drawing));
   const Drawing words = Read("^GP0,0;^GTab~^GTc~^GM1;^GL9,9;").drawing;
   ASSERT_EQ(words.size(), 3U);
   EXPECT_EQ(words[1].corner2.x, words[0].corner1.x + 1);
@@ -121,14 +122,14 @@ TEST(PicReader, SaysWhatItLeavesOut) {
 TEST(PicReader, DamagedTextsDoNoHarm) {
   RandomDrawings random(5);
   for (int i = 0; i < 2000; ++i) {
-    std::string text = Commands(random.Next());
+    std::string text = CommandsFor(random.Next());
     for (int hits = random.Number(0, 4); hits > 0 && !text.empty(); --hits) {
       const auto at = static_cast<std::size_t>(random.Number(0, static_cast<int>(text.size()) - 1));
       text[at] = static_cast<char>(random.Number(0, 255));
       if (random.Number(0, 3) == 0) text.resize(at);
     }
     const Drawing drawing = ReadPic(text, kHeight, TestFonts()).drawing;
-    EXPECT_EQ(drawing.empty(), Commands(drawing).empty()) << text;
+    EXPECT_EQ(drawing.empty(), CommandsFor(drawing).empty()) << text;
   }
 }
 

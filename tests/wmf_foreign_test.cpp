@@ -10,15 +10,15 @@
 namespace kelvo {
 namespace {
 
-constexpr int kWidth = 240;
-constexpr int kHeight = 128;
+constexpr int kScreenWidth = 240;
+constexpr int kScreenHeight = 128;
 
 // What a foreign file shows when it is read and sent.
 PixelMap Shown(Foreign& file) {
-  const WmfDrawing loaded = ReadWmf(file.Bytes(), kWidth, kHeight, TestFonts());
+  const WmfDrawing loaded = ReadWmf(file.Bytes(), kScreenWidth, kScreenHeight, TestFonts());
   EXPECT_EQ(loaded.error, "");
   EXPECT_TRUE(loaded.skipped.empty());
-  PixelMap pixels(kWidth, kHeight);
+  PixelMap pixels(kScreenWidth, kScreenHeight);
   PaintDrawing(pixels, loaded.drawing, TestFonts(), 0x808080);
   return pixels;
 }

@@ -17,7 +17,7 @@ namespace {
 using testing_world::BusWorld;
 using testing_world::TemporaryFolder;
 
-constexpr char kDevice[] = "/dev/ttyS0";
+constexpr char kSerialDevice[] = "/dev/ttyS0";
 constexpr int kAddresses[] = {0, 5, 6};
 
 class WriteRecorderTest : public testing::Test, protected BusWorld {
@@ -39,7 +39,7 @@ class WriteRecorderTest : public testing::Test, protected BusWorld {
     return At(static_cast<std::size_t>(std::find(kAddresses, kAddresses + 3, address) - kAddresses))
         .Memory();
   }
-  Inventory Of(int address) { return journal.Of({kDevice, address}); }
+  Inventory Of(int address) { return journal.Of({kSerialDevice, address}); }
   const Held* Macro(const Inventory& inventory, int number) {
     return inventory.At({ItemKind::Macro, number});
   }
@@ -56,7 +56,7 @@ class WriteRecorderTest : public testing::Test, protected BusWorld {
   LineWatch watch{com1, exchange};
   LineState state{watch, loop, exchange};
   WriteJournal journal;
-  WriteRecorder recorder{{watch, state, exchange, loop, journal, [] { return kDevice; }}};
+  WriteRecorder recorder{{watch, state, exchange, loop, journal, [] { return kSerialDevice; }}};
 };
 
 TEST_F(WriteRecorderTest, EachWriteIsKeptForWhoListenedWithItsRecordAndItsProof) {
@@ -93,7 +93,8 @@ TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
   exchange.SendQuery(Command(CommandName::AskVersion));
   exchange.SendQuery(Command(CommandName::AskAddress));
   replies.AddTo(readings);
-  EXPECT_NE(readings.Last({kDevice, 0}, CommandName::AskVersion), nullptr) << "told who it is";
+  EXPECT_NE(readings.Last({kSerialDevice, 0}, CommandName::AskVersion), nullptr)
+      << "told who it is";
   At(1).SetFault(sim::Fault::None);
   for (const int address : {5, 255, 6}) {
     Write(SelectAddress(address));
@@ -102,7 +103,7 @@ TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
   exchange.SendQuery(Command(CommandName::AskChecksum));
   replies.AddTo(readings);
   const auto last = [&readings](int address, CommandName query) {
-    const Reading* const reading = readings.Last({kDevice, address}, query);
+    const Reading* const reading = readings.Last({kSerialDevice, address}, query);
     return reading == nullptr ? std::string("-") : reading->reply;
   };
   EXPECT_EQ(last(5, CommandName::AskVersion), "2.10F");
@@ -110,8 +111,10 @@ TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
   EXPECT_EQ(last(6, CommandName::AskVersion), "-");
   EXPECT_EQ(last(6, CommandName::AskChecksum), "-") << "tells nothing of a Terminal";
   // What the readings have already, or newer, stays.
-  readings.Take(
-      {loop.WallClock() + std::chrono::seconds(1), {kDevice, 5}, CommandName::AskVersion, "3.0"});
+  readings.Take({loop.WallClock() + std::chrono::seconds(1),
+                 {kSerialDevice, 5},
+                 CommandName::AskVersion,
+                 "3.0"});
   replies.AddTo(readings);
   EXPECT_EQ(last(5, CommandName::AskVersion), "3.0");
 }
@@ -202,9 +205,10 @@ TEST_F(RecordedOnDiscTest, AWriteIsOnTheDiscAsBegunBeforeItsFirstCharacterLeaves
   };
   Write(WriteMakro(7, "neu"));
   std::ofstream(folder.Path("killed.txt")) << atFirstCharacter;
-  EXPECT_EQ(WriteJournal(folder.Path("killed.txt")).Of({kDevice, 5}).Items().size(), 0u);
-  EXPECT_EQ(ItemContent(Macro(WriteJournal(folder.Path(kJournalFile)).Of({kDevice, 5}), 7)->item),
-            "neu");
+  EXPECT_EQ(WriteJournal(folder.Path("killed.txt")).Of({kSerialDevice, 5}).Items().size(), 0u);
+  EXPECT_EQ(
+      ItemContent(Macro(WriteJournal(folder.Path(kJournalFile)).Of({kSerialDevice, 5}), 7)->item),
+      "neu");
 }
 
 TEST_F(WriteRecorderTest, AMacroThatWasCutOffTakesTheNextOneForItsText) {
