@@ -82,6 +82,12 @@ Status Apply(Bench& bench, WriteJournal& journal, const ImportPlan& plan) {
                          "nichts geändert.");
     return SomethingFailed;
   }
+  for (const std::string& fault : plan.NameFaults()) {
+    if (fault.empty()) continue;
+    bench.Operator().Say("Zwei Sätze hätten dieselbe Bezeichnung: " + fault +
+                         ". Es wurde nichts geändert.");
+    return SomethingFailed;
+  }
   if (bench.Asked().tryOnly) return AllWell;
   const ImportDone done = ApplyImport(bench.Data().database, journal, plan);
   bench.Shown().Clear();

@@ -126,7 +126,7 @@ ProjectRecord BesideRecord(const Database& database, const ImportItem& item) {
   ProjectRecord record = *item.there;
   const KindRow& kind = RowOf(item.kind);
   if (kind.name) {
-    record.values[*kind.name] = item.besideName;
+    record.values[*kind.name] = WithoutOuterBlanks(item.besideName);
   } else if (kind.number) {
     record.values[*kind.number] = Asked(database,
                                         "select max(" + Quoted(kind.fields[*kind.number].column) +
@@ -143,14 +143,17 @@ void CheckUnchanged(const Database& database, const RecordHere& here) {
   if (stored != here.row) throw StoreConflict(StoreConflict::Kind::Changed);
 }
 
-// A name stands for its record: what comes beside must not be the second that bears it.
-void CheckNameFree(const Database& database, const KindRow& kind, const std::string& name) {
-  const std::string typ = *kind.typ != '\0' ? " and typ = ?" : "";
-  Statement statement(database, "select 1 from " + Quoted(kind.table) + " where " +
-                                    Quoted(kind.fields[*kind.name].column) + " = ?" + typ);
-  statement.Bind(1, name);
-  if (!typ.empty()) statement.Bind(2, std::string(kind.typ));
-  if (statement.Step()) throw StoreConflict(StoreConflict::Kind::Changed);
+// A name stands for its record: what comes must not be the second that bears it.
+void CheckNamesFree(const Database& database, const ImportPlan& plan) {
+  std::multiset<NameKey> names;
+  for (const RecordHere& one : RecordsHere(database)) names.insert(NameKeyOf(one.record));
+  for (const ImportItem& item : plan.items) {
+    const auto name = BroughtName(item);
+    const NameKey key(item.kind, name.value_or(""));
+    if (name && names.count(key) > plan.namesHere.count(key)) {
+      throw StoreConflict(StoreConflict::Kind::Changed);
+    }
+  }
 }
 
 // Stores what was chosen, item by item.
@@ -170,10 +173,7 @@ class Importer {
   // The key of the record that is there then.
   std::int64_t Store(const ImportItem& item) {
     const char* const table = RowOf(item.kind).table;
-    if (item.choice == ImportChoice::Beside) {
-      if (RowOf(item.kind).name) CheckNameFree(database_, RowOf(item.kind), item.besideName);
-      return Add(BesideRecord(database_, item));
-    }
+    if (item.choice == ImportChoice::Beside) return Add(BesideRecord(database_, item));
     if (!item.here) return Add(*item.result);
     CheckUnchanged(database_, *item.here);
     if (item.result) {
@@ -253,6 +253,7 @@ void CommitWith(Transaction& transaction, WriteJournal& journal,
 
 ImportDone ApplyImport(const Database& database, WriteJournal& journal, const ImportPlan& plan) {
   Transaction transaction(database);
+  CheckNamesFree(database, plan);
   Importer importer(database);
   ImportDone done;
   for (const ImportItem& item : plan.items) {

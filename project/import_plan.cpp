@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "inventory/journal_text.h"
+#include "project/identity.h"
 #include "project/merge.h"
 #include "project/project_store.h"
 
@@ -71,7 +72,7 @@ std::vector<Trio> TriosOf(const Sides& sides) {
 // Both have it, and it came from nowhere common.
 void FindTwo(const Trio& trio, ImportItem& item) {
   const bool renamed = RowOf(item.kind).identity == KindRow::Identity::Name &&
-                       NameOf(trio.here->record) != NameOf(*trio.there);
+                       NameKeyOf(trio.here->record) != NameKeyOf(*trio.there);
   item.finding = renamed ? Finding::OtherName : Finding::Different;
   item.result = *trio.there;
 }
@@ -143,9 +144,9 @@ bool TellsDeletions(const Project& there, const Project& base, ProjectKind kind)
 class Names {
  public:
   Names(const std::vector<RecordHere>& here, const std::vector<ImportItem>& items) {
-    for (const RecordHere& one : here) used_.insert({one.record.kind, NameOf(one.record)});
+    for (const RecordHere& one : here) used_.insert(NameKeyOf(one.record));
     for (const ImportItem& item : items) {
-      if (!item.here) used_.insert({item.kind, NameOf(*item.there)});
+      if (!item.here) used_.insert(NameKeyOf(*item.there));
     }
   }
   // "Halle (2)" where "Halle" is used; each is given once.
@@ -158,7 +159,7 @@ class Names {
   }
 
  private:
-  std::set<std::pair<ProjectKind, std::string>> used_;
+  std::set<NameKey> used_;
 };
 
 template <typename All>
@@ -204,19 +205,6 @@ const ProjectRecord& RecordOf(const ImportItem& item) {
   return item.there ? *item.there : item.here->record;
 }
 
-bool ComesUnderAName(const ImportItem& item) {
-  return item.choice == ImportChoice::Beside && RowOf(item.kind).name.has_value();
-}
-
-// The name that an item brings into the database; nothing when it brings none.
-std::optional<std::string> BroughtName(const ImportItem& item) {
-  if (ComesUnderAName(item)) return item.besideName;
-  if (item.choice != ImportChoice::Take || !item.result) return std::nullopt;
-  const std::string name = NameOf(*item.result);
-  if (item.here && NameOf(item.here->record) == name) return std::nullopt;
-  return name;
-}
-
 }  // namespace
 
 std::string FindingText(Finding finding) {
@@ -257,27 +245,6 @@ std::size_t ImportPlan::Changes() const {
   }));
 }
 
-std::vector<std::string> ImportPlan::NameFaults() const {
-  std::multiset<std::pair<ProjectKind, std::string>> brought;
-  for (const ImportItem& item : items) {
-    if (auto name = BroughtName(item)) brought.insert({item.kind, *std::move(name)});
-  }
-  std::vector<std::string> faults(items.size());
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const ImportItem& item = items[i];
-    if (!ComesUnderAName(item)) continue;
-    const std::pair key(item.kind, item.besideName);
-    if (item.besideName.find_first_not_of(' ') == std::string::npos) {
-      faults[i] = "ohne Bezeichnung";
-    } else if (namesHere.count(key) > 0) {
-      faults[i] = "„" + item.besideName + "“ gibt es hier schon";
-    } else if (brought.count(key) > 1) {
-      faults[i] = "„" + item.besideName + "“ kommt schon aus der Datei";
-    }
-  }
-  return faults;
-}
-
 ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
                       const std::vector<JournalEntry>& journal, const Project* base) {
   ImportPlan plan;
@@ -288,10 +255,10 @@ ImportPlan PlanImport(const Project& there, const std::vector<RecordHere>& here,
   Names names(here, plan.items);
   for (ImportItem& item : plan.items) {
     if (!item.MayBeBeside()) continue;
-    const std::string name = NameOf(*item.there);
+    const std::string name = NameKeyOf(*item.there).second;
     item.besideName = item.here ? names.FreeOf(item.kind, name) : name;
   }
-  for (const RecordHere& one : here) plan.namesHere.insert({one.record.kind, NameOf(one.record)});
+  for (const RecordHere& one : here) plan.namesHere.insert(NameKeyOf(one.record));
   plan.drawings = there.drawings;
   PlanInventory(plan, there, journal);
   return plan;

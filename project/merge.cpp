@@ -4,6 +4,7 @@
 #include <deque>
 #include <map>
 
+#include "project/identity.h"
 #include "project/notation.h"
 
 namespace kelvo {
@@ -43,13 +44,19 @@ std::optional<std::string> NameAndNumber(const ProjectRecord& record) {
 std::optional<std::string> Identity(const ProjectRecord& record) {
   switch (RowOf(record.kind).identity) {
     case KindRow::Identity::Name:
-      return NameOf(record);
+      return NameKeyOf(record).second;
     case KindRow::Identity::Number:
       return KeyPart(record.values[RowOf(record.kind).number.value_or(0)]);
     case KindRow::Identity::Single:
       break;
   }
   return "";
+}
+
+// Of names that differ in blanks alone, first the one that is written so.
+std::optional<std::string> NameToTheLetter(const ProjectRecord& record) {
+  const bool tells = RowOf(record.kind).identity == KindRow::Identity::Name;
+  return tells ? std::optional(NameOf(record)) : std::nullopt;
 }
 
 // Renamed, or another one that has taken its number.
@@ -145,7 +152,8 @@ std::optional<Value> MergedCommands(const Value& base, const Value& one, const V
 std::vector<std::optional<std::size_t>> Matched(const Records& records, const Records& others) {
   Matches matches(records.size());
   std::vector<bool> taken(others.size());
-  for (const KeyOf keyOf : {&AllOfIt, &NameAndNumber, &Identity, &NumberInTerminal}) {
+  for (const KeyOf keyOf :
+       {&AllOfIt, &NameAndNumber, &NameToTheLetter, &Identity, &NumberInTerminal}) {
     MatchBy(keyOf, records, others, matches, taken);
   }
   return matches;

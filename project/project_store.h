@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "project/identity.h"
 #include "project/project.h"
 #include "store/database.h"
 
@@ -81,14 +82,17 @@ struct ImportPlan {
   std::vector<JournalEntry> inventory;
   std::size_t inventoryKnown = 0;  ///< entries of the file that the journal has
   bool takeInventory = true;
-  std::set<std::pair<ProjectKind, std::string>> namesHere;  ///< of all records that are here
+  std::multiset<NameKey> namesHere;  ///< of all records that are here
 
   std::size_t Open() const;     ///< items to be decided
   std::size_t Changes() const;  ///< records that would be written or deleted
-  /// Why an item may not come beside under the name given for it, UTF-8: there is none, or another
-  /// record has it. One for each item, empty where nothing is against it.
+  /// Why an item may not bring its name, UTF-8: there is none given for it, or another record would
+  /// have it, too. One for each item, empty where nothing is against it.
   std::vector<std::string> NameFaults() const;
 };
+
+/// The name, as it is compared, that an item brings into the database; nothing when it brings none.
+std::optional<std::string> BroughtName(const ImportItem& item);
 
 /// `base` is the common state that both sides have come from, where there is one: what only one
 /// side has changed since is not asked.
@@ -109,8 +113,8 @@ struct ImportDone {
 };
 
 /// Does what was chosen, all of it or nothing; what is still open stays. Throws StoreError, and
-/// StoreConflict when a record is not any more as it was planned with, or the name of one that
-/// comes beside is used by now.
+/// StoreConflict when a record is not any more as it was planned with, or a name that comes is used
+/// by now.
 ImportDone ApplyImport(const Database& database, WriteJournal& journal, const ImportPlan& plan);
 /// Puts everything back, or nothing: throws StoreError, naming the record, where one has changed
 /// since.

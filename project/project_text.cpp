@@ -3,11 +3,13 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <set>
 
 #include "base/wire_text.h"
 #include "inventory/journal_text.h"
 #include "inventory/line_text.h"
 #include "project/drawing_lines.h"
+#include "project/identity.h"
 #include "project/notation.h"
 #include "store/database.h"
 
@@ -49,15 +51,18 @@ std::vector<std::string> CommandLines(const std::string& start, const std::strin
   return lines;
 }
 
-Members MembersOf(const ProjectRecord& record) {
+// `second`: a record before it has what tells it apart.
+Members MembersOf(const ProjectRecord& record, bool second) {
   Members members;
   std::string odd;
   const KindRow& row = RowOf(record.kind);
+  const auto identity = second ? IdentityField(row) : std::nullopt;
   for (std::size_t i = 0; i < row.fields.size(); ++i) {
     const ProjectField& field = row.fields[i];
     const Value& value = record.values[i];
     if (!field.always && std::holds_alternative<std::monostate>(value)) continue;
-    if (!Fits(field, value)) odd += (odd.empty() ? "" : ", ") + JsonString(field.member);
+    if (!Fits(field, value) || identity == i)
+      odd += (odd.empty() ? "" : ", ") + JsonString(field.member);
     const std::string start = "\"" + std::string(field.member) + "\": ";
     const auto* const text = std::get_if<std::string>(&value);
     if (field.form == FieldForm::Commands && text != nullptr) {
@@ -115,8 +120,8 @@ std::string EntryLine(const JournalEntry& entry) {
       "exportieren.");
 }
 
-std::vector<std::string> RecordLines(const ProjectRecord& record) {
-  const Members members = MembersOf(record);
+std::vector<std::string> RecordLines(const ProjectRecord& record, bool second) {
+  const Members members = MembersOf(record, second);
   if (InOneLine(record.kind)) return {OneLine(members)};
   std::vector<std::string> lines{"{"};
   for (const auto& member : members) {
@@ -170,8 +175,11 @@ class Writer {
   void WriteRecords(ProjectKind kind) {
     for (; at_ < project_.records.size() && project_.records[at_].kind == kind; ++at_) {
       if (stopped_) return;
-      CheckTexts(project_.records[at_]);
-      AddItem(RecordLines(project_.records[at_]));
+      const ProjectRecord& record = project_.records[at_];
+      CheckTexts(record);
+      const auto identity = IdentityOf(record);
+      const bool second = identity && !written_.insert(*identity).second;
+      AddItem(RecordLines(record, second));
     }
   }
 
@@ -188,6 +196,7 @@ class Writer {
   std::size_t all_;
   std::size_t done_ = 0;
   std::size_t at_ = 0;
+  std::set<NameKey> written_;
   std::string text_;
   bool first_ = true;
   bool stopped_ = false;

@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <map>
 #include <set>
 #include <string>
 
 #include "inventory/journal_text.h"
 #include "inventory/line_text.h"
 #include "link/addresses.h"
+#include "project/identity.h"
 #include "project/node_reader.h"
 #include "project/notation.h"
 #include "project/project_text.h"
@@ -216,7 +218,22 @@ class Reader {
           field.always ? std::optional(node.Member(field.member)) : node.MemberIf(field.member);
       record.values.push_back(member ? ValueOf(*member, field, odd) : Value());
     }
+    CheckOnlyOne(row, node, odd, record);
     project_.records.push_back(std::move(record));
+  }
+
+  void CheckOnlyOne(const KindRow& row, const NodeReader& node, const Odd& odd,
+                    const ProjectRecord& record) {
+    const auto identity = IdentityOf(record);
+    if (!identity) return;
+    const char* const member = row.fields[*IdentityField(row)].member;
+    if (odd.contains(member)) return;
+    const auto [first, isFirst] = first_.insert({*identity, RecordText(record)});
+    if (isFirst) return;
+    node.Member(member).Fail(row.identity == KindRow::Identity::Name
+                                 ? "Die Bezeichnung hat schon " + first->second +
+                                       "; Leerzeichen am Rand zählen nicht."
+                                 : "Die Nummer hat schon " + first->second + ".");
   }
 
   static void CheckFields(const KindRow& row, const NodeReader& node) {
@@ -255,6 +272,7 @@ class Reader {
   NodeReader root_;
   const ProjectProgress& progress_;
   Project project_;
+  std::map<NameKey, std::string> first_;  // who has a name or number, in words
   std::size_t read_ = 0;
 };
 

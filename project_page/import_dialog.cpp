@@ -280,12 +280,13 @@ QString ImportDialog::FaultText() const {
 void ImportDialog::ShowSummary() {
   const ImportPlan& plan = model_.Plan();
   const std::size_t open = model_.Open();
+  const std::size_t changed = model_.Changes();
   const bool entries = plan.takeInventory && !plan.inventory.empty();
-  cmdImportAusfuehren->setEnabled(open == 0 && (plan.Changes() > 0 || entries));
+  cmdImportAusfuehren->setEnabled(open == 0 && (changed > 0 || entries));
   cmdImportOffene->setEnabled(open > 0);
-  const QString changes = plan.Changes() == 0   ? tr("Kein Satz ändert sich")
-                          : plan.Changes() == 1 ? tr("1 Satz ändert sich")
-                                                : tr("%1 Sätze ändern sich").arg(plan.Changes());
+  const QString changes = changed == 0   ? tr("Kein Satz ändert sich")
+                          : changed == 1 ? tr("1 Satz ändert sich")
+                                         : tr("%1 Sätze ändern sich").arg(changed);
   const QString left = open == 0   ? tr("nichts ist mehr zu entscheiden")
                        : open == 1 ? tr("1 ist noch zu entscheiden")
                                    : tr("%1 sind noch zu entscheiden").arg(open);

@@ -9,12 +9,14 @@ const ProjectRecord& RecordOf(const ImportItem& item) {
   return item.there ? *item.there : item.here->record;
 }
 
-// Under another name it has here, that stands in front.
+// Under another name it has here, that stands in front. Quotes show blanks at a name's ends.
 QString NameText(const ImportItem& item) {
   const QString there = QString::fromStdString(NameOf(RecordOf(item)));
   if (!item.here || !item.there) return there;
   const QString here = QString::fromStdString(NameOf(item.here->record));
-  return here == there ? there : here + QStringLiteral(" ← ") + there;
+  if (here == there) return there;
+  const bool sameKey = NameKeyOf(item.here->record) == NameKeyOf(*item.there);
+  return (sameKey ? QStringLiteral("„%1“ ← „%2“") : QStringLiteral("%1 ← %2")).arg(here, there);
 }
 
 }  // namespace
@@ -40,6 +42,16 @@ std::size_t ImportModel::Open() const {
   return open;
 }
 
+std::size_t ImportModel::Changes() const {
+  std::size_t changes = 0;
+  for (int row = 0; row < rowCount(); ++row) {
+    const ImportChoice choice = Item(row).choice;
+    const bool wanted = choice == ImportChoice::Take || choice == ImportChoice::Beside;
+    changes += wanted && !IsOpen(row) ? 1 : 0;
+  }
+  return changes;
+}
+
 // What becomes of one row may give or take another one's name.
 void ImportModel::Decided() {
   faults_ = plan_.NameFaults();
@@ -55,7 +67,7 @@ void ImportModel::Choose(const std::vector<int>& rows, ImportChoice choice) {
 }
 
 void ImportModel::SetBesideName(int row, const std::string& name) {
-  plan_.items[static_cast<std::size_t>(row)].besideName = name;
+  plan_.items[static_cast<std::size_t>(row)].besideName = WithoutOuterBlanks(name);
   Decided();
 }
 

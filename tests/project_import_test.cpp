@@ -156,7 +156,8 @@ TEST_F(ProjectImportTest, WhatComesBesideMayNotBearTheNameOfAnother) {
   EXPECT_EQ(fault("Display löschen"), "„Display löschen“ kommt schon aus der Datei");
   ItemNamed(plan, "Display löschen").choice = ImportChoice::Leave;
   EXPECT_EQ(fault("Display löschen"), "") << "it stays in the file";
-  EXPECT_EQ(fault("Kasten"), "");
+  EXPECT_EQ(fault(" Begrüßung "), "„Begrüßung“ gibt es hier schon") << "blanks tell nobody apart";
+  EXPECT_EQ(fault("Kasten "), "");
   Sql("insert into Makro (typ, Bezeichnung) values ('Makro', 'Kasten')");
   EXPECT_THROW(Apply(plan), StoreConflict) << "another program has used the name since";
 }
@@ -183,6 +184,46 @@ TEST_F(ProjectImportTest, WhatTheProgramWouldNotStoreComesThroughMarked) {
   ChooseAll(plan, ImportChoice::Take);
   Apply(plan);
   EXPECT_EQ(Export(), text);
+}
+
+TEST_F(ProjectImportTest, RecordsOfOneNameComeBackMarkedAndMatchFirstToTheLetter) {
+  for (const char* name : {"Rahmen ", "Rahmen", ""}) Add(7, name, "zweiter");
+  Sql("insert into DOVU select * from DOVU");
+  Sql("insert into DOVU values (3, 'eins', 1, 1)");
+  Sql("insert into DOVU values (3, 'zwei', 1, 1)");
+  const std::string text = Export();
+  const ReadResult read = ReadProject(text);
+  ASSERT_TRUE(std::holds_alternative<Project>(read)) << FaultText(std::get<ProjectFault>(read));
+  const auto& there = std::get<Project>(read);
+  EXPECT_EQ(ProjectText(there), text);
+  EXPECT_EQ(Plan(there).Open() + Plan(there).Changes(), 0U);
+  Sql("update Makro set wert = Bezeichnung, nr_im_display = rowid + 20");
+  for (const ImportItem& item : Plan(there).items) {
+    const bool macro = item.kind == ProjectKind::Macro;
+    EXPECT_EQ(item.finding, macro ? Finding::Different : Finding::Equal);
+  }
+  Empty();
+  ImportPlan plan = Plan(there);
+  ChooseAll(plan, ImportChoice::Take);
+  EXPECT_EQ(plan.NameFaults(), std::vector<std::string>(plan.items.size()));
+  Apply(plan);
+  EXPECT_EQ(Export(), text);
+}
+
+TEST_F(ProjectImportTest, ANameThatBothSidesHaveGivenToDifferentRecordsIsAsked) {
+  const Project base = Here();
+  Sql("update Makro set Bezeichnung = 'Kasten' where Bezeichnung = 'Rahmen'");
+  const Project there = Here();
+  Sql("update Makro set Bezeichnung = 'Rahmen' where Bezeichnung = 'Kasten'");
+  Sql("update Makro set Bezeichnung = 'Kasten ' where Bezeichnung = 'Begrüßung'");
+  ImportPlan plan = Plan(there, &base);
+  const auto faults = plan.NameFaults();
+  EXPECT_EQ(std::count(faults.begin(), faults.end(), "„Kasten“ gibt es hier schon"), 1);
+  Sql("update Makro set Bezeichnung = 'Begrüßung' where Bezeichnung = 'Kasten '");
+  plan = Plan(there, &base);
+  EXPECT_EQ(plan.NameFaults(), std::vector<std::string>(plan.items.size()));
+  Add(9, " Kasten", "another program");
+  EXPECT_THROW(Apply(plan), StoreConflict);
 }
 
 TEST_F(ProjectImportTest, TwoOperatorsChangesAreMergedAndOnlyRealConflictsAsked) {
