@@ -12,7 +12,7 @@
 namespace kelvo {
 frmDovu::frmDovu(Services services, QWidget* parent)
     : TerminalsDialog({"frmDovu", "ctlDovuAktivliste", "lblMomentbitte", "lblErgebnis", "cmdSenden",
-                       "cmdDovuAlleAktiv", "cmdDovuKeinsAktiv", "cmdAbbruch"},
+                       "cmdDovuAlleAktiv", "cmdDovuKeinsAktiv", "cmdDovuAnhalten", "cmdAbbruch"},
                       {{tr("Terminal"), tr("Adresse"), tr("Checksumme"), tr("Zustand")},
                        {34, 12, 15},
                        tr("&Senden"),
@@ -35,6 +35,7 @@ void frmDovu::Open() {
 
 void frmDovu::FillList() {
   entries_.clear();
+  StartAnew();
   List()->clear();
   for (const StoredTerminal& stored : StoredTerminals(services_.terminals)) {
     entries_.push_back(
@@ -92,9 +93,9 @@ void frmDovu::Follow(std::size_t index) {
 
 void frmDovu::ShowSummary() {
   const QString state = services_.exchange.Alive()
-                            ? tr("Keines ist mehr gewählt; \"Terminal wählen\" wählt wieder eines.")
+                            ? tr("Keines ist mehr gewählt; „Terminal wählen“ wählt wieder eines.")
                             : tr("Die Verbindung ging verloren.");
-  ResultLabel()->setText(Text(TransferSummary(entries_)) + u' ' + state);
+  ShowOutcome(Text(TransferSummary(entries_)) + u' ' + state);
   const auto failed = std::find_if(entries_.begin(), entries_.end(),
                                    [](const TransferEntry& entry) { return entry.Failed(); });
   Q_EMIT Finished(tr("Übertragung: %1").arg(Text(TransferSummary(entries_))),

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTime>
 
 #include "bus/tick_list.h"
 #include "widgets/form.h"
@@ -32,7 +33,8 @@ TerminalsDialog::TerminalsDialog(const Names& names, Words words, Operator& pers
   start_ = MakeButton(names.send, words_.send, words_.sendTip);
   all_ = MakeButton(names.all, words_.all, tr("Kreuzt alle an."));
   none_ = MakeButton(names.none, tr("&Keins"), tr("Kreuzt keines an."));
-  end_ = MakeButton(names.end, {});
+  stop_ = MakeButton(names.stop, tr("A&bbrechen"), words_.stopTip);
+  end_ = MakeButton(names.end, tr("S&chließen"));
   start_->setDefault(true);
   MakeLayout();
   ConnectButtons();
@@ -46,6 +48,7 @@ void TerminalsDialog::MakeLayout() {
   buttons->addWidget(moment_);
   buttons->addStretch();
   buttons->addWidget(start_);
+  buttons->addWidget(stop_);
   buttons->addWidget(end_);
   auto* column = new QVBoxLayout(this);
   column->addWidget(list_, 1);
@@ -59,7 +62,8 @@ void TerminalsDialog::ConnectButtons() {
   OnClick(start_, this, person_, &TerminalsDialog::Start);
   ConnectClick(all_, person_, Speaks::No, [this] { list_->TickAll(true); });
   ConnectClick(none_, person_, Speaks::No, [this] { list_->TickAll(false); });
-  OnClick(end_, this, person_, &TerminalsDialog::End, Speaks::ToStop);
+  OnClick(stop_, this, person_, &TerminalsDialog::Stop, Speaks::ToStop);
+  ConnectClick(end_, person_, Speaks::ToStop, [this] { reject(); });
 }
 
 // Window modal and not a wait of its own: what is sent runs in the handler of its button.
@@ -74,40 +78,52 @@ void TerminalsDialog::ShowState(int row, bool ticked, const std::string& state, 
   list_->Colour(row, colour);
 }
 
+void TerminalsDialog::ShowOutcome(const QString& text) {
+  const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+  result_->setText(++runs_ == 1 ? tr("%1 (%2)").arg(text, time)
+                                : tr("%1 (%2, %3. Durchgang)").arg(text, time).arg(runs_));
+}
+
+// Each button keeps its place and what it does: one that is pressed twice in haste does nothing
+// else the second time. A button that can no longer be pressed leaves the focus to the list, else
+// it would go on to another one, which a Return would then press.
 void TerminalsDialog::SetRunning(bool running) {
   running_ = running;
   moment_->setVisible(running);
+  const QWidget* const focused = focusWidget();
+  if (focused != nullptr && (running ? focused != stop_ : focused == stop_)) list_->setFocus();
   // The ticks are the run's while it lasts; the list can still be looked through.
   list_->setSelectionMode(running ? QAbstractItemView::NoSelection
                                   : QAbstractItemView::SingleSelection);
   list_->SetTickable(!running);
-  for (QPushButton* button : {start_, all_, none_}) button->setEnabled(!running);
-  end_->setText(running ? tr("A&bbrechen") : tr("S&chließen"));
-  end_->setToolTip(running ? words_.stopTip : QString());
-  end_->setEnabled(true);
+  for (QPushButton* button : {start_, all_, none_, end_}) button->setEnabled(!running);
+  stop_->setEnabled(running);
 }
 
 void TerminalsDialog::Start() {
   if (running_) return;
   if (!person_.MayTalk()) return;
   const Undertakings::Alone alone(person_.Begun(), words_.running);
+  const bool focused = focusWidget() == start_;
   SetRunning(true);
   Run();
   SetRunning(false);
+  if (focused && focusWidget() == list_) start_->setFocus();
   if (closing_) reject();
 }
 
-void TerminalsDialog::End() {
-  if (!running_) return reject();
+void TerminalsDialog::Stop() {
+  if (!running_) return;
   StopRun();
-  end_->setEnabled(false);
+  if (focusWidget() == stop_) list_->setFocus();
+  stop_->setEnabled(false);
   result_->setText(words_.stopping);
 }
 
 // Escape or the window's frame: a run under way is stopped first.
 void TerminalsDialog::reject() {
   closing_ = running_;
-  if (running_) return End();
+  if (running_) return Stop();
   QDialog::reject();
 }
 

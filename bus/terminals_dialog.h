@@ -40,6 +40,7 @@ class TerminalsDialog : public QDialog {
     const char* send;
     const char* all;
     const char* none;
+    const char* stop;
     const char* end;
   };
   struct Words {
@@ -57,6 +58,10 @@ class TerminalsDialog : public QDialog {
   /// Shows it; it blocks the window behind it.
   void Present();
   bool Running() const { return running_; }
+  /// Says what came of a run, when, and which one it was since StartAnew(): the words of a repeated
+  /// one may be the same.
+  void ShowOutcome(const QString& text);
+  void StartAnew() { runs_ = 0; }
   void ShowState(int row, bool ticked, const std::string& state, QColor colour);
 
   /// Sends to those that are ticked; ends early after StopRun().
@@ -72,12 +77,13 @@ class TerminalsDialog : public QDialog {
   void ConnectButtons();
   void SetRunning(bool running);
   void Start();
-  void End();
+  void Stop();
 
   Words words_;
   Operator& person_;
   bool running_ = false;
   bool closing_ = false;
+  int runs_ = 0;
 
   TickList* list_;
   QLabel* moment_;
@@ -85,6 +91,7 @@ class TerminalsDialog : public QDialog {
   QPushButton* start_;
   QPushButton* all_;
   QPushButton* none_;
+  QPushButton* stop_;
   QPushButton* end_;
 };
 

@@ -23,7 +23,8 @@ std::string WhatText(const Item& item) {
 WriteDialog::WriteDialog(Services services, QWidget* parent)
     : TerminalsDialog(
           {"frmSchreiben", "ctlSchreibenListe", "lblSchreibenMoment", "lblSchreibenErgebnis",
-           "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAbbruch"},
+           "cmdSchreiben", "cmdSchreibenAlle", "cmdSchreibenKeins", "cmdSchreibenAnhalten",
+           "cmdSchreibenAbbruch"},
           {{tr("Terminal"), tr("Was"), tr("Checksumme"), tr("Zustand")},
            {27, 30, 14},
            tr("&Schreiben"),
@@ -49,6 +50,7 @@ void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
 
 void WriteDialog::FillList() {
   List()->clear();
+  StartAnew();
   for (const WriteJob& job : jobs_) {
     List()->Add({Text(TerminalName(job.terminal, job.address)), Text(WhatText(job.order.item)),
                  Text(YesNoText(job.canSum)), Text(JobText(job))},
@@ -112,7 +114,7 @@ void WriteDialog::ShowSummary(std::optional<int> selected) {
   text += !alive     ? tr(" Die Verbindung ging verloren.")
           : selected ? tr(" Gewählt ist wieder die Adresse %1.").arg(*selected)
                      : tr(" Keines ist mehr gewählt; „Terminal wählen“ wählt wieder eines.");
-  ResultLabel()->setText(text);
+  ShowOutcome(text);
   Q_EMIT Finished(tr("%1: %2").arg(windowTitle(), summary), failed != jobs_.end() || !alive);
   if (failed != jobs_.end()) List()->ScrollTo(static_cast<int>(failed - jobs_.begin()));
 }

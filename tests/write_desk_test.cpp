@@ -190,9 +190,12 @@ TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   EXPECT_EQ(State(0), "empfangen und bestätigt");
   EXPECT_EQ(State(1), "*nicht geschrieben: unter Adresse 7 antwortet niemand");
   EXPECT_EQ(State(2), "");
-  EXPECT_EQ(Text("lblSchreibenErgebnis"),
-            "1 geprüft, 0 bestätigt ohne Prüfsumme, 1 fehlgeschlagen. Angekreuzt ist noch, was "
-            "fehlt; „Schreiben“ wiederholt nur das. Gewählt ist wieder die Adresse 9.");
+  EXPECT_TRUE(
+      Text("lblSchreibenErgebnis")
+          .starts_with("1 geprüft, 0 bestätigt ohne Prüfsumme, 1 fehlgeschlagen. Angekreuzt ist "
+                       "noch, was fehlt; „Schreiben“ wiederholt nur das. Gewählt ist wieder die "
+                       "Adresse 9. ("))
+      << Text("lblSchreibenErgebnis");
   line.bus.At(1).SetFault(sim::Fault::None);
   Forget();
   Click("cmdSchreiben");
