@@ -60,7 +60,7 @@ void TerminalsDialog::MakeLayout() {
 
 void TerminalsDialog::ConnectButtons() {
   OnClick(start_, this, person_, &TerminalsDialog::Start);
-  ConnectClick(all_, person_, Speaks::No, [this] { list_->TickAll(true); });
+  ConnectClick(all_, person_, Speaks::No, [this] { TickAll(); });
   ConnectClick(none_, person_, Speaks::No, [this] { list_->TickAll(false); });
   OnClick(stop_, this, person_, &TerminalsDialog::Stop, Speaks::ToStop);
   ConnectClick(end_, person_, Speaks::ToStop, [this] { reject(); });
@@ -77,6 +77,8 @@ void TerminalsDialog::ShowState(int row, bool ticked, const std::string& state, 
   list_->SetText(row, list_->columnCount() - 1, QString::fromStdString(state));
   list_->Colour(row, colour);
 }
+
+void TerminalsDialog::TickAll() { list_->TickAll(true); }
 
 void TerminalsDialog::ShowOutcome(const QString& text) {
   const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));

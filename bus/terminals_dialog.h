@@ -67,6 +67,7 @@ class TerminalsDialog : public QDialog {
   /// Sends to those that are ticked; ends early after StopRun().
   virtual void Run() = 0;
   virtual void StopRun() = 0;
+  virtual void TickAll();
 
   QPushButton* StartButton() const { return start_; }
   QLabel* ResultLabel() const { return result_; }

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "bus/terminal_search.h"
@@ -36,6 +37,9 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
           services.person, parent),
       services_(std::move(services)),
       run_(services_.exchange, services_.loop) {
+  connect(List(), &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
+    if (column == 0 && !filling_ && !Running()) Ticked(List()->indexOfTopLevelItem(item));
+  });
   ResizeWithinScreen(this, {fontMetrics().averageCharWidth() * 140, height()});
 }
 
@@ -43,15 +47,52 @@ void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
   if (!Running()) {
     setWindowTitle(title);
     jobs_ = std::move(jobs);
+    clashes_ = WriteClashes(jobs_);
+    clashes_.KeepOne(jobs_);
     FillList();
   }
   Present();
 }
 
+// Of what would overwrite one another only one may stay ticked.
+void WriteDialog::Ticked(int row) {
+  if (!List()->Ticked(row)) return;
+  const auto index = static_cast<std::size_t>(row);
+  for (const std::size_t other : clashes_.With(jobs_[index])) {
+    if (other == index || !List()->Ticked(static_cast<int>(other))) continue;
+    List()->Tick(static_cast<int>(other), false);
+    ResultLabel()->setText(
+        tr("%1 ist nicht mehr angekreuzt: Es hat denselben Platz im Terminal wie %2.")
+            .arg(Text(WhatText(jobs_[other].order.item)), Text(WhatText(jobs_[index].order.item))));
+  }
+}
+
+// Which one of several the operator has not said: the first, unless one is ticked already.
+void WriteDialog::TickAll() {
+  const QScopedValueRollback filling(filling_, true);
+  int left = 0;
+  for (const WriteJob& job : jobs_) {
+    const auto& same = clashes_.With(job);
+    const bool any = std::any_of(same.begin(), same.end(), [this](std::size_t index) {
+      return List()->Ticked(static_cast<int>(index));
+    });
+    if (!any) List()->Tick(static_cast<int>(&job - jobs_.data()), true);
+  }
+  for (int row = 0; row < List()->Rows(); ++row) left += List()->Ticked(row) ? 0 : 1;
+  if (left == 0) return;
+  ResultLabel()->setText(
+      tr("Nicht angekreuzt: %1. Von dem, was denselben Platz im Terminal hat, geht nur eines.")
+          .arg(left));
+}
+
 void WriteDialog::FillList() {
+  const QScopedValueRollback filling(filling_, true);
   List()->clear();
   StartAnew();
-  for (const WriteJob& job : jobs_) {
+  for (std::size_t i = 0; i < jobs_.size(); ++i) {
+    WriteJob& job = jobs_[i];
+    const std::string clash = clashes_.Text(jobs_, i);
+    if (!clash.empty()) job.why += (job.why.empty() ? "" : "; ") + clash;
     List()->Add({Text(TerminalName(job.terminal, job.address)), Text(WhatText(job.order.item)),
                  Text(YesNoText(job.canSum)), Text(JobText(job))},
                 job.ticked);

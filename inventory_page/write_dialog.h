@@ -6,7 +6,7 @@
 
 #include "base/event_loop.h"
 #include "bus/terminals_dialog.h"
-#include "inventory/write_run.h"
+#include "inventory/write_clashes.h"
 
 namespace kelvo {
 
@@ -32,6 +32,8 @@ class WriteDialog : public TerminalsDialog {
   void FillList();
   void Run() override;
   void StopRun() override { run_.Stop(); }
+  void TickAll() override;
+  void Ticked(int row);
   void ShowJob(std::size_t index);
   void ShowProgress(std::size_t index);
   void ShowSummary(std::optional<int> selected);
@@ -39,6 +41,8 @@ class WriteDialog : public TerminalsDialog {
   Services services_;
   WriteRun run_;
   std::vector<WriteJob> jobs_;
+  WriteClashes clashes_;
+  bool filling_ = false;
 };
 
 }  // namespace kelvo

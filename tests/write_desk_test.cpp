@@ -215,6 +215,30 @@ TEST_F(WriteDeskTest, DialogWritesToTheTickedAndRepeatsOnlyWhatFailed) {
   EXPECT_TRUE(port.written.ends_with("\x1b!A9;"));
 }
 
+TEST_F(WriteDeskTest, OfTwoRecordsWithOneNumberOnlyOneIsWritten) {
+  Sql("delete from Makro where Bezeichnung <> 'Rahmen'");
+  Sql("insert into Makro (typ, nr_im_display, Bezeichnung, wert) select typ, nr_im_display, "
+      "'Kasten', 'anders' from Makro");
+  BeginOn(Tab::Macros);
+  Select(7);
+  Trigger("mnuAnsichtVergleich");
+  Click("cmdVergleichSchreiben");
+  EXPECT_EQ(State(0), "unbekannt; geht nicht zusammen mit Makro 2 „Kasten“");
+  auto& list = *Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(0);
+  Click("cmdSchreibenAlle");
+  EXPECT_TRUE(State(0).starts_with("*unbekannt"));
+  EXPECT_TRUE(State(1).starts_with("unbekannt"));
+  EXPECT_TRUE(Text("lblSchreibenErgebnis").starts_with("Nicht angekreuzt: 1. "));
+  Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(1)->setCheckState(0, Qt::Checked);
+  EXPECT_EQ(list.checkState(0), Qt::Unchecked);
+  EXPECT_EQ(Text("lblSchreibenErgebnis"),
+            "Makro 2 „Rahmen“ ist nicht mehr angekreuzt: Es hat denselben Platz im Terminal wie "
+            "Makro 2 „Kasten“.");
+  Click("cmdSchreiben");
+  EXPECT_EQ(Macro(1, 2), "anders");
+  EXPECT_EQ(State(0), "unbekannt; geht nicht zusammen mit Makro 2 „Kasten“");
+}
+
 // Nothing is asked before "Lesen", and what the database has anew is written only where it stays
 // ticked.
 TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {

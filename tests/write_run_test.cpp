@@ -1,4 +1,4 @@
-#include "inventory/write_run.h"
+#include "inventory/write_clashes.h"
 
 #include <gtest/gtest.h>
 
@@ -94,6 +94,25 @@ TEST_F(WriteRunTest, StopsBetweenTwoAndGoesOnWithTheOpenOnes) {
   Run();
   EXPECT_EQ(JobSummary(jobs), "15 geprüft, 1 bestätigt ohne Prüfsumme, 0 fehlgeschlagen.");
   for (int i = 0; i < kTerminals; ++i) EXPECT_TRUE(Holds(i));
+}
+
+TEST_F(WriteRunTest, OfThoseWithOnePlaceOneStaysTicked) {
+  WriteJob matrix = jobs[2];
+  matrix.order.item = {{ItemKind::MatrixTable, 9}, "m", "Zehner"};
+  WriteJob at = matrix;
+  at.order.item = {{ItemKind::AtTable, 9}, "a", "Deutsch"};
+  WriteJob other = jobs[2];
+  other.order.item.name = "Ventil";
+  jobs = {jobs[1], jobs[2], matrix, at, other, jobs[2]};
+  const WriteClashes clashes(jobs);
+  clashes.KeepOne(jobs);
+  std::string ticked;
+  for (const WriteJob& job : jobs) ticked += job.ticked ? '*' : '-';
+  EXPECT_EQ(ticked, "***---");
+  EXPECT_EQ(clashes.Text(jobs, 0), "") << "another address";
+  EXPECT_EQ(clashes.Text(jobs, 1), "geht nicht zusammen mit Makro 9 „Ventil“ und 1 weiteren");
+  EXPECT_EQ(clashes.Text(jobs, 2), "geht nicht zusammen mit AT-Tabelle 9 „Deutsch“");
+  EXPECT_EQ(clashes.Text(jobs, 5), "die Adresse steht mehrmals in der Liste");
 }
 
 TEST_F(WriteRunTest, LostLineEndsItWhereverItIs) {
