@@ -200,14 +200,16 @@ void WriteRecorder::Prove(const Reply& reply) {
   }
 }
 
-// The same number once more tells nothing.
+// The same number once more in the same minute tells nothing.
 void WriteRecorder::NoteFreeBytes(const Reply& reply) {
   const TerminalId listener = Listener();
   if (reply.Failed() || !reply.readable || listener.address == kAllAddresses) return;
   const std::int64_t bytes = RoundToEven(reply.Number());
   const Inventory inventory = services_.journal.Of(listener);
   const auto& last = inventory.FreeBytes().LastReading();
-  if (last && last->bytes == bytes && !inventory.FreeBytes().Changed()) return;
+  const bool now = last && std::chrono::floor<std::chrono::minutes>(last->time) ==
+                               std::chrono::floor<std::chrono::minutes>(services_.loop.WallClock());
+  if (now && last->bytes == bytes && !inventory.FreeBytes().Changed()) return;
   Record({{}, listener, Event::FreeBytes, {}, {}, {}, bytes}, Event::FreeBytes);
 }
 

@@ -183,7 +183,11 @@ void EepromPage::ReadFreeBytes() {
 
 void EepromPage::ShowFreeBytes() {
   const TerminalState& state = services_.state;
-  if (!state.freeBytesAsked) return;
+  if (!state.freeBytesAsked) {
+    lblFreeBytes->clear();
+    lblFreeBytesStand->setText(tr("noch nicht gelesen"));
+    return;
+  }
   lblFreeBytes->setText(QString::fromStdString(NumberText(state.freeBytes.value_or(0))));
   const QString elsewhere = QString::fromStdString(state.freeBytesElsewhere);
   const QString time = MinuteText(*state.freeBytesAsked);

@@ -59,6 +59,8 @@ frmhaupt::frmhaupt(Outside outside)
       recorder_(
           {line_, lineState_, exchange_, outside_.loop, journal_, [this] { return OpenDevice(); }}),
       replies_(line_, outside_.loop, [this] { return recorder_.Listener(); }),
+      freeBytes_(
+          {line_, exchange_, outside_.loop, journal_, [this] { return recorder_.Listener(); }}),
       receive_(outside_.com1, exchange_),
       twins_(line_, outside_.com1, outside_.loop, TwinServices()),
       help_(std::make_unique<HelpDesk>(outside_.person, outside_.folders.program,

@@ -14,6 +14,7 @@
 #include "graphics/device_font.h"
 #include "interfaces/interface_page.h"
 #include "interfaces/port_control.h"
+#include "inventory/free_bytes.h"
 #include "inventory/hearing.h"
 #include "inventory/readings.h"
 #include "inventory/reply_memory.h"
@@ -136,7 +137,7 @@ class frmhaupt : public QMainWindow {
     TerminalId listener;
     Hearing hearing{};
     std::size_t entries = 0;
-    std::optional<std::chrono::system_clock::time_point> freeBytesAsked{};
+    std::size_t freeBytesAsked = 0;
     bool operator==(const ShownInventory&) const = default;
   };
   void ShowInventory();
@@ -145,7 +146,7 @@ class frmhaupt : public QMainWindow {
   void RefreshPage();
   void ShowInventoryNow();
   void ShowRecordStates();
-  bool FreeBytesArePresent() const;
+  std::optional<FreeBytes> PresentFreeBytes() const;
   void ShowFreeBytes();
   void ShowRecord(ItemKind kind, qint64 record);
   QWidget* MakeAddressStrip();
@@ -267,6 +268,7 @@ class frmhaupt : public QMainWindow {
   WriteJournal journal_;
   WriteRecorder recorder_;
   ReplyMemory replies_;
+  FreeBytesMemory freeBytes_;
   ReceiveEvents receive_;
   TerminalState state_;
   DeviceFonts fonts_;
@@ -276,8 +278,6 @@ class frmhaupt : public QMainWindow {
   std::optional<RecordDrafts> drafts_;
   bool inventoryWaits_ = false;
   ShownInventory shownInventory_;
-  std::optional<std::chrono::system_clock::time_point> freeBytesAsked_;
-  TerminalId freeBytesOf_;  // who was asked then
   bool pageWaits_ = false;  // it has something to ask, but something else is being asked
   bool portWasOpen_ = false;
   bool leavesDrafts_ = false;  // they could not be saved, and the program ends

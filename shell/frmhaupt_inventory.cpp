@@ -7,6 +7,7 @@
 #include "inventory_page/equip_dialog.h"
 #include "inventory_page/inventory_view.h"
 #include "inventory_page/write_desk.h"
+#include "link/addresses.h"
 #include "shell/frmhaupt.h"
 #include "shell/head_strip.h"
 #include "widgets/number_note.h"
@@ -14,6 +15,15 @@
 // What the main window knows of what was written into the Terminals.
 
 namespace kelvo {
+namespace {
+
+std::string ElsewhereWords(int address) {
+  if (address == kUnknownAddress) return "ohne gewählte Adresse";
+  if (address == kAllAddresses) return "bei allen zugleich";
+  return "bei Adresse " + std::to_string(address);
+}
+
+}  // namespace
 
 std::string frmhaupt::OpenDevice() {
   if (interfaces_ == nullptr) return {};  // the window is being built
@@ -31,10 +41,14 @@ InventoryView* frmhaupt::MakeInventory() {
   inventory_ =
       new InventoryView({journal_, outside_.person, [this] { return recorder_.Listener(); },
                          [this] { return HearingOf(lineState_); },
-                         [this] { return state_.freeBytes && FreeBytesArePresent(); },
+                         [this] {
+                           const auto present = PresentFreeBytes();
+                           return present && present->bytes;
+                         },
                          [this] { return StoredRecords(data_.database); },
                          [this](int address) { return head_->NameOf(address); }});
   journal_.SetListener([this] { ShowInventory(); });
+  freeBytes_.SetListener([this] { ShowInventory(); });
   connect(inventory_, &InventoryView::RecordWanted, this, &frmhaupt::ShowRecord);
   return inventory_;
 }
@@ -104,7 +118,7 @@ void frmhaupt::ShowInventory() {
 void frmhaupt::ShowInventoryNow() {
   inventoryWaits_ = false;
   const ShownInventory now{recorder_.Listener(), HearingOf(lineState_), journal_.Entries().size(),
-                           state_.freeBytesAsked};
+                           freeBytes_.Asked()};
   if (std::exchange(shownInventory_, now) == now) return;
   inventory_->Refresh();
   ShowFreeBytes();
@@ -125,20 +139,22 @@ void frmhaupt::ShowRecordStates() {
   });
 }
 
-// The Terminal that has told them is the one that listens.
-bool frmhaupt::FreeBytesArePresent() const {
-  return HearingOf(lineState_) == Hearing::Listens && recorder_.Listener() == freeBytesOf_;
+// What the Terminal that listens has told, or what it has last left unanswered.
+std::optional<FreeBytes> frmhaupt::PresentFreeBytes() const {
+  auto said = freeBytes_.Of(recorder_.Listener());
+  const bool listens = HearingOf(lineState_) == Hearing::Listens;
+  return said && (listens || !said->bytes) ? said : std::nullopt;
 }
 
-// Those of one Terminal must not pass for those of another. Who was silent is not told apart from
-// who has answered before.
+// Those of one Terminal must not pass for those of another.
 void frmhaupt::ShowFreeBytes() {
-  const bool asked = recorder_.Listener() == freeBytesOf_;
-  const bool present = FreeBytesArePresent() || (asked && !state_.freeBytesLack.empty());
-  state_.freeBytesElsewhere = present || !state_.freeBytesAsked ? ""
-                              : freeBytesOf_.address == kUnknownAddress
-                                  ? "ohne gewählte Adresse"
-                                  : "bei Adresse " + std::to_string(freeBytesOf_.address);
+  const auto present = PresentFreeBytes();
+  const auto said = present ? present : freeBytes_.LastAt(recorder_.Listener().device);
+  const FreeBytes known = said.value_or(FreeBytes());
+  state_.freeBytes = known.bytes;
+  state_.freeBytesLack = known.lack;
+  state_.freeBytesAsked = said ? std::optional(known.time) : std::nullopt;
+  state_.freeBytesElsewhere = present || !said ? "" : ElsewhereWords(known.terminal.address);
   macros_->ShowFreeBytes();
   eeprom_->ShowFreeBytes();
 }

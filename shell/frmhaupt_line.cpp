@@ -149,9 +149,6 @@ void frmhaupt::ShowPort() {
 }
 
 void frmhaupt::ShowTerminal() {
-  if (std::exchange(freeBytesAsked_, state_.freeBytesAsked) != state_.freeBytesAsked) {
-    freeBytesOf_ = recorder_.Listener();
-  }
   ShowFreeBytes();
   ShowInventory();  // which leaves out what is shown beside it
   desk_->Editor().OptionsChanged();

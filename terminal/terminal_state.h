@@ -19,7 +19,7 @@ class TerminalState {
   /// That reply itself, a wire text.
   std::string versionText;
   FlashState flash = FlashState::Unknown;
-  /// Free EEPROM bytes when they were last read, if there was a reply.
+  /// Free EEPROM bytes when they were last read, by whatever page, if there was a reply.
   std::optional<double> freeBytes;
   /// When they were asked for last.
   std::optional<std::chrono::system_clock::time_point> freeBytesAsked;

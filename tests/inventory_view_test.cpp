@@ -143,6 +143,41 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
   EXPECT_EQ(Rows(), std::vector<std::string>{"Makro 7 Gruß bestätigt wie zuletzt geschrieben"});
 }
 
+TEST_F(InventoryViewTest, TheFreeBytesStandOnEachPageWhoeverHasReadThem) {
+  Start();
+  Select(5);
+  Show(Tab::Eeprom);
+  Trigger("mnuAnsichtVergleich");
+  Click("cmdVergleichLesen");
+  Tell();
+  EXPECT_EQ(Text("lblFreeBytes"), "8192");
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
+  EXPECT_TRUE(Text("lblMakroFrei").starts_with("8192 Byte, zuletzt gelesen "));
+  Select(6);
+  Tell();
+  EXPECT_TRUE(Text("lblFreeBytesStand").ends_with(" bei Adresse 5"));
+  // It is known still when the program is started anew, and so is whose it is.
+  window.reset();
+  Start();
+  Show(Tab::Eeprom);
+  EXPECT_EQ(Text("lblFreeBytes"), "8192");
+  EXPECT_TRUE(Text("lblFreeBytesStand").ends_with(" bei Adresse 5")) << Text("lblFreeBytesStand");
+  Select(5);
+  Tell();
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
+  EXPECT_TRUE(Text("lblMakroFrei").starts_with("8192 Byte, zuletzt gelesen "));
+}
+
+// Who tells the address behind it is no other.
+TEST_F(InventoryViewTest, TheFreeBytesOfOneWithoutAnAddressAreItsOwnWhenItTellsIt) {
+  Start();
+  Click("cmdGetFreeBytes");
+  Click("cmdVerbindungPruefen");
+  Tell();
+  EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen ")) << Text("lblFreeBytesStand");
+  EXPECT_EQ(Text("lblHoerer"), "Halle, Adresse 5");
+}
+
 TEST_F(InventoryViewTest, ANumberThatIsTakenIsMarkedWhereItIsTyped) {
   Sql("insert into Makro (typ, lfdnr, Bezeichnung, nr_im_display, eingang, ausgang, wert) values "
       "('MatrixTab', 0, 'Feld', 3, 1, 128, char(27) || 'EWK3,80,31,FF,FF,FF,FF,FF,FF,FF;')");
