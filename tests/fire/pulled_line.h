@@ -51,6 +51,8 @@ class PulledLine {
     }
     return text;
   }
+  /// Nothing more is taken, as long as the device is set to listen to that.
+  void Stop() { Say("\x13"); }
   void Say(const std::string& text) {
     if (write(handle_, text.data(), text.size()) < 0) throw std::runtime_error("line is full");
   }
