@@ -12,8 +12,7 @@ void PortReturn::Await() { services_.timer.SetEnabled(true); }
 
 // Not into the middle of an action; but what only waits for the operator keeps nothing waiting.
 void PortReturn::Look() {
-  const Undertakings& begun = services_.begun;
-  if (begun.Works() || !begun.RunsAlone().empty() || !services_.ready()) return;
+  if (services_.begun.Works() || !services_.ready()) return;
   GiveUp();
   services_.open();
 }

@@ -120,6 +120,7 @@ class UnplugTest : public testing::Test {
     back = back || (said && world.com1.IsOpen());
     // Also when nothing comes, so that the test ends.
     if (!back && pulled.elapsed() < kPatience / 2) return;
+    EXPECT_TRUE(back) << "a box keeps it from coming back: " << AllBoxes();
     for (QDialog* const dialog : Dialogs()) dialog->reject();
   }
   /// Share of the processor, in percent, that the program takes when nobody does anything.
