@@ -187,7 +187,7 @@ Status Writing::End(const EquipLog& log, EquipRun::End end) {
     Say("Der Stand konnte nicht mehr aufgezeichnet werden; es wurde nichts mehr gesendet.");
   }
   if (log.Progress().Done()) {
-    log.Discard();
+    static_cast<void>(log.Discard());  // one that says that all is done is gone on with by nobody
   } else {
     Say(EndText(end) + " \"kelvo-cli write --continue\" schreibt, was fehlt.");
   }

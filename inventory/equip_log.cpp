@@ -1,6 +1,5 @@
 #include "inventory/equip_log.h"
 
-#include <filesystem>
 #include <utility>
 
 #include "inventory/line_text.h"
@@ -170,9 +169,6 @@ bool EquipLog::Add(const EquipEntry& entry) {
   return !file_.Append(Sealed(EntryLine(entry)) + "\n");
 }
 
-void EquipLog::Discard() const {
-  std::error_code ignored;
-  std::filesystem::remove(path_, ignored);
-}
+std::optional<std::string> EquipLog::Discard() const { return RemoveOwnFile(path_); }
 
 }  // namespace kelvo

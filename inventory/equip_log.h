@@ -28,8 +28,8 @@ class EquipLog {
 
   /// Takes what has happened; false when it is not on the disc.
   bool Add(const EquipEntry& entry);
-  /// The file goes, and the run with it.
-  void Discard() const;
+  /// The file goes, and the run with it. Why not, UTF-8, when it stays.
+  std::optional<std::string> Discard() const;
 
  private:
   EquipLog(std::string path, EquipJob job)

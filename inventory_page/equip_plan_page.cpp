@@ -305,7 +305,11 @@ void EquipPlanPage::cmdAusstattenSichern_Click() {
   const auto path = services_.person.SaveFile("Bestand sichern", kFilter);
   if (!path) return;
   const auto problem = WriteFile(*path, EquipmentFile(Job().equipment));
-  if (problem) return services_.person.Message(*problem, Icon::Exclamation);
+  if (problem) {
+    return services_.person.Message(
+        "Die Datei \"" + *path + "\" kann nicht geschrieben werden: " + *problem,
+        Icon::Exclamation);
+  }
   const QString said = tr("Der Bestand ist gesichert: %1").arg(Text(*path));
   lblAusstattenGesichert->setText(said);
   lblAusstattenGesichert->show();

@@ -221,7 +221,8 @@ void EquipRunPage::cmdAusstattenFortsetzen_Click() {
   SetRunning(true);
   const EquipRun::End end = run_.Run(*log_, [this](const EquipEntry& entry) { ShowEntry(entry); });
   if (before && services_.exchange.Alive()) services_.exchange.SendString(SelectAddress(*before));
-  if (IsDone()) log_->Discard();
+  // One that stays says that all is done, and is replaced by the next.
+  if (IsDone()) static_cast<void>(log_->Discard());
   SetRunning(false);
   ShowEnd(end);
 }
@@ -272,7 +273,12 @@ void EquipRunPage::cmdAusstattenVerwerfen_Click() {
                             Icon::Question, {}, Proposal::No)) {
     return;
   }
-  log_->Discard();
+  if (const auto problem = log_->Discard()) {
+    return services_.person.Message("Die Datei \"" + services_.logPath +
+                                        "\" kann nicht gelöscht werden: " + *problem +
+                                        ". Was noch fehlt, wird weiter zum Fortsetzen angeboten.",
+                                    Icon::Exclamation);
+  }
   log_.reset();
   Q_EMIT Discarded();
 }
@@ -281,7 +287,11 @@ void EquipRunPage::cmdAusstattenBericht_Click() {
   const auto path = services_.person.SaveFile("Bericht sichern", kReportFilter);
   if (!path) return;
   const auto problem = WriteFile(*path, EquipReport(log_->Job(), log_->Progress()));
-  if (problem) return services_.person.Message(*problem, Icon::Exclamation);
+  if (problem) {
+    return services_.person.Message(
+        "Die Datei \"" + *path + "\" kann nicht geschrieben werden: " + *problem,
+        Icon::Exclamation);
+  }
   const QString said = tr("Der Bericht ist gesichert: %1").arg(Text(*path));
   lblAusstattenStand->setText(said);
   Q_EMIT Finished(said, false);

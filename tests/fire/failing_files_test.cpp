@@ -1,15 +1,12 @@
 #include <QAction>
 #include <QSpinBox>
-#include <cerrno>
-#include <iostream>
 
 #include "graphics/wmf.h"
 #include "inventory/journal.h"
 #include "tests/drawing_samples.h"
 #include "tests/fakes/simulated_terminal.h"
-#include "tests/fire/failing_system.h"
+#include "tests/fire/each_fails.h"
 #include "tests/fire/fire_count.h"
-#include "tests/window_fixture.h"
 
 // Everything that the program writes, with each call of the system failing once. What the operator
 // is told is held to what lies on the disc: no word, and it is there; a word, and what was there
@@ -17,72 +14,6 @@
 
 namespace kelvo {
 namespace {
-
-using testing_world::FailingSystem;
-using testing_world::ReadFile;
-
-constexpr int kMostCalls = 200;
-constexpr char kOld[] = "what lies there already";
-
-class FailingFilesTest : public WindowTest {
- protected:
-  /// Does `act` with its first call failing, then with its second, until there are no more. `check`
-  /// is told whether one has.
-  void EachFails(const char* what, const std::function<void()>& prepare,
-                 const std::function<void()>& act, const std::function<void(bool told)>& check) {
-    for (int call = 1; call < kMostCalls; ++call) {
-      Forget();
-      person.notices.clear();
-      prepare();
-      {
-        const FailingSystem failing(folder.Path(), call, call % 2 == 0 ? ENOSPC : EIO);
-        act();
-      }
-      if (FailingSystem::Failed().empty()) break;
-      SCOPED_TRACE(what + (": " + FailingSystem::Failed()));
-      ++faults;
-      const std::size_t said = person.messages.size() + person.notices.size();
-      EXPECT_LE(said, 1U) << "said more than once";
-      for (const auto& message : person.messages) ExpectGerman(message.text);
-      for (const std::string& notice : person.notices) ExpectGerman(notice);
-      check(said > 0);
-      told += said > 0 ? 1 : 0;
-    }
-    Forget();
-    prepare();
-    act();
-    EXPECT_TRUE(person.messages.empty())
-        << what << ": does not work afterwards: " << person.LastMessage();
-  }
-  static void ExpectGerman(const std::string& text) {
-    for (const char* word : {"rror", "annot", "ailed", "o space", "std::", "I/O"}) {
-      EXPECT_EQ(text.find(word), std::string::npos) << text;
-    }
-    EXPECT_TRUE(text.find("Daten") != std::string::npos || text.find("atei") != std::string::npos ||
-                text.find("kann nicht aufgezeichnet werden") != std::string::npos)
-        << text;
-  }
-  /// A file that the operator saves.
-  void EachFailsAtFile(const char* what, const std::string& name,
-                       const std::function<void()>& act) {
-    person.file = folder.Path(name);
-    EachFails(
-        what, [&] { std::ofstream(*person.file, std::ios::binary) << kOld; }, act,
-        [&](bool said) {
-          EXPECT_EQ(ReadFile(*person.file) == kOld, said) << "is " << ReadFile(*person.file).size();
-        });
-    person.file.reset();
-  }
-  std::string StoredText(const std::string& name) {
-    Database database(folder.Path("kelvo.mdb"));
-    Recordset records(database, "Makro");
-    return records.FindFirst("Bezeichnung", name) ? records.Text("wert").value_or("NULL") : "";
-  }
-
-  DeviceFonts fonts;
-  int faults = 0;
-  int told = 0;
-};
 
 TEST_F(FailingFilesTest, ARecordIsStoredOrItIsSaidThatItIsNot) {
   StartOn(Tab::Macros);

@@ -24,10 +24,15 @@ target_compile_definitions(end_test PRIVATE KELVO_ENDER="$<TARGET_FILE:fire_ende
 add_dependencies(end_test fire_ender)
 set_tests_properties(end_test PROPERTIES LABELS "live;fire")
 
-kelvo_test(failing_files_test QT SOURCES fire/failing_files_test.cpp fire/failing_system.cpp
-  LINK kelvo_shell kelvo_simulator)
+kelvo_test(failing_files_test QT
+  SOURCES fire/failing_cli_test.cpp fire/failing_dialogs_test.cpp fire/failing_files_test.cpp
+  ALONE fire/failing_system.cpp
+  LINK kelvo_cli kelvo_shell kelvo_simulator)
 add_dependencies(failing_files_test kelvo_fonts kelvo_database)
 set_tests_properties(failing_files_test PROPERTIES LABELS fire)
+if(IS_DIRECTORY /dev/shm)
+  set_property(TEST failing_files_test APPEND PROPERTY ENVIRONMENT TMPDIR=/dev/shm)
+endif()
 
 # Counts what the C library has handed out, which a sanitizer does itself.
 kelvo_test(memory_test QT SOURCES fire/memory_test.cpp LINK kelvo_program)
