@@ -135,10 +135,9 @@ std::string QtSerialPort::SetUp(const std::string& settings, Handshaking handsha
   return set ? Description(error) : "Einstellung " + settings + ": " + Description(error);
 }
 
-// Whoever looks gets what the system holds: on a busy machine a timer may be served before it.
-std::string QtSerialPort::Input() {
-  if (InBufferCount() == 0) Receive();
-  return BufferedPort::Input();
+void QtSerialPort::Look() {
+  Receive();
+  RaiseSoon();
 }
 
 QtSerialPort::Time QtSerialPort::TimeOf(std::size_t characters) const {
@@ -233,7 +232,7 @@ void QtSerialPort::Raise() {
 }
 
 void QtSerialPort::RaiseSoon() {
-  if (InBufferCount() > 0 && ReceiveThreshold() == 1) raise_.start(0);
+  if (Buffered() > 0 && ReceiveThreshold() == 1) raise_.start(0);
 }
 
 // Runs while something has begun like an echo, and while the device refuses something, which is

@@ -35,7 +35,6 @@ class QtSerialPort : public QObject, public BufferedPort {
   std::string SetUp(const std::string& settings, Handshaking handshaking) override;
 
   void Write(std::string_view text) override;
-  std::string Input() override;
   std::size_t OutBufferCount() const override;
   void DiscardOutput() override;
   std::chrono::nanoseconds OutBufferTime() const override;
@@ -45,6 +44,9 @@ class QtSerialPort : public QObject, public BufferedPort {
   void SetErrorHandler(std::function<void(const std::string&)> handler) override {
     error_ = std::move(handler);
   }
+
+ protected:
+  void Look() override;
 
  private:
   PortError OpenDevice(const std::string& path);

@@ -75,11 +75,14 @@ class SerialPort {
   /// Characters that were dropped because nobody had read them when a text was written; they only
   /// ever become more.
   virtual std::size_t CharactersDropped() const = 0;
-  virtual std::size_t InBufferCount() const = 0;
+  /// With what the system holds: on a busy machine a time runs out before that has been served.
+  virtual std::size_t InBufferCount() = 0;
   /// Drops everything that waits.
   virtual void DiscardInput() = 0;
   /// At most InputLen() characters, all waiting ones when that is 0.
   virtual std::string Input() = 0;
+  /// All waiting ones.
+  virtual std::string AllInput() = 0;
   virtual int InputLen() const = 0;
   virtual void SetInputLen(int length) = 0;
 

@@ -55,9 +55,9 @@ void QuickSearch::Pass(int address) {
   exchange.WaitUntilSent();
   NoteStray();
   lastAsked_ = services_.loop.Now();
-  asked_.push_back(lastAsked_);
   const Reply reply = exchange.SendQuickQuery(AskAddress(), WaitFor(slowest_));
   result.took = exchange.LastWait();
+  asked_.push_back(services_.loop.Now() - result.took);
   result.reply = reply.text;
   result.received = reply.received;
   result.heard = ReadAddressReply(address, reply);
@@ -78,12 +78,14 @@ void QuickSearch::Pass(int address) {
 }
 
 // Nothing may come at this time; an answer that does belongs to an address before. No receive event
-// may take it away. On a busy machine it is found only when the next text is written, and dropped.
+// may take it away. What comes between this and the next text is dropped by that.
 void QuickSearch::NoteStray() {
   SerialPort& com1 = services_.com1;
   com1.SetReceiveThreshold(0);
+  const Time now = services_.loop.Now();
   const std::size_t before = std::exchange(dropped_, com1.CharactersDropped());
   if (com1.InBufferCount() > 0 || dropped_ > before) stray_ = true;
+  if (!stray_) quiet_ = now;
 }
 
 bool QuickSearch::Doubtful(const SearchResult& result) const {
@@ -108,8 +110,9 @@ void QuickSearch::AwaitStray() {
 void QuickSearch::AskDoubtfulAgain() {
   EventLoop& loop = services_.loop;
   const Time now = loop.Now();
-  // What has come belongs to an address that was asked shortly before the last one was, or to that.
-  const Time since = lastAsked_ - kQueryInterval;
+  // What has come belongs to an address that was asked shortly before that, or to the last one.
+  // When it has come is known no better than since the line was quiet: a busy machine looks rarely.
+  const Time since = std::min(lastAsked_, quiet_) - kQueryInterval;
   std::vector<int> doubtful;
   for (std::size_t i = 0; i < results_.size(); ++i) {
     // One that was found may have been taken for another that is late, if there is an answer too
@@ -123,6 +126,7 @@ void QuickSearch::AskDoubtfulAgain() {
   stray_ = false;
   for (const int address : doubtful) AskAgain(address);
   dropped_ = services_.com1.CharactersDropped();
+  quiet_ = loop.Now();
 }
 
 void QuickSearch::AskAgain(int address) {

@@ -44,8 +44,9 @@ class QuickSearch {
   TerminalSearch::Listener listener_;
   double checksumFrom_ = 0;
   std::vector<SearchResult> results_;  // by address
-  std::vector<Time> asked_;            // when, by address
-  Time lastAsked_{0};
+  std::vector<Time> asked_;            // at the latest, by address
+  Time lastAsked_{0};                  // at the earliest
+  Time quiet_{0};                      // when nothing was found to have come at a wrong time
   Time slowest_{0};
   std::size_t dropped_ = 0;  // characters that the port had dropped when this was looked at last
   bool stray_ = false;

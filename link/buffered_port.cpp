@@ -1,16 +1,30 @@
 #include "link/buffered_port.h"
 
+#include <algorithm>
+
 namespace kelvo {
 
 void BufferedPort::DiscardInput() {
-  dropped_ += InBufferCount();
+  dropped_ += Buffered();
   input_.clear();
   read_ = 0;
 }
 
+std::size_t BufferedPort::InBufferCount() {
+  if (Buffered() == 0) Look();
+  return Buffered();
+}
+
 std::string BufferedPort::Input() {
-  const std::size_t length = inputLen_ == 0 ? input_.size() : static_cast<std::size_t>(inputLen_);
-  std::string text = input_.substr(read_, length);
+  if (inputLen_ == 0) return AllInput();
+  std::string text = input_.substr(read_, std::min(InBufferCount(), std::size_t(inputLen_)));
+  Drop(text.size());
+  return text;
+}
+
+std::string BufferedPort::AllInput() {
+  Look();
+  std::string text = input_.substr(read_);
   Drop(text.size());
   return text;
 }
@@ -26,7 +40,7 @@ void BufferedPort::Drop(std::size_t characters) {
 void BufferedPort::Add(const std::string& characters) {
   input_ += characters;
   // An exchange switches the receive events off; its reply may be of any length.
-  if (threshold_ == 1 && InBufferCount() > kKept) Drop(InBufferCount() - kKept);
+  if (threshold_ == 1 && Buffered() > kKept) Drop(Buffered() - kKept);
 }
 
 void BufferedPort::Written(std::string_view text, Time now, Time lastBit) {
@@ -62,10 +76,10 @@ void BufferedPort::ExpireEcho(Time now) {
 void BufferedPort::RaiseReceiveEvents() {
   if (raising_) return;
   raising_ = true;
-  while (IsOpen() && threshold_ == 1 && receive_ && InBufferCount() > 0) {
-    const std::size_t before = InBufferCount();
+  while (IsOpen() && threshold_ == 1 && receive_ && Buffered() > 0) {
+    const std::size_t before = Buffered();
     receive_();
-    if (InBufferCount() >= before) break;  // nobody wants it; it stays for the next text to drop
+    if (Buffered() >= before) break;  // nobody wants it; it stays for the next text to drop
   }
   raising_ = false;
 }

@@ -21,9 +21,10 @@ class BufferedPort : public SerialPort {
 
   std::size_t CharactersEchoed() const override { return echo_.Returned(); }
   std::size_t CharactersDropped() const override { return dropped_; }
-  std::size_t InBufferCount() const override { return input_.size() - read_; }
+  std::size_t InBufferCount() override;
   void DiscardInput() override;
   std::string Input() override;
+  std::string AllInput() override;
   int InputLen() const override { return inputLen_; }
   void SetInputLen(int length) override { inputLen_ = length; }
 
@@ -41,6 +42,8 @@ class BufferedPort : public SerialPort {
   void Written(std::string_view text, Time now, Time lastBit);
   /// What was written leaves the line later than was reckoned then.
   void Delayed(Time lastBit) { echo_.Delayed(lastBit); }
+  /// Somebody looks: what the system holds is to be Received now.
+  virtual void Look() = 0;
   /// Characters have come from the line; tells nobody yet.
   void Received(std::string_view characters, Time now);
   /// Tells of what waits, character by character, as long as somebody takes it.
@@ -51,6 +54,7 @@ class BufferedPort : public SerialPort {
   void SettingUp(const std::string& settings, Handshaking handshaking);
   /// To be called now and then, so that what only looked like the beginning of an echo is shown.
   void ExpireEcho(Time now);
+  std::size_t Buffered() const { return input_.size() - read_; }
   bool EchoExpected() const { return echo_.Expected(); }
   bool EchoBegun() const { return echo_.Begun(); }
   /// The port was opened or closed: nothing waits, nothing is expected.

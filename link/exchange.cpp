@@ -148,13 +148,12 @@ Reply Exchange::CollectForTime() {
   tmrTimeout_.SetInterval(kCollectionInterval);
   RestartTimeout();
   do {
-    const std::string character = port_.Input();
-    received += character;
-    Idle(character.empty());
+    const std::string characters = port_.AllInput();
+    received += characters;
+    Idle(characters.empty());
   } while (!timeOutFlag_ && Alive());
   // What is there when the time has run out came in time, though the tick was served first.
-  received += port_.Input();
-  for (std::size_t left = port_.InBufferCount(); left > 0; --left) received += port_.Input();
+  received += port_.AllInput();
   tmrTimeout_.SetEnabled(false);
   tmrTimeout_.SetInterval(interval);
   const ReplyKind nothing = Alive() ? ReplyKind::Silent : ReplyKind::PortClosed;

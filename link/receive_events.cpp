@@ -11,8 +11,7 @@ ReceiveEvents::ReceiveEvents(SerialPort& port, Exchange& exchange) : port_(port)
 void ReceiveEvents::com1_OnComm() {
   if (front_ == nullptr) return;
   // All that waits at once: a page that lays out its text for each character falls behind the line.
-  std::string received;
-  for (std::string more; !(more = port_.Input()).empty();) received += more;
+  const std::string received = port_.AllInput();
   if (!received.empty()) front_->Received(received);
 }
 

@@ -243,6 +243,12 @@ TEST_F(ExchangeTest, WhatTheSystemHoldsWhenTheTimeRunsOutCameInTime) {
   EXPECT_EQ(Query("?V"), "2.10F");
   held = "Terminal";
   EXPECT_EQ(Collect(""), "Terminal");
+  // Not even an event tells of it.
+  loop.After(milliseconds(10), [&] {
+    while (loop.Now() < milliseconds(700)) loop.WaitPaintingOnly(milliseconds(700) - loop.Now());
+    port.ArriveUnserved("?A3;");
+  });
+  EXPECT_EQ(exchange.SendQuickQuery(AskAddress(), milliseconds(60)).text, "?A3");
 }
 
 TEST_F(ExchangeTest, CollectionByTimeTakesWhatComesIn100Milliseconds) {

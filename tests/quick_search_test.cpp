@@ -51,6 +51,11 @@ struct RandomBus : ExchangeWorld {
     if (unserved) return loop.After(at, [this, text] { port.ArriveUnserved(text); });
     for (const char c : text) port.ArriveAfter(at += port.characterTime, {c});
   }
+  // The program does not get to run.
+  void BusyFor(nanoseconds time) {
+    const nanoseconds end = loop.Now() + time;
+    while (loop.Now() < end) loop.WaitPaintingOnly(end - loop.Now());
+  }
   bool Reopen() {
     port.Close();
     return port.Open() == PortOk;
@@ -65,6 +70,7 @@ struct RandomBus : ExchangeWorld {
                   results[static_cast<std::size_t>(result.address)] = result;
                   rows[result.address] = ResultVerdict(result) + '|' + ReadableText(result.reply) +
                                          '|' + YesNoText(result.checksum) + '\n';
+                  if (whenTold) whenTold(result.address);
                 });
                 EXPECT_EQ(end, TerminalSearch::End::Complete);
               }) /
@@ -82,6 +88,7 @@ struct RandomBus : ExchangeWorld {
 
   const std::map<int, Station> stations;
   bool unserved = false;  ///< the machine lets the program find an answer only when it looks
+  std::function<void(int address)> whenTold;
   std::string heard;
   int selected = -1;
   double seconds = 0;
@@ -167,6 +174,15 @@ TEST(QuickSearchTest, AnAnswerThatIsFoundOnlyWhenTheNextAddressIsAskedIsNotLost)
   quick.unserved = true;
   RandomBus usual(some);
   EXPECT_EQ(quick.Quick(12), usual.Usual(12));
+}
+
+// The answer is slower than the first ones are waited for, and found much later.
+TEST(QuickSearchTest, WhoAnswersWhileTheMachineIsBusyIsFound) {
+  RandomBus bus({{1, {"?A1;", "2.10;", milliseconds(100)}}});
+  bus.whenTold = [&bus](int address) {
+    if (address == 1) bus.BusyFor(milliseconds(900));
+  };
+  EXPECT_NE(bus.Quick(5).find("1 ok"), std::string::npos);
 }
 
 // One that answers nothing while another address is selected, and is slower than the others.

@@ -110,7 +110,7 @@ class VirtualPort : public BufferedPort {
 
   void Write(std::string_view text) override {
     if (!open_) throw std::logic_error("written to a closed port");
-    Received(std::exchange(unserved_, {}), loop_.Now());
+    Look();
     written += text;
     writes.emplace_back(text);
     writeTimes.push_back(loop_.Now());
@@ -119,10 +119,6 @@ class VirtualPort : public BufferedPort {
     Written(text, loop_.Now(), loop_.Now() + OutBufferTime());
     if (!unpaced) return;
     for (const char character : text) Reach(character);
-  }
-  std::string Input() override {
-    if (open_ && InBufferCount() == 0) Received(std::exchange(unserved_, {}), loop_.Now());
-    return BufferedPort::Input();
   }
   std::size_t OutBufferCount() const override { return line_.size(); }
   void DiscardOutput() override {
@@ -137,6 +133,11 @@ class VirtualPort : public BufferedPort {
   void SetLostHandler(std::function<void()> handler) override { lost_ = std::move(handler); }
   void SetErrorHandler(std::function<void(const std::string&)> handler) override {
     error_ = std::move(handler);
+  }
+
+ protected:
+  void Look() override {
+    if (open_) Received(std::exchange(unserved_, {}), loop_.Now());
   }
 
  private:
