@@ -114,7 +114,11 @@ class VirtualPort : public BufferedPort {
     written += text;
     writes.emplace_back(text);
     writeTimes.push_back(loop_.Now());
-    if (line_.empty()) departure_ = loop_.Now() + characterTime;
+    if (line_.empty()) {
+      departure_ = loop_.Now() + characterTime;
+    } else {
+      Delayed(loop_.Now() + OutBufferTime());  // a line that was held since brings it back later
+    }
     line_ += text;
     Written(text, loop_.Now(), loop_.Now() + OutBufferTime());
     if (!unpaced) return;

@@ -290,9 +290,12 @@ void FireProgram::JudgeNamed(const Action& action) {
 
 void FireProgram::JudgeGoodLine() {
   if (tainted_ || line_.Struck() > 0) return;
+  bool anybody = false;
+  for (std::size_t i = 0; i < line_.Bus().Count(); ++i) anybody = anybody || At(i).Selected();
   for (const std::string& line : history_) {
     const bool refused = line.find("nichts anderes gesendet") != std::string::npos;
-    if (line.starts_with("✗") && !refused) Fail("a failure on a good line");
+    const bool askedNobody = !anybody && line.ends_with("keine Antwort");  // a search ends so
+    if (line.starts_with("✗") && !refused && !askedNobody) Fail("a failure on a good line");
   }
   for (const Box& box : boxes_) {
     const bool failure = std::any_of(
