@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "link/addresses.h"
 #include "link/chronicle.h"
 
 namespace kelvo {
@@ -65,6 +66,7 @@ std::optional<FreeBytes> FreeBytesMemory::Of(const TerminalId& terminal) const {
 
 std::optional<FreeBytes> FreeBytesMemory::LastAt(const std::string& device) const {
   const auto isThere = [&device](const TerminalId& terminal) {
+    if (terminal.address == kClosingAddress) return false;
     return device.empty() ? !terminal.device.empty() : terminal.device == device;
   };
   const auto& entries = services_.journal.Entries();

@@ -80,12 +80,12 @@ std::vector<TerminalId> WriteJournal::Terminals() const {
   std::set<std::string> single;  // lines of which a Terminal is known
   for (const JournalEntry& entry : entries_) {
     last[entry.terminal] = entry.event;
-    if (TellsNothing(entry)) continue;
+    if (TellsNothing(entry) || entry.terminal.address == kClosingAddress) continue;
     all.insert(entry.terminal);
     if (entry.terminal.address != kAllAddresses) single.insert(entry.terminal.device);
   }
   for (const auto& [terminal, event] : last) {
-    if (event == Event::Begun) all.insert(terminal);
+    if (event == Event::Begun && terminal.address != kClosingAddress) all.insert(terminal);
   }
   std::erase_if(all, [&single](const TerminalId& id) {
     return id.address == kAllAddresses && single.contains(id.device);

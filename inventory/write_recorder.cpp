@@ -55,7 +55,10 @@ WriteRecorder::WriteRecorder(Services services) : services_(std::move(services))
 }
 
 TerminalId WriteRecorder::Listener() const {
-  return {services_.device(), services_.state.Address().value_or(kUnknownAddress)};
+  const LineState& state = services_.state;
+  const auto address = state.Address();
+  const bool somebody = address == kClosingAddress && state.Listens() == Listening::Unknown;
+  return {services_.device(), somebody ? kUnknownAddress : address.value_or(kUnknownAddress)};
 }
 
 void WriteRecorder::Sent(std::string_view command) {
@@ -172,6 +175,8 @@ void WriteRecorder::End(const Outcome& outcome) {
   const bool one = pending_.size() == 1;
   Pending pending = std::exchange(pending_, {}).back();
   if (!one) return;
+  // Whoever has answered there.
+  if (pending.entry.terminal.address == kClosingAddress) pending.entry.terminal = Listener();
   if (*event == Event::LineLost) TornAt(pending.entry.terminal.device) = true;
   if (*event != Event::Acknowledged) return Record(pending.entry, *event);
   if (pending.entry.change.kind == ItemChange::Kind::Written)

@@ -31,7 +31,8 @@ class WriteRecorder {
   WriteRecorder(const WriteRecorder&) = delete;
   WriteRecorder& operator=(const WriteRecorder&) = delete;
 
-  /// The Terminal that listens now.
+  /// The Terminal that listens now; not known where one answers to the address that closes a
+  /// transfer.
   TerminalId Listener() const;
   /// What was set on a Terminal since it was started.
   const Settings& SetOn(const TerminalId& terminal) const { return settings_.Of(terminal); }

@@ -24,11 +24,6 @@ namespace {
 
 constexpr int kLeastLines = 8;  // of the table and the warning
 
-// Who ends a transfer selects an address that no Terminal has.
-bool NamesNobody(const TerminalId& terminal) {
-  return terminal.address == kUnknownAddress || terminal.address == kClosingAddress;
-}
-
 QLabel* MakeLine(const char* name) {
   auto* const label = Named(new QLabel, name);
   label->setTextFormat(Qt::PlainText);
@@ -213,12 +208,24 @@ QString InventoryView::ListenerText() const {
   return TerminalText(services_.listener());
 }
 
+// Who ends a transfer selects an address that no Terminal has, and whom a search has asked last the
+// operator does not mean.
+bool InventoryView::NamesNobody() const {
+  const Hearing hearing = services_.hearing();
+  const int last = services_.listener().address;
+  return hearing == Hearing::Nobody || hearing == Hearing::Unknown || last == kUnknownAddress ||
+         last == kClosingAddress;
+}
+
 // What stands there while the one that was selected last does not listen.
 QString InventoryView::AbsenceText() const {
   if (cboBestandTerminal->currentIndex() > 0 || services_.hearing() == Hearing::Listens) return {};
   const TerminalId last = services_.listener();
-  if (NamesNobody(last)) {
-    return tr("Niemand hört zu; was geschrieben wurde, steht bei den Terminals der Auswahl.");
+  if (NamesNobody()) {
+    const QString who = services_.hearing() == Hearing::Unknown
+                            ? tr("Wer zuhört, ist nicht bekannt")
+                            : tr("Niemand hört zu");
+    return tr("%1; was geschrieben wurde, steht bei den Terminals der Auswahl.").arg(who);
   }
   if (services_.hearing() == Hearing::Silent) {
     return tr("%1 antwortet nicht; hier steht, was zuletzt dorthin geschrieben wurde.")
@@ -260,7 +267,7 @@ void InventoryView::ShowNow() {
   const InventoryModel::Row* const row = Current();
   const std::optional<ItemKey> current = row == nullptr ? std::nullopt : std::optional(row->key);
   const TerminalId shown = Shown();
-  const bool nobody = NamesNobody(shown) && !AbsenceText().isEmpty();
+  const bool nobody = NamesNobody() && !AbsenceText().isEmpty();
   const Inventory inventory = nobody ? Inventory() : services_.journal.Of(shown);
   model_.Show(inventory, services_.records(), Listens(shown));
   columns_->Fit();

@@ -60,6 +60,7 @@ class InventoryView : public QWidget {
   void ListTerminals();
   void ShowState(const Inventory& inventory);
   bool Listens(const TerminalId& terminal) const;
+  bool NamesNobody() const;
   QString TerminalText(const TerminalId& terminal) const;
   QString ListenerText() const;
   QString AbsenceText() const;

@@ -32,18 +32,12 @@ WriteDesk::WriteDesk(Services services, QWidget* window)
   connect(dialog_, &WriteDialog::Finished, this, &WriteDesk::Finished);
 }
 
-std::optional<int> WriteDesk::Selected() const {
-  return services_.line.Listens() == Listening::One ? services_.line.Address() : std::nullopt;
-}
+std::optional<int> WriteDesk::Selected() const { return services_.line.Meant(); }
 
 std::string WriteDesk::AnswersFrom() const {
-  const LineState& line = services_.line;
-  const Listening listens = line.Listens();
-  if (listens == Listening::All) return "von allen zugleich (255)";
-  // One that has never answered yet is the one that was asked all the same.
-  const bool asked = listens == Listening::One ||
-                     (listens == Listening::Nobody && line.Address() && !line.SelectedAway());
-  return asked ? "von Adresse " + std::to_string(*line.Address()) : "von unbekannter Adresse";
+  if (services_.line.Listens() == Listening::All) return "von allen zugleich (255)";
+  const auto asked = Selected();
+  return asked ? "von Adresse " + std::to_string(*asked) : "von unbekannter Adresse";
 }
 
 bool WriteDesk::HasTarget() {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/wire_text.h"
+#include "link/addresses.h"
 #include "link/command_table.h"
 #include "link/control_characters.h"
 
@@ -87,8 +88,11 @@ std::string Filled(const CommandRow& row, std::string_view phrase,
   return words;
 }
 
-bool SelectsAll(const CommandRow& row, const std::vector<std::string_view>& values) {
-  return row.name == CommandName::SelectAddress && values == std::vector<std::string_view>{"255"};
+// Whom an address selects that is none Terminal's own; empty for any other.
+std::string SelectedWords(const CommandRow& row, const std::vector<std::string_view>& values) {
+  if (row.name != CommandName::SelectAddress || values.size() != 1) return {};
+  if (values[0] == std::to_string(kAllAddresses)) return "alle Terminals ";
+  return values[0] == std::to_string(kClosingAddress) ? "kein Terminal (254) " : "";
 }
 
 std::string Words(const SentCommand& command) {
@@ -96,7 +100,7 @@ std::string Words(const SentCommand& command) {
   if (command.row == nullptr) return "unbekannter Befehl " + Quote(command.parameters);
   const CommandRow& row = *command.row;
   const auto values = Split(command.parameters, row.parameters);
-  if (SelectsAll(row, values)) return "alle Terminals wählen";
+  if (const std::string whom = SelectedWords(row, values); !whom.empty()) return whom + "wählen";
   if (std::string words = Filled(row, row.phrase, values); !words.empty()) return words;
   const std::string listed = Listed(row, values);
   return std::string(row.meaning) + (listed.empty() ? "" : ": " + listed);
@@ -105,7 +109,8 @@ std::string Words(const SentCommand& command) {
 std::string Done(const SentCommand& command) {
   if (command.row == nullptr || command.row->done.empty()) return {};
   const auto values = Split(command.parameters, command.row->parameters);
-  if (SelectsAll(*command.row, values)) return "alle Terminals gewählt";
+  const std::string whom = SelectedWords(*command.row, values);
+  if (!whom.empty()) return whom + "gewählt";
   return Filled(*command.row, command.row->done, values, "Byte");
 }
 

@@ -139,8 +139,16 @@ Listening LineState::Listens() const {
   if (trace_.Nobody()) return answered_ ? Listening::Unknown : Listening::Nobody;
   const int address = *trace_.Address();
   if (address == kAllAddresses) return Listening::All;
-  const bool vain = unanswered_ > 0 || address == kClosingAddress;
+  // Whoever answers there is somebody else, who has missed that it was selected away.
+  if (address == kClosingAddress) return answered_ ? Listening::Unknown : Listening::Nobody;
+  const bool vain = unanswered_ > 0 || searched_;
   return vain && !answered_ ? Listening::Nobody : Listening::One;
+}
+
+std::optional<int> LineState::Meant() const {
+  const Listening listens = Listens();
+  const bool silent = listens == Listening::Nobody && !SelectedAway();
+  return listens == Listening::One || silent ? Address() : std::nullopt;
 }
 
 bool LineState::SelectedAway() const {

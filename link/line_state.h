@@ -66,6 +66,10 @@ class LineState {
   /// The address selected last, if it is known: where Nobody listens, the one under which nobody
   /// does.
   std::optional<int> Address() const { return trace_.Address(); }
+  /// The Terminal that is meant by what is sent now: the one that is selected, also while it keeps
+  /// silent. Nothing for all, for the address that closes a transfer, and where a search or a macro
+  /// has selected one that has not answered.
+  std::optional<int> Meant() const;
   /// What the Terminal that listens has said to "?V"; a wire text, empty until it did.
   const std::string& Version() const { return version_; }
   Answering Answers() const;

@@ -54,9 +54,7 @@ InventoryView* frmhaupt::MakeInventory() {
 }
 
 void frmhaupt::MakeEquipping(QMenu* menu) {
-  const auto selected = [this] {
-    return lineState_.Listens() == Listening::One ? lineState_.Address() : std::nullopt;
-  };
+  const auto selected = [this] { return lineState_.Meant(); };
   equip_ = new EquipDialog(
       {exchange_, outside_.loop, outside_.person, state_, journal_, data_.ctlDovuData,
        data_.Optionen, [this] { return StoredRecords(data_.database); },

@@ -40,8 +40,8 @@ std::optional<TerminalId> frmhaupt::SheetWanted() {
   const Recordset& list = data_.ctlDovuData;
   const int chosen = list.Bookmark() != 0 ? CurrentAddress(list) : kNoAddress;
   if (ShownTab() == Tab::Terminals && chosen != kNoAddress) return TerminalId{device, chosen};
-  const bool listens = lineState_.Listens() == Listening::One && lineState_.Address();
-  return listens ? std::optional(TerminalId{device, *lineState_.Address()}) : std::nullopt;
+  const auto meant = lineState_.Meant();
+  return meant ? std::optional(TerminalId{device, *meant}) : std::nullopt;
 }
 
 void frmhaupt::MakeSheet() {
@@ -50,9 +50,7 @@ void frmhaupt::MakeSheet() {
     auto readings = std::make_shared<Readings>(outside_.folders.data + "/" + kReadingsFile);
     replies_.AddTo(*readings);
     readings_ = std::move(readings);
-    const bool known = lineState_.Listens() == Listening::One;
-    const TerminalId listener{
-        UsedDevice(), known ? lineState_.Address().value_or(kUnknownAddress) : kUnknownAddress};
+    const TerminalId listener{UsedDevice(), lineState_.Meant().value_or(kUnknownAddress)};
     return SheetTerminals(data_, journal_, listener,
                           [this](int address) { return head_->NameOf(address); });
   };

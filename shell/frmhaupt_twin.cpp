@@ -43,7 +43,9 @@ Twins::Services frmhaupt::TwinServices() {
 
 void frmhaupt::MakeTwins() {
   const auto names = [this](int address) { return head_->NameOf(address); };
-  twin_ = new TwinPanel(twins_, names, [this] { return AbsentAddress(); });
+  twin_ = new TwinPanel(
+      twins_, names, [this] { return AbsentAddress(); },
+      [this] { return lineState_.Meant().has_value(); });
   dckAnzeige = Named(new QDockWidget(tr("Anzeige (Nachbildung)"), this), "dckAnzeige");
   dckAnzeige->setWidget(twin_);
   // There it leaves the pages their width on a small screen, too.

@@ -30,9 +30,8 @@ std::string ListenerWords(const LineState& state, const TerminalNames& names) {
     case Listening::All:
       return "alle Terminals";
     case Listening::Nobody:
-      return "keines gewählt";
     case Listening::One:
-      return NamedAddress(state.Address().value_or(0), names);
+      return state.Meant() ? NamedAddress(*state.Meant(), names) : "keines gewählt";
     case Listening::Unknown:
       break;
   }
@@ -40,7 +39,9 @@ std::string ListenerWords(const LineState& state, const TerminalNames& names) {
 }
 
 std::string DoubtWords(const LineState& state) {
-  if (state.Listens() == Listening::Nobody) return "aber es ist kein Terminal gewählt";
+  if (state.Listens() == Listening::Nobody && !state.Meant()) {
+    return "aber es ist kein Terminal gewählt";
+  }
   if (state.Answers() != Answering::Silent) return {};
   return state.Listens() == Listening::All ? "aber es antwortet keines"
                                            : "aber das Terminal antwortet nicht";

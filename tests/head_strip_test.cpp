@@ -51,7 +51,7 @@ TEST_F(HeadStripTest, ATerminalIsPickedByItsNameAndTheHeadSaysWhoListens) {
   Click("cmdBefehlSenden");
   EXPECT_TRUE(Text("lblAdresseStand").ends_with(" bei Adresse 7")) << Text("lblAdresseStand");
   Click("cmdGetVersion");
-  EXPECT_EQ(Head(), "keines gewählt | Version ? | ✗ antwortet nicht (seit 2 Befehlen)");
+  EXPECT_EQ(Head(), "Adresse 9 | Version ? | ✗ antwortet nicht (seit 2 Befehlen)");
   Click("cmdToolbar_0");
   EXPECT_EQ(Head(), "Terminal nicht bekannt | Version ? | ? noch nicht gefragt");
   port.Lose();

@@ -115,6 +115,27 @@ TEST_F(LineStateTest, SilenceBehindASelectionMeansThatNobodyListensUntilSomebody
   EXPECT_EQ(state.Version(), "");
 }
 
+TEST_F(LineStateTest, WhoIsMeantIsWhomTheOperatorHasSelectedThoughItKeepsSilent) {
+  Silence();
+  exchange.SendString(SelectAddress(33));
+  AskVersion();
+  exchange.SendString(SelectAddress(33));
+  AskVersion();
+  EXPECT_EQ(state.Meant(), 33) << "it erases, perhaps";
+  state.SearchEnded();
+  EXPECT_EQ(state.Meant(), std::nullopt) << "nobody has chosen whom a search asks last";
+  exchange.SendString(SelectAddress(253));
+  state.SearchEnded();
+  EXPECT_EQ(state.Meant(), std::nullopt) << "and it may have heard of no answer";
+  for (const int address : {254, 255}) {
+    terminal.Answer("\x1b?V", "2.10F;");
+    exchange.SendString(SelectAddress(address));
+    AskVersion();
+    EXPECT_EQ(Who(), address == 255 ? "all" : "unknown");
+    EXPECT_EQ(state.Meant(), std::nullopt);
+  }
+}
+
 TEST_F(LineStateTest, WhatIsAskedForIsFollowedWhoeverAsks) {
   terminal.Answer("\x1b?A", "?A5;");
   Query("?A");

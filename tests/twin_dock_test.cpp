@@ -26,8 +26,8 @@ TEST_F(TwinDockTest, IsOffAtTheFirstStartRememberedAndSendsNothing) {
   Click("cmdVerbindungPruefen");
   Trigger("mnuAnsichtAnzeige");
   Trigger("mnuAnsichtAnzeige");
-  EXPECT_EQ(Text("lblHoerer"), "keines gewählt");
-  EXPECT_EQ(Text("lblAnzeigeWer"), "Nachbildung: keines gewählt");
+  EXPECT_EQ(Text("lblHoerer"), "Adresse 12");
+  EXPECT_EQ(Text("lblAnzeigeWer"), "Nachbildung: Adresse 12");
   Find<QSpinBox>("ctlUpDownAdrDovu").setValue(9);
   Click("cmdDovuAktivieren");
   terminal.Answer("?A", "?A9;");

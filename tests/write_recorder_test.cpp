@@ -119,6 +119,19 @@ TEST_F(WriteRecorderTest, RepliesAreKeptForWhoListenedWhoeverAsked) {
   EXPECT_EQ(last(5, CommandName::AskVersion), "3.0");
 }
 
+// Whoever answers there is one that has missed that it was selected away, and may be any.
+TEST_F(WriteRecorderTest, TheAddressThatClosesATransferIsNoTerminal) {
+  Add({.address = 254});
+  Write(SelectAddress(5));
+  Write(WriteMakro(7, "alt"));
+  Write(SelectAddress(254));
+  Write(WriteMakro(7, "neu"));
+  exchange.SendQuery(AskFreeBytes());
+  EXPECT_EQ(journal.Terminals(),
+            (std::vector<TerminalId>{{kDevice, kUnknownAddress}, {kDevice, 5}}));
+  EXPECT_EQ(Macro(Of(5), 7), nullptr);
+}
+
 TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {
   Write(SelectAddress(5));
   Write(WriteMakro(7, "alt"));

@@ -64,11 +64,12 @@ void TwinFollower::Show() {
 }
 
 TwinPanel::TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<int>()> absent,
-                     QWidget* parent)
+                     std::function<bool()> silent, QWidget* parent)
     : QWidget(parent),
       twins_(twins),
       names_(std::move(names)),
       absent_(std::move(absent)),
+      silent_(std::move(silent)),
       follower_(twins, *this, [this] { ShowTwin(); }) {
   setFocusPolicy(Qt::ClickFocus);
   setAccessibleName(tr("Anzeige (Nachbildung)"));
@@ -121,10 +122,11 @@ void TwinPanel::showEvent(QShowEvent* event) {
 // Who has handed over still shows what it showed.
 QString TwinPanel::Who(std::optional<int> absent) const {
   const auto address = twins_.PresentAddress();
-  if (absent && absent == address) return tr("keines gewählt");
+  const bool silent = silent_ && silent_();
+  if (absent && absent == address && !silent) return tr("keines gewählt");
   if (!address) return tr("das Terminal, das gerade hört");
   const QString name = TwinName(*address, names_);
-  return absent ? tr("%1 (zuletzt gewählt)").arg(name) : name;
+  return absent && absent != address ? tr("%1 (zuletzt gewählt)").arg(name) : name;
 }
 
 void TwinPanel::ShowTwin() {

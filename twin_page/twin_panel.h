@@ -50,8 +50,9 @@ class TwinPanel : public QWidget {
  public:
   /// `absent`: the address under which nobody is known to listen, if that is so; another than the
   /// model's where nobody has been selected on purpose. Empty: everybody spoken to is there.
+  /// `silent`: the absent one is selected all the same, and keeps silent.
   TwinPanel(Twins& twins, TwinNames names, std::function<std::optional<int>()> absent = {},
-            QWidget* parent = nullptr);
+            std::function<bool()> silent = {}, QWidget* parent = nullptr);
 
   void Changed() { follower_.Changed(); }
   const DisplayPicture& Picture() const { return *ctlAnzeigeBild; }
@@ -68,6 +69,7 @@ class TwinPanel : public QWidget {
   Twins& twins_;
   TwinNames names_;
   std::function<std::optional<int>()> absent_;
+  std::function<bool()> silent_;
   QLabel* lblAnzeigeWer;
   DisplayPicture* ctlAnzeigeBild;
   QLabel* lblAnzeigeStand;
