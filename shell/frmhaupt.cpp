@@ -41,6 +41,14 @@ Chronicle::Moment WallClock() {
   return std::chrono::time_point_cast<milliseconds>(std::chrono::system_clock::now());
 }
 
+std::string DatabaseOf(const Folders& folders) {
+  return (folders.lack.empty() ? folders.data : folders.program) + "/" + kDatabaseFile;
+}
+
+Opening OpeningOf(const Folders& folders) {
+  return folders.lack.empty() ? Opening::ToWrite : Opening::ToRead;
+}
+
 }  // namespace
 
 frmhaupt::frmhaupt(Outside outside)
@@ -48,7 +56,7 @@ frmhaupt::frmhaupt(Outside outside)
       portControl_(outside_.com1, outside_.person),
       databaseWait_(outside_.loop, outside_.person, *this),
       slot_(outside_.folders.data),
-      data_(outside_.folders.data + "/" + kDatabaseFile),
+      data_(DatabaseOf(outside_.folders), OpeningOf(outside_.folders)),
       memory_(data_.database),
       symbols_(data_.database),
       exchange_(outside_.com1, outside_.loop, outside_.tmrTimeout, outside_.tmrRS485),
@@ -285,11 +293,7 @@ void frmhaupt::FirstPaint() {
   });
   portControl_.FormLoading = false;
   if (ShownTab() == Tab::Drawing) desk_->Editor().SetAutomaticSend(SofortSenden_);
-  if (data_.database.ReadOnly()) {
-    outside_.person.Message("Die Datenbank \"" + data_.database.Path() +
-                                "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
-                            Icon::Exclamation);
-  }
+  TellOfNoSaving();
   TellOfOddValues();
   TellOfMissingFonts();
   TellOfFirstProgram();

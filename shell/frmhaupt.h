@@ -207,6 +207,7 @@ class frmhaupt : public QMainWindow {
   void RememberPlaces();
   void Unload();
   void TellOfFirstProgram();
+  void TellOfNoSaving();
   void TellOfMissingFonts();
   void TakeLeft(const char* ending);
   void TellOfOddValues();

@@ -94,6 +94,19 @@ void frmhaupt::Unload() {
   Q_EMIT Unloaded();
 }
 
+void frmhaupt::TellOfNoSaving() {
+  const std::string& lack = outside_.folders.lack;
+  if (!lack.empty()) {
+    outside_.person.Message(
+        lack + "\nGezeigt wird, was mitgeliefert ist. Es kann nichts gespeichert werden.",
+        Icon::Exclamation);
+  } else if (data_.database.ReadOnly()) {
+    outside_.person.Message("Die Datenbank \"" + data_.database.Path() +
+                                "\" ist schreibgeschützt. Es kann nichts gespeichert werden.",
+                            Icon::Exclamation);
+  }
+}
+
 // What is stored stays, until the operator stores something else.
 void frmhaupt::TellOfOddValues() {
   std::string words;

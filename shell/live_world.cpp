@@ -1,13 +1,19 @@
 #include "shell/live_world.h"
 
+#include <stdexcept>
+
 #include "adapters/machine_ports.h"
 #include "shell/frmhaupt.h"
 #include "store/data_folder.h"
 
 namespace kelvo {
 
-std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(const Folders& folders) {
-  TakeDeliveredDatabase(folders.program, folders.data);
+std::unique_ptr<frmhaupt> LiveWorld::MakeMainWindow(Folders folders) {
+  try {
+    TakeDeliveredDatabase(folders.program, folders.data);
+  } catch (const std::runtime_error& error) {
+    folders.lack = error.what();
+  }
   const auto setDevices = [this](QtSerialPort::DeviceOf deviceOf) {
     com1.SetDevices(std::move(deviceOf));
   };

@@ -19,8 +19,9 @@ struct LiveWorld : LinkWorld<WindowLoop, QtTimer, QtSerialPort> {
   std::unique_ptr<SideProcess> simulator;
 
   /// Builds the main window over it; its closing ends every wait. Takes the delivered database at
-  /// the first start. Throws std::exception with a German text when the database cannot be used.
-  std::unique_ptr<frmhaupt> MakeMainWindow(const Folders& folders);
+  /// the first start, and only shows it where it cannot be copied. Throws std::exception with a
+  /// German text when the database cannot be used.
+  std::unique_ptr<frmhaupt> MakeMainWindow(Folders folders);
 };
 
 }  // namespace kelvo

@@ -17,6 +17,8 @@ namespace kelvo {
 struct Folders {
   std::string program;  ///< fonts and help
   std::string data;     ///< database, draft and the simulator's port; often the same
+  /// Why there is no database in `data`, UTF-8: then the program's own is shown and never changed.
+  std::string lack{};
 };
 
 /// What is known of the machine's ports. What is left out is not known.

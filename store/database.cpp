@@ -76,8 +76,8 @@ StoreConflict::StoreConflict(Kind conflict)
 
 void Database::Closer::operator()(sqlite3* handle) const { sqlite3_close(handle); }
 
-Database::Database(std::string path) : path_(std::move(path)) {
-  OpenFile();
+Database::Database(std::string path, Opening opening) : path_(std::move(path)) {
+  OpenFile(opening);
   CheckContents();
 }
 
@@ -85,7 +85,7 @@ void Database::Refuse(const std::string& what) const {
   throw StoreError("Die Datenbank \"" + path_ + "\" " + what);
 }
 
-void Database::OpenFile() {
+void Database::OpenFile(Opening opening) {
   struct stat file {};
   if (stat(path_.c_str(), &file) != 0) {
     Refuse(errno == ENOENT || errno == ENOTDIR
@@ -95,7 +95,7 @@ void Database::OpenFile() {
   if (!S_ISREG(file.st_mode)) Refuse("ist keine Datei.");
   if (access(path_.c_str(), R_OK) != 0) Refuse("darf nicht gelesen werden (keine Berechtigung).");
   // A file that nobody may write is not written by the administrator either.
-  readOnly_ = (file.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+  readOnly_ = opening == Opening::ToRead || (file.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
   holder_ = std::make_unique<LockHolder>(path_);
   sqlite3* handle = nullptr;
   const int flags = readOnly_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;

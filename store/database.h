@@ -32,13 +32,16 @@ class StoreLocked : public StoreError {
   using StoreError::StoreError;
 };
 
+/// What a database is opened for: to be written where that is allowed, or in no case.
+enum class Opening { ToWrite, ToRead };
+
 /// The open database file. It is delivered with the program; nothing here creates a file or a
 /// table, and a file that is refused is left as it was.
 class Database {
  public:
   /// Opens an existing file and checks that it is this program's and whole. Throws StoreError,
   /// naming the file and what is wrong, when it is missing, foreign or damaged.
-  explicit Database(std::string path);
+  explicit Database(std::string path, Opening opening = Opening::ToWrite);
 
   const std::string& Path() const { return path_; }
   /// The file cannot be written, or nobody is allowed to; every change then throws StoreError.
@@ -73,7 +76,7 @@ class Database {
     void operator()(sqlite3* handle) const;
   };
 
-  void OpenFile();
+  void OpenFile(Opening opening);
   void CheckContents() const;
   [[noreturn]] void Refuse(const std::string& what) const;
 

@@ -14,8 +14,8 @@ bool IsWindowsName(const std::string& device) {
 
 }  // namespace
 
-ProgramData::ProgramData(const std::string& databasePath)
-    : database(databasePath),
+ProgramData::ProgramData(const std::string& databasePath, Opening opening)
+    : database(databasePath, opening),
       Default(database, "Default"),
       Optionen(database, "Optionen"),
       ctlMakroData(database, "Makro"),

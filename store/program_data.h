@@ -10,7 +10,7 @@ namespace kelvo {
 /// The open database and the record sets that are held for the whole run. Opening throws
 /// StoreError.
 struct ProgramData {
-  explicit ProgramData(const std::string& databasePath);
+  explicit ProgramData(const std::string& databasePath, Opening opening = Opening::ToWrite);
 
   /// The device of "Com `number`" as an absolute path or a system name; empty if there is none. A
   /// relative path counts from the data folder.

@@ -11,7 +11,7 @@ target_compile_definitions(kill_test PRIVATE KELVO_SAVER="$<TARGET_FILE:fire_sav
 add_dependencies(kill_test fire_saver)
 set_tests_properties(kill_test PROPERTIES LABELS "live;fire")
 
-kelvo_test(unplug_test QT SOURCES fire/unplug_test.cpp LINK kelvo_program)
+kelvo_test(unplug_test QT SOURCES fire/first_start_test.cpp fire/unplug_test.cpp LINK kelvo_program)
 add_dependencies(unplug_test kelvo_fonts kelvo_database)
 set_tests_properties(unplug_test PROPERTIES LABELS "live;fire")
 
