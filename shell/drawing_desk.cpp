@@ -18,7 +18,7 @@ namespace {
 
 constexpr char kTextFilter[] = "Text (txt) |*.txt";
 
-QSize DisplaySize(const Recordset& defaults) {
+QSize SizeOfDisplay(const Recordset& defaults) {
   const auto [width, height] = DisplaySizeIn(defaults);
   return {width, height};
 }
@@ -49,7 +49,7 @@ std::vector<GraphicsHost::StoredText> StoredTexts(Database& database) {
 DrawingDesk::DrawingDesk(Services services)
     : services_(std::move(services)),
       editor_(*this, services_.outside.person, services_.fonts, services_.outside.tmrSofort,
-              DisplaySize(services_.defaults), services_.draftPath),
+              SizeOfDisplay(services_.defaults), services_.draftPath),
       page_(new DrawingPage(editor_, *this, services_.outside.person)) {}
 
 bool DrawingDesk::ChoosePrinter(QPrinter& printer) {

@@ -9,7 +9,7 @@ using std::chrono::seconds;
 
 constexpr seconds kMinute{60};
 constexpr seconds kHour{3600};
-constexpr std::size_t kLongestVersion = 20;
+constexpr std::size_t kLongestVersionText = 20;
 
 std::string Age(seconds since) {
   if (since < seconds(1)) return "eben";
@@ -107,7 +107,7 @@ std::string CheckWords(const LineState& state, const TerminalNames& names, const
   }
   if (address.Failed() || version.Failed()) return "Die Antwort war nicht vollständig.";
   if (!address.readable || !version.readable) return "Die Antwort war nicht lesbar.";
-  const std::string said = ReadableText(version.text).substr(0, kLongestVersion);
+  const std::string said = ReadableText(version.text).substr(0, kLongestVersionText);
   if (state.Listens() == Listening::All) {
     return "Gewählt sind alle, und es wurde geantwortet, Version " + said + ".";
   }

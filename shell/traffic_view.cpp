@@ -23,7 +23,7 @@
 namespace kelvo {
 namespace {
 
-constexpr std::size_t kLargestFile = 100'000'000;
+constexpr std::size_t kLargestCapture = 100'000'000;
 constexpr char kFileFilter[] = "Text (txt) |*.txt";
 // The last entry of `cboVerkehrArt`, behind the kinds.
 constexpr int kFailures = -2;
@@ -270,7 +270,7 @@ void TrafficView::cmdVerkehrSpeichern_Click() {
 void TrafficView::cmdVerkehrOeffnen_Click() {
   const auto name = person_.OpenFile("Datenverkehr öffnen", kFileFilter);
   if (!name) return;
-  const auto text = ReadFile(*name, kLargestFile);
+  const auto text = ReadFile(*name, kLargestCapture);
   if (!text) {
     return person_.Message("Die Datei \"" + *name + "\" kann nicht gelesen werden.",
                            Icon::Exclamation);
