@@ -44,12 +44,13 @@ QString Joined(const SideBySide::Lines& lines) {
 
 SideBySide::SideBySide(QWidget* parent)
     : QWidget(parent),
+      base_(MakePane("txtImportStand", tr("Ge&meinsamer Stand:"))),
       here_(MakePane("txtImportHier", tr("&Hier:"))),
       there_(MakePane("txtImportDatei", tr("In der &Datei:"))),
-      result_(MakePane("txtImportErgebnis", tr("&Zusammengeführt:"))) {
+      result_(MakePane("txtImportErgebnis", tr("Zusamme&ngeführt:"))) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins({});
-  for (const Pane& pane : {here_, there_, result_}) row->addWidget(pane.whole, 1);
+  for (const Pane& pane : {base_, here_, there_, result_}) row->addWidget(pane.whole, 1);
   Follow(here_.text, there_.text);
   Follow(there_.text, here_.text);
 }
@@ -74,7 +75,8 @@ void SideBySide::Follow(QPlainTextEdit* leader, QPlainTextEdit* follower) {
           &QScrollBar::setValue);
 }
 
-void SideBySide::Show(const Lines& here, const Lines& there, const std::optional<Lines>& result) {
+void SideBySide::Show(const Lines& here, const Lines& there, const std::optional<Lines>& base,
+                      const std::optional<Lines>& result) {
   QStringList left;
   QStringList right;
   std::vector<int> different;
@@ -90,8 +92,13 @@ void SideBySide::Show(const Lines& here, const Lines& there, const std::optional
   const bool both = !here.empty() && !there.empty();
   Mark(*here_.text, both ? different : std::vector<int>());
   Mark(*there_.text, both ? different : std::vector<int>());
-  result_.whole->setVisible(result.has_value());
-  result_.text->setPlainText(result ? Joined(*result) : QString());
+  ShowIf(base_, base);
+  ShowIf(result_, result);
+}
+
+void SideBySide::ShowIf(const Pane& pane, const std::optional<Lines>& lines) {
+  pane.whole->setVisible(lines.has_value());
+  pane.text->setPlainText(lines ? Joined(*lines) : QString());
 }
 
 }  // namespace kelvo

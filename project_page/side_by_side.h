@@ -9,8 +9,8 @@ class QPlainTextEdit;
 
 namespace kelvo {
 
-/// Two texts side by side, line by line; what differs stands out. A third one may stand beside
-/// them.
+/// Two texts side by side, line by line; what differs stands out. Beside them may stand what both
+/// have come from, and what is made of them.
 class SideBySide : public QWidget {
   Q_OBJECT
 
@@ -19,7 +19,8 @@ class SideBySide : public QWidget {
 
   explicit SideBySide(QWidget* parent = nullptr);
 
-  void Show(const Lines& here, const Lines& there, const std::optional<Lines>& result);
+  void Show(const Lines& here, const Lines& there, const std::optional<Lines>& base = {},
+            const std::optional<Lines>& result = {});
 
  private:
   struct Pane {
@@ -29,6 +30,9 @@ class SideBySide : public QWidget {
   Pane MakePane(const char* name, const QString& caption);
   void Follow(QPlainTextEdit* leader, QPlainTextEdit* follower);
 
+  static void ShowIf(const Pane& pane, const std::optional<Lines>& lines);
+
+  Pane base_;
   Pane here_;
   Pane there_;
   Pane result_;
