@@ -39,6 +39,7 @@ TerminalsDialog::TerminalsDialog(const Names& names, Words words, Operator& pers
   MakeLayout();
   ConnectButtons();
   SetRunning(false);
+  KeepPlace(this);
 }
 
 void TerminalsDialog::MakeLayout() {

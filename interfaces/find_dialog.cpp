@@ -12,6 +12,7 @@
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 FindDialog::FindDialog(Services services, QWidget* parent)
@@ -43,6 +44,7 @@ FindDialog::FindDialog(Services services, QWidget* parent)
   auto* close = MakeButton("cmdSuchenSchliessen", tr("Schließen"));
   close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
+  KeepPlace(this);
   page->addLayout(ButtonRow({close}));
   resize(fontMetrics().averageCharWidth() * 80, fontMetrics().lineSpacing() * 26);
 }

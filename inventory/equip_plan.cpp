@@ -65,7 +65,7 @@ std::string Order(const EquipJob& job) {
 std::string StepText(const EquipJob& job, std::size_t step) {
   if (step >= job.equipment.items.size()) return "Einstellungen und Konfiguration";
   const Item& item = job.equipment.items[step];
-  return ItemText(item.key) + (item.name.empty() ? "" : " \"" + item.name + "\"");
+  return ItemText(item.key) + (item.name.empty() ? "" : " „" + item.name + "“");
 }
 
 std::string TargetText(const EquipTarget& target) {
@@ -97,7 +97,7 @@ std::string OutlookText(Outlook outlook, const Item& item, const Inventory* ther
       return "nicht bekannt";
   }
   const Item& held = there->At(item.key)->item;
-  return "überschreibt " + ItemText(held.key) + (held.name.empty() ? "" : " \"" + held.name + "\"");
+  return "überschreibt " + ItemText(held.key) + (held.name.empty() ? "" : " „" + held.name + "“");
 }
 
 TargetPlan PlanFor(const EquipJob& job, const TargetView& view) {

@@ -97,7 +97,7 @@ std::string ByHand(const EquipJob& job) {
               ? "  - Nach einem Neustart gelten die gespeicherten Einstellungen, auch die der "
                 "Schnittstelle; der Neustart wurde nicht gesendet.\n"
               : "  - Einstellungen (Auflösung, Schnittstellen, Cursor, Text, Tastaturen) sind von "
-                "Hand zu setzen und mit \"Konfiguration speichern\" zu sichern.\n";
+                "Hand zu setzen und mit „Konfiguration speichern“ zu sichern.\n";
   return text;
 }
 

@@ -38,7 +38,7 @@ int Rank(const ItemKey& key) {
 }
 
 std::string Named(const Item& item) {
-  return ItemText(item.key) + (item.name.empty() ? "" : " \"" + item.name + "\"");
+  return ItemText(item.key) + (item.name.empty() ? "" : " „" + item.name + "“");
 }
 
 std::string DoubtSentence(const ItemKey& key, const Doubt& doubt) {
@@ -70,7 +70,7 @@ void TakeConfig(Equipment& equipment, const Item& item) {
       equipment.settings.empty()
           ? "Konfiguration: Das Terminal hat seine damaligen Einstellungen gespeichert; welche das "
             "waren, ist nicht bekannt. Sie sind am neuen Terminal von Hand einzustellen und mit "
-            "\"Konfiguration speichern\" zu sichern."
+            "„Konfiguration speichern“ zu sichern."
           : "Konfiguration: Übertragen werden die Einstellungen, die von hier gesendet wurden, "
             "bevor "
             "das Terminal sie gespeichert hat (" +
@@ -191,7 +191,7 @@ Equipment EquipmentOf(const std::vector<StoredRecord>& records, std::string orig
     if (item) {
       equipment.items.push_back(*std::move(item));
     } else {
-      equipment.missing.push_back("\"" + record.name + "\" " + why + ".");
+      equipment.missing.push_back("„" + record.name + "“ " + why + ".");
     }
   }
   SortForWriting(equipment.items);

@@ -47,6 +47,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   connect(&services_.desk, &WriteDesk::Finished, this, [this] {
     if (isVisible() && !reading_) Compare();
   });
+  KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38});
 }

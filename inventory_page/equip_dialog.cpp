@@ -31,6 +31,7 @@ EquipDialog::EquipDialog(EquipServices services, QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->addWidget(pages_, 1);
   column->addLayout(buttons);
+  KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 36});
   OnSend(cmdAusstatten, this, services_.person, &EquipDialog::cmdAusstatten_Click);

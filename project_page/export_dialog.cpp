@@ -82,6 +82,7 @@ ExportDialog::ExportDialog(ProjectServices services, QWidget* parent)
   column->addWidget(ctlExport, 1);
   column->addWidget(lblExport);
   column->addLayout(MakeButtons());
+  KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 95, fontMetrics().lineSpacing() * 32});
 }

@@ -64,6 +64,7 @@ ImportDialog::ImportDialog(ProjectServices services, QWidget* parent)
   column->addLayout(MakeExtras());
   column->addWidget(lblImport);
   column->addLayout(MakeButtons());
+  KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 40});
 }
@@ -155,7 +156,7 @@ QLayout* ImportDialog::MakeExtras() {
 QLayout* ImportDialog::MakeButtons() {
   cmdImportAusfuehren = MakeButton("cmdImportAusfuehren", tr("&Importieren"),
                                    tr("Ändert alles auf einmal; „Rückgängig“ nimmt es zurück."));
-  auto* const close = MakeButton("cmdImportSchliessen", tr("Schl&ießen"));
+  auto* const close = MakeButton("cmdImportSchliessen", tr("Schli&eßen"));
   // A Return in the name's field does not import.
   for (QPushButton* const button : findChildren<QPushButton*>()) button->setAutoDefault(false);
   for (QPushButton* const button : {cmdImportAusfuehren, close}) button->setAutoDefault(false);
@@ -247,11 +248,13 @@ void ImportDialog::ShowCurrent() {
   const bool named = item != nullptr && item->MayBeBeside() && RowOf(item->kind).name.has_value();
   txtImportName->setEnabled(named);
   txtImportName->setText(named ? QString::fromStdString(item->besideName) : QString());
-  if (item == nullptr) return sides_->Show({}, {}, {});
+  if (item == nullptr) return sides_->Show({}, {});
+  std::optional<SideBySide::Lines> base;
+  if (item->base && item->finding != Finding::Equal) base = LinesOf(&*item->base);
   std::optional<SideBySide::Lines> result;
   if (item->finding == Finding::Merged) result = LinesOf(&*item->result);
   sides_->Show(LinesOf(item->here ? &item->here->record : nullptr),
-               LinesOf(item->there ? &*item->there : nullptr), result);
+               LinesOf(item->there ? &*item->there : nullptr), base, result);
 }
 
 QString ImportDialog::CountsText() const {

@@ -50,6 +50,7 @@ SheetDialog::SheetDialog(Services services, QWidget* parent)
   page->addLayout(columns, 1);
   page->addLayout(MakeButtons());
   ConnectControls();
+  KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 42});
 }

@@ -11,6 +11,7 @@
 #include "shell/live_world.h"
 #include "shell/splash.h"
 #include "store/data_folder.h"
+#include "widgets/indicator_style.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ std::unique_ptr<kelvo::frmhaupt> MakeMainWindow(kelvo::LiveWorld& world) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  QApplication::setStyle(new kelvo::IndicatorStyle);
   QApplication::setApplicationName(QStringLiteral("kelvo"));
   QApplication::setApplicationDisplayName(QStringLiteral("kelvo"));
   QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));

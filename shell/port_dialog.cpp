@@ -11,6 +11,7 @@
 #include "store/program_data.h"
 #include "widgets/form.h"
 #include "widgets/texts.h"
+#include "widgets/window_size.h"
 
 namespace kelvo {
 namespace {
@@ -24,11 +25,12 @@ PortDialog::PortDialog(const Outside& outside, Recordset& ports, Describer descr
     : QDialog(parent), outside_(outside), ports_(ports), describe_(std::move(describe)) {
   Named(this, "frmAnschluesse");
   setWindowTitle(tr("Anschlüsse"));
+  KeepPlace(this);
   auto* grid = new QGridLayout(this);
   auto* text = new QLabel(
       tr("Welches Gerät steht hinter welchem Anschluss? Die Liste zeigt die Schnittstellen, die "
          "dieser "
-         "Rechner jetzt hat. Ein Name ohne \"/\" am Anfang liegt im Ordner der Datenbank."));
+         "Rechner jetzt hat. Ein Name ohne „/“ am Anfang liegt im Ordner der Datenbank."));
   text->setWordWrap(true);
   grid->addWidget(text, 0, 0, 1, 3);
   const int em = fontMetrics().averageCharWidth();

@@ -50,12 +50,12 @@ std::string DraftWords(const std::vector<std::vector<std::string>>& names) {
   for (std::size_t page = 0; page < names.size() && page < kPages.size(); ++page) {
     for (const std::string& name : names[page]) {
       if (name == kNewRecordName) continue;
-      Join(words, "\"" + name + "\"" + (IsNewRecordName(name) ? kPages[page] : ""));
+      Join(words, "„" + name + "“" + (IsNewRecordName(name) ? kPages[page] : ""));
     }
     const auto unnamed = std::count(names[page].begin(), names[page].end(), kNewRecordName);
     if (unnamed == 0) continue;
-    Join(words, (unnamed > 1 ? std::to_string(unnamed) + " x " : std::string()) + "\"" +
-                    kNewRecordName + "\"" + kPages[page]);
+    Join(words, (unnamed > 1 ? std::to_string(unnamed) + " x " : std::string()) + "„" +
+                    kNewRecordName + "“" + kPages[page]);
   }
   return words;
 }

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
+#include <QRadioButton>
+
+#include "widgets/contrast.h"
 #include "widgets/display_picture.h"
+#include "widgets/indicator_style.h"
 
 namespace kelvo {
 namespace {
@@ -13,6 +18,33 @@ PixelMap Frame() {
     for (const int x : {0, 239}) pixels.Put(x, y, Ink::Set);
   }
   return pixels;
+}
+
+// The best that any of its points is told from the ground.
+double BestContrast(QAbstractButton& button, QStyle& style, const QColor& ground) {
+  button.setStyle(&style);
+  button.setPalette(QPalette(ground));
+  button.resize(button.sizeHint());
+  const QImage seen = button.grab().toImage();
+  double best = 1;
+  for (int y = 0; y < seen.height(); ++y) {
+    for (int x = 0; x < seen.width(); ++x) {
+      best = std::max(best, Contrast(seen.pixelColor(x, y), ground));
+    }
+  }
+  return best;
+}
+
+TEST(IndicatorStyle, EmptyBoxesAreSeenOnADarkGround) {
+  IndicatorStyle style(QStringLiteral("fusion"));
+  for (const bool enabled : {true, false}) {
+    QCheckBox box;
+    QRadioButton radio;
+    for (QAbstractButton* const button : std::initializer_list<QAbstractButton*>{&box, &radio}) {
+      button->setEnabled(enabled);
+      EXPECT_GE(BestContrast(*button, style, QColor(40, 40, 40)), enabled ? 3 : 2);
+    }
+  }
 }
 
 // They are beside the widget's frame, not under it.

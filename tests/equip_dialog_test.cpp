@@ -75,7 +75,7 @@ class EquipDialogTest : public PageTest {
 };
 
 TEST_F(EquipDialogTest, ShowsThePlanReadsAndWritesOnlyAfterAQuestion) {
-  EXPECT_NE(Plan().find("Makro 7 \"Begrüßung\", Makro 0."), std::string::npos) << Plan();
+  EXPECT_NE(Plan().find("Makro 7 „Begrüßung“, Makro 0."), std::string::npos) << Plan();
   EXPECT_NE(Plan().find("Tor, Adresse 6"), std::string::npos);
   EXPECT_TRUE(port.written.empty());
   Click("cmdAusstattenLesen");

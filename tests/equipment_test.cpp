@@ -27,7 +27,7 @@ TEST(Equipment, OfRecordsThatCannotBeWrittenTheReasonIsTold) {
   EXPECT_EQ(equipment.missing.size(), 4U);
   ASSERT_EQ(Conflicts(equipment.items).size(), 1U);
   EXPECT_EQ(Conflicts(equipment.items)[0].text,
-            "Matrix-Tabelle 3 \"M\" und AT-Tabelle 3 \"A\" haben denselben Platz im Terminal.");
+            "Matrix-Tabelle 3 „M“ und AT-Tabelle 3 „A“ haben denselben Platz im Terminal.");
 }
 
 }  // namespace

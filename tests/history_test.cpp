@@ -137,7 +137,7 @@ TEST_F(HistoryTest, DraftsWithoutANameAreToldByTheirPage) {
   Q_EMIT Find<QLineEdit>("txtTastMatrix_0").textEdited({});
   window->close();
   EXPECT_EQ(person.questions.at(0),
-            "Nicht gespeicherte Änderungen: 2 x \"(neuer Name)\" der Makros, \"(neuer Name)\" der "
+            "Nicht gespeicherte Änderungen: 2 x „(neuer Name)“ der Makros, „(neuer Name)“ der "
             "Matrix-Tastatur.");
 }
 

@@ -16,7 +16,7 @@ TEST_F(KeptDraftsTest, ClosingAsksWhenThereAreDrafts) {
   Type("txtMakro", "Entwurf");
   window->close();
   EXPECT_TRUE(window->isVisible());
-  EXPECT_EQ(person.questions.at(0), "Nicht gespeicherte Änderungen: \"Begrüßung\".");
+  EXPECT_EQ(person.questions.at(0), "Nicht gespeicherte Änderungen: „Begrüßung“.");
   Click("cmdMakroVerwerfen");
   EXPECT_TRUE(Editor("txtMakro").starts_with("\x1bGC"));
   window->close();

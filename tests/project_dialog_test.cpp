@@ -130,10 +130,32 @@ TEST_F(ProjectDialogTest, ATypedNameTakesARecordBesideAndTheCommonStateDecidesTh
                              "„Begrüßung“ gibt es "
                              "hier schon."))
       << Text("lblImport");
+  EXPECT_FALSE(Find("txtImportStand").isVisible());
   Click("cmdImportStand");
   EXPECT_EQ(Rows().front(), "Rahmen: nur hier geändert: bleibt, wie es hier ist");
+  EXPECT_TRUE(Find("txtImportStand").isVisible());
+  EXPECT_EQ(Find<QPlainTextEdit>("txtImportStand").toPlainText(),
+            Find<QPlainTextEdit>("txtImportDatei").toPlainText());
   EXPECT_EQ(person.dialogs.back(), "open|Gemeinsamer Stand|kelvo-Projekt |*.kelvo");
   EXPECT_FALSE(Find("cmdImportAusfuehren").isEnabled()) << "there is nothing to do";
+}
+
+TEST_F(ProjectDialogTest, ADialogThatIsShownAgainIsWhereItWasBesideItsOwner) {
+  Start();
+  Export();
+  Trigger("mnuDateiImportieren");
+  QWidget& dialog = Find("frmImport");
+  dialog.resize(500, 400);
+  dialog.move(120, 90);
+  const QPoint place = dialog.geometry().topLeft();
+  Click("cmdImportSchliessen");
+  Trigger("mnuDateiImportieren");
+  EXPECT_EQ(dialog.geometry().topLeft(), place);
+  Click("cmdImportSchliessen");
+  const QPoint before = Root().geometry().topLeft();
+  Root().move(Root().pos() + QPoint(30, 20));
+  Trigger("mnuDateiImportieren");
+  EXPECT_EQ(dialog.geometry().topLeft(), place + Root().geometry().topLeft() - before);
 }
 
 TEST_F(ProjectDialogTest, AnotherProgramThatComesFirstIsShownInsteadOfOverwritten) {

@@ -9,8 +9,7 @@ namespace kelvo {
 namespace {
 
 constexpr double kReadable = 4.5;
-constexpr double kTold = 4.0;  // of a colour that only adds to what its words say
-constexpr int kDark = 128;     // lightness
+constexpr int kDark = 128;  // lightness
 constexpr int kSteps = 20;
 
 double Linear(double part) {
@@ -66,7 +65,7 @@ QColor ReadableOn(const QColor& ground, const QColor& colour) {
   if (!IsDark(ground)) return colour;
   for (int step = kSteps; step > 0; --step) {
     const QColor mixed = Mixed(colour, Qt::white, static_cast<float>(step) / kSteps);
-    if (Contrast(mixed, ground) >= kTold) return mixed;
+    if (Contrast(mixed, ground) >= kReadable) return mixed;
   }
   return Qt::white;
 }
