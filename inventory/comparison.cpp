@@ -127,6 +127,8 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
     rows.push_back(ReadRow(terminal, question, readings, settings));
     if (question.query == CommandName::AskFreeBytes) {
       TakeKnownRoom(rows.back(), inventory.FreeBytes());
+      const bool known = rows.back().readAt && !rows.back().silentAt;
+      if (known && inventory.FreeBytes().Changed()) rows.back().words = "seither geschrieben";
     }
   }
   for (const auto& [key, held] : inventory.Items()) {

@@ -125,8 +125,10 @@ void ReadRun::AskAll(const TerminalId& terminal, Result& result) {
   const WriteResult there = reach.Ask(terminal.address);
   if (!services_.exchange.Alive()) return;
   const bool answers = there.verdict == WriteVerdict::Proven;
-  (answers ? result.answered : result.silent).push_back(terminal.address);
-  if (!answers) return TakeSilence(terminal, there.verdict);
+  if (!answers) {
+    result.silent.push_back(terminal.address);
+    return TakeSilence(terminal, there.verdict);
+  }
   const auto keep = [&](CommandName query, const Reply& reply) {
     const auto reason =
         services_.readings.Add({services_.loop.WallClock(), terminal, query, reply.text});
@@ -135,7 +137,7 @@ void ReadRun::AskAll(const TerminalId& terminal, Result& result) {
   keep(Query::AskAddress, there.reply);
   for (const Question& question : kQuestions) {
     if (question.query == Query::AskAddress) continue;
-    if (!GoesOn()) break;
+    if (!GoesOn()) return result.partly.push_back(terminal.address);
     const Reply reply = services_.exchange.SendQuery(Command(question.query));
     if (!reply.Failed() && reply.readable) {
       keep(question.query, reply);
@@ -145,6 +147,8 @@ void ReadRun::AskAll(const TerminalId& terminal, Result& result) {
           {services_.loop.WallClock(), reply.readable ? kNoAnswer : FailureWords(reply)});
     }
   }
+  auto& reached = services_.exchange.Alive() ? result.answered : result.partly;
+  reached.push_back(terminal.address);
 }
 
 // None of its questions has an answer.

@@ -90,6 +90,7 @@ class ReadRun {
   using Listener = std::function<void(int address)>;
   struct Result {
     std::vector<int> answered;
+    std::vector<int> partly;  ///< answer, but were not asked everything
     std::vector<int> silent;  ///< nobody, or somebody else, answers there
     bool complete = false;
     bool lost = false;                   ///< the line, before all were asked

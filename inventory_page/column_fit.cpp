@@ -9,7 +9,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int kWidest = 34;  // characters
+constexpr int kLong = 34;  // characters
 
 }  // namespace
 
@@ -17,9 +17,11 @@ ColumnFit::ColumnFit(QTableView* table, std::vector<int> yielding)
     : QObject(table), table_(*table), yielding_(std::move(yielding)) {
   table->horizontalHeader()->setStretchLastSection(true);
   table->viewport()->installEventFilter(this);
-  connect(table->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
-    if (!fitting_ && column != table_.model()->columnCount() - 1) set_ = true;
-  });
+  connect(table->horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int column, int before, int now) {
+            if (before == 0 || now == 0) return;  // it is hidden or shown
+            if (!fitting_ && column != table_.model()->columnCount() - 1) set_ = true;
+          });
 }
 
 bool ColumnFit::eventFilter(QObject* /*watched*/, QEvent* event) {
@@ -32,12 +34,13 @@ int ColumnFit::Least(int column) const {
 }
 
 int ColumnFit::Wanted(int column) const {
+  if (table_.isColumnHidden(column)) return 0;
   const QAbstractItemView& view = table_;  // there it can be asked for
-  const int character = table_.fontMetrics().averageCharWidth();
-  const int text = view.sizeHintForColumn(column) + character;
-  return std::max(Least(column), std::min(text, character * kWidest));
+  return std::max(Least(column),
+                  view.sizeHintForColumn(column) + table_.fontMetrics().averageCharWidth());
 }
 
+// First they yield what is long, then all but their titles.
 void ColumnFit::Fit() {
   if (set_ || fitting_) return;
   const QScopedValueRollback<bool> fitting(fitting_, true);
@@ -47,14 +50,19 @@ void ColumnFit::Fit() {
     widths.push_back(Wanted(column));
     over += widths.back();
   }
-  for (const int column : yielding_) {
-    int& width = widths[static_cast<std::size_t>(column)];
-    const int given = std::clamp(over, 0, std::max(0, width - Least(column)));
-    width -= given;
-    over -= given;
+  for (const int kept : {table_.fontMetrics().averageCharWidth() * kLong, 0}) {
+    for (const int column : yielding_) {
+      int& width = widths[static_cast<std::size_t>(column)];
+      const int given = std::clamp(over, 0, std::max(0, width - std::max(kept, Least(column))));
+      width -= given;
+      over -= given;
+    }
   }
   int column = 0;
-  for (const int width : widths) table_.setColumnWidth(column++, width);
+  for (const int width : widths) {
+    if (width > 0) table_.setColumnWidth(column, width);
+    ++column;
+  }
 }
 
 }  // namespace kelvo

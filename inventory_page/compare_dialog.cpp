@@ -7,12 +7,16 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "inventory/terminal_name.h"
+#include "inventory_page/column_fit.h"
+#include "inventory_page/comparison_words.h"
 #include "inventory_page/write_desk.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
@@ -24,7 +28,6 @@ namespace kelvo {
 namespace {
 
 constexpr char kTextFilter[] = "Text (txt) |*.txt";
-constexpr int kWidestName = 45;  // characters
 
 }  // namespace
 
@@ -44,9 +47,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   lblVergleich->setWordWrap(true);
   column->addWidget(lblVergleich);
   column->addLayout(MakeButtons());
-  connect(&services_.desk, &WriteDesk::Finished, this, [this] {
-    if (isVisible() && !reading_) Compare();
-  });
+  connect(&services_.desk, &WriteDesk::Finished, this, &CompareDialog::Follow);
   KeepPlace(this);
   ResizeWithinScreen(this,
                      {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38});
@@ -63,8 +64,10 @@ QLayout* CompareDialog::MakeChoice() {
   row->addSpacing(fontMetrics().averageCharWidth() * 3);
   row->addWidget(chkVergleichUnterschiede);
   row->addStretch();
-  connect(cboVergleichTerminal, &QComboBox::activated, this,
-          [this] { Guarded(services_.person, "cboVergleichTerminal", [this] { Compare(); }); });
+  connect(cboVergleichTerminal, &QComboBox::activated, this, [this] {
+    said_.clear();  // that was of others
+    Guarded(services_.person, "cboVergleichTerminal", [this] { Compare(); });
+  });
   connect(chkVergleichUnterschiede, &QCheckBox::toggled, this, [this](bool only) {
     filtered_.setFilterFixedString(only ? QStringLiteral("≠") : QString());
   });
@@ -83,12 +86,9 @@ void CompareDialog::MakeTable() {
   ctlVergleich->setAlternatingRowColors(true);
   ctlVergleich->verticalHeader()->hide();
   ctlVergleich->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  ctlVergleich->horizontalHeader()->setStretchLastSection(true);
-  const int character = fontMetrics().averageCharWidth();
-  int column = 0;
-  for (const int width : {22, 26, 30, 36, 16}) {
-    ctlVergleich->setColumnWidth(column++, character * width);
-  }
+  columns_ = new ColumnFit(
+      ctlVergleich, {ComparisonModel::Read, ComparisonModel::Written, ComparisonModel::Record,
+                     ComparisonModel::Terminal, ComparisonModel::Result});
 }
 
 QLayout* CompareDialog::MakeButtons() {
@@ -130,6 +130,7 @@ QLayout* CompareDialog::MakeButtons() {
 
 void CompareDialog::Present() {
   if (!reading_) {
+    said_.clear();
     FillChoice();
     Compare();
   }
@@ -158,6 +159,29 @@ void CompareDialog::FillChoice() {
   cboVergleichTerminal->setCurrentIndex(std::max(chosen, 0));
 }
 
+// Much may change at once.
+void CompareDialog::Follow() {
+  if (!isVisible() || reading_ || std::exchange(follows_, true)) return;
+  QMetaObject::invokeMethod(this, &CompareDialog::FollowNow, Qt::QueuedConnection);
+}
+
+// What is chosen and seen of the table stays.
+void CompareDialog::FollowNow() {
+  follows_ = false;
+  if (!isVisible() || reading_) return;
+  const int row = ctlVergleich->currentIndex().row();
+  const int seen = ctlVergleich->verticalScrollBar()->value();
+  Guarded(services_.person, "frmVergleich", [this] { Compare(); });
+  if (row >= 0) ctlVergleich->selectRow(std::min(row, filtered_.rowCount() - 1));
+  ctlVergleich->verticalScrollBar()->setValue(seen);
+}
+
+// What another program has done meanwhile is seen when the operator comes back.
+void CompareDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) Follow();
+}
+
 std::vector<int> CompareDialog::Chosen() const {
   const QVariant address = cboVergleichTerminal->currentData();
   return address.isValid() ? std::vector<int>{address.toInt()} : services_.addresses();
@@ -178,40 +202,17 @@ void CompareDialog::Compare() {
   model_.Show(std::move(rows), services_.nameOf);
   ctlVergleich->setColumnHidden(ComparisonModel::Terminal,
                                 cboVergleichTerminal->currentData().isValid());
-  ctlVergleich->resizeColumnToContents(ComparisonModel::Terminal);
-  const int widest = fontMetrics().averageCharWidth() * kWidestName;
-  ctlVergleich->setColumnWidth(
-      ComparisonModel::Terminal,
-      std::min(ctlVergleich->columnWidth(ComparisonModel::Terminal), widest));
+  columns_->Fit();
   ShowSummary();
 }
 
-void CompareDialog::ShowSummary(const QString& reading) {
+void CompareDialog::ShowSummary() {
   const auto& rows = model_.Rows();
-  const auto different = std::count_if(rows.begin(), rows.end(), [](const ComparisonRow& row) {
-    return row.compared == Compared::Different;
-  });
-  const auto writable = std::count_if(rows.begin(), rows.end(), [](const ComparisonRow& row) {
-    return row.compared == Compared::Different && (row.order || row.offer);
-  });
-  const auto offered = std::count_if(rows.begin(), rows.end(),
-                                     [](const auto& row) { return row.offer.has_value(); });
-  cmdVergleichSchreiben->setEnabled((writable > 0 || offered > 0) && !reading_);
-  const bool anyRead =
-      std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.readAt.has_value(); });
-  const QString counted =
-      different > 0 || anyRead
-          ? (different == 1 ? tr("1 Unterschied, ") : tr("%1 Unterschiede, ").arg(different)) +
-                tr("davon %1 mit „Geändertes schreiben …“ zu beheben.").arg(writable)
-      : reading.isEmpty() ? tr("Nichts gelesen, kein Unterschied bekannt.")
-                          : tr("Kein Unterschied bekannt.");
-  const QString unticked =
-      offered == 0 ? QString()
-                   : tr(" Was dem Terminal fehlt, oder vielleicht fehlt (%1), bietet der Knopf nur "
-                        "an: Angekreuzt ist es dort nicht.")
-                         .arg(offered);
+  const bool writable =
+      std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row.order || row.offer; });
+  cmdVergleichSchreiben->setEnabled(writable && !reading_);
   lblVergleich->setText(
-      (reading.isEmpty() ? QString() : reading + u' ') + counted + unticked +
+      (said_.isEmpty() ? QString() : said_ + u' ') + DifferenceWords(rows) +
       tr(" „gleich“ heißt: wie zuletzt von hier geschrieben; was ein EEPROM enthält, lässt sich "
          "nicht zurücklesen."));
 }
@@ -236,27 +237,13 @@ void CompareDialog::cmdVergleichLesen_Click() {
   cmdVergleichLesen->setEnabled(true);
   if (focused && focusWidget() == ctlVergleich) cmdVergleichLesen->setFocus();
   cmdVergleichAbbrechen->setEnabled(false);
+  said_ = ReadWords(result, addresses, [this](int address) { return NameOf(address); });
   Compare();
-  ShowSummary(ReadText(result));
+  Q_EMIT Finished(said_, !result.complete || result.answered.empty());
   if (closing_) reject();
 }
 
 void CompareDialog::cmdVergleichAbbrechen_Click() { run_.Stop(); }
-
-QString CompareDialog::ReadText(const ReadRun::Result& result) const {
-  QStringList silent;
-  for (const int address : result.silent) silent << NameOf(address);
-  QString text = tr("%1 gelesen, %2 ohne Antwort").arg(result.answered.size()).arg(silent.size());
-  if (!silent.isEmpty()) text += tr(" (%1)").arg(silent.join(QStringLiteral("; ")));
-  text += result.complete ? tr(".")
-          : result.lost   ? tr("; die Verbindung ging dabei verloren.")
-                          : tr(", abgebrochen.");
-  if (result.notKept) {
-    text += tr(" Die Antworten konnten nicht aufbewahrt werden: %1.")
-                .arg(QString::fromStdString(*result.notKept));
-  }
-  return text;
-}
 
 // Each order is a row of the dialog that writes: there it is named, and may be left out. What is
 // only offered stands behind what has changed.
@@ -285,7 +272,9 @@ void CompareDialog::cmdVergleichSpeichern_Click() {
   if (!name) return;
   const auto reason = WriteFile(*name, Report().toStdString());
   if (!reason) {
-    return lblVergleich->setText(tr("Der Vergleich ist gespeichert: %1").arg(Text(*name)));
+    said_ = tr("Der Vergleich ist gespeichert: %1.").arg(Text(*name));
+    Q_EMIT Finished(said_, false);
+    return ShowSummary();
   }
   throw std::runtime_error("Die Datei \"" + *name + "\" kann nicht geschrieben werden: " + *reason);
 }

@@ -20,6 +20,7 @@ class QTableView;
 
 namespace kelvo {
 
+class ColumnFit;
 class WriteDesk;
 
 /// What Terminals have told, what was written into them and what the database has, side by side.
@@ -47,6 +48,15 @@ class CompareDialog : public QDialog {
   /// Compares anew and shows the dialog.
   void Present();
   void reject() override;
+  /// Something has happened that it may tell of: compares anew while it is seen.
+  void Follow();
+
+ Q_SIGNALS:
+  /// A reading, or a file, is done.
+  void Finished(const QString& what, bool failed);
+
+ protected:
+  void changeEvent(QEvent* event) override;
 
  private:
   QLayout* MakeChoice();
@@ -55,9 +65,9 @@ class CompareDialog : public QDialog {
   void FillChoice();
   std::vector<int> Chosen() const;
   void Compare();
-  void ShowSummary(const QString& reading = {});
+  void FollowNow();
+  void ShowSummary();
   QString NameOf(int address) const;
-  QString ReadText(const ReadRun::Result& result) const;
   QString Report() const;
 
   void cmdVergleichLesen_Click();
@@ -73,9 +83,12 @@ class CompareDialog : public QDialog {
   QSortFilterProxyModel filtered_;
   bool reading_ = false;
   bool closing_ = false;
+  bool follows_ = false;  // it compares anew as soon as it can
+  QString said_;          // what came of what was done here last
   QComboBox* cboVergleichTerminal;
   QCheckBox* chkVergleichUnterschiede;
   QTableView* ctlVergleich;
+  ColumnFit* columns_;
   QLabel* lblVergleich;
   QPushButton* cmdVergleichLesen;
   QPushButton* cmdVergleichAbbrechen;

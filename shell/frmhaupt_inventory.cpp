@@ -121,6 +121,7 @@ void frmhaupt::ShowInventoryNow() {
   inventory_->Refresh();
   ShowFreeBytes();
   writeDesk_->NoteChange();
+  if (compare_ != nullptr) compare_->Follow();
   for (NumberNote* const note : {&macros_->Note(), &matrix_->Note(), &at_->Note()}) {
     note->Refresh();
   }
@@ -181,11 +182,14 @@ void frmhaupt::mnuAnsichtVergleich_Click() {
         {exchange_, outside_.loop, outside_.person, journal_,
          outside_.folders.data + "/" + kReadingsFile, *writeDesk_,
          [this] { return StoredRecords(data_.database); }, addresses,
-         [this](int address) { return head_->NameOf(address); }, [this] { return OpenDevice(); },
+         [this](int address) { return head_->NameOf(address); }, [this] { return UsedDevice(); },
          [this](const TerminalId& terminal) -> const Settings& {
            return recorder_.SetOn(terminal);
          }},
         this);
+    connect(compare_, &CompareDialog::Finished, this, [this](const QString& what, bool failed) {
+      chronicle_.Note(what.toStdString(), failed);
+    });
   }
   compare_->Present();
 }

@@ -3,6 +3,7 @@
 
 #include "base/val.h"
 #include "help/help_desk.h"
+#include "inventory_page/compare_dialog.h"
 #include "inventory_page/inventory_view.h"
 #include "inventory_page/write_desk.h"
 #include "link/addresses.h"
@@ -101,6 +102,7 @@ void frmhaupt::MakeHistory() {
   chronicle_.SetListener([this](const Chronicle::Line& line) {
     statusDisplay_->ShowResult(HistoryWords(line), line.weight);
     history_->Refresh();
+    if (compare_ != nullptr) compare_->Follow();
   });
   FollowBus();
 }

@@ -104,6 +104,8 @@ TEST_F(ComparisonTest, TheFreeBytesAreTheOnesReadLastWhereverThatWas) {
   EXPECT_EQ(read(), "!") << "it was silent since";
   readings.Add({at(4), Tor, CommandName::AskFreeBytes, "8000"});
   EXPECT_EQ(read(), "8000");
+  Written({{ItemKind::Macro, 1}, WriteMakro(1, "neu").Text(), "Pumpe"});
+  EXPECT_EQ(read(), "8000seither geschrieben");
 }
 
 // Where it was read after it was sent.

@@ -45,6 +45,17 @@ class WriteDeskTest : public WindowTest {
     return (item.checkState(0) == Qt::Checked ? "*" : "") + item.text(3).toStdString();
   }
 
+  /// What the comparison says of something; "-" where it has no row.
+  std::string Compared(const char* what) {
+    QApplication::processEvents();
+    const QAbstractItemModel& table = *Find<QTableView>("ctlVergleich").model();
+    for (int i = 0; i < table.rowCount(); ++i) {
+      if (table.index(i, 1).data() != what) continue;
+      return table.index(i, 5).data().toString().toStdString();
+    }
+    return "-";
+  }
+
   // The rows that the filter leaves, with the titles above them.
   void CopiedAndSavedIsWhatIsShown(const QAbstractItemModel& table) {
     for (const bool differing : {false, true}) {
@@ -59,7 +70,8 @@ class WriteDeskTest : public WindowTest {
       person.file = folder.Path("vergleich.txt");
       Click("cmdVergleichSpeichern");
       EXPECT_EQ(kelvo::ReadFile(*person.file, 100'000), copied.toStdString());
-      EXPECT_EQ(Text("lblVergleich"), "Der Vergleich ist gespeichert: " + *person.file);
+      EXPECT_TRUE(Text("lblVergleich")
+                      .starts_with("Der Vergleich ist gespeichert: " + *person.file + ". "));
     }
     person.file = folder.Path("missing/vergleich.txt");
     Click("cmdVergleichSpeichern");
@@ -254,18 +266,13 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   Trigger("mnuAnsichtVergleich");
   EXPECT_EQ(Written(), "");
   auto& table = *Find<QTableView>("ctlVergleich").model();
-  const auto row = [&table](const QString& what) -> std::string {
-    for (int i = 0; i < table.rowCount(); ++i) {
-      if (table.index(i, 1).data() != what) continue;
-      return table.index(i, 5).data().toString().toStdString();
-    }
-    return "-";
-  };
+  const auto row = [this](const char* what) { return Compared(what); };
   EXPECT_EQ(row("Makro 5"), "≠ geändert");
   EXPECT_EQ(row("Version"), "hier nicht gelesen");
-  EXPECT_TRUE(Text("lblVergleich").starts_with("1 Unterschied, davon 1 mit"));
-  EXPECT_NE(Text("lblVergleich").find("vielleicht fehlt (2), bietet der Knopf nur an"),
-            std::string::npos)
+  EXPECT_TRUE(Text("lblVergleich")
+                  .starts_with("1 Unterschied. „Geändertes schreiben …“ bietet an: 1 geänderten "
+                               "Satz (angekreuzt), 2 "
+                               "vielleicht fehlende Sätze. „gleich“"))
       << Text("lblVergleich");
   Find<QCheckBox>("chkVergleichUnterschiede").setChecked(true);
   EXPECT_EQ(row("Version"), "-");
@@ -289,7 +296,8 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   Click("cmdVergleichLesen");
   EXPECT_EQ(Find("frmVergleich").focusWidget(), &Find("cmdVergleichLesen"));
   EXPECT_TRUE(row("Version").starts_with("keine Antwort (")) << row("Version");
-  EXPECT_TRUE(Text("lblVergleich").starts_with("0 gelesen, 1 ohne Antwort (Pult, Adresse 7)."));
+  EXPECT_TRUE(
+      Text("lblVergleich").starts_with("Kein Terminal gelesen, 1 ohne Antwort (Pult, Adresse 7)."));
   line.bus.At(1).SetFault(sim::Fault::None);
   CopiedAndSavedIsWhatIsShown(table);
   // Closed in the middle, the reading ends.
@@ -305,7 +313,30 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   Click("cmdVergleichLesen");
   EXPECT_TRUE(stoppable);
   EXPECT_FALSE(Find("cmdVergleichAbbrechen").isEnabled());
-  EXPECT_NE(Text("lblVergleich").find("; die Verbindung ging dabei verloren."), std::string::npos);
+  EXPECT_TRUE(Text("lblVergleich")
+                  .starts_with("Kein Terminal gelesen, 1 nur zum Teil (Pult, Adresse 7); die "
+                               "Verbindung ging dabei verloren."))
+      << Text("lblVergleich");
+}
+
+TEST_F(WriteDeskTest, AnOpenComparisonFollowsWhatHappensBehindIt) {
+  BeginOn(Tab::Macros);
+  Select(7);
+  Type("txtMakroNr", "5");
+  Trigger("mnuAnsichtVergleich");
+  EXPECT_EQ(Compared("Makro 5"), "-");
+  Click("cmdSetMakro");
+  EXPECT_EQ(Compared("Makro 5"), "= gleich");
+  Find<QPlainTextEdit>("txtMakro").setPlainText(QStringLiteral("neuer Text"));
+  person.inputs = {std::string("Begrüßung")};
+  person.answers = {true};
+  Click("cmdToolbar_8");
+  EXPECT_EQ(Compared("Makro 5"), "≠ geändert");
+  Show(Tab::Eeprom);
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  EXPECT_NE(Compared("Makro 5"), "≠ geändert");
+  EXPECT_EQ(Text("lblVergleich").find("geänderte"), std::string::npos) << Text("lblVergleich");
 }
 
 }  // namespace

@@ -191,7 +191,7 @@ void BusTour::Compare() {
   driver_.Click(QStringLiteral("cmdVergleichLesen"));
   album_.Shoot(dialog, "vergleichen");
   Expect(
-      driver_.Text(QStringLiteral("lblVergleich")).startsWith(QStringLiteral("1 gelesen, 0 ohne")),
+      driver_.Text(QStringLiteral("lblVergleich")).startsWith(QStringLiteral("1 Terminal gelesen.")),
       "one is read");
   Open("cmdVergleichSchreiben");
   album_.Shoot(driver_.Find(QStringLiteral("frmSchreiben")), "vergleichen-schreiben");
