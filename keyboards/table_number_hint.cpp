@@ -6,9 +6,22 @@
 
 #include "base/val.h"
 #include "inventory_page/write_desk.h"
+#include "link/chronicle.h"
 #include "widgets/wire_field.h"
 
 namespace kelvo {
+namespace {
+
+// At a low rate a table takes longer than is waited for it.
+QString FailedText(const Reply& reply) {
+  if (reply.kind == ReplyKind::Unfinished) {
+    return QObject::tr(": nur %1 Zeichen kamen rechtzeitig. Rate zu niedrig?")
+        .arg(reply.received.size());
+  }
+  return QStringLiteral(": ") + QString::fromStdString(FailureWords(reply));
+}
+
+}  // namespace
 
 void ShowTableNumberRange(WireField& field, QLabel& range) {
   const auto show = [&field, &range] {
@@ -30,7 +43,7 @@ void ShowReadTable(QPushButton& take, QLabel& words, const WriteDesk* desk, cons
   if (desk != nullptr) time += QStringLiteral(" ") + QString::fromStdString(desk->AnswersFrom());
   take.setEnabled(number.has_value());
   words.setText(number           ? QObject::tr("%1 gelesen: Tabelle %2").arg(time).arg(*number)
-                : reply.Failed() ? QObject::tr("%1: keine Antwort").arg(time)
+                : reply.Failed() ? time + FailedText(reply)
                                  : QObject::tr("%1 gelesen: keine Tabelle, die sich hier zeigen "
                                                "lässt")
                                        .arg(time));

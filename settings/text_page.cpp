@@ -172,6 +172,10 @@ void TextPage::cmdGetText_Click() {
   ShowPreview();
 }
 
+void TextPage::ForgetClosedPort(const QString& closed) {
+  if (zoomLack_.startsWith(closed)) ShowZoomState(tr("kein Zoom gelesen"));
+}
+
 // A zoom that is there needs no explanation.
 void TextPage::ShowZoomState(const QString& lack) {
   zoomLack_ = lack;

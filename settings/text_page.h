@@ -46,6 +46,8 @@ class TextPage : public QWidget, public Receiver {
   void Left() { left_ = true; }
   /// What the Terminal sent unasked.
   void Received(const std::string& characters) override;
+  /// There is a port again; `closed` are the words for none.
+  void ForgetClosedPort(const QString& closed);
   /// The command text of the text mode that the page shows.
   std::string TextModeCommand() const;
 

@@ -131,6 +131,7 @@ void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
 // That a field could not be read for want of a port is over when there is one.
 void frmhaupt::ForgetClosedPort() {
   const QString closed = QString::fromStdString(MarkWords({ReplyKind::PortClosed, {}}, exchange_));
+  text_->ForgetClosedPort(closed);
   for (QLabel* const label : findChildren<QLabel*>()) {
     auto* const mark = dynamic_cast<ReadMark*>(label);
     if (mark != nullptr && mark->text() == closed) mark->setText(tr("noch nicht gelesen"));

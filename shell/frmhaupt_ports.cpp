@@ -6,6 +6,7 @@
 #include "shell/port_dialog.h"
 #include "shell/port_return.h"
 #include "shell/simulator_desk.h"
+#include "shell/status_display.h"
 #include "shell/traffic_view.h"
 
 // What the main window does with ports, the simulator and what crosses the line.
@@ -68,6 +69,7 @@ bool frmhaupt::ReturnsByItself() const {
 
 void frmhaupt::com1_Returned() {
   if (!ReturnsByItself() || outside_.com1.IsOpen() || !interfaces_->OpenAgain()) return;
+  statusDisplay_->Forget();  // the loss, which weighs more
   chronicle_.Note(interfaces_->ChosenPort() + " ist wieder da und wieder offen.");
 }
 

@@ -25,6 +25,8 @@ class StatusDisplay : public QStatusBar {
   /// What has come of it; stays until something else is begun. Of what one deed of the operator's
   /// brings the weightiest stays.
   void ShowResult(const QString& text, Chronicle::Weight weight);
+  /// What is shown is over, however weighty: the next result stands in its place.
+  void Forget() { deed_ = 0; }
   /// Something was handed to the line: says so while the line does not take it.
   void WatchLine();
   /// A drawing was handed to the line: shows how far it has got, and can be stopped.

@@ -53,6 +53,16 @@ TEST_F(PortReturnTest, LostDeviceIsOpenedAgainAsItWasAndNothingIsSent) {
   EXPECT_FALSE(tmrReturn.Enabled());
 }
 
+TEST_F(PortReturnTest, TheReturnBehindADialogIsSaidInThePlaceOfTheLoss) {
+  Start();
+  const Undertakings::Running running(person.Begun());
+  const Undertakings::Resting resting(person.Begun());
+  Lose();
+  ready = true;
+  Later();
+  EXPECT_EQ(Text("lblAktivitaet"), "✓ Com 6 ist wieder da und wieder offen.");
+}
+
 TEST_F(PortReturnTest, OperatorDecidesOtherwise) {
   Start();
   Lose();
