@@ -1,5 +1,6 @@
 #include "bus/terminals_dialog.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -69,8 +70,18 @@ void TerminalsDialog::ConnectButtons() {
 
 // Window modal and not a wait of its own: what is sent runs in the handler of its button.
 void TerminalsDialog::Present() {
+  if (!isVisible()) {
+    openedFrom_ = QApplication::activeWindow();
+    list_->setFocus();
+  }
   open();
   raise();
+}
+
+// The desktop would go back to the owner, though another of its dialogs may have opened this one.
+void TerminalsDialog::done(int result) {
+  QDialog::done(result);
+  if (openedFrom_ != nullptr && openedFrom_->isVisible()) openedFrom_->activateWindow();
 }
 
 void TerminalsDialog::ShowState(int row, bool ticked, const std::string& state, QColor colour) {

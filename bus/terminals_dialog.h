@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ class TerminalsDialog : public QDialog {
   static QColor FailedColour();
 
   void reject() override;
+  void done(int result) override;
 
  Q_SIGNALS:
   /// A run is over: what came of it.
@@ -85,6 +87,7 @@ class TerminalsDialog : public QDialog {
   bool running_ = false;
   bool closing_ = false;
   int runs_ = 0;
+  QPointer<QWidget> openedFrom_;  ///< the window that was active
 
   TickList* list_;
   QLabel* moment_;

@@ -9,12 +9,14 @@
 #include <QVBoxLayout>
 
 #include "project/merge.h"
+#include "widgets/contrast.h"
 #include "widgets/form.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int kMarkStrength = 60;  // of 255, over the text's ground
+constexpr int kMarkOnDark = 130;
 
 QString LineOf(const SideBySide::Lines& lines, std::optional<std::size_t> line) {
   return line ? QString::fromStdString(lines[*line]) : QString();
@@ -22,7 +24,8 @@ QString LineOf(const SideBySide::Lines& lines, std::optional<std::size_t> line) 
 
 void Mark(QPlainTextEdit& text, const std::vector<int>& lines) {
   QColor colour = text.palette().color(QPalette::Highlight);
-  colour.setAlpha(kMarkStrength);
+  const bool dark = IsDark(text.palette().color(QPalette::Base));
+  colour.setAlpha(dark ? kMarkOnDark : kMarkStrength);
   QList<QTextEdit::ExtraSelection> marks;
   for (const int line : lines) {
     QTextEdit::ExtraSelection mark;

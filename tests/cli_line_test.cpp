@@ -130,7 +130,7 @@ TEST(CliWrite, AMacroOfAProjectThatCannotGoIsSaidAndHoldsAllBack) {
       {"Nummer": 300, "Bezeichnung": "hoch", "Inhalt": ["x"], "Unverändert": ["Nummer"]}]})");
   EXPECT_EQ(program.Run({"write", "--to", "3", project}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "a.kelvo: Makro „ohne“: „ohne“ hat keine Nummer"));
-  EXPECT_TRUE(Contains(program.err, "\"hoch\" hat die Nummer 300")) << program.err;
+  EXPECT_TRUE(Contains(program.err, "„hoch“ hat die Nummer 300")) << program.err;
   EXPECT_EQ(program.Run({"write", "--to", "3", project, "--record", "hoch"}), cli::SomethingFailed);
   EXPECT_TRUE(Contains(program.err, "die Nummer 300")) << program.err;
   EXPECT_EQ(program.Run({"check", project}), cli::SomethingFailed);

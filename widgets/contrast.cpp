@@ -9,7 +9,8 @@ namespace kelvo {
 namespace {
 
 constexpr double kReadable = 4.5;
-constexpr int kDark = 128;  // lightness
+constexpr double kColoured = 7.0;  // of thin letters in a colour on a dark ground
+constexpr int kDark = 128;         // lightness
 constexpr int kSteps = 20;
 
 double Linear(double part) {
@@ -65,7 +66,7 @@ QColor ReadableOn(const QColor& ground, const QColor& colour) {
   if (!IsDark(ground)) return colour;
   for (int step = kSteps; step > 0; --step) {
     const QColor mixed = Mixed(colour, Qt::white, static_cast<float>(step) / kSteps);
-    if (Contrast(mixed, ground) >= kReadable) return mixed;
+    if (Contrast(mixed, ground) >= kColoured) return mixed;
   }
   return Qt::white;
 }
