@@ -128,13 +128,16 @@ void frmhaupt::ShowHint(const QString& text) { statusBar()->showMessage(text, kH
 
 void frmhaupt::mnuAnsichtVerlauf_Click() { history_->Present(); }
 
-// That a field could not be read for want of a port is over when there is one.
+// That a field could not be read for want of a port, or of an answer behind the one before, is over
+// when there is one.
 void frmhaupt::ForgetClosedPort() {
   const QString closed = QString::fromStdString(MarkWords({ReplyKind::PortClosed, {}}, exchange_));
+  const QString silent = QString::fromStdString(FailureWords({ReplyKind::Silent, {}}));
   text_->ForgetClosedPort(closed);
   for (QLabel* const label : findChildren<QLabel*>()) {
     auto* const mark = dynamic_cast<ReadMark*>(label);
-    if (mark != nullptr && mark->text() == closed) mark->setText(tr("noch nicht gelesen"));
+    if (mark == nullptr || (mark->text() != closed && mark->text() != silent)) continue;
+    mark->setText(tr("noch nicht gelesen"));
   }
 }
 

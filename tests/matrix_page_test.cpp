@@ -244,6 +244,10 @@ TEST_F(MatrixPageTest, TakesOverATableThatItUnderstandsAndGivesItBack) {
   EXPECT_TRUE(page->Records().DraftNames().size() == 1);
   person.Done().Undo();
   EXPECT_EQ(Cell(5).Wire() + Cell(1).Wire(), before);
+  terminal.Answer("EM?", "3,88,41,FF", kSoon);
+  Click("cmdMatrixRead");
+  EXPECT_EQ(Text("lblMatrixGelesen").substr(5),
+            ": nur 10 Zeichen kamen rechtzeitig. Rate zu niedrig?");
 }
 
 TEST_F(MatrixPageTest, KeysHaveTheDesktopsColours) {

@@ -195,8 +195,16 @@ TEST_F(PortReturnTest, WhatCouldNotBeReadWithoutAPortDoesNotStayThatWayWithOne) 
   Click("cmdVerbinden");
   Show(Tab::Text);
   EXPECT_EQ(Text("lblCursorStand"), "Anschluss geschlossen");
+  EXPECT_EQ(Text("lblTextZoomStand"), "Anschluss geschlossen: kein Zoom gelesen");
   Click("cmdVerbinden");
   EXPECT_EQ(Text("lblCursorStand"), "noch nicht gelesen");
+  EXPECT_EQ(Text("lblTextZoomStand"), "kein Zoom gelesen");
+  Click("cmdGetAdresse");
+  EXPECT_EQ(Text("lblAdresseStand"), "keine Antwort");
+  Lose();
+  ready = true;
+  Later();
+  EXPECT_EQ(Text("lblAdresseStand"), "noch nicht gelesen");
 }
 
 TEST_F(PortReturnTest, AllRowsOfADeviceSayTheSameOfItAndThatThereAreSeveral) {
