@@ -38,3 +38,8 @@ endif()
 kelvo_test(memory_test QT SOURCES fire/memory_test.cpp LINK kelvo_program)
 add_dependencies(memory_test kelvo_fonts kelvo_database)
 set_tests_properties(memory_test PROPERTIES LABELS fire)
+
+kelvo_test(long_use_test QT SOURCES fire/long_use_test.cpp LINK kelvo_driver)
+add_dependencies(long_use_test kelvo-simulator kelvo_fonts kelvo_database)
+# Its partner is a process of its own that has to answer in time.
+set_tests_properties(long_use_test PROPERTIES RUN_SERIAL ON LABELS "fire;live")
