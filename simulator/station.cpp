@@ -18,8 +18,16 @@ namespace {
 // All that the host writes is taken off the pty at once, because what the kernel holds back there
 // does not always go away when the host gives it up. The limit only bounds the memory.
 constexpr std::size_t kReadAhead = 1 << 20;
+constexpr int kUrgent = -10;
 
 }  // namespace
+
+// Of a thread, as Linux has it.
+Station::Urgent::Urgent() : before_(getpriority(PRIO_PROCESS, 0)) {
+  setpriority(PRIO_PROCESS, 0, kUrgent);
+}
+
+Station::Urgent::~Urgent() { setpriority(PRIO_PROCESS, 0, before_); }
 
 Time Station::Now() { return std::chrono::steady_clock::now().time_since_epoch(); }
 
@@ -107,8 +115,7 @@ std::optional<ReplayReport> Station::Played() {
 void Station::Run() {
   // A wake-up may otherwise come 50 us late, a tenth of a character at 19200 baud.
   prctl(PR_SET_TIMERSLACK, 1UL);
-  // Ahead of others on a busy machine, where that is allowed; this thread alone.
-  setpriority(PRIO_PROCESS, 0, -10);
+  const Urgent urgent;
   bool readable = false;
   while (!stopping_) {
     if (Serve(readable)) Notify();
@@ -149,7 +156,7 @@ void Station::Pass() {
   if (answering_ && !toHost.empty()) answering_(bus_);
   if (pty_) pty_->Write(toHost);
   if (!recorder_) return;
-  recorder_->Add(Direction::FromTerminal, toHost, now);
+  recorder_->Add(Direction::FromTerminal, toHost, Now());  // by now the host can have it
   recorder_->Advance(now);
 }
 
