@@ -29,13 +29,6 @@ constexpr Question kQuestions[] = {{"Adresse", Query::AskAddress, true},
 constexpr std::size_t kReadingFields = 5;
 constexpr char kNoAnswer[] = "keine Antwort";
 
-std::string LineOf(const Reading& reading) {
-  return Sealed(TimeText(reading.time) + '\t' + EscapedText(reading.terminal.device) + '\t' +
-                std::to_string(reading.terminal.address) + '\t' +
-                std::string(RowOf(reading.query).letters) + '\t' + EscapedWire(reading.reply)) +
-         '\n';
-}
-
 std::optional<CommandName> QueryOf(std::string_view letters) {
   for (const Question& question : kQuestions) {
     if (RowOf(question.query).letters == letters) return question.query;
@@ -43,7 +36,18 @@ std::optional<CommandName> QueryOf(std::string_view letters) {
   return std::nullopt;
 }
 
-std::optional<Reading> ReadingIn(std::string_view line) {
+}  // namespace
+
+std::span<const Question> Questions() { return kQuestions; }
+
+std::string ReadingLine(const Reading& reading) {
+  return Sealed(TimeText(reading.time) + '\t' + EscapedText(reading.terminal.device) + '\t' +
+                std::to_string(reading.terminal.address) + '\t' +
+                std::string(RowOf(reading.query).letters) + '\t' + EscapedWire(reading.reply)) +
+         '\n';
+}
+
+std::optional<Reading> ReadReadingLine(std::string_view line) {
   const auto unsealed = Unsealed(line);
   if (!unsealed) return std::nullopt;
   const std::vector<std::string_view> fields = SplitAt(*unsealed, '\t');
@@ -57,13 +61,9 @@ std::optional<Reading> ReadingIn(std::string_view line) {
   return Reading{*time, {*device, *address}, *query, *std::move(reply)};
 }
 
-}  // namespace
-
-std::span<const Question> Questions() { return kQuestions; }
-
 Readings::Readings(const std::string& path) : file_(path) {
   for (const std::string& line : file_->Read().lines) {
-    if (auto reading = ReadingIn(line)) readings_.push_back(*std::move(reading));
+    if (auto reading = ReadReadingLine(line)) readings_.push_back(*std::move(reading));
   }
 }
 
@@ -74,7 +74,7 @@ void Readings::Take(const Reading& reading) {
 
 std::optional<std::string> Readings::Add(const Reading& reading) {
   Take(reading);
-  return file_ ? file_->Append(LineOf(reading)) : std::nullopt;
+  return file_ ? file_->Append(ReadingLine(reading)) : std::nullopt;
 }
 
 void Readings::AddSilence(const TerminalId& terminal, CommandName query, Silence silence) {

@@ -37,17 +37,21 @@ struct Reading {
   std::string reply;
 };
 
+/// A reply as a line of the file, with its end:
+///
+///   time TAB device TAB address TAB query TAB reply TAB check
+std::string ReadingLine(const Reading& reading);
+/// Nothing for a line (without its end) that is torn or no reading.
+std::optional<Reading> ReadReadingLine(std::string_view line);
+
 /// A question that was not answered.
 struct Silence {
   JournalTime time;
   std::string why;  ///< German, UTF-8
 };
 
-/// In the file a line each, UTF-8, for people too:
-///
-///   time TAB device TAB address TAB query TAB reply TAB check
-///
-/// The form of the replies is the device's own; they are kept as they came.
+/// In the file a line each, UTF-8, for people too. The form of the replies is the device's own;
+/// they are kept as they came.
 class Readings {
  public:
   /// Without a file.
