@@ -86,8 +86,10 @@ QString DifferenceWords(const std::vector<ComparisonRow>& rows) {
 QString ReadWords(const ReadRun::Result& result, const std::vector<int>& asked,
                   const std::function<QString(int address)>& nameOf) {
   const auto count = static_cast<int>(result.answered.size());
-  QString text = count == 0 ? tr("Kein Terminal gelesen")
-                            : Counted(count, tr("1 Terminal gelesen"), tr("%1 Terminals gelesen"));
+  const QString none =
+      result.partly.empty() ? tr("Kein Terminal gelesen") : tr("Kein Terminal ganz gelesen");
+  QString text =
+      count == 0 ? none : Counted(count, tr("1 Terminal gelesen"), tr("%1 Terminals gelesen"));
   const auto add = [&](const QString& words, const std::vector<int>& some) {
     if (!some.empty()) text += words.arg(some.size()).arg(Names(some, nameOf));
   };

@@ -314,7 +314,7 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   EXPECT_TRUE(stoppable);
   EXPECT_FALSE(Find("cmdVergleichAbbrechen").isEnabled());
   EXPECT_TRUE(Text("lblVergleich")
-                  .starts_with("Kein Terminal gelesen, 1 nur zum Teil (Pult, Adresse 7); die "
+                  .starts_with("Kein Terminal ganz gelesen, 1 nur zum Teil (Pult, Adresse 7); die "
                                "Verbindung ging dabei verloren."))
       << Text("lblVergleich");
 }
