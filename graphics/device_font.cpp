@@ -1,7 +1,7 @@
 #include "graphics/device_font.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 namespace kelvo {
 
@@ -68,8 +68,9 @@ std::vector<int> DeviceFonts::Load(const std::string& folder) {
   std::vector<int> unusable;
   for (int number = 0; number < kCount; ++number) {
     std::ifstream file(folder + "/Font" + std::to_string(number) + ".Fnt", std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(file)), {});
-    if (!fonts_[static_cast<std::size_t>(number)].Parse(bytes)) unusable.push_back(number);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    if (!fonts_[static_cast<std::size_t>(number)].Parse(bytes.str())) unusable.push_back(number);
   }
   return unusable;
 }

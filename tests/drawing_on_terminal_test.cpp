@@ -1,4 +1,5 @@
-// What the editor shows is what a Terminal shows that is sent the commands.
+// What the editor shows is what a Terminal shows that is sent the commands. More of it:
+// KELVO_FIRE=3000 drawings.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include "simulator/bitmap.h"
 #include "simulator/terminal.h"
 #include "tests/drawing_samples.h"
+#include "tests/fire/fire_count.h"
 #include "tests/pixel_picture.h"
 #include "tests/test_fonts.h"
 
@@ -19,6 +21,7 @@ namespace {
 constexpr int kWidth = 240;
 constexpr int kHeight = 128;
 constexpr std::int64_t kThreshold = 0x808080;
+constexpr int kDrawings = 500;
 
 // Vertex shapes are never sent, but a picture made of them holds them.
 void DropUnsent(Drawing& drawing) {
@@ -123,7 +126,7 @@ TEST_F(OnTerminal, AFillChangesTheAreaOfThePointAlone) {
 
 TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
   RandomDrawings drawings(11);
-  for (int i = 0; i < 1500; ++i) {
+  for (int i = 0; i < testing_world::FireCount(kDrawings); ++i) {
     const Drawing drawing = drawings.Next();
     const PixelMap shown = Shown(drawing);
     // As the program sends it, with the pen as the drawing before has left it, and once more.
@@ -138,8 +141,9 @@ TEST_F(OnTerminal, RandomDrawingsLookAsInTheEditor) {
 
 TEST_F(OnTerminal, ADrawingMadeAPictureIsStoredPixelForPixel) {
   RandomDrawings drawings(12);
+  const int wanted = testing_world::FireCount(kDrawings);
   int stored = 0;
-  for (int i = 0; stored < 1000 && i < 1500; ++i) {
+  for (int i = 0; stored < wanted && i < wanted * 3 / 2; ++i) {
     Drawing drawing = drawings.Next();
     DropUnsent(drawing);
     const PixelMap shown = Shown(drawing);
@@ -150,7 +154,7 @@ TEST_F(OnTerminal, ADrawingMadeAPictureIsStoredPixelForPixel) {
     ASSERT_TRUE(pixels == shown) << "drawing " << i << "\n" << AsText(pixels) << AsText(shown);
     ++stored;
   }
-  EXPECT_EQ(stored, 1000);
+  EXPECT_EQ(stored, wanted);
 }
 
 }  // namespace

@@ -34,6 +34,7 @@ kelvo_test(drawing_on_terminal_test SOURCES drawing_on_terminal_test.cpp
 target_compile_definitions(drawing_on_terminal_test PRIVATE
   KELVO_FONT_FOLDER="${KELVO_PROGRAM_DIR}/fonts")
 add_dependencies(drawing_on_terminal_test kelvo_fonts)
+set_tests_properties(drawing_on_terminal_test PROPERTIES LABELS fire)
 
 option(KELVO_FUZZ "Build the fuzz targets (clang)" OFF)
 if(KELVO_FUZZ)

@@ -8,6 +8,7 @@
 #include "base/wire_text.h"
 #include "bus/search_meaning.h"
 #include "tests/fakes/bus_world.h"
+#include "tests/fire/fire_count.h"
 
 namespace kelvo {
 namespace {
@@ -98,7 +99,7 @@ struct RandomBus : ExchangeWorld {
 
 class RandomBuses {
  public:
-  explicit RandomBuses(unsigned number) : random_(number) {}
+  explicit RandomBuses(int number) : random_(static_cast<unsigned>(number)) {}
 
   std::map<int, Station> Make(int last) {
     std::map<int, Station> stations;
@@ -134,7 +135,7 @@ class RandomBuses {
 
 TEST(QuickSearchTest, SaysWhatTheUsualSearchSays) {
   constexpr int kLast = 24;
-  for (unsigned number = 0; number < 1000; ++number) {
+  for (int number = 0; number < testing_world::FireCount(300); ++number) {
     const auto stations = RandomBuses(number).Make(kLast);
     RandomBus quick(stations);
     RandomBus usual(stations);

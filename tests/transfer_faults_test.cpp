@@ -4,6 +4,7 @@
 
 #include "bus/transfer.h"
 #include "tests/fakes/bus_world.h"
+#include "tests/fire/fire_count.h"
 #include "tests/test_fonts.h"
 
 namespace kelvo {
@@ -12,8 +13,6 @@ namespace {
 using sim::Fault;
 using testing_world::BusWorld;
 using testing_world::milliseconds;
-
-constexpr int kTransfers = 10'000;
 
 /// Draws reproducible choices.
 class Dice {
@@ -191,10 +190,12 @@ class Delivery {
   Outcome outcome_;
 };
 
+// More of it: KELVO_FIRE=10000 transfers.
 TEST(TransferWithFaults, NoTerminalIsShownAsGoodThatIsNotOtherThanByAnEqualSum) {
+  const int transfers = testing_world::FireCount(2500);
   Dice dice;
   Outcome all;
-  for (int i = 0; i < kTransfers; ++i) {
+  for (int i = 0; i < transfers; ++i) {
     const Outcome outcome = Delivery(dice).Send();
     EXPECT_EQ(outcome.lies, 0) << "transfer " << i;
     all.good += outcome.good;
@@ -202,10 +203,10 @@ TEST(TransferWithFaults, NoTerminalIsShownAsGoodThatIsNotOtherThanByAnEqualSum) 
     all.mistaken += outcome.mistaken;
   }
   std::printf("%d transfers: %d Terminals shown as good, %d by an equal sum alone, %d mistaken\n",
-              kTransfers, all.good, all.equalSums, all.mistaken);
-  EXPECT_GT(all.good, kTransfers / 2);
+              transfers, all.good, all.equalSums, all.mistaken);
+  EXPECT_GT(all.good, transfers / 2);
   EXPECT_LT(all.equalSums, all.good / 20);
-  EXPECT_LE(all.mistaken, 2);
+  EXPECT_LE(all.mistaken, 2 + transfers / 10'000);
 }
 
 }  // namespace

@@ -34,30 +34,28 @@ class VirtualLoop : public EventLoop {
   /// Lets time pass as an idle program would.
   void RunFor(nanoseconds time) {
     const nanoseconds end = now_ + time;
-    while (NextTime(true) <= end) Advance(end, true);
+    while (Advance(end, true)) {
+    }
     now_ = end;
   }
 
   void WaitForEvent() override {
-    if (NextTime(true) == kNever) throw std::logic_error("a wait that nothing can end");
-    Advance(kNever, true);
+    if (!Advance(kNever, true)) throw std::logic_error("a wait that nothing can end");
   }
   void WaitForEvent(nanoseconds longest) override {
     const nanoseconds end = now_ + std::max(longest, nanoseconds(1));
-    if (NextTime(true) > end) {
-      now_ = end;
-    } else {
-      Advance(end, true);
-    }
+    if (!Advance(end, true)) now_ = end;
   }
   void ProcessPending() override {
-    while (NextTime(true) <= now_) Advance(now_, true);
+    while (Advance(now_, true)) {
+    }
   }
   void WaitPaintingOnly(nanoseconds time) override {
     const nanoseconds end = now_ + std::max(time, nanoseconds(1));
     held_ = true;
     woken_ = false;
-    while (!woken_ && NextTime(false) <= end) Advance(end, false);
+    while (!woken_ && Advance(end, false)) {
+    }
     if (!woken_) now_ = end;
     held_ = false;
     if (onReleased) onReleased();
@@ -86,18 +84,22 @@ class VirtualLoop : public EventLoop {
     return next;
   }
 
-  void Advance(nanoseconds latest, bool ticks) {
+  // Lets happen what is next, if that is not later; whether there was such a thing.
+  bool Advance(nanoseconds latest, bool ticks) {
     const nanoseconds next = NextTime(ticks);
-    if (next == kNever || next > latest) return;
+    if (next == kNever || next > latest) return false;
     now_ = std::max(now_, next);
     if (!actions_.empty() && actions_.begin()->first <= now_) {
       const Action action = std::move(actions_.begin()->second);
       actions_.erase(actions_.begin());
-      return action();
+      action();
+      return true;
     }
-    for (std::size_t i = 0; i < sources_.size(); ++i) {
-      if ((ticks || !sources_[i].isTimer) && sources_[i].next() <= now_) return sources_[i].act();
-    }
+    const auto due = std::find_if(sources_.begin(), sources_.end(), [&](const Source& source) {
+      return (ticks || !source.isTimer) && source.next() <= now_;
+    });
+    due->act();
+    return true;
   }
 
   nanoseconds now_{0};
