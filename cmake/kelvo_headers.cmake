@@ -11,20 +11,21 @@ set(kelvo_toolkit_headers
   <QPlainTextEdit> <QProgressBar> <QPushButton> <QRadioButton> <QScrollArea> <QSpinBox>
   <QStatusBar> <QTabWidget> <QTableView> <QTimer> <QToolButton> <QVBoxLayout> <QWidget>)
 
-# kelvo_precompiled(NAME HEADERS... [LINK libs...]): a target that others take its headers from, see
-# kelvo_settings.
-function(kelvo_precompiled name)
+# kelvo_precompiled(KIND HEADERS... [LINK libs...]): a target that others of its kind take its headers
+# from, see kelvo_settings.
+function(kelvo_precompiled kind)
   cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+  set(name kelvo${kind}_headers)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
   file(CONFIGURE OUTPUT ${source} CONTENT "")
   add_library(${name} OBJECT ${source})
-  kelvo_compiled(${name})
+  kelvo_compiled(${name} "${kind}")
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
   target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
-kelvo_precompiled(kelvo_headers HEADERS ${kelvo_standard_headers})
-kelvo_precompiled(kelvo_core_headers HEADERS ${kelvo_standard_headers} <QObject> <QString> <QTimer>
+kelvo_precompiled("" HEADERS ${kelvo_standard_headers})
+kelvo_precompiled(_core HEADERS ${kelvo_standard_headers} <QObject> <QString> <QTimer>
   LINK Qt6::Core)
-kelvo_precompiled(kelvo_qt_headers HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers}
+kelvo_precompiled(_qt HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers}
   LINK Qt6::Widgets)

@@ -34,21 +34,22 @@ endfunction()
 # precompiled headers of its kind.
 function(kelvo_settings name)
   cmake_parse_arguments(ARG "QT;CORE;TEST" "" "" ${ARGN})
-  kelvo_compiled(${name})
-  set(headers kelvo)
+  set(kind)
   if(ARG_QT)
-    string(APPEND headers _qt)
+    string(APPEND kind _qt)
   elseif(ARG_CORE)
-    string(APPEND headers _core)
+    string(APPEND kind _core)
   endif()
   if(ARG_TEST)
-    string(APPEND headers _test)
+    string(APPEND kind _test)
   endif()
-  target_precompile_headers(${name} REUSE_FROM ${headers}_headers)
+  kelvo_compiled(${name} "${kind}")
+  target_precompile_headers(${name} REUSE_FROM kelvo${kind}_headers)
 endfunction()
 
-# The same for a target that has headers of its own to precompile.
-function(kelvo_compiled name)
+# The same for a target that has headers of its own to precompile; its kind is empty or begins with
+# an underscore.
+function(kelvo_compiled name kind)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_compile_options(${name} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
@@ -64,6 +65,14 @@ function(kelvo_compiled name)
     target_compile_options(${name} PRIVATE --param=ggc-min-heapsize=1000000)
   else()
     target_compile_options(${name} PRIVATE -Wshadow)
+  endif()
+  # To optimize what the sanitizers have put in takes three quarters of the compiler's time; only the
+  # rooms that reckon, not the windows and the tests, are worth it. These rooms are also what is fed
+  # with garbage.
+  if(CMAKE_CXX_FLAGS MATCHES "-fsanitize" AND kind)
+    target_compile_options(${name} PRIVATE -O0)
+  elseif(KELVO_FUZZ)
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
   # What is delivered reads files and lines that may hold anything.
   target_compile_options(${name} PRIVATE

@@ -1,6 +1,6 @@
-kelvo_precompiled(kelvo_test_headers HEADERS ${kelvo_standard_headers} <gtest/gtest.h>
+kelvo_precompiled(_test HEADERS ${kelvo_standard_headers} <gtest/gtest.h>
   LINK GTest::gtest)
-kelvo_precompiled(kelvo_qt_test_headers
+kelvo_precompiled(_qt_test
   HEADERS ${kelvo_standard_headers} ${kelvo_toolkit_headers} <QApplication> <filesystem> <fstream>
     <gtest/gtest.h>
   LINK GTest::gtest Qt6::Widgets)

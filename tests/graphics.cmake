@@ -36,7 +36,6 @@ target_compile_definitions(drawing_on_terminal_test PRIVATE
 add_dependencies(drawing_on_terminal_test kelvo_fonts)
 set_tests_properties(drawing_on_terminal_test PROPERTIES LABELS fire)
 
-option(KELVO_FUZZ "Build the fuzz targets (clang)" OFF)
 if(KELVO_FUZZ)
   add_subdirectory(fuzz)
 endif()
