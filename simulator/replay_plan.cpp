@@ -9,6 +9,9 @@
 namespace kelvo::sim {
 namespace {
 
+// A clock that is set right for the first time jumps half a century; times count up to 292 years.
+constexpr std::chrono::seconds kLongest = std::chrono::years(100);
+
 bool HasAllColumns(std::string_view line) {
   return std::count(line.begin(), line.end(), '\t') >=
          std::count(kCaptureHead.begin(), kCaptureHead.end(), '\t');
@@ -31,8 +34,13 @@ class PlanReader {
       return;
     }
     if (!first_) first_ = line->time;
+    const auto since = line->time - *first_;
+    if (since > kLongest) {
+      error_ = "Zeile " + std::to_string(number) + " liegt mehr als 100 Jahre hinter der ersten";
+      return;
+    }
     // A clock that was set back meanwhile does not turn the order round.
-    plan_.end = std::max<Time>(plan_.end, line->time - *first_);
+    if (since > since.zero()) plan_.end = std::max<Time>(plan_.end, since);
     if (line->characters.empty()) return;  // nothing has crossed the line
     if (line->direction == Direction::FromTerminal) {
       AddReceived(*line, number);

@@ -259,6 +259,14 @@ TEST(SimulatorReplay, WhatIsNoCaptureIsRefusedWithItsLine) {
     EXPECT_EQ(reason, missing == 1 ? std::nullopt
                                    : std::optional<std::string>("Zeile 2 ist abgeschnitten"));
   }
+  for (const auto& [year, reason] :
+       {std::pair{"1970", ""}, {"0001", "Zeile 2 liegt mehr als 100 Jahre hinter der ersten"}}) {
+    const std::string line = CaptureLineText({.characters = "x"});
+    EXPECT_EQ(
+        ReadReplay(year + line.substr(4) + "2026" + line.substr(4) + year + line.substr(4), plan)
+            .value_or(""),
+        reason);
+  }
   EXPECT_EQ(ReadReplay("", plan), "darin ist nichts gesendet worden");
   EXPECT_EQ(ReadReplay(Lines({Came("x")}), plan), "darin ist nichts gesendet worden");
 }
