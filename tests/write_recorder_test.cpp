@@ -128,7 +128,7 @@ TEST_F(WriteRecorderTest, TheAddressThatClosesATransferIsNoTerminal) {
   Write(WriteMakro(7, "neu"));
   exchange.SendQuery(AskFreeBytes());
   EXPECT_EQ(journal.Terminals(),
-            (std::vector<TerminalId>{{kDevice, kUnknownAddress}, {kDevice, 5}}));
+            (std::vector<TerminalId>{{kSerialDevice, kUnknownAddress}, {kSerialDevice, 5}}));
   EXPECT_EQ(Macro(Of(5), 7), nullptr);
 }
 
