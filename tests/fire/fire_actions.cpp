@@ -68,6 +68,7 @@ void JudgeTable(FireProgram& program) {
   const std::string truth =
       program.Chosen().Keys().Answer(sim::Command::AskMatrixTable).value_or("");
   if (program.Told("TimeOut") || !program.person.LastMessage().size()) return;
+  if (program.Failed("Antwort unlesbar")) return;
   program.Hold(program.Told(truth), "the table that was read");
 }
 
@@ -111,6 +112,17 @@ void JudgeProven(FireProgram& program) {
   if (program.Told("nicht geschrieben")) {
     program.Hold(Held(program, Memory::Macro, kMakro) == "other", "macro not written");
   }
+}
+// The Terminal refuses it.
+void WriteRefused(FireProgram& program) {
+  program.Chosen().SetFault(sim::Fault::Nak);
+  program.Click("cmdSetMakro");
+  program.Chosen().SetFault(sim::Fault::None);
+}
+void JudgeRefused(FireProgram& program) {
+  program.Hold(!program.Noted("Makro 7 geschrieben"), "macro written, but refused");
+  if (!program.GoodLine() || program.Line().Struck() > 0) return;
+  program.Hold(program.Told("Fehler beim EEPROM"), "nobody has told of the refusal");
 }
 void JudgeDeleted(FireProgram& program) {
   const bool held = Held(program, Memory::Macro, kMakro) != "-";
@@ -178,6 +190,7 @@ std::vector<Action> MakeScript() {
       {"erase", SomethingToErase, Erase, JudgeErased},
       {"erase and store", SomethingToErase, EraseAndStore, JudgeErased},
       {"write macro", TypeMakro, Clicking("cmdSetMakro"), JudgeMakro},
+      {"write refused macro", TypeMakro, WriteRefused, JudgeRefused, false, true},
       {"write autostart", TypeMakro, Clicking("cmdSetAutostartMakro"), JudgeAutostart},
       {"prove macro", MakroToProve, Clicking("cmdSetMakroGeprueft"), JudgeProven},
       {"run macro", TypeMakro, Clicking("cmdPlayMakro"), Nothing},
@@ -208,7 +221,8 @@ void JudgeSearch(FireProgram& program) {
       present = present || program.At(i).Setup().address == address;
     }
     const std::string verdict = list.topLevelItem(address)->text(1).toStdString();
-    program.Hold(verdict == (present ? "ok" : "nicht vorhanden"),
+    const bool strange = !program.GoodLine() && (present || verdict != "ok");
+    program.Hold(strange || verdict == (present ? "ok" : "nicht vorhanden"),
                  "address " + Number(address) + " " + verdict);
   }
   program.Select(program.Chosen().Setup().address);
@@ -260,7 +274,7 @@ void JudgeMany(FireProgram& program) {
   auto& list = program.Find<QTreeWidget>("ctlDovuAktivliste");
   for (int row = 0; row < list.topLevelItemCount(); ++row) {
     const std::string state = list.topLevelItem(row)->text(3).toStdString();
-    program.Hold(state.starts_with("gut"), "drawing " + state);
+    if (program.GoodLine()) program.Hold(state.starts_with("gut"), "drawing " + state);
   }
   program.Find("frmDovu").hide();
   program.Select(program.Chosen().Setup().address);

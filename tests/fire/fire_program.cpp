@@ -1,6 +1,7 @@
 #include "tests/fire/fire_program.h"
 
 #include <algorithm>
+#include <set>
 
 #include "link/command_table.h"
 #include "link/exchange.h"
@@ -9,11 +10,15 @@
 namespace kelvo::fire {
 namespace {
 
-constexpr nanoseconds kCharacter{520'833};  // 19200 baud
+constexpr int kBaud = 19200;
+constexpr nanoseconds kCharacter{520'833};
 constexpr char kAckCharacter = '\x06';
 constexpr char kNakCharacter = '\x15';
 // A refusal that crosses no line: where an action begins in the history.
 constexpr char kMarker[] = "Keine gültige Makro-Nummer";
+
+// At least so long each answer is waited for.
+constexpr milliseconds kSurelyWaited{480};
 
 // At most so long is waited behind a text that ends with such a command, beside the text's own
 // time: the interval, the listening behind an overdue answer, the pause, the rest of a proof.
@@ -48,14 +53,18 @@ std::string Tally::Line() const {
   return text + (excused.empty() ? " none" : "");
 }
 
-FireProgram::FireProgram(const std::vector<int>& addresses, unsigned start)
-    : drawings(start), addresses_(addresses) {
+FireProgram::FireProgram(const std::vector<int>& addresses, unsigned start, int baud)
+    : drawings(start),
+      addresses_(addresses),
+      good_(baud == kBaud &&
+            std::set(addresses.begin(), addresses.end()).size() == addresses.size()) {
   fonts_.Load(KELVO_PROGRAM_DIR "/fonts");
   port.characterTime = kCharacter;
   machine.deviceReady = [](const std::string&) { return true; };
+  if (baud != kBaud) line_.Wires().SetHostFraming({.baud = kBaud, .bits = 8});
   Sql("update Optionen set FirstRun = 0");
   for (const int address : addresses) {
-    line_.Bus().Add({.address = address}, fonts_)->PowerOn(loop.Now());
+    line_.Bus().Add({.address = address, .baud = baud}, fonts_)->PowerOn(loop.Now());
     Sql("insert into DOVU (Adresse, Bezeichnung, Checksum, aktiv) values (" +
         std::to_string(address) + ", 'T', 1, 1)");
   }
@@ -114,7 +123,8 @@ void FireProgram::Do(const Action& action, const std::vector<Strike>& strikes,
   JudgeBoxes();
   JudgeAcknowledged();
   JudgeNamed(action);
-  JudgeGoodLine();
+  JudgeSilence();
+  JudgeGoodLine(action);
   if (!tainted_) action.judge(*this);
   loop.RunFor(rest);  // what nobody waits for is still on the line, and may be struck
   tally.strikes += line_.Struck();
@@ -160,6 +170,12 @@ bool FireProgram::Told(const std::string& part) const {
 bool FireProgram::Noted(const std::string& beginning) const {
   return std::any_of(history_.begin(), history_.end(),
                      [&](const std::string& line) { return line.starts_with("✓ " + beginning); });
+}
+
+bool FireProgram::Failed(const std::string& end) const {
+  return std::any_of(history_.begin(), history_.end(), [&](const std::string& line) {
+    return line.starts_with("✗") && line.ends_with(end);
+  });
 }
 
 std::string FireProgram::Story() const {
@@ -288,8 +304,31 @@ void FireProgram::JudgeNamed(const Action& action) {
   }
 }
 
-void FireProgram::JudgeGoodLine() {
-  if (tainted_ || line_.Struck() > 0) return;
+// Silence is told of a question only to which not one character came in its time. The echo of a
+// line is no answer.
+void FireProgram::JudgeSilence() {
+  if (line_.Wires().Echo()) return;
+  const auto told = std::count_if(history_.begin(), history_.end(), [](const std::string& line) {
+    // Between the numbers that an erase counts, each is awaited anew.
+    return line.starts_with("✗") && line.ends_with("keine Antwort") &&
+           line.find("löschen mit Fortschritt") == std::string::npos;
+  });
+  const FaultyLine::Lane& lane = line_.Of(Way::ToHost);
+  int silent = 0;
+  for (std::size_t i = 0; i < port.writes.size(); ++i) {
+    const CommandRow* const last = LastCommand(port.writes[i]);
+    if (last == nullptr || last->answer == Answer::None) continue;
+    const bool came = std::any_of(lane.times.begin(), lane.times.end(), [&](nanoseconds time) {
+      return time > port.writeTimes[i] && time < EndOf(i) + kSurelyWaited;
+    });
+    if (!came) ++silent;
+  }
+  tally.words += static_cast<int>(told);
+  if (told > silent) Fail("an answer was not seen");
+}
+
+void FireProgram::JudgeGoodLine(const Action& action) {
+  if (tainted_ || line_.Struck() > 0 || !good_ || action.refused) return;
   bool anybody = false;
   for (std::size_t i = 0; i < line_.Bus().Count(); ++i) anybody = anybody || At(i).Selected();
   for (const std::string& line : history_) {

@@ -51,10 +51,12 @@ class FireProgram : public WindowTest {
     std::function<void(FireProgram&)> act;
     std::function<void(FireProgram&)> judge;
     bool saysItself = false;  ///< what failed stands in its own list
+    bool refused = false;     ///< it fails on a good line, too
   };
 
-  /// `addresses`: of the Terminals, of which the first is selected. The drawings begin at `start`.
-  explicit FireProgram(const std::vector<int>& addresses, unsigned start = 1);
+  /// `addresses`: of the Terminals, of which the first is selected; one may occur twice. The
+  /// drawings begin at `start`. The Terminals' rate may be another than the program's.
+  explicit FireProgram(const std::vector<int>& addresses, unsigned start = 1, int baud = 19200);
   ~FireProgram() override;
   void TestBody() override {}
 
@@ -66,6 +68,8 @@ class FireProgram : public WindowTest {
   /// others their memories are put back.
   void Recover();
   bool Tainted() const { return tainted_; }
+  /// Whoever is addressed is alone there and understands, as long as nothing strikes.
+  bool GoodLine() const { return good_; }
   /// The next action begins so long after the last one.
   milliseconds rest{2500};
 
@@ -94,6 +98,8 @@ class FireProgram : public WindowTest {
   bool Told(const std::string& part) const;
   /// A line of the history, of those of this action, begins so behind its sign.
   bool Noted(const std::string& beginning) const;
+  /// One that ends so tells of a failure.
+  bool Failed(const std::string& end) const;
   /// Of a word that was told: if it is not true, only the line can excuse it.
   void Hold(bool truth, const std::string& word);
   /// The same of a word that a Terminal has proven by this sum.
@@ -106,7 +112,8 @@ class FireProgram : public WindowTest {
   void JudgeAcknowledged();
   void JudgeNamed(const Action& action);
   void JudgeTime(nanoseconds took);
-  void JudgeGoodLine();
+  void JudgeSilence();
+  void JudgeGoodLine(const Action& action);
   bool Heard(char character, nanoseconds from, nanoseconds to) const;
   nanoseconds EndOf(std::size_t write) const;
   void Fail(const std::string& what);
@@ -120,6 +127,7 @@ class FireProgram : public WindowTest {
   DeviceFonts fonts_;
   FaultyLine line_{loop, port};
   std::vector<int> addresses_;
+  bool good_;  // the line, when nothing strikes it
   std::vector<std::string> images_;
   std::vector<Box> boxes_;
   std::vector<std::string> history_;

@@ -31,6 +31,21 @@ TEST(WireFire, EveryActionIsToldRightOnAGoodLine) {
   EXPECT_EQ(program.tally.strikes, 0);
 }
 
+// Two answer at once, or nobody understands: nothing is told that does not stand in the Terminal.
+TEST(WireFire, TwoAtOneAddressAndAnotherRateMakeNoFalseWord) {
+  FireProgram two({3, 3});
+  two.At(1).SetVersion("1.90", false);
+  two.At(1).SetP1(170);
+  FireProgram otherRate({3}, 1, 9600);
+  for (FireProgram* const program : {&two, &otherRate}) {
+    for (const FireProgram::Action& action : AllActions()) {
+      program->Do(action, {}, "strange line");
+      program->Recover();
+    }
+    std::cout << "strange line: " << program->tally.Line() << '\n';
+  }
+}
+
 // Five kinds at each character, both ways.
 TEST(WireFire, FaultAtAnyCharacterMakesNoFalseWord) {
   constexpr Kind kKinds[] = {Kind::Drop, Kind::Double, Kind::Flip, Kind::Insert, Kind::Silence};
@@ -105,6 +120,12 @@ class RandomUse {
     strike.way = Chance(50) ? Way::ToHost : Way::ToTerminals;
     strike.at = static_cast<std::size_t>(Chance(70) ? Number(0, 12) : Number(0, 150));
     strike.kind = static_cast<Kind>(Number(0, static_cast<int>(kKindNames.size()) - 1));
+    // What means something where it comes between.
+    static constexpr std::string_view kTelling = "\x06\x15;\x1b?\x13\x11";
+    if (strike.kind == Kind::Insert && Chance(50)) {
+      const int which = Number(0, static_cast<int>(kTelling.size()) - 1);
+      strike.value = static_cast<unsigned>(kTelling[static_cast<std::size_t>(which)]);
+    }
     const bool takesTime = strike.kind >= Kind::Silence;
     strike.value = static_cast<unsigned>(takesTime ? Number(1, 2000) : Number(0, 255));
     if (strike.kind == Kind::Hold) strike.value *= 4;
