@@ -108,16 +108,16 @@ std::vector<SheetBlock> RecordBlocks(const SheetSources& sources, const StoredRe
 
 std::vector<SheetBlock> CharactersChapter() {
   constexpr int kControls = 33;
-  constexpr int kDelete = 127;
-  constexpr int kHardBlank = 160;
-  constexpr int kSoftHyphen = 173;
+  constexpr int kDeleteCode = 127;
+  constexpr int kHardBlankCode = 160;
+  constexpr int kSoftHyphenCode = 173;
   SheetTable table{{{"Zeichen", 4, true}, {"Code", 5}, {"Name", 8}}, {}};
   const auto add = [&table](int code) {
     table.rows.push_back({PrintedText(std::string(1, static_cast<char>(code))), CodeText(code),
                           CharacterName(code)});
   };
   for (int code = 0; code < kControls; ++code) add(code);
-  for (const int code : {kDelete, kHardBlank, kSoftHyphen}) add(code);
+  for (const int code : {kDeleteCode, kHardBlankCode, kSoftHyphenCode}) add(code);
   return {SheetText{"Steuerzeichen in Texten stehen als diese Zeichen, die Codes 128 bis 159 als "
                     "<80> bis <9F>. Alle übrigen stehen, wie sie sind (Latin-1)."},
           std::move(table)};
