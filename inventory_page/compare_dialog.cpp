@@ -219,6 +219,10 @@ void CompareDialog::ShowSummary() {
 
 void CompareDialog::cmdVergleichLesen_Click() {
   const std::vector<int> addresses = Chosen();
+  if (addresses.empty()) {
+    said_ = tr("Es gibt nichts zu lesen: In der Liste steht kein Terminal.");
+    return ShowSummary();
+  }
   const Undertakings::Alone alone(services_.person.Begun(), "Die Terminals werden gelesen.");
   // Else it would go on to another button, which a Return would then press.
   const bool focused = focusWidget() == cmdVergleichLesen;

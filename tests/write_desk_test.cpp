@@ -319,6 +319,16 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
       << Text("lblVergleich");
 }
 
+TEST_F(WriteDeskTest, OfAnEmptyListNobodyIsRead) {
+  Sql("delete from DOVU");
+  StartOn(Tab::Macros);
+  Trigger("mnuAnsichtVergleich");
+  Forget();
+  Click("cmdVergleichLesen");
+  EXPECT_EQ(Written(), "");
+  EXPECT_TRUE(Text("lblVergleich").starts_with("Es gibt nichts zu lesen: "));
+}
+
 TEST_F(WriteDeskTest, AnOpenComparisonFollowsWhatHappensBehindIt) {
   BeginOn(Tab::Macros);
   Select(7);
