@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QPushButton>
@@ -12,6 +11,7 @@
 #include <algorithm>
 
 #include "shell/box_text.h"
+#include "shell/file_dialog.h"
 #include "store/own_files.h"
 #include "widgets/form.h"
 
@@ -66,23 +66,11 @@ QString OperatorsFolder() {
   return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
-// Asks whether the file may be saved over before the dialog does, and stays open where it may not.
-class SaveDialog : public QFileDialog {
- public:
-  SaveDialog(QWidget* owner, const QString& title, const QString& filter)
-      : QFileDialog(owner, title, {}, filter) {}
-
-  void SetJudge(std::function<bool(const QString& path)> judge) { judge_ = std::move(judge); }
-  void accept() override {
-    const QString chosen = selectedFiles().value(0);
-    if (chosen.isEmpty() || QFileInfo(chosen).isDir() || judge_(chosen)) QFileDialog::accept();
-  }
-
- private:
-  std::function<bool(const QString& path)> judge_;
-};
-
 }  // namespace
+
+QtOperator::~QtOperator() {
+  for (FileDialog* const dialog : {opening_.data(), saving_.data()}) delete dialog;
+}
 
 void QtOperator::SetWindow(QWidget* window) {
   window_ = window;
@@ -252,12 +240,29 @@ std::optional<std::string> QtOperator::Input(const std::string& prompt, const st
   return dialog.textValue().toStdString();
 }
 
-std::optional<std::string> QtOperator::ChooseFile(QFileDialog& dialog) {
+// Behind another one of its kind, which stands there already, one of its own.
+FileDialog* QtOperator::FileDialogFor(bool saves) {
+  QPointer<FileDialog>& kept = saves ? saving_ : opening_;
+  const bool taken = kept != nullptr && kept->isVisible();
+  if (kept != nullptr && !taken) return kept;
+  auto* const dialog = new FileDialog(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  if (taken) {
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+  } else {
+    kept = dialog;
+  }
+  return dialog;
+}
+
+std::optional<std::string> QtOperator::ChooseFile(FileDialog& dialog) {
   const bool saves = dialog.acceptMode() == QFileDialog::AcceptSave;
   if (QFileInfo(folder_).isDir()) dialog.setDirectory(folder_);
   if (saves && IsOwnFolder(dialog.directory().path())) dialog.setDirectory(OperatorsFolder());
-  if (Run(dialog) != QDialog::Accepted) return std::nullopt;
-  const QString name = dialog.selectedFiles().value(0);
+  const QPointer<FileDialog> there(&dialog);
+  const bool chosen = Run(dialog) == QDialog::Accepted;
+  const QString name = chosen && there ? dialog.selectedFiles().value(0) : QString();
+  // It outlives the window that it stood over.
+  if (there) dialog.setParent(nullptr, dialog.windowFlags());
   if (name.isEmpty()) return std::nullopt;
   folder_ = QFileInfo(name).absolutePath();
   return name.toStdString();
@@ -266,17 +271,17 @@ std::optional<std::string> QtOperator::ChooseFile(QFileDialog& dialog) {
 std::optional<std::string> QtOperator::OpenFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  QFileDialog dialog(Owner(), Title(title), {}, DialogFilter(filter));
-  dialog.setFileMode(QFileDialog::ExistingFile);
+  FileDialog& dialog = *FileDialogFor(false);
+  dialog.Renew(Owner(), Title(title), DialogFilter(filter));
   return ChooseFile(dialog);
 }
 
 std::optional<std::string> QtOperator::SaveFile(const std::string& title,
                                                 const std::string& filter) {
   if (loop_.Closing()) return std::nullopt;
-  SaveDialog dialog(Owner(), Title(title), DialogFilter(filter));
+  FileDialog& dialog = *FileDialogFor(true);
+  dialog.Renew(Owner(), Title(title), DialogFilter(filter));
   dialog.SetJudge([this](const QString& path) { return MaySaveAs(path); });
-  dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QString::fromStdString(filter).section(u'.', -1));
   return ChooseFile(dialog);
 }

@@ -11,15 +11,19 @@
 #include "base/operator.h"
 
 class QDialog;
-class QFileDialog;
 class QPushButton;
 
 namespace kelvo {
+
+class FileDialog;
 
 /// Asks the person at the screen with Qt's own boxes. While the program is closing nobody is asked.
 class QtOperator : public Operator {
  public:
   explicit QtOperator(const EventLoop& loop) : loop_(loop) {}
+  ~QtOperator() override;
+  QtOperator(const QtOperator&) = delete;
+  QtOperator& operator=(const QtOperator&) = delete;
 
   /// The window that boxes belong to while the person works in none of the program's
   /// and has worked in none that is still open.
@@ -54,7 +58,8 @@ class QtOperator : public Operator {
   /// Whether another box tells of the loss that has caused this, or has told of it.
   bool FoldIn(const std::string& text);
   void TellsOfLoss(QMessageBox& box, const std::string& text);
-  std::optional<std::string> ChooseFile(QFileDialog& dialog);
+  FileDialog* FileDialogFor(bool saves);
+  std::optional<std::string> ChooseFile(FileDialog& dialog);
   bool IsOwnFolder(const QString& folder) const;
   bool MaySaveAs(const QString& path);
 
@@ -62,6 +67,8 @@ class QtOperator : public Operator {
   QWidget* window_ = nullptr;
   std::vector<QPointer<QWidget>> used_;  // windows that stay, the one used last at the end
   QPointer<QWidget> asking_;             // until the action that asks is over
+  QPointer<FileDialog> opening_;
+  QPointer<FileDialog> saving_;
   QPointer<QMessageBox> lossBox_;
   int toldLoss_ = 0;
   QObject following_;

@@ -257,6 +257,13 @@ TEST_F(QtOperatorTest, FileDialogsOpenWhereTheLastOneWas) {
     EXPECT_EQ(QFileInfo(dialog.directory().path()).canonicalFilePath(), last);
   });
   EXPECT_EQ(person.SaveFile("", "Text (txt) |*.txt"), std::nullopt);
+  Next<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.selectedFiles(), QStringList(dialog.directory().path()))
+        << "nothing is left of the choice before";
+    EXPECT_EQ(dialog.nameFilters().join(u'|'), QStringLiteral("Bestand (*.dat)"));
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Zwei"));
+  });
+  EXPECT_EQ(person.OpenFile("Zwei", "Bestand |*.dat"), std::nullopt);
 }
 
 TEST_F(QtOperatorTest, NothingIsSavedOverTheProgramsOwnFilesNorBeginsAmongThem) {

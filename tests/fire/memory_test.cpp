@@ -10,6 +10,7 @@
 #include "shell/live_world.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/fire/fire_count.h"
+#include "tests/fire/presser.h"
 #include "tests/fire/scenes.h"
 
 // Hours of use: what each kind of use leaves behind in the memory of the real window, without a
@@ -18,15 +19,18 @@
 namespace kelvo {
 namespace {
 
-constexpr int kWarmUp = 20;
+constexpr int kWarmUp = 8;
+constexpr char kFilter[] = "Projekt (kelvo) |*.kelvo";
 constexpr double kMost = 4096;  // bytes for each use; what caches grow by is less
 
 class MemoryTest : public testing::Test {
  protected:
   MemoryTest() {
     folder.AddDatabase();
+    PrepareScenes(folder.Path());
     window = world.MakeMainWindow({.program = KELVO_PROGRAM_DIR, .data = folder.Path()});
     QObject::connect(&closing, &QTimer::timeout, &closing, [] {
+      if (testing_world::Presser::Any()) return;
       for (QWidget* top : QApplication::topLevelWidgets()) {
         if (auto* const dialog = qobject_cast<QDialog*>(top); dialog && dialog->isVisible()) {
           dialog->reject();
@@ -45,6 +49,7 @@ class MemoryTest : public testing::Test {
     world.loop.Close();
     for (QWidget* top : QApplication::topLevelWidgets()) top->hide();
   }
+  QString Folder() const { return QString::fromStdString(folder.Path()); }
   static void Settle() {
     QApplication::processEvents();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -70,7 +75,7 @@ class MemoryTest : public testing::Test {
 };
 
 TEST_F(MemoryTest, NoUseLeavesAnythingBehind) {
-  const int uses = testing_world::FireCount(40);
+  const int uses = testing_world::FireCount(12);
   const auto press = [this](const char* what, Tab tab, const char* button) {
     const Scene scene{what, tab, button};
     return [this, scene] {
@@ -90,8 +95,18 @@ TEST_F(MemoryTest, NoUseLeavesAnythingBehind) {
       {"a message", [this] { person.Message("Text"); }},
       {"a question", [this] { person.Ask("Text ?"); }},
       {"an input", [this] { person.Input("Text", "x"); }},
-      {"a file is opened", press("", Tab::Drawing, "mnuDateiLoad")},
-      {"a file is saved", [this] { person.SaveFile("Titel", "Text (txt) |*.txt"); }},
+      {"no file is opened", press("", Tab::Drawing, "mnuDateiLoad")},
+      {"no file is saved", [this] { person.SaveFile("Titel", "Text (txt) |*.txt"); }},
+      {"a file is opened",
+       [this] {
+         const testing_world::Presser chooser(":halle.kelvo", Folder(), [] {});
+         EXPECT_TRUE(person.OpenFile("Titel", kFilter));
+       }},
+      {"a file is saved",
+       [this] {
+         const testing_world::Presser chooser(":neu.kelvo", Folder(), [] {});
+         EXPECT_TRUE(person.SaveFile("Titel", kFilter));
+       }},
       {"a new record", press("", Tab::Macros, "cmdToolbar_6")},
       {"the ports", press("", Tab::Interfaces, "mnuOptionenAnschluesse")},
       {"the export", press("", Tab::Macros, "mnuDateiExportieren")},

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTimer>
 #include <functional>
 #include <utility>
@@ -23,7 +24,13 @@ class Presser {
         done_(std::move(done)) {
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Look(); });
     timer_.start(2);
+    ++all_;
   }
+  ~Presser() { --all_; }
+  Presser(const Presser&) = delete;
+  Presser& operator=(const Presser&) = delete;
+  /// Somebody goes through boxes just now.
+  static bool Any() { return all_ > 0; }
 
  private:
   void Look() {
@@ -49,6 +56,8 @@ class Presser {
     if (dialog == nullptr) return false;
     dialog->setDirectory(QFileInfo(path).path());
     dialog->selectFile(path);
+    // A field that is being typed in keeps what it holds.
+    dialog->findChild<QLineEdit*>()->setText(QFileInfo(path).fileName());
     QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
     return true;
   }
@@ -70,6 +79,7 @@ class Presser {
     return nullptr;
   }
 
+  static inline int all_ = 0;
   QStringList steps_;
   QString folder_;
   std::function<void()> done_;
