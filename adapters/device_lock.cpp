@@ -13,9 +13,11 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <utility>
+
+#include "system/process_name.h"
+#include "system/same_file.h"
 
 namespace kelvo {
 namespace {
@@ -24,7 +26,6 @@ constexpr int kAttempts = 10;  // against programs that come and go at the same 
 // What a lock of this program says behind the number. The system holds such a one besides as long
 // as its program lives, which a number that was given to another process since cannot feign.
 constexpr std::string_view kOwn = "kelvo";
-constexpr std::string_view kSigns = " -_.+:/";  // of a process's name, beside letters and digits
 
 bool Runs(pid_t process) { return process > 0 && (kill(process, 0) == 0 || errno == EPERM); }
 
@@ -74,28 +75,13 @@ LockFile Look(const std::string& file) {
   return found;
 }
 
-// The file that was looked at, and not one that has taken its place.
-bool IsStillAt(const std::string& file, int handle) {
-  struct stat opened {};
-  struct stat named {};
-  return fstat(handle, &opened) == 0 && lstat(file.c_str(), &named) == 0 &&
-         opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
-}
-
 }  // namespace
 
 std::string ProcessText(pid_t process) {
   if (process <= 0) return "ein Programm";
   const std::string number = "Prozess " + std::to_string(process);
-  std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-  std::string name;
-  if (!std::getline(file, name) || name.empty()) return number;
-  // A process calls itself what it likes.
-  const auto strange = [](char c) {
-    const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    return !plain && kSigns.find(c) == kSigns.npos;
-  };
-  std::replace_if(name.begin(), name.end(), strange, '?');
+  const std::string name = ProcessName(process);
+  if (name.empty()) return number;
   return name + " (" + number + ")";
 }
 

@@ -2,9 +2,10 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 #include <cerrno>
+
+#include "system/same_file.h"
 
 namespace kelvo {
 namespace {
@@ -17,14 +18,6 @@ std::unique_ptr<OpenFile> Opened(const std::string& path) {
   auto file = std::make_unique<OpenFile>(path, O_RDWR | O_CREAT | kAsItIs);
   if (!file->IsOpen()) file = std::make_unique<OpenFile>(path, O_RDONLY | kAsItIs);
   return file;
-}
-
-// Whoever has released it meanwhile has removed the file, too.
-bool IsStillAt(const std::string& path, int file) {
-  struct stat opened {};
-  struct stat named {};
-  return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 &&
-         opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
 }
 
 }  // namespace
@@ -42,6 +35,7 @@ FileLock::Result FileLock::Take(const std::string& path) {
     if (flock(file->Get(), LOCK_EX | LOCK_NB) != 0) {
       return errno == EWOULDBLOCK ? Result::Taken : Result::Impossible;
     }
+    // Whoever has released it meanwhile has removed the file, too.
     if (!IsStillAt(path, file->Get())) continue;
     path_ = path;
     file_ = std::move(file);

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <fstream>
+#include "system/process_name.h"
 
 namespace kelvo {
 namespace {
@@ -11,13 +11,6 @@ namespace {
 // Where SQLite puts its locks, whatever the file's size is.
 constexpr off_t kFirstLockedByte = 0x40000000;
 constexpr off_t kLockedBytes = 512;
-
-std::string NameOf(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-  std::string name;
-  std::getline(file, name);
-  return name;
-}
 
 }  // namespace
 
@@ -36,7 +29,7 @@ std::string LockHolder::Words() const {
   lock.l_len = kLockedBytes;
   const bool told = descriptor_ >= 0 && fcntl(descriptor_, F_GETLK, &lock) == 0;
   if (!told || lock.l_type == F_UNLCK || lock.l_pid <= 0) return {};
-  const std::string name = NameOf(lock.l_pid);
+  const std::string name = ProcessName(lock.l_pid);
   return " (" + (name.empty() ? "" : "\"" + name + "\", ") + "Prozess " +
          std::to_string(lock.l_pid) + ")";
 }
