@@ -10,7 +10,7 @@ namespace kelvo::sim {
 namespace {
 
 // A clock that is set right for the first time jumps half a century; times count up to 292 years.
-constexpr std::chrono::seconds kLongest = std::chrono::years(100);
+constexpr std::chrono::seconds kLongestGap = std::chrono::years(100);
 
 bool HasAllColumns(std::string_view line) {
   return std::count(line.begin(), line.end(), '\t') >=
@@ -35,7 +35,7 @@ class PlanReader {
     }
     if (!first_) first_ = line->time;
     const auto since = line->time - *first_;
-    if (since > kLongest) {
+    if (since > kLongestGap) {
       error_ = "Zeile " + std::to_string(number) + " liegt mehr als 100 Jahre hinter der ersten";
       return;
     }
