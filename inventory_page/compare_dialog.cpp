@@ -15,12 +15,13 @@
 #include <utility>
 
 #include "inventory/terminal_name.h"
-#include "inventory_page/column_fit.h"
 #include "inventory_page/comparison_words.h"
 #include "inventory_page/write_desk.h"
+#include "widgets/column_fit.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/tail_delegate.h"
 #include "widgets/texts.h"
 #include "widgets/window_size.h"
 
@@ -50,7 +51,7 @@ CompareDialog::CompareDialog(Services services, QWidget* parent)
   connect(&services_.desk, &WriteDesk::Finished, this, &CompareDialog::Follow);
   KeepPlace(this);
   ResizeWithinScreen(this,
-                     {fontMetrics().averageCharWidth() * 165, fontMetrics().lineSpacing() * 38});
+                     {fontMetrics().averageCharWidth() * 200, fontMetrics().lineSpacing() * 38});
 }
 
 QLayout* CompareDialog::MakeChoice() {
@@ -86,9 +87,14 @@ void CompareDialog::MakeTable() {
   ctlVergleich->setAlternatingRowColors(true);
   ctlVergleich->verticalHeader()->hide();
   ctlVergleich->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  columns_ = new ColumnFit(
-      ctlVergleich, {ComparisonModel::Read, ComparisonModel::Written, ComparisonModel::Record,
-                     ComparisonModel::Terminal, ComparisonModel::Result});
+  ctlVergleich->setItemDelegateForColumn(ComparisonModel::Terminal, new TailDelegate(this));
+  // The name of a Terminal goes first, a value that was read last.
+  columns_ = new ColumnFit(ctlVergleich, ctlVergleich->horizontalHeader(),
+                           {{ComparisonModel::Terminal, tr("Halle…, Adresse 255")},
+                            {ComparisonModel::Result, tr("≠ nicht im Terminal")},
+                            {ComparisonModel::Record, tr("Display löschen")},
+                            {ComparisonModel::Written, tr("Display löschen (23.11…")},
+                            {ComparisonModel::Read, tr("64,409 (23.11.2026…")}});
 }
 
 QLayout* CompareDialog::MakeButtons() {
@@ -133,6 +139,11 @@ void CompareDialog::Present() {
     said_.clear();
     FillChoice();
     Compare();
+  }
+  // Whatever was pressed last, Enter always does the same.
+  if (!isVisible()) {
+    ctlVergleich->setFocus();
+    cmdVergleichLesen->setDefault(true);
   }
   show();
   raise();

@@ -12,8 +12,8 @@
 #include <QTableView>
 
 #include "inventory/journal_text.h"
-#include "inventory_page/column_fit.h"
 #include "link/addresses.h"
+#include "widgets/column_fit.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/texts.h"
@@ -165,8 +165,10 @@ void InventoryView::MakeTable() {
   ctlBestand->setAccessibleName(tr("Bestand des Terminals"));
   ctlBestand->verticalHeader()->hide();
   ctlBestand->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() * 3 / 2);
-  columns_ = new ColumnFit(ctlBestand,
-                           {InventoryModel::Name, InventoryModel::Rests, InventoryModel::Database});
+  columns_ = new ColumnFit(ctlBestand, ctlBestand->horizontalHeader(),
+                           {{InventoryModel::Database, tr("wie zuletzt ge…")},
+                            {InventoryModel::Rests, tr("ungewiss: Löschen…")},
+                            {InventoryModel::Name, tr("Display löschen")}});
   ctlBestand->sortByColumn(InventoryModel::Kind, Qt::AscendingOrder);
   connect(ctlBestand, &QAbstractItemView::activated, this, &InventoryView::OpenCurrent);
   connect(ctlBestand->selectionModel(), &QItemSelectionModel::currentChanged, this,
