@@ -105,6 +105,13 @@ std::optional<ItemKey> KnownKeyOf(const StoredRecord& record) {
   return ItemKey{*kind, record.number};
 }
 
+const StoredRecord* FirstOf(const std::vector<StoredRecord>& records, const ItemKey& key) {
+  const auto record =
+      std::find_if(records.begin(), records.end(),
+                   [&key](const StoredRecord& some) { return KnownKeyOf(some) == key; });
+  return record == records.end() ? nullptr : &*record;
+}
+
 ComparisonRow RecordRow(const TerminalId& terminal, const Inventory& inventory,
                         const StoredRecord& record, const ItemKey& key) {
   ComparisonRow row = RowFor(terminal, ItemText(key));
@@ -114,6 +121,31 @@ ComparisonRow RecordRow(const TerminalId& terminal, const Inventory& inventory,
   row.words = absent ? "nicht im Terminal" : "unbekannt";
   row.offer = OrderOf(record, key);
   return row;
+}
+
+// Writing it anew is what takes the doubt away. What was written last stands there with its record,
+// and without one the first record of that number.
+ComparisonRow DoubtRow(const TerminalId& terminal, const Inventory& inventory, const ItemKey& key,
+                       const Doubt& doubt, const std::vector<StoredRecord>& records) {
+  ComparisonRow row = RowFor(terminal, ItemText(key));
+  row.compared = Compared::Unknown;
+  row.uncertain = true;
+  row.words = "ungewiss: " + RestsWords(doubt);
+  row.written = doubt.before;
+  const StoredRecord* record =
+      doubt.before ? RecordOf(records, AgainstDatabase(inventory, *doubt.before, records).record)
+                   : nullptr;
+  if (record == nullptr) record = FirstOf(records, key);
+  if (record == nullptr) return row;
+  row.record = record->id;
+  row.database = record->name;
+  row.offer = OrderOf(*record, key);
+  return row;
+}
+
+bool Shows(const std::vector<ComparisonRow>& rows, const StoredRecord& record) {
+  return std::any_of(rows.begin(), rows.end(),
+                     [&record](const ComparisonRow& row) { return row.record == record.id; });
 }
 
 }  // namespace
@@ -135,16 +167,11 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
     rows.push_back(HeldRow(terminal, inventory, held, records));
   }
   for (const auto& [key, doubt] : inventory.Doubtful()) {
-    ComparisonRow row = RowFor(terminal, ItemText(key));
-    row.compared = Compared::Unknown;
-    const bool writing = doubt.change == ItemChange::Kind::Written && doubt.event != Event::ByMacro;
-    row.words =
-        writing ? "ungewiss, ein Schreiben endete unklar" : "ungewiss: " + RestsWords(doubt);
-    rows.push_back(std::move(row));
+    rows.push_back(DoubtRow(terminal, inventory, key, doubt, records));
   }
   for (const StoredRecord& record : records) {
     const std::optional<ItemKey> key = KnownKeyOf(record);
-    if (!key || inventory.Items().contains(*key) || inventory.DoubtAt(*key) != nullptr) continue;
+    if (!key || inventory.Items().contains(*key) || Shows(rows, record)) continue;
     rows.push_back(RecordRow(terminal, inventory, record, *key));
   }
   return rows;

@@ -29,9 +29,11 @@ struct ComparisonRow {
   std::optional<JournalTime> silentAt{};  ///< the last question, which was not answered
   std::string readBefore{};               ///< where that was another one
   std::optional<Held> written{};
-  std::string sent{};      ///< of a setting, what was sent last
-  std::string database{};  ///< the record's name, UTF-8
+  std::string sent{};       ///< of a setting, what was sent last
+  std::string database{};   ///< the record's name, UTF-8
+  std::int64_t record = 0;  ///< the one of a row whose state is not known; 0 for none
   Compared compared = Compared::Plain;
+  bool uncertain = false;             ///< something came there of which nobody knows the end
   std::string words{};                ///< what the comparison says, UTF-8
   std::optional<WriteOrder> order{};  ///< writes what the database has otherwise
   /// Writes what the database has and the Terminal has not, or not for all that is known.

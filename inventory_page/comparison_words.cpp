@@ -73,10 +73,13 @@ QString DifferenceWords(const std::vector<ComparisonRow>& rows) {
       Count(rows, [](const auto& row) { return row.compared == Compared::Different; });
   const bool anyRead = Count(rows, [](const auto& row) { return row.readAt.has_value(); }) > 0;
   const QStringList offers = Offers(rows);
-  const QString words = different > 0
-                            ? Counted(different, tr("1 Unterschied."), tr("%1 Unterschiede."))
-                        : anyRead ? tr("Kein Unterschied bekannt.")
-                                  : tr("Nichts gelesen, kein Unterschied bekannt.");
+  const int uncertain = Count(rows, [](const auto& row) { return row.uncertain; });
+  const QString found = different > 0
+                            ? Counted(different, tr("1 Unterschied"), tr("%1 Unterschiede"))
+                        : anyRead ? tr("Kein Unterschied bekannt")
+                                  : tr("Nichts gelesen, kein Unterschied bekannt");
+  const QString words =
+      found + (uncertain > 0 ? tr(", %1 ungewiss.").arg(uncertain) : QStringLiteral("."));
   if (!offers.isEmpty()) {
     return words + tr(" „Geändertes schreiben …“ bietet an: %1.").arg(offers.join(tr(", ")));
   }

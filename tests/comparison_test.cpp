@@ -62,14 +62,6 @@ TEST_F(ComparisonTest, WhatWasWrittenIsHeldAgainstTheDatabaseAndOnlyWhatChangedI
   // What cannot be written is not offered.
   records[0].wire = std::string("a\x03", 2);
   EXPECT_EQ(Words("Makro 1"), "geändert");
-  journal.Add({JournalTime(),
-               Tor,
-               Event::Begun,
-               {ItemChange::Kind::Written, {ItemKind::Macro, 2}},
-               {},
-               {},
-               0});
-  EXPECT_EQ(Words("Makro 2"), "ungewiss, ein Schreiben endete unklar");
 }
 
 // Of what a Terminal has not, or not for all that is known, it is only offered.
@@ -85,6 +77,42 @@ TEST_F(ComparisonTest, WhatIsNotThereIsOffered) {
     if (row.offer) offered += row.what + ": " + row.words + ", " + row.offer->item.name + "; ";
   }
   EXPECT_EQ(offered, "Makro 0: unbekannt, Start; ");
+}
+
+// Writing it anew is what makes it known again.
+TEST_F(ComparisonTest, WhatIsUncertainIsShownAsItWasAndOffered) {
+  Written({{ItemKind::Macro, 1}, WriteMakro(1, "alt").Text(), "Pumpe"});
+  Written({{ItemKind::Macro, 2}, WriteMakro(2, "gleich").Text(), "Logo"});
+  records = {{1, "Makro", "Pumpe", -1, "neu"},
+             {2, "Makro", "Logo", 2, "gleich"},
+             {3, "Makro", "Start", 2, "x"},
+             {4, "Makro", "Ende", 3, "y"}};
+  const auto uncertain = [this] {
+    std::string rows;
+    for (const ComparisonRow& row : Compare(Tor, journal.Of(Tor), {}, records)) {
+      if (row.compared != Compared::Unknown) continue;
+      rows += row.what + ": " + row.words + ", " + row.database;
+      rows += row.written ? ", " + row.written->item.name : "";
+      rows += row.offer ? " <- " + row.offer->item.name : "";
+      rows += row.uncertain ? "\n" : ".\n";
+    }
+    return rows;
+  };
+  journal.Add({JournalTime(), Tor, Event::Silent, {ItemChange::Kind::Erased, {}}, {}, {}, 0});
+  EXPECT_EQ(uncertain(),
+            "Makro 1: ungewiss: Löschen: keine Antwort, Pumpe, Pumpe <- Pumpe\n"
+            "Makro 2: ungewiss: Löschen: keine Antwort, Logo, Logo <- Logo\n"
+            "Makro 2: unbekannt, Start <- Start.\n"
+            "Makro 3: unbekannt, Ende <- Ende.\n");
+  journal.Add({JournalTime(),
+               Tor,
+               Event::Refused,
+               {ItemChange::Kind::Written, {ItemKind::Macro, 3}},
+               {},
+               {},
+               0});
+  EXPECT_NE(uncertain().find("Makro 3: ungewiss: abgelehnt, Ende <- Ende\n"), std::string::npos)
+      << uncertain();
 }
 
 TEST_F(ComparisonTest, TheFreeBytesAreTheOnesReadLastWhereverThatWas) {
