@@ -19,6 +19,12 @@ ItemKey PlaceOf(ItemKey key) {
   return key;
 }
 
+// What was begun, and nothing came of it before the next.
+bool CutOffBy(const Doubt* before, Event next) {
+  return before != nullptr && before->event == Event::Begun && next == Event::Begun &&
+         before->change != ItemChange::Kind::Erased;
+}
+
 bool IsCutOff(Event event) { return event == Event::LineLost || event == Event::Unclear; }
 
 }  // namespace
@@ -128,8 +134,8 @@ Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const 
   const Held* const held = At(key);
   if (old != nullptr && entry.event == Event::ByMacro) return *old;
   Doubt doubt = old != nullptr ? *old : Doubt{};
-  doubt.cutOff = doubt.cutOff || IsCutOff(entry.event) ||
-                 (old != nullptr && old->event == Event::Begun && entry.event == Event::Begun);
+  const bool erases = entry.change.kind == ItemChange::Kind::Erased;
+  doubt.cutOff = doubt.cutOff || (!erases && IsCutOff(entry.event)) || CutOffBy(old, entry.event);
   doubt.event = entry.event;
   doubt.time = entry.time;
   doubt.change = entry.change.kind;
@@ -142,6 +148,7 @@ Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const 
 
 void Inventory::DoubtPlace(const JournalEntry& entry) {
   if (entry.change.kind == ItemChange::Kind::Erased) {
+    for (auto& [key, doubt] : doubtful_) doubt = DoubtOver(key, entry);
     for (const auto& [key, held] : items_) doubtful_[key] = DoubtOver(key, entry);
     items_.clear();
     return;

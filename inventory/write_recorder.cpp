@@ -23,7 +23,7 @@ std::string_view Parameters(std::string_view command, CommandName name) {
 }
 
 // What a reply to an acknowledged command says; nothing as long as it may still come.
-std::optional<Event> EventOf(const Reply& reply, bool counts) {
+std::optional<Event> EventOf(const Reply& reply) {
   switch (JudgedAcknowledge(reply).kind) {
     case ReplyKind::Answered:
       return Event::Acknowledged;
@@ -32,10 +32,10 @@ std::optional<Event> EventOf(const Reply& reply, bool counts) {
     case ReplyKind::PortClosed:
       return Event::LineLost;
     case ReplyKind::Silent:
-      return counts ? std::nullopt : std::optional(Event::Silent);
+      return Event::Silent;
     case ReplyKind::Unfinished:
     case ReplyKind::Unexpected:
-      return counts ? std::nullopt : std::optional(Event::Unclear);
+      return Event::Unclear;
     case ReplyKind::Sent:
       break;
   }
@@ -84,7 +84,7 @@ void WriteRecorder::Begin(std::string_view command, const ItemChange& change) {
   if (ChangesWhenRun(command)) begun.command = command;
   Record(std::move(begun), Event::Begun);
   const bool counts = LastCommand(command)->answer == Answer::CountDown;
-  pending_.push_back({std::move(entry), std::string(command), counts, unsure,
+  pending_.push_back({std::move(entry), std::string(command), counts, false, unsure,
                       Settings(config != nullptr ? config->item.command : std::string())});
 }
 
@@ -161,17 +161,36 @@ void WriteRecorder::CountSum(std::string_view characters) {
 
 void WriteRecorder::Settle(const Outcome& outcome) {
   const CommandRow* const asked = LastCommand(outcome.sent);
+  LeaveCounts(outcome.sent);
   if (asked == nullptr) return;
   if (asked->name == CommandName::AskFreeBytes) return NoteFreeBytes(outcome.reply);
   if (asked->name == CommandName::AskChecksum) return Prove(outcome.reply);
   End(outcome);
 }
 
+// Whoever asks something else has not waited for the end.
+void WriteRecorder::LeaveCounts(std::string_view asked) {
+  std::erase_if(pending_, [&](const Pending& pending) {
+    const bool left = pending.counts && !asked.ends_with(pending.command);
+    if (left && !pending.told) Record(pending.entry, Event::Unclear);
+    return left;
+  });
+}
+
+// While it counts, the acknowledge may still come: the doubt is recorded, and its end is awaited.
+bool WriteRecorder::StaysOpen(Event event) {
+  Pending& last = pending_.back();
+  if (!last.counts || (event != Event::Silent && event != Event::Unclear)) return false;
+  const bool first = !std::exchange(last.told, true);
+  if (first && pending_.size() == 1) Record(last.entry, event);
+  return true;
+}
+
 // Of several commands in one text nobody knows which one the answer is to.
 void WriteRecorder::End(const Outcome& outcome) {
   if (pending_.empty() || !outcome.sent.ends_with(pending_.back().command)) return;
-  const auto event = EventOf(outcome.reply, pending_.back().counts);
-  if (!event) return;
+  const auto event = EventOf(outcome.reply);
+  if (!event || StaysOpen(*event)) return;
   const bool one = pending_.size() == 1;
   Pending pending = std::exchange(pending_, {}).back();
   if (!one) return;

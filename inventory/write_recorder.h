@@ -47,6 +47,8 @@ class WriteRecorder {
   void CountSum(std::string_view characters);
   void Settle(const Outcome& outcome);
   void End(const Outcome& outcome);
+  void LeaveCounts(std::string_view asked);
+  bool StaysOpen(Event event);
   void Prove(const Reply& reply);
   void NoteFreeBytes(const Reply& reply);
   void Record(JournalEntry entry, Event event);
@@ -56,6 +58,7 @@ class WriteRecorder {
     JournalEntry entry;
     std::string command;
     bool counts = false;  ///< it is answered by numbers first
+    bool told = false;    ///< that so far nothing good has come
     bool unsure = false;  ///< a macro cut off before may have taken it for a part of its text
     Settings settings{};  ///< that the configuration before it is known to keep
   };

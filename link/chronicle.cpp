@@ -110,7 +110,14 @@ void Chronicle::NoteAcknowledged(const Outcome& outcome) {
   const Reply reply = JudgedAcknowledge(outcome.reply);
   if (reply.kind == ReplyKind::Sent) return;  // it still counts
   if (reply.Failed()) {
-    Add(TargetWords() + CommandWords(outcome.sent, 1) + ": " + FailureWords(reply),
+    const std::string what = TargetWords() + CommandWords(outcome.sent, 1) + ": ";
+    // What is waited for behind a refusal cannot come.
+    const bool over = LastCommand(outcome.sent)->answer == Answer::CountDown &&
+                      reply.kind == ReplyKind::Silent && !lines_.empty() &&
+                      lines_.back().weight == Weight::Refused &&
+                      lines_.back().text.starts_with(what);
+    if (over) return;
+    Add(what + FailureWords(reply),
         reply.kind == ReplyKind::Refused ? Weight::Refused : Weight::Failed);
   } else {
     const std::string before =

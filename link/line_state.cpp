@@ -16,6 +16,16 @@ std::optional<int> AddressIn(std::string_view reply) {
   return value < kAllAddresses ? std::optional(static_cast<int>(value)) : std::nullopt;
 }
 
+bool Counts(const CommandRow* asked) {
+  return asked != nullptr && asked->answer == Answer::CountDown;
+}
+
+// A count-down is waited for in parts; a refusal is the end of it.
+Reply Judged(const Reply& reply, const CommandRow* asked) {
+  Reply judged = Counts(asked) ? JudgedAcknowledge(reply) : reply;
+  return judged.kind == ReplyKind::Refused ? judged : reply;
+}
+
 }  // namespace
 
 LineState::LineState(LineWatch& line, const EventLoop& loop, const Exchange& exchange)
@@ -100,10 +110,16 @@ void LineState::Sent(std::string_view characters) {
   Changed();
 }
 
-void LineState::Settle(const Outcome& outcome) {
-  if (outcome.reply.kind == ReplyKind::PortClosed) return;
-  const CommandRow* const asked = LastCommand(outcome.sent);
+void LineState::Settle(const Outcome& told) {
+  if (told.reply.kind == ReplyKind::PortClosed) return;
+  const CommandRow* const asked = LastCommand(told.sent);
+  const Reply judged = Judged(told.reply, asked);
+  const Outcome outcome{told.sent, judged, told.took};
   unasked_ = false;
+  const bool refused = Counts(asked) && failure_ && failure_->kind == ReplyKind::Refused &&
+                       failure_->sent == outcome.sent;
+  // Nothing can come behind that.
+  if (refused && judged.kind == ReplyKind::Silent) return;
   if (outcome.reply.kind == ReplyKind::Silent) {
     // What has no answer proves nothing by silence.
     if (asked == nullptr || asked->answer == Answer::None) return;

@@ -32,10 +32,13 @@ Reply AcknowledgeReply(std::string_view answer, bool alive) {
   return {kind, ErrorText(kind, answer), std::string(answer)};
 }
 
+// A refusal may also come where something else was waited for.
 Reply JudgedAcknowledge(const Reply& reply) {
-  if (reply.kind != ReplyKind::Answered) return reply;
+  const bool whole = reply.kind == ReplyKind::Answered;
+  if (!whole && reply.kind != ReplyKind::Unfinished) return reply;
   if (reply.received.find(kAck) != std::string::npos) return reply;
   const bool refused = reply.received.find(kNak) != std::string::npos;
+  if (!whole && !refused) return reply;
   return {refused ? ReplyKind::Refused : ReplyKind::Sent, reply.text, reply.received};
 }
 

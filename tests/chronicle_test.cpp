@@ -73,6 +73,16 @@ TEST_F(ChronicleTest, WhatMayNotHaveArrivedIsNotCalledDone) {
   }
 }
 
+// It is waited for in parts.
+TEST_F(ChronicleTest, ACountDownThatIsRefusedSaysSoOnce) {
+  terminal.Answer("Ee", "\x15");
+  exchange.SendString(EraseEEpromCounting());
+  Collect("\r");
+  Collect("");
+  EXPECT_EQ(Last(), "failed: EEPROM löschen mit Fortschritt: abgelehnt (NAK)");
+  EXPECT_EQ(chronicle.Lines().size(), 1u);
+}
+
 TEST_F(ChronicleTest, AnUndertakingThatWritesToSeveralNamesEachAddress) {
   terminal.Answer("\x03", "\x06");
   exchange.SendString(SelectAddress(7));

@@ -107,8 +107,12 @@ TEST_F(JournalTest, WhatEndedOtherwiseLeavesAPlaceInDoubt) {
   }
   Did(5, WriteMakro(7, "neu"));
   Did(5, WriteMakro(8, "acht"));
+  Happened(Event::Begun, 5, EraseEEprom());
   Happened(Event::Silent, 5, EraseEEprom());
   EXPECT_EQ(Macro(5, 8), "?");
+  const Inventory five = journal.Of({kDevice, 5});
+  EXPECT_EQ(five.DoubtAt({ItemKind::Macro, 8})->event, Event::Silent) << "not begun for good";
+  EXPECT_FALSE(five.DoubtAt({ItemKind::Macro, 8})->cutOff);
 }
 
 TEST_F(JournalTest, ADoubtKeepsWhatWasWrittenAndADeletionMakesNoneWhereNothingWas) {

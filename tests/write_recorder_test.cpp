@@ -5,9 +5,12 @@
 #include <filesystem>
 #include <random>
 
+#include "inventory/journal_text.h"
 #include "inventory/proven_write.h"
 #include "inventory/reply_memory.h"
 #include "link/commands.h"
+#include "link/failure_cause.h"
+#include "terminal/erase.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -130,6 +133,31 @@ TEST_F(WriteRecorderTest, TheAddressThatClosesATransferIsNoTerminal) {
   EXPECT_EQ(journal.Terminals(),
             (std::vector<TerminalId>{{kSerialDevice, kUnknownAddress}, {kSerialDevice, 5}}));
   EXPECT_EQ(Macro(Of(5), 7), nullptr);
+}
+
+TEST_F(WriteRecorderTest, AnEraseThatCountsIsRecordedWithTheEndThatCame) {
+  Write(SelectAddress(5));
+  Write(WriteMakro(7, "alt"));
+  const auto erase = [this](sim::Fault fault) {
+    At(1).SetFault(fault);
+    EraseCounting(exchange, [](int, int) { return true; });
+    At(1).SetFault(sim::Fault::None);
+    const JournalEntry& last = journal.Entries().back();
+    return EventText(last.event) + (last.change.kind == ItemChange::Kind::Erased ? "" : "?");
+  };
+  EXPECT_EQ(erase(sim::Fault::Nak), "abgelehnt");
+  EXPECT_EQ(state.Answers(), Answering::Answered);
+  EXPECT_EQ(CauseOf("kein ACK nach löschen", state), FailureCause::Refused);
+  EXPECT_EQ(erase(sim::Fault::Silent), "keine Antwort");
+  EXPECT_EQ(Of(5).DoubtAt({ItemKind::Macro, 7})->event, Event::Silent);
+  Write(WriteMakro(8, "acht"));
+  ASSERT_NE(Macro(Of(5), 8), nullptr) << "what came behind it has its own end";
+  // Nobody waits for its end, and goes on.
+  EraseCounting(exchange, [](int, int) { return false; });
+  Write(SelectAddress(5));
+  exchange.SendQuery(AskFreeBytes());
+  EXPECT_EQ(Of(5).DoubtAt({ItemKind::Macro, 8})->event, Event::Unclear);
+  EXPECT_EQ(erase(sim::Fault::None), "bestätigt");
 }
 
 TEST_F(WriteRecorderTest, WhatAMacroDoesToTheEepromIsNotKnownWhenItWasRun) {
