@@ -22,6 +22,7 @@
 #include "widgets/form.h"
 #include "widgets/handlers.h"
 #include "widgets/tail_delegate.h"
+#include "widgets/tame_text.h"
 #include "widgets/texts.h"
 #include "widgets/window_size.h"
 
@@ -164,7 +165,7 @@ void CompareDialog::FillChoice() {
   cboVergleichTerminal->clear();
   cboVergleichTerminal->addItem(tr("Alle der Liste"));
   for (const int address : addresses) {
-    cboVergleichTerminal->addItem(NameOf(address), address);
+    cboVergleichTerminal->addItem(Tamed(NameOf(address)), address);
   }
   const int chosen = selected ? cboVergleichTerminal->findData(*selected) : 0;
   cboVergleichTerminal->setCurrentIndex(std::max(chosen, 0));

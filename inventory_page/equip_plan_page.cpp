@@ -17,6 +17,7 @@
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/tame_text.h"
 #include "widgets/texts.h"
 
 namespace kelvo {
@@ -143,7 +144,7 @@ void EquipPlanPage::FillSources() {
   }
   sources_.push_back({tr("Datensätze der Datenbank")});
   cboAusstattenQuelle->clear();
-  for (const Source& source : sources_) cboAusstattenQuelle->addItem(source.title);
+  for (const Source& source : sources_) cboAusstattenQuelle->addItem(Tamed(source.title));
   cboAusstattenQuelle->setCurrentIndex(std::max(0, cboAusstattenQuelle->findText(before)));
 }
 
@@ -295,7 +296,7 @@ void EquipPlanPage::cmdAusstattenLaden_Click() {
   sources_.insert(sources_.begin(), {tr("Datei %1").arg(name), {}, *std::move(equipment)});
   {
     const QSignalBlocker blocker(cboAusstattenQuelle);
-    cboAusstattenQuelle->insertItem(0, sources_.front().title);
+    cboAusstattenQuelle->insertItem(0, Tamed(sources_.front().title));
     cboAusstattenQuelle->setCurrentIndex(0);
   }
   cboAusstattenQuelle_Click();

@@ -16,6 +16,7 @@
 #include "widgets/column_fit.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
+#include "widgets/tame_text.h"
 #include "widgets/texts.h"
 #include "widgets/wire_field.h"
 
@@ -254,9 +255,9 @@ void InventoryView::ListTerminals() {
   const TerminalId before = Shown();
   terminals_ = services_.journal.Terminals();
   cboBestandTerminal->clear();
-  cboBestandTerminal->addItem(tr("wer zuhört: %1").arg(ListenerText()));
+  cboBestandTerminal->addItem(Tamed(tr("wer zuhört: %1").arg(ListenerText())));
   for (const TerminalId& terminal : terminals_) {
-    cboBestandTerminal->addItem(TerminalText(terminal));
+    cboBestandTerminal->addItem(Tamed(TerminalText(terminal)));
     if (chosen && terminal == before) {
       cboBestandTerminal->setCurrentIndex(cboBestandTerminal->count() - 1);
     }

@@ -159,7 +159,7 @@ bool AtListDelegate::eventFilter(QObject* editor, QEvent* event) {
   auto* const field = qobject_cast<QWidget*>(editor);
   const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
   if (field == nullptr || (key != Qt::Key_Up && key != Qt::Key_Down)) {
-    return QStyledItemDelegate::eventFilter(editor, event);
+    return TameDelegate::eventFilter(editor, event);
   }
   QWidget* const list = field->parentWidget()->parentWidget();
   Q_EMIT commitData(field);

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QStyledItemDelegate>
 #include <optional>
 
 #include "keyboards/at_table.h"
+#include "widgets/tame_text.h"
 
 namespace kelvo {
 
@@ -55,11 +55,11 @@ class AtList : public QAbstractTableModel {
 };
 
 /// Edits a cell of the list in a field that takes only what the wire can carry.
-class AtListDelegate : public QStyledItemDelegate {
+class AtListDelegate : public TameDelegate {
   Q_OBJECT
 
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  using TameDelegate::TameDelegate;
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const override;

@@ -18,6 +18,7 @@
 #include "widgets/handlers.h"
 #include "widgets/name_list.h"
 #include "widgets/symbol.h"
+#include "widgets/tame_text.h"
 
 namespace kelvo {
 namespace {
@@ -188,7 +189,7 @@ void frmhaupt::ShowRecentFiles() {
   for (int i = 0; i < entries.size(); ++i) {
     entries[i]->setVisible(i < paths.size());
     if (i >= paths.size()) continue;
-    QString name = QFileInfo(paths[i]).fileName();
+    QString name = Tamed(QFileInfo(paths[i]).fileName());
     entries[i]->setText(QStringLiteral("&%1 %2").arg(i + 1).arg(name.replace(u'&', tr("&&"))));
     entries[i]->setToolTip(paths[i]);
   }

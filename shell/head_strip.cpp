@@ -15,6 +15,7 @@
 #include "bus/terminal_search.h"
 #include "shell/line_words.h"
 #include "widgets/form.h"
+#include "widgets/tame_text.h"
 #include "widgets/texts.h"
 
 namespace kelvo {
@@ -117,7 +118,7 @@ void HeadStrip::SetTerminals(std::vector<StoredTerminal> terminals) {
   cmdDovuName->menu()->clear();
   for (const StoredTerminal& stored : terminals_) {
     const int number = stored.address;
-    QString entry = Text(stored.name).replace(u'&', tr("&&"));
+    QString entry = Tamed(Text(stored.name)).replace(u'&', tr("&&"));
     if (stored.name != ResultName(number)) entry = tr("%1 (%2)").arg(entry).arg(number);
     cmdDovuName->menu()->addAction(entry, this, [this, number] { SetAddress(number); });
   }

@@ -10,6 +10,7 @@
 #include "base/guard.h"
 #include "store/program_data.h"
 #include "widgets/form.h"
+#include "widgets/tame_text.h"
 #include "widgets/texts.h"
 #include "widgets/window_size.h"
 
@@ -84,7 +85,7 @@ void PortDialog::Refresh() {
     const QString device = box.currentText();
     box.clear();
     for (const MachinePort& port : ports) {
-      box.addItem(Text(port.description + " – " + port.device), Text(port.device));
+      box.addItem(Tamed(Text(port.description + " – " + port.device)), Text(port.device));
     }
     box.addItem(tr("Simulator – %1").arg(QLatin1String(kSimulator)), QLatin1String(kSimulator));
     box.setEditText(device);

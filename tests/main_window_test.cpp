@@ -1,6 +1,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 #include <filesystem>
 
@@ -87,6 +88,59 @@ TEST_F(MainWindowTest, TextFromOutsideIsShownAsItIs) {
     EXPECT_TRUE(label->textFormat() == Qt::PlainText || isOwn) << label->objectName().toStdString();
   }
   EXPECT_GT(labels, 100);
+}
+
+// A name may turn the writing, hide a part of it, or have no end.
+TEST_F(MainWindowTest, NamesFromOutsideAreTameWhereTheyAreShownAndStayAsTheyAreStored) {
+  Start();
+  const int usual = window->minimumSizeHint().width();
+  window.reset();
+  const std::string name = "\u202Etxt.exe\u200B\u2066" + std::string(10'000, 'W');
+  Sql("update Makro set Bezeichnung = '" + name + "'");
+  Sql("insert into DOVU values (5, '" + name + "', 1, 1)");
+  Start();
+  Find<QSpinBox>("ctlUpDownAdrDovu").setValue(5);
+  Click("cmdDovuAktivieren");
+  window->setWindowTitle(QString::fromStdString(name));
+  window->statusBar()->showMessage(QString::fromStdString(name));
+  const auto isTame = [](const QString& text) {
+    static const QRegularExpression wild(
+        QStringLiteral("[\\x{200B}-\\x{200F}\\x{202A}-\\x{202E}\\x{2066}-\\x{2069}]|\\S{300}"));
+    return !text.contains(wild);
+  };
+  int shown = 0;
+  const auto look = [&] {
+    for (QWidget* const widget : QApplication::allWidgets()) {
+      if (!widget->isVisible()) continue;
+      QStringList texts{widget->windowTitle()};
+      if (const auto* const label = qobject_cast<QLabel*>(widget)) texts << label->text();
+      if (const auto* const bar = qobject_cast<QStatusBar*>(widget)) texts << bar->currentMessage();
+      if (const auto* const list = qobject_cast<QComboBox*>(widget)) texts << list->currentText();
+      if (const auto* const view = qobject_cast<QAbstractItemView*>(widget)) {
+        const auto* const items = qobject_cast<QStyledItemDelegate*>(view->itemDelegate());
+        if (items != nullptr) texts << items->displayText(QString::fromStdString(name), {});
+      }
+      for (const QString& text : texts) {
+        EXPECT_TRUE(isTame(text)) << widget->metaObject()->className() << " "
+                                  << widget->objectName().toStdString();
+        shown += text.contains(QChar(QChar::ReplacementCharacter)) ? 1 : 0;
+      }
+    }
+  };
+  for (int tab = 0; tab < Find<QTabWidget>("cmdTab").count(); ++tab) {
+    Find<QTabWidget>("cmdTab").setCurrentIndex(tab);
+    QApplication::processEvents();
+    window->grab();
+    look();
+    EXPECT_LE(window->minimumSizeHint().width(), usual + 200) << tab;
+  }
+  Trigger("mnuAnsichtVergleich");
+  Trigger("mnuAusstatten");
+  QToolTip::showText({}, QString::fromStdString(name), window.get());
+  QApplication::processEvents();
+  look();
+  EXPECT_GT(shown, 10);
+  EXPECT_EQ(Stored("Makro", "Bezeichnung"), name);
 }
 
 TEST_F(MainWindowTest, FirstPaintOpensTheStoredPortAndSetsItUp) {

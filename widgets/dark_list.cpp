@@ -1,21 +1,21 @@
 #include "widgets/dark_list.h"
 
 #include <QAbstractItemView>
-#include <QStyledItemDelegate>
 
 #include "widgets/contrast.h"
+#include "widgets/tame_text.h"
 
 namespace kelvo {
 namespace {
 
 // The edge of a check box is a darker shade of the window's colour, whatever the list's ground is.
-class DarkDelegate : public QStyledItemDelegate {
+class DarkDelegate : public TameDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  using TameDelegate::TameDelegate;
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
+    TameDelegate::initStyleOption(option, index);
     QPalette& palette = option->palette;
     const QColor ground = palette.color(QPalette::Base);
     if (!IsDark(ground)) return;

@@ -3,6 +3,7 @@
 #include <QComboBox>
 
 #include "store/recordset.h"
+#include "widgets/tame_text.h"
 
 namespace kelvo {
 namespace {
@@ -42,7 +43,7 @@ void NameList::Add(NewEntry where, std::int64_t bookmark, const std::string& nam
 void NameList::Rename(std::int64_t bookmark, const std::string& name) {
   const int index = IndexOf(bookmark);
   box_.setItemData(index, QString::fromStdString(name), kNameRole);
-  box_.setItemText(index, QString::fromStdString(name));
+  box_.setItemText(index, Tamed(QString::fromStdString(name)));
 }
 
 void NameList::Remove(std::int64_t bookmark) {
@@ -55,7 +56,7 @@ void NameList::Remove(std::int64_t bookmark) {
 
 void NameList::Mark(std::int64_t bookmark, bool unsaved) {
   const int index = IndexOf(bookmark);
-  const QString name = QString::fromStdString(NameAt(index));
+  const QString name = Tamed(QString::fromStdString(NameAt(index)));
   box_.setItemText(index, unsaved ? QStringLiteral("* ") + name : name);
 }
 

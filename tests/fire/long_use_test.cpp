@@ -107,8 +107,25 @@ class LongUseTest : public testing::Test {
     while (!done() && elapsed.elapsed() < kPatience) {
       QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    EXPECT_TRUE(done()) << what << (box != nullptr ? ": " + box->text().toStdString() : "");
+    EXPECT_TRUE(done()) << what << Windows();
+  }
+  /// What stands on the screen, and which of its buttons can be pressed.
+  static std::string Windows() {
+    std::string text;
+    for (const QWidget* const top : QApplication::topLevelWidgets()) {
+      if (!top->isVisible()) continue;
+      text += '\n' + top->objectName().toStdString();
+      if (top == QApplication::activeModalWidget()) text += " (modal)";
+      if (auto* const box = qobject_cast<const QMessageBox*>(top))
+        text += box->text().toStdString();
+      if (qobject_cast<const QDialog*>(top) == nullptr) continue;
+      for (const auto* const button : top->findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && button->isEnabled()) {
+          text += ' ' + button->objectName().toStdString();
+        }
+      }
+    }
+    return text;
   }
   std::string Failures() const {
     const auto& list = *window->findChild<QListWidget*>(QStringLiteral("ctlVerlauf"));
