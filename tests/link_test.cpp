@@ -214,6 +214,13 @@ TEST(EchoFilterTest, AnExactCopyIsEchoAndAllElseIsTheAnswer) {
   }
 }
 
+TEST(EchoFilterTest, WhatFollowsTheAnswerIsNoEchoThoughItLooksLikeOne) {
+  EchoFilter filter;
+  filter.Written("\x1b?A", milliseconds(0), milliseconds(10));
+  EXPECT_EQ(filter.Arrived("?A5;"), "?A5;");
+  EXPECT_EQ(filter.Arrived("\x1b?A"), "\x1b?A");
+}
+
 TEST(EchoFilterTest, EchoThatIsOverdueIsNotExpectedAnyMore) {
   EchoFilter filter;
   filter.Written("\033EWC", milliseconds(0), milliseconds(10));

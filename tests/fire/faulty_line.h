@@ -67,13 +67,16 @@ class FaultyLine {
   sim::Line& Wires() { return line_.line; }
 
   /// Another action begins: what went over the wires is forgotten, and a fault that is still going
-  /// on has ended.
+  /// on has ended; but nothing overtakes what is held back.
   void Begin(std::vector<Strike> strikes) {
     strikes_ = std::move(strikes);
     lanes_ = {};
-    blocked_ = {};
     ++action_;
     struck_ = 0;
+    for (Block& block : blocked_) {
+      block.lost = {};
+      if (block.held > loop_.Now()) ++struck_;
+    }
     late_ = port_.held = false;
   }
   const Lane& Of(Way way) const { return lanes_[Index(way)]; }

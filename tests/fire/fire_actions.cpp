@@ -114,13 +114,13 @@ void JudgeProven(FireProgram& program) {
   }
 }
 // The Terminal refuses it.
-void WriteRefused(FireProgram& program) {
+void DeleteRefused(FireProgram& program) {
   program.Chosen().SetFault(sim::Fault::Nak);
-  program.Click("cmdSetMakro");
+  program.Click("cmdClearMakro");
   program.Chosen().SetFault(sim::Fault::None);
 }
 void JudgeRefused(FireProgram& program) {
-  program.Hold(!program.Noted("Makro 7 geschrieben"), "macro written, but refused");
+  program.Hold(!program.Noted("Makro 7 gelöscht"), "macro deleted, but refused");
   if (!program.GoodLine() || program.Line().Struck() > 0) return;
   program.Hold(program.Told("Fehler beim EEPROM"), "nobody has told of the refusal");
 }
@@ -190,7 +190,7 @@ std::vector<Action> MakeScript() {
       {"erase", SomethingToErase, Erase, JudgeErased},
       {"erase and store", SomethingToErase, EraseAndStore, JudgeErased},
       {"write macro", TypeMakro, Clicking("cmdSetMakro"), JudgeMakro},
-      {"write refused macro", TypeMakro, WriteRefused, JudgeRefused, false, true},
+      {"delete refused macro", MakroIsThere, DeleteRefused, JudgeRefused, false, true},
       {"write autostart", TypeMakro, Clicking("cmdSetAutostartMakro"), JudgeAutostart},
       {"prove macro", MakroToProve, Clicking("cmdSetMakroGeprueft"), JudgeProven},
       {"run macro", TypeMakro, Clicking("cmdPlayMakro"), Nothing},

@@ -2,6 +2,7 @@
 // hold and to what really went over the wires. More of it: KELVO_FIRE=100000 exchanges; the same
 // again: KELVO_FIRE_SEED.
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 
@@ -29,6 +30,26 @@ TEST(WireFire, EveryActionIsToldRightOnAGoodLine) {
   for (const FireProgram::Action& action : AllActions()) program.Do(action, {}, "good line");
   std::cout << "good line: " << program.tally.Line() << '\n';
   EXPECT_EQ(program.tally.strikes, 0);
+}
+
+const FireProgram::Action& Named(const std::string& name) {
+  const auto& script = Script();
+  return *std::find_if(script.begin(), script.end(),
+                       [&name](const FireProgram::Action& action) { return name == action.name; });
+}
+
+// The acknowledge of one command comes at any moment of the next one, which is refused.
+TEST(WireFire, LateAcknowledgeIsNotTakenForTheOneOfARefusedCommand) {
+  FireProgram program({3});
+  program.rest = milliseconds(0);
+  // Two seconds are waited for it, and the next command follows 700 ms later.
+  for (unsigned late = 2650; late < 2800; late += 2) {
+    program.Do(Named("delete config"), {{Way::ToHost, 0, Kind::Delay, late}}, "late acknowledge");
+    program.Do(Named("delete refused macro"), {}, std::to_string(late) + " ms late");
+    EXPECT_FALSE(program.Noted("Makro 7 gelöscht")) << late;
+    program.Recover();
+  }
+  std::cout << "late acknowledge: " << program.tally.Line() << '\n';
 }
 
 // Two answer at once, or nobody understands: nothing is told that does not stand in the Terminal.
