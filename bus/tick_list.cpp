@@ -1,16 +1,15 @@
 #include "bus/tick_list.h"
 
 #include <QHeaderView>
-#include <algorithm>
+#include <utility>
 
 #include "widgets/dark_list.h"
+#include "widgets/tail_delegate.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int kTickColumn = 0;
-constexpr int kWidestColumn = 45;  // characters
-constexpr int kNarrowestColumn = 8;
 
 Qt::CheckState CheckStateOf(bool ticked) { return ticked ? Qt::Checked : Qt::Unchecked; }
 
@@ -42,23 +41,13 @@ void TickList::SetText(int row, int column, const QString& text) {
   item.setToolTip(column, text);
 }
 
-void TickList::FitColumn(int column) {
-  resizeColumnToContents(column);
-  const int widest = fontMetrics().averageCharWidth() * kWidestColumn;
-  setColumnWidth(column, std::min(columnWidth(column), widest));
+void TickList::FitColumns(std::vector<ColumnFit::Yielding> yielding) {
+  auto* const fit = new ColumnFit(this, header(), std::move(yielding));
+  connect(model(), &QAbstractItemModel::dataChanged, fit, &ColumnFit::FitSoon);
+  connect(model(), &QAbstractItemModel::rowsInserted, fit, &ColumnFit::FitSoon);
 }
 
-void TickList::WholeLastColumn() {
-  header()->setStretchLastSection(false);
-  header()->setSectionResizeMode(columnCount() - 1, QHeaderView::ResizeToContents);
-}
-
-void TickList::FirstColumnYields() {
-  header()->setStretchLastSection(false);
-  header()->setMinimumSectionSize(fontMetrics().averageCharWidth() * kNarrowestColumn);
-  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  header()->setSectionResizeMode(kTickColumn, QHeaderView::Stretch);
-}
+void TickList::KeepAddresses() { setItemDelegateForColumn(kTickColumn, new TailDelegate(this)); }
 
 bool TickList::AnyTicked() const {
   for (int row = 0; row < Rows(); ++row) {

@@ -3,6 +3,8 @@
 #include <QTreeWidget>
 #include <vector>
 
+#include "widgets/column_fit.h"
+
 namespace kelvo {
 
 /// A list of rows with a check box in front and texts in columns.
@@ -16,12 +18,10 @@ class TickList : public QTreeWidget {
   int Add(const QStringList& texts, bool ticked);
   /// Sets a cell, and its tool tip for where the column is too narrow for it.
   void SetText(int row, int column, const QString& text);
-  /// Makes a column as wide as its texts, but no wider than leaves room for the others.
-  void FitColumn(int column);
-  /// The last column is never narrower than its texts: what has no room is scrolled to.
-  void WholeLastColumn();
-  /// The others are as wide as their texts, and the first one has what is left.
-  void FirstColumnYields();
+  /// The columns are as wide as their texts from now on, and these yield (ColumnFit).
+  void FitColumns(std::vector<ColumnFit::Yielding> yielding);
+  /// The first column names Terminals: there the name is cut and never the address.
+  void KeepAddresses();
   bool Ticked(int row) const;
   bool AnyTicked() const;
   void Tick(int row, bool ticked);

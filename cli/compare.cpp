@@ -29,6 +29,7 @@ std::string Word(Compared compared) {
 }
 
 std::string WrittenName(const Held& held) {
+  if (held.item.key.kind == ItemKind::Config) return {};
   return held.item.name.empty() ? "ohne Namen" : held.item.name;
 }
 

@@ -1,6 +1,7 @@
 #include "inventory/comparison.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "inventory/setting_check.h"
@@ -143,9 +144,26 @@ ComparisonRow DoubtRow(const TerminalId& terminal, const Inventory& inventory, c
   return row;
 }
 
-bool Shows(const std::vector<ComparisonRow>& rows, const StoredRecord& record) {
-  return std::any_of(rows.begin(), rows.end(),
-                     [&record](const ComparisonRow& row) { return row.record == record.id; });
+// By kind and number, whatever is known of them.
+std::vector<ComparisonRow> ItemRows(const TerminalId& terminal, const Inventory& inventory,
+                                    const std::vector<StoredRecord>& records) {
+  std::multimap<ItemKey, ComparisonRow> sorted;
+  for (const auto& [key, held] : inventory.Items()) {
+    sorted.emplace(key, HeldRow(terminal, inventory, held, records));
+  }
+  for (const auto& [key, doubt] : inventory.Doubtful()) {
+    sorted.emplace(key, DoubtRow(terminal, inventory, key, doubt, records));
+  }
+  std::set<std::int64_t> shown;
+  for (const auto& [key, row] : sorted) shown.insert(row.record);
+  for (const StoredRecord& record : records) {
+    const std::optional<ItemKey> key = KnownKeyOf(record);
+    if (!key || inventory.Items().contains(*key) || shown.contains(record.id)) continue;
+    sorted.emplace(*key, RecordRow(terminal, inventory, record, *key));
+  }
+  std::vector<ComparisonRow> rows;
+  for (auto& [key, row] : sorted) rows.push_back(std::move(row));
+  return rows;
 }
 
 }  // namespace
@@ -163,17 +181,7 @@ std::vector<ComparisonRow> Compare(const TerminalId& terminal, const Inventory& 
       if (known && inventory.FreeBytes().Changed()) rows.back().words = "seither geschrieben";
     }
   }
-  for (const auto& [key, held] : inventory.Items()) {
-    rows.push_back(HeldRow(terminal, inventory, held, records));
-  }
-  for (const auto& [key, doubt] : inventory.Doubtful()) {
-    rows.push_back(DoubtRow(terminal, inventory, key, doubt, records));
-  }
-  for (const StoredRecord& record : records) {
-    const std::optional<ItemKey> key = KnownKeyOf(record);
-    if (!key || inventory.Items().contains(*key) || Shows(rows, record)) continue;
-    rows.push_back(RecordRow(terminal, inventory, record, *key));
-  }
+  for (ComparisonRow& row : ItemRows(terminal, inventory, records)) rows.push_back(std::move(row));
   return rows;
 }
 

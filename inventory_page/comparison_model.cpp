@@ -20,6 +20,10 @@ QString WrittenText(const ComparisonRow& row) {
   if (!row.sent.empty()) return ComparisonModel::tr("%1 (gesendet)").arg(Text(row.sent));
   if (!row.written) return {};
   const QString name = Text(row.written->item.name);
+  if (row.written->item.key.kind == ItemKind::Config) {  // it has none
+    return ComparisonModel::tr("%1, %2").arg(MomentText(row.written->written),
+                                             Text(ProofWords(row.written->proof)));
+  }
   return ComparisonModel::tr("%1 (%2, %3)")
       .arg(name.isEmpty() ? ComparisonModel::tr("ohne Namen") : name,
            MomentText(row.written->written), Text(ProofWords(row.written->proof)));

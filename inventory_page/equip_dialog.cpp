@@ -33,7 +33,7 @@ EquipDialog::EquipDialog(EquipServices services, QWidget* parent)
   column->addLayout(buttons);
   KeepPlace(this);
   ResizeWithinScreen(this,
-                     {fontMetrics().averageCharWidth() * 150, fontMetrics().lineSpacing() * 36});
+                     {fontMetrics().averageCharWidth() * 175, fontMetrics().lineSpacing() * 36});
   OnSend(cmdAusstatten, this, services_.person, &EquipDialog::cmdAusstatten_Click);
   OnClick(cmdAusstattenSchliessen, this, services_.person,
           &EquipDialog::cmdAusstattenSchliessen_Click, Speaks::ToStop);
@@ -82,7 +82,7 @@ bool EquipDialog::Confirm(const EquipJob& job) {
   const std::string erase =
       job.erase ? " Das EEPROM wird vorher gelöscht, mit allem, was darin liegt." : "";
   return services_.person.Ask(std::to_string(job.Steps()) + " Posten werden geschrieben an: " +
-                                  names + "." + erase + " Beginnen ?",
+                                  names + "." + erase + " Beginnen\u00A0?",
                               job.erase ? Icon::Exclamation : Icon::Question, {}, Proposal::No);
 }
 

@@ -38,8 +38,8 @@ EquipPlanPage::EquipPlanPage(const EquipServices& services, QWidget* parent)
   right->addWidget(MakePlan(), 3);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(MakeSource(), 4);
-  row->addLayout(right, 3);
+  row->addWidget(MakeSource(), 1);
+  row->addLayout(right, 1);
   ConnectControls();
 }
 
@@ -56,7 +56,7 @@ QWidget* EquipPlanPage::MakeSource() {
       Named(new TickList({tr("Posten"), tr("Bezeichnung"), tr("Byte"), tr("am Ziel")}, {18, 18, 7}),
             "ctlAusstattenPosten");
   ctlAusstattenPosten->setAccessibleName(tr("Posten"));
-  ctlAusstattenPosten->WholeLastColumn();
+  ctlAusstattenPosten->FitColumns({{1, tr("Display löschen")}});
   ctlAusstattenPosten->headerItem()->setToolTip(kBytesColumn,
                                                 tr("mindestens, errechnet; was das Terminal dazu "
                                                    "braucht, sagt es nicht"));
@@ -77,7 +77,8 @@ QWidget* EquipPlanPage::MakeTargets() {
       Named(new TickList({tr("Terminal"), tr("Checksumme"), tr("gelesen")}, {27, 15}),
             "ctlAusstattenZiele");
   ctlAusstattenZiele->setAccessibleName(tr("Ziele"));
-  ctlAusstattenZiele->FirstColumnYields();
+  ctlAusstattenZiele->KeepAddresses();
+  ctlAusstattenZiele->FitColumns({{0, tr("✓ Halle…, Adresse 255")}, {2, tr("2.10F, 8192 Byte…")}});
   cmdAusstattenLesen = MakeButton("cmdAusstattenLesen", tr("&Ziele lesen"),
                                   tr("Fragt die angekreuzten nach Adresse, Version und freiem "
                                      "Platz. Geschrieben wird nichts."));

@@ -138,6 +138,13 @@ QString InventoryModel::Cell(int row, int column) const {
   }
 }
 
+// The cell itself may be cut off.
+QString InventoryModel::Tip(int row, int column) const {
+  const QString text = Cell(row, column);
+  if (column == Rests) return text + u'\n' + RestsTip(At(row));
+  return column == Database ? text + u'\n' + AgainstTip(At(row).against.kind) : text;
+}
+
 QVariant InventoryModel::SortKey(const Row& row, int column) const {
   const Held* const written = LastWritten(row);
   switch (column) {
@@ -167,8 +174,7 @@ QVariant InventoryModel::data(const QModelIndex& index, int role) const {
       }
       return {};
     case Qt::ToolTipRole:
-      if (column == Rests) return RestsTip(row);
-      return column == Database ? AgainstTip(row.against.kind) : Cell(index.row(), column);
+      return Tip(index.row(), column);
     case Qt::FontRole: {
       const bool plain = row.against.kind == Against::Kind::Same || column != Database;
       QFont font;

@@ -37,6 +37,7 @@ class InventoryModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
+  QString Tip(int row, int column) const;
   QVariant SortKey(const Row& row, int column) const;
 
   std::vector<Row> rows_;

@@ -60,10 +60,10 @@ QString WrittenText(const Inventory& inventory) {
   std::size_t characters = 0;
   for (const auto& [key, held] : inventory.Items()) characters += ItemBytes(held.item);
   if (count > 0) {
-    return InventoryView::tr("%1 von hier geschrieben, zusammen %2 Zeichen%3.")
-        .arg(Entries(count))
-        .arg(characters)
-        .arg(doubts > 0 ? u';' + (u' ' + uncertain) : QString());
+    const QString together =
+        characters > 0 ? InventoryView::tr(", zusammen %1 Zeichen").arg(characters) : QString();
+    return InventoryView::tr("%1 von hier geschrieben%2%3.")
+        .arg(Entries(count), together, doubts > 0 ? u';' + (u' ' + uncertain) : QString());
   }
   if (inventory.WrittenSince()) {
     return InventoryView::tr("Was von hier geschrieben wurde, liegt dort nicht mehr.");

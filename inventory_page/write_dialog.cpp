@@ -40,7 +40,9 @@ WriteDialog::WriteDialog(Services services, QWidget* parent)
   connect(List(), &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
     if (column == 0 && !filling_ && !Running()) Ticked(List()->indexOfTopLevelItem(item));
   });
-  ResizeWithinScreen(this, {fontMetrics().averageCharWidth() * 140, height()});
+  List()->KeepAddresses();
+  List()->FitColumns({{0, tr("✓ Halle…, Adresse 255")}, {1, tr("Makro 255 „Display…")}});
+  ResizeWithinScreen(this, {fontMetrics().averageCharWidth() * 170, height()});
 }
 
 void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
@@ -97,7 +99,6 @@ void WriteDialog::FillList() {
                  Text(YesNoText(job.canSum)), Text(JobText(job))},
                 job.ticked);
   }
-  List()->FitColumn(0);
   StartButton()->setEnabled(!jobs_.empty());
   ResultLabel()->setText(jobs_.empty() ? tr("Es sind keine Terminals gespeichert.") : QString());
 }

@@ -19,7 +19,9 @@ using Cells = std::vector<std::string>;
 Cells HeldCells(const SheetSubject& subject, const Held& held) {
   const bool config = held.item.key.kind == ItemKind::Config;
   return {config ? "–" : std::to_string(held.item.key.number),
-          held.item.name.empty() ? "ohne Namen" : PrintedWords(held.item.name),
+          config                   ? "–"
+          : held.item.name.empty() ? "ohne Namen"
+                                   : PrintedWords(held.item.name),
           config ? "–" : std::to_string(ItemBytes(held.item)), HeldBasis(subject.inventory, held)};
 }
 

@@ -86,7 +86,8 @@ TEST_F(ComparisonTest, WhatIsUncertainIsShownAsItWasAndOffered) {
   records = {{1, "Makro", "Pumpe", -1, "neu"},
              {2, "Makro", "Logo", 2, "gleich"},
              {3, "Makro", "Start", 2, "x"},
-             {4, "Makro", "Ende", 3, "y"}};
+             {4, "Makro", "Ende", 3, "y"},
+             {5, "Makro", "Anfang", 0, "z"}};
   const auto uncertain = [this] {
     std::string rows;
     for (const ComparisonRow& row : Compare(Tor, journal.Of(Tor), {}, records)) {
@@ -100,6 +101,7 @@ TEST_F(ComparisonTest, WhatIsUncertainIsShownAsItWasAndOffered) {
   };
   journal.Add({JournalTime(), Tor, Event::Silent, {ItemChange::Kind::Erased, {}}, {}, {}, 0});
   EXPECT_EQ(uncertain(),
+            "Makro 0: unbekannt, Anfang <- Anfang.\n"
             "Makro 1: ungewiss: Löschen: keine Antwort, Pumpe, Pumpe <- Pumpe\n"
             "Makro 2: ungewiss: Löschen: keine Antwort, Logo, Logo <- Logo\n"
             "Makro 2: unbekannt, Start <- Start.\n"

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <algorithm>
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -75,6 +76,15 @@ void ColumnFit::Fit() {
     if (width > 0) header_.resizeSection(column, width);
     ++column;
   }
+}
+
+void ColumnFit::FitSoon() {
+  if (std::exchange(soon_, true)) return;
+  const auto fit = [this] {
+    soon_ = false;
+    Fit();
+  };
+  QMetaObject::invokeMethod(this, fit, Qt::QueuedConnection);
 }
 
 }  // namespace kelvo

@@ -24,6 +24,8 @@ class ColumnFit : public QObject {
 
   /// The texts are other ones now.
   void Fit();
+  /// The same, once for all that change in this turn of the event loop.
+  void FitSoon();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -38,6 +40,7 @@ class ColumnFit : public QObject {
   const std::vector<Yielding> yielding_;
   bool fitting_ = false;
   bool set_ = false;
+  bool soon_ = false;
 };
 
 }  // namespace kelvo
