@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "inventory/statement_words.h"
 #include "inventory/terminal_name.h"
 #include "terminal/eeprom.h"
 
@@ -16,14 +17,23 @@ std::string RoomRemark(std::int64_t needed, std::int64_t free, bool fits) {
          " (gelesen)." + (fits ? "" : " Das reicht nicht.");
 }
 
-void AddRoom(TargetPlan& plan, const EquipJob& job, const std::optional<TargetReading>& reading) {
+// What was read of it before, whoever has asked.
+std::string KnownRoom(const Room& room) {
+  const auto& last = room.LastReading();
+  if (!last) return "der freie Platz ist nicht gelesen.";
+  return "frei waren " + Bytes(last->bytes) + " (gelesen " + LocalMoment(last->time) +
+         (room.Changed() ? ", seither geschrieben)." : ").");
+}
+
+void AddRoom(TargetPlan& plan, const EquipJob& job, const TargetView& view) {
+  const auto& reading = view.reading;
   const auto needed = static_cast<std::int64_t>(LeastBytes(job.equipment.items));
-  if (!reading) {
-    plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
-                           " (errechnet); der freie Platz ist nicht gelesen.");
-  } else if (job.erase) {
-    plan.remarks.push_back("Platz: gebraucht werden mindestens " + Bytes(needed) +
-                           " (errechnet); der freie Platz wird nach dem Löschen gelesen.");
+  const std::string needs = "Platz: gebraucht werden mindestens " + Bytes(needed) + " (errechnet)";
+  if (job.erase) {
+    plan.remarks.push_back(needs + "; der freie Platz wird nach dem Löschen gelesen.");
+  } else if (!reading) {
+    plan.remarks.push_back(needs + " und " + std::to_string(kEepromReserve) + " Byte Reserve; " +
+                           KnownRoom(view.there.FreeBytes()));
   } else {
     plan.fits = needed <= reading->freeBytes - kEepromReserve;
     plan.remarks.push_back(RoomRemark(needed, reading->freeBytes, plan.fits));
@@ -88,7 +98,7 @@ std::string OutlookText(Outlook outlook, const Item& item, const Inventory* ther
     case Outlook::Same:
       return "gleich dem zuletzt von hier Geschriebenen";
     case Outlook::Doubtful:
-      return "ungewiss, letztes Schreiben nicht bestätigt";
+      return "ungewiss: " + RestsWords(*there->DoubtAt(item.key));
     case Outlook::AfterErase:
       return "frei nach dem Löschen";
     case Outlook::Overwrites:
@@ -105,7 +115,7 @@ TargetPlan PlanFor(const EquipJob& job, const TargetView& view) {
   const auto& reading = view.reading;
   if (reading && !reading->Complete()) return {{reading->problem}, false};
   if (reading) plan.remarks.push_back("Version " + reading->version + " (gelesen).");
-  AddRoom(plan, job, reading);
+  AddRoom(plan, job, view);
   AddRest(plan, job, view.there);
   if (view.isOrigin && !job.erase) {
     plan.remarks.emplace_back(

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "inventory/equip_plan.h"
+#include "link/commands.h"
+
 namespace kelvo {
 namespace {
 
@@ -28,6 +31,25 @@ TEST(Equipment, OfRecordsThatCannotBeWrittenTheReasonIsTold) {
   ASSERT_EQ(Conflicts(equipment.items).size(), 1U);
   EXPECT_EQ(Conflicts(equipment.items)[0].text,
             "Matrix-Tabelle 3 „M“ und AT-Tabelle 3 „A“ haben denselben Platz im Terminal.");
+}
+
+TEST(Equipment, ThePlanTellsWhatIsKnownOfTheTargetBeforeItIsAsked) {
+  const TerminalId five{"/dev/ttyUSB0", 5};
+  const Item item{{ItemKind::Macro, 7}, WriteMakro(7, "neu").Text(), "Pumpe"};
+  TargetView view{{five, "Tor", {}}};
+  const EquipJob job{{{}, {item}, {}, {}}, {view.target}, false};
+  const auto says = [&](const std::string& words) {
+    return PlanText(job, {view}).find(words) != std::string::npos;
+  };
+  EXPECT_TRUE(says("der freie Platz ist nicht gelesen."));
+  view.there.Take({JournalTime(), five, Event::FreeBytes, {}, {}, {}, 8192});
+  EXPECT_TRUE(says("frei waren 8192 Byte (gelesen ")) << PlanText(job, {view});
+  const ItemChange write{ItemChange::Kind::Written, item.key};
+  view.there.Take({JournalTime(), five, Event::Acknowledged, write, {}, item.command, 0});
+  EXPECT_TRUE(says(", seither geschrieben).")) << PlanText(job, {view});
+  view.there.Take({JournalTime(), five, Event::Silent, {ItemChange::Kind::Erased, {}}, {}, {}, 0});
+  EXPECT_EQ(OutlookText(OutlookOf(item, &view.there, false), item, &view.there),
+            "ungewiss: Löschen: keine Antwort");
 }
 
 }  // namespace
