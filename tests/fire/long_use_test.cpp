@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <filesystem>
 #include <iostream>
+#include <numeric>
 #include <random>
 
 #include "graphics/wmf.h"
