@@ -6,6 +6,7 @@
 #include <QStyle>
 #include <QWidget>
 #include <algorithm>
+#include <optional>
 
 namespace kelvo {
 namespace {
@@ -34,9 +35,10 @@ class PlaceKeeper : public QObject {
     dialog_.setAttribute(Qt::WA_Moved);
   }
   void Shift() {
-    if (Owner() == owner_) return;
+    // A place that was stored is one on the screen.
+    if (!owner_ || Owner() == *owner_) return;
     const QRect screen = dialog_.parentWidget()->screen()->availableGeometry();
-    QRect place = dialog_.geometry().translated(Owner() - owner_);
+    QRect place = dialog_.geometry().translated(Owner() - *owner_);
     place.moveRight(std::min(place.right(), screen.right()));
     place.moveBottom(std::min(place.bottom(), screen.bottom()));
     place.moveLeft(std::max(place.left(), screen.left()));
@@ -45,7 +47,7 @@ class PlaceKeeper : public QObject {
   }
 
   QDialog& dialog_;
-  QPoint owner_;
+  std::optional<QPoint> owner_;  // where it stood when this was hidden
 };
 
 }  // namespace
