@@ -58,20 +58,25 @@ void WriteDialog::Open(const QString& title, std::vector<WriteJob> jobs) {
 
 // Of what would overwrite one another only one may stay ticked.
 void WriteDialog::Ticked(int row) {
-  if (!List()->Ticked(row)) return;
   const auto index = static_cast<std::size_t>(row);
-  for (const std::size_t other : clashes_.With(jobs_[index])) {
+  WriteJob& job = jobs_[index];
+  if (job.ticked == List()->Ticked(row)) return;  // something else of the row
+  job.ticked = !job.ticked;
+  ResultLabel()->clear();  // that was of other ticks
+  if (!job.ticked) return;
+  for (const std::size_t other : clashes_.With(job)) {
     if (other == index || !List()->Ticked(static_cast<int>(other))) continue;
     List()->Tick(static_cast<int>(other), false);
     ResultLabel()->setText(
         tr("%1 ist nicht mehr angekreuzt: Es hat denselben Platz im Terminal wie %2.")
-            .arg(Text(WhatText(jobs_[other].order.item)), Text(WhatText(jobs_[index].order.item))));
+            .arg(Text(WhatText(jobs_[other].order.item)), Text(WhatText(job.order.item))));
   }
 }
 
 // Which one of several the operator has not said: the first, unless one is ticked already.
 void WriteDialog::TickAll() {
   const QScopedValueRollback filling(filling_, true);
+  ResultLabel()->clear();
   int left = 0;
   for (const WriteJob& job : jobs_) {
     const auto& same = clashes_.With(job);
@@ -80,7 +85,10 @@ void WriteDialog::TickAll() {
     });
     if (!any) List()->Tick(static_cast<int>(&job - jobs_.data()), true);
   }
-  for (int row = 0; row < List()->Rows(); ++row) left += List()->Ticked(row) ? 0 : 1;
+  for (int row = 0; row < List()->Rows(); ++row) {
+    jobs_[static_cast<std::size_t>(row)].ticked = List()->Ticked(row);
+    left += List()->Ticked(row) ? 0 : 1;
+  }
   if (left == 0) return;
   ResultLabel()->setText(
       tr("Nicht angekreuzt: %1. Von dem, was denselben Platz im Terminal hat, geht nur eines.")

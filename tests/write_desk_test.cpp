@@ -246,7 +246,14 @@ TEST_F(WriteDeskTest, OfTwoRecordsWithOneNumberOnlyOneIsWritten) {
   EXPECT_EQ(Text("lblSchreibenErgebnis"),
             "Makro 2 „Rahmen“ ist nicht mehr angekreuzt: Es hat denselben Platz im Terminal wie "
             "Makro 2 „Kasten“.");
+  Click("cmdSchreibenKeins");
+  EXPECT_EQ(Text("lblSchreibenErgebnis"), "") << "that was of other ticks";
+  Find<QTreeWidget>("ctlSchreibenListe").topLevelItem(1)->setCheckState(0, Qt::Checked);
   Click("cmdSchreiben");
+  EXPECT_NE(Text("lblSchreibenErgebnis"), "");
+  Click("cmdSchreibenAlle");
+  EXPECT_TRUE(Text("lblSchreibenErgebnis").starts_with("Nicht angekreuzt: 1. "));
+  Click("cmdSchreibenKeins");
   EXPECT_EQ(Macro(1, 2), "anders");
   EXPECT_EQ(State(0), "unbekannt; geht nicht zusammen mit Makro 2 „Kasten“");
 }
