@@ -13,6 +13,7 @@
 
 #include "graphics/wmf.h"
 #include "project_page/side_by_side.h"
+#include "widgets/column_fit.h"
 #include "widgets/files.h"
 #include "widgets/form.h"
 #include "widgets/handlers.h"
@@ -21,6 +22,7 @@
 namespace kelvo {
 namespace {
 
+constexpr int kMeasuredRows = 200;  // for the widths of the columns
 constexpr const char* kWmfFilter = "Vistel(WMF) |*.wmf";
 
 SideBySide::Lines LinesOf(const ProjectRecord* record) {
@@ -98,12 +100,13 @@ void ImportDialog::MakeTable() {
   ctlImport->setSelectionBehavior(QAbstractItemView::SelectRows);
   ctlImport->setAlternatingRowColors(true);
   ctlImport->verticalHeader()->hide();
-  ctlImport->horizontalHeader()->setStretchLastSection(true);
-  const int character = fontMetrics().averageCharWidth();
-  int column = 0;
-  for (const int width : {18, 11, 32, 44, 30}) {
-    ctlImport->setColumnWidth(column++, character * width);
-  }
+  ctlImport->horizontalHeader()->setResizeContentsPrecision(kMeasuredRows);
+  auto* const fit = new ColumnFit(ctlImport, ctlImport->horizontalHeader(),
+                                  {{ImportModel::Name, tr("Display löschen")},
+                                   {ImportModel::Found, tr("nur dort geändert")},
+                                   {ImportModel::Choice, tr("? „Anzeige“ gibt es hier schon")}});
+  connect(&shown_, &QAbstractItemModel::modelReset, fit, &ColumnFit::FitSoon);
+  connect(&shown_, &QAbstractItemModel::dataChanged, fit, &ColumnFit::FitSoon);
   connect(ctlImport->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { ShowCurrent(); });
   connect(&model_, &ImportModel::dataChanged, this, [this] { ShowSummary(); });
@@ -275,7 +278,7 @@ QString ImportDialog::CountsText() const {
 QString ImportDialog::FaultText() const {
   for (int row = 0; row < model_.rowCount(); ++row) {
     const QString fault = model_.Fault(row);
-    if (!fault.isEmpty()) return tr(" Unter dieser Bezeichnung geht es nicht: %1.").arg(fault);
+    if (!fault.isEmpty()) return tr(" So geht es nicht: %1.").arg(fault);
   }
   return {};
 }

@@ -125,8 +125,7 @@ TEST_F(ProjectDialogTest, ATypedNameTakesARecordBesideAndTheCommonStateDecidesTh
   EXPECT_EQ(Rows().front(), "Rahmen: verschieden: ? „Begrüßung“ gibt es hier schon");
   EXPECT_FALSE(Find("cmdImportAusfuehren").isEnabled());
   EXPECT_TRUE(Text("lblImport")
-                  .ends_with("Kein Satz ändert sich, 1 ist noch zu entscheiden. Unter dieser "
-                             "Bezeichnung geht es nicht: "
+                  .ends_with("Kein Satz ändert sich, 1 ist noch zu entscheiden. So geht es nicht: "
                              "„Begrüßung“ gibt es "
                              "hier schon."))
       << Text("lblImport");
