@@ -63,7 +63,7 @@ void MacroTable::MakeColumns() {
   header->setSortIndicatorClearable(true);
   tblMakros->setSortingEnabled(true);
   const int digit = fontMetrics().averageCharWidth();
-  const int widths[] = {21, 4, 12, 8, 7};
+  const int widths[] = {18, 4, 12, 8, 7};
   for (int i = 0; i < MacroTableModel::ColumnCount; ++i) {
     // The heading is never cut off, also with the mark of the order beside it.
     const int heading = i == MacroTableModel::Terminal ? header->sectionSizeHint(i) + 2 * digit : 0;
