@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "link/addresses.h"
+#include "project/identity.h"
 #include "store/display_size.h"
 
 namespace kelvo {
@@ -20,6 +21,13 @@ constexpr NumberRange kPause{0, 60'000};        // milliseconds
 constexpr NumberRange kColours{0, 0x100'0000};  // the last one makes all of a picture black
 constexpr NumberRange kVersions{0, 1'000};
 
+constexpr NumberRange kMacroLengths{0, 1023};
+
+constexpr ProjectField kMacroFields[] = {{"nr_im_display", "Nummer", Whole, false, kNumbers},
+                                         {"Bezeichnung", "Bezeichnung", Text, true},
+                                         {"ausgang", "Ausgang", Text},
+                                         {"eingang", "Eingang", Text},
+                                         {"wert", "Inhalt", Commands, false, kMacroLengths}};
 constexpr ProjectField kContentFields[] = {{"nr_im_display", "Nummer", Whole, false, kNumbers},
                                            {"Bezeichnung", "Bezeichnung", Text, true},
                                            {"ausgang", "Ausgang", Text},
@@ -69,7 +77,7 @@ constexpr KindRow Content(ProjectKind kind, const char* member, const char* noun
 }
 
 constexpr KindRow kKinds[] = {
-    Content(ProjectKind::Macro, "Makros", "Makro", "Makro"),
+    {ProjectKind::Macro, Identity::Name, "Makros", "Makro", "Makro", "Makro", kMacroFields, 0, 1},
     Content(ProjectKind::MatrixTable, "Matrix-Tabellen", "Matrix-Tabelle", "MatrixTab"),
     Content(ProjectKind::AtTable, "AT-Tabellen", "AT-Tabelle", "ATTab"),
     Content(ProjectKind::Picture, "Grafiken", "Grafik", "Grafik"),
@@ -119,12 +127,29 @@ bool IsWithin(const NumberRange& range, Number number) {
   return number >= static_cast<Number>(range.least) && number <= static_cast<Number>(range.most);
 }
 
+// What tells a record apart is always there.
+bool TextFits(const ProjectField& field, const std::string& text) {
+  if (field.form == Text) {
+    return !field.always ||
+           (!WithoutOuterBlanks(text).empty() && text.find_first_of("\r\n") == std::string::npos);
+  }
+  const auto most = static_cast<std::size_t>(field.range.most);
+  return most == 0 || Characters(text) <= most;
+}
+
 }  // namespace
+
+std::size_t Characters(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+  }));
+}
 
 bool Fits(const ProjectField& field, const Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return true;
   if (field.form == Text || field.form == Commands) {
-    return std::holds_alternative<std::string>(value);
+    const auto* const text = std::get_if<std::string>(&value);
+    return text != nullptr && TextFits(field, *text);
   }
   const auto* const whole = std::get_if<std::int64_t>(&value);
   if (whole != nullptr) return IsWithin(field.range, *whole);

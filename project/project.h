@@ -7,6 +7,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "graphics/drawing.h"
@@ -57,10 +58,13 @@ struct ProjectField {
   FieldForm form;
   /// Stands in the text also when the database holds nothing there, and must.
   bool always = false;
-  NumberRange range{};  ///< of numbers alone
+  NumberRange range{};  ///< of numbers, and of how many characters commands have; 0 for any
 };
-/// Whether the program itself would store this there: no other form, and no number out of range. A
-/// database may hold more than that. Nothing at all fits everywhere.
+/// Of a text in UTF-8, as an editor counts them.
+std::size_t Characters(std::string_view text);
+/// Whether the program itself would store this there: no other form, no number out of range, no
+/// name of nothing but blanks or of several lines, no macro that is too long. A database may hold
+/// more than that. Nothing at all fits everywhere.
 bool Fits(const ProjectField& field, const Value& value);
 
 /// What is to know of a kind of record.

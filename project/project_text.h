@@ -33,9 +33,9 @@
 //   }
 //
 // A database may hold what the program would not store: a number out of range, a word in a number's
-// place, a second record of a name or, where the number tells them apart, of a number. It comes
-// through as it is where the record says so behind all else, "Unverändert": ["Nummer"]; without
-// that it is refused.
+// place, a blank name, a macro that is too long, a second record of a name or, where the number
+// tells them apart, of a number. It comes through as it is where the record says so behind all
+// else, "Unverändert": ["Nummer"]; without that it is refused.
 //
 // Only characters that can be seen stand for themselves. In strings "\e" is ESC, "\xHH" any other
 // of the first 256 characters, "\\" the backslash, which JSON writes twice each. What the database

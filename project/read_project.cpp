@@ -86,6 +86,13 @@ Value AnyValue(const NodeReader& node, const ProjectField& field) {
 }
 
 [[noreturn]] void FailToFit(const NodeReader& node, const ProjectField& field, const Value& value) {
+  if (field.form == FieldForm::Text)
+    node.Fail("Eine Bezeichnung ist nicht leer und hat eine Zeile.");
+  if (field.form == FieldForm::Commands) {
+    node.Fail("Ein Makro hat höchstens " + std::to_string(field.range.most) +
+              " Zeichen; hier sind es " + std::to_string(Characters(std::get<std::string>(value))) +
+              ".");
+  }
   const bool real = field.form == FieldForm::Real;
   const bool number = std::holds_alternative<std::int64_t>(value) ||
                       (real && std::holds_alternative<double>(value));
@@ -282,11 +289,8 @@ ProjectFault FaultAt(std::string_view text, std::size_t offset, std::string plac
   const std::string_view before = text.substr(0, offset);
   const std::size_t newline = before.rfind('\n');
   const std::string_view line = before.substr(newline == std::string_view::npos ? 0 : newline + 1);
-  const auto characters = std::count_if(line.begin(), line.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-  });
   return {static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1,
-          static_cast<std::size_t>(characters) + 1, std::move(place), std::move(reason)};
+          Characters(line) + 1, std::move(place), std::move(reason)};
 }
 
 }  // namespace

@@ -165,12 +165,15 @@ TEST_F(ProjectImportTest, WhatComesBesideMayNotBearTheNameOfAnother) {
 TEST_F(ProjectImportTest, WhatTheProgramWouldNotStoreComesThroughMarked) {
   Sql("update Makro set nr_im_display = 'zwei' where Bezeichnung = 'Rahmen'");
   Sql("update Anschluss set ComNr = 9 where ComNr = 6");
+  Sql("update Makro set Bezeichnung = ' ', wert = printf('%.*c', 2000, 'ä') "
+      "where Bezeichnung = 'Begrüßung'");
   Sql("insert into DOVU values (300, 'weit', 7, 2.5)");
   Sql("update \"Default\" set displayx = 99999");
   Sql("update Optionen set ChecksumabVer = 9e999, rs485wait = -3");
   const std::string text = Export();
   for (const char* marked :
        {"\"Unverändert\": [\"Nummer\"]", "{\"Com\": 9, ",
+        "\"Unverändert\": [\"Bezeichnung\", \"Inhalt\"]",
         "\"aktiv\": 2.5, \"Unverändert\": [\"Adresse\", \"Prüfsumme\", \"aktiv\"]}",
         "\"Höhe\": 128, \"Unverändert\": [\"Breite\"]}",
         "\"Unverändert\": [\"rs485wait\", \"ChecksumabVer\"]"}) {
