@@ -311,7 +311,10 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   loop.After(milliseconds(200), [this] { Find("frmVergleich").close(); });
   Click("cmdVergleichLesen");
   EXPECT_FALSE(Find("frmVergleich").isVisible());
+  Find("cmdVergleichSchliessen").setFocus();
   Trigger("mnuAnsichtVergleich");
+  EXPECT_EQ(Find("frmVergleich").focusWidget(), &Find("ctlVergleich"));
+  EXPECT_TRUE(Find<QPushButton>("cmdVergleichLesen").isDefault()) << "whatever was pressed last";
   bool stoppable = false;
   loop.After(testing_world::milliseconds(50), [&] {
     stoppable = Find("cmdVergleichAbbrechen").isEnabled();
