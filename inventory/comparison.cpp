@@ -34,10 +34,10 @@ void CompareWithSent(ComparisonRow& row, const SettingSent& sent) {
 // The free bytes may have been asked elsewhere since, or there alone.
 void TakeKnownRoom(ComparisonRow& row, const Room& room) {
   const auto& known = room.LastReading();
-  const auto last = std::max(row.readAt, row.silentAt);
-  if (!known || (last && known->time <= *last)) return;
+  if (!known || (row.readAt && known->time <= *row.readAt)) return;
   row.read = std::to_string(known->bytes);
   row.readAt = known->time;
+  if (row.silentAt && known->time <= *row.silentAt) return;
   row.silentAt.reset();
   row.words.clear();
 }

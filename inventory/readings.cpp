@@ -113,10 +113,18 @@ ReadRun::Result ReadRun::Run(const std::string& device, const std::vector<int>& 
   }
   result.complete = GoesOn();
   result.lost = !services_.exchange.Alive();
-  if (services_.exchange.Alive()) {
+  // To select once more who has just kept silent would only make that forgotten.
+  const bool there = result.complete && selectAfter && !addresses.empty() &&
+                     addresses.back() == *selectAfter && KeptSilent({device, *selectAfter});
+  if (services_.exchange.Alive() && !there) {
     services_.exchange.SendString(SelectAddress(selectAfter.value_or(kClosingAddress)));
   }
   return result;
+}
+
+bool ReadRun::KeptSilent(const TerminalId& terminal) const {
+  const Silence* const silence = services_.readings.SilenceOf(terminal, Query::AskAddress);
+  return silence != nullptr && silence->why == kNoAnswer;
 }
 
 // Who is silent to its address is asked nothing else; what is not answered is not known.

@@ -107,6 +107,7 @@ class ReadRun {
 
  private:
   bool GoesOn() const { return !stopping_ && services_.exchange.Alive(); }
+  bool KeptSilent(const TerminalId& terminal) const;
   void AskAll(const TerminalId& terminal, Result& result);
   void TakeSilence(const TerminalId& terminal, WriteVerdict verdict);
 

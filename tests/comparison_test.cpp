@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "link/commands.h"
+#include "link/line_state.h"
 #include "tests/fakes/bus_world.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -131,7 +132,7 @@ TEST_F(ComparisonTest, TheFreeBytesAreTheOnesReadLastWhereverThatWas) {
   journal.Add({at(2), Tor, Event::FreeBytes, {}, {}, {}, 8113});
   EXPECT_EQ(read(), "8113");
   readings.AddSilence(Tor, CommandName::AskFreeBytes, {at(3), "keine Antwort"});
-  EXPECT_EQ(read(), "!") << "it was silent since";
+  EXPECT_EQ(read(), "8113!") << "it was silent since, and the newest known stays";
   readings.Add({at(4), Tor, CommandName::AskFreeBytes, "8000"});
   EXPECT_EQ(read(), "8000");
   Written({{ItemKind::Macro, 1}, WriteMakro(1, "neu").Text(), "Pumpe"});
@@ -139,6 +140,19 @@ TEST_F(ComparisonTest, TheFreeBytesAreTheOnesReadLastWhereverThatWas) {
 }
 
 // Where it was read after it was sent.
+TEST_F(ComparisonTest, WhoKeepsSilentToTheReadingIsKnownToDoSo) {
+  LineWatch watch(com1, exchange);
+  LineState state(watch, loop, exchange);
+  state.PortIs(1);
+  Readings readings;
+  ReadRun run({exchange, loop, readings});
+  run.Run(Tor.device, {3, 4}, 4, [](int) {});
+  EXPECT_EQ(state.Address(), 4);
+  EXPECT_EQ(state.Answers(), Answering::Silent);
+  run.Run(Tor.device, {4}, 3, [](int) {});
+  EXPECT_EQ(state.Address(), 3) << "it is selected again as before";
+}
+
 TEST_F(ComparisonTest, CursorAndTextModeAreHeldAgainstWhatWasSentLast) {
   const auto at = [](int second) { return JournalTime(std::chrono::seconds(second)); };
   Settings settings;
