@@ -56,7 +56,10 @@ std::string DoubtSentence(const ItemKey& key, const Doubt& doubt) {
     case Event::ByMacro:
       return what + "Ein Makro hat es geändert; was dort liegt, ist nicht bekannt.";
     case Event::Acknowledged:
-      return what + "Es wurde geschrieben, aber welches Terminal gewählt war, ist nicht bekannt.";
+      return what + (doubt.at ? "Es wurde an Adresse " + std::to_string(*doubt.at) +
+                                    " geschrieben; ob dieses Terminal sie hat, ist nicht bekannt."
+                              : "Es wurde geschrieben, aber welches Terminal gewählt war, ist "
+                                "nicht bekannt.");
     default:
       return what +
              "Das letzte Schreiben wurde nicht bestätigt; was dort liegt, ist nicht "

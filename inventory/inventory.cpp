@@ -66,7 +66,8 @@ Inventory::Before Inventory::TakeBefore(const ItemKey& key) {
 void Inventory::TakeUncertain(const JournalEntry& entry) {
   if (entry.event == Event::FreeBytes || entry.event == Event::Proven) return;
   room_.LoseCount();
-  DoubtPlace(entry);
+  const int address = entry.terminal.address;
+  DoubtPlace(entry, address == kUnknownAddress ? std::nullopt : std::optional(address));
 }
 
 void Inventory::Apply(const JournalEntry& entry, bool broadcast) {
@@ -129,7 +130,8 @@ void Inventory::Read(const JournalEntry& entry) {
 
 // What a doubt knew of the place goes on to hold; that some macro may have done something, too,
 // says less than it did.
-Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const {
+Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry,
+                           std::optional<int> at) const {
   const Doubt* const old = DoubtAt(key);
   const Held* const held = At(key);
   if (old != nullptr && entry.event == Event::ByMacro) return *old;
@@ -137,6 +139,7 @@ Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const 
   const bool erases = entry.change.kind == ItemChange::Kind::Erased;
   doubt.cutOff = doubt.cutOff || (!erases && IsCutOff(entry.event)) || CutOffBy(old, entry.event);
   doubt.event = entry.event;
+  doubt.at = at;
   doubt.time = entry.time;
   doubt.change = entry.change.kind;
   if (held != nullptr) doubt.before = *held;
@@ -146,10 +149,10 @@ Doubt Inventory::DoubtOver(const ItemKey& key, const JournalEntry& entry) const 
   return doubt;
 }
 
-void Inventory::DoubtPlace(const JournalEntry& entry) {
+void Inventory::DoubtPlace(const JournalEntry& entry, std::optional<int> at) {
   if (entry.change.kind == ItemChange::Kind::Erased) {
-    for (auto& [key, doubt] : doubtful_) doubt = DoubtOver(key, entry);
-    for (const auto& [key, held] : items_) doubtful_[key] = DoubtOver(key, entry);
+    for (auto& [key, doubt] : doubtful_) doubt = DoubtOver(key, entry, at);
+    for (const auto& [key, held] : items_) doubtful_[key] = DoubtOver(key, entry, at);
     items_.clear();
     return;
   }
@@ -161,7 +164,7 @@ void Inventory::DoubtPlace(const JournalEntry& entry) {
     if (held == items_.end() && doubt == doubtful_.end()) return;
     key = held != items_.end() ? held->first : doubt->first;
   }
-  Doubt doubt = DoubtOver(key, entry);
+  Doubt doubt = DoubtOver(key, entry, at);
   Forget(key);
   doubtful_[key] = std::move(doubt);
 }

@@ -37,6 +37,8 @@ struct Held {
 /// Why nothing can be said of what lies under a number.
 struct Doubt {
   Event event = Event::Begun;  ///< Acknowledged: it is not known to whom
+  /// Where that was: an address that was selected then. Whether it is this Terminal's nobody knows.
+  std::optional<int> at{};
   JournalTime time;
   ItemChange::Kind change = ItemChange::Kind::Written;  ///< what was begun
   /// What was written there and acknowledged before, and may lie there still.
@@ -89,8 +91,8 @@ class Inventory {
   Before Now(const ItemKey& key) const;
   void Apply(const JournalEntry& entry, bool broadcast);
   void Write(const JournalEntry& entry, bool broadcast);
-  void DoubtPlace(const JournalEntry& entry);
-  Doubt DoubtOver(const ItemKey& key, const JournalEntry& entry) const;
+  void DoubtPlace(const JournalEntry& entry, std::optional<int> at = {});
+  Doubt DoubtOver(const ItemKey& key, const JournalEntry& entry, std::optional<int> at) const;
   void Forget(const ItemKey& key);
   void Prove(const JournalEntry& entry);
   void Read(const JournalEntry& entry);

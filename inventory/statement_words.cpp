@@ -25,9 +25,14 @@ std::string RestsWords(const Held& held) {
 
 std::string RestsWords(const Doubt& doubt) {
   const bool goes = doubt.change != ItemChange::Kind::Written && doubt.event != Event::ByMacro;
-  return (goes ? "Löschen: " : "") + (doubt.event == Event::Acknowledged
-                                          ? std::string("bestätigt, aber nicht bekannt, von wem")
-                                          : EventText(doubt.event));
+  const std::string deletes = goes ? "Löschen: " : "";
+  const bool acknowledged = doubt.event == Event::Acknowledged;
+  if (!doubt.at) {
+    return deletes +
+           (acknowledged ? "bestätigt, aber nicht bekannt, von wem" : EventText(doubt.event));
+  }
+  return deletes + "an Adresse " + std::to_string(*doubt.at) +
+         (acknowledged ? " bestätigt; ob sie zuhört, ist offen" : ": " + EventText(doubt.event));
 }
 
 }  // namespace kelvo

@@ -15,7 +15,8 @@ std::string LocalMoment(JournalTime time);
 std::string ProofWords(Proof proof);
 /// The same, "an alle, bestätigt" where it went to all of a line at once.
 std::string RestsWords(const Held& held);
-/// "keine Antwort", "Löschen: bestätigt, aber nicht bekannt, von wem"
+/// "keine Antwort", "Löschen: bestätigt, aber nicht bekannt, von wem", "an Adresse 5 bestätigt; ob
+/// sie zuhört, ist offen"
 std::string RestsWords(const Doubt& doubt);
 
 }  // namespace kelvo

@@ -24,6 +24,12 @@ QString RestsText(const InventoryModel::Row& row) {
 }
 
 QString RestsTip(const InventoryModel::Row& row) {
+  if (row.doubt && row.doubt->at && row.doubt->event == Event::Acknowledged) {
+    return InventoryModel::tr(
+               "Das Terminal mit der Adresse %1 hat es bestätigt. Ob es dasselbe ist, das jetzt "
+               "zuhört, weiß kelvo nicht.")
+        .arg(*row.doubt->at);
+  }
   if (row.doubt && row.doubt->before) {
     return InventoryModel::tr(
         "Name, Zeichen und Zeit sind die des zuletzt bestätigten Schreibens. Seither ist etwas "

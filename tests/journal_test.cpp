@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "inventory/journal_text.h"
+#include "inventory/statement_words.h"
 #include "link/addresses.h"
 #include "link/commands.h"
 #include "tests/fakes/temporary_folder.h"
@@ -154,6 +155,15 @@ TEST_F(JournalTest, WhatWentToAllCountsForEachAndToAnUnknownOneForNone) {
   EXPECT_EQ(Macro(5, 7) + Macro(kAllAddresses, 7), "alle?");
   Did(kUnknownAddress, WriteMakro(7, "wer"));
   EXPECT_EQ(Macro(5, 7) + Macro(6, 7) + Macro(kUnknownAddress, 7), "??wer");
+  const auto rests = [this](int address) {
+    return RestsWords(*journal.Of({kDevice, address}).DoubtAt({ItemKind::Macro, 7}));
+  };
+  EXPECT_EQ(rests(5), "bestätigt, aber nicht bekannt, von wem");
+  Did(5, WriteMakro(7, "fünf"));
+  EXPECT_EQ(rests(kUnknownAddress), "an Adresse 5 bestätigt; ob sie zuhört, ist offen");
+  Happened(Event::Silent, 5, EraseEEprom());
+  EXPECT_EQ(rests(kUnknownAddress), "Löschen: an Adresse 5: keine Antwort");
+  EXPECT_EQ(rests(5), "Löschen: keine Antwort");
   Happened(Event::Silent, 9, WriteMakro(1, "x"));
   EXPECT_EQ(journal.Terminals().size(), 3u) << "nobody has ever answered under 9";
 }
