@@ -194,7 +194,9 @@ void EepromPage::ShowFreeBytes() {
   const QString said = !state.freeBytesLack.empty() ? QString::fromStdString(state.freeBytesLack)
                        : elsewhere.isEmpty()        ? tr("gelesen %1").arg(time)
                                                     : tr("zuletzt gelesen %1").arg(time);
-  lblFreeBytesStand->setText((said + u' ' + elsewhere).trimmed());
+  const bool changed = state.freeBytesChanged && state.freeBytesLack.empty();
+  lblFreeBytesStand->setText((said + u' ' + elsewhere).trimmed() +
+                             (changed ? tr(", seither geschrieben") : QString()));
   lblFreeBytesStand->setToolTip(elsewhere.isEmpty()
                                     ? QString()
                                     : tr("Das Terminal, das gefragt wurde, hört jetzt nicht zu."));

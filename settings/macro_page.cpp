@@ -121,7 +121,9 @@ void MacroPage::ShowFreeBytes() {
                 .arg(Text(NumberText(*state.freeBytes)), MinuteText(*state.freeBytesAsked))
       : state.freeBytesLack.empty() ? tr("noch nicht gelesen")
                                     : Text(state.freeBytesLack);
-  lblMakroFrei->setText((said + u' ' + Text(state.freeBytesElsewhere)).trimmed());
+  const bool changed = state.freeBytesChanged && state.freeBytesLack.empty();
+  lblMakroFrei->setText((said + u' ' + Text(state.freeBytesElsewhere)).trimmed() +
+                        (changed ? tr(", seither geschrieben") : QString()));
 }
 
 void MacroPage::chkMakroTyp_Click(int index) {

@@ -154,6 +154,8 @@ void frmhaupt::ShowFreeBytes() {
   state_.freeBytesLack = known.lack;
   state_.freeBytesAsked = said ? std::optional(known.time) : std::nullopt;
   state_.freeBytesElsewhere = present || !said ? "" : ElsewhereWords(known.terminal.address);
+  const Inventory there = said ? journal_.Of(known.terminal) : Inventory();
+  state_.freeBytesChanged = there.FreeBytes().LastReading() && there.FreeBytes().Changed();
   macros_->ShowFreeBytes();
   eeprom_->ShowFreeBytes();
 }

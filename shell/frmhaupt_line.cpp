@@ -76,7 +76,11 @@ void frmhaupt::MakeAdviser() {
        [this](const std::string& chapter) { help_->ShowChapter(QString::fromStdString(chapter)); },
        [this] { ShowTraffic(TrafficAt::LastFailure); },
        [this](const std::string& text) {
-         if (const auto words = RefusalWords(text, lineState_)) chronicle_.Note(*words, true);
+         const auto words = RefusalWords(text, lineState_);
+         if (!words) return;
+         chronicle_.Note(*words, true);
+         // What comes of that which runs is another matter, and stands in its place.
+         if (!outside_.person.Begun().RunsAlone().empty()) statusDisplay_->Forget();
        }});
 }
 

@@ -21,6 +21,7 @@ Reply GetEEpromBytes(Exchange& exchange, TerminalState& state) {
   state.freeBytes = reply.Failed() ? std::nullopt : std::optional(reply.Number());
   state.freeBytesLack = MarkWords(reply, exchange);
   state.freeBytesElsewhere.clear();
+  state.freeBytesChanged = false;
   state.freeBytesAsked = std::chrono::system_clock::now();
   state.Changed();
   return reply;

@@ -25,6 +25,8 @@ class TerminalState {
   std::optional<std::chrono::system_clock::time_point> freeBytesAsked;
   /// What came in place of a good answer when they were asked for last, in German, UTF-8.
   std::string freeBytesLack;
+  /// Something was written there since.
+  bool freeBytesChanged = false;
   /// Where who was asked then is not who listens now: "bei Adresse 9", UTF-8.
   std::string freeBytesElsewhere;
 

@@ -133,6 +133,7 @@ TEST_F(InventoryViewTest, TheFootCountsWhatThereIsAndSaysWhoListens) {
   WriteShown("Gruß");
   Tell();
   EXPECT_TRUE(Text("lblFreeBytesStand").starts_with("gelesen "));
+  EXPECT_TRUE(Text("lblFreeBytesStand").ends_with(", seither geschrieben"));
   EXPECT_EQ(Text("lblMakroFrei"),
             Text("lblFreeBytes") + " Byte, zuletzt " + Text("lblFreeBytesStand"));
   port.Lose();
@@ -234,6 +235,26 @@ TEST_F(InventoryViewTest, WhatAnEraseCountsIsTakenByNoPageInFront) {
   EXPECT_EQ(person.LastMessage(), "");
   EXPECT_EQ(Editor("txtReceiveCom2"), "");
   EXPECT_EQ(person.questions.size(), 2u) << "the erase, and the configuration after it";
+}
+
+TEST_F(InventoryViewTest, WhatCameOfAnEraseIsTheLastWordOfIt) {
+  Start();
+  Select(5);
+  Show(Tab::Eeprom);
+  line.bus.At(0).SetFault(sim::Fault::Slow);
+  person.answers = {true, false};
+  loop.After(testing_world::milliseconds(300), [this] { Click("cmdGetFreeBytes"); });
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.notices, std::vector<std::string>{
+                                "Das EEPROM wird gelöscht. Solange wird nichts anderes gesendet."});
+  EXPECT_TRUE(Text("lblAktivitaet").starts_with("✓ EEPROM")) << Text("lblAktivitaet");
+  line.bus.At(0).SetFault(sim::Fault::Nak);
+  person.answers = {true, false};
+  Click("cmdClearEEprom");
+  EXPECT_EQ(person.LastMessage(), "kein ACK nach löschen / cmdClearEEprom");
+  EXPECT_NE(person.messages.back().hint.find("abgelehnt (NAK)"), std::string::npos);
+  EXPECT_TRUE(Text("lblAktivitaet").ends_with("abgelehnt (NAK)")) << Text("lblAktivitaet");
+  EXPECT_TRUE(Text("lblAntwort").starts_with("✓ hat ")) << Text("lblAntwort");
 }
 
 TEST_F(InventoryViewTest, WhatCannotBeRecordedIsSaidOnceAndSentAllTheSame) {
