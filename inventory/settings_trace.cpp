@@ -55,7 +55,8 @@ std::string CommandText(const SentCommand& command) {
 
 void Settings::Take(std::string_view commands, JournalTime time) {
   WalkCommands(commands, [this, time](const SentCommand& command) {
-    const std::string what = command.row == nullptr ? std::string() : WhatIsSet(command);
+    if (command.row == nullptr) return true;
+    const std::string what = WhatIsSet(command);
     if (what.empty()) return true;
     const auto old = std::find_if(settings_.begin(), settings_.end(),
                                   [&what](const auto& setting) { return setting.first == what; });
