@@ -216,7 +216,10 @@ std::vector<std::string> ReadableLines(const ProjectRecord& record) {
     if (field.form == FieldForm::Commands && text != nullptr) {
       for (const std::string_view piece : CommandPieces(*text)) lines.push_back(Notation(piece));
     } else {
-      lines.back() += " " + (text != nullptr ? Notation(*text) : ValueText(value, field.form));
+      const bool blanks = text != nullptr && WithoutOuterBlanks(*text) != *text;
+      lines.back() += " " + (blanks            ? "„" + Notation(*text) + "“"  // else unseen
+                             : text != nullptr ? Notation(*text)
+                                               : ValueText(value, field.form));
     }
   }
   return lines;

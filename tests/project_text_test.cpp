@@ -296,5 +296,13 @@ TEST(ProjectTextTest, LongWorkCanBeStopped) {
   EXPECT_TRUE(std::holds_alternative<Stopped>(ReadProject(TextOf(project), stop)));
 }
 
+TEST(ReadableLines, ShowTheBlanksAroundAName) {
+  const auto name = [](const char* text) {
+    return ReadableLines({ProjectKind::Macro, {Value(), text, Value(), Value(), Value()}}).front();
+  };
+  EXPECT_EQ(name("Rahmen"), "Bezeichnung: Rahmen");
+  EXPECT_EQ(name("Rahmen "), "Bezeichnung: „Rahmen “");
+}
+
 }  // namespace
 }  // namespace kelvo
