@@ -181,7 +181,8 @@ void PlanKind(ImportPlan& plan, ProjectKind kind, const Project& there,
   if (base != nullptr) sides.base = OfKind(base->records, kind);
   for (const Trio& trio : TriosOf(sides)) {
     if (trio.here == nullptr && trio.there == nullptr) continue;  // deleted on both sides
-    if (trio.there == nullptr && !TellsDeletions(there, *base, kind)) continue;
+    const bool deletes = base != nullptr && TellsDeletions(there, *base, kind);
+    if (trio.there == nullptr && !deletes) continue;
     plan.items.push_back(ItemOf(trio, kind));
   }
 }
