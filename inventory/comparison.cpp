@@ -158,7 +158,10 @@ std::vector<ComparisonRow> ItemRows(const TerminalId& terminal, const Inventory&
   for (const auto& [key, row] : sorted) shown.insert(row.record);
   for (const StoredRecord& record : records) {
     const std::optional<ItemKey> key = KnownKeyOf(record);
-    if (!key || inventory.Items().contains(*key) || shown.contains(record.id)) continue;
+    if (!key || shown.contains(record.id)) continue;
+    // Where something lies, a record that is another one may be wanted in its place.
+    const bool other = StateOf(inventory, record) == InTerminal::Absent;
+    if (inventory.Items().contains(*key) && !other) continue;
     sorted.emplace(*key, RecordRow(terminal, inventory, record, *key));
   }
   std::vector<ComparisonRow> rows;
