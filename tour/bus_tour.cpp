@@ -190,9 +190,9 @@ void BusTour::Compare() {
   auto& dialog = driver_.Find(QStringLiteral("frmVergleich"));
   driver_.Click(QStringLiteral("cmdVergleichLesen"));
   album_.Shoot(dialog, "vergleichen");
-  Expect(
-      driver_.Text(QStringLiteral("lblVergleich")).startsWith(QStringLiteral("1 Terminal gelesen.")),
-      "one is read");
+  Expect(driver_.Text(QStringLiteral("lblVergleich"))
+             .startsWith(QStringLiteral("1 Terminal gelesen.")),
+         "one is read");
   Open("cmdVergleichSchreiben");
   album_.Shoot(driver_.Find(QStringLiteral("frmSchreiben")), "vergleichen-schreiben");
   driver_.Click(QStringLiteral("cmdSchreibenAbbruch"));
