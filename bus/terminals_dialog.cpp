@@ -76,6 +76,7 @@ void TerminalsDialog::Present() {
   }
   open();
   raise();
+  activateWindow();  // not its owner, where another dialog was in front
 }
 
 // The desktop would go back to the owner, though another of its dialogs may have opened this one.

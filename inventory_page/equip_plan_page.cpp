@@ -257,7 +257,13 @@ std::vector<TargetView> EquipPlanPage::Views() const {
 void EquipPlanPage::ShowPlan() {
   if (filling_) return;
   const EquipJob job = Job();
-  txtAusstattenPlan->setPlainText(Text(PlanText(job, Views())));
+  QString plan = Text(PlanText(job, Views())).trimmed();
+  if (targets_.empty()) {
+    plan +=
+        tr("\nBekannt ist keines: „Verbindung prüfen“ stellt fest, wer zuhört; die Seite "
+           "Terminals hat die Liste.");
+  }
+  txtAusstattenPlan->setPlainText(plan);
   cmdAusstatten->setEnabled(Obstacles(job).empty());
   cmdAusstattenLesen->setEnabled(!job.targets.empty());
   cmdAusstattenSichern->setEnabled(!job.equipment.items.empty());

@@ -11,8 +11,11 @@ const ProjectRecord& RecordOf(const ImportItem& item) {
 
 // Under another name it has here, that stands in front. Quotes show blanks at a name's ends.
 QString NameText(const ImportItem& item) {
-  const QString there = QString::fromStdString(NameOf(RecordOf(item)));
-  if (!item.here || !item.there) return there;
+  const std::string name = NameOf(RecordOf(item));
+  const QString there = QString::fromStdString(name);
+  if (!item.here || !item.there) {
+    return WithoutOuterBlanks(name) == name ? there : QStringLiteral("„%1“").arg(there);
+  }
   const QString here = QString::fromStdString(NameOf(item.here->record));
   if (here == there) return there;
   const bool sameKey = NameKeyOf(item.here->record) == NameKeyOf(*item.there);

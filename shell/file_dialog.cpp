@@ -1,6 +1,7 @@
 #include "shell/file_dialog.h"
 
 #include <QAbstractItemView>
+#include <QCompleter>
 #include <QFileInfo>
 #include <QLineEdit>
 
@@ -27,6 +28,16 @@ void FileDialog::accept() {
   if (!judge_ || chosen.isEmpty() || QFileInfo(chosen).isDir() || judge_(chosen)) {
     QFileDialog::accept();
   }
+}
+
+// The list of names that were proposed is a window of its own, and may come late.
+void FileDialog::done(int result) {
+  for (auto* const name : findChildren<QLineEdit*>()) {
+    if (name->completer() == nullptr) continue;
+    name->completer()->setCompletionPrefix({});
+    name->completer()->popup()->hide();
+  }
+  QFileDialog::done(result);
 }
 
 }  // namespace kelvo

@@ -17,6 +17,7 @@ class FileDialog : public QFileDialog {
   using Judge = std::function<bool(const QString& path)>;
   void SetJudge(Judge judge) { judge_ = std::move(judge); }
   void accept() override;
+  void done(int result) override;
 
  private:
   Judge judge_;

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
+#include <QCompleter>
 #include <QDialog>
 #include <QDir>
 #include <QFileDialog>
@@ -248,9 +250,11 @@ TEST_F(QtOperatorTest, FileDialogsOpenWhereTheLastOneWas) {
   std::ofstream(folder.Path("a.txt")) << "a";
   Next<QFileDialog>([&](QFileDialog& dialog) {
     dialog.selectFile(QString::fromStdString(folder.Path("a.txt")));
+    dialog.findChild<QLineEdit*>()->completer()->popup()->show();
     static_cast<QDialog&>(dialog).accept();
   });
   EXPECT_EQ(person.OpenFile("", "Text (txt) |*.txt"), folder.Path("a.txt"));
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "the names that were proposed";
   const QString last = QFileInfo(QString::fromStdString(folder.Path())).canonicalFilePath();
   EXPECT_EQ(QFileInfo(person.Folder()).canonicalFilePath(), last);
   Next<QFileDialog>([&](QFileDialog& dialog) {
