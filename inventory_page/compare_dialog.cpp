@@ -136,6 +136,7 @@ QLayout* CompareDialog::MakeButtons() {
 }
 
 void CompareDialog::Present() {
+  closing_ = false;  // wanted again before its reading has come to an end
   if (!reading_) {
     said_.clear();
     FillChoice();

@@ -315,6 +315,12 @@ TEST_F(WriteDeskTest, ComparisonShowsWhatChangedAndWritesIt) {
   Trigger("mnuAnsichtVergleich");
   EXPECT_EQ(Find("frmVergleich").focusWidget(), &Find("ctlVergleich"));
   EXPECT_TRUE(Find<QPushButton>("cmdVergleichLesen").isDefault()) << "whatever was pressed last";
+  loop.After(milliseconds(200), [this] {
+    Find("frmVergleich").close();
+    Trigger("mnuAnsichtVergleich");
+  });
+  Click("cmdVergleichLesen");
+  EXPECT_TRUE(Find("frmVergleich").isVisible()) << "wanted again";
   bool stoppable = false;
   loop.After(testing_world::milliseconds(50), [&] {
     stoppable = Find("cmdVergleichAbbrechen").isEnabled();
